@@ -1,0 +1,62 @@
+# What a developer types; the work is done by the CMake presets of the same names.
+# Every target installs what is missing from Debian's packages first.
+
+SHELL := /bin/bash
+JOBS ?= $(shell nproc)
+PREFIX ?= /usr/local
+APT := cmake/install-packages
+
+.PHONY: demo test bench lint format sanitize fuzz install clean
+
+build-packages:
+	@$(APT) build
+test-packages:
+	@$(APT) build test
+bench-packages:
+	@$(APT) build bench
+lint-packages:
+	@$(APT) build test lint
+fuzz-packages:
+	@$(APT) build fuzz
+.PHONY: build-packages test-packages bench-packages lint-packages fuzz-packages
+
+demo: build-packages
+	@cmake --preset release > .configure.log 2>&1 || { cat .configure.log; exit 1; }
+	@rm -f .configure.log
+	@cmake --build --preset release -j $(JOBS)
+	@cmake/demo build/release/bin/kelvane
+
+test: test-packages
+	cmake --preset debug
+	cmake --build --preset debug -j $(JOBS)
+	ctest --preset debug -j $(JOBS)
+
+sanitize: test-packages
+	cmake --preset sanitize
+	cmake --build --preset sanitize -j $(JOBS)
+	ctest --preset sanitize -j $(JOBS)
+
+bench: bench-packages
+	cmake --preset bench
+	cmake --build --preset bench -j $(JOBS)
+	build/bench/bin/kelvane_bench
+
+lint: lint-packages
+	cmake --preset debug > /dev/null
+	cmake/lint build/debug $(JOBS)
+
+format: lint-packages
+	git ls-files -- '*.cpp' '*.h' | xargs clang-format -i
+
+fuzz: fuzz-packages
+	cmake --preset fuzz
+	cmake --build --preset fuzz -j $(JOBS)
+	cmake/fuzz build/fuzz
+
+install: build-packages
+	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build --preset release -j $(JOBS)
+	cmake --install build/release
+
+clean:
+	rm -rf build

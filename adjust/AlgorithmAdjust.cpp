@@ -1,0 +1,121 @@
+#include "adjust/AlgorithmAdjust.h"
+
+#include "adjust/TraverseAdjust.h"
+#include "core/System.h"
+
+#include <utils/QLogicError.h>
+
+#include <string>
+#include <unordered_map>
+
+namespace kvn {
+namespace {
+
+enum Method { LeastSquares, Open, Connect, Close };
+
+}  // namespace
+
+AlgorithmAdjust::AlgorithmAdjust() = default;
+AlgorithmAdjust::AlgorithmAdjust(AlgorithmAdjust const&) = default;
+AlgorithmAdjust& AlgorithmAdjust::operator=(AlgorithmAdjust const&) = default;
+AlgorithmAdjust::~AlgorithmAdjust() = default;
+
+void AlgorithmAdjust::setConfigure(Configure const& value) {
+  configure = value;
+}
+
+void AlgorithmAdjust::setNetworkData(Network const& network) {
+  algorithmData.readNetworkData(network);
+}
+
+void AlgorithmAdjust::setCountControlDistances(bool count) {
+  countControlDistances = count;
+}
+
+void AlgorithmAdjust::calculateAdjust() {
+  switch (configure.AdjustMethod) {
+    case LeastSquares:
+      adjustLeastSquares();
+      break;
+    case Open:
+    case Connect:
+    case Close:
+      throw QLogicError(System::tr("The single traverses cannot be computed by this version"));
+    default:
+      break;
+  }
+}
+
+void AlgorithmAdjust::adjustLeastSquares() {
+  // Seconds, millimetres and parts per million to seconds, metres and a ratio.
+  TraverseAdjust adjustment(double(configure.AngleError), double(configure.LineFixedError) / 1000.0,
+                            double(configure.LineProportionError) / 1e6, configure.LineCalculateExpression);
+  adjustment.readAlgorithmData(algorithmData);
+  adjustment.setCancelCall(getCancelCall());
+  adjustment.setCountControlDistances(countControlDistances);
+  adjustment.calculateAdjust();
+  pointX0Y0List = adjustment.getPointX0Y0();
+  directionResultList = adjustment.getDirrectionInfo();
+  errorEllipseList = adjustment.getErrorEllipsoid();
+  lineErrorInfoList = adjustment.getLineErrorInfo();
+  traverseAdjustInfoList = adjustment.getStationInfo();
+  pointList = adjustment.getPoints();
+  pointErrorInfoList = adjustment.getPointErrorInfo();
+  summary = adjustment.getSummary();
+}
+
+void AlgorithmAdjust::adjustTraverseList(std::vector<TraverseDataInfo>& rows) const {
+  std::unordered_map<std::string, PointErrorInfo const*> pointOf;
+  for (PointErrorInfo const& point : pointErrorInfoList) pointOf[point.name] = &point;
+  for (TraverseDataInfo& row : rows) {
+    auto const found = row.isKnown ? pointOf.end() : pointOf.find(row.name);
+    if (found == pointOf.end()) continue;
+    row.N = found->second->x;
+    row.E = found->second->y;
+  }
+}
+
+std::vector<CoordinatePointInfo> AlgorithmAdjust::getCoordinatePointXYList() const {
+  std::vector<CoordinatePointInfo> points;
+  for (PointInfo const& point : pointList) {
+    CoordinatePointInfo coordinate;
+    coordinate.name = point.name;
+    coordinate.N = point.x;
+    coordinate.E = point.y;
+    points.push_back(std::move(coordinate));
+  }
+  return points;
+}
+
+std::vector<PointErrorInfo> const& AlgorithmAdjust::getPointErrorInfoList() const {
+  return pointErrorInfoList;
+}
+std::vector<DirectionResult> const& AlgorithmAdjust::getDirectionResultList() const {
+  return directionResultList;
+}
+ErrorEllipseManage const& AlgorithmAdjust::getErrorEllipseList() const {
+  return errorEllipseList;
+}
+std::vector<LineErrorInfo> const& AlgorithmAdjust::getLineErrorInfoList() const {
+  return lineErrorInfoList;
+}
+std::vector<TraverseInfo> const& AlgorithmAdjust::getTraverseAdjustInfoList() const {
+  return traverseAdjustInfoList;
+}
+std::vector<PointInfo> const& AlgorithmAdjust::getPointX0Y0List() const {
+  return pointX0Y0List;
+}
+std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const {
+  return pointList;
+}
+std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const {
+  return degreeInfoList;
+}
+std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const {
+  return knPointInfoList;
+}
+AdjustSummary const& AlgorithmAdjust::getSummary() const {
+  return summary;
+}
+
+}  // namespace kvn

@@ -1,0 +1,77 @@
+// AlgorithmAdjust: runs a plane calculation of a project and keeps its results.
+#pragma once
+
+#include "adjust/AlgorithmData.h"
+#include "core/Configure.h"
+#include "records/CalculationRecords.h"
+#include "records/CoordinatePointInfo.h"
+#include "records/Network.h"
+#include "records/PrecisionResults.h"
+#include "records/TraverseDataInfo.h"
+
+#include <utils/Export.h>
+#include <utils/IProcessCancel.h>
+
+#include <vector>
+
+namespace kvn {
+
+/// Call `setConfigure`, `setNetworkData` once, then `calculateAdjust`; then read the lists. Failures pass through, and
+/// the lists stay as they were before the run.
+class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
+public:
+  AlgorithmAdjust();
+  AlgorithmAdjust(AlgorithmAdjust const&);
+  AlgorithmAdjust& operator=(AlgorithmAdjust const&);
+  ~AlgorithmAdjust() override;
+
+  void setConfigure(Configure const& value);
+  /// One network in the object's life: a second one appends and fails on the name checks.
+  /// @throws AlgorithmException as `AlgorithmData::readNetworkData`.
+  void setNetworkData(Network const& network);
+
+  /// Whether distances between two known points count in a least-squares run; off by default. See
+  /// `TraverseAdjust::setCountControlDistances`.
+  void setCountControlDistances(bool count);
+
+  /// Runs the method that `Configure::AdjustMethod` names; a number that names none does nothing.
+  /// @throws AlgorithmException, QLogicError, std::exception as `TraverseAdjust::calculateAdjust`; QLogicError for the
+  ///         single traverses (methods 1 to 3), which this version does not compute.
+  void calculateAdjust();
+
+  /// Gives the rows that are not known the adjusted coordinates of their names, after a least-squares run.
+  void adjustTraverseList(std::vector<TraverseDataInfo>& rows) const;
+
+  /// A new coordinate point, without height, for each adjusted point.
+  std::vector<CoordinatePointInfo> getCoordinatePointXYList() const;
+
+  std::vector<PointErrorInfo> const& getPointErrorInfoList() const;
+  std::vector<DirectionResult> const& getDirectionResultList() const;
+  ErrorEllipseManage const& getErrorEllipseList() const;
+  std::vector<LineErrorInfo> const& getLineErrorInfoList() const;
+  std::vector<TraverseInfo> const& getTraverseAdjustInfoList() const;
+  std::vector<PointInfo> const& getPointX0Y0List() const;
+  std::vector<PointInfo> const& getPointList() const;
+  std::vector<Degree> const& getDegreeInfoList() const;
+  std::vector<PointInfo> const& getKnPointInfoList() const;
+  AdjustSummary const& getSummary() const;  ///< of the last least-squares run
+
+private:
+  void adjustLeastSquares();
+
+  std::vector<PointErrorInfo> pointErrorInfoList;
+  std::vector<DirectionResult> directionResultList;
+  ErrorEllipseManage errorEllipseList;
+  std::vector<LineErrorInfo> lineErrorInfoList;
+  std::vector<TraverseInfo> traverseAdjustInfoList;
+  std::vector<PointInfo> pointX0Y0List;
+  std::vector<PointInfo> pointList;
+  std::vector<Degree> degreeInfoList;
+  std::vector<PointInfo> knPointInfoList;
+  Configure configure;
+  AlgorithmData algorithmData;
+  AdjustSummary summary;
+  bool countControlDistances = false;
+};
+
+}  // namespace kvn

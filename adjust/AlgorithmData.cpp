@@ -1,0 +1,174 @@
+#include "adjust/AlgorithmData.h"
+
+#include "adjust/NameIndex.h"
+#include "core/AlgorithmException.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+// A distance at or below this in size is none; metres.
+constexpr double kNoDistance = 1e-6;
+// Coordinates and distances from here on stand for missing values in the calculators.
+constexpr double kMissing = 1e29;
+// The bounds of an angle, which are the number 360 although the values are radians: they let every circle reading pass.
+constexpr double kAngleBound = 360.0;
+constexpr double kAngleSlack = 0.001;
+
+bool usable(double value) {
+  return std::abs(value) < kMissing;
+}
+
+bool isAngleInRange(double angle) {
+  return std::abs(angle) < kAngleSlack || std::abs(angle - kAngleBound) < kAngleSlack ||
+         (angle >= 0.0 && angle <= kAngleBound);
+}
+
+LineInfo observation(NetworkDataInfo const& line, double value) {
+  return {line.start_name, line.end_name, value, 1};
+}
+
+/// Of the names that come twice, the one whose first place comes first; null when there is none.
+template <typename List, typename NameOf>
+std::string const* firstRepeat(List const& list, NameOf nameOf) {
+  std::unordered_map<std::string, std::size_t> firstPlace;
+  std::size_t earliest = list.size();
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    auto const [entry, isNew] = firstPlace.try_emplace(nameOf(list[i]), i);
+    if (!isNew) earliest = std::min(earliest, entry->second);
+  }
+  return earliest == list.size() ? nullptr : &nameOf(list[earliest]);
+}
+
+std::string const& nameOfPoint(PointInfo const& point) {
+  return point.name;
+}
+std::string const& nameOfStation(StationInfo const& station) {
+  return station.name;
+}
+std::string const& nameOfTarget(LineInfo const& direction) {
+  return direction.end_name;
+}
+
+}  // namespace
+
+AlgorithmData::AlgorithmData() : m_PI(std::acos(-1.0)) {}
+AlgorithmData::AlgorithmData(AlgorithmData const&) = default;
+AlgorithmData::AlgorithmData(AlgorithmData&&) noexcept = default;
+AlgorithmData& AlgorithmData::operator=(AlgorithmData const&) = default;
+AlgorithmData& AlgorithmData::operator=(AlgorithmData&&) noexcept = default;
+AlgorithmData::~AlgorithmData() = default;
+
+void AlgorithmData::readNetworkData(Network const& network) {
+  readKnownPoints(network.knownPoints);
+  readLines(network.lines);
+
+  judgetKnpointCount();
+  judgeStationCount();
+  judgeKnPointNameRepeat();
+  judgeStationPointNameRepeat();
+
+  getKnPointsCount();
+  stationsCount = static_cast<int>(stations.size());
+  getPointsCount();
+  getDirectionsCount();
+  getLinesCount();
+  getAzimuthCount();
+}
+
+void AlgorithmData::readKnownPoints(std::vector<KnownPoint> const& points) {
+  for (KnownPoint const& known : points) {
+    if (!usable(known.x) || !usable(known.y)) throw AlgorithmException(AlgorithmException::DataError, known.name);
+    PointInfo point;
+    point.name = known.name;
+    point.x = known.x;
+    point.y = known.y;
+    knPoints.push_back(std::move(point));
+  }
+}
+
+void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines) {
+  StationInfo station;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    NetworkDataInfo const& line = lines[i];
+    if (i > 0 && station.name != line.start_name) stations.push_back(std::exchange(station, StationInfo()));
+    station.name = line.start_name;
+
+    double const distance = line.horizontal_distance;
+    if (distance < -kNoDistance || !usable(distance) || !isAngleInRange(line.horizontal_angle)) {
+      throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
+    }
+    if (distance > kNoDistance) station.lines.push_back(observation(line, distance));
+    station.directions.push_back(observation(line, std::clamp(line.horizontal_angle, 0.0, kAngleBound)));
+  }
+  stations.push_back(std::move(station));
+}
+
+void AlgorithmData::judgeStationPointNameRepeat() const {
+  std::string const* const name = firstRepeat(stations, nameOfStation);
+  if (name != nullptr) throw AlgorithmException(AlgorithmException::StationNameRepeat, *name);
+}
+
+void AlgorithmData::judgeStationCount() const {
+  if (stations.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
+}
+
+void AlgorithmData::judgetKnpointCount() const {
+  if (knPoints.size() < 2) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
+}
+
+void AlgorithmData::judgeKnPointNameRepeat() const {
+  std::string const* const name = firstRepeat(knPoints, nameOfPoint);
+  if (name != nullptr) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, *name);
+}
+
+void AlgorithmData::judgeSightPointNameRepeat() const {
+  for (StationInfo const& station : stations) {
+    std::string const* const name = firstRepeat(station.directions, nameOfTarget);
+    if (name != nullptr) throw AlgorithmException(AlgorithmException::SightNameRepeat, *name);
+  }
+}
+
+void AlgorithmData::getPointsCount() {
+  NameIndex names;
+  for (StationInfo const& station : stations) {
+    names.numberOf(station.name);
+    for (LineInfo const& direction : station.directions) names.numberOf(direction.end_name);
+    for (LineInfo const& line : station.lines) {
+      names.numberOf(line.start_name);
+      names.numberOf(line.end_name);
+    }
+  }
+  pointsCount = names.size();
+}
+
+void AlgorithmData::getDirectionsCount() {
+  directionsCount = 0;
+  for (StationInfo const& station : stations) directionsCount += static_cast<int>(station.directions.size());
+}
+
+void AlgorithmData::getLinesCount() {
+  NameIndex known;
+  for (PointInfo const& point : knPoints) known.numberOf(point.name);
+  linesCount = 0;
+  for (StationInfo const& station : stations) {
+    for (LineInfo const& line : station.lines) {
+      if (!known.contains(line.start_name) || !known.contains(line.end_name)) ++linesCount;
+    }
+  }
+}
+
+void AlgorithmData::getKnPointsCount() {
+  knPointsCount = static_cast<int>(knPoints.size());
+}
+
+void AlgorithmData::getAzimuthCount() {
+  for (StationInfo const& station : stations) azimuthCount += static_cast<int>(station.azimuths.size());
+}
+
+}  // namespace kvn

@@ -1,0 +1,60 @@
+// AlgorithmData: the validated input of every plane calculation.
+#pragma once
+
+#include "records/CalculationRecords.h"
+#include "records/Network.h"
+
+#include <utils/Export.h>
+
+#include <vector>
+
+namespace kvn {
+
+/// Known points, stations with their directions and distances, and six counts. All calculators read this and nothing
+/// else. An object is loaded once: a second load appends, and fails on the name checks.
+class KELVANE_EXPORT AlgorithmData {
+public:
+  AlgorithmData();
+  AlgorithmData(AlgorithmData const&);
+  AlgorithmData(AlgorithmData&&) noexcept;
+  AlgorithmData& operator=(AlgorithmData const&);
+  AlgorithmData& operator=(AlgorithmData&&) noexcept;
+  ~AlgorithmData();
+
+  /// Loads a network. The lines of one station must stand together; every line makes a direction, and one with a
+  /// distance above 1e-6 m a distance too.
+  ///
+  /// @throws AlgorithmException (i, DataError), i the index of the line, for a distance below -1e-6 m or not finite and
+  ///         for an angle outside 0 to 360; (DataError, name) for a known point whose coordinates are not finite;
+  ///         KnownPointNotEnough for fewer than two known points, KnownPointNameRepeat, StationNotEnough,
+  ///         StationNameRepeat with the name. The object must be discarded then.
+  void readNetworkData(Network const& network);
+
+  std::vector<PointInfo> knPoints;    ///< control points
+  std::vector<StationInfo> stations;  ///< directions in radians, distances in metres
+  int pointsCount = 0;                ///< distinct names of all observations
+  int stationsCount = 0;
+  int directionsCount = 0;
+  int knPointsCount = 0;
+  int linesCount = 0;    ///< distances with at least one end that is not a known point
+  int azimuthCount = 0;  ///< no loader fills azimuths, so it stays 0
+  double m_PI;           ///< the arc cosine of -1
+
+protected:
+  void judgeStationPointNameRepeat() const;  ///< @throws StationNameRepeat with the name that comes twice first
+  void judgeStationCount() const;            ///< @throws StationNotEnough without a station
+  void judgetKnpointCount() const;           ///< @throws KnownPointNotEnough for fewer than two known points
+  void judgeKnPointNameRepeat() const;       ///< @throws KnownPointNameRepeat with the name that comes twice first
+  void judgeSightPointNameRepeat() const;    ///< @throws SightNameRepeat with a target that one station has twice
+
+private:
+  void readKnownPoints(std::vector<KnownPoint> const& points);
+  void readLines(std::vector<NetworkDataInfo> const& lines);
+  void getPointsCount();
+  void getDirectionsCount();
+  void getLinesCount();
+  void getKnPointsCount();
+  void getAzimuthCount();
+};
+
+}  // namespace kvn

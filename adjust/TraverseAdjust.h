@@ -1,0 +1,220 @@
+// TraverseAdjust: least-squares adjustment of a plane network of directions and distances.
+#pragma once
+
+#include "adjust/AlgorithmData.h"
+#include "adjust/Matrix.h"
+#include "adjust/NameIndex.h"
+#include "records/CalculationRecords.h"
+#include "records/PrecisionResults.h"
+
+#include <utils/Export.h>
+#include <utils/IProcessCancel.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kvn {
+
+/// Indirect (parametric) adjustment. Unknowns are x and y of every point and one orientation of every station;
+/// minimised is the weighted sum of the squared residuals of directions and distances. x is north, y is east;
+/// directions run clockwise. Known points are unknowns too and are held by a weight of 1e20, so that the numbering of
+/// the unknowns does not depend on which points are known:
+///
+///     2 n, 2 n + 1               corrections to x and y of point n, metres
+///     2 pointsCount + i          correction to the orientation of station i, seconds of arc
+///
+/// The system is singular when a point hangs on a single observation, when two points lie at one place, or when a part
+/// of the network has no connection to the known points.
+///
+/// Call `readAlgorithmData`, then `calculateAdjust` once, then the result operations.
+class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCancel {
+public:
+  /// As `TraverseAdjust(2.0, 0.003, 3e-6, true)`.
+  TraverseAdjust();
+  /// @param angleError              standard error of one direction, seconds of arc, above 0.
+  /// @param lineFixedError          fixed part a of the standard error of a distance, metres.
+  /// @param lineProportionError     part b that grows with the distance S, a plain ratio: 3e-6 for 3 ppm.
+  /// @param lineCalculateExpression how the parts are joined where residuals are summed: true a + b S, false the root
+  /// of
+  ///                                a² + (b S)². Weights always take a + b S.
+  TraverseAdjust(double angleError, double lineFixedError, double lineProportionError, bool lineCalculateExpression);
+  TraverseAdjust(TraverseAdjust const&);
+  TraverseAdjust& operator=(TraverseAdjust const&);
+  ~TraverseAdjust() override;
+
+  /// Fills the arrays. Known points that no observation mentions are left out, with one `Warning` that lists them.
+  ///
+  /// @throws AlgorithmException DataError for azimuth observations or inconsistent counts; AllStationKnown when every
+  ///         observed point is known; StationNotEnough for a station without a direction.
+  void readAlgorithmData(AlgorithmData const& input);
+
+  /// Approximate coordinates by a walk over the network: polar from known stations where there are distances, else by
+  /// intersection in triangles with all three angles.
+  ///
+  /// @throws AlgorithmException KnownPointNotEnough (with distances) or DataError (without), name "No enough data",
+  /// when
+  ///         a point cannot be reached.
+  void calculateApproximate();
+
+  /// The full run: approximation, iteration until no coordinate moves by more than 0.01 m, precision results. Two
+  /// iterations for good approximate coordinates.
+  ///
+  /// @throws AlgorithmException as `calculateApproximate`; DataError, name "Calculate failed", for a singular system, a
+  ///         correction that is not finite, or fewer observations than unknowns.
+  /// @throws QLogicError "User Cancel". @throws std::exception after 10000 iterations.
+  void calculateAdjust();
+
+  /// `readAlgorithmData` and the full run in one call.
+  void Adjust(AlgorithmData const& input);
+
+  /// Whether distances between two known points count, which is off by default. They move no coordinate; counted, they
+  /// check the known points and join the unit weight error and the redundancy, and `getLineErrorInfo` lists them last.
+  /// To be set before `calculateAdjust`.
+  void setCountControlDistances(bool count);
+
+  /// @throws QLogicError "User Cancel" when the cancel query says so.
+  void checkCancelAndThrow() const;
+
+  std::vector<PointInfo> getPointX0Y0() const;            ///< approximate coordinates in number order
+  std::vector<PointInfo> getPoints() const;               ///< adjusted coordinates in number order
+  std::vector<PointErrorInfo> getPointErrorInfo() const;  ///< the same with errors
+  std::vector<LineErrorInfo> getLineErrorInfo() const;    ///< one for each distinct distance
+  ErrorEllipseManage getErrorEllipsoid() const;
+  std::vector<DirectionResult> getDirrectionInfo() const;  ///< in station order
+  std::vector<TraverseInfo> getStationInfo() const;        ///< in station order: station, back point, fore points
+  AdjustSummary getSummary() const;
+
+protected:
+  /// Number of a name; a new name gets the next number.
+  int getPointNumber(std::string const& name);
+  /// Both ends match in either orientation.
+  bool lineEqual(LineInfo const& a, LineInfo const& b) const;
+  double calculateAzimuth(int i, int j) const;  ///< from current coordinates, radians, 0 to 2π
+  double getAzimuth(int i, int j) const;        ///< observed azimuth; 1e30 when there is none
+  double getLine(int i, int j) const;           ///< observed distance in either orientation; 1e30 when there is none
+  double getAngle(int station, int i, int j) const;  ///< from i to j at a point, 0 to 2π; -1.0 when not observed
+  void calculateX0Y0();
+  void calculateX0Y0OnlyAngle();
+  void calculateX0Y00910();
+
+  void calculateBTPB();
+  void calculateBTPBi(double const* a, int const* index, double p, double l, int n);
+  double calculateAB(int i, int j, double* a, int* index) const;  ///< seconds per metre; returns the azimuth
+  double calculateCD(int i, int j, double* a, int* index) const;  ///< returns the distance
+  double calculateDx();                                           ///< returns the largest correction of a coordinate
+  double calculateV();                                            ///< returns the weighted sum of squared residuals
+  double calculateQQ(double const* a, int const* index) const;    ///< cofactor; 0.0 when below 1e-8 in size
+  static std::size_t ij(int i, int j);
+
+  void calculateUnitError();
+  void calculateMxMy();
+  void calculateDirectionResult();
+  void calculateLineErrorInfo();
+  void calculateErrorEllipse();
+  static double rad_dms(double radians);  ///< DDDMMSS.ss
+
+private:
+  struct Point {
+    double x;
+    double y;
+  };
+  /// A distance between two known points.
+  struct ControlDistance {
+    int start;
+    int end;
+    double value;  ///< metres
+  };
+
+  // Input.
+  std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input) const;
+  static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control);
+  void sizeArrays();
+  void numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations);
+  void readDirections(std::vector<StationInfo> const& stations);
+  void readDistances(std::vector<LineInfo> const& distances);
+  void readControlDistances(std::vector<LineInfo> const& distances);
+  void indexObservations();
+
+  // Approximate coordinates.
+  class OrientedWalk;
+  class TriangleWalk;
+  double x(int point) const { return XY[static_cast<std::size_t>(2 * point)]; }
+  double y(int point) const { return XY[static_cast<std::size_t>(2 * point) + 1]; }
+  bool isPlaced(int point) const;
+  void place(int point, Point const& at);
+  void forgetUnknownPoints();
+  int lastDirection(int station, int target) const;
+  bool placeFollowingPoint(int station);
+  Point polarPoint(int station, int orientedBy, int direction, double distance) const;
+
+  // Iteration.
+  double orientationOf(int station) const;
+  void holdKnownPoints();
+  void iterate();
+  void calculateResults();
+  int unknownsCount() const { return stationsCount + 2 * pointsCount; }
+  double distanceVariance(double distance) const;
+  int redundancy() const;
+  LineErrorInfo lineResult(int i, int j, double observed, double residual);
+  void checkInverse(std::vector<double> const& diagonal) const;
+  double cofactor(double const* a, int const* index) const;
+  PointInfo pointOf(int number, std::vector<double> const& coordinates) const;
+
+  int pointsCount = 0;
+  int knPointsCount = 0;
+  int stationsCount = 0;
+  int directionsCount = 0;
+  int linesCount = 0;
+  int azimuthCount = 0;
+  std::vector<int> stationPoint;       // point number of each station
+  std::vector<int> directionStart;     // station i owns directions directionStart[i] up to directionStart[i + 1]
+  std::vector<int> directionTarget;    // point number of each direction's target
+  std::vector<double> directionValue;  // radians
+  std::vector<double> directionV;      // reduced observation, then residual, seconds
+  std::vector<int> lineStart;
+  std::vector<int> lineEnd;
+  std::vector<double> lineValue;  // metres
+  std::vector<double> lineV;      // residual, metres
+  std::vector<ControlDistance> controlDistances;
+  bool countControlDistances = false;
+  std::vector<int> azimuthStart;  // azimuth observations are refused, so these stay empty
+  std::vector<int> azimuthEnd;
+  std::vector<double> azimuthValue;
+  std::vector<double> azimuthV;
+  NameIndex pointNames;
+  std::vector<std::string> stationNames;
+  std::vector<double> X0Y0;          // x of point i at 2 i, y at 2 i + 1
+  std::vector<double> normalMatrix;  // packed; after an iteration its inverse Q
+  std::vector<double> normalVector;
+  std::vector<double> dX;
+  std::vector<double> XY;
+  std::vector<double> mx;
+  std::vector<double> my;
+  std::vector<double> mp;
+  std::vector<DirectionResult> directionResults;
+  std::vector<LineErrorInfo> lineErrorInfos;
+  ErrorEllipseManage errorEllipses;
+  double angleError;
+  double lineFixedError;
+  double lineProportionError;
+  double pvv = 0.0;
+  double unitError = 0.0;
+  bool lineCalculateExpression;
+  double m_PI;
+  double rho;  // seconds per radian
+  bool hasRedundancy = true;
+  int iterations = 0;
+  std::vector<double> lineErrors;                        // errors of the distances without a threshold, metres
+  std::vector<std::vector<double>> directionLineErrors;  // the same for the lines of the directions
+
+  // Look-ups, filled with the arrays.
+  std::vector<std::vector<int>> stationsAt;              // of each point
+  std::vector<std::vector<int>> stationsSighting;        // of each point, one entry for each direction to it
+  std::unordered_map<std::uint64_t, double> distanceOf;  // of a pair of points, the first entry of the arrays
+  std::unordered_map<std::uint64_t, int> directionOf;    // of (station, target), the last direction
+};
+
+}  // namespace kvn

@@ -1,0 +1,220 @@
+// Input of the adjustment: numbers for the points, flat arrays for the observations.
+#include "adjust/TraverseAdjust.h"
+#include "adjust/detail/MergeLines.h"
+#include "adjust/detail/PairKey.h"
+#include "core/AlgorithmException.h"
+#include "core/System.h"
+
+#include <QStringList>
+#include <cmath>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+constexpr double kNone = 1e30;
+
+std::size_t index(int i) {
+  return static_cast<std::size_t>(i);
+}
+
+void warnOfUnobserved(QStringList const& names) {
+  System const* const system = System::Instance();
+  if (names.isEmpty() || system == nullptr) return;
+  system->sendMessage(
+      System::tr("Known points without an observation are left out: %1").arg(names.join(QStringLiteral(", "))),
+      Warning);
+}
+
+}  // namespace
+
+TraverseAdjust::TraverseAdjust() : TraverseAdjust(2.0, 0.003, 3e-6, true) {}
+
+TraverseAdjust::TraverseAdjust(double directionError, double fixedError, double proportionError, bool expression)
+    : angleError(directionError),
+      lineFixedError(fixedError),
+      lineProportionError(proportionError),
+      lineCalculateExpression(expression),
+      m_PI(std::acos(-1.0)),
+      rho(1.0 / m_PI * 180.0 * 3600.0) {}
+
+TraverseAdjust::TraverseAdjust(TraverseAdjust const&) = default;
+TraverseAdjust& TraverseAdjust::operator=(TraverseAdjust const&) = default;
+TraverseAdjust::~TraverseAdjust() = default;
+
+int TraverseAdjust::getPointNumber(std::string const& name) {
+  return pointNames.numberOf(name);
+}
+
+bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
+  return (a.start_name == b.start_name && a.end_name == b.end_name) ||
+         (a.start_name == b.end_name && a.end_name == b.start_name);
+}
+
+void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
+  std::vector<PointInfo> const knownPoints = observedKnownPoints(input);
+  pointsCount = input.pointsCount;
+  stationsCount = input.stationsCount;
+  knPointsCount = static_cast<int>(knownPoints.size());
+  directionsCount = input.directionsCount;
+  if (input.azimuthCount != 0) throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  if (pointsCount == knPointsCount) throw AlgorithmException(AlgorithmException::AllStationKnown, std::string());
+
+  std::vector<LineInfo> const distances = collectDistances(input, false);
+  linesCount = static_cast<int>(distances.size());
+  sizeArrays();
+  numberPoints(knownPoints, input.stations);
+  readDirections(input.stations);
+  readDistances(distances);
+  readControlDistances(collectDistances(input, true));
+  if (pointNames.size() != pointsCount) throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  indexObservations();
+}
+
+std::vector<PointInfo> TraverseAdjust::observedKnownPoints(AlgorithmData const& input) const {
+  NameIndex observed;
+  for (StationInfo const& station : input.stations) {
+    observed.numberOf(station.name);
+    for (LineInfo const& direction : station.directions) observed.numberOf(direction.end_name);
+    for (LineInfo const& line : station.lines) {
+      observed.numberOf(line.start_name);
+      observed.numberOf(line.end_name);
+    }
+  }
+  std::vector<PointInfo> points;
+  QStringList leftOut;
+  for (PointInfo const& point : input.knPoints) {
+    if (observed.contains(point.name)) {
+      points.push_back(point);
+    } else {
+      leftOut.append(QString::fromStdString(point.name));
+    }
+  }
+  warnOfUnobserved(leftOut);
+  return points;
+}
+
+/// The merged distances that have an end that is not known or, for `control`, those between two known points.
+std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control) {
+  std::vector<LineInfo> distances;
+  if (!control && input.linesCount < 1) return distances;
+  NameIndex known;
+  for (PointInfo const& point : input.knPoints) known.numberOf(point.name);
+  for (StationInfo const& station : input.stations) {
+    for (LineInfo const& line : station.lines) {
+      bool const bothKnown = known.contains(line.start_name) && known.contains(line.end_name);
+      if (bothKnown == control) distances.push_back(line);
+    }
+  }
+  detail::mergeRepeatedLines(distances);
+  return distances;
+}
+
+void TraverseAdjust::sizeArrays() {
+  auto const unknowns = index(unknownsCount());
+  stationPoint.assign(index(stationsCount), -1);
+  directionStart.assign(index(stationsCount) + 1, -1);
+  directionTarget.assign(index(directionsCount), -1);
+  directionValue.assign(index(directionsCount), 0.0);
+  directionV.assign(index(directionsCount), 0.0);
+  lineStart.assign(index(linesCount), -1);
+  lineEnd.assign(index(linesCount), -1);
+  lineValue.assign(index(linesCount), 0.0);
+  lineV.assign(index(linesCount), 0.0);
+  XY.assign(2 * index(pointsCount), 0.0);
+  X0Y0.assign(2 * index(pointsCount), 0.0);
+  normalMatrix.assign(unknowns * (unknowns + 1) / 2, 0.0);
+  normalVector.assign(unknowns, 0.0);
+  dX.assign(unknowns, 0.0);
+}
+
+// Known points first: they hold the numbers 0 to knPointsCount - 1, on which the iteration relies.
+void TraverseAdjust::numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations) {
+  for (PointInfo const& point : knownPoints) place(getPointNumber(point.name), {point.x, point.y});
+  for (StationInfo const& station : stations) {
+    getPointNumber(station.name);
+    stationNames.push_back(station.name);
+  }
+}
+
+void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
+  int next = 0;
+  directionStart[0] = 0;
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    StationInfo const& station = stations[i];
+    if (station.directions.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
+    stationPoint.at(i) = getPointNumber(station.name);
+    for (LineInfo const& direction : station.directions) {
+      directionTarget.at(index(next)) = getPointNumber(direction.end_name);
+      directionValue.at(index(next)) = direction.value;
+      ++next;
+    }
+    directionStart.at(i + 1) = next;
+  }
+}
+
+void TraverseAdjust::readDistances(std::vector<LineInfo> const& distances) {
+  for (std::size_t e = 0; e < distances.size(); ++e) {
+    LineInfo const& line = distances[e];
+    lineStart[e] = getPointNumber(line.start_name);
+    lineEnd[e] = getPointNumber(line.end_name);
+    lineValue[e] = line.value / line.count;
+  }
+}
+
+void TraverseAdjust::readControlDistances(std::vector<LineInfo> const& distances) {
+  for (LineInfo const& line : distances) {
+    controlDistances.push_back(
+        {getPointNumber(line.start_name), getPointNumber(line.end_name), line.value / line.count});
+  }
+}
+
+void TraverseAdjust::indexObservations() {
+  stationsAt.assign(index(pointsCount), {});
+  stationsSighting.assign(index(pointsCount), {});
+  for (int s = 0; s < stationsCount; ++s) {
+    stationsAt[index(stationPoint[index(s)])].push_back(s);
+    for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
+      int const target = directionTarget[index(d)];
+      stationsSighting[index(target)].push_back(s);
+      directionOf[detail::orderedKey(s, target)] = d;
+    }
+  }
+  for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    distanceOf.emplace(detail::unorderedKey(lineStart[e], lineEnd[e]), lineValue[e]);
+  }
+}
+
+int TraverseAdjust::lastDirection(int station, int target) const {
+  auto const entry = directionOf.find(detail::orderedKey(station, target));
+  return entry == directionOf.end() ? -1 : entry->second;
+}
+
+double TraverseAdjust::getLine(int i, int j) const {
+  auto const entry = distanceOf.find(detail::unorderedKey(i, j));
+  return entry == distanceOf.end() ? kNone : entry->second;
+}
+
+double TraverseAdjust::getAzimuth(int i, int j) const {
+  for (std::size_t e = 0; e < azimuthValue.size(); ++e) {
+    if (azimuthStart[e] == i && azimuthEnd[e] == j) return azimuthValue[e];
+    if (azimuthStart[e] == j && azimuthEnd[e] == i) {
+      double const reversed = azimuthValue[e] + m_PI;
+      return reversed > 2.0 * m_PI ? reversed - 2.0 * m_PI : reversed;
+    }
+  }
+  return kNone;
+}
+
+double TraverseAdjust::getAngle(int point, int i, int j) const {
+  for (int const s : stationsAt[index(point)]) {
+    int const toI = lastDirection(s, i);
+    int const toJ = lastDirection(s, j);
+    if (toI < 0 || toJ < 0) continue;
+    double const angle = directionValue[index(toJ)] - directionValue[index(toI)];
+    return angle < 0.0 ? angle + 2.0 * m_PI : angle;
+  }
+  return -1.0;
+}
+
+}  // namespace kvn

@@ -1,0 +1,23 @@
+# Headers keep their folders below include/kelvane; Kelvane.h stands beside it and includes them all.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS kelvane EXPORT KelvaneTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS kelvane_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES Kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+foreach(folder records core formats reduction adjust map legend commands)
+  install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
+    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
+endforeach()
+foreach(layer utils mvz)
+  install(DIRECTORY platform/${layer} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform
+    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
+endforeach()
+
+install(EXPORT KelvaneTargets NAMESPACE Kelvane:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
+configure_package_config_file(cmake/KelvaneConfig.cmake.in ${CMAKE_BINARY_DIR}/KelvaneConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/KelvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/KelvaneConfig.cmake ${CMAKE_BINARY_DIR}/KelvaneConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)

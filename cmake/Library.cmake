@@ -1,0 +1,27 @@
+# The shared library libkelvane: one target, one list of sources and public headers a folder.
+add_library(kelvane SHARED)
+add_library(Kelvane::Kelvane ALIAS kelvane)
+
+foreach(folder records core formats reduction adjust map legend commands)
+  if(EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
+    add_subdirectory(${folder})
+  endif()
+endforeach()
+
+target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform>)
+target_link_libraries(kelvane
+  PUBLIC Qt5::Core JsonCpp::JsonCpp tinyxml2::tinyxml2 ${OPENSCENEGRAPH_LIBRARIES}
+  PRIVATE $<BUILD_INTERFACE:kelvane_warnings>)
+target_include_directories(kelvane SYSTEM PUBLIC
+  $<BUILD_INTERFACE:${OPENSCENEGRAPH_INCLUDE_DIRS}>)
+target_include_directories(kelvane PUBLIC
+  $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}>
+  $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/platform>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform>)
+target_compile_definitions(kelvane PRIVATE KELVANE_BUILDING)
+target_compile_features(kelvane PUBLIC cxx_std_17)
+set_target_properties(kelvane PROPERTIES
+  VERSION ${PROJECT_VERSION}
+  SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})

@@ -1,0 +1,11 @@
+# What our own code is compiled with; foreign headers come as system headers and stay out of it.
+add_library(kelvane_warnings INTERFACE)
+target_compile_options(kelvane_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  # IEEE arithmetic as written: results must not depend on the optimisation level.
+  -ffp-contract=off)
+if(KELVANE_SANITIZE)
+  target_compile_options(kelvane_warnings INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kelvane_warnings INTERFACE -fsanitize=address,undefined)
+endif()

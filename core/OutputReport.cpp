@@ -1,0 +1,7 @@
+#include "core/OutputReport.h"
+
+namespace kvn {
+
+OutputReport::~OutputReport() = default;
+
+}  // namespace kvn

@@ -1,0 +1,160 @@
+// Project: one survey project.
+#pragma once
+
+#include "core/Configure.h"
+#include "records/CoordinatePointInfo.h"
+#include "records/Network.h"
+#include "records/StationMap.h"
+#include "records/TraverseDataInfo.h"
+
+#include <mvz/VRD_DAM_PARA_T.h>
+#include <utils/Export.h>
+#include <utils/IProcessCancel.h>
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+class AlgorithmAdjust;
+class AlgorithmData;
+class CommandManager;
+class MapScene;
+class OutputReport;
+
+/// Owns the observation rows, the network, the coordinate list, the settings, the command manager and, once they exist,
+/// the objects of the calculation. Every file that is read ends up in these members, every command edits them.
+///
+/// Made with `System::createProject`. Used from one thread at a time.
+class KELVANE_EXPORT Project : public utils::IProcessCancel {
+public:
+  /// What the project was made from.
+  enum FileType {
+    LqfFile,    ///< instrument job file
+    VrdFile,    ///< traverse text file
+    CosaFile,   ///< COSA network file
+    CoordFile,  ///< coordinate file
+  };
+
+  /// What the map shows; any value but 0 draws the network.
+  enum OperationType {
+    ObservationView,  ///< the observation rows when there are any
+    NetworkView,
+  };
+
+  Project();
+  Project(Project const&) = delete;
+  Project& operator=(Project const&) = delete;
+  ~Project() override;
+
+  // Import and export.
+
+  /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped.
+  /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
+  /// @throws DataException, std::logic_error of the reader. The project is unchanged after any failure.
+  virtual void importCosaFile(QString const& path);
+
+  /// Imports a file by its suffix, compared without regard to case, and takes its path and name. A suffix that is not
+  /// one of the known kinds imports nothing and is not reported, but the path and the name are taken all the same.
+  /// @throws QLogicError for a known kind whose reader this version does not have, and what the import throws.
+  virtual void read(QString const& path);
+
+  /// Empties rows, network and coordinate list, restores `configure`, and clears `projectFile` and `version`.
+  virtual void resetData();
+
+  /// Writes known points and lines as a COSA network file, creating the directory.
+  /// @throws QLogicError "Network Data is empty" without lines on a project that does not come from observations.
+  bool exportCosaTraverseFile(QString const& path) const;
+  /// To the network file that the project came from; false when there is none.
+  bool exportCosaTraverseFile() const;
+
+  // State.
+
+  void setName(QString const& path);  ///< `projectFile` is the path, `name` its complete base name
+  void clearNetwork();
+  bool isEmpty() const;     ///< no lines, no rows, no coordinates; known points alone do not count
+  bool isModified() const;  ///< with a resolution of one second
+  void setModify(bool modified);
+  bool isCoordinateData() const;   ///< the coordinate list is not empty
+  bool isNetworkViewData() const;  ///< the network has lines, or there are rows
+  bool isUsingViewData() const;    ///< there are rows, or the project came from a traverse file alone
+  bool isTraverseNameExist(std::string const& pointName) const;
+  void addKnownPoint(KnownPoint const& point);          ///< overwrites every entry of that name, else appends
+  bool removeKnownPoint(std::string const& pointName);  ///< the first entry of that name
+  void removeCoordinatePoint(QString const& id);        ///< the first point of that id; no match is no failure
+  /// @throws QLogicError "User Cancel" when the host's cancel query says so.
+  void checkCancelAndThrow() const;
+  void traverseDataToAlgorithData();  ///< does nothing
+
+  // Accessors. The list setters replace the content: references handed out earlier stay valid.
+
+  CommandManager* getCommandManager() const;
+  MapScene* getMapScene() const;  ///< null until a scene exists
+  QString getVersion() const;
+  void setVersion(QString value);
+  FileType getFileType() const;
+  void setFileType(FileType value);
+  std::vector<TraverseDataInfo>& getTraverseDataList();
+  std::vector<TraverseDataInfo> const& getTraverseDataList() const;
+  void setTraverseDataList(std::vector<TraverseDataInfo> rows);
+  Configure& getConfigure();
+  Configure const& getConfigure() const;
+  void setConfigure(Configure const& value);
+  QString getProjectFile() const;
+  void setProjectFile(QString path);
+  QString getName() const;
+  QString getNetworkFile() const;
+  QString getViewFile() const;
+  QString getCoordFile() const;
+  QString getLQFFile() const;
+  std::vector<CoordinatePointInfo>& getCoordinatePointList();
+  std::vector<CoordinatePointInfo> const& getCoordinatePointList() const;
+  void setCoordinatePointList(std::vector<CoordinatePointInfo> points);
+  Network& getNetwork();
+  Network const& getNetwork() const;
+  void setNetwork(Network value);
+  AlgorithmAdjust* getAlgorithmAdjust() const;
+  void setAlgorithmAdjust(std::unique_ptr<AlgorithmAdjust> value);
+  OutputReport* getOutputReport() const;
+  void setOutputReport(std::unique_ptr<OutputReport> value);
+  AlgorithmData* getAlgorithData() const;
+  void setAlgorithData(std::unique_ptr<AlgorithmData> value);
+  QString getNetworkMapid() const;
+  void setNetworkMapid(QString value);
+  VRD_DAM_PARA_T const& getDatumParam() const;
+  void setDatumParam(VRD_DAM_PARA_T const& value);
+  VerticalAngleType getVerticalAngleType() const;
+  void setVerticalAngleType(VerticalAngleType value);
+  void setOperationType(OperationType value);
+
+private:
+  std::unique_ptr<CommandManager> commandManager;
+  std::uint64_t saveTime = 0;
+  std::uint64_t modifyTime = 0;
+  QString projectFile;
+  QString name;
+  QString networkFile;
+  QString viewFile;
+  QString coordFile;
+  QString lqfFile;
+  QString version = QStringLiteral("1.0.1");
+  FileType fileType = VrdFile;
+  Configure configure;
+  QString networkMapid;
+  std::unique_ptr<std::vector<TraverseDataInfo>> traverseDataList;
+  std::unique_ptr<Network> network;
+  std::unique_ptr<std::vector<CoordinatePointInfo>> coordinatePointList;
+  std::unique_ptr<AlgorithmData> algorithData;
+  std::unique_ptr<AlgorithmAdjust> algorithmAdjust;
+  std::unique_ptr<OutputReport> outputReport;
+  VRD_DAM_PARA_T datumParam{};
+  VerticalAngleType verticalAngleType = FullCircleZenith;
+  OperationType operationType = ObservationView;
+  StationMap stationMap;
+  std::vector<KnownPoint> knownPointList;
+};
+
+}  // namespace kvn

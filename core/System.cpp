@@ -1,0 +1,199 @@
+#include "core/System.h"
+
+#include "core/Project.h"
+
+#include <mvz/ViewerManager.h>
+#include <utils/HTextCodec.h>
+#include <utils/QLogicError.h>
+#include <utils/UserBehavior.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QMetaType>
+#include <QPointer>
+#include <QStandardPaths>
+#include <QTranslator>
+#include <algorithm>
+#include <osg/ref_ptr>
+#include <utility>
+
+namespace kvn {
+
+System* System::g_System = nullptr;
+
+struct System::Data {
+  utils::Config config;
+  QString configFile;
+  QPointer<utils::UserBehavior> userBehavior;
+  osg::ref_ptr<osg::Referenced> viewerManager;
+};
+
+System::System() {
+  if (g_System != nullptr) throw QLogicError("kvn::System is only one can be created");
+  g_System = this;
+  data = std::make_unique<Data>();
+  qRegisterMetaType<Json::Value>("Json::Value");
+  QDir const documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  data->configFile = documents.filePath(QStringLiteral("PLQ/Config/KelvaneConfig.json"));
+  data->userBehavior = new utils::UserBehavior(QStringLiteral("Kelvane"), QCoreApplication::instance());
+}
+
+System::~System() {
+  writeConfig();
+  g_System = nullptr;
+}
+
+System* System::Instance() {
+  return g_System;
+}
+
+std::shared_ptr<Project> System::createProject() {
+  return std::make_shared<Project>();
+}
+
+Project* System::getCurrentProject() const {
+  return projectList.empty() ? nullptr : currentProject.lock().get();
+}
+
+void System::setCurrentProject(std::shared_ptr<Project> project) {
+  addProject(project);
+  currentProject = project;
+}
+
+void System::init() {
+  readConfig();
+  initTranslators();
+}
+
+void System::readConfig() {
+  if (data->config.read(HTextCodec::ToLocal8Bit(data->configFile)) == utils::Config::ReadResult::Invalid) {
+    sendMessage(tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile),
+                Warning);
+  }
+}
+
+void System::writeConfig() const {
+  auto const result = data->config.write(HTextCodec::ToLocal8Bit(data->configFile));
+  if (!result.keptAs.isEmpty()) {
+    sendMessage(
+        tr("The configuration file %1 is not valid JSON; it is kept as %2").arg(data->configFile, result.keptAs),
+        Warning);
+  }
+  if (!result.error.isEmpty()) sendMessage(tr("The configuration was not written: %1").arg(result.error), Warning);
+}
+
+QString System::getConfigFile() const {
+  return data->configFile;
+}
+void System::setConfigFile(QString path) {
+  data->configFile = std::move(path);
+}
+utils::Config* System::getConfig() const {
+  return &data->config;
+}
+
+utils::Formater System::createFormater() const {
+  return utils::Formater(data->config.value("Globle.Configuration"));
+}
+
+QString System::getOutPath() const {
+  Json::Value const path = data->config.value("Globle.Path.OutPath");
+  return path.isString() ? QString::fromStdString(path.asString()) : QStringLiteral("./Out");
+}
+
+bool System::addProject(std::shared_ptr<Project> project) {
+  if (project == nullptr) return false;
+  if (!hasProject(project.get())) projectList.push_back(std::move(project));
+  return true;
+}
+
+bool System::removeProject(Project* project) {
+  auto const found = std::find_if(projectList.begin(), projectList.end(),
+                                  [project](auto const& entry) { return entry.get() == project; });
+  if (found == projectList.end()) return false;
+  projectList.erase(found);
+  return true;
+}
+
+bool System::hasProject(Project* project) const {
+  return findProject(project) != nullptr;
+}
+
+std::shared_ptr<Project> System::findProject(Project* project) const {
+  auto const found = std::find_if(projectList.begin(), projectList.end(),
+                                  [project](auto const& entry) { return entry.get() == project; });
+  return found == projectList.end() ? nullptr : *found;
+}
+
+std::shared_ptr<Project> System::findProject(QString const& path) const {
+  QFileInfo const wanted(path);
+  auto const found = std::find_if(projectList.begin(), projectList.end(), [&wanted](auto const& entry) {
+    return QFileInfo(entry->getProjectFile()) == wanted;
+  });
+  return found == projectList.end() ? nullptr : *found;
+}
+
+std::shared_ptr<Project> System::findProjectName(QString const& name) const {
+  QString const wanted = name.toLower();
+  auto const found = std::find_if(projectList.begin(), projectList.end(),
+                                  [&wanted](auto const& entry) { return entry->getName().toLower() == wanted; });
+  return found == projectList.end() ? nullptr : *found;
+}
+
+std::list<std::shared_ptr<Project>> const& System::getProjectList() const {
+  return projectList;
+}
+bool System::isProjectOpen() const {
+  return !projectList.empty();
+}
+bool System::isEmptyProject() const {
+  return !projectList.empty();
+}
+
+void System::sendMessage(QString const& text, MessType type) const {
+  if (sendMessageFunc) sendMessageFunc(text, type);
+}
+
+std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const {
+  return sendMessageFunc;
+}
+
+void System::setSendMessageFunc(std::function<void(QString const&, MessType)> function) {
+  sendMessageFunc = std::move(function);
+}
+
+mvz::ViewerManager* System::getMvzViewerManager() const {
+  return dynamic_cast<mvz::ViewerManager*>(data->viewerManager.get());
+}
+
+void System::setMvzViewerManager(mvz::ViewerManager* value) {
+  data->viewerManager = value;
+}
+utils::UserBehavior* System::getUserBehavior() const {
+  return data->userBehavior;
+}
+void System::setUserBehavior(utils::UserBehavior* value) {
+  data->userBehavior = value;
+}
+
+QString System::tr(char const* text, char const* disambiguation, int n) {
+  return QCoreApplication::translate("kvn::System", text, disambiguation, n);
+}
+
+QString System::trUtf8(char const* text, char const* disambiguation, int n) {
+  return tr(text, disambiguation, n);
+}
+
+void System::initTranslators() {
+  for (char const* stem : {"Kelvane", "Kelvane_ui", "Kelvane_plq"}) {
+    auto translator = std::make_unique<QTranslator>();
+    bool const loaded =
+        translator->load(QLocale(), QString::fromLatin1(stem), QStringLiteral("_"), QStringLiteral("translations"));
+    // Installed translators stay for the life of the process.
+    if (loaded && QCoreApplication::installTranslator(translator.get())) translator.release();
+  }
+}
+
+}  // namespace kvn

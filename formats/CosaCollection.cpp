@@ -1,0 +1,154 @@
+#include "formats/CosaCollection.h"
+
+#include "adjust/CommonFunction.h"
+#include "core/DataException.h"
+#include "core/System.h"
+#include "formats/detail/LineSource.h"
+
+#include <utils/Degree.h>
+#include <utils/Number.h>
+
+#include <ostream>
+#include <unordered_map>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+// An angle or a distance below this counts as not observed when the lines of one target are joined; strict.
+constexpr double kNotObserved = 1e-06;
+// A distance is written when it is above this.
+constexpr double kNoDistance = 1e-08;
+
+void fillMissing(double& value, double other) {
+  if (value < kNotObserved) value = other;
+}
+
+std::string fixed4(double value) {
+  return QString::number(value, 'f', 4).toStdString();
+}
+
+/// The general form with six digits of a stream, with a point whatever locale the stream or the process has.
+std::string general6(float value) {
+  return QString::number(double(value), 'g', 6).toStdString();
+}
+
+std::string dms(double radians) {
+  return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
+}
+
+}  // namespace
+
+std::vector<CosaStationInfo> const& CosaDataManage::getCosaData() const {
+  return cosaData;
+}
+void CosaDataManage::setCosaData(std::vector<CosaStationInfo> const& stations) {
+  cosaData = stations;
+}
+
+CosaCollection::CosaCollection() = default;
+CosaCollection::~CosaCollection() = default;
+
+Configure const& CosaCollection::getConfigure() const {
+  return configure;
+}
+
+void CosaCollection::read(std::istream& stream) {
+  knownPointList.clear();
+  networkDataList.clear();
+  std::string station;
+  std::string line;
+  detail::LineSource source(stream);
+  while (source.next(line)) {
+    std::vector<std::string> const fields = CommonFunction::split(line, ',', false);
+    if (source.lineNumber() == 1) {
+      readHead(fields);
+    } else if (fields.size() == 3) {
+      readObservation(station, fields);
+    } else if (fields.size() == 1) {
+      station = fields[0];
+    }
+  }
+  joinRepeats();
+}
+
+void CosaCollection::readHead(std::vector<std::string> const& fields) {
+  if (fields.size() != 3) throw DataException(System::tr("The Format of Data is wrong").toStdString());
+  configure.AngleError = static_cast<float>(utils::leadingNumber(fields[0]));
+  configure.LineFixedError = static_cast<float>(utils::leadingNumber(fields[1]));
+  configure.LineProportionError = static_cast<float>(utils::leadingNumber(fields[2]));
+}
+
+void CosaCollection::readObservation(std::string const& station, std::vector<std::string> const& fields) {
+  std::string const& kind = fields[1];
+  if (!CommonFunction::judgeStringToDouble(fields[2])) return;
+  if (CommonFunction::judgeStringToDouble(kind)) {
+    KnownPoint point;
+    point.name = fields[0];
+    point.x = utils::leadingNumber(kind);
+    point.y = utils::leadingNumber(fields[2]);
+    knownPointList.push_back(std::move(point));
+    return;
+  }
+  if (kind != "L" && kind != "S") return;
+  NetworkDataInfo observation;
+  observation.start_name = station;
+  observation.end_name = fields[0];
+  if (kind == "L") {
+    utils::Degree const angle(utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS));
+    observation.horizontal_angle = angle.toRadian();
+  } else {
+    observation.horizontal_distance = utils::leadingNumber(fields[2]);
+  }
+  networkDataList.push_back(std::move(observation));
+}
+
+// The first line of a station and target stays at its place and takes, from the later ones in order, what it lacks; the
+// later ones go. One pass does what comparing all pairs would: a line that goes gives only to the first of its kind.
+void CosaCollection::joinRepeats() {
+  std::unordered_map<std::string, std::size_t> firstOf;
+  firstOf.reserve(networkDataList.size());
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < networkDataList.size(); ++i) {
+    NetworkDataInfo& line = networkDataList[i];
+    // A comma cannot stand in a name of this format, so that it parts the two names.
+    auto const [entry, isNew] = firstOf.try_emplace(line.start_name + ',' + line.end_name, kept);
+    if (!isNew) {
+      NetworkDataInfo& first = networkDataList[entry->second];
+      fillMissing(first.horizontal_angle, line.horizontal_angle);
+      fillMissing(first.horizontal_distance, line.horizontal_distance);
+      continue;
+    }
+    if (kept != i) networkDataList[kept] = std::move(line);
+    ++kept;
+  }
+  networkDataList.resize(kept);
+}
+
+std::vector<ExportStation> CosaCollection::convertData(std::vector<NetworkDataInfo> const& lines) const {
+  std::vector<ExportStation> stations;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    NetworkDataInfo const& line = lines[i];
+    if (i == 0 || line.start_name != lines[i - 1].start_name) stations.push_back({line.start_name, {}, {}});
+    stations.back().directions.push_back({line.end_name, line.horizontal_angle});
+    stations.back().distances.push_back({line.end_name, line.horizontal_distance});
+  }
+  return stations;
+}
+
+void CosaCollection::write(std::ostream& stream) {
+  stream << general6(configure.AngleError) << ',' << general6(configure.LineFixedError) << ','
+         << general6(configure.LineProportionError) << '\n';
+  for (KnownPoint const& point : knownPointList) {
+    stream << point.name << ',' << fixed4(point.x) << ',' << fixed4(point.y) << '\n';
+  }
+  for (ExportStation const& station : convertData(networkDataList)) {
+    stream << station.name << '\n';
+    for (OutView const& view : station.directions) stream << view.name << ",L," << dms(view.value) << '\n';
+    for (OutView const& view : station.distances) {
+      if (view.value > kNoDistance) stream << view.name << ",S," << fixed4(view.value) << '\n';
+    }
+  }
+}
+
+}  // namespace kvn

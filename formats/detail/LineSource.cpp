@@ -1,0 +1,56 @@
+#include "formats/detail/LineSource.h"
+
+#include <QString>
+#include <algorithm>
+#include <istream>
+
+namespace kvn::detail {
+namespace {
+
+constexpr char const* kByteOrderMark = "\xEF\xBB\xBF";
+
+bool isAsciiSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+void simplifyAscii(std::string& text) {
+  auto write = text.begin();
+  bool blankPending = false;
+  for (char const c : text) {
+    if (isAsciiSpace(c)) {
+      blankPending = write != text.begin();
+      continue;
+    }
+    if (blankPending) *write++ = ' ';
+    blankPending = false;
+    *write++ = c;
+  }
+  text.erase(write, text.end());
+}
+
+}  // namespace
+
+LineSource::LineSource(std::istream& stream) : in(stream) {}
+
+bool LineSource::next(std::string& line) {
+  while (std::getline(in, line)) {
+    ++number;
+    if (number == 1 && line.rfind(kByteOrderMark, 0) == 0) line.erase(0, 3);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (line.empty()) continue;
+    line = simplifiedUtf8(std::move(line));
+    return true;
+  }
+  return false;
+}
+
+std::string simplifiedUtf8(std::string text) {
+  bool const ascii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (ascii) {
+    simplifyAscii(text);
+    return text;
+  }
+  return QString::fromUtf8(text.data(), static_cast<int>(text.size())).simplified().toStdString();
+}
+
+}  // namespace kvn::detail

@@ -1,0 +1,10 @@
+#include <mvz/ProjectMapScene.h>
+#include <mvz/ViewerManager.h>
+
+namespace mvz {
+
+void ProjectMapScene::reDraw() {
+  ViewerManager::requestRedrawOfAll();
+}
+
+}  // namespace mvz

@@ -1,0 +1,194 @@
+#include <utils/Degree.h>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <system_error>
+
+namespace utils {
+namespace {
+
+double const kPi = std::acos(-1.0);
+constexpr double kSecondsPerDegree = 3600.0;
+// Above this many units of the last place the split into fields would lose digits; no angle comes near it.
+constexpr double kLargestUnits = 9.0e15;
+
+std::string_view trimmed(std::string_view text) {
+  constexpr char const* kBlanks = " \t\r\n\v\f";
+  auto const first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool allDigits(std::string_view text) {
+  return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// The digits as a number; 0 without digits.
+double number(std::string const& digits) {
+  double value = 0.0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  return value;
+}
+
+/// Decimal degrees of [sign]DD[.MMSSsss]; false when the text has another form.
+bool readFields(std::string_view text, double& degrees) {
+  double const sign = !text.empty() && text.front() == '-' ? -1.0 : 1.0;
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+  auto const point = text.find('.');
+  std::string_view const whole = text.substr(0, point);
+  std::string_view const decimals = point == std::string_view::npos ? std::string_view{} : text.substr(point + 1);
+  if (whole.empty() && decimals.empty()) return false;
+  if (!allDigits(whole) || !allDigits(decimals)) return false;
+
+  std::string padded(decimals);
+  if (padded.size() < 4) padded.append(4 - padded.size(), '0');
+  double const minutes = number(padded.substr(0, 2));
+  double const seconds = number(padded.substr(2, 2) + "." + padded.substr(4));
+  degrees = sign * ((number(std::string(whole)) * 60.0 + minutes) * 60.0 + seconds) / kSecondsPerDegree;
+  return std::isfinite(degrees);
+}
+
+/// A plain number in the C locale; false when the text has another form or is not finite.
+bool readPlain(std::string_view text, double& value) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  auto const result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc() && result.ptr == text.data() + text.size() && std::isfinite(value);
+}
+
+/// Decimal degrees of a DD.MMSS text, a number with an exponent included.
+bool readDms(std::string_view text, double& degrees) {
+  text = trimmed(text);
+  if (readFields(text, degrees)) return true;
+  double plain = 0.0;
+  if (!readPlain(text, plain)) return false;
+  return readFields(QString::number(plain, 'f', 10).toStdString(), degrees);
+}
+
+QString padded(std::int64_t value, int width) {
+  return QString::number(value).rightJustified(width, QLatin1Char('0'));
+}
+
+struct Separators {
+  char const* afterDegrees;
+  char const* afterMinutes;
+  char const* afterSeconds;
+  int fieldWidth;  ///< minutes and seconds are filled with zeros to this width
+};
+
+Separators separators(DMSFormat format) {
+  switch (format) {
+    case DDMMSS:
+      return {"", "", "", 2};
+    case DDSMMSSS:
+      return {" ", " ", "", 2};
+    case DDCMMCSS:
+      return {":", ":", "", 2};
+    case DDPMMSS:
+    case DegreeToDDPMMSS:
+      return {".", "", "", 2};
+    default:
+      return {"\u00B0", "\u2032", "\u2033", 2};
+  }
+}
+
+/// Sexagesimal text of |degrees|, rounded to whole units of 10^-decimals seconds before it is cut into fields.
+QString sexagesimal(double degrees, DMSFormat format, int decimals) {
+  double const scale = std::pow(10.0, decimals);
+  double const rounded = std::round(std::abs(degrees) * kSecondsPerDegree * scale);
+  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17);
+  auto const units = static_cast<std::int64_t>(rounded);
+  auto const perSecond = static_cast<std::int64_t>(scale);
+  std::int64_t const seconds = units / perSecond;
+
+  Separators const by = separators(format);
+  QString text = units != 0 && degrees < 0.0 ? QStringLiteral("-") : QString();
+  text += QString::number(seconds / 3600) + QString::fromUtf8(by.afterDegrees);
+  text += padded(seconds / 60 % 60, by.fieldWidth) + QString::fromUtf8(by.afterMinutes);
+  text += padded(seconds % 60, by.fieldWidth);
+  if (decimals > 0) {
+    if (*by.afterMinutes != '\0' || format == DDMMSS) text += QLatin1Char('.');
+    text += padded(units % perSecond, decimals);
+  }
+  return text + QString::fromUtf8(by.afterSeconds);
+}
+
+/// Degrees and decimal minutes; two more decimals than the seconds have, to keep the resolution.
+QString degreesAndMinutes(double degrees, DMSFormat format, int secondDecimals) {
+  int const decimals = secondDecimals + 2;
+  double const scale = std::pow(10.0, decimals);
+  double const rounded = std::round(std::abs(degrees) * 60.0 * scale);
+  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17);
+  auto const units = static_cast<std::int64_t>(rounded);
+  auto const perMinute = static_cast<std::int64_t>(scale);
+  QString text = units != 0 && degrees < 0.0 ? QStringLiteral("-") : QString();
+  text += QString::number(units / perMinute / 60);
+  text += format == DDPMM ? QStringLiteral(".") : format == DDCMM ? QStringLiteral(":") : QStringLiteral("\u00B0");
+  text += padded(units / perMinute % 60, 2);
+  if (format != DDPMM) text += QLatin1Char('.');
+  text += padded(units % perMinute, decimals);
+  return format == DDRMMR ? text + QStringLiteral("\u2032") : text;
+}
+
+}  // namespace
+
+Degree Radian::toDegree(int mark) const {
+  return Degree(value / kPi * 180.0, mark);
+}
+
+Degree::Degree(double degrees, int /*mark*/) : value(degrees) {}
+
+Radian Degree::toRadian() const {
+  return Radian(value / 180.0 * kPi);
+}
+
+QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) const {
+  int const decimals = secondDecimals < 0 ? 0 : secondDecimals > 9 ? 9 : secondDecimals;
+  switch (format) {
+    case RADIAN:
+      return QString::number(double(toRadian()), 'f', decimals + 6);
+    case DEGREE:
+      return QString::number(value, 'f', decimals + 4);
+    case Gon:
+      return QString::number(value / 0.9, 'f', decimals + 4);
+    case Honey:
+      return QString::number(value / 360.0 * 6000.0, 'f', decimals + 2);
+    case DDCMM:
+    case DDRMMR:
+    case DDPMM:
+      return degreesAndMinutes(value, format, decimals);
+    case DMSFix1:
+      return sexagesimal(value, format, 1);
+    default:
+      return sexagesimal(value, format, decimals);
+  }
+}
+
+QString Degree::toString(DMSFormat format, int decimals) const {
+  if (format != DegreeToDDPMMSS) return toString(format, 0, decimals);
+  if (decimals >= 4) return toString(format, 0, decimals - 4);
+  // Fewer decimals than DD.MMSS has digits: round to the unit that the last kept digit stands for, then cut.
+  constexpr std::array<double, 4> kSecondsPerUnit{3600.0, 600.0, 60.0, 10.0};
+  int const kept = decimals < 0 ? 0 : decimals;
+  double const unit = kSecondsPerUnit[static_cast<std::size_t>(kept)];
+  double const rounded = std::round(value * kSecondsPerDegree / unit) * unit / kSecondsPerDegree;
+  QString const text = sexagesimal(rounded, format, 0);
+  return kept == 0 ? text.section(QLatin1Char('.'), 0, 0) : text.left(text.indexOf(QLatin1Char('.')) + 1 + kept);
+}
+
+double Degree::bytesToDouble(std::string_view text, DMSFormat format, bool* valid) {
+  double result = 0.0;
+  bool const sexagesimalText = format == DegreeToDDPMMSS || format == DDPMMSSToRadian;
+  bool const good = sexagesimalText ? readDms(text, result) : readPlain(trimmed(text), result);
+  if (valid != nullptr) *valid = good;
+  if (!good) return 0.0;
+  return format == DDPMMSSToRadian ? double(Degree(result).toRadian()) : result;
+}
+
+double Degree::stringtoDouble(QString const& text, DMSFormat format, bool* valid) {
+  return bytesToDouble(text.toStdString(), format, valid);
+}
+
+}  // namespace utils

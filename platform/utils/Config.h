@@ -1,0 +1,44 @@
+// utils::Config: the JSON configuration tree of the host product.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <json/value.h>
+#include <QString>
+#include <string>
+
+namespace utils {
+
+/// A JSON tree that is read from and written to a file, with values found by dotted paths.
+class KELVANE_EXPORT Config {
+public:
+  enum class ReadResult { Missing, Good, Invalid };
+
+  /// Reads the file; a missing or invalid one leaves the tree as it was.
+  /// @param path  local 8-bit encoding; an empty one counts as missing.
+  ReadResult read(std::string const& path);
+
+  struct WriteResult {
+    QString error;   ///< why nothing was written; empty when all is well
+    QString keptAs;  ///< new name of a file that stood there and was not valid JSON; empty when there was none
+  };
+
+  /// Writes the tree, creating the directory; the old file is replaced when the new one is complete.
+  ///
+  /// A file that is not valid JSON is kept beside the new one under another name. An empty tree never replaces a file
+  /// that was not read before: settings of a user whose host did not ask for them are not thrown away.
+  /// @param path  local 8-bit encoding; nothing happens for an empty one.
+  WriteResult write(std::string const& path) const;
+
+  /// Value at a dotted path such as "Globle.Path.OutPath"; `defaultValue` when there is none.
+  Json::Value value(std::string const& dottedPath, Json::Value const& defaultValue = Json::Value()) const;
+
+  Json::Value& root();
+  Json::Value const& root() const;
+
+private:
+  Json::Value tree;
+  bool wasRead = false;
+};
+
+}  // namespace utils

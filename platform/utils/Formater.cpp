@@ -1,0 +1,19 @@
+#include <utils/Formater.h>
+
+namespace utils {
+
+Formater::Formater(Json::Value const& configuration) {
+  if (!configuration.isObject()) return;
+  Json::Value const& format = configuration["AngleFormat"];
+  if (format.isInt() && format.asInt() >= DMS && format.asInt() <= Honey) {
+    angleFormat = static_cast<DMSFormat>(format.asInt());
+  }
+  Json::Value const& decimals = configuration["AngleDecimals"];
+  if (decimals.isInt() && decimals.asInt() >= 0 && decimals.asInt() <= 9) angleDecimals = decimals.asInt();
+}
+
+QString Formater::toString(Degree const& angle) const {
+  return angle.toString(angleFormat, 0, angleDecimals);
+}
+
+}  // namespace utils

@@ -1,0 +1,18 @@
+// Numbers in files: a point for the decimals whatever the user's locale is.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <string>
+
+namespace utils {
+
+/// The number at the start of a text, by the rule of `strtod` in the C locale; what follows it is passed over.
+///
+/// Leading white space, a sign, an exponent, hexadecimal, "inf" and "nan" are read as `strtod` reads them. (`std::stod`
+/// follows the process's locale, which a QCoreApplication takes from the user: "1.5" would read as 1 in a German one.)
+/// @throws std::invalid_argument "invalid stod argument" when the text does not begin with a number.
+/// @throws std::out_of_range "stod argument out of range" when it overflows or underflows a double.
+KELVANE_EXPORT double leadingNumber(std::string const& text);
+
+}  // namespace utils

@@ -1,0 +1,25 @@
+#include "support/Support.h"
+
+#include <QFile>
+
+namespace test {
+
+Host::Host() {
+  system.setSendMessageFunc([this](QString const& text, kvn::MessType type) { messages.emplace_back(text, type); });
+}
+
+QString samplePath(QString const& name) {
+  return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name;
+}
+
+std::string fileBytes(QString const& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+void writeFile(QString const& path, std::string const& bytes) {
+  QFile file(path);
+  if (file.open(QIODevice::WriteOnly)) file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+}  // namespace test

@@ -1,0 +1,44 @@
+// What several tests need.
+#pragma once
+
+#include <Kelvane.h>
+#include <QString>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace test {
+
+/// A System whose messages are kept; one at a time. Its configuration file is in the temporary home.
+class Host {
+public:
+  Host();
+
+  kvn::System system;
+  std::vector<std::pair<QString, kvn::MessType>> messages;
+};
+
+/// `what()` of the exception of type Failure that the call throws; "no failure" or "other failure: ..." else.
+template <typename Failure>
+std::string failureOf(std::function<void()> const& call) {
+  try {
+    call();
+  } catch (Failure const& failure) {
+    return failure.what();
+  } catch (std::exception const& failure) {
+    return std::string("other failure: ") + failure.what();
+  }
+  return "no failure";
+}
+
+/// Path of a file of the samples folder.
+QString samplePath(QString const& name);
+
+/// Bytes of a whole file; empty when it is not there.
+std::string fileBytes(QString const& path);
+
+/// Writes a file of the test's own.
+void writeFile(QString const& path, std::string const& bytes);
+
+}  // namespace test
