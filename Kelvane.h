@@ -32,3 +32,10 @@
 #include "records/StationMap.h"
 #include "records/TraverseDataInfo.h"
 #include "records/TraversePointType.h"
+
+#include <mvz/ProjectMapScene.h>
+#include <mvz/ViewerManager.h>
+#include <utils/Degree.h>
+#include <utils/HTextCodec.h>
+#include <utils/IProcessCancel.h>
+#include <utils/QLogicError.h>

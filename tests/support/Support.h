@@ -24,10 +24,9 @@ template <typename Failure>
 std::string failureOf(std::function<void()> const& call) {
   try {
     call();
-  } catch (Failure const& failure) {
-    return failure.what();
   } catch (std::exception const& failure) {
-    return std::string("other failure: ") + failure.what();
+    bool const asExpected = dynamic_cast<Failure const*>(&failure) != nullptr;
+    return asExpected ? failure.what() : std::string("other failure: ") + failure.what();
   }
   return "no failure";
 }

@@ -1,0 +1,137 @@
+// Loading a network into the calculators' input.
+#include "adjust/Networks.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using kvn::AlgorithmData;
+using kvn::AlgorithmException;
+using kvn::Network;
+using test::line;
+
+Network smallNetwork() {
+  Network network;
+  network.knownPoints = {{"K1", 0.0, 0.0, 0.0}, {"K2", 100.0, 0.0, 0.0}};
+  network.lines = {line("K1", "K2", 0.0, 100.0), line("K1", "P", 1.0, 50.0), line("P", "K1", 0.0, 50.0),
+                   line("P", "K2", 1.5, 0.0)};
+  return network;
+}
+
+AlgorithmData loaded(Network const& network) {
+  AlgorithmData data;
+  data.readNetworkData(network);
+  return data;
+}
+
+TEST(ReadNetworkData, CountsWhatIsObserved) {
+  Network network = smallNetwork();
+  network.knownPoints.emplace_back("K3", 5.0, 5.0, 0.0);  // not observed: a known point, but no observed one
+  AlgorithmData const data = loaded(network);
+  EXPECT_EQ(data.pointsCount, 3);
+  EXPECT_EQ(data.knPointsCount, 3);
+  EXPECT_EQ(data.stationsCount, 2);
+  EXPECT_EQ(data.directionsCount, 4);
+  EXPECT_EQ(data.linesCount, 2);  // K1-K2 lies between known points
+  EXPECT_EQ(data.stations[1].directions[1].end_name, "K2");
+  EXPECT_EQ(data.stations[1].lines.size(), 1U);
+}
+
+TEST(ReadNetworkData, TakesAnglesAndDistancesWithinTheirBounds) {
+  double const nan = std::numeric_limits<double>::quiet_NaN();
+  double const inf = std::numeric_limits<double>::infinity();
+  struct Case {
+    char const* what;
+    double angle, distance;
+    double direction;  ///< NaN: refused
+    std::size_t distances;
+  };
+  Case const cases[] = {
+      {"plain", 1.25, 10.0, 1.25, 1},
+      {"just above the circle", 360.0005, 0.0, 360.0, 0},
+      {"just below zero", -0.0005, 0.0, 0.0, 0},
+      {"above the bound", 360.002, 0.0, nan, 0},
+      {"below the bound", -0.002, 0.0, nan, 0},
+      {"no angle", nan, 1.0, nan, 0},
+      {"distance of rounding size", 0.0, 1e-7, 0.0, 0},
+      {"negative of rounding size", 0.0, -1e-7, 0.0, 0},
+      {"negative", 0.0, -0.001, nan, 0},
+      {"no number", 0.0, nan, nan, 0},
+      {"infinite", 0.0, inf, nan, 0},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    Network network = smallNetwork();
+    network.lines[3].horizontal_angle = c.angle;
+    network.lines[3].horizontal_distance = c.distance;
+    AlgorithmData data;
+    try {
+      data.readNetworkData(network);
+      ASSERT_FALSE(std::isnan(c.direction)) << "was taken";
+      EXPECT_EQ(data.stations[1].directions[1].value, c.direction);
+      EXPECT_EQ(data.stations[1].lines.size(), 1U + c.distances);
+    } catch (AlgorithmException const& failure) {
+      ASSERT_TRUE(std::isnan(c.direction)) << "was refused";
+      EXPECT_EQ(failure.errorType, AlgorithmException::DataError);
+      EXPECT_EQ(failure.index, 3);
+    }
+  }
+}
+
+TEST(ReadNetworkData, NamesWhatIsWrong) {
+  struct Case {
+    char const* what;
+    std::function<void(Network&)> spoil;
+    AlgorithmException::ErrorType type;
+    char const* name;
+    char const* text;
+  };
+  Case const cases[] = {
+      {"one known point", [](Network& n) { n.knownPoints.pop_back(); }, AlgorithmException::KnownPointNotEnough, "",
+       "Known points are not enough"},
+      {"known point twice", [](Network& n) { n.knownPoints.push_back(n.knownPoints[1]); },
+       AlgorithmException::KnownPointNameRepeat, "K2", "Know point name repeat"},
+      {"station split by another", [](Network& n) { n.lines.push_back(line("K1", "P", 1.0, 0.0)); },
+       AlgorithmException::StationNameRepeat, "K1", "Station Point Name K1 Repeat"},
+      {"coordinate that is no number",
+       [](Network& n) { n.knownPoints[1].y = std::numeric_limits<double>::quiet_NaN(); }, AlgorithmException::DataError,
+       "K2", "Data error"},
+      {"coordinate that stands for a missing one", [](Network& n) { n.knownPoints[0].x = 1e30; },
+       AlgorithmException::DataError, "K1", "Data error"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    Network network = smallNetwork();
+    c.spoil(network);
+    AlgorithmData data;
+    try {
+      data.readNetworkData(network);
+      ADD_FAILURE() << "was taken";
+    } catch (AlgorithmException const& failure) {
+      EXPECT_EQ(failure.errorType, c.type);
+      EXPECT_EQ(failure.name, c.name);
+      EXPECT_STREQ(failure.what(), c.text);
+    }
+  }
+}
+
+TEST(ReadNetworkData, ReportsTheRepeatWhoseFirstPlaceComesFirst) {
+  Network network = smallNetwork();
+  for (char const* name : {"P", "Q", "P", "K1"}) network.lines.push_back(line(name, "K2", 0.1, 0.0));
+  // K1 comes back last, but it stood first.
+  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { loaded(network); }), "Station Point Name K1 Repeat");
+}
+
+TEST(ReadNetworkData, ANetworkWithoutLinesGivesAStationWithoutDirections) {
+  Network network = smallNetwork();
+  network.lines.clear();
+  AlgorithmData const data = loaded(network);
+  EXPECT_EQ(data.stationsCount, 1);
+  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { kvn::TraverseAdjust().readAlgorithmData(data); }),
+            "Station point is not enough");
+}
+
+}  // namespace

@@ -1,0 +1,302 @@
+// The iteration: coefficients, networks of known truth, and networks that cannot be adjusted.
+#include "adjust/Networks.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using kvn::AlgorithmData;
+using kvn::AlgorithmException;
+using kvn::Network;
+using kvn::TraverseAdjust;
+using test::line;
+
+double const kPi = std::acos(-1.0);
+
+AlgorithmData loaded(Network const& network) {
+  AlgorithmData data;
+  data.readNetworkData(network);
+  return data;
+}
+
+/// An adjustment of the network with 2", 3 mm and 3 ppm, the parts of the distance error added.
+TraverseAdjust adjusted(Network const& network) {
+  TraverseAdjust adjustment;
+  adjustment.Adjust(loaded(network));
+  return adjustment;
+}
+
+class Coefficients : public TraverseAdjust {
+public:
+  using TraverseAdjust::calculateAB;
+  using TraverseAdjust::calculateAzimuth;
+  using TraverseAdjust::calculateCD;
+  using TraverseAdjust::getAngle;
+  using TraverseAdjust::getLine;
+};
+
+Network eastAndNorth() {
+  Network network;
+  network.knownPoints = {{"O", 0.0, 0.0, 0.0}, {"N", 100.0, 0.0, 0.0}, {"E", 0.0, 100.0, 0.0}, {"W", 0.0, -100.0, 0.0}};
+  network.lines = {line("O", "N", 0.0, 0.0), line("O", "E", kPi / 2.0, 0.0), line("O", "W", 1.5 * kPi, 0.0),
+                   line("O", "P", 1.0, 50.0), line("P", "O", 0.0, 50.2)};
+  return network;
+}
+
+TEST(ErrorEquations, HaveTheCoefficientsOfTheClosedForm) {
+  Coefficients c;
+  c.readAlgorithmData(loaded(eastAndNorth()));
+  double a[4];
+  int at[4];
+  // d(azimuth) = rho / s^2 (-dy dx_j + dx dy_j ...): 206264.806 / 100 seconds a metre across a line of 100 m.
+  EXPECT_EQ(c.calculateAB(0, 1, a, at), 0.0);
+  double const expected[] = {0.0, -2062.6480624709636, 0.0, 2062.6480624709636};
+  for (int i = 0; i < 4; ++i) EXPECT_NEAR(a[i], expected[i], 1e-9);
+  EXPECT_EQ(at[0], 0);
+  EXPECT_EQ(at[3], 3);
+  EXPECT_EQ(c.calculateCD(0, 1, a, at), 100.0);
+  double const distance[] = {-1.0, 0.0, 1.0, 0.0};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(a[i], distance[i]);
+  EXPECT_EQ(c.calculateAzimuth(0, 2), kPi / 2.0);
+  EXPECT_EQ(c.calculateAzimuth(0, 3), 3.0 * kPi / 2.0);
+  EXPECT_EQ(c.getAngle(0, 1, 2), kPi / 2.0);
+  EXPECT_EQ(c.getAngle(0, 2, 1), 1.5 * kPi);
+  EXPECT_EQ(c.getAngle(1, 0, 2), -1.0);
+  EXPECT_EQ(c.getLine(4, 0), 50.1);  // the mean of both ends
+  EXPECT_EQ(c.getLine(0, 1), 1e30);
+}
+
+TEST(LeastSquares, FindsTheTruthWhereNothingIsWrong) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
+    for (double const distances : {1.0, 0.3}) {
+      SCOPED_TRACE(testing::Message() << "seed " << seed << " distances " << distances);
+      std::mt19937 random(seed);
+      test::NetworkPlan plan;
+      plan.points = 5 + static_cast<int>(seed * 2);
+      plan.distances = distances;
+      test::SyntheticNetwork made = test::makeNetwork(plan, random);
+      if (distances < 1.0) {  // a distance along the spine, so that the walk reaches every point
+        for (auto& l : made.network.lines) {
+          double const s = std::hypot(made.truth[l.end_name].x - made.truth[l.start_name].x,
+                                      made.truth[l.end_name].y - made.truth[l.start_name].y);
+          int const step = std::stoi(l.end_name.substr(1)) - std::stoi(l.start_name.substr(1));
+          if (std::abs(step) == 1) l.horizontal_distance = s;
+        }
+      }
+      TraverseAdjust const result = adjusted(made.network);
+      for (auto const& point : result.getPoints()) {
+        EXPECT_NEAR(point.x, made.truth[point.name].x, 1e-6);
+        EXPECT_NEAR(point.y, made.truth[point.name].y, 1e-6);
+      }
+      for (auto const& station : result.getDirrectionInfo()) {
+        for (double const v : station.residuals) EXPECT_NEAR(v, 0.0, 1e-6);
+      }
+      for (auto const& l : result.getLineErrorInfo()) EXPECT_NEAR(l.residual, 0.0, 1e-9);
+    }
+  }
+}
+
+TEST(LeastSquares, DoesNotCareWhereTheCirclesPointTo) {
+  // Orientations within rounding of 0 and of a full circle, where the azimuth of one target comes out just above 0 and
+  // that of another just below 360 degrees, give what an orientation far from there gives.
+  auto const pointsWithZeroAt = [](double zero) {
+    std::mt19937 random(3);
+    test::NetworkPlan plan;
+    plan.directionNoise = 2.0;
+    plan.distanceFixed = 0.003;
+    plan.circleZero = zero;
+    return adjusted(test::makeNetwork(plan, random).network);
+  };
+  TraverseAdjust const reference = pointsWithZeroAt(1.0);
+  for (double const zero : {0.0, 1e-9, 1e-6, 2.0 * kPi - 1e-9, 2.0 * kPi - 1e-6, 3.0}) {
+    SCOPED_TRACE(zero);
+    TraverseAdjust const turned = pointsWithZeroAt(zero);
+    EXPECT_NEAR(turned.getSummary().unitError, reference.getSummary().unitError, 1e-6);
+    for (std::size_t i = 0; i < reference.getPoints().size(); ++i) {
+      // A corrected centimetre of the last iteration leaves second-order terms below 1e-6 m on lines over 30 m.
+      EXPECT_NEAR(turned.getPoints()[i].x, reference.getPoints()[i].x, 1e-6);
+      EXPECT_NEAR(turned.getPoints()[i].y, reference.getPoints()[i].y, 1e-6);
+    }
+    for (std::size_t s = 0; s < reference.getDirrectionInfo().size(); ++s) {
+      auto const& residuals = turned.getDirrectionInfo()[s].residuals;
+      for (std::size_t d = 0; d < residuals.size(); ++d) {
+        EXPECT_NEAR(residuals[d], reference.getDirrectionInfo()[s].residuals[d], 1e-2);
+      }
+    }
+  }
+}
+
+TEST(LeastSquares, UnitErrorAndEllipsesKeepTheirPromiseOverManyNetworks) {
+  constexpr int kRuns = 2000;
+  double sumOfSquares = 0.0;
+  double sumOfDegrees = 0.0;
+  int inside = 0;
+  double expectedInside = 0.0;
+  for (unsigned seed = 0; seed < kRuns; ++seed) {
+    std::mt19937 random(seed);
+    test::NetworkPlan plan;
+    plan.points = 6;
+    plan.sights = 4;
+    // The mean of two ends counts as one distance with the weight of one: it would make the unit error too small.
+    plan.bothEnds = false;
+    plan.directionNoise = 2.0;
+    plan.distanceFixed = 0.003;
+    plan.distanceProportion = 3e-6;
+    test::SyntheticNetwork made = test::makeNetwork(plan, random);
+    TraverseAdjust const result = adjusted(made.network);
+    kvn::AdjustSummary const summary = result.getSummary();
+    sumOfSquares += summary.unitError * summary.unitError * summary.redundancy;
+    sumOfDegrees += summary.redundancy;
+    // One point of each network, since points of one network err together.
+    auto const points = result.getPoints();
+    auto const ellipse = result.getErrorEllipsoid().ellipseList.back();
+    auto const& point = points.back();
+    ASSERT_EQ(point.name, ellipse.name);
+    double const dx = point.x - made.truth[point.name].x;
+    double const dy = point.y - made.truth[point.name].y;
+    double const along = (dx * std::cos(ellipse.angle) + dy * std::sin(ellipse.angle)) / ellipse.semiMajor;
+    double const across = (-dx * std::sin(ellipse.angle) + dy * std::cos(ellipse.angle)) / ellipse.semiMinor;
+    inside += along * along + across * across <= 1.0 ? 1 : 0;
+    // F distribution with 2 and r degrees of freedom at 1/2: the ellipse is scaled with the estimated unit error.
+    expectedInside += 1.0 - std::pow(1.0 + 1.0 / summary.redundancy, -0.5 * summary.redundancy);
+  }
+  // Chi-square: the variance of the mean square is 2 / degrees of freedom. Four standard deviations either way.
+  EXPECT_NEAR(sumOfSquares / sumOfDegrees, 1.0, 4.0 * std::sqrt(2.0 / sumOfDegrees));
+  double const p = expectedInside / kRuns;
+  EXPECT_NEAR(inside / double(kRuns), p, 4.0 * std::sqrt(p * (1.0 - p) / kRuns));
+}
+
+TEST(LeastSquares, HoldsTheKnownPointsAndEndsAfterTwoIterations) {
+  std::mt19937 random(11);
+  test::NetworkPlan plan;
+  plan.directionNoise = 2.0;
+  plan.distanceFixed = 0.003;
+  test::SyntheticNetwork made = test::makeNetwork(plan, random);
+  TraverseAdjust const result = adjusted(made.network);
+  EXPECT_LE(result.getSummary().iterations, 2);
+  for (auto const& point : result.getPointErrorInfo()) {
+    if (point.name != "P0" && point.name != "P1") continue;
+    EXPECT_NEAR(point.x, made.truth[point.name].x, 1e-9);
+    EXPECT_NEAR(point.y, made.truth[point.name].y, 1e-9);
+    EXPECT_LT(point.mp, 1e-9);
+  }
+}
+
+TEST(LeastSquares, LeavesOutKnownPointsThatNobodyObserves) {
+  test::Host host;
+  std::mt19937 random(5);
+  test::SyntheticNetwork made = test::makeNetwork({}, random);
+  TraverseAdjust const reference = adjusted(made.network);
+  made.network.knownPoints.insert(made.network.knownPoints.begin(), {"far", 1.0, 2.0, 0.0});
+  made.network.knownPoints.emplace_back("away", 3.0, 4.0, 0.0);
+  TraverseAdjust const result = adjusted(made.network);
+  EXPECT_EQ(result.getSummary().knownPoints, 2);
+  ASSERT_EQ(result.getPoints().size(), reference.getPoints().size());
+  for (std::size_t i = 0; i < reference.getPoints().size(); ++i) {
+    EXPECT_EQ(result.getPoints()[i].name, reference.getPoints()[i].name);
+    EXPECT_EQ(result.getPoints()[i].x, reference.getPoints()[i].x);
+  }
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].first, "Known points without an observation are left out: far, away");
+  EXPECT_EQ(host.messages[0].second, kvn::Warning);
+}
+
+/// K1 and K2 known; P is seen from both with distances.
+Network triangle() {
+  Network network;
+  network.knownPoints = {{"K1", 0.0, 0.0, 0.0}, {"K2", 0.0, 100.0, 0.0}};
+  network.lines = {line("K1", "K2", kPi / 2.0, 0.0), line("K1", "P", kPi / 4.0, 70.71), line("K2", "K1", 0.0, 0.0),
+                   line("K2", "P", kPi / 4.0, 70.71)};
+  return network;
+}
+
+TEST(LeastSquares, RefusesWhatItCannotSolve) {
+  struct Case {
+    char const* what;
+    std::function<void(Network&)> spoil;
+    AlgorithmException::ErrorType type;
+    char const* name;
+  };
+  Case const cases[] = {
+      {"every observed point is known", [](Network& n) { n.knownPoints.emplace_back("P", 50.0, 50.0, 0.0); },
+       AlgorithmException::AllStationKnown, ""},
+      {"two points at one place",
+       [](Network& n) {
+         n.knownPoints.emplace_back("K3", 0.0, 0.0, 0.0);
+         n.lines.insert(n.lines.begin() + 2, line("K1", "K3", 0.0, 0.0));
+       },
+       AlgorithmException::DataError, "Calculate failed"},
+      {"nothing oriented",
+       [](Network& n) {
+         n.lines = {line("K1", "P", 0.0, 70.71), line("K2", "P", 0.0, 70.71)};
+       },
+       AlgorithmException::KnownPointNotEnough, "No enough data"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    Network network = triangle();
+    c.spoil(network);
+    try {
+      adjusted(network);
+      ADD_FAILURE() << "was solved";
+    } catch (AlgorithmException const& failure) {
+      EXPECT_EQ(failure.errorType, c.type);
+      EXPECT_EQ(failure.name, c.name);
+    }
+  }
+}
+
+TEST(LeastSquares, APointOnASingleRayIsNoSolution) {
+  // Without distances P is placed by no triangle, and with one distance elsewhere the walk does not reach it.
+  Network network = triangle();
+  for (auto& l : network.lines) l.horizontal_distance = 0.0;
+  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { adjusted(network); }), "Data error");
+}
+
+TEST(LeastSquares, EndsWhereTheObservationsContradictEachOther) {
+  // A useless a-priori error makes every weight infinite: no number may come out.
+  AlgorithmData const data = loaded(triangle());
+  for (double const angleError : {0.0, std::numeric_limits<double>::quiet_NaN(), 1e-200}) {
+    SCOPED_TRACE(angleError);
+    TraverseAdjust adjustment(angleError, 0.003, 3e-6, true);
+    adjustment.readAlgorithmData(data);
+    EXPECT_EQ(test::failureOf<AlgorithmException>([&] { adjustment.calculateAdjust(); }), "Data error");
+  }
+}
+
+TEST(LeastSquares, AsksForCancelOnceAnIteration) {
+  AlgorithmData const data = loaded(triangle());
+  for (int const allowed : {0, 1}) {
+    TraverseAdjust adjustment;
+    adjustment.readAlgorithmData(data);
+    int asked = 0;
+    adjustment.setCancelCall([&asked, allowed] { return asked++ == allowed; });
+    std::string const outcome = test::failureOf<QLogicError>([&] { adjustment.calculateAdjust(); });
+    if (allowed == 0) {
+      EXPECT_EQ(outcome, "User Cancel");
+    } else {
+      EXPECT_EQ(asked, adjustment.getSummary().iterations);
+    }
+  }
+}
+
+TEST(LeastSquares, ADistanceErrorFormChangesTheUnitErrorAlone) {
+  std::mt19937 random(2);
+  test::NetworkPlan plan;
+  plan.directionNoise = 2.0;
+  plan.distanceFixed = 0.003;
+  plan.distanceProportion = 3e-5;
+  AlgorithmData const data = loaded(test::makeNetwork(plan, random).network);
+  TraverseAdjust sum(2.0, 0.003, 3e-5, true);
+  TraverseAdjust root(2.0, 0.003, 3e-5, false);
+  sum.Adjust(data);
+  root.Adjust(data);
+  EXPECT_EQ(sum.getPoints().back().x, root.getPoints().back().x);
+  // The root of the squares is the smaller error, so its weights and its unit error are larger.
+  EXPECT_GT(root.getSummary().unitError, sum.getSummary().unitError * 1.05);
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+// Precision results: what exists without redundancy, ellipses, sexagesimal forms.
+#include "adjust/Networks.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <cmath>
+
+namespace {
+
+using kvn::AlgorithmData;
+using kvn::TraverseAdjust;
+using test::line;
+
+double const kPi = std::acos(-1.0);
+
+/// One new point from one station: as many observations as unknowns. With `more`, one distance is measured too much.
+kvn::Network polarPoint(bool more) {
+  kvn::Network network;
+  network.knownPoints = {{"K1", 0.0, 0.0, 0.0}, {"K2", 0.0, 100.0, 0.0}};
+  network.lines = {line("K1", "K2", 0.0, 0.0), line("K1", "P", kPi / 2.0, 50.0)};
+  if (more) {
+    network.lines.push_back(line("K2", "K1", 0.0, 0.0));
+    network.lines.push_back(line("K2", "P", std::atan(0.5), 0.0));
+  }
+  network.lines[1].horizontal_angle = 1.5 * kPi;  // north of K1, whose zero points east
+  return network;
+}
+
+TraverseAdjust adjusted(kvn::Network const& network) {
+  AlgorithmData data;
+  data.readNetworkData(network);
+  TraverseAdjust adjustment;
+  adjustment.Adjust(data);
+  return adjustment;
+}
+
+TEST(Precision, SaysSoWhereNothingIsRedundant) {
+  TraverseAdjust const result = adjusted(polarPoint(false));
+  EXPECT_FALSE(result.getSummary().hasRedundancy);
+  EXPECT_EQ(result.getSummary().redundancy, 0);
+  EXPECT_TRUE(std::isnan(result.getSummary().unitError));
+  EXPECT_FALSE(result.getErrorEllipsoid().isValid);
+  EXPECT_TRUE(result.getErrorEllipsoid().ellipseList.empty());
+  auto const points = result.getPointErrorInfo();
+  ASSERT_EQ(points.size(), 3U);
+  EXPECT_FALSE(points[2].mxValid || points[2].myValid || points[2].mpValid);
+  EXPECT_NEAR(points[2].x, 50.0, 1e-9);
+  auto const directions = result.getDirrectionInfo();
+  ASSERT_EQ(directions.size(), 1U);
+  EXPECT_EQ(directions[0].residuals.size(), 2U);
+  EXPECT_FALSE(directions[0].azimuthErrorValid || directions[0].distanceErrorValid);
+  EXPECT_TRUE(directions[0].azimuthErrors.empty() && directions[0].distanceErrors.empty());
+  EXPECT_FALSE(result.getLineErrorInfo()[0].distanceErrorValid);
+}
+
+TEST(Precision, AStationWithOneDirectionHasNoResidual) {
+  kvn::Network network = polarPoint(true);
+  network.lines.push_back(line("P", "K1", 1.234, 0.0));
+  EXPECT_NEAR(adjusted(network).getDirrectionInfo()[2].residuals[0], 0.0, 1e-9);
+}
+
+TEST(Precision, OfAPolarPointIsThatOfItsObservations) {
+  // The further station's direction weighs little across the line and adds to the distance along it, so that the error
+  // of P along K1-P is a little below 3.15 mm times the unit error, and exactly the error of its distance.
+  TraverseAdjust const result = adjusted(polarPoint(true));
+  auto const summary = result.getSummary();
+  auto const p = result.getPointErrorInfo()[2];
+  EXPECT_NEAR(summary.distanceErrors[0], p.mx, 1e-12);
+  EXPECT_NEAR(p.mp, std::hypot(p.mx, p.my), 1e-15);
+  auto const ellipse = result.getErrorEllipsoid().ellipseList[0];
+  EXPECT_EQ(ellipse.name, "P");
+  EXPECT_NEAR(ellipse.semiMajor * ellipse.semiMajor + ellipse.semiMinor * ellipse.semiMinor, p.mp * p.mp, 1e-15);
+  EXPECT_EQ(result.getErrorEllipsoid().ellipseList.size(), 1U);  // none for the known points
+  // Errors below 0.1 mm are shown as 0 by the line results; the summary keeps them.
+  EXPECT_EQ(result.getDirrectionInfo()[0].distances[1], result.getLineErrorInfo()[0].adjustedDistance);
+}
+
+TEST(Precision, CountsControlDistancesOnlyWhenAsked) {
+  kvn::Network network = polarPoint(true);
+  network.lines[0].horizontal_distance = 100.01;  // K1 to K2 is 100 m: the observation is off by 10 mm
+  AlgorithmData data;
+  data.readNetworkData(network);
+  TraverseAdjust without;
+  without.Adjust(data);
+  TraverseAdjust with;
+  with.setCountControlDistances(true);
+  with.Adjust(data);
+  EXPECT_EQ(with.getPoints()[2].x, without.getPoints()[2].x);
+  EXPECT_EQ(with.getSummary().redundancy, without.getSummary().redundancy + 1);
+  ASSERT_EQ(with.getLineErrorInfo().size(), 2U);
+  EXPECT_EQ(without.getLineErrorInfo().size(), 1U);
+  EXPECT_NEAR(with.getLineErrorInfo()[1].residual, -0.01, 1e-9);
+  // pvv grows by (10 mm / 3.30003 mm)²; 3 mm + 3 ppm of 100.01 m.
+  double const r = without.getSummary().redundancy;
+  double const before = std::pow(without.getSummary().unitError, 2) * r;
+  double const after = std::pow(with.getSummary().unitError, 2) * (r + 1.0);
+  EXPECT_NEAR(after - before, std::pow(0.01 / (0.003 + 3e-6 * 100.01), 2), 1e-6);
+}
+
+class Results : public TraverseAdjust {
+public:
+  using TraverseAdjust::rad_dms;
+};
+
+TEST(Precision, WritesAnglesAsDegreesMinutesSeconds) {
+  struct Case {
+    double degrees, dddmmss;
+  };
+  Case const cases[] = {
+      {90.0, 900000.0},
+      {-90.0, -900000.0},
+      {0.0, 0.0},
+      {123.0 + 45.0 / 60.0 + 30.25 / 3600.0, 1234530.25},
+      // Just below a whole degree or minute the seconds come out as 60: the value is right, its reader must carry.
+      {30.0 - 1e-13, 295960.0},
+      {59.0 / 60.0 - 1e-13, 5860.0},
+      {-1.0 / 3600.0, -1.0},
+  };
+  for (Case const& c : cases) EXPECT_NEAR(Results::rad_dms(c.degrees / 180.0 * kPi), c.dddmmss, 1e-7) << c.degrees;
+}
+
+TEST(Precision, NamesTheStationsWithTheirBackAndForePoints) {
+  auto const stations = adjusted(polarPoint(true)).getStationInfo();
+  ASSERT_EQ(stations.size(), 2U);
+  EXPECT_EQ(stations[0].stationPoint.name, "K1");
+  EXPECT_EQ(stations[0].backPoint.name, "K2");
+  ASSERT_EQ(stations[0].forePoints.size(), 1U);
+  EXPECT_EQ(stations[0].forePoints[0].name, "P");
+  EXPECT_NEAR(stations[0].forePoints[0].x, 50.0, 0.01);
+}
+
+}  // namespace

@@ -1,0 +1,242 @@
+// Reading and writing COSA network files.
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <cmath>
+#include <random>
+#include <sstream>
+
+namespace {
+
+using kvn::CosaCollection;
+using kvn::NetworkDataInfo;
+
+double const kPi = std::acos(-1.0);
+// Half an ulp of a second in 360 degrees, in radians.
+constexpr double kAngleTolerance = 1e-15;
+
+double radians(double degrees, double minutes, double seconds) {
+  return (degrees + minutes / 60.0 + seconds / 3600.0) / 180.0 * kPi;
+}
+
+CosaCollection readText(std::string const& text) {
+  std::istringstream stream(text);
+  CosaCollection collection;
+  collection.read(stream);
+  return collection;
+}
+
+std::string written(CosaCollection& collection) {
+  std::ostringstream stream;
+  collection.write(stream);
+  return stream.str();
+}
+
+/// "from>to angle distance" a line, the angle in seconds.
+std::string described(CosaCollection const& collection) {
+  std::string text;
+  for (auto const& point : collection.getKnownPointList()) {
+    text += point.name + "=" + QString::number(point.x, 'g', 12).toStdString() + "," +
+            QString::number(point.y, 'g', 12).toStdString() + "\n";
+  }
+  for (auto const& line : collection.getNetworkDataList()) {
+    double const seconds = line.horizontal_angle / kPi * 648000.0;
+    text += line.start_name + ">" + line.end_name + " " + QString::number(seconds, 'f', 3).toStdString() + " " +
+            QString::number(line.horizontal_distance, 'g', 12).toStdString() + "\n";
+  }
+  return text;
+}
+
+TEST(CosaReader, TakesEachKindOfLine) {
+  struct Case {
+    char const* what;
+    char const* text;
+    char const* result;
+  };
+  Case const cases[] = {
+      {"the head alone", "2,3,3", ""},
+      {"everything", "2,3,3\nK1,1000.5,-2\nK1\nP,L,123.453012\nP,S,256.1234\n",
+       "K1=1000.5,-2\nK1>P 445530.120 256.1234\n"},
+      {"distance before direction", "2,3,3\nA\nP,S,100.0\nP,L,0.0\n", "A>P 0.000 100\n"},
+      {"blank first line: no head", "\nK1,1,2\nK1,3,4\n", "K1=1,2\nK1=3,4\n"},
+      {"a direction ahead of any station", "2,3,3\nP,L,1.0\n", ">P 3600.000 0\n"},
+      {"two blocks of one station", "2,3,3\nA\nP,L,1.0\nB\nP,L,2.0\nA\nP,L,3.0\nP,S,5\n",
+       "A>P 3600.000 5\nB>P 7200.000 0\n"},
+      {"a zero direction gives way to the repeat", "2,3,3\nA\nP,L,0.0\nP,L,3.0\nP,L,4.0\n", "A>P 10800.000 0\n"},
+      {"just above zero stays", "2,3,3\nA\nP,L,0.0001\nP,L,3.0\n", "A>P 1.000 0\n"},
+      {"unknown kinds and counts", "2,3,3\nA\nP,X,5\nP,L,5,6\nP,L\nP,l,5\nQ,S,1e3\nQ,S,+1\n", ""},
+      {"a point named with a minus", "2,3,3\nB\n-A,L,10.0\n", "B>-A 36000.000 0\n"},
+      {"blanks at the ends and runs of them", "2,3,3\n  Point   one\t\n P  two,L,1.0 \n",
+       "Point one>P two 3600.000 0\n"},
+      {"blanks beside commas stay in the fields", "2,3,3\nA\nP ,L,1.0\nP, L,1.0\n", "A>P  3600.000 0\n"},
+      {"carriage returns", "2,3,3\r\nA\r\n\r\nP,L,1.0\r\n", "A>P 3600.000 0\n"},
+      {"a byte order mark and no last line end",
+       "\xEF\xBB\xBF"
+       "2,3,3\nA\nP,S,7",
+       "A>P 0.000 7\n"},
+      {"Chinese names", "2,3,3\n\xE7\x82\xB9\nP,S,7\n", "\xE7\x82\xB9>P 0.000 7\n"},
+      {"an angle that is no angle", "2,3,3\nA\nP,L,1.2.3\nQ,L,-x\n", "A>P 0.000 0\nA>Q 0.000 0\n"},
+      {"a distance behind a second point", "2,3,3\nA\nP,S,1.2.3\n", "A>P 0.000 1.2\n"},
+      {"sixty minutes count as they stand", "2,3,3\nA\nP,L,10.6\n", "A>P 39600.000 0\n"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(described(readText(c.text)), c.result);
+  }
+}
+
+TEST(CosaReader, SaysWhatIsWrong) {
+  struct Case {
+    char const* what;
+    char const* text;
+    char const* says;
+  };
+  Case const cases[] = {
+      {"head of two fields", "2,3\nK1,1,2\n", "The Format of Data is wrong"},
+      {"head of four fields", "2,3,3,3\n", "The Format of Data is wrong"},
+      {"head of blanks", "   \n2,3,3\n", "The Format of Data is wrong"},
+      {"head without a number", "a,3,3\n", "invalid stod argument"},
+      {"head with an empty field", ",3,3\n", "invalid stod argument"},
+      {"head out of range", "1e999,3,3\n", "stod argument out of range"},
+      {"empty northing", "2,3,3\nK1,,5\n", "invalid stod argument"},
+      {"a letter behind a minus", "2,3,3\nP,-L,10\n", "invalid stod argument"},
+      {"a lone point", "2,3,3\nK1,.,5\n", "invalid stod argument"},
+      {"a distance behind a minus", "2,3,3\nP,S,-x\n", "invalid stod argument"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.says);
+  }
+}
+
+TEST(CosaReader, KeepsWhatItReadUpToAFailureAndStartsAnew) {
+  CosaCollection collection = readText("2,3,3\nOld,1,2\n");
+  std::istringstream bad("5,6,7\nK1,1,2\nK2,,3\n");
+  EXPECT_THROW(collection.read(bad), std::invalid_argument);
+  EXPECT_EQ(described(collection), "K1=1,2\n");
+  EXPECT_EQ(collection.getConfigure().AngleError, 5.0F);
+  EXPECT_EQ(collection.getConfigure().LineProportionError, 7.0F);
+}
+
+TEST(CosaReader, TakesAnglesToTheLastDigitOfTheirText) {
+  auto const lines = readText("2,3,3\nA\nP,L,303.3806576\nQ,L,0.2957\nR,L,359.59599\n").getNetworkDataList();
+  // 0.29 and 0.57 are stored a little too small: cut from binary fractions they would lose a minute and a second.
+  EXPECT_NEAR(lines[0].horizontal_angle, radians(303, 38, 6.576), kAngleTolerance);
+  EXPECT_NEAR(lines[1].horizontal_angle, radians(0, 29, 57.0), kAngleTolerance);
+  EXPECT_NEAR(lines[2].horizontal_angle, radians(359, 59, 59.9), kAngleTolerance);
+}
+
+TEST(CosaReader, ReadsAwkwardBytes) {
+  std::string const longName(1 << 20, 'x');
+  EXPECT_EQ(readText("2,3,3\n" + longName + "\nP,S,1\n").getNetworkDataList().at(0).start_name, longName);
+  std::string const nul("2,3,3\nA\0B\nP,S,1\n", 16);
+  EXPECT_EQ(readText(nul).getNetworkDataList().at(0).start_name, std::string("A\0B", 3));
+  // Bytes that are no UTF-8 become the replacement character.
+  EXPECT_EQ(readText("2,3,3\n\xB5\xE3\nP,S,1\n").getNetworkDataList().at(0).start_name, "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+/// Completing all pairs and then removing the later of each, as plain loops.
+std::vector<NetworkDataInfo> plainlyJoined(std::vector<NetworkDataInfo> lines) {
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    for (std::size_t j = i + 1; j < lines.size(); ++j) {
+      if (!(lines[i] == lines[j])) continue;
+      if (lines[i].horizontal_angle < 1e-06) lines[i].horizontal_angle = lines[j].horizontal_angle;
+      if (lines[i].horizontal_distance < 1e-06) lines[i].horizontal_distance = lines[j].horizontal_distance;
+    }
+  }
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    for (std::size_t j = lines.size() - 1; j > i; --j) {
+      if (lines[i] == lines[j]) lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(j));
+    }
+  }
+  return lines;
+}
+
+TEST(CosaReader, JoinsRepeatsAsThePlainLoopsDo) {
+  for (unsigned seed = 0; seed < 200; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    std::uniform_int_distribution<int> name(0, 3);
+    std::uniform_int_distribution<int> kind(0, 3);
+    std::string text = "2,3,3\n";
+    std::vector<NetworkDataInfo> lines;
+    for (int i = 0; i < 40; ++i) {
+      NetworkDataInfo line;
+      line.start_name = "S" + std::to_string(name(random));
+      line.end_name = "T" + std::to_string(name(random));
+      text += line.start_name + "\n" + line.end_name;
+      switch (kind(random)) {
+        case 0:
+          text += ",L,0.0\n";
+          break;
+        case 1:
+          text += ",L,-1.0\n";
+          line.horizontal_angle = -kPi / 180.0;
+          break;
+        case 2:
+          text += ",L,5.0\n";
+          line.horizontal_angle = 5.0 * kPi / 180.0;
+          break;
+        default:
+          text += ",S," + std::to_string(i) + "\n";
+          line.horizontal_distance = i;
+      }
+      lines.push_back(line);
+    }
+    CosaCollection expected;
+    expected.setNetworkDataList(plainlyJoined(lines));
+    EXPECT_EQ(described(readText(text)), described(expected));
+  }
+}
+
+TEST(CosaWriter, PrintsBlocksInTheFormOfTheFormat) {
+  CosaCollection collection = readText(
+      "2.5,3,0\nK1,1000,2000\nK2,1500.00004,2500\nK1\nK2,L,0.0\nP1,L,123.453012\nP1,S,256.1234\nP1\nK1,S,256.1\nK1\nP2,"
+      "S,3\n");
+  EXPECT_EQ(written(collection),
+            "2.5,3,0\nK1,1000.0000,2000.0000\nK2,1500.0000,2500.0000\n"
+            "K1\nK2,L,0.000000\nP1,L,123.453012\nP1,S,256.1234\n"
+            "P1\nK1,L,0.000000\nK1,S,256.1000\n"
+            "K1\nP2,L,0.000000\nP2,S,3.0000\n");
+}
+
+TEST(CosaWriter, RoundsAnglesWithACarry) {
+  CosaCollection collection;
+  std::vector<NetworkDataInfo> lines(3);
+  double const angles[] = {radians(12, 59, 59.996), radians(359, 59, 59.999), -radians(0, 0, 0.001)};
+  for (std::size_t i = 0; i < 3; ++i) lines[i].horizontal_angle = angles[i];
+  collection.setNetworkDataList(lines);
+  EXPECT_EQ(written(collection), "2,3,3\n\n,L,13.000000\n,L,360.000000\n,L,0.000000\n");
+}
+
+TEST(CosaWriter, WritesWhatReadsBackTheSame) {
+  CosaCollection first;
+  ASSERT_TRUE(first.read(test::samplePath("net_charamza1990_p238.in2").toStdString()));
+  std::string const text = written(first);
+  CosaCollection second = readText(text);
+  EXPECT_EQ(written(second), text);
+  ASSERT_EQ(second.getNetworkDataList().size(), 46U);
+  EXPECT_NE(second.getNetworkDataList()[0].id, first.getNetworkDataList()[0].id);
+  // Two decimals of a second: half a unit of the last place, 2.4e-8 rad.
+  EXPECT_NEAR(second.getNetworkDataList()[1].horizontal_angle, first.getNetworkDataList()[1].horizontal_angle, 2.5e-8);
+}
+
+TEST(CosaWriter, GroupsRunsOfOneStation) {
+  std::vector<NetworkDataInfo> lines(4);
+  char const* const stations[] = {"A", "A", "B", "A"};
+  for (std::size_t i = 0; i < 4; ++i) lines[i].start_name = stations[i];
+  auto const blocks = CosaCollection().convertData(lines);
+  ASSERT_EQ(blocks.size(), 3U);
+  EXPECT_EQ(blocks[0].directions.size(), 2U);
+  EXPECT_EQ(blocks[2].name, "A");
+}
+
+TEST(CosaCollection, FindsALineByItsIdentity) {
+  CosaCollection collection = readText("2,3,3\nA\nP,S,7\nQ,S,8\n");
+  std::string const id = collection.getNetworkDataList()[1].id;
+  ASSERT_NE(collection.findData(id), nullptr);
+  EXPECT_EQ(collection.findData(id)->end_name, "Q");
+  EXPECT_EQ(collection.findData("none"), nullptr);
+}
+
+}  // namespace
