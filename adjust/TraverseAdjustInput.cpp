@@ -123,7 +123,6 @@ void TraverseAdjust::sizeArrays() {
   lineV.assign(index(linesCount), 0.0);
   XY.assign(2 * index(pointsCount), 0.0);
   X0Y0.assign(2 * index(pointsCount), 0.0);
-  normalMatrix.assign(unknowns * (unknowns + 1) / 2, 0.0);
   normalVector.assign(unknowns, 0.0);
   dX.assign(unknowns, 0.0);
 }

@@ -86,7 +86,10 @@ double TraverseAdjust::orientationOf(int station) const {
 }
 
 void TraverseAdjust::calculateBTPB() {
-  std::fill(normalMatrix.begin(), normalMatrix.end(), 0.0);
+  // Sized here and not with the other arrays: approximate coordinates alone need no matrix, and it grows with the
+  // square.
+  auto const unknowns = index(unknownsCount());
+  normalMatrix.assign(unknowns * (unknowns + 1) / 2, 0.0);
   std::fill(normalVector.begin(), normalVector.end(), 0.0);
   double a[5];
   int at[5];
