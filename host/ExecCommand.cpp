@@ -41,7 +41,7 @@ bool isCommand(Json::Value const& value) {
 }
 
 Json::Value readCommands() {
-  Json::Value const commands = parse(standardInput());
+  Json::Value commands = parse(standardInput());
   if (!commands.isArray()) throw Refusal({}, "standard input is not a JSON array of commands");
   for (Json::ArrayIndex i = 0; i < commands.size(); ++i) {
     if (!isCommand(commands[i])) {

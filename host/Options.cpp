@@ -24,7 +24,7 @@ bool goesOn(QCommandLineParser& parser, QStringList const& arguments, char const
   if (!parser.parse(arguments)) throw UsageError(parser.errorText());
   if (parser.isSet("help")) {
     // The parser's own first line has the path of the program in it.
-    printText(QString("Usage: kelvane %1\n%2").arg(QLatin1String(usage), parser.helpText().section('\n', 1)));
+    printText(QString("Usage: kelvane %1\n\n%2").arg(QLatin1String(usage), parser.helpText().section('\n', 1)));
     return false;
   }
   if (parser.isSet("version")) {
