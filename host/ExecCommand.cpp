@@ -1,0 +1,111 @@
+// exec: the JSON commands of standard input.
+#include "Commands.h"
+#include "Failures.h"
+#include "Options.h"
+#include "Output.h"
+#include "Session.h"
+
+#include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+
+#include <json/reader.h>
+#include <QFile>
+#include <QFileInfo>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace kvn::host {
+namespace {
+
+QByteArray standardInput() {
+  QFile file;
+  return file.open(stdin, QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// @throws Json::Exception for input that is nested too deep, Refusal for input that is no JSON.
+Json::Value parse(QByteArray const& bytes) {
+  Json::CharReaderBuilder builder;
+  Json::CharReaderBuilder::strictMode(&builder.settings_);
+  std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
+  Json::Value value;
+  std::string errors;
+  if (!reader->parse(bytes.constData(), bytes.constData() + bytes.size(), &value, &errors)) {
+    throw Refusal({}, "standard input is not JSON: " + QString::fromStdString(errors).simplified());
+  }
+  return value;
+}
+
+bool isCommand(Json::Value const& value) {
+  return value.isObject() && value["name"].isString() && (!value.isMember("in") || value["in"].isObject());
+}
+
+Json::Value readCommands() {
+  Json::Value commands = parse(standardInput());
+  if (!commands.isArray()) throw Refusal({}, "standard input is not a JSON array of commands");
+  for (Json::ArrayIndex i = 0; i < commands.size(); ++i) {
+    if (!isCommand(commands[i])) {
+      throw Refusal({}, QString("command %1 on standard input is not {\"name\": text, \"in\": object}").arg(i + 1));
+    }
+  }
+  return commands;
+}
+
+Json::Value run(Json::Value const& command, Session& session) {
+  Json::Value out;
+  Json::Value result;
+  std::string const name = command["name"].asString();
+  result["ok"] = session.project().getCommandManager()->execute(name.c_str(), command["in"], out, {});
+  result["out"] = out;
+  result["messages"] = session.messages().take();
+  return result;
+}
+
+/// A failed command stops nothing: each result stands at the place of its command.
+Json::Value runAll(Json::Value const& commands, Session& session, bool& allGood) {
+  Json::Value results(Json::arrayValue);
+  for (Json::Value const& command : commands) {
+    results.append(run(command, session));
+    allGood = allGood && results[results.size() - 1]["ok"].asBool();
+  }
+  return results;
+}
+
+void requireWritableKind(QString const& path) {
+  if (path.isEmpty() || QFileInfo(path).suffix().toLower() == "in2") return;
+  throw Refusal(path, "unknown kind of file; what can be written: .in2 (COSA network)");
+}
+
+/// @return  whether the file is there as a whole; if not, the reason has been printed.
+bool save(Session& session, QString const& path) {
+  if (path.isEmpty()) return true;
+  try {
+    session.project().exportCosaTraverseFile(path);
+  } catch (std::exception const& failure) {
+    printLine(printable(QString("kelvane: %1: %2").arg(path, QString::fromUtf8(failure.what()))));
+    return false;
+  }
+  std::error_code error;
+  bool const isThere = std::filesystem::is_regular_file(utils::nativePath(HTextCodec::ToLocal8Bit(path)), error);
+  if (isThere && !session.messages().hasError()) return true;
+  printLine(printable(QString("kelvane: %1: the file was not written").arg(path)));
+  return false;
+}
+
+}  // namespace
+
+int runExec(QStringList const& arguments) {
+  auto const options = parseExec(arguments);
+  if (!options) return Done;
+  return runInSession(*options, [&options](Session& session) {
+    requireWritableKind(options->saveFile);
+    if (!options->openFile.isEmpty()) session.open(options->openFile);
+    bool allGood = true;
+    Json::Value const results = runAll(readCommands(), session, allGood);
+    bool const saved = save(session, options->saveFile);
+    printJson(results);
+    return allGood && saved ? Done : Refused;
+  });
+}
+
+}  // namespace kvn::host

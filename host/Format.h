@@ -1,0 +1,18 @@
+// Numbers and angles as people read them; a value that does not exist is "-".
+#pragma once
+
+#include <QString>
+
+namespace kvn::host {
+
+QString metres(double metres);           ///< four decimals
+QString millimetres(double metres);      ///< of a length in metres, two decimals
+QString seconds(double seconds);         ///< two decimals
+QString angleOfRadians(double radians);  ///< 123°45′30.25″
+QString angleOfDms(double dms);          ///< the same of DDDMMSS.ss
+QString azimuthOfDms(double dms);        ///< the same, and never 360°00′00.00″
+QString axisOfRadians(double radians);   ///< 123°45′, the direction of an axis, below 180°
+QString shortNumber(double value);       ///< as few digits as tell a float
+QString counted(std::size_t count, char const* one, char const* many);  ///< "1 point", "2 points"
+
+}  // namespace kvn::host

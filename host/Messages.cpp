@@ -1,0 +1,42 @@
+#include "Messages.h"
+
+#include "Output.h"
+
+#include <utility>
+
+namespace kvn::host {
+namespace {
+
+char const* nameOf(MessType type) {
+  switch (type) {
+    case Info:
+      return "Info";
+    case Warning:
+      return "Warning";
+    case Error:
+      break;
+  }
+  return "Error";
+}
+
+}  // namespace
+
+Messages::Messages(System& system) {
+  system.setSendMessageFunc([this](QString const& text, MessType type) { receive(text, type); });
+}
+
+Json::Value Messages::take() {
+  errors = false;
+  return std::exchange(kept, Json::Value(Json::arrayValue));
+}
+
+void Messages::receive(QString const& text, MessType type) {
+  Json::Value message;
+  message["type"] = nameOf(type);
+  message["text"] = text.toStdString();
+  kept.append(message);
+  errors = errors || type == Error;
+  printLine(printable(QString("%1: %2").arg(QLatin1String(nameOf(type)), text)));
+}
+
+}  // namespace kvn::host

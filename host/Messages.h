@@ -1,0 +1,29 @@
+// Messages: what the library has to say while it works.
+#pragma once
+
+#include <Kelvane.h>
+#include <json/value.h>
+
+namespace kvn::host {
+
+/// Prints each message to standard error as it comes and keeps it for the JSON result.
+class Messages {
+public:
+  /// Becomes the system's receiver; must outlive its messages.
+  explicit Messages(System& system);
+  Messages(Messages const&) = delete;
+  Messages& operator=(Messages const&) = delete;
+
+  /// The messages since the last call, [{type, text}].
+  Json::Value take();
+  /// Whether one of the messages since the last `take` is an `Error`.
+  bool hasError() const { return errors; }
+
+private:
+  void receive(QString const& text, MessType type);
+
+  Json::Value kept{Json::arrayValue};
+  bool errors = false;
+};
+
+}  // namespace kvn::host

@@ -1,0 +1,159 @@
+#include "Options.h"
+
+#include "Failures.h"
+#include "Output.h"
+
+#include <QCommandLineParser>
+#include <cmath>
+
+namespace kvn::host {
+namespace {
+
+constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed"};  // by Configure::AdjustMethod
+
+void prepare(QCommandLineParser& parser, char const* description) {
+  parser.setApplicationDescription(QString::fromUtf8(description));
+  parser.addOption({{"h", "help"}, "Print this help."});
+  parser.addOption({{"v", "version"}, "Print the version."});
+  parser.addOption({"json", "Print one JSON value and nothing else."});
+  parser.addOption({"encoding", "Encoding of 8-bit texts, such as GBK; that of the locale if not given.", "NAME"});
+}
+
+/// False when the help or the version was asked for and has been printed.
+bool goesOn(QCommandLineParser& parser, QStringList const& arguments, char const* usage, int positionals) {
+  if (!parser.parse(arguments)) throw UsageError(parser.errorText());
+  if (parser.isSet("help")) {
+    // The parser's own first line has the path of the program in it.
+    printText(QString("Usage: kelvane %1\n\n%2").arg(QLatin1String(usage), parser.helpText().section('\n', 1)));
+    return false;
+  }
+  if (parser.isSet("version")) {
+    printText(versionLine());
+    return false;
+  }
+  QStringList const given = parser.positionalArguments();
+  if (given.size() < positionals || (positionals > 0 && given.first().isEmpty())) throw UsageError("FILE is missing");
+  if (given.size() > positionals) throw UsageError("too many arguments: " + given.at(positionals));
+  return true;
+}
+
+template <typename Options>
+Options commonOptions(QCommandLineParser const& parser) {
+  Options options;
+  options.json = parser.isSet("json");
+  options.encoding = parser.value("encoding");
+  if (parser.isSet("encoding") && options.encoding.isEmpty()) throw UsageError("--encoding needs a name");
+  return options;
+}
+
+/// An a-priori error. It is kept as a float, so that it must be in range as a float.
+std::optional<float> errorOption(QCommandLineParser const& parser, QString const& name, bool mayBeZero) {
+  if (!parser.isSet(name)) return std::nullopt;
+  bool isNumber = false;
+  auto const value = static_cast<float>(parser.value(name).toDouble(&isNumber));
+  if (!isNumber || !std::isfinite(value)) {
+    throw UsageError(QString("--%1 needs a number: %2").arg(name, parser.value(name)));
+  }
+  if (value < 0.0F || (value == 0.0F && !mayBeZero)) {
+    throw UsageError(QString("--%1 must be %2: %3").arg(name, mayBeZero ? "0 or more" : "above 0", parser.value(name)));
+  }
+  return value;
+}
+
+int methodOption(QCommandLineParser const& parser) {
+  int number = 0;
+  for (char const* method : kMethods) {
+    if (parser.value("method") == QLatin1String(method)) return number;
+    ++number;
+  }
+  throw UsageError("unknown method: " + parser.value("method"));
+}
+
+std::optional<bool> formOption(QCommandLineParser const& parser) {
+  if (!parser.isSet("distance-error-form")) return std::nullopt;
+  QString const form = parser.value("distance-error-form");
+  if (form != "sum" && form != "root") throw UsageError("--distance-error-form is sum or root, not " + form);
+  return form == "sum";
+}
+
+QString fileOption(QCommandLineParser const& parser, QString const& name) {
+  if (parser.isSet(name) && parser.value(name).isEmpty()) throw UsageError(QString("--%1 needs a file").arg(name));
+  return parser.value(name);
+}
+
+}  // namespace
+
+QString programUsage() {
+  return QStringLiteral(
+      "Usage: kelvane SUBCOMMAND ...\n"
+      "\n"
+      "Field data of total stations to adjusted coordinates.\n"
+      "\n"
+      "Subcommands:\n"
+      "  show FILE                            what a file holds\n"
+      "  adjust FILE                          adjusted coordinates with their errors\n"
+      "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
+      "\n"
+      "Options of all subcommands:\n"
+      "  --json                               print JSON instead of tables\n"
+      "  --encoding NAME                      encoding of 8-bit texts, such as GBK\n"
+      "  --help, --version\n"
+      "\n"
+      "FILE is a COSA network file (.in2). 'kelvane SUBCOMMAND --help' tells more.\n"
+      "Exit code: 0 done, 1 data refused, 2 wrong usage.\n");
+}
+
+std::optional<ShowOptions> parseShow(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser, "Prints what a file holds.");
+  parser.addPositionalArgument("FILE", "COSA network file (.in2).");
+  if (!goesOn(parser, arguments, "show FILE [options]", 1)) return std::nullopt;
+  auto options = commonOptions<ShowOptions>(parser);
+  options.file = parser.positionalArguments().first();
+  return options;
+}
+
+std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Adjusts the network of a file and prints coordinates with their errors.\n"
+          "The a-priori errors are those of the options, else those of the file, else the defaults.");
+  parser.addPositionalArgument("FILE", "COSA network file (.in2).");
+  parser.addOptions({
+      {"method", "How to adjust: least-squares (the default).", "METHOD", "least-squares"},
+      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
+      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
+      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
+      {"distance-error-form",
+       "How the two parts are joined for the unit weight error: sum, or root of the sum of squares (the default).",
+       "sum|root"},
+  });
+  if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
+  auto options = commonOptions<AdjustOptions>(parser);
+  options.file = parser.positionalArguments().first();
+  options.method = methodOption(parser);
+  options.angleError = errorOption(parser, "angle-error", false);
+  options.fixedError = errorOption(parser, "fixed-error", true);
+  options.proportionalError = errorOption(parser, "proportional-error", true);
+  options.sumForm = formOption(parser);
+  return options;
+}
+
+std::optional<ExecOptions> parseExec(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Runs a JSON array of commands, each {\"name\", \"in\"}, on a project.\n"
+          "Prints a JSON array of results, each {\"ok\", \"out\", \"messages\"}.");
+  parser.addPositionalArgument("COMMANDS", "JSON array, on standard input.");
+  parser.addOptions({
+      {"open", "File to open before the first command.", "FILE"},
+      {"save", "Network file (.in2) to write after the last command.", "FILE"},
+  });
+  if (!goesOn(parser, arguments, "exec [options] < COMMANDS", 0)) return std::nullopt;
+  auto options = commonOptions<ExecOptions>(parser);
+  options.openFile = fileOption(parser, "open");
+  options.saveFile = fileOption(parser, "save");
+  return options;
+}
+
+}  // namespace kvn::host

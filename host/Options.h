@@ -1,0 +1,44 @@
+// The command lines of the subcommands.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace kvn::host {
+
+struct CommonOptions {
+  bool json = false;
+  QString encoding;  ///< name of the local 8-bit codec; empty for that of the locale
+};
+
+struct ShowOptions : CommonOptions {
+  QString file;
+};
+
+struct AdjustOptions : CommonOptions {
+  QString file;
+  int method = 0;                          ///< as `Configure::AdjustMethod`
+  std::optional<float> angleError;         ///< seconds of arc
+  std::optional<float> fixedError;         ///< millimetres
+  std::optional<float> proportionalError;  ///< parts per million
+  std::optional<bool> sumForm;             ///< as `Configure::LineCalculateExpression`
+};
+
+struct ExecOptions : CommonOptions {
+  QString openFile;  ///< empty: the commands run on an empty project
+  QString saveFile;  ///< empty: nothing is written
+};
+
+/// Usage of the program as a whole.
+QString programUsage();
+
+// Each takes the program's name and what follows the subcommand. Empty when the help or the version was asked for and
+// has been printed.
+// @throws UsageError for anything that is not understood.
+
+std::optional<ShowOptions> parseShow(QStringList const& arguments);
+std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<ExecOptions> parseExec(QStringList const& arguments);
+
+}  // namespace kvn::host

@@ -1,0 +1,22 @@
+// Records as JSON objects: every field by its name, `pointType` by the value's name, other enumerations as numbers.
+#pragma once
+
+#include <Kelvane.h>
+#include <json/value.h>
+#include <vector>
+
+namespace kvn::host {
+
+Json::Value toJson(KnownPoint const& point);
+Json::Value toJson(NetworkDataInfo const& line);
+Json::Value toJson(TraverseDataInfo const& row);
+Json::Value toJson(CoordinatePointInfo const& point);
+
+template <typename Record>
+Json::Value toJson(std::vector<Record> const& records) {
+  Json::Value list(Json::arrayValue);
+  for (Record const& record : records) list.append(toJson(record));
+  return list;
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,115 @@
+#include "Session.h"
+
+#include "Failures.h"
+#include "Output.h"
+
+#include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+
+#include <QFileInfo>
+#include <QTextCodec>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace kvn::host {
+namespace {
+
+/// The library opens a file that is missing as an empty one, so that the reason is found here.
+void requireReadableFile(QString const& path) {
+  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) != path) {
+    throw Refusal(path, "the name cannot be written in the encoding " +
+                            QString::fromLatin1(QTextCodec::codecForLocale()->name()));
+  }
+  // Not QFileInfo: it looks for the name in the local 8-bit encoding, which need not be that of the file system.
+  std::filesystem::path const native(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
+  std::error_code error;
+  auto const status = std::filesystem::status(native, error);
+  if (!std::filesystem::exists(status)) throw Refusal(path, "no such file");
+  if (!std::filesystem::is_regular_file(status)) throw Refusal(path, "not a regular file");
+  if (!std::ifstream(native).is_open()) throw Refusal(path, "the file cannot be read");
+}
+
+/// The library passes over a suffix that it does not know.
+void requireKnownKind(QString const& path) {
+  QString const suffix = QFileInfo(path).suffix().toLower();
+  if (!QStringList{"in2", "kvn", "txt", "dat", "lqf"}.contains(suffix)) {
+    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network)");
+  }
+}
+
+QString describe(AlgorithmException const& failure, Network const& network) {
+  QString const text = QString::fromUtf8(failure.what());
+  if (failure.index >= 0) {
+    auto const index = static_cast<std::size_t>(failure.index);
+    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
+    NetworkDataInfo const& line = network.lines[index];
+    return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
+  }
+  QString const name = textOf(failure.name);
+  // The text of a repeated station has the name in it.
+  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
+  return isTold ? text : QString("%1: %2").arg(text, name);
+}
+
+int refuse(QString const& file, QString const& text, bool json) {
+  printLine(printable(file.isEmpty() ? QString("kelvane: %1").arg(text) : QString("kelvane: %1: %2").arg(file, text)));
+  if (json) {
+    Json::Value failure;
+    failure["code"] = 0;  // unknown, as the commands tell a failure that has no number of its own
+    failure["message"] = text.toStdString();
+    printJson(failure);
+  }
+  return Refused;
+}
+
+int runGuarded(Session& session, bool json, std::function<int(Session&)> const& run) {
+  try {
+    return run(session);
+  } catch (Refusal const& failure) {
+    return refuse(failure.file, QString::fromUtf8(failure.what()), json);
+  } catch (AlgorithmException const& failure) {
+    return refuse(session.file(), describe(failure, session.project().getNetwork()), json);
+  } catch (std::exception const& failure) {
+    return refuse(session.file(), QString::fromUtf8(failure.what()), json);
+  }
+}
+
+void useEncoding(QString const& name) {
+  if (name.isEmpty()) return;
+  QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
+  if (codec == nullptr) throw UsageError("unknown encoding: " + name);
+  QTextCodec::setCodecForLocale(codec);
+}
+
+}  // namespace
+
+Session::Session() : received(system), current(system.createProject()) {
+  system.init();
+  system.setConfigFile(QString());
+  system.setCurrentProject(current);
+}
+
+Session::~Session() {
+  system.setSendMessageFunc({});
+}
+
+void Session::open(QString const& path) {
+  openFile = path;
+  requireReadableFile(path);
+  requireKnownKind(path);
+  current->read(path);
+}
+
+int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {
+  useEncoding(options.encoding);
+  Session session;
+  try {
+    return runGuarded(session, options.json, run);
+  } catch (std::exception const& failure) {  // the failure itself could not be printed
+    printLine(QString("kelvane: %1").arg(QString::fromUtf8(failure.what())));
+    return Refused;
+  }
+}
+
+}  // namespace kvn::host

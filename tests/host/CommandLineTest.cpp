@@ -1,0 +1,109 @@
+#include "Program.h"
+#include "support/Support.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr char const* kNetwork = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n";
+
+TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
+  Program const program;
+  program.write("net.in2", kNetwork);
+  program.write("net.xyz", kNetwork);
+  program.write("NET.TXT", kNetwork);
+  program.write("empty.in2", "");
+  program.write("one.in2", "3,5,0\nA,0,0\nA\nB,L,0\nP,L,45.0\n");
+  program.write("far.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nC,L,0\nC,S,9\nP\nQ,L,0\nQ,S,5\n");
+  program.write("minus.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,-7\n");
+  program.write("head.in2", "0,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\n");
+  program.write("exact.in2", "3,0,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
+  struct Case {
+    QStringList arguments;
+    int exitCode;
+    char const* says;
+  };
+  Case const cases[] = {
+      {{}, 2, "Usage: kelvane"},
+      {{"check", "net.in2"}, 2, "unknown subcommand: check"},
+      {{"adjust"}, 2, "FILE is missing"},
+      {{"show", "net.in2", "far.in2"}, 2, "too many arguments"},
+      {{"adjust", "net.in2", "--save", "x.in2"}, 2, "save"},
+      {{"adjust", "net.in2", "--method", "guess"}, 2, "unknown method: guess"},
+      {{"adjust", "net.in2", "--angle-error", "0"}, 2, "--angle-error must be above 0"},
+      {{"adjust", "net.in2", "--angle-error", "nan"}, 2, "--angle-error needs a number"},
+      {{"adjust", "net.in2", "--fixed-error", "1e99"}, 2, "--fixed-error needs a number"},
+      {{"adjust", "net.in2", "--proportional-error", "-1"}, 2, "--proportional-error must be 0 or more"},
+      {{"adjust", "net.in2", "--distance-error-form", "mean"}, 2, "sum or root"},
+      {{"show", "net.in2", "--encoding", "Klingon"}, 2, "unknown encoding: Klingon"},
+      {{"adjust", "net.in2", "--method", "closed"}, 1, "kelvane: net.in2: The single traverses"},
+      {{"show", "none.in2"}, 1, "kelvane: none.in2: no such file"},
+      {{"show", "."}, 1, "kelvane: .: not a regular file"},
+      {{"show", "net.xyz"}, 1, "kelvane: net.xyz: unknown kind of file; what can be read: .in2"},
+      {{"show", "NET.TXT"}, 1, "kelvane: NET.TXT: Files of the kind TXT"},
+      {{"show", "empty.in2"}, 1, "kelvane: empty.in2: The import file data is empty"},
+      {{"adjust", "one.in2"}, 1, "kelvane: one.in2: Known points are not enough\n"},
+      {{"adjust", "far.in2"}, 1, "kelvane: far.in2: Known points are not enough: No enough data\n"},
+      {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: Data error: line from A to P\n"},
+      {{"adjust", "head.in2"}, 1, "kelvane: head.in2: the a-priori error of a direction"},
+      {{"adjust", "exact.in2"}, 1, "kelvane: exact.in2: the a-priori errors of a distance are both 0"},
+      {{"exec", "--save", "x.dat"}, 1, "kelvane: x.dat: unknown kind of file; what can be written: .in2"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.arguments.join(' ').toStdString());
+    test::Run const run = program.run(c.arguments);
+    EXPECT_EQ(run.exitCode, c.exitCode);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.out, "");
+    if (c.exitCode == 2) continue;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << "more than one line: " << run.err;
+    Json::Value const failure = program.run(c.arguments + QStringList{"--json"}).json();
+    EXPECT_EQ(failure["code"], Json::Value(0));
+    EXPECT_THAT(run.err, HasSubstr(failure["message"].asString()));
+  }
+}
+
+TEST(CommandLine, PrintsHelpAndVersionOnStandardOutput) {
+  Program const program;
+  for (QStringList const& arguments : {QStringList{"--help"}, {"show", "--help"}, {"adjust", "-h"}, {"exec", "-h"}}) {
+    test::Run const run = program.run(arguments);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, StartsWith("Usage: kelvane "));
+    EXPECT_EQ(run.err, "");
+  }
+  EXPECT_THAT(program.run({"--version"}).out, StartsWith("kelvane "));
+}
+
+TEST(ShowCommand, PrintsWhatTheFileHolds) {
+  Program const program;
+  program.write(u8"网.IN2", kNetwork);
+  test::Run const text = program.run({"show", u8"网.IN2"});
+  EXPECT_THAT(text.out, HasSubstr("B        0.0000  100.0000"));
+  EXPECT_THAT(text.out, HasSubstr(u8"P   45°00′00.00″       70.7100\n"));
+  // The name of the file stays in the charset of the system, whatever the texts in it are.
+  EXPECT_EQ(program.run({"show", u8"网.IN2", "--encoding", "GBK"}).out, text.out);
+
+  Json::Value const json = program.run({"show", u8"网.IN2", "--json"}).json();
+  EXPECT_EQ(json["file"].asString(), u8"网.IN2");
+  EXPECT_EQ(json["name"].asString(), u8"网");
+  EXPECT_EQ(json["fileType"].asInt(), 2);
+  EXPECT_EQ(json["knownPoints"][1]["y"].asDouble(), 100.0);
+  ASSERT_EQ(json["lines"].size(), 2U);
+  EXPECT_EQ(json["lines"][1]["end_name"].asString(), "P");
+  EXPECT_EQ(json["lines"][1]["horizontal_distance"].asDouble(), 70.71);
+  EXPECT_TRUE(json["rows"].isArray() && json["coordinates"].isArray() && json["messages"].isArray());
+}
+
+TEST(CommandLine, KeepsOutOfTheUsersHome) {
+  Program const program;
+  program.write("net.in2", kNetwork);
+  ASSERT_EQ(program.run({"adjust", "net.in2"}).exitCode, 0);
+  ASSERT_EQ(program.run({"exec"}, "[]").exitCode, 0);
+  EXPECT_EQ(program.home(), QStringList());
+}
+
+}  // namespace
