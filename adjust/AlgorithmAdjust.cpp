@@ -24,8 +24,8 @@ void AlgorithmAdjust::setConfigure(Configure const& value) {
   configure = value;
 }
 
-void AlgorithmAdjust::setNetworkData(Network const& network) {
-  algorithmData.readNetworkData(network);
+void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection missing) {
+  algorithmData.readNetworkData(network, missing);
 }
 
 void AlgorithmAdjust::setCountControlDistances(bool count) {

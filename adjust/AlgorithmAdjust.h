@@ -28,7 +28,7 @@ public:
   void setConfigure(Configure const& value);
   /// One network in the object's life: a second one appends and fails on the name checks.
   /// @throws AlgorithmException as `AlgorithmData::readNetworkData`.
-  void setNetworkData(Network const& network);
+  void setNetworkData(Network const& network, MissingDirection missing = MissingDirection::IsZero);
 
   /// Whether distances between two known points count in a least-squares run; off by default. See
   /// `TraverseAdjust::setCountControlDistances`.

@@ -64,9 +64,10 @@ AlgorithmData& AlgorithmData::operator=(AlgorithmData const&) = default;
 AlgorithmData& AlgorithmData::operator=(AlgorithmData&&) noexcept = default;
 AlgorithmData::~AlgorithmData() = default;
 
-void AlgorithmData::readNetworkData(Network const& network) {
+void AlgorithmData::readNetworkData(Network const& network, MissingDirection missing) {
   readKnownPoints(network.knownPoints);
-  readLines(network.lines);
+  readLines(network.lines, missing);
+  if (missing == MissingDirection::IsLeftOut) joinStationsWithoutDirections();
 
   judgetKnpointCount();
   judgeStationCount();
@@ -92,7 +93,7 @@ void AlgorithmData::readKnownPoints(std::vector<KnownPoint> const& points) {
   }
 }
 
-void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines) {
+void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing) {
   StationInfo station;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     NetworkDataInfo const& line = lines[i];
@@ -104,9 +105,25 @@ void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines) {
       throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
     }
     if (distance > kNoDistance) station.lines.push_back(observation(line, distance));
+    if (missing == MissingDirection::IsLeftOut && !line.horizontalAngleFlag) continue;
     station.directions.push_back(observation(line, std::clamp(line.horizontal_angle, 0.0, kAngleBound)));
   }
   stations.push_back(std::move(station));
+}
+
+/// The calculators want a direction at each station. A distance names both its ends, so that it counts the same at any
+/// station: those of a station without directions go to the one before it, or after it at the start.
+void AlgorithmData::joinStationsWithoutDirections() {
+  std::vector<StationInfo> kept;
+  std::vector<LineInfo> waiting;
+  for (StationInfo& station : stations) {
+    bool const oriented = !station.directions.empty();
+    if (oriented) kept.push_back(std::move(station));
+    std::vector<LineInfo>& lines = kept.empty() ? waiting : kept.back().lines;
+    if (!oriented) lines.insert(lines.end(), station.lines.begin(), station.lines.end());
+  }
+  if (!kept.empty()) kept.front().lines.insert(kept.front().lines.begin(), waiting.begin(), waiting.end());
+  stations = std::move(kept);
 }
 
 void AlgorithmData::judgeStationPointNameRepeat() const {

@@ -10,6 +10,12 @@
 
 namespace kvn {
 
+/// What a line without an observed direction (`horizontalAngleFlag` false) gives the calculators.
+enum class MissingDirection {
+  IsZero,     ///< a direction of 0, as every line does: wrong unless the target lies in the circle's zero
+  IsLeftOut,  ///< its distance alone; a station without any direction has no orientation then
+};
+
 /// Known points, stations with their directions and distances, and six counts. All calculators read this and nothing
 /// else. An object is loaded once: a second load appends, and fails on the name checks.
 class KELVANE_EXPORT AlgorithmData {
@@ -28,7 +34,7 @@ public:
   ///         for an angle outside 0 to 360; (DataError, name) for a known point whose coordinates are not finite;
   ///         KnownPointNotEnough for fewer than two known points, KnownPointNameRepeat, StationNotEnough,
   ///         StationNameRepeat with the name. The object must be discarded then.
-  void readNetworkData(Network const& network);
+  void readNetworkData(Network const& network, MissingDirection missing = MissingDirection::IsZero);
 
   std::vector<PointInfo> knPoints;    ///< control points
   std::vector<StationInfo> stations;  ///< directions in radians, distances in metres
@@ -49,7 +55,8 @@ protected:
 
 private:
   void readKnownPoints(std::vector<KnownPoint> const& points);
-  void readLines(std::vector<NetworkDataInfo> const& lines);
+  void readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing);
+  void joinStationsWithoutDirections();
   void getPointsCount();
   void getDirectionsCount();
   void getLinesCount();

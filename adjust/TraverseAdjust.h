@@ -141,8 +141,8 @@ private:
   // Approximate coordinates.
   class OrientedWalk;
   class TriangleWalk;
-  double x(int point) const { return XY[static_cast<std::size_t>(2 * point)]; }
-  double y(int point) const { return XY[static_cast<std::size_t>(2 * point) + 1]; }
+  double x(int point) const { return XY[2 * static_cast<std::size_t>(point)]; }
+  double y(int point) const { return XY[2 * static_cast<std::size_t>(point) + 1]; }
   bool isPlaced(int point) const;
   void place(int point, Point const& at);
   void forgetUnknownPoints();
@@ -162,6 +162,7 @@ private:
   void checkInverse(std::vector<double> const& diagonal) const;
   double cofactor(double const* a, int const* index) const;
   PointInfo pointOf(int number, std::vector<double> const& coordinates) const;
+  std::vector<PointInfo> pointsOf(std::vector<double> const& coordinates) const;
 
   int pointsCount = 0;
   int knPointsCount = 0;

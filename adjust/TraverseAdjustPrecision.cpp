@@ -187,17 +187,15 @@ PointInfo TraverseAdjust::pointOf(int number, std::vector<double> const& coordin
   return point;
 }
 
-std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const {
+std::vector<PointInfo> TraverseAdjust::pointsOf(std::vector<double> const& coordinates) const {
   std::vector<PointInfo> points;
-  for (int i = 0; i < pointsCount; ++i) points.push_back(pointOf(i, X0Y0));
+  points.reserve(index(pointsCount));
+  for (int i = 0; i < pointsCount; ++i) points.push_back(pointOf(i, coordinates));
   return points;
 }
 
-std::vector<PointInfo> TraverseAdjust::getPoints() const {
-  std::vector<PointInfo> points;
-  for (int i = 0; i < pointsCount; ++i) points.push_back(pointOf(i, XY));
-  return points;
-}
+std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const { return pointsOf(X0Y0); }
+std::vector<PointInfo> TraverseAdjust::getPoints() const { return pointsOf(XY); }
 
 std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   std::vector<PointErrorInfo> points;

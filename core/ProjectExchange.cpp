@@ -7,10 +7,10 @@
 #include "core/System.h"
 #include "formats/CosaCollection.h"
 
+#include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace kvn {
@@ -43,7 +43,7 @@ void Project::importCosaFile(QString const& path) {
 
 bool Project::exportCosaTraverseFile(QString const& path) const {
   if (network->isEmpty() && !isUsingViewData()) throw QLogicError(System::tr("Network Data is empty"));
-  QDir().mkpath(QFileInfo(path).absolutePath());
+  utils::createFolderOf(path);
   CosaCollection collection;
   collection.setKnownPointList(network->knownPoints);
   collection.setNetworkDataList(network->lines);

@@ -192,7 +192,7 @@ void System::initTranslators() {
     bool const loaded =
         translator->load(QLocale(), QString::fromLatin1(stem), QStringLiteral("_"), QStringLiteral("translations"));
     // Installed translators stay for the life of the process.
-    if (loaded && QCoreApplication::installTranslator(translator.get())) translator.release();
+    if (loaded && QCoreApplication::installTranslator(translator.get())) static_cast<void>(translator.release());
   }
 }
 

@@ -53,6 +53,10 @@ Configure const& CosaCollection::getConfigure() const {
   return configure;
 }
 
+void CosaCollection::setConfigure(Configure const& value) {
+  configure = value;
+}
+
 void CosaCollection::read(std::istream& stream) {
   knownPointList.clear();
   networkDataList.clear();
@@ -99,6 +103,7 @@ void CosaCollection::readObservation(std::string const& station, std::vector<std
     observation.horizontal_angle = angle.toRadian();
   } else {
     observation.horizontal_distance = utils::leadingNumber(fields[2]);
+    observation.horizontalAngleFlag = false;
   }
   networkDataList.push_back(std::move(observation));
 }
@@ -117,12 +122,13 @@ void CosaCollection::joinRepeats() {
       NetworkDataInfo& first = networkDataList[entry->second];
       fillMissing(first.horizontal_angle, line.horizontal_angle);
       fillMissing(first.horizontal_distance, line.horizontal_distance);
+      first.horizontalAngleFlag = first.horizontalAngleFlag || line.horizontalAngleFlag;
       continue;
     }
     if (kept != i) networkDataList[kept] = std::move(line);
     ++kept;
   }
-  networkDataList.resize(kept);
+  networkDataList.erase(networkDataList.begin() + static_cast<std::ptrdiff_t>(kept), networkDataList.end());
 }
 
 std::vector<ExportStation> CosaCollection::convertData(std::vector<NetworkDataInfo> const& lines) const {

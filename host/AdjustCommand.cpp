@@ -6,8 +6,6 @@
 #include "Output.h"
 #include "Session.h"
 
-#include <utils/HTextCodec.h>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -15,16 +13,6 @@
 
 namespace kvn::host {
 namespace {
-
-/// Takes the a-priori errors of the file's head; the project does not keep them.
-void takeHead(QString const& file, Configure& configure) {
-  CosaCollection collection;
-  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(file));
-  Configure const& head = collection.getConfigure();
-  configure.AngleError = head.AngleError;
-  configure.LineFixedError = head.LineFixedError;
-  configure.LineProportionError = head.LineProportionError;
-}
 
 void takeOptions(AdjustOptions const& options, Configure& configure) {
   configure.AdjustMethod = options.method;
@@ -60,12 +48,13 @@ Configure configureFor(Session& session, AdjustOptions const& options) {
   return configure;
 }
 
-void adjust(Project& project) {
+void adjust(Project& project, bool asRead) {
   auto adjustment = std::make_unique<AlgorithmAdjust>();
   adjustment->setConfigure(project.getConfigure());
-  // The distance between two known points moves nothing, but it tells whether they fit.
-  adjustment->setCountControlDistances(true);
-  adjustment->setNetworkData(project.getNetwork());
+  // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has the
+  // distance alone has no direction of 0.
+  adjustment->setCountControlDistances(!asRead);
+  adjustment->setNetworkData(project.getNetwork(), asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
   adjustment->calculateAdjust();
   project.setAlgorithmAdjust(std::move(adjustment));
 }
@@ -92,7 +81,7 @@ int runAdjust(QStringList const& arguments) {
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file);
     session.project().setConfigure(configureFor(session, *options));
-    adjust(session.project());
+    adjust(session.project(), options->asRead);
     return report(session, options->json);
   });
 }

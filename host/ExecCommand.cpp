@@ -76,11 +76,29 @@ void requireWritableKind(QString const& path) {
   throw Refusal(path, "unknown kind of file; what can be written: .in2 (COSA network)");
 }
 
+/// The project writes the default a-priori errors into the head. A network that came with errors of its own keeps them:
+/// without them it would be adjusted with other weights.
+void write(Session& session, QString const& path) {
+  Project const& project = session.project();
+  if (project.getFileType() != Project::CosaFile || project.getNetwork().isEmpty()) {
+    project.exportCosaTraverseFile(path);
+    return;
+  }
+  Configure configure;
+  takeHead(session.file(), configure);
+  CosaCollection collection;
+  collection.setConfigure(configure);
+  collection.setKnownPointList(project.getNetwork().knownPoints);
+  collection.setNetworkDataList(project.getNetwork().lines);
+  utils::createFolderOf(path);
+  collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
+}
+
 /// @return  whether the file is there as a whole; if not, the reason has been printed.
 bool save(Session& session, QString const& path) {
   if (path.isEmpty()) return true;
   try {
-    session.project().exportCosaTraverseFile(path);
+    write(session, path);
   } catch (std::exception const& failure) {
     printLine(printable(QString("kelvane: %1: %2").arg(path, QString::fromUtf8(failure.what()))));
     return false;

@@ -127,6 +127,9 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
       {"distance-error-form",
        "How the two parts are joined for the unit weight error: sum, or root of the sum of squares (the default).",
        "sum|root"},
+      {"as-read",
+       "Take every line as a direction, of 0 where the file has a distance alone, and leave distances between known "
+       "points out."},
   });
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
@@ -136,6 +139,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.fixedError = errorOption(parser, "fixed-error", true);
   options.proportionalError = errorOption(parser, "proportional-error", true);
   options.sumForm = formOption(parser);
+  options.asRead = parser.isSet("as-read");
   return options;
 }
 

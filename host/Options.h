@@ -23,6 +23,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<float> fixedError;         ///< millimetres
   std::optional<float> proportionalError;  ///< parts per million
   std::optional<bool> sumForm;             ///< as `Configure::LineCalculateExpression`
+  bool asRead = false;                     ///< the lines as the library takes them, without the host's care
 };
 
 struct ExecOptions : CommonOptions {

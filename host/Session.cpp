@@ -84,6 +84,15 @@ void useEncoding(QString const& name) {
 
 }  // namespace
 
+void takeHead(QString const& file, Configure& configure) {
+  CosaCollection collection;
+  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(file));
+  Configure const& head = collection.getConfigure();
+  configure.AngleError = head.AngleError;
+  configure.LineFixedError = head.LineFixedError;
+  configure.LineProportionError = head.LineProportionError;
+}
+
 Session::Session() : received(system), current(system.createProject()) {
   system.init();
   system.setConfigFile(QString());

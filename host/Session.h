@@ -34,6 +34,9 @@ private:
   QString openFile;
 };
 
+/// Takes the a-priori errors of the head of a COSA file; the project does not keep them.
+void takeHead(QString const& file, Configure& configure);
+
 /// Runs a subcommand in a session of its own. A failure becomes one line on standard error, with JSON also {code,
 /// message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run);

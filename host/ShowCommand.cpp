@@ -64,7 +64,8 @@ QString lineTable(std::vector<NetworkDataInfo> const& lines) {
     bool const isSame = station != nullptr && *station == line.start_name;
     station = &line.start_name;
     table.add({isSame ? QString() : textOf(line.start_name), textOf(line.end_name),
-               angleOfRadians(line.horizontal_angle), measured(line.horizontal_distance)});
+               line.horizontalAngleFlag ? angleOfRadians(line.horizontal_angle) : QStringLiteral("-"),
+               measured(line.horizontal_distance)});
   }
   return table.toString();
 }

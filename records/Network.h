@@ -20,7 +20,7 @@ public:
   std::string id;          ///< a new UUID text
   bool startFlag = false;
   double horizontal_angle = 0;  ///< direction, radians; 0 on a line that carries only a distance
-  bool horizontalAngleFlag = true;
+  bool horizontalAngleFlag = true;  ///< false when the source told that no direction was observed
   bool endFlag = false;
   double horizontal_distance = 0;  ///< metres; 0 when the line has no measured distance
   bool horizontalDistanceFlag = true;

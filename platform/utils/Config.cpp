@@ -4,7 +4,6 @@
 
 #include <json/reader.h>
 #include <json/writer.h>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <memory>
@@ -62,7 +61,7 @@ Config::WriteResult Config::write(std::string const& localPath) const {
       return result;
     }
   }
-  QDir().mkpath(QFileInfo(path).absolutePath());
+  createFolderOf(path);
   Json::StreamWriterBuilder builder;
   builder["indentation"] = "  ";
   builder["emitUTF8"] = true;

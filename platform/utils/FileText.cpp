@@ -1,14 +1,81 @@
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 
-#include <QSaveFile>
 #include <QTextCodec>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <QSaveFile>
+#else
 #include <langinfo.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #endif
 
 namespace utils {
+namespace {
+
+std::filesystem::path nativeFile(QString const& path) { return nativePath(HTextCodec::ToLocal8Bit(path)); }
+
+QString lastError() { return QString::fromStdString(std::generic_category().message(errno)); }
+
+#if defined(_WIN32)
+
+QString replace(std::filesystem::path const& target, std::string const& bytes) {
+  QSaveFile file(QString::fromStdWString(target.wstring()));
+  bool const written = file.open(QIODevice::WriteOnly) &&
+                       file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
+                       file.commit();
+  return written ? QString() : file.errorString();
+}
+
+#else
+
+bool writeAll(int file, std::string const& bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    ssize_t const count = ::write(file, bytes.data() + done, bytes.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    done += static_cast<std::size_t>(count);
+  }
+  return ::fsync(file) == 0;
+}
+
+/// The rights of the old file; those that the process gives to new files when there is none.
+mode_t rightsFor(std::filesystem::path const& target) {
+  struct stat old {};
+  if (::stat(target.c_str(), &old) == 0) return old.st_mode & 07777U;
+  mode_t const mask = ::umask(0);
+  ::umask(mask);
+  return 0666U & ~mask;
+}
+
+// Written beside the old file and renamed over it. Not QSaveFile: it encodes the name with the local 8-bit codec, which
+// need not be that of the file system.
+QString replace(std::filesystem::path const& target, std::string const& bytes) {
+  std::error_code none;
+  if (std::filesystem::exists(target, none) && !std::filesystem::is_regular_file(target, none)) {
+    return QStringLiteral("not a regular file");
+  }
+  std::string name = target.string() + ".XXXXXX";
+  int const file = ::mkstemp(name.data());
+  if (file < 0) return lastError();
+  bool const written = writeAll(file, bytes) && ::fchmod(file, rightsFor(target)) == 0;
+  QString error = written ? QString() : lastError();
+  ::close(file);
+  if (written && ::rename(name.c_str(), target.c_str()) == 0) return {};
+  if (error.isEmpty()) error = lastError();
+  ::unlink(name.c_str());
+  return error;
+}
+
+#endif
+
+}  // namespace
 
 std::string nativePath(std::string const& path) {
 #if defined(_WIN32)
@@ -22,13 +89,18 @@ std::string nativePath(std::string const& path) {
 #endif
 }
 
+void createFolderOf(QString const& path) {
+  std::error_code ignored;  // what could not be created shows when the file is written
+  std::filesystem::create_directories(nativeFile(path).parent_path(), ignored);
+}
+
 QString replaceFile(QString const& path, std::string const& bytes) {
-  QSaveFile file(path);
-  // A target that cannot be replaced by renaming (a device, a link into a read-only directory) is refused, not patched.
-  bool const written =
-      file.open(QIODevice::WriteOnly) &&
-      file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) && file.commit();
-  return written ? QString() : QStringLiteral("%1: %2").arg(path, file.errorString());
+  std::filesystem::path target = nativeFile(path);
+  std::error_code none;
+  // A link stays a link: what it leads to is replaced.
+  if (std::filesystem::is_symlink(target, none)) target = std::filesystem::canonical(target, none);
+  QString const error = target.empty() ? QStringLiteral("the link leads nowhere") : replace(target, bytes);
+  return error.isEmpty() ? QString() : QStringLiteral("%1: %2").arg(path, error);
 }
 
 }  // namespace utils

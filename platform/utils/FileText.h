@@ -14,6 +14,9 @@ namespace utils {
 /// 8-bit codec when the user asked for another one for the contents of files.
 KELVANE_EXPORT std::string nativePath(std::string const& path);
 
+/// Creates the folder of a file and those above it; nothing happens when it is there.
+KELVANE_EXPORT void createFolderOf(QString const& path);
+
 /// Replaces the file by `bytes`; the old file stays whole until the new one is on the disk.
 ///
 /// @return  empty when done, else why not, with the file's name.

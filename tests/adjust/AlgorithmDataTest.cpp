@@ -81,6 +81,31 @@ TEST(ReadNetworkData, TakesAnglesAndDistancesWithinTheirBounds) {
   }
 }
 
+TEST(ReadNetworkData, LeavesOutDirectionsThatWereNotObservedWhenAsked) {
+  Network network = smallNetwork();
+  network.lines[1].horizontalAngleFlag = false;  // K1 to P: a distance alone
+  network.lines.insert(network.lines.begin(), line("Z", "P", 0.0, 7.0));
+  network.lines.push_back(line("K1", "P", 0.0, 8.0));  // K1 comes back, with a distance alone
+  network.lines.front().horizontalAngleFlag = network.lines.back().horizontalAngleFlag = false;
+  AlgorithmData data;
+  data.readNetworkData(network, kvn::MissingDirection::IsLeftOut);
+  // Z and the second K1 have no direction, so that they are no stations; their distances count all the same.
+  ASSERT_EQ(data.stationsCount, 2);
+  EXPECT_EQ(data.stations[0].name, "K1");
+  EXPECT_EQ(data.stations[0].directions.size(), 1U);
+  EXPECT_EQ(data.stations[0].lines.front().start_name, "Z");
+  EXPECT_EQ(data.stations[1].lines.back().value, 8.0);
+  EXPECT_EQ(data.pointsCount, 4);
+  EXPECT_EQ(data.directionsCount, 3);
+  EXPECT_EQ(data.linesCount, 4);
+
+  for (auto& l : network.lines) l.horizontalAngleFlag = false;
+  AlgorithmData silent;
+  EXPECT_EQ(test::failureOf<AlgorithmException>(
+                [&] { silent.readNetworkData(network, kvn::MissingDirection::IsLeftOut); }),
+            "Station point is not enough");
+}
+
 TEST(ReadNetworkData, NamesWhatIsWrong) {
   struct Case {
     char const* what;

@@ -85,6 +85,14 @@ TEST(CosaReader, TakesEachKindOfLine) {
   }
 }
 
+TEST(CosaReader, TellsALineWithoutADirection) {
+  auto const lines =
+      readText("2,3,3\nA\nP,S,7\nQ,L,0.0\nQ,S,8\nR,S,9\nR,L,0.0\nT,S,1\nA\nT,L,3.0\n").getNetworkDataList();
+  ASSERT_EQ(lines.size(), 4U);
+  bool const expected[] = {false, true, true, true};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(lines[i].horizontalAngleFlag, expected[i]) << lines[i].end_name;
+}
+
 TEST(CosaReader, SaysWhatIsWrong) {
   struct Case {
     char const* what;

@@ -141,6 +141,19 @@ TEST(AdjustCommand, PrintsNoAzimuthOfAFullTurn) {
               HasSubstr(u8"  A        B        0°00′00.00″   0.00   0°00′00.00″"));
 }
 
+TEST(AdjustCommand, MakesNoDirectionOfADistanceAlone) {
+  Program const program;
+  // P lies at 50, 50. From A only its distance was measured; as a direction of 0 it would turn A's circle by 22.5 degrees.
+  program.write("net.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,S,70.711\nB\nA,L,0\nP,L,45.0\nP,S,70.71\n");
+  Json::Value const json = program.run({"adjust", "net.in2", "--json"}).json();
+  EXPECT_EQ(json["counts"]["directions"].asInt(), 3);
+  EXPECT_NEAR(json["points"][2]["x"].asDouble(), 50.0, 0.001);
+  EXPECT_NEAR(json["points"][2]["y"].asDouble(), 50.0, 0.001);
+  Json::Value const asRead = program.run({"adjust", "net.in2", "--json", "--as-read"}).json();
+  EXPECT_EQ(asRead["counts"]["directions"].asInt(), 4);
+  EXPECT_THAT(program.run({"show", "net.in2"}).out, HasSubstr("70.7110"));
+}
+
 TEST(AdjustCommand, PrintsNullWhereNothingIsRedundant) {
   Program const program;
   program.write("net.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n");

@@ -43,6 +43,7 @@ TEST(ExecCommand, SavesWhatTheProjectHolds) {
   program.write("net.in2", kNetwork);
   test::Run const run = program.run({"exec", "--open", "net.in2", "--save", "new.in2"}, listOf(kLine));
   EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(program.read("new.in2"), testing::StartsWith("3,5,0\n")) << "the a-priori errors of the file";
   EXPECT_THAT(program.read("new.in2"), HasSubstr("Q,S,12.5000\n"));
   EXPECT_EQ(program.read("net.in2"), kNetwork);
 
