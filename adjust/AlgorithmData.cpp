@@ -151,9 +151,9 @@ void AlgorithmData::judgeSightPointNameRepeat() const {
   }
 }
 
-void AlgorithmData::getPointsCount() {
+NameIndex observedNames(AlgorithmData const& data) {
   NameIndex names;
-  for (StationInfo const& station : stations) {
+  for (StationInfo const& station : data.stations) {
     names.numberOf(station.name);
     for (LineInfo const& direction : station.directions) names.numberOf(direction.end_name);
     for (LineInfo const& line : station.lines) {
@@ -161,8 +161,10 @@ void AlgorithmData::getPointsCount() {
       names.numberOf(line.end_name);
     }
   }
-  pointsCount = names.size();
+  return names;
 }
+
+void AlgorithmData::getPointsCount() { pointsCount = observedNames(*this).size(); }
 
 void AlgorithmData::getDirectionsCount() {
   directionsCount = 0;

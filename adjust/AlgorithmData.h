@@ -1,6 +1,7 @@
 // AlgorithmData: the validated input of every plane calculation.
 #pragma once
 
+#include "adjust/NameIndex.h"
 #include "records/CalculationRecords.h"
 #include "records/Network.h"
 
@@ -63,5 +64,8 @@ private:
   void getKnPointsCount();
   void getAzimuthCount();
 };
+
+/// The distinct names of all observations, in the order of their first use.
+KELVANE_EXPORT NameIndex observedNames(AlgorithmData const& data);
 
 }  // namespace kvn

@@ -5,7 +5,9 @@
 #include <utils/Degree.h>
 #include <utils/Formater.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kvn {
 namespace {
@@ -37,10 +39,16 @@ bool outOfRange(double field, double bound) {
   return !(field >= kNegativeField && field <= bound);
 }
 
+/// Toward zero; 0 for what no int can hold, which no angle comes near.
+int wholeNumber(double value) {
+  constexpr double kLargest = std::numeric_limits<int>::max();
+  return std::abs(value) <= kLargest ? static_cast<int>(value) : 0;
+}
+
 Degree cutDddmmss(double value) {
   double const degrees = std::trunc(value / 10000.0);
   double const minutes = std::trunc((value - degrees * 10000.0) / 100.0);
-  return {static_cast<int>(degrees), static_cast<int>(minutes), value - degrees * 10000.0 - minutes * 100.0};
+  return {wholeNumber(degrees), wholeNumber(minutes), value - degrees * 10000.0 - minutes * 100.0};
 }
 
 QString joined(Degree const& angle, char const* afterDegrees, char const* afterMinutes, char const* afterSeconds) {
@@ -71,9 +79,9 @@ double CommonFunction::dmsToRad(double dms, int row) {
 Degree CommonFunction::radToDms(double radians) {
   double const degrees = radians / m_PI * 180.0;
   Degree result;
-  result.degree = static_cast<int>(degrees);
+  result.degree = wholeNumber(degrees);
   double const minutes = (degrees - result.degree) * 60.0;
-  result.minute = static_cast<int>(minutes);
+  result.minute = wholeNumber(minutes);
   result.second = (minutes - result.minute) * 60.0;
   return result;
 }

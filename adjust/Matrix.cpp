@@ -101,6 +101,7 @@ double Matrix::getDeterminant(Rows const& rows, int n) {
 }
 
 Matrix Matrix::getCofactor(Matrix const& m) const {
+  if (m.row != m.column) throw -4;
   Matrix result(m.row, m.column);
   for (int i = 0; i < m.row; ++i) {
     for (int j = 0; j < m.column; ++j) {

@@ -32,6 +32,7 @@ public:
   /// @throws int -4 when it is not square.
   double Determinant(Matrix const& m) const;
   /// Adjugate of the argument; 0.0 for a 1 by 1 matrix.
+  /// @throws int -4 when it is not square.
   Matrix getCofactor(Matrix const& m) const;
   Matrix convertMatrix(std::vector<double> const& packed, int const& n) const;  ///< n by n from packed storage
 

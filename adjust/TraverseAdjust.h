@@ -129,7 +129,6 @@ private:
   };
 
   // Input.
-  std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input) const;
   static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control);
   void sizeArrays();
   void numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations);
@@ -158,6 +157,7 @@ private:
   int unknownsCount() const { return stationsCount + 2 * pointsCount; }
   double distanceVariance(double distance) const;
   int redundancy() const;
+  int countedControlDistances() const;
   LineErrorInfo lineResult(int i, int j, double observed, double residual);
   void checkInverse(std::vector<double> const& diagonal) const;
   double cofactor(double const* a, int const* index) const;

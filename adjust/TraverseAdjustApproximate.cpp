@@ -80,6 +80,7 @@ public:
 
 private:
   void tellStations(int point) {
+    if (!net.isPlaced(point)) return;  // placed beyond the coordinates that count as such
     for (int const s : net.stationsSighting[index(point)]) {
       ++placedTargets[index(s)];
       scheduleIfReady(s);
@@ -170,6 +171,7 @@ private:
   }
 
   void tellStations(int point) {
+    if (!net.isPlaced(point)) return;  // placed beyond the coordinates that count as such
     for (int const s : net.stationsSighting[index(point)]) {
       if (net.isPlaced(net.stationPoint[index(s)])) continue;
       if (fresh[index(s)].empty() || fresh[index(s)].back() != point) fresh[index(s)].push_back(point);

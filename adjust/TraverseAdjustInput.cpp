@@ -18,7 +18,27 @@ std::size_t index(int i) {
   return static_cast<std::size_t>(i);
 }
 
-void warnOfUnobserved(QStringList const& names) {
+std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
+  std::vector<PointInfo> points;
+  for (PointInfo const& point : input.knPoints) {
+    if (observed.contains(point.name)) points.push_back(point);
+  }
+  return points;
+}
+
+/// The counts of an input that was filled by hand may not be those of its lists.
+bool countsFit(AlgorithmData const& input, NameIndex const& observed) {
+  std::size_t directions = 0;
+  for (StationInfo const& station : input.stations) directions += station.directions.size();
+  return index(input.stationsCount) == input.stations.size() && index(input.directionsCount) == directions &&
+         input.pointsCount == observed.size();
+}
+
+void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameIndex const& observed) {
+  QStringList names;
+  for (PointInfo const& point : knownPoints) {
+    if (!observed.contains(point.name)) names.append(QString::fromStdString(point.name));
+  }
   System const* const system = System::Instance();
   if (names.isEmpty() || system == nullptr) return;
   system->sendMessage(
@@ -52,13 +72,16 @@ bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
 }
 
 void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
-  std::vector<PointInfo> const knownPoints = observedKnownPoints(input);
+  NameIndex const observed = observedNames(input);
+  std::vector<PointInfo> const knownPoints = observedKnownPoints(input, observed);
   pointsCount = input.pointsCount;
   stationsCount = input.stationsCount;
   knPointsCount = static_cast<int>(knownPoints.size());
   directionsCount = input.directionsCount;
   if (input.azimuthCount != 0) throw AlgorithmException(AlgorithmException::DataError, "Data error");
   if (pointsCount == knPointsCount) throw AlgorithmException(AlgorithmException::AllStationKnown, std::string());
+
+  if (!countsFit(input, observed)) throw AlgorithmException(AlgorithmException::DataError, "Data error");
 
   std::vector<LineInfo> const distances = collectDistances(input, false);
   linesCount = static_cast<int>(distances.size());
@@ -67,32 +90,10 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
   readDirections(input.stations);
   readDistances(distances);
   readControlDistances(collectDistances(input, true));
-  if (pointNames.size() != pointsCount) throw AlgorithmException(AlgorithmException::DataError, "Data error");
   indexObservations();
+  warnOfUnobserved(input.knPoints, observed);
 }
 
-std::vector<PointInfo> TraverseAdjust::observedKnownPoints(AlgorithmData const& input) const {
-  NameIndex observed;
-  for (StationInfo const& station : input.stations) {
-    observed.numberOf(station.name);
-    for (LineInfo const& direction : station.directions) observed.numberOf(direction.end_name);
-    for (LineInfo const& line : station.lines) {
-      observed.numberOf(line.start_name);
-      observed.numberOf(line.end_name);
-    }
-  }
-  std::vector<PointInfo> points;
-  QStringList leftOut;
-  for (PointInfo const& point : input.knPoints) {
-    if (observed.contains(point.name)) {
-      points.push_back(point);
-    } else {
-      leftOut.append(QString::fromStdString(point.name));
-    }
-  }
-  warnOfUnobserved(leftOut);
-  return points;
-}
 
 /// The merged distances that have an end that is not known or, for `control`, those between two known points.
 std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control) {
@@ -112,6 +113,11 @@ std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& inpu
 
 void TraverseAdjust::sizeArrays() {
   auto const unknowns = index(unknownsCount());
+  pointNames = NameIndex();
+  stationNames.clear();
+  controlDistances.clear();
+  directionOf.clear();
+  distanceOf.clear();
   stationPoint.assign(index(stationsCount), -1);
   directionStart.assign(index(stationsCount) + 1, -1);
   directionTarget.assign(index(directionsCount), -1);

@@ -21,7 +21,7 @@ constexpr int kIterationLimit = 10000;
 // Keeps the weight of a distance finite when both parts of its error are 0; square metres.
 constexpr double kSmallestVariance = 1e-15;
 // A diagonal element times that of the inverse says how much of its pivot the elimination took away. From here on what
-// is left is rounding: doubles carry 16 digits, weak but sound networks stay below 1e9.
+// is left is rounding, since doubles carry 16 digits; a traverse of 300 legs of 1 km with 0.001 mm and 10" stays below.
 constexpr double kLostPivot = 1e13;
 // Below this in size a cofactor counts as zero.
 constexpr double kNoCofactor = 1e-8;

@@ -61,6 +61,10 @@ void TraverseAdjust::setCountControlDistances(bool count) {
   countControlDistances = count;
 }
 
+int TraverseAdjust::countedControlDistances() const {
+  return countControlDistances ? static_cast<int>(controlDistances.size()) : 0;
+}
+
 void TraverseAdjust::calculateUnitError() {
   pvv = calculateV();
   if (!countControlDistances) controlDistances.clear();
@@ -70,7 +74,9 @@ void TraverseAdjust::calculateUnitError() {
     double const v = calculateCD(line.start, line.end, a, at) - line.value;
     pvv += v * v / distanceVariance(line.value);
   }
-  int const excess = redundancy() + static_cast<int>(controlDistances.size());
+  // A-priori errors of 0 weigh a residual without bound.
+  if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
+  int const excess = redundancy() + countedControlDistances();
   hasRedundancy = excess != 0;
   if (hasRedundancy) unitError = std::sqrt(pvv / excess);
 }
@@ -202,8 +208,9 @@ std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   for (int i = 0; i < pointsCount; ++i) {
     PointErrorInfo point;
     static_cast<PointInfo&>(point) = pointOf(i, XY);
-    point.mxValid = point.myValid = point.mpValid = hasRedundancy;
-    if (hasRedundancy) {
+    bool const hasErrors = hasRedundancy && !mx.empty();
+    point.mxValid = point.myValid = point.mpValid = hasErrors;
+    if (hasErrors) {
       point.mx = mx[index(i)];
       point.my = my[index(i)];
       point.mp = mp[index(i)];
@@ -242,13 +249,13 @@ AdjustSummary TraverseAdjust::getSummary() const {
   AdjustSummary summary;
   summary.hasRedundancy = hasRedundancy;
   summary.unitError = hasRedundancy ? unitError : std::numeric_limits<double>::quiet_NaN();
-  summary.redundancy = redundancy() + static_cast<int>(controlDistances.size());
+  summary.redundancy = redundancy() + countedControlDistances();
   summary.iterations = iterations;
   summary.points = pointsCount;
   summary.knownPoints = knPointsCount;
   summary.stations = stationsCount;
   summary.directions = directionsCount;
-  summary.distances = linesCount + static_cast<int>(controlDistances.size());
+  summary.distances = linesCount + countedControlDistances();
   summary.distanceErrors = lineErrors;
   summary.directionDistanceErrors = directionLineErrors;
   return summary;

@@ -37,6 +37,16 @@ std::string dms(double radians) {
   return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
 }
 
+/// A text that is no angle counts as 0, which nobody would notice.
+void warnOfAngle(std::string const& text, std::string const& station, std::string const& target) {
+  System const* const system = System::Instance();
+  if (system == nullptr) return;
+  QString const message = System::tr("The direction from %1 to %2 is no angle: %3");
+  system->sendMessage(
+      message.arg(QString::fromStdString(station), QString::fromStdString(target), QString::fromStdString(text)),
+      Warning);
+}
+
 }  // namespace
 
 std::vector<CosaStationInfo> const& CosaDataManage::getCosaData() const {
@@ -99,8 +109,10 @@ void CosaCollection::readObservation(std::string const& station, std::vector<std
   observation.start_name = station;
   observation.end_name = fields[0];
   if (kind == "L") {
-    utils::Degree const angle(utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS));
+    utils::Degree const angle(
+        utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS, &observation.horizontalAngleFlag));
     observation.horizontal_angle = angle.toRadian();
+    if (!observation.horizontalAngleFlag) warnOfAngle(fields[2], station, fields[0]);
   } else {
     observation.horizontal_distance = utils::leadingNumber(fields[2]);
     observation.horizontalAngleFlag = false;

@@ -67,8 +67,8 @@ public:
   using INetworkDataCollection::write;
 
   /// Fills the lists. The direction and the distance of a target become one line; of further lines with the same
-  /// station and target only the observations that the first lacks are taken. A line that got no direction at all has
-  /// `horizontalAngleFlag` false. Lines of no kind are passed over.
+  /// station and target only the observations that the first lacks are taken. A line that got no direction, or
+  /// one whose text is no angle (it counts as 0, with a `Warning`), has `horizontalAngleFlag` false. Lines of no kind are passed over.
   ///
   /// @throws DataException "The Format of Data is wrong" when line 1 has not three fields.
   /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a head
