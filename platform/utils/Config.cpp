@@ -18,6 +18,7 @@ Config::ReadResult readTree(QString const& path, Json::Value& tree) {
   if (!file.open(QIODevice::ReadOnly)) return Config::ReadResult::Invalid;
   QByteArray const bytes = file.readAll();
   Json::CharReaderBuilder builder;
+  builder["failIfExtra"] = true;  // what follows the tree would be lost when the file is written
   std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
   std::string errors;
   try {
