@@ -45,7 +45,7 @@ Config::ReadResult Config::read(std::string const& path) {
   ReadResult const result = readTree(HTextCodec::FromLocal8Bit(path), fresh);
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
-  wasRead = true;
+  readFrom = path;
   return result;
 }
 
@@ -55,7 +55,7 @@ Config::WriteResult Config::write(std::string const& localPath) const {
   if (path.isEmpty()) return result;
   Json::Value old;
   ReadResult const state = readTree(path, old);
-  if (state == ReadResult::Good && !wasRead && tree.empty()) return result;
+  if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
   if (state == ReadResult::Invalid) {
     result.keptAs = moveAside(path);
     if (result.keptAs.isEmpty()) {
