@@ -35,9 +35,7 @@ TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
 }
 
 TEST(LeadingNumber, TellsWhatIsNoNumberAndWhatIsTooLarge) {
-  for (char const* text : {"", " ", "abc", "-", ".", "e5", ",5", "+-1",
-                           "\xC2\xA0"
-                           "1"}) {
+  for (char const* text : {"", " ", "abc", "-", ".", "e5", ",5", "+-1", "\u00A01"}) {
     SCOPED_TRACE(text);
     EXPECT_EQ(test::failureOf<std::invalid_argument>([text] { utils::leadingNumber(text); }), "invalid stod argument");
   }
