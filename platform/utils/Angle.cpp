@@ -26,11 +26,11 @@ bool allDigits(std::string_view text) {
   return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// The digits as a number; 0 without digits.
-double number(std::string const& digits) {
+/// The digits as a number; 0 without digits, `outOfRange` when no double is that large or that small.
+double number(std::string const& digits, double outOfRange) {
   double value = 0.0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  return value;
+  auto const result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  return result.ec == std::errc::result_out_of_range ? outOfRange : value;
 }
 
 /// Decimal degrees of [sign]DD[.MMSSsss]; false when the text has another form.
@@ -45,15 +45,21 @@ bool readFields(std::string_view text, double& degrees) {
 
   std::string padded(decimals);
   if (padded.size() < 4) padded.append(4 - padded.size(), '0');
-  double const minutes = number(padded.substr(0, 2));
-  double const seconds = number(padded.substr(2, 2) + "." + padded.substr(4));
-  degrees = sign * ((number(std::string(whole)) * 60.0 + minutes) * 60.0 + seconds) / kSecondsPerDegree;
+  // Whole degrees can only be too large, seconds with two digits before the point only too small.
+  double const wholeDegrees = number(std::string(whole), HUGE_VAL);
+  double const minutes = number(padded.substr(0, 2), 0.0);
+  double const seconds = number(padded.substr(2, 2) + "." + padded.substr(4), 0.0);
+  degrees = sign * ((wholeDegrees * 60.0 + minutes) * 60.0 + seconds) / kSecondsPerDegree;
   return std::isfinite(degrees);
 }
 
 /// A plain number in the C locale; false when the text has another form or is not finite.
 bool readPlain(std::string_view text, double& value) {
-  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  // from_chars knows no plus; behind one it would take the minus of "+-5".
+  if (!text.empty() && text.front() == '+') {
+    text.remove_prefix(1);
+    if (!text.empty() && text.front() == '-') return false;
+  }
   auto const result = std::from_chars(text.data(), text.data() + text.size(), value);
   return result.ec == std::errc() && result.ptr == text.data() + text.size() && std::isfinite(value);
 }

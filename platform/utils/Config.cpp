@@ -17,6 +17,7 @@ Config::ReadResult readTree(QString const& path, Json::Value& tree) {
   if (!file.open(QIODevice::ReadOnly)) return Config::ReadResult::Invalid;
   QByteArray const bytes = file.readAll();
   Json::CharReaderBuilder builder;
+  builder["failIfExtra"] = true;  // what follows the tree would be lost when the file is written
   std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
   std::string errors;
   try {
@@ -43,7 +44,7 @@ Config::ReadResult Config::read(std::string const& path) {
   ReadResult const result = readTree(HTextCodec::FromLocal8Bit(path), fresh);
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
-  wasRead = true;
+  readFrom = path;
   return result;
 }
 
@@ -53,7 +54,7 @@ Config::WriteResult Config::write(std::string const& localPath) const {
   if (path.isEmpty()) return result;
   Json::Value old;
   ReadResult const state = readTree(path, old);
-  if (state == ReadResult::Good && !wasRead && tree.empty()) return result;
+  if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
   if (state == ReadResult::Invalid) {
     result.keptAs = moveAside(path);
     if (result.keptAs.isEmpty()) {

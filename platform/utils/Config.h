@@ -38,7 +38,7 @@ public:
 
 private:
   Json::Value tree;
-  bool wasRead = false;
+  std::string readFrom;  ///< the file of the tree; empty while none was read
 };
 
 }  // namespace utils

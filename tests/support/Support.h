@@ -15,8 +15,8 @@ class Host {
 public:
   Host();
 
-  kvn::System system;
   std::vector<std::pair<QString, kvn::MessType>> messages;
+  kvn::System system;  ///< goes first: its end may still send messages
 };
 
 /// `what()` of the exception of type Failure that the call throws; "no failure" or "other failure: ..." else.
