@@ -20,17 +20,13 @@ AlgorithmAdjust::AlgorithmAdjust(AlgorithmAdjust const&) = default;
 AlgorithmAdjust& AlgorithmAdjust::operator=(AlgorithmAdjust const&) = default;
 AlgorithmAdjust::~AlgorithmAdjust() = default;
 
-void AlgorithmAdjust::setConfigure(Configure const& value) {
-  configure = value;
-}
+void AlgorithmAdjust::setConfigure(Configure const& value) { configure = value; }
 
 void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection missing) {
   algorithmData.readNetworkData(network, missing);
 }
 
-void AlgorithmAdjust::setCountControlDistances(bool count) {
-  countControlDistances = count;
-}
+void AlgorithmAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
 
 void AlgorithmAdjust::calculateAdjust() {
   switch (configure.AdjustMethod) {
@@ -87,35 +83,15 @@ std::vector<CoordinatePointInfo> AlgorithmAdjust::getCoordinatePointXYList() con
   return points;
 }
 
-std::vector<PointErrorInfo> const& AlgorithmAdjust::getPointErrorInfoList() const {
-  return pointErrorInfoList;
-}
-std::vector<DirectionResult> const& AlgorithmAdjust::getDirectionResultList() const {
-  return directionResultList;
-}
-ErrorEllipseManage const& AlgorithmAdjust::getErrorEllipseList() const {
-  return errorEllipseList;
-}
-std::vector<LineErrorInfo> const& AlgorithmAdjust::getLineErrorInfoList() const {
-  return lineErrorInfoList;
-}
-std::vector<TraverseInfo> const& AlgorithmAdjust::getTraverseAdjustInfoList() const {
-  return traverseAdjustInfoList;
-}
-std::vector<PointInfo> const& AlgorithmAdjust::getPointX0Y0List() const {
-  return pointX0Y0List;
-}
-std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const {
-  return pointList;
-}
-std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const {
-  return degreeInfoList;
-}
-std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const {
-  return knPointInfoList;
-}
-AdjustSummary const& AlgorithmAdjust::getSummary() const {
-  return summary;
-}
+std::vector<PointErrorInfo> const& AlgorithmAdjust::getPointErrorInfoList() const { return pointErrorInfoList; }
+std::vector<DirectionResult> const& AlgorithmAdjust::getDirectionResultList() const { return directionResultList; }
+ErrorEllipseManage const& AlgorithmAdjust::getErrorEllipseList() const { return errorEllipseList; }
+std::vector<LineErrorInfo> const& AlgorithmAdjust::getLineErrorInfoList() const { return lineErrorInfoList; }
+std::vector<TraverseInfo> const& AlgorithmAdjust::getTraverseAdjustInfoList() const { return traverseAdjustInfoList; }
+std::vector<PointInfo> const& AlgorithmAdjust::getPointX0Y0List() const { return pointX0Y0List; }
+std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const { return pointList; }
+std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const { return degreeInfoList; }
+std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const { return knPointInfoList; }
+AdjustSummary const& AlgorithmAdjust::getSummary() const { return summary; }
 
 }  // namespace kvn

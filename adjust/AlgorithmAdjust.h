@@ -19,7 +19,7 @@ namespace kvn {
 /// Call `setConfigure`, `setNetworkData` once, then `calculateAdjust`; then read the lists. Failures pass through, and
 /// the lists stay as they were before the run.
 class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
-public:
+ public:
   AlgorithmAdjust();
   AlgorithmAdjust(AlgorithmAdjust const&);
   AlgorithmAdjust& operator=(AlgorithmAdjust const&);
@@ -56,7 +56,7 @@ public:
   std::vector<PointInfo> const& getKnPointInfoList() const;
   AdjustSummary const& getSummary() const;  ///< of the last least-squares run
 
-private:
+ private:
   void adjustLeastSquares();
 
   std::vector<PointErrorInfo> pointErrorInfoList;

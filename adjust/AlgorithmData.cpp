@@ -20,18 +20,14 @@ constexpr double kMissing = 1e29;
 constexpr double kAngleBound = 360.0;
 constexpr double kAngleSlack = 0.001;
 
-bool usable(double value) {
-  return std::abs(value) < kMissing;
-}
+bool usable(double value) { return std::abs(value) < kMissing; }
 
 bool isAngleInRange(double angle) {
   return std::abs(angle) < kAngleSlack || std::abs(angle - kAngleBound) < kAngleSlack ||
          (angle >= 0.0 && angle <= kAngleBound);
 }
 
-LineInfo observation(NetworkDataInfo const& line, double value) {
-  return {line.start_name, line.end_name, value, 1};
-}
+LineInfo observation(NetworkDataInfo const& line, double value) { return {line.start_name, line.end_name, value, 1}; }
 
 /// Of the names that come twice, the one whose first place comes first; null when there is none.
 template <typename List, typename NameOf>
@@ -45,15 +41,9 @@ std::string const* firstRepeat(List const& list, NameOf nameOf) {
   return earliest == list.size() ? nullptr : &nameOf(list[earliest]);
 }
 
-std::string const& nameOfPoint(PointInfo const& point) {
-  return point.name;
-}
-std::string const& nameOfStation(StationInfo const& station) {
-  return station.name;
-}
-std::string const& nameOfTarget(LineInfo const& direction) {
-  return direction.end_name;
-}
+std::string const& nameOfPoint(PointInfo const& point) { return point.name; }
+std::string const& nameOfStation(StationInfo const& station) { return station.name; }
+std::string const& nameOfTarget(LineInfo const& direction) { return direction.end_name; }
 
 }  // namespace
 
@@ -182,9 +172,7 @@ void AlgorithmData::getLinesCount() {
   }
 }
 
-void AlgorithmData::getKnPointsCount() {
-  knPointsCount = static_cast<int>(knPoints.size());
-}
+void AlgorithmData::getKnPointsCount() { knPointsCount = static_cast<int>(knPoints.size()); }
 
 void AlgorithmData::getAzimuthCount() {
   for (StationInfo const& station : stations) azimuthCount += static_cast<int>(station.azimuths.size());

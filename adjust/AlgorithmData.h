@@ -20,7 +20,7 @@ enum class MissingDirection {
 /// Known points, stations with their directions and distances, and six counts. All calculators read this and nothing
 /// else. An object is loaded once: a second load appends, and fails on the name checks.
 class KELVANE_EXPORT AlgorithmData {
-public:
+ public:
   AlgorithmData();
   AlgorithmData(AlgorithmData const&);
   AlgorithmData(AlgorithmData&&) noexcept;
@@ -47,14 +47,14 @@ public:
   int azimuthCount = 0;  ///< no loader fills azimuths, so it stays 0
   double m_PI;           ///< the arc cosine of -1
 
-protected:
+ protected:
   void judgeStationPointNameRepeat() const;  ///< @throws StationNameRepeat with the name that comes twice first
   void judgeStationCount() const;            ///< @throws StationNotEnough without a station
   void judgetKnpointCount() const;           ///< @throws KnownPointNotEnough for fewer than two known points
   void judgeKnPointNameRepeat() const;       ///< @throws KnownPointNameRepeat with the name that comes twice first
   void judgeSightPointNameRepeat() const;    ///< @throws SightNameRepeat with a target that one station has twice
 
-private:
+ private:
   void readKnownPoints(std::vector<KnownPoint> const& points);
   void readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing);
   void joinStationsWithoutDirections();

@@ -35,9 +35,7 @@ double toRadians(DmsFields const& f) {
   return f.sign * (f.degrees + f.minutes / 60.0 + f.seconds / 3600.0) / 180.0 * CommonFunction::m_PI;
 }
 
-bool outOfRange(double field, double bound) {
-  return !(field >= kNegativeField && field <= bound);
-}
+bool outOfRange(double field, double bound) { return !(field >= kNegativeField && field <= bound); }
 
 /// Toward zero; 0 for what no int can hold, which no angle comes near.
 int wholeNumber(double value) {
@@ -64,9 +62,7 @@ utils::Degree parsed(QString const& dms) {
 
 double const CommonFunction::m_PI = std::acos(-1.0);
 
-double CommonFunction::dmsToRad(double dms) {
-  return toRadians(cutDms(dms));
-}
+double CommonFunction::dmsToRad(double dms) { return toRadians(cutDms(dms)); }
 
 double CommonFunction::dmsToRad(double dms, int row) {
   DmsFields const fields = cutDms(dms);
@@ -86,18 +82,10 @@ Degree CommonFunction::radToDms(double radians) {
   return result;
 }
 
-QString CommonFunction::getDmsFormat(Degree const& angle) {
-  return joined(angle, ":", ":", "");
-}
-QString CommonFunction::getDmsFormat(double const& dddmmss) {
-  return getDmsFormat(cutDddmmss(dddmmss));
-}
-QString CommonFunction::getDmsString(Degree angle) {
-  return joined(angle, "\u00B0", "\u2032", "\u2033");
-}
-QString CommonFunction::getDmsStyle(double dddmmss) {
-  return getDmsString(cutDddmmss(dddmmss));
-}
+QString CommonFunction::getDmsFormat(Degree const& angle) { return joined(angle, ":", ":", ""); }
+QString CommonFunction::getDmsFormat(double const& dddmmss) { return getDmsFormat(cutDddmmss(dddmmss)); }
+QString CommonFunction::getDmsString(Degree angle) { return joined(angle, "\u00B0", "\u2032", "\u2033"); }
+QString CommonFunction::getDmsStyle(double dddmmss) { return getDmsString(cutDddmmss(dddmmss)); }
 
 double CommonFunction::getKVNDegereeFormat(double const& dms, int decimals) {
   return parsed(QString::number(dms, 'g', 6)).toString(utils::DegreeToDDPMMSS, decimals).toDouble();

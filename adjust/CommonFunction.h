@@ -14,13 +14,13 @@ namespace kvn {
 /// Three numeric angle forms exist and must never be mixed: radians, inside the algorithms; DD.MMSS, 123.4530 being
 /// 123°45'30", at the file and display boundary; DDDMMSS.ss, 1234530.25 being 123°45'30.25", in `DirectionResult`.
 class KELVANE_EXPORT CommonFunction {
-public:
+ public:
   static double const m_PI;  ///< the arc cosine of -1
 
   /// Radians of DD.MMSS; the sign holds for the whole angle.
   ///
   /// Within 5e-12 rad (1e-6") of the true angle: the value is lifted by 1e-10 before it is cut into fields, so that
-  /// 30.2999999999 does not lose a minute, and the lift stays. 60 and more minutes or seconds count as they stand.
+  /// 30.29999999995 does not lose a minute, and the lift stays. 60 and more minutes or seconds count as they stand.
   static double dmsToRad(double dms);
 
   /// The same with checks.

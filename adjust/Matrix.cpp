@@ -41,20 +41,12 @@ Matrix::Matrix(Rows const& rows)
       row(static_cast<int>(rows.size())),
       data(rows) {}
 
-int Matrix::getRow() const {
-  return row;
-}
-int Matrix::getColumn() const {
-  return column;
-}
+int Matrix::getRow() const { return row; }
+int Matrix::getColumn() const { return column; }
 
-double& Matrix::operator()(int r, int c) {
-  return data[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)];
-}
+double& Matrix::operator()(int r, int c) { return data[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)]; }
 
-double Matrix::operator()(int r, int c) const {
-  return data[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)];
-}
+double Matrix::operator()(int r, int c) const { return data[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)]; }
 
 Matrix Matrix::combined(Matrix const& other, double sign, int failure) const {
   if (row != other.row || column != other.column) throw failure;
@@ -65,12 +57,8 @@ Matrix Matrix::combined(Matrix const& other, double sign, int failure) const {
   return result;
 }
 
-Matrix Matrix::operator+(Matrix const& other) const {
-  return combined(other, 1.0, -1);
-}
-Matrix Matrix::operator-(Matrix const& other) const {
-  return combined(other, -1.0, -2);
-}
+Matrix Matrix::operator+(Matrix const& other) const { return combined(other, 1.0, -1); }
+Matrix Matrix::operator-(Matrix const& other) const { return combined(other, -1.0, -2); }
 
 Matrix Matrix::operator*(Matrix const& other) const {
   if (column != other.row) throw -3;
@@ -114,9 +102,7 @@ Matrix Matrix::getCofactor(Matrix const& m) const {
   return result;
 }
 
-Matrix Matrix::convertMatrix(std::vector<double> const& packed, int const& n) const {
-  return Matrix(packed, n);
-}
+Matrix Matrix::convertMatrix(std::vector<double> const& packed, int const& n) const { return Matrix(packed, n); }
 
 bool Matrix::inverse(std::vector<double>& packed, int n) const {
   return detail::invertPacked(packed.data(), static_cast<std::size_t>(n), detail::PivotRule::NotZero);

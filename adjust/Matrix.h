@@ -13,7 +13,7 @@ namespace kvn {
 /// Packed storage: a symmetric n by n matrix as a flat vector of n (n + 1) / 2 doubles, the lower triangle by rows:
 /// element (i, j), i >= j, at i (i + 1) / 2 + j, all indices from 0.
 class KELVANE_EXPORT Matrix {
-public:
+ public:
   Matrix();                                                       ///< 0 by 0
   Matrix(int r, int c);                                           ///< r rows, c columns, all 0.0
   Matrix(std::vector<double> const& packed, int n);               ///< n by n from packed storage
@@ -42,13 +42,13 @@ public:
   /// @return        false at a pivot of exactly 0.0; the matrix is then partly transformed and must not be used.
   bool inverse(std::vector<double>& packed, int n) const;
 
-protected:
+ protected:
   /// Packed index of (i, j) for either order of the arguments.
   static std::size_t ij(int i, int j);
   /// Determinant of the first n rows and columns; 0.0 for n = 0.
   static double getDeterminant(std::vector<std::vector<double>> const& rows, int n);
 
-private:
+ private:
   Matrix combined(Matrix const& other, double sign, int failure) const;
 
   int column = 0;

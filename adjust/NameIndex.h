@@ -11,7 +11,7 @@ namespace kvn {
 
 /// The number table of the calculators. Every name has a number, an empty one too; there is no limit to run out of.
 class KELVANE_EXPORT NameIndex {
-public:
+ public:
   /// Number of the name; a new one gets the next number.
   int numberOf(std::string const& name);
   /// Number of the name, -1 when it has none.
@@ -20,7 +20,7 @@ public:
   int size() const { return static_cast<int>(list.size()); }
   std::vector<std::string> const& names() const { return list; }
 
-private:
+ private:
   std::unordered_map<std::string, int> numbers;
   std::vector<std::string> list;
 };

@@ -31,7 +31,7 @@ namespace kvn {
 ///
 /// Call `readAlgorithmData`, then `calculateAdjust` once, then the result operations.
 class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCancel {
-public:
+ public:
   /// As `TraverseAdjust(2.0, 0.003, 3e-6, true)`.
   TraverseAdjust();
   /// @param angleError              standard error of one direction, seconds of arc, above 0.
@@ -87,7 +87,7 @@ public:
   std::vector<TraverseInfo> getStationInfo() const;        ///< in station order: station, back point, fore points
   AdjustSummary getSummary() const;
 
-protected:
+ protected:
   /// Number of a name; a new name gets the next number.
   int getPointNumber(std::string const& name);
   /// Both ends match in either orientation.
@@ -116,7 +116,7 @@ protected:
   void calculateErrorEllipse();
   static double rad_dms(double radians);  ///< DDDMMSS.ss
 
-private:
+ private:
   struct Point {
     double x;
     double y;

@@ -20,15 +20,11 @@ constexpr double kFlatCorner = 1e-12;
 
 constexpr char const* kNotEnough = "No enough data";
 
-std::size_t index(int i) {
-  return static_cast<std::size_t>(i);
-}
+std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
 }  // namespace
 
-bool TraverseAdjust::isPlaced(int point) const {
-  return x(point) < kMissingFrom;
-}
+bool TraverseAdjust::isPlaced(int point) const { return x(point) < kMissingFrom; }
 
 void TraverseAdjust::place(int point, Point const& at) {
   XY[2 * index(point)] = at.x;
@@ -62,7 +58,7 @@ TraverseAdjust::Point TraverseAdjust::polarPoint(int station, int orientedBy, in
 /// Visits each station once, at the moment at which sweeps over the list of stations would find it placed and oriented
 /// for the first time: it then places all its targets that have a distance, and has nothing left to do.
 class TraverseAdjust::OrientedWalk {
-public:
+ public:
   explicit OrientedWalk(TraverseAdjust& adjustment)
       : net(adjustment),
         queue(index(net.stationsCount)),
@@ -78,7 +74,7 @@ public:
     return remaining == 0;
   }
 
-private:
+ private:
   void tellStations(int point) {
     if (!net.isPlaced(point)) return;  // placed beyond the coordinates that count as such
     for (int const s : net.stationsSighting[index(point)]) {
@@ -134,7 +130,7 @@ void TraverseAdjust::calculateX0Y0() {
 /// Whether a pair serves depends on the observations alone once both ends are placed. So a station is looked at only
 /// when targets of it have been placed since the last time, and then only pairs with one of these are new.
 class TraverseAdjust::TriangleWalk {
-public:
+ public:
   explicit TriangleWalk(TraverseAdjust& adjustment)
       : net(adjustment),
         queue(index(net.stationsCount)),
@@ -154,7 +150,7 @@ public:
     return true;
   }
 
-private:
+ private:
   using Pair = std::pair<int, int>;  // directions (j, m)
 
   /// From the last direction of a station to a target back to the earlier ones.

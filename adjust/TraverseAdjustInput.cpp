@@ -14,9 +14,7 @@ namespace {
 
 constexpr double kNone = 1e30;
 
-std::size_t index(int i) {
-  return static_cast<std::size_t>(i);
-}
+std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
   std::vector<PointInfo> points;
@@ -62,9 +60,7 @@ TraverseAdjust::TraverseAdjust(TraverseAdjust const&) = default;
 TraverseAdjust& TraverseAdjust::operator=(TraverseAdjust const&) = default;
 TraverseAdjust::~TraverseAdjust() = default;
 
-int TraverseAdjust::getPointNumber(std::string const& name) {
-  return pointNames.numberOf(name);
-}
+int TraverseAdjust::getPointNumber(std::string const& name) { return pointNames.numberOf(name); }
 
 bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
   return (a.start_name == b.start_name && a.end_name == b.end_name) ||
@@ -93,7 +89,6 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
   indexObservations();
   warnOfUnobserved(input.knPoints, observed);
 }
-
 
 /// The merged distances that have an end that is not known or, for `control`, those between two known points.
 std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control) {

@@ -26,29 +26,23 @@ constexpr double kLostPivot = 1e13;
 // Below this in size a cofactor counts as zero.
 constexpr double kNoCofactor = 1e-8;
 
-std::size_t index(int i) {
-  return static_cast<std::size_t>(i);
-}
+std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
-[[noreturn]] void failCalculation() {
-  throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
-}
+[[noreturn]] void failCalculation() { throw AlgorithmException(AlgorithmException::DataError, "Calculate failed"); }
 
 /// A failure of the calculation as a whole, with its text only.
 class CalculationFailure : public std::exception {
-public:
+ public:
   explicit CalculationFailure(QString const& message) : text(message.toStdString()) {}
   char const* what() const noexcept override { return text.c_str(); }
 
-private:
+ private:
   std::string text;
 };
 
 }  // namespace
 
-std::size_t TraverseAdjust::ij(int i, int j) {
-  return Matrix::ij(i, j);
-}
+std::size_t TraverseAdjust::ij(int i, int j) { return Matrix::ij(i, j); }
 
 void TraverseAdjust::checkCancelAndThrow() const {
   if (isCancel()) throw QLogicError(System::tr("User Cancel"));

@@ -15,14 +15,10 @@ constexpr double kNoEllipse = 1e-8;
 // A covariance below this counts as zero; square metres.
 constexpr double kNoCovariance = 1e-14;
 
-std::size_t index(int i) {
-  return static_cast<std::size_t>(i);
-}
+std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
 /// Root of a variance factor, which rounding may have pushed below zero.
-double rootOf(double variance) {
-  return std::sqrt(std::max(variance, 0.0));
-}
+double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
 
 /// Axes and direction of the error ellipse of a two by two covariance matrix (its eigenvalues and first eigenvector).
 ErrorEllipse ellipseOf(std::string const& name, double qxx, double qyy, double qxy) {
@@ -57,9 +53,7 @@ int TraverseAdjust::redundancy() const {
   return observations - (stationsCount + 2 * (pointsCount - knPointsCount));
 }
 
-void TraverseAdjust::setCountControlDistances(bool count) {
-  countControlDistances = count;
-}
+void TraverseAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
 
 int TraverseAdjust::countedControlDistances() const {
   return countControlDistances ? static_cast<int>(controlDistances.size()) : 0;
@@ -220,15 +214,9 @@ std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   return points;
 }
 
-std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const {
-  return lineErrorInfos;
-}
-ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const {
-  return errorEllipses;
-}
-std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const {
-  return directionResults;
-}
+std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const { return lineErrorInfos; }
+ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return errorEllipses; }
+std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return directionResults; }
 
 std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
   std::vector<TraverseInfo> stations;

@@ -7,9 +7,7 @@
 
 namespace {
 
-int sideOf(benchmark::State const& state) {
-  return static_cast<int>(std::lround(std::sqrt(double(state.range(0)))));
-}
+int sideOf(benchmark::State const& state) { return static_cast<int>(std::lround(std::sqrt(double(state.range(0))))); }
 
 /// Everything before the matrix: near-linear in the number of points.
 void readNetworkData(benchmark::State& state) {
@@ -50,7 +48,11 @@ void approximateWithDistances(benchmark::State& state) {
   }
   state.SetComplexityN(state.range(0));
 }
-BENCHMARK(approximateWithDistances)->RangeMultiplier(4)->Range(1024, 65536)->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(approximateWithDistances)
+    ->RangeMultiplier(4)
+    ->Range(1024, 65536)
+    ->Complexity()
+    ->Unit(benchmark::kMillisecond);
 
 void approximateWithAnglesOnly(benchmark::State& state) {
   // A band of triangles: each station sights the two before it and the two after it.

@@ -9,7 +9,7 @@ namespace {
 /// Inserts a point into the coordinate list: {"data": {"Index", "Name", "Mark", "N", "E", "Z"}}; name and mark are
 /// required texts. A name may repeat.
 class AddCoordinateDataCMD : public Command {
-public:
+ public:
   bool execute(Json::Value const& in) override {
     Json::Value const& data = in["data"];
     int const index = data["Index"].asInt();

@@ -9,7 +9,7 @@ namespace {
 /// Inserts a line into the network and empties the observation rows, which it no longer follows from:
 /// {"data": {"index", "StartName", "EndName", "HorizontalAngle", "horizontalDistance"}}, radians and metres.
 class AddNetworkDataCMD : public Command {
-public:
+ public:
   bool execute(Json::Value const& in) override {
     Json::Value const& data = in["data"];
     int const index = data["index"].asInt();

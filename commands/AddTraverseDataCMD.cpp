@@ -8,7 +8,7 @@ namespace {
 
 /// Inserts a known station row: {"data": {"index", "Name", "N", "E", "Z"}}. Network and map follow at the next rebuild.
 class AddTraverseDataCMD : public Command {
-public:
+ public:
   bool execute(Json::Value const& in) override {
     Json::Value const& data = in["data"];
     int const index = data["index"].asInt();

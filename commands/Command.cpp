@@ -14,19 +14,11 @@ Command::~Command() = default;
 
 void Command::undo() {}
 void Command::redo() {}
-bool Command::isUndoable() {
-  return false;
-}
-char const* Command::className() const {
-  return "Command";
-}
-void Command::getResult(Json::Value& out) {
-  out = result;
-}
+bool Command::isUndoable() { return false; }
+char const* Command::className() const { return "Command"; }
+void Command::getResult(Json::Value& out) { out = result; }
 
-Project* Command::getProjectNothrow() const {
-  return getUserdata();
-}
+Project* Command::getProjectNothrow() const { return getUserdata(); }
 
 Project* Command::getProject() const {
   Project* const project = getProjectNothrow();
@@ -34,9 +26,7 @@ Project* Command::getProject() const {
   return project;
 }
 
-System* Command::getSystemNothrow() const {
-  return System::Instance();
-}
+System* Command::getSystemNothrow() const { return System::Instance(); }
 
 System* Command::getSystem() const {
   System* const system = getSystemNothrow();

@@ -16,7 +16,7 @@ class System;
 
 /// JSON in, JSON out, a project as the user object. Not undoable unless a subclass says otherwise.
 class KELVANE_EXPORT Command : public cmd::ICommand<Json::Value, Project> {
-public:
+ public:
   Command();
   ~Command() override;
 
@@ -33,7 +33,7 @@ public:
   MapScene* getMapSceneNothrow() const;
   MapScene* getMapScene() const;  ///< @throws QLogicError "kvn core error:MapScene is not exist"
 
-protected:
+ protected:
   Json::Value result;
 };
 
@@ -47,12 +47,12 @@ namespace kvn {
 /// Registers a command class while its library loads: a static object of this type stands beside each command.
 template <typename ConcreteCommand>
 class CommandRegistration {
-public:
+ public:
   explicit CommandRegistration(char const* name) {
     cmd::CommandMgr<Command>::Register(name, {&Create, &ConcreteCommand::DeleteClass});
   }
 
-private:
+ private:
   static cmd::ICommand<Json::Value, Project>* Create() { return std::make_unique<ConcreteCommand>().release(); }
 };
 

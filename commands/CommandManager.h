@@ -12,7 +12,7 @@ namespace kvn {
 
 /// Runs the commands of one project and tells the outcome in JSON.
 class KELVANE_EXPORT CommandManager : public cmd::CommandMgr<Command> {
-public:
+ public:
   explicit CommandManager(Project* project);
   ~CommandManager() override;
 

@@ -41,13 +41,9 @@ AlgorithmException::AlgorithmException(ErrorType type, std::string pointName)
 
 AlgorithmException::~AlgorithmException() = default;
 
-char const* AlgorithmException::what() const noexcept {
-  return text.c_str();
-}
+char const* AlgorithmException::what() const noexcept { return text.c_str(); }
 
-QString AlgorithmException::getErrorString(ErrorType type) const {
-  return withoutNumbers(type, name);
-}
+QString AlgorithmException::getErrorString(ErrorType type) const { return withoutNumbers(type, name); }
 
 QString AlgorithmException::getErrorString(ErrorType type, std::string const& pointName) const {
   return type == KnownPointNotEnough ? System::tr("Known points are not enough") : withoutNumbers(type, pointName);

@@ -10,7 +10,7 @@
 namespace kvn {
 
 class KELVANE_EXPORT AlgorithmException : public std::exception {
-public:
+ public:
   enum ErrorType {
     /// A negative distance, an angle out of range, or a system that cannot be solved (name "Calculate failed": a point
     /// held by too few observations, two points at one place, fewer observations than unknowns).
@@ -42,7 +42,7 @@ public:
   std::string name;  ///< point name or detail; empty when not given
   int index = -1;    ///< number of the data item; -1 when not given
 
-private:
+ private:
   std::string text;
 };
 

@@ -2,8 +2,6 @@
 
 namespace kvn {
 
-void CheckManager::setConfigureValue(Configure const& value) {
-  configure = value;
-}
+void CheckManager::setConfigureValue(Configure const& value) { configure = value; }
 
 }  // namespace kvn

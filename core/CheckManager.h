@@ -9,10 +9,10 @@ namespace kvn {
 
 /// Holds one `Configure`; the library itself does not read it.
 class KELVANE_EXPORT CheckManager {
-public:
+ public:
   void setConfigureValue(Configure const& value);
 
-private:
+ private:
   Configure configure;
 };
 

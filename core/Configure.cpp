@@ -36,12 +36,8 @@ void readInt(Json::Value const& member, int& value) {
 }  // namespace
 
 Configure::Configure() = default;
-Configure::Configure(tinyxml2::XMLElement const* element) {
-  read(element);
-}
-Configure::Configure(Json::Value const& value) {
-  read(value);
-}
+Configure::Configure(tinyxml2::XMLElement const* element) { read(element); }
+Configure::Configure(Json::Value const& value) { read(value); }
 
 void Configure::write(tinyxml2::XMLElement* element) const {
   if (element == nullptr) return;

@@ -13,7 +13,7 @@ namespace kvn {
 
 /// The settings of a calculation. The field names are the attribute names in the project file and the JSON members.
 class KELVANE_EXPORT Configure {
-public:
+ public:
   Configure();
   explicit Configure(tinyxml2::XMLElement const* element);
   explicit Configure(Json::Value const& value);

@@ -16,9 +16,7 @@ DataException::DataException(std::string itemName, std::string what)
 
 DataException::~DataException() = default;
 
-char const* DataException::what() const noexcept {
-  return text.c_str();
-}
+char const* DataException::what() const noexcept { return text.c_str(); }
 
 std::string DataException::toString(int line, std::string const& message, std::string const& name) {
   std::string result;

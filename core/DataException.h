@@ -11,7 +11,7 @@ namespace kvn {
 /// Bad input data. Usual causes: a line with a field too many or too few, a letter in a number, a file of another kind
 /// under the wrong suffix. The text names the line or the point to look at.
 class KELVANE_EXPORT DataException : public std::exception {
-public:
+ public:
   explicit DataException(std::string message);           ///< `what()` is the message unchanged
   DataException(int line, std::string message);          ///< `what()` is "line N message"
   DataException(std::string name, std::string message);  ///< `what()` is "line 0 message name:NAME"
@@ -26,7 +26,7 @@ public:
   std::string message;
   std::string name;
 
-private:
+ private:
   std::string text;
 };
 

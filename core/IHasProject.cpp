@@ -8,12 +8,8 @@ IHasProject::IHasProject() : project(getQtParentProject()) {}
 IHasProject::IHasProject(Project* value) : project(value) {}
 IHasProject::~IHasProject() = default;
 
-Project* IHasProject::getProject() const {
-  return project != nullptr ? project : getQtParentProject();
-}
-void IHasProject::setProject(Project* value) {
-  project = value;
-}
+Project* IHasProject::getProject() const { return project != nullptr ? project : getQtParentProject(); }
+void IHasProject::setProject(Project* value) { project = value; }
 
 Project* IHasProject::getQtParentProject() const {
   auto const* const self = dynamic_cast<QObject const*>(this);

@@ -8,7 +8,7 @@ namespace kvn {
 class Project;
 
 class KELVANE_EXPORT IHasProject {
-public:
+ public:
   /// Looks for a project through the Qt parents. A constructor runs before the derived QObject can be seen, so the
   /// search usually succeeds only later, in `getProject`.
   IHasProject();
@@ -22,7 +22,7 @@ public:
   /// Project of the nearest Qt ancestor that is an `IHasProject`; null when this is no QObject or there is none.
   Project* getQtParentProject() const;
 
-private:
+ private:
   Project* project = nullptr;
 };
 

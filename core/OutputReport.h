@@ -7,7 +7,7 @@ namespace kvn {
 
 /// Base of the host's report. A project owns the object it is given and releases it through the destructor.
 class KELVANE_EXPORT OutputReport {
-public:
+ public:
   virtual ~OutputReport();
 };
 

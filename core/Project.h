@@ -30,7 +30,7 @@ class OutputReport;
 ///
 /// Made with `System::createProject`. Used from one thread at a time.
 class KELVANE_EXPORT Project : public utils::IProcessCancel {
-public:
+ public:
   /// What the project was made from.
   enum FileType {
     LqfFile,    ///< instrument job file
@@ -130,7 +130,7 @@ public:
   void setVerticalAngleType(VerticalAngleType value);
   void setOperationType(OperationType value);
 
-private:
+ private:
   std::unique_ptr<CommandManager> commandManager;
   std::uint64_t saveTime = 0;
   std::uint64_t modifyTime = 0;

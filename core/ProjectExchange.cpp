@@ -50,8 +50,6 @@ bool Project::exportCosaTraverseFile(QString const& path) const {
   return collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
 }
 
-bool Project::exportCosaTraverseFile() const {
-  return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile);
-}
+bool Project::exportCosaTraverseFile() const { return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile); }
 
 }  // namespace kvn

@@ -41,17 +41,13 @@ void Project::setName(QString const& path) {
   name = QFileInfo(path).completeBaseName();
 }
 
-void Project::clearNetwork() {
-  network->clear();
-}
+void Project::clearNetwork() { network->clear(); }
 
 bool Project::isEmpty() const {
   return network->isEmpty() && traverseDataList->empty() && coordinatePointList->empty();
 }
 
-bool Project::isModified() const {
-  return modifyTime != 0 && modifyTime != saveTime;
-}
+bool Project::isModified() const { return modifyTime != 0 && modifyTime != saveTime; }
 
 void Project::setModify(bool modified) {
   if (modified) {
@@ -61,13 +57,9 @@ void Project::setModify(bool modified) {
   }
 }
 
-bool Project::isCoordinateData() const {
-  return !coordinatePointList->empty();
-}
+bool Project::isCoordinateData() const { return !coordinatePointList->empty(); }
 
-bool Project::isNetworkViewData() const {
-  return !network->isEmpty() || !traverseDataList->empty();
-}
+bool Project::isNetworkViewData() const { return !network->isEmpty() || !traverseDataList->empty(); }
 
 bool Project::isUsingViewData() const {
   bool const fromTraverseFileAlone = !viewFile.isEmpty() && networkFile.isEmpty() && coordFile.isEmpty();
@@ -110,119 +102,45 @@ void Project::checkCancelAndThrow() const {
 
 void Project::traverseDataToAlgorithData() {}
 
-CommandManager* Project::getCommandManager() const {
-  return commandManager.get();
-}
-MapScene* Project::getMapScene() const {
-  return nullptr;
-}
-QString Project::getVersion() const {
-  return version;
-}
-void Project::setVersion(QString value) {
-  version = std::move(value);
-}
-Project::FileType Project::getFileType() const {
-  return fileType;
-}
-void Project::setFileType(FileType value) {
-  fileType = value;
-}
-std::vector<TraverseDataInfo>& Project::getTraverseDataList() {
-  return *traverseDataList;
-}
-std::vector<TraverseDataInfo> const& Project::getTraverseDataList() const {
-  return *traverseDataList;
-}
-void Project::setTraverseDataList(std::vector<TraverseDataInfo> rows) {
-  *traverseDataList = std::move(rows);
-}
-Configure& Project::getConfigure() {
-  return configure;
-}
-Configure const& Project::getConfigure() const {
-  return configure;
-}
-void Project::setConfigure(Configure const& value) {
-  configure = value;
-}
-QString Project::getProjectFile() const {
-  return projectFile;
-}
-void Project::setProjectFile(QString path) {
-  projectFile = std::move(path);
-}
-QString Project::getName() const {
-  return name;
-}
-QString Project::getNetworkFile() const {
-  return networkFile;
-}
-QString Project::getViewFile() const {
-  return viewFile;
-}
-QString Project::getCoordFile() const {
-  return coordFile;
-}
-QString Project::getLQFFile() const {
-  return lqfFile;
-}
-std::vector<CoordinatePointInfo>& Project::getCoordinatePointList() {
-  return *coordinatePointList;
-}
-std::vector<CoordinatePointInfo> const& Project::getCoordinatePointList() const {
-  return *coordinatePointList;
-}
+CommandManager* Project::getCommandManager() const { return commandManager.get(); }
+MapScene* Project::getMapScene() const { return nullptr; }
+QString Project::getVersion() const { return version; }
+void Project::setVersion(QString value) { version = std::move(value); }
+Project::FileType Project::getFileType() const { return fileType; }
+void Project::setFileType(FileType value) { fileType = value; }
+std::vector<TraverseDataInfo>& Project::getTraverseDataList() { return *traverseDataList; }
+std::vector<TraverseDataInfo> const& Project::getTraverseDataList() const { return *traverseDataList; }
+void Project::setTraverseDataList(std::vector<TraverseDataInfo> rows) { *traverseDataList = std::move(rows); }
+Configure& Project::getConfigure() { return configure; }
+Configure const& Project::getConfigure() const { return configure; }
+void Project::setConfigure(Configure const& value) { configure = value; }
+QString Project::getProjectFile() const { return projectFile; }
+void Project::setProjectFile(QString path) { projectFile = std::move(path); }
+QString Project::getName() const { return name; }
+QString Project::getNetworkFile() const { return networkFile; }
+QString Project::getViewFile() const { return viewFile; }
+QString Project::getCoordFile() const { return coordFile; }
+QString Project::getLQFFile() const { return lqfFile; }
+std::vector<CoordinatePointInfo>& Project::getCoordinatePointList() { return *coordinatePointList; }
+std::vector<CoordinatePointInfo> const& Project::getCoordinatePointList() const { return *coordinatePointList; }
 void Project::setCoordinatePointList(std::vector<CoordinatePointInfo> points) {
   *coordinatePointList = std::move(points);
 }
-Network& Project::getNetwork() {
-  return *network;
-}
-Network const& Project::getNetwork() const {
-  return *network;
-}
-void Project::setNetwork(Network value) {
-  *network = std::move(value);
-}
-AlgorithmAdjust* Project::getAlgorithmAdjust() const {
-  return algorithmAdjust.get();
-}
-void Project::setAlgorithmAdjust(std::unique_ptr<AlgorithmAdjust> value) {
-  algorithmAdjust = std::move(value);
-}
-OutputReport* Project::getOutputReport() const {
-  return outputReport.get();
-}
-void Project::setOutputReport(std::unique_ptr<OutputReport> value) {
-  outputReport = std::move(value);
-}
-AlgorithmData* Project::getAlgorithData() const {
-  return algorithData.get();
-}
-void Project::setAlgorithData(std::unique_ptr<AlgorithmData> value) {
-  algorithData = std::move(value);
-}
-QString Project::getNetworkMapid() const {
-  return networkMapid;
-}
-void Project::setNetworkMapid(QString value) {
-  networkMapid = std::move(value);
-}
-VRD_DAM_PARA_T const& Project::getDatumParam() const {
-  return datumParam;
-}
-void Project::setDatumParam(VRD_DAM_PARA_T const& value) {
-  datumParam = value;
-}
-VerticalAngleType Project::getVerticalAngleType() const {
-  return verticalAngleType;
-}
-void Project::setVerticalAngleType(VerticalAngleType value) {
-  verticalAngleType = value;
-}
-void Project::setOperationType(OperationType value) {
-  operationType = value;
-}
+Network& Project::getNetwork() { return *network; }
+Network const& Project::getNetwork() const { return *network; }
+void Project::setNetwork(Network value) { *network = std::move(value); }
+AlgorithmAdjust* Project::getAlgorithmAdjust() const { return algorithmAdjust.get(); }
+void Project::setAlgorithmAdjust(std::unique_ptr<AlgorithmAdjust> value) { algorithmAdjust = std::move(value); }
+OutputReport* Project::getOutputReport() const { return outputReport.get(); }
+void Project::setOutputReport(std::unique_ptr<OutputReport> value) { outputReport = std::move(value); }
+AlgorithmData* Project::getAlgorithData() const { return algorithData.get(); }
+void Project::setAlgorithData(std::unique_ptr<AlgorithmData> value) { algorithData = std::move(value); }
+QString Project::getNetworkMapid() const { return networkMapid; }
+void Project::setNetworkMapid(QString value) { networkMapid = std::move(value); }
+VRD_DAM_PARA_T const& Project::getDatumParam() const { return datumParam; }
+void Project::setDatumParam(VRD_DAM_PARA_T const& value) { datumParam = value; }
+VerticalAngleType Project::getVerticalAngleType() const { return verticalAngleType; }
+void Project::setVerticalAngleType(VerticalAngleType value) { verticalAngleType = value; }
+void Project::setOperationType(OperationType value) { operationType = value; }
 
 }  // namespace kvn

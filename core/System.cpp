@@ -45,17 +45,11 @@ System::~System() {
   g_System = nullptr;
 }
 
-System* System::Instance() {
-  return g_System;
-}
+System* System::Instance() { return g_System; }
 
-std::shared_ptr<Project> System::createProject() {
-  return std::make_shared<Project>();
-}
+std::shared_ptr<Project> System::createProject() { return std::make_shared<Project>(); }
 
-Project* System::getCurrentProject() const {
-  return projectList.empty() ? nullptr : currentProject.lock().get();
-}
+Project* System::getCurrentProject() const { return projectList.empty() ? nullptr : currentProject.lock().get(); }
 
 void System::setCurrentProject(std::shared_ptr<Project> project) {
   addProject(project);
@@ -84,19 +78,11 @@ void System::writeConfig() const {
   if (!result.error.isEmpty()) sendMessage(tr("The configuration was not written: %1").arg(result.error), Warning);
 }
 
-QString System::getConfigFile() const {
-  return data->configFile;
-}
-void System::setConfigFile(QString path) {
-  data->configFile = std::move(path);
-}
-utils::Config* System::getConfig() const {
-  return &data->config;
-}
+QString System::getConfigFile() const { return data->configFile; }
+void System::setConfigFile(QString path) { data->configFile = std::move(path); }
+utils::Config* System::getConfig() const { return &data->config; }
 
-utils::Formater System::createFormater() const {
-  return utils::Formater(data->config.value("Globle.Configuration"));
-}
+utils::Formater System::createFormater() const { return utils::Formater(data->config.value("Globle.Configuration")); }
 
 QString System::getOutPath() const {
   Json::Value const path = data->config.value("Globle.Path.OutPath");
@@ -117,9 +103,7 @@ bool System::removeProject(Project* project) {
   return true;
 }
 
-bool System::hasProject(Project* project) const {
-  return findProject(project) != nullptr;
-}
+bool System::hasProject(Project* project) const { return findProject(project) != nullptr; }
 
 std::shared_ptr<Project> System::findProject(Project* project) const {
   auto const found = std::find_if(projectList.begin(), projectList.end(),
@@ -142,23 +126,15 @@ std::shared_ptr<Project> System::findProjectName(QString const& name) const {
   return found == projectList.end() ? nullptr : *found;
 }
 
-std::list<std::shared_ptr<Project>> const& System::getProjectList() const {
-  return projectList;
-}
-bool System::isProjectOpen() const {
-  return !projectList.empty();
-}
-bool System::isEmptyProject() const {
-  return !projectList.empty();
-}
+std::list<std::shared_ptr<Project>> const& System::getProjectList() const { return projectList; }
+bool System::isProjectOpen() const { return !projectList.empty(); }
+bool System::isEmptyProject() const { return !projectList.empty(); }
 
 void System::sendMessage(QString const& text, MessType type) const {
   if (sendMessageFunc) sendMessageFunc(text, type);
 }
 
-std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const {
-  return sendMessageFunc;
-}
+std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const { return sendMessageFunc; }
 
 void System::setSendMessageFunc(std::function<void(QString const&, MessType)> function) {
   sendMessageFunc = std::move(function);
@@ -168,23 +144,15 @@ mvz::ViewerManager* System::getMvzViewerManager() const {
   return dynamic_cast<mvz::ViewerManager*>(data->viewerManager.get());
 }
 
-void System::setMvzViewerManager(mvz::ViewerManager* value) {
-  data->viewerManager = value;
-}
-utils::UserBehavior* System::getUserBehavior() const {
-  return data->userBehavior;
-}
-void System::setUserBehavior(utils::UserBehavior* value) {
-  data->userBehavior = value;
-}
+void System::setMvzViewerManager(mvz::ViewerManager* value) { data->viewerManager = value; }
+utils::UserBehavior* System::getUserBehavior() const { return data->userBehavior; }
+void System::setUserBehavior(utils::UserBehavior* value) { data->userBehavior = value; }
 
 QString System::tr(char const* text, char const* disambiguation, int n) {
   return QCoreApplication::translate("kvn::System", text, disambiguation, n);
 }
 
-QString System::trUtf8(char const* text, char const* disambiguation, int n) {
-  return tr(text, disambiguation, n);
-}
+QString System::trUtf8(char const* text, char const* disambiguation, int n) { return tr(text, disambiguation, n); }
 
 void System::initTranslators() {
   for (char const* stem : {"Kelvane", "Kelvane_ui", "Kelvane_plq"}) {

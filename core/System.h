@@ -28,7 +28,7 @@ class Project;
 /// The host constructs exactly one, calls `init()`, gives it the viewer manager and the message function, and destroys
 /// it at the end; the destructor writes the configuration. Used from the host's thread; it has no lock.
 class KELVANE_EXPORT System {
-public:
+ public:
   /// Neither reads the configuration nor installs translators: `init()` does.
   /// @throws QLogicError when there is one already, which stays in place.
   System();
@@ -79,7 +79,7 @@ public:
 
   static System* g_System;
 
-private:
+ private:
   struct Data;
 
   void initTranslators();

@@ -24,14 +24,10 @@ void fillMissing(double& value, double other) {
   if (value < kNotObserved) value = other;
 }
 
-std::string fixed4(double value) {
-  return QString::number(value, 'f', 4).toStdString();
-}
+std::string fixed4(double value) { return QString::number(value, 'f', 4).toStdString(); }
 
 /// The general form with six digits of a stream, with a point whatever locale the stream or the process has.
-std::string general6(float value) {
-  return QString::number(double(value), 'g', 6).toStdString();
-}
+std::string general6(float value) { return QString::number(double(value), 'g', 6).toStdString(); }
 
 std::string dms(double radians) {
   return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
@@ -49,23 +45,15 @@ void warnOfAngle(std::string const& text, std::string const& station, std::strin
 
 }  // namespace
 
-std::vector<CosaStationInfo> const& CosaDataManage::getCosaData() const {
-  return cosaData;
-}
-void CosaDataManage::setCosaData(std::vector<CosaStationInfo> const& stations) {
-  cosaData = stations;
-}
+std::vector<CosaStationInfo> const& CosaDataManage::getCosaData() const { return cosaData; }
+void CosaDataManage::setCosaData(std::vector<CosaStationInfo> const& stations) { cosaData = stations; }
 
 CosaCollection::CosaCollection() = default;
 CosaCollection::~CosaCollection() = default;
 
-Configure const& CosaCollection::getConfigure() const {
-  return configure;
-}
+Configure const& CosaCollection::getConfigure() const { return configure; }
 
-void CosaCollection::setConfigure(Configure const& value) {
-  configure = value;
-}
+void CosaCollection::setConfigure(Configure const& value) { configure = value; }
 
 void CosaCollection::read(std::istream& stream) {
   knownPointList.clear();

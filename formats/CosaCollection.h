@@ -41,13 +41,13 @@ struct CosaStationInfo {
 
 /// For the host: the stations and known points of a network.
 class KELVANE_EXPORT CosaDataManage {
-public:
+ public:
   std::vector<CosaStationInfo> const& getCosaData() const;
   void setCosaData(std::vector<CosaStationInfo> const& stations);
 
   std::vector<KnownPoint> knownPoints;
 
-private:
+ private:
   std::vector<CosaStationInfo> cosaData;
 };
 
@@ -59,7 +59,7 @@ private:
 ///     TARGET,L,DD.MMSSss                               a direction
 ///     TARGET,S,DISTANCE                                a horizontal distance in metres
 class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
-public:
+ public:
   CosaCollection();
   ~CosaCollection() override;
 
@@ -68,7 +68,8 @@ public:
 
   /// Fills the lists. The direction and the distance of a target become one line; of further lines with the same
   /// station and target only the observations that the first lacks are taken. A line that got no direction, or
-  /// one whose text is no angle (it counts as 0, with a `Warning`), has `horizontalAngleFlag` false. Lines of no kind are passed over.
+  /// one whose text is no angle (it counts as 0, with a `Warning`), has `horizontalAngleFlag` false. Lines of no kind
+  /// are passed over.
   ///
   /// @throws DataException "The Format of Data is wrong" when line 1 has not three fields.
   /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a head
@@ -86,7 +87,7 @@ public:
   Configure const& getConfigure() const;
   void setConfigure(Configure const& value);  ///< for the head that `write` prints
 
-private:
+ private:
   void readHead(std::vector<std::string> const& fields);
   void readObservation(std::string const& station, std::vector<std::string> const& fields);
   void joinRepeats();

@@ -31,15 +31,9 @@ bool INetworkDataCollection::write(std::string path) {
   return true;
 }
 
-std::vector<KnownPoint> const& INetworkDataCollection::getKnownPointList() const {
-  return knownPointList;
-}
-void INetworkDataCollection::setKnownPointList(std::vector<KnownPoint> points) {
-  knownPointList = std::move(points);
-}
-std::vector<NetworkDataInfo> const& INetworkDataCollection::getNetworkDataList() const {
-  return networkDataList;
-}
+std::vector<KnownPoint> const& INetworkDataCollection::getKnownPointList() const { return knownPointList; }
+void INetworkDataCollection::setKnownPointList(std::vector<KnownPoint> points) { knownPointList = std::move(points); }
+std::vector<NetworkDataInfo> const& INetworkDataCollection::getNetworkDataList() const { return networkDataList; }
 
 void INetworkDataCollection::setNetworkDataList(std::vector<NetworkDataInfo> lines) {
   networkDataList = std::move(lines);

@@ -13,7 +13,7 @@ namespace kvn {
 
 /// Holds the known points and lines of a network file while it is read or written.
 class KELVANE_EXPORT INetworkDataCollection {
-public:
+ public:
   virtual ~INetworkDataCollection();
 
   virtual void read(std::istream& stream) = 0;
@@ -36,7 +36,7 @@ public:
   NetworkDataInfo* findData(std::string const& id);
   NetworkDataInfo const* findData(std::string const& id) const;
 
-protected:
+ protected:
   std::vector<KnownPoint> knownPointList;
   std::vector<NetworkDataInfo> networkDataList;
 };

@@ -51,8 +51,8 @@ Configure configureFor(Session& session, AdjustOptions const& options) {
 void adjust(Project& project, bool asRead) {
   auto adjustment = std::make_unique<AlgorithmAdjust>();
   adjustment->setConfigure(project.getConfigure());
-  // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has the
-  // distance alone has no direction of 0.
+  // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has
+  // the distance alone has no direction of 0.
   adjustment->setCountControlDistances(!asRead);
   adjustment->setNetworkData(project.getNetwork(), asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
   adjustment->calculateAdjust();

@@ -22,17 +22,11 @@ Json::Value targetJson(DirectionResult const& station, std::size_t i, double dis
 
 }  // namespace
 
-double existing(std::vector<double> const& values, std::size_t i) {
-  return i < values.size() ? values[i] : kNone;
-}
+double existing(std::vector<double> const& values, std::size_t i) { return i < values.size() ? values[i] : kNone; }
 
-double existing(bool valid, double value) {
-  return valid ? value : kNone;
-}
+double existing(bool valid, double value) { return valid ? value : kNone; }
 
-double distanceErrorOf(AdjustSummary const& summary, std::size_t i) {
-  return existing(summary.distanceErrors, i);
-}
+double distanceErrorOf(AdjustSummary const& summary, std::size_t i) { return existing(summary.distanceErrors, i); }
 
 double distanceErrorOf(AdjustSummary const& summary, std::size_t station, std::size_t target) {
   auto const& stations = summary.directionDistanceErrors;

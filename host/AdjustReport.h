@@ -11,7 +11,7 @@ namespace kvn::host {
 
 /// A finished least-squares run with what belongs to it; holds references.
 class AdjustReport {
-public:
+ public:
   AdjustReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment, Network const& network);
 
   /// Head, points, error ellipses, directions, distances: what is looked at first stands first.
@@ -19,7 +19,7 @@ public:
   /// All but the messages.
   Json::Value json() const;
 
-private:
+ private:
   bool isKnown(std::string const& pointName) const { return knownNames.count(pointName) != 0; }
 
   QString headText() const;

@@ -20,9 +20,7 @@ QString titled(char const* title, TextTable const& table) {
   return QString("\n%1\n%2").arg(QLatin1String(title), table.toString());
 }
 
-std::size_t count(int value) {
-  return static_cast<std::size_t>(value);
-}
+std::size_t count(int value) { return static_cast<std::size_t>(value); }
 
 }  // namespace
 

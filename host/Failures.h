@@ -14,13 +14,13 @@ enum ExitCode {
 
 /// A command line that cannot be understood. Ends the program with `WrongUsage`.
 class UsageError : public std::runtime_error {
-public:
+ public:
   explicit UsageError(QString const& text) : std::runtime_error(text.toStdString()) {}
 };
 
 /// A file that the program itself refuses, before or after the library had it. Ends the program with `Refused`.
 class Refusal : public std::runtime_error {
-public:
+ public:
   Refusal(QString path, QString const& text) : std::runtime_error(text.toStdString()), file(std::move(path)) {}
 
   QString file;  ///< empty when no file is concerned

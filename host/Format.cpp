@@ -33,25 +33,15 @@ double degreesOfDms(double dms) {
 
 }  // namespace
 
-QString metres(double metres) {
-  return fixed(metres, 4);
-}
+QString metres(double metres) { return fixed(metres, 4); }
 
-QString millimetres(double metres) {
-  return fixed(metres * 1000.0, 2);
-}
+QString millimetres(double metres) { return fixed(metres * 1000.0, 2); }
 
-QString seconds(double seconds) {
-  return fixed(seconds, 2);
-}
+QString seconds(double seconds) { return fixed(seconds, 2); }
 
-QString angleOfRadians(double radians) {
-  return sexagesimal(radians * kDegreesPerRadian);
-}
+QString angleOfRadians(double radians) { return sexagesimal(radians * kDegreesPerRadian); }
 
-QString angleOfDms(double dms) {
-  return sexagesimal(degreesOfDms(dms));
-}
+QString angleOfDms(double dms) { return sexagesimal(degreesOfDms(dms)); }
 
 QString azimuthOfDms(double dms) {
   constexpr double kUnitsPerDegree = 360000.0;  // hundredths of a second, the last digit that is printed
@@ -65,9 +55,7 @@ QString axisOfRadians(double radians) {
   return QString("%1°%2′").arg(minutes / 60).arg(minutes % 60, 2, 10, QLatin1Char('0'));
 }
 
-QString shortNumber(double value) {
-  return QString::number(value, 'g', 7);
-}
+QString shortNumber(double value) { return QString::number(value, 'g', 7); }
 
 QString counted(std::size_t count, char const* one, char const* many) {
   return QString("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));

@@ -8,7 +8,7 @@ namespace kvn::host {
 
 /// Prints each message to standard error as it comes and keeps it for the JSON result.
 class Messages {
-public:
+ public:
   /// Becomes the system's receiver; must outlive its messages.
   explicit Messages(System& system);
   Messages(Messages const&) = delete;
@@ -19,7 +19,7 @@ public:
   /// Whether one of the messages since the last `take` is an `Error`.
   bool hasError() const { return errors; }
 
-private:
+ private:
   void receive(QString const& text, MessType type);
 
   Json::Value kept{Json::arrayValue};

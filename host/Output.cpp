@@ -10,9 +10,7 @@
 
 namespace kvn::host {
 
-QString versionLine() {
-  return QStringLiteral("kelvane " KELVANE_VERSION "\n");
-}
+QString versionLine() { return QStringLiteral("kelvane " KELVANE_VERSION "\n"); }
 
 void printText(QString const& text) {
   QByteArray const bytes = text.toUtf8();
@@ -31,13 +29,9 @@ void printJson(Json::Value const& value) {
   printText(QString::fromStdString(Json::writeString(builder, value)) + '\n');
 }
 
-void printLine(QString const& text) {
-  std::fprintf(stderr, "%s\n", text.toUtf8().constData());
-}
+void printLine(QString const& text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
 
-Json::Value number(double value) {
-  return std::isfinite(value) ? Json::Value(value) : Json::Value();
-}
+Json::Value number(double value) { return std::isfinite(value) ? Json::Value(value) : Json::Value(); }
 
 QString textOf(std::string const& bytes) {
   QTextCodec::ConverterState state;
@@ -47,9 +41,7 @@ QString textOf(std::string const& bytes) {
   return valid ? text : HTextCodec::FromLocal8Bit(bytes);
 }
 
-Json::Value jsonText(std::string const& bytes) {
-  return textOf(bytes).toStdString();
-}
+Json::Value jsonText(std::string const& bytes) { return textOf(bytes).toStdString(); }
 
 QString printable(QString text) {
   for (QChar& c : text) {

@@ -99,9 +99,7 @@ Session::Session() : received(system), current(system.createProject()) {
   system.setCurrentProject(current);
 }
 
-Session::~Session() {
-  system.setSendMessageFunc({});
-}
+Session::~Session() { system.setSendMessageFunc({}); }
 
 void Session::open(QString const& path) {
   openFile = path;

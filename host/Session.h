@@ -12,7 +12,7 @@
 namespace kvn::host {
 
 class Session {
-public:
+ public:
   /// Reads the user's configuration, and sees to it that it is not written at the end.
   Session();
   Session(Session const&) = delete;
@@ -27,7 +27,7 @@ public:
   Messages& messages() { return received; }
   QString const& file() const { return openFile; }  ///< the path given to `open`
 
-private:
+ private:
   System system;
   Messages received;
   std::shared_ptr<Project> current;

@@ -50,9 +50,7 @@ QString knownPointTable(std::vector<KnownPoint> const& points) {
 }
 
 /// A distance of 0 was not measured.
-QString measured(double distance) {
-  return distance == 0.0 ? QStringLiteral("-") : metres(distance);
-}
+QString measured(double distance) { return distance == 0.0 ? QStringLiteral("-") : metres(distance); }
 
 QString lineTable(std::vector<NetworkDataInfo> const& lines) {
   TextTable table({{"From", TextTable::Left},

@@ -11,7 +11,7 @@ namespace kvn::host {
 int displayWidth(QString const& text);
 
 class TextTable {
-public:
+ public:
   enum Align { Left, Right };
   struct Column {
     QString head;
@@ -25,7 +25,7 @@ public:
   /// Head and rows, each a line, two blanks between columns and none at the end of a line.
   QString toString() const;
 
-private:
+ private:
   std::vector<int> widths() const;
   QString line(QStringList const& cells, std::vector<int> const& widths) const;
 

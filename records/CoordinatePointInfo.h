@@ -8,7 +8,7 @@
 namespace kvn {
 
 class KELVANE_EXPORT CoordinatePointInfo {
-public:
+ public:
   CoordinatePointInfo();
 
   std::string id;  ///< a new UUID text

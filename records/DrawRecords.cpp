@@ -13,9 +13,7 @@ DrawPoint::DrawPoint(double north, double east, double height, std::string const
   z = height;
 }
 
-bool DrawPoint::operator==(DrawPoint const& other) const {
-  return name == other.name;
-}
+bool DrawPoint::operator==(DrawPoint const& other) const { return name == other.name; }
 
 DrawLine::DrawLine() = default;
 

@@ -12,7 +12,7 @@ namespace kvn {
 
 /// A point to draw; `name` is the label, `x`, `y`, `z` north, east and height in metres.
 class KELVANE_EXPORT DrawPoint : public PointInfo {
-public:
+ public:
   DrawPoint();
   DrawPoint(double x, double y, double z);
   DrawPoint(double x, double y, double z, std::string const& name);
@@ -24,7 +24,7 @@ public:
 };
 
 class KELVANE_EXPORT DrawLine {
-public:
+ public:
   DrawLine();
   DrawLine(DrawPoint const& start, DrawPoint const& end);
 

@@ -14,9 +14,7 @@ bool NetworkDataInfo::operator==(NetworkDataInfo const& other) const {
   return start_name == other.start_name && end_name == other.end_name;
 }
 
-bool NetworkDataInfo::operator==(std::string const& otherId) const {
-  return id == otherId;
-}
+bool NetworkDataInfo::operator==(std::string const& otherId) const { return id == otherId; }
 
 KnownPoint::KnownPoint() : id(newId()) {}
 
@@ -27,9 +25,7 @@ KnownPoint::KnownPoint(std::string const& pointName, double const& north, double
   z = height;
 }
 
-bool Network::isEmpty() const {
-  return lines.empty();
-}
+bool Network::isEmpty() const { return lines.empty(); }
 
 void Network::clear() {
   knownPoints.clear();

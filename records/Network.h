@@ -12,14 +12,14 @@ namespace kvn {
 
 /// One observed line from a station to a target.
 class KELVANE_EXPORT NetworkDataInfo {
-public:
+ public:
   NetworkDataInfo();
 
   std::string start_name;  ///< station
   std::string end_name;    ///< target
   std::string id;          ///< a new UUID text
   bool startFlag = false;
-  double horizontal_angle = 0;  ///< direction, radians; 0 on a line that carries only a distance
+  double horizontal_angle = 0;      ///< direction, radians; 0 on a line that carries only a distance
   bool horizontalAngleFlag = true;  ///< false when the source told that no direction was observed
   bool endFlag = false;
   double horizontal_distance = 0;  ///< metres; 0 when the line has no measured distance
@@ -35,7 +35,7 @@ public:
 
 /// A control point with fixed coordinates.
 class KELVANE_EXPORT KnownPoint : public PointInfo {
-public:
+ public:
   KnownPoint();                                                                            ///< empty name, new `id`
   KnownPoint(std::string const& name, double const& x, double const& y, double const& z);  ///< `id` stays empty
 
@@ -43,7 +43,7 @@ public:
 };
 
 class KELVANE_EXPORT Network {
-public:
+ public:
   std::vector<KnownPoint> knownPoints;
   std::vector<NetworkDataInfo> lines;
 

@@ -4,8 +4,6 @@
 
 namespace kvn {
 
-std::string newId() {
-  return QUuid::createUuid().toString().toStdString();
-}
+std::string newId() { return QUuid::createUuid().toString().toStdString(); }
 
 }  // namespace kvn

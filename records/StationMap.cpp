@@ -2,11 +2,7 @@
 
 namespace kvn {
 
-void OneTraverseInfo::add(TraverseDataInfo* row) {
-  rows.push_back(row);
-}
-void OneTraverseInfo::setTraverseInfo(TraverseDataInfo const& headRow) {
-  traverseInfo = headRow;
-}
+void OneTraverseInfo::add(TraverseDataInfo* row) { rows.push_back(row); }
+void OneTraverseInfo::setTraverseInfo(TraverseDataInfo const& headRow) { traverseInfo = headRow; }
 
 }  // namespace kvn

@@ -16,7 +16,7 @@ namespace kvn {
 /// A key is a copy of the target's first row and carries the means of the rounds once the reduction has run; the vector
 /// holds one pointer for each row of that target. The pointers lead into the project's row list and own nothing.
 class KELVANE_EXPORT TraverseStationInfo {
-public:
+ public:
   std::string name;                                                         ///< station name
   std::map<TraverseDataInfo, std::vector<TraverseDataInfo*>> backSightMap;  ///< the first target after the station row
   std::map<TraverseDataInfo, std::vector<TraverseDataInfo*>> foreSightMap;  ///< all other targets
@@ -27,7 +27,7 @@ using StationMap = std::map<TraverseDataInfo, std::vector<TraverseStationInfo>>;
 
 /// A group of rows with its head row; the rows are not owned.
 class KELVANE_EXPORT OneTraverseInfo {
-public:
+ public:
   std::vector<TraverseDataInfo*> rows;
   TraverseDataInfo traverseInfo;
 

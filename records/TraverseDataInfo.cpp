@@ -13,13 +13,9 @@ TraverseDataInfo::TraverseDataInfo() : TraverseDataInfo(FullCircleZenith) {}
 
 TraverseDataInfo::TraverseDataInfo(VerticalAngleType type) : id(newId()), groupId(id), verticalAngleType(type) {}
 
-bool TraverseDataInfo::operator==(std::string const& otherId) const {
-  return id == otherId;
-}
+bool TraverseDataInfo::operator==(std::string const& otherId) const { return id == otherId; }
 
-bool TraverseDataInfo::operator<(TraverseDataInfo const& other) const {
-  return name < other.name;
-}
+bool TraverseDataInfo::operator<(TraverseDataInfo const& other) const { return name < other.name; }
 
 double TraverseDataInfo::getHorizontalDisance(VerticalAngleType type) const {
   switch (type) {
@@ -33,9 +29,7 @@ double TraverseDataInfo::getHorizontalDisance(VerticalAngleType type) const {
   return 0.0;
 }
 
-double TraverseDataInfo::getHorizontalDisance() const {
-  return getHorizontalDisance(verticalAngleType);
-}
+double TraverseDataInfo::getHorizontalDisance() const { return getHorizontalDisance(verticalAngleType); }
 
 bool TraverseDataInfo::adjustRight(QString const& text) const {
   bool good = false;

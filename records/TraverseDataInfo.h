@@ -17,7 +17,7 @@ namespace kvn {
 /// The row list of a project is in field-book order: a station row opens a set, and the target rows up to the next
 /// station row belong to it. Nothing else links a target row to its station but `groupId`.
 class KELVANE_EXPORT TraverseDataInfo {
-public:
+ public:
   TraverseDataInfo();
   explicit TraverseDataInfo(VerticalAngleType type);
 

@@ -12,7 +12,7 @@ namespace {
 
 /// Lines that have not been erased, linked in order.
 class LiveList {
-public:
+ public:
   explicit LiveList(std::size_t size) : before(size + 1), after(size + 1) {
     for (std::size_t i = 0; i <= size; ++i) {
       before[i] = i == 0 ? size : i - 1;
@@ -27,7 +27,7 @@ public:
     before[after[i]] = before[i];
   }
 
-private:
+ private:
   std::vector<std::size_t> before;
   std::vector<std::size_t> after;
 };

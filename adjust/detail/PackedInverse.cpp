@@ -5,9 +5,7 @@
 namespace kvn::detail {
 namespace {
 
-bool refused(double pivot, PivotRule rule) {
-  return rule == PivotRule::NotZero ? pivot == 0.0 : pivot + 1.0 == 1.0;
-}
+bool refused(double pivot, PivotRule rule) { return rule == PivotRule::NotZero ? pivot == 0.0 : pivot + 1.0 == 1.0; }
 
 /// Row i of the triangle, updated, moves into the place of row i - 1. `to` lies before `from` and each element is read
 /// before a later one is written, so that the loop may run in vectors although the two overlap.

@@ -12,8 +12,6 @@ inline std::uint64_t orderedKey(int a, int b) {
 }
 
 /// Key of the pair in either order.
-inline std::uint64_t unorderedKey(int a, int b) {
-  return orderedKey(std::min(a, b), std::max(a, b));
-}
+inline std::uint64_t unorderedKey(int a, int b) { return orderedKey(std::min(a, b), std::max(a, b)); }
 
 }  // namespace kvn::detail

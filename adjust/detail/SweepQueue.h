@@ -15,7 +15,7 @@ namespace kvn::detail {
 /// reached in this order: a station that becomes able to while the sweep stands before it, in the same sweep; one that
 /// the sweep has passed, in the next. The queue gives just these, in just this order.
 class KELVANE_EXPORT SweepQueue {
-public:
+ public:
   explicit SweepQueue(std::size_t stations) : waiting(stations, false) {}
 
   /// The station can make progress from now on; a station that waits already is not queued twice.
@@ -24,7 +24,7 @@ public:
   /// The next station; false when no station can make progress any more.
   bool next(int& station);
 
-private:
+ private:
   using Visit = std::pair<int, int>;  // sweep, station
 
   std::priority_queue<Visit, std::vector<Visit>, std::greater<>> visits;

@@ -4,8 +4,6 @@ namespace cmd {
 
 CmdException::CmdException(CmdErrorCode errorCode) : code(errorCode), text(errorCode.toString()) {}
 CmdException::~CmdException() = default;
-char const* CmdException::what() const noexcept {
-  return text.c_str();
-}
+char const* CmdException::what() const noexcept { return text.c_str(); }
 
 }  // namespace cmd

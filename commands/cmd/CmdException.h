@@ -24,14 +24,14 @@ using CmdErrorCode = utils::NamedValue<CmdErrorCodeTable>;
 
 /// `what()` is the name of the error code.
 class KELVANE_EXPORT CmdException : public std::exception {
-public:
+ public:
   explicit CmdException(CmdErrorCode code);
   ~CmdException() override;
   char const* what() const noexcept override;
 
   CmdErrorCode code;
 
-private:
+ private:
   std::string text;
 };
 

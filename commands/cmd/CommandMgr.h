@@ -27,7 +27,7 @@ namespace cmd {
 /// Commands register while libraries load; later registration is not safe beside running commands.
 template <typename Base>
 class KELVANE_EXPORT CommandMgr {
-public:
+ public:
   using In = typename Base::In;
   using User = typename Base::User;
   using Interface = ICommand<In, User>;
@@ -77,7 +77,7 @@ public:
   /// @return false, and nothing changes, when the name or one of the functions is null.
   static bool Register(char const* name, Functions functions);
 
-protected:
+ protected:
   virtual void setErrorCode(unsigned int code) { errorCode = code; }
   virtual void setErrorMessage(std::string message) { errorMessage = std::move(message); }
 
@@ -90,7 +90,7 @@ protected:
     return instance;
   }
 
-private:
+ private:
   using Guard = std::lock_guard<std::recursive_mutex>;
   using Owned = std::unique_ptr<Interface, DeleteFunction>;
 

@@ -12,7 +12,7 @@ namespace cmd {
 /// registered create function, gives it the user object and the cancel query, and deletes it through `DeleteClass`.
 template <typename InValue, typename UserData>
 class KELVANE_EXPORT ICommand {
-public:
+ public:
   using In = InValue;
   using User = UserData;
 
@@ -36,7 +36,7 @@ public:
 
   static void DeleteClass(ICommand* command) { delete command; }
 
-private:
+ private:
   User* userdata = nullptr;                ///< not owned
   std::function<bool()> isCancelFunction;  ///< empty outside a call
 };

@@ -9,9 +9,7 @@ namespace {
 
 constexpr char const* kByteOrderMark = "\xEF\xBB\xBF";
 
-bool isAsciiSpace(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
+bool isAsciiSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 void simplifyAscii(std::string& text) {
   auto write = text.begin();

@@ -9,7 +9,7 @@ namespace kvn::detail {
 /// Lines of a UTF-8 stream, simplified. A carriage return before the line feed belongs to the line end and a byte order
 /// mark at the start is passed over on every platform: the files come from instruments and from Windows programs.
 class LineSource {
-public:
+ public:
   explicit LineSource(std::istream& stream);
 
   /// The next line that has a character; false at the end. Empty lines are passed over, but counted.
@@ -18,7 +18,7 @@ public:
   /// Number of the last line, from 1, as an editor counts.
   int lineNumber() const { return number; }
 
-private:
+ private:
   std::istream& in;
   int number = 0;
 };

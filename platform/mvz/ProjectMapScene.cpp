@@ -3,8 +3,6 @@
 
 namespace mvz {
 
-void ProjectMapScene::reDraw() {
-  ViewerManager::requestRedrawOfAll();
-}
+void ProjectMapScene::reDraw() { ViewerManager::requestRedrawOfAll(); }
 
 }  // namespace mvz

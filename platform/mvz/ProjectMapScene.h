@@ -6,7 +6,7 @@
 namespace mvz {
 
 class KELVANE_EXPORT ProjectMapScene {
-public:
+ public:
   /// Asks all views to repaint; a process without views has nothing to do.
   static void reDraw();
 };

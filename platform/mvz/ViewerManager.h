@@ -10,7 +10,7 @@ namespace mvz {
 
 /// The views of the host's map: one lock for all of them, and one place that asks them to repaint.
 class KELVANE_EXPORT ViewerManager : public osg::Referenced {
-public:
+ public:
   ViewerManager();
   ViewerManager(ViewerManager const&) = delete;
   ViewerManager& operator=(ViewerManager const&) = delete;
@@ -24,10 +24,10 @@ public:
   /// Asks the views of every manager of the process.
   static void requestRedrawOfAll();
 
-protected:
+ protected:
   ~ViewerManager() override;
 
-private:
+ private:
   mutable std::recursive_mutex mutex;
 };
 

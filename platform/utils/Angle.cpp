@@ -22,9 +22,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-bool allDigits(std::string_view text) {
-  return text.find_first_not_of("0123456789") == std::string_view::npos;
-}
+bool allDigits(std::string_view text) { return text.find_first_not_of("0123456789") == std::string_view::npos; }
 
 /// The digits as a number; 0 without digits, `outOfRange` when no double is that large or that small.
 double number(std::string const& digits, double outOfRange) {
@@ -73,9 +71,7 @@ bool readDms(std::string_view text, double& degrees) {
   return readFields(QString::number(plain, 'f', 10).toStdString(), degrees);
 }
 
-QString padded(std::int64_t value, int width) {
-  return QString::number(value).rightJustified(width, QLatin1Char('0'));
-}
+QString padded(std::int64_t value, int width) { return QString::number(value).rightJustified(width, QLatin1Char('0')); }
 
 struct Separators {
   char const* afterDegrees;
@@ -140,15 +136,11 @@ QString degreesAndMinutes(double degrees, DMSFormat format, int secondDecimals) 
 
 }  // namespace
 
-Degree Radian::toDegree(int mark) const {
-  return Degree(value / kPi * 180.0, mark);
-}
+Degree Radian::toDegree(int mark) const { return Degree(value / kPi * 180.0, mark); }
 
 Degree::Degree(double degrees, int /*mark*/) : value(degrees) {}
 
-Radian Degree::toRadian() const {
-  return Radian(value / 180.0 * kPi);
-}
+Radian Degree::toRadian() const { return Radian(value / 180.0 * kPi); }
 
 QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) const {
   int const decimals = secondDecimals < 0 ? 0 : secondDecimals > 9 ? 9 : secondDecimals;
@@ -174,7 +166,7 @@ QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) con
 
 QString Degree::toString(DMSFormat format, int decimals) const {
   if (format != DegreeToDDPMMSS) return toString(format, 0, decimals);
-  if (decimals >= 4) return toString(format, 0, decimals - 4);
+  if (decimals >= 4 || !std::isfinite(value)) return toString(format, 0, decimals - 4);
   // Fewer decimals than DD.MMSS has digits: round to the unit that the last kept digit stands for, then cut.
   constexpr std::array<double, 4> kSecondsPerUnit{3600.0, 600.0, 60.0, 10.0};
   int const kept = decimals < 0 ? 0 : decimals;

@@ -74,11 +74,7 @@ Json::Value Config::value(std::string const& dottedPath, Json::Value const& defa
   return Json::Path(dottedPath).resolve(tree, defaultValue);
 }
 
-Json::Value& Config::root() {
-  return tree;
-}
-Json::Value const& Config::root() const {
-  return tree;
-}
+Json::Value& Config::root() { return tree; }
+Json::Value const& Config::root() const { return tree; }
 
 }  // namespace utils

@@ -11,7 +11,7 @@ namespace utils {
 
 /// A JSON tree that is read from and written to a file, with values found by dotted paths.
 class KELVANE_EXPORT Config {
-public:
+ public:
   enum class ReadResult { Missing, Good, Invalid };
 
   /// Reads the file; a missing or invalid one leaves the tree as it was.
@@ -36,7 +36,7 @@ public:
   Json::Value& root();
   Json::Value const& root() const;
 
-private:
+ private:
   Json::Value tree;
   std::string readFrom;  ///< the file of the tree; empty while none was read
 };

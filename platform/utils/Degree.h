@@ -13,19 +13,19 @@ class Degree;
 
 /// An angle in radians.
 class KELVANE_EXPORT Radian {
-public:
+ public:
   explicit Radian(double radians = 0.0) : value(radians) {}
   operator double() const { return value; }
   /// @param mark  kept for the callers' sake; only 0 is in use.
   Degree toDegree(int mark) const;
 
-private:
+ private:
   double value;
 };
 
 /// An angle in decimal degrees.
 class KELVANE_EXPORT Degree {
-public:
+ public:
   /// @param mark  kept for the callers' sake; only 0 is in use.
   explicit Degree(double degrees = 0.0, int mark = 0);
   operator double() const { return value; }
@@ -54,7 +54,7 @@ public:
   /// The same for a text of bytes, without the way through QString.
   static double bytesToDouble(std::string_view text, DMSFormat format, bool* valid = nullptr);
 
-private:
+ private:
   double value;
 };
 

@@ -8,9 +8,7 @@ namespace {
 Q_LOGGING_CATEGORY(timerLog, "kelvane.timer")
 }
 
-ElapsedTimerLog::ElapsedTimerLog(QString label) : text(std::move(label)) {
-  timer.start();
-}
+ElapsedTimerLog::ElapsedTimerLog(QString label) : text(std::move(label)) { timer.start(); }
 
 ElapsedTimerLog::~ElapsedTimerLog() {
   qCDebug(timerLog).noquote().nospace() << text << " " << double(timer.nsecsElapsed()) / 1e6 << " ms";

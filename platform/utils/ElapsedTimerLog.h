@@ -10,13 +10,13 @@ namespace utils {
 
 /// Logs its life time in milliseconds under its text, at debug level, category "kelvane.timer".
 class KELVANE_EXPORT ElapsedTimerLog {
-public:
+ public:
   explicit ElapsedTimerLog(QString text);
   ElapsedTimerLog(ElapsedTimerLog const&) = delete;
   ElapsedTimerLog& operator=(ElapsedTimerLog const&) = delete;
   ~ElapsedTimerLog();
 
-private:
+ private:
   QString text;
   QElapsedTimer timer;
 };

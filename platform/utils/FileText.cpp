@@ -27,9 +27,9 @@ QString lastError() { return QString::fromStdString(std::generic_category().mess
 
 QString replace(std::filesystem::path const& target, std::string const& bytes) {
   QSaveFile file(QString::fromStdWString(target.wstring()));
-  bool const written = file.open(QIODevice::WriteOnly) &&
-                       file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) &&
-                       file.commit();
+  bool const written =
+      file.open(QIODevice::WriteOnly) &&
+      file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) && file.commit();
   return written ? QString() : file.errorString();
 }
 

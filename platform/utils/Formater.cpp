@@ -12,8 +12,6 @@ Formater::Formater(Json::Value const& configuration) {
   if (decimals.isInt() && decimals.asInt() >= 0 && decimals.asInt() <= 9) angleDecimals = decimals.asInt();
 }
 
-QString Formater::toString(Degree const& angle) const {
-  return angle.toString(angleFormat, 0, angleDecimals);
-}
+QString Formater::toString(Degree const& angle) const { return angle.toString(angleFormat, 0, angleDecimals); }
 
 }  // namespace utils

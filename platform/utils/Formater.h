@@ -14,13 +14,13 @@ namespace utils {
 /// Members read from the JSON value, each optional: "AngleFormat", the number of a DMSFormat (default DDCMMCSS), and
 /// "AngleDecimals", the decimals of a second, 0 to 9 (default 2). Anything else keeps the default.
 class KELVANE_EXPORT Formater {
-public:
+ public:
   Formater() = default;
   explicit Formater(Json::Value const& configuration);
 
   QString toString(Degree const& angle) const;
 
-private:
+ private:
   DMSFormat angleFormat = DDCMMCSS;
   int angleDecimals = 2;
 };

@@ -8,7 +8,7 @@
 
 /// Conversions with the process's local 8-bit codec (`QTextCodec::codecForLocale`), which the host program sets.
 class KELVANE_EXPORT HTextCodec {
-public:
+ public:
   static std::string ToLocal8Bit(QString const& text);
   static QString FromLocal8Bit(std::string const& bytes);
 };

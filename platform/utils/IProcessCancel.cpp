@@ -11,14 +11,8 @@ IProcessCancel& IProcessCancel::operator=(IProcessCancel const&) = default;
 IProcessCancel& IProcessCancel::operator=(IProcessCancel&&) noexcept = default;
 IProcessCancel::~IProcessCancel() = default;
 
-bool IProcessCancel::isCancel() const {
-  return cancelCall && cancelCall();
-}
-void IProcessCancel::setCancelCall(std::function<bool()> call) {
-  cancelCall = std::move(call);
-}
-std::function<bool()> const& IProcessCancel::getCancelCall() const {
-  return cancelCall;
-}
+bool IProcessCancel::isCancel() const { return cancelCall && cancelCall(); }
+void IProcessCancel::setCancelCall(std::function<bool()> call) { cancelCall = std::move(call); }
+std::function<bool()> const& IProcessCancel::getCancelCall() const { return cancelCall; }
 
 }  // namespace utils

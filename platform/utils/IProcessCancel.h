@@ -9,7 +9,7 @@ namespace utils {
 
 /// Holds the host's cancel query. Long operations ask `isCancel()` between two steps and end by exception.
 class KELVANE_EXPORT IProcessCancel {
-public:
+ public:
   IProcessCancel();
   IProcessCancel(IProcessCancel const&);
   IProcessCancel(IProcessCancel&&) noexcept;
@@ -23,7 +23,7 @@ public:
   void setCancelCall(std::function<bool()> call);
   std::function<bool()> const& getCancelCall() const;
 
-private:
+ private:
   std::function<bool()> cancelCall;
 };
 

@@ -18,7 +18,7 @@ namespace utils {
 /// The enumerators are members of the class, so `PointType::First` reads as with a plain enumeration.
 template <typename Table>
 class NamedValue : public Table {
-public:
+ public:
   using Value = typename Table::Value;
 
   constexpr NamedValue() = default;
@@ -40,7 +40,7 @@ public:
     return std::nullopt;
   }
 
-private:
+ private:
   Value value_{};
 };
 

@@ -8,7 +8,7 @@
 
 /// Refusal with a translated text; `what()` gives the text in UTF-8.
 class KELVANE_EXPORT QLogicError : public std::logic_error {
-public:
+ public:
   explicit QLogicError(char const* text);
   explicit QLogicError(QString const& text);
   QLogicError(QLogicError const&) = default;

@@ -2,9 +2,7 @@
 
 namespace utils {
 
-UserBehavior::UserBehavior(QString const& name, QObject* parent) : QObject(parent) {
-  setObjectName(name);
-}
+UserBehavior::UserBehavior(QString const& name, QObject* parent) : QObject(parent) { setObjectName(name); }
 UserBehavior::~UserBehavior() = default;
 
 }  // namespace utils

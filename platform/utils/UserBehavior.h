@@ -10,7 +10,7 @@ namespace utils {
 
 /// Named object that the host's usage log hangs on; the library only makes it and passes it on.
 class KELVANE_EXPORT UserBehavior : public QObject {
-public:
+ public:
   UserBehavior(QString const& name, QObject* parent);
   ~UserBehavior() override;
 };

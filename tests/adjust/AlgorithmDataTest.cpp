@@ -101,9 +101,9 @@ TEST(ReadNetworkData, LeavesOutDirectionsThatWereNotObservedWhenAsked) {
 
   for (auto& l : network.lines) l.horizontalAngleFlag = false;
   AlgorithmData silent;
-  EXPECT_EQ(test::failureOf<AlgorithmException>(
-                [&] { silent.readNetworkData(network, kvn::MissingDirection::IsLeftOut); }),
-            "Station point is not enough");
+  EXPECT_EQ(
+      test::failureOf<AlgorithmException>([&] { silent.readNetworkData(network, kvn::MissingDirection::IsLeftOut); }),
+      "Station point is not enough");
 }
 
 TEST(ReadNetworkData, NamesWhatIsWrong) {

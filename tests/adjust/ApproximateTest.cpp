@@ -20,7 +20,7 @@ constexpr double kMissing = 1e30;
 
 /// The walks written as plain sweeps, on names, with linear look-ups.
 class PlainWalk {
-public:
+ public:
   explicit PlainWalk(AlgorithmData const& input) : data(input) {
     std::set<std::string> names;
     for (auto const& station : data.stations) {
@@ -70,7 +70,7 @@ public:
   std::map<std::string, std::pair<double, double>> at;
   std::vector<kvn::LineInfo> distances;
 
-private:
+ private:
   bool placed(std::string const& name) const { return at.at(name).first < 1e29; }
 
   double azimuth(std::string const& from, std::string const& to) const {
@@ -297,6 +297,20 @@ TEST(ApproximateCoordinates, RefuseWhatCannotBeReached) {
   }
 }
 
+TEST(ApproximateCoordinates, DoNotTakeAPointBeyondAllCoordinatesForAPlacedOne) {
+  // A comes out at x = 1.8e29, which stands for a missing coordinate: K2 must not be oriented by it.
+  kvn::Network network;
+  network.knownPoints = {{"K1", 9e28, 0.0, 0.0}, {"K2", 9e28, 1e28, 0.0}};
+  network.lines = {test::line("K1", "K2", kPi / 2.0, 0.0), test::line("K1", "A", 0.0, 9e28),
+                   test::line("K2", "A", 1.0, 0.0)};
+  AlgorithmData data;
+  data.readNetworkData(network);
+  TraverseAdjust adjustment;
+  adjustment.readAlgorithmData(data);
+  adjustment.calculateApproximate();
+  EXPECT_GT(adjustment.getPointX0Y0()[2].x, 1e29);
+}
+
 TEST(ApproximateCoordinates, PassOverAFlatCorner) {
   // P lies on the line from A to B and sees both in opposite directions; with C it has a sound triangle.
   std::map<std::string, kvn::PointInfo> points;
@@ -326,7 +340,7 @@ TEST(ApproximateCoordinates, PassOverAFlatCorner) {
 
 /// Opens the narrow walk, which places from each station only the point numbered one above it.
 class NarrowWalk : public TraverseAdjust {
-public:
+ public:
   using TraverseAdjust::calculateX0Y00910;
 };
 

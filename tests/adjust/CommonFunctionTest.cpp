@@ -15,9 +15,7 @@ using testing::IsEmpty;
 
 double const kPi = std::acos(-1.0);
 
-double radians(double d, double m, double s) {
-  return (d + m / 60.0 + s / 3600.0) / 180.0 * kPi;
-}
+double radians(double d, double m, double s) { return (d + m / 60.0 + s / 3600.0) / 180.0 * kPi; }
 
 // The lift of 1e-10 in DD.MMSS is 1e-6", 4.85e-12 rad; rounding adds less than 1e-14. A minute lost to truncation costs
 // 40", forty million times the bound.

@@ -30,7 +30,7 @@ TraverseAdjust adjusted(Network const& network) {
 }
 
 class Coefficients : public TraverseAdjust {
-public:
+ public:
   using TraverseAdjust::calculateAB;
   using TraverseAdjust::calculateAzimuth;
   using TraverseAdjust::calculateCD;
@@ -115,15 +115,16 @@ TEST(LeastSquares, DoesNotCareWhereTheCirclesPointTo) {
     SCOPED_TRACE(zero);
     TraverseAdjust const turned = pointsWithZeroAt(zero);
     EXPECT_NEAR(turned.getSummary().unitError, reference.getSummary().unitError, 1e-6);
-    for (std::size_t i = 0; i < reference.getPoints().size(); ++i) {
+    auto const points = turned.getPoints();
+    for (std::size_t i = 0; i < points.size(); ++i) {
       // A corrected centimetre of the last iteration leaves second-order terms below 1e-6 m on lines over 30 m.
-      EXPECT_NEAR(turned.getPoints()[i].x, reference.getPoints()[i].x, 1e-6);
-      EXPECT_NEAR(turned.getPoints()[i].y, reference.getPoints()[i].y, 1e-6);
+      EXPECT_NEAR(points[i].x, reference.getPoints()[i].x, 1e-6);
+      EXPECT_NEAR(points[i].y, reference.getPoints()[i].y, 1e-6);
     }
-    for (std::size_t s = 0; s < reference.getDirrectionInfo().size(); ++s) {
-      auto const& residuals = turned.getDirrectionInfo()[s].residuals;
-      for (std::size_t d = 0; d < residuals.size(); ++d) {
-        EXPECT_NEAR(residuals[d], reference.getDirrectionInfo()[s].residuals[d], 1e-2);
+    auto const stations = turned.getDirrectionInfo();
+    for (std::size_t s = 0; s < stations.size(); ++s) {
+      for (std::size_t d = 0; d < stations[s].residuals.size(); ++d) {
+        EXPECT_NEAR(stations[s].residuals[d], reference.getDirrectionInfo()[s].residuals[d], 1e-2);
       }
     }
   }
@@ -265,6 +266,47 @@ TEST(LeastSquares, EndsWhereTheObservationsContradictEachOther) {
     adjustment.readAlgorithmData(data);
     EXPECT_EQ(test::failureOf<AlgorithmException>([&] { adjustment.calculateAdjust(); }), "Data error");
   }
+}
+
+TEST(LeastSquares, RefusesResidualsThatNoErrorAllows) {
+  // Distances without an a-priori error, with a residual: the unit error would be infinite.
+  TraverseAdjust adjustment(2.0, 0.0, 0.0, true);
+  adjustment.readAlgorithmData(loaded(triangle()));
+  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { adjustment.calculateAdjust(); }), "Data error");
+  EXPECT_TRUE(adjustment.getLineErrorInfo().empty());
+  EXPECT_FALSE(adjustment.getPointErrorInfo()[2].mxValid);
+}
+
+TEST(LeastSquares, RefusesCountsThatAreNotThoseOfTheLists) {
+  for (int AlgorithmData::*const count :
+       {&AlgorithmData::pointsCount, &AlgorithmData::stationsCount, &AlgorithmData::directionsCount}) {
+    for (int const change : {-1, 2}) {
+      AlgorithmData data = loaded(triangle());
+      data.*count += change;
+      TraverseAdjust adjustment;
+      try {
+        adjustment.readAlgorithmData(data);
+        ADD_FAILURE() << "was taken";
+      } catch (AlgorithmException const& failure) {
+        bool const allKnown = count == &AlgorithmData::pointsCount && change == -1;  // 2 points, 2 of them known
+        EXPECT_EQ(failure.errorType, allKnown ? AlgorithmException::AllStationKnown : AlgorithmException::DataError);
+      }
+    }
+  }
+}
+
+TEST(LeastSquares, StartsAnewWithANewInput) {
+  std::mt19937 random(8);
+  TraverseAdjust reused;
+  reused.readAlgorithmData(loaded(test::makeNetwork({}, random).network));
+  AlgorithmData const data = loaded(triangle());
+  reused.Adjust(data);
+  TraverseAdjust fresh;
+  fresh.Adjust(data);
+  ASSERT_EQ(reused.getPoints().size(), fresh.getPoints().size());
+  EXPECT_EQ(reused.getPoints()[2].name, "P");
+  EXPECT_EQ(reused.getPoints()[2].x, fresh.getPoints()[2].x);
+  EXPECT_EQ(reused.getPointX0Y0()[2].x, fresh.getPointX0Y0()[2].x);
 }
 
 TEST(LeastSquares, AsksForCancelOnceAnIteration) {

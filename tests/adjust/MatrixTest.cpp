@@ -12,9 +12,7 @@ namespace {
 using kvn::Matrix;
 using Packed = std::vector<double>;
 
-std::size_t at(std::size_t i, std::size_t j) {
-  return i >= j ? i * (i + 1) / 2 + j : at(j, i);
-}
+std::size_t at(std::size_t i, std::size_t j) { return i >= j ? i * (i + 1) / 2 + j : at(j, i); }
 
 /// The cyclic elimination as the textbook writes it, element by element.
 bool literalInverse(Packed& a, int n) {

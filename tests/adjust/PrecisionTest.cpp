@@ -112,7 +112,7 @@ TEST(Precision, CountsControlDistancesOnlyWhenAsked) {
 }
 
 class Results : public TraverseAdjust {
-public:
+ public:
   using TraverseAdjust::rad_dms;
 };
 

@@ -16,7 +16,7 @@ using namespace kvn;
 
 /// Ends as its input says: {"do": "good" | "refuse" | "throw" | "number" | "codeN", "result": any}.
 class OutcomeCMD : public Command {
-public:
+ public:
   bool execute(Json::Value const& in) override {
     result = in["result"];
     std::string const what = in["do"].asString();
@@ -32,7 +32,7 @@ public:
 
 /// An undoable command that looks at the rows of its project at its very end.
 class LingeringCMD : public Command {
-public:
+ public:
   ~LingeringCMD() override { rowsAtTheEnd = getProjectNothrow()->getTraverseDataList().size(); }
   bool execute(Json::Value const&) override { return true; }
   bool isUndoable() override { return true; }
@@ -44,11 +44,11 @@ CommandRegistration<OutcomeCMD> const outcome("OutcomeCMD");
 CommandRegistration<LingeringCMD> const lingering("LingeringCMD");
 
 class Views : public mvz::ViewerManager {
-public:
+ public:
   void requestRedraw() override { ++redraws; }
   int redraws = 0;
 
-protected:
+ protected:
   ~Views() override = default;
 };
 
@@ -144,7 +144,7 @@ TEST(CommandManager, ReleasesItsCommandsWhileTheProjectStillHasItsData) {
 
 /// What a host sees that uses the engine's template by itself.
 class HostEngine : public cmd::CommandMgr<Command> {
-public:
+ public:
   using CommandMgr::CmdMap;
   using CommandMgr::CommandMgr;
 };

@@ -30,7 +30,7 @@ int deletedByRegistry = 0;
 /// Does what its input says: "refuse" returns false, "throw", "number" and "noRedo" throw, anything else succeeds.
 template <bool Undoable>
 class Step : public Interface {
-public:
+ public:
   Step() { ++livingCommands; }
   ~Step() override { --livingCommands; }
 
@@ -54,7 +54,7 @@ public:
 
   static Interface* Create() { return new Step; }
 
-private:
+ private:
   void note(char const* action) { getUserdata()->notes.push_back(std::string(action) + " " + word); }
   void obey(char const* action) {
     if (getUserdata()->stubborn == word) throw std::runtime_error("stubborn");
@@ -69,7 +69,7 @@ void deleteCounted(Interface* command) {
 }
 
 class CommandEngine : public testing::Test {
-protected:
+ protected:
   static void SetUpTestSuite() {
     ASSERT_TRUE(Engine::Register("Step", {&Step<true>::Create, &deleteCounted}));
     ASSERT_TRUE(Engine::Register("Plain", {&Step<false>::Create, &deleteCounted}));

@@ -151,7 +151,7 @@ TEST(SystemConfiguration, WarnsAndKeepsAFileThatIsNoJson) {
 }
 
 class Panel : public QObject, public IHasProject {
-public:
+ public:
   explicit Panel(QObject* parent) { setParent(parent); }
 };
 

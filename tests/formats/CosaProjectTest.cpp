@@ -11,7 +11,7 @@ namespace {
 constexpr char const* kNetwork = "2,3,3\nK1,0,0\nK2,0,100\nK1\nK2,L,0.0\nP,L,45.0\nP,S,50\n";
 
 class CosaProject : public testing::Test {
-protected:
+ protected:
   QString file(QString const& name, std::string const& bytes) const {
     test::writeFile(folder.filePath(name), bytes);
     return folder.filePath(name);

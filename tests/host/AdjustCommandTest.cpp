@@ -143,7 +143,8 @@ TEST(AdjustCommand, PrintsNoAzimuthOfAFullTurn) {
 
 TEST(AdjustCommand, MakesNoDirectionOfADistanceAlone) {
   Program const program;
-  // P lies at 50, 50. From A only its distance was measured; as a direction of 0 it would turn A's circle by 22.5 degrees.
+  // P lies at 50, 50. From A only its distance was measured; as a direction of 0 it would turn A's circle by 22.5
+  // degrees.
   program.write("net.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,S,70.711\nB\nA,L,0\nP,L,45.0\nP,S,70.71\n");
   Json::Value const json = program.run({"adjust", "net.in2", "--json"}).json();
   EXPECT_EQ(json["counts"]["directions"].asInt(), 3);

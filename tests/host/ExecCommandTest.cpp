@@ -11,9 +11,7 @@ constexpr char const* kNetwork = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S
 constexpr char const* kLine = R"({"name": "AddNetworkDataCMD", "in": {"data":
     {"index": 2, "StartName": "A", "EndName": "Q", "HorizontalAngle": 0.5, "horizontalDistance": 12.5}}})";
 
-std::string listOf(std::string const& commands) {
-  return "[" + commands + "]";
-}
+std::string listOf(std::string const& commands) { return "[" + commands + "]"; }
 
 TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
   Program const program;

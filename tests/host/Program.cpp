@@ -34,13 +34,9 @@ Run Program::run(QStringList const& arguments, std::string const& input) const {
   return run;
 }
 
-void Program::write(QString const& name, std::string const& bytes) const {
-  writeFile(directory.filePath(name), bytes);
-}
+void Program::write(QString const& name, std::string const& bytes) const { writeFile(directory.filePath(name), bytes); }
 
-std::string Program::read(QString const& name) const {
-  return fileBytes(directory.filePath(name));
-}
+std::string Program::read(QString const& name) const { return fileBytes(directory.filePath(name)); }
 
 QStringList Program::home() const {
   return QDir(homeDirectory.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);

@@ -17,7 +17,7 @@ struct Run {
 };
 
 class Program {
-public:
+ public:
   Run run(QStringList const& arguments, std::string const& input = {}) const;
   /// Writes a file into the working directory of the program.
   void write(QString const& name, std::string const& bytes) const;
@@ -25,7 +25,7 @@ public:
   /// Files and directories that came to be in the user's home.
   QStringList home() const;
 
-private:
+ private:
   QTemporaryDir homeDirectory;
   QTemporaryDir directory;
 };

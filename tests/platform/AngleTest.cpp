@@ -15,9 +15,7 @@ using utils::Degree;
 
 double const kPi = std::acos(-1.0);
 
-double degrees(double d, double m, double s) {
-  return (d * 3600.0 + m * 60.0 + s) / 3600.0;
-}
+double degrees(double d, double m, double s) { return (d * 3600.0 + m * 60.0 + s) / 3600.0; }
 
 TEST(AngleReading, TakesTheFieldsFromTheDigits) {
   struct Case {

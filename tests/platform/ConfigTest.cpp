@@ -13,7 +13,7 @@ namespace {
 using utils::Config;
 
 class ConfigFile : public testing::Test {
-protected:
+ protected:
   std::string path(char const* name) const { return directory.filePath(name).toStdString(); }
   std::string bytes(char const* name) const { return test::fileBytes(directory.filePath(name)); }
   void write(char const* name, std::string const& text) const { test::writeFile(directory.filePath(name), text); }

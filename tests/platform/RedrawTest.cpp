@@ -8,7 +8,7 @@
 namespace {
 
 class Views : public mvz::ViewerManager {
-public:
+ public:
   void requestRedraw() override {
     ++redraws;
     if (atRedraw) atRedraw();
@@ -16,7 +16,7 @@ public:
   int redraws = 0;
   std::function<void()> atRedraw;
 
-protected:
+ protected:
   ~Views() override = default;
 };
 

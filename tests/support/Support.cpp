@@ -8,9 +8,7 @@ Host::Host() {
   system.setSendMessageFunc([this](QString const& text, kvn::MessType type) { messages.emplace_back(text, type); });
 }
 
-QString samplePath(QString const& name) {
-  return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name;
-}
+QString samplePath(QString const& name) { return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name; }
 
 std::string fileBytes(QString const& path) {
   QFile file(path);

@@ -12,7 +12,7 @@ namespace test {
 
 /// A System whose messages are kept; one at a time. Its configuration file is in the temporary home.
 class Host {
-public:
+ public:
   Host();
 
   std::vector<std::pair<QString, kvn::MessType>> messages;
