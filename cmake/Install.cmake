@@ -7,6 +7,9 @@ install(TARGETS kelvane EXPORT KelvaneTargets
 install(TARGETS kelvane_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES Kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(folder records core formats reduction adjust map legend commands)
+  if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
+    continue()
+  endif()
   install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
 endforeach()

@@ -23,5 +23,6 @@ target_include_directories(kelvane PUBLIC
 target_compile_definitions(kelvane PRIVATE KELVANE_BUILDING)
 target_compile_features(kelvane PUBLIC cxx_std_17)
 set_target_properties(kelvane PROPERTIES
+  EXPORT_NAME Kelvane
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
