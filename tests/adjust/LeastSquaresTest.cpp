@@ -230,6 +230,13 @@ TEST(LeastSquares, RefusesWhatItCannotSolve) {
          n.lines.insert(n.lines.begin() + 2, line("K1", "K3", 0.0, 0.0));
        },
        AlgorithmException::DataError, "Calculate failed"},
+      {"a point on the line between two others, by directions alone: nothing holds it along the line",
+       [](Network& n) {
+         double const off = 1e-7;  // radians; 0.01 mm beside the middle of the 100 m
+         n.lines = {line("K1", "K2", 0.0, 0.0), line("K1", "P", off, 0.0), line("K2", "K1", off, 0.0),
+                    line("K2", "P", 0.0, 0.0),  line("P", "K1", 0.0, 0.0), line("P", "K2", kPi + 2.0 * off, 0.0)};
+       },
+       AlgorithmException::DataError, "Calculate failed"},
       {"nothing oriented",
        [](Network& n) {
          n.lines = {line("K1", "P", 0.0, 70.71), line("K2", "P", 0.0, 70.71)};
