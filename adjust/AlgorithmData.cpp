@@ -1,6 +1,7 @@
 #include "adjust/AlgorithmData.h"
 
 #include "adjust/NameIndex.h"
+#include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
@@ -14,13 +15,12 @@ namespace {
 
 // A distance at or below this in size is none; metres.
 constexpr double kNoDistance = 1e-6;
-// Coordinates and distances from here on stand for missing values in the calculators.
-constexpr double kMissing = 1e29;
 // The bounds of an angle, which are the number 360 although the values are radians: they let every circle reading pass.
 constexpr double kAngleBound = 360.0;
 constexpr double kAngleSlack = 0.001;
 
-bool usable(double value) { return std::abs(value) < kMissing; }
+/// Neither a marker of a missing value nor anything like it.
+bool usable(double value) { return std::abs(value) < detail::kMissingFrom; }
 
 bool isAngleInRange(double angle) {
   return std::abs(angle) < kAngleSlack || std::abs(angle - kAngleBound) < kAngleSlack ||

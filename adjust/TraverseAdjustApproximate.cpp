@@ -1,5 +1,6 @@
 // Approximate coordinates: the walks over the network from its known points.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/Missing.h"
 #include "adjust/detail/SweepQueue.h"
 #include "core/AlgorithmException.h"
 
@@ -11,16 +12,15 @@
 namespace kvn {
 namespace {
 
-// A coordinate that is not known yet, and the threshold by which it is told.
-constexpr double kMissing = 1e30;
-constexpr double kMissingFrom = 1e29;
+using detail::index;
+using detail::kMissing;
+using detail::kMissingFrom;
+
 // A corner whose sine is below this is flat: the sine of the double nearest to π is 1e-16, and angles carry a few times
 // that from their subtraction.
 constexpr double kFlatCorner = 1e-12;
 
 constexpr char const* kNotEnough = "No enough data";
-
-std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
 }  // namespace
 

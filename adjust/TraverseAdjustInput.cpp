@@ -1,6 +1,7 @@
 // Input of the adjustment: numbers for the points, flat arrays for the observations.
 #include "adjust/TraverseAdjust.h"
 #include "adjust/detail/MergeLines.h"
+#include "adjust/detail/Missing.h"
 #include "adjust/detail/PairKey.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
@@ -12,9 +13,8 @@
 namespace kvn {
 namespace {
 
-constexpr double kNone = 1e30;
-
-std::size_t index(int i) { return static_cast<std::size_t>(i); }
+using detail::index;
+using detail::kMissing;
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
   std::vector<PointInfo> points;
@@ -192,7 +192,7 @@ int TraverseAdjust::lastDirection(int station, int target) const {
 
 double TraverseAdjust::getLine(int i, int j) const {
   auto const entry = distanceOf.find(detail::unorderedKey(i, j));
-  return entry == distanceOf.end() ? kNone : entry->second;
+  return entry == distanceOf.end() ? kMissing : entry->second;
 }
 
 double TraverseAdjust::getAzimuth(int i, int j) const {
@@ -203,7 +203,7 @@ double TraverseAdjust::getAzimuth(int i, int j) const {
       return reversed > 2.0 * m_PI ? reversed - 2.0 * m_PI : reversed;
     }
   }
-  return kNone;
+  return kMissing;
 }
 
 double TraverseAdjust::getAngle(int point, int i, int j) const {

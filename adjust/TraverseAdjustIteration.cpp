@@ -1,5 +1,6 @@
 // The iteration: error equations, normal equations, corrections, residuals.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -26,7 +27,7 @@ constexpr double kLostPivot = 1e13;
 // Below this in size a cofactor counts as zero.
 constexpr double kNoCofactor = 1e-8;
 
-std::size_t index(int i) { return static_cast<std::size_t>(i); }
+using detail::index;
 
 [[noreturn]] void failCalculation() { throw AlgorithmException(AlgorithmException::DataError, "Calculate failed"); }
 

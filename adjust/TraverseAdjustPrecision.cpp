@@ -1,6 +1,7 @@
 // Precision results: unit weight error, point errors, ellipses, errors of directions and distances.
 #include "adjust/CommonFunction.h"
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ constexpr double kNoEllipse = 1e-8;
 // A covariance below this counts as zero; square metres.
 constexpr double kNoCovariance = 1e-14;
 
-std::size_t index(int i) { return static_cast<std::size_t>(i); }
+using detail::index;
 
 /// Root of a variance factor, which rounding may have pushed below zero.
 double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
