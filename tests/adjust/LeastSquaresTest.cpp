@@ -257,13 +257,6 @@ TEST(LeastSquares, RefusesWhatItCannotSolve) {
   }
 }
 
-TEST(LeastSquares, APointOnASingleRayIsNoSolution) {
-  // Without distances P is placed by no triangle, and with one distance elsewhere the walk does not reach it.
-  Network network = triangle();
-  for (auto& l : network.lines) l.horizontal_distance = 0.0;
-  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { adjusted(network); }), "Data error");
-}
-
 TEST(LeastSquares, EndsWhereTheObservationsContradictEachOther) {
   // A useless a-priori error makes every weight infinite: no number may come out.
   AlgorithmData const data = loaded(triangle());

@@ -240,16 +240,6 @@ TEST(CosaWriter, WritesWhatReadsBackTheSame) {
   EXPECT_NEAR(second.getNetworkDataList()[1].horizontal_angle, first.getNetworkDataList()[1].horizontal_angle, 2.5e-8);
 }
 
-TEST(CosaWriter, GroupsRunsOfOneStation) {
-  std::vector<NetworkDataInfo> lines(4);
-  char const* const stations[] = {"A", "A", "B", "A"};
-  for (std::size_t i = 0; i < 4; ++i) lines[i].start_name = stations[i];
-  auto const blocks = CosaCollection().convertData(lines);
-  ASSERT_EQ(blocks.size(), 3U);
-  EXPECT_EQ(blocks[0].directions.size(), 2U);
-  EXPECT_EQ(blocks[2].name, "A");
-}
-
 TEST(CosaCollection, FindsALineByItsIdentity) {
   CosaCollection collection = readText("2,3,3\nA\nP,S,7\nQ,S,8\n");
   std::string const id = collection.getNetworkDataList()[1].id;
