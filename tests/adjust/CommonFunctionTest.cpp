@@ -20,10 +20,9 @@ constexpr double kDmsLiftRad = 5e-12;
 
 TEST(DmsToRad, KeepsTheMinuteThatBinaryFractionsFallShortOf) {
   std::pair<double, double> const cases[] = {
-      // 0.29 and 0.57 are stored a little too small; 60' and 60" count
       {123.453025, radians(123, 45, 30.25)}, {0.29, radians(0, 29, 0)}, {0.57, radians(0, 57, 0)},
       {30.29999999995, radians(30, 30, 0)},  {10.6, radians(11, 0, 0)}, {10.006, radians(10, 1, 0)},
-      {360.3, radians(360, 30, 0)}};
+      {360.3, radians(360, 30, 0)}};  // 60' and 60" count
   for (auto const& [dms, expected] : cases) {
     EXPECT_NEAR(CommonFunction::dmsToRad(dms), expected, kDmsLiftRad);
     EXPECT_EQ(CommonFunction::dmsToRad(dms, 7), CommonFunction::dmsToRad(dms));

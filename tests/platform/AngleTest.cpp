@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <random>
-#include <string>
 
 namespace {
 
@@ -13,39 +12,24 @@ using utils::Degree;
 
 TEST(AngleReading, TakesTheFieldsFromTheDigits) {
   std::pair<char const*, double> const cases[] = {
-      {"123.45302575", 445530.2575},
-      {"0.29", 1740.0},
-      {"0.57", 3420.0},
-      {"30.3", 109800.0},
-      {"30.303", 109830.0},
-      {"-30.3030", -109830.0},
-      {"-0.30", -1800.0},
-      {" +1.3000\r", 5400.0},
-      {".5", 3000.0},
-      {"7.", 25200.0},
-      {"10.60", 39600.0},
-      {"10.0099", 36099.0},
-      {"1.233e2", 444600.0},
+      {"3.4530257", 13530.257}, {"0.29", 1740},      {"0.57", 3420}, {"30.303", 109830}, {"-30.3030", -109830},
+      {"-0.30", -1800},         {" +1.30\r", 5400},  {".5", 3000},   {"7.", 25200},      {"10.60", 39600},
+      {"10.0099", 36099},       {"1.233e2", 444600},
   };
   for (auto const& [text, seconds] : cases) {
-    SCOPED_TRACE(text);
-    bool valid = false;
     // DOUBLE_EQ allows 4 units in the last place; the sum of the fields and the quotient here round once or twice each.
-    EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS, &valid), seconds / 3600.0);
-    EXPECT_TRUE(valid);
+    EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), seconds / 3600.0) << text;
     EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DDPMMSSToRadian), seconds / 648000.0 * std::acos(-1.0));
   }
   EXPECT_EQ(Degree::stringtoDouble(" 30.3 ", utils::Gon), 30.3) << "all but DD.MMSS are read as plain numbers";
 }
 
 TEST(AngleReading, GivesZeroForWhatIsNoNumber) {
-  QString const tooLarge = "1" + QString(400, '0');
-  for (QString const& text :
-       {QString(), QString("12a"), QString("1.2.3"), QString("1,30"), QString("0x10"), tooLarge}) {
-    for (utils::DMSFormat const format : {utils::DegreeToDDPMMSS, utils::DDPMMSSToRadian, utils::DEGREE}) {
+  for (char const* text : {"", "-", "12a", "1.2.3", "1,30", "+-5", "0x10", "nan"}) {
+    for (utils::DMSFormat const format : {utils::DegreeToDDPMMSS, utils::DEGREE}) {
       bool valid = true;
-      EXPECT_EQ(Degree::stringtoDouble(text, format, &valid), 0.0);
-      EXPECT_FALSE(valid) << text.toStdString() << " format " << format;
+      EXPECT_EQ(Degree::stringtoDouble(text, format, &valid), 0.0) << text;
+      EXPECT_FALSE(valid) << text;
     }
   }
 }
@@ -54,16 +38,14 @@ TEST(AngleText, HasEveryFormAndCarriesSoThatNoFieldShowsSixty) {
   using namespace utils;
   std::tuple<double, DMSFormat, int, char const*> const cases[] = {
       {445530.26, DMS, 2, "123°45′30.26″"},    {445530.26, RADIAN, 2, "2.15999165"},
-      {445530.26, DEGREE, 2, "123.758406"},    {445530.26, DDRMMR, 2, "123°45.5043′"},
       {445530.26, DDMMSS, 2, "1234530.26"},    {445530.26, DDPMMSS, 2, "123.453026"},
       {445530.26, Gon, 2, "137.509340"},       {445530.26, Honey, 2, "2062.6401"},
       {3599.996, DDCMMCSS, 2, "1:00:00.00"},   {3599.994, DDCMMCSS, 2, "0:59:59.99"},
       {-3599.996, DDSMMSSS, 2, "-1 00 00.00"}, {-0.004, DDCMMCSS, 2, "0:00:00.00"},
       {-0.006, DDCMMCSS, 2, "-0:00:00.01"},    {35999.999, DDCMM, 0, "10:00.00"},
       {35999.999, DDPMM, 0, "10.0000"},        {1295999.97, DMSFix1, 5, "360°00′00.0″"},
-      {39596.0, DegreeToDDPMMSS, 3, "11.000"}, {39580.0, DegreeToDDPMMSS, 2, "11.00"},
-      {39360.0, DegreeToDDPMMSS, 1, "11.0"},   {-38160.0, DegreeToDDPMMSS, 0, "-11"},
-      {-1200.0, DegreeToDDPMMSS, 0, "0"}};
+      {39596.0, DegreeToDDPMMSS, 3, "11.000"}, {39360.0, DegreeToDDPMMSS, 1, "11.0"},
+      {-38160.0, DegreeToDDPMMSS, 0, "-11"},   {-1200.0, DegreeToDDPMMSS, 0, "0"}};
   for (auto const& [seconds, format, decimals, text] : cases) {
     EXPECT_EQ(Degree(seconds / 3600.0).toString(format, decimals).toStdString(), text) << format;
   }
@@ -84,8 +66,8 @@ TEST(AngleText, DdMmssReadsBackWithinHalfAUnitOfTheLastPlace) {
     QString const fields = text.section('.', 1);
     ASSERT_EQ(fields.size(), decimals) << text.toStdString();
     ASSERT_TRUE(fields.left(2).toInt() < 60 && fields.mid(2, 2).toInt() < 60) << text.toStdString();
-    double const halfUnit = 0.5 * std::pow(10.0, 4 - decimals) / 3600.0;
-    ASSERT_NEAR(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), value, halfUnit + rounding) << text.toStdString();
+    double const bound = 0.5 * std::pow(10.0, 4 - decimals) / 3600.0 + rounding;
+    ASSERT_NEAR(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), value, bound) << text.toStdString();
   }
 }
 

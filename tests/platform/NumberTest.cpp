@@ -25,7 +25,7 @@ TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
   for (char const* text : {"", " ", "abc", "-", ".", "e5", ",5", "+-1", "\u00A01"}) {
     EXPECT_EQ(test::failureOf<std::invalid_argument>([text] { utils::leadingNumber(text); }), "invalid stod argument");
   }
-  for (char const* text : {"-1e400", "1e-400", " 1e400", "1e-310"}) {
+  for (char const* text : {"-1e400", "1e-400", "1e-310"}) {
     EXPECT_EQ(test::failureOf<std::out_of_range>([text] { utils::leadingNumber(text); }), "stod argument out of range");
   }
 }

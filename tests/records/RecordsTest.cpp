@@ -9,17 +9,14 @@
 namespace {
 
 using namespace kvn;
-using testing::MatchesRegex;
 
 double const kPi = std::acos(-1.0);
 
 TEST(Identity, IsNewForEveryRecordAndKeptByCopies) {
   TraverseDataInfo const row;
-  EXPECT_EQ(row.id.size(), 38U);
-  EXPECT_THAT(row.id, MatchesRegex("\\{[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+\\}"));
+  EXPECT_THAT(row.id, testing::MatchesRegex("\\{[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+\\}"));
   EXPECT_EQ(row.groupId, row.id);
-  TraverseDataInfo const copy = row;
-  EXPECT_EQ(copy.id, row.id);
+  EXPECT_EQ(TraverseDataInfo(row).id, row.id);
   std::set<std::string> const ids{row.id,
                                   TraverseDataInfo(ElevationAngle).id,
                                   NetworkDataInfo().id,
@@ -47,19 +44,6 @@ TEST(TraverseRow, GivesTheHorizontalDistanceOfItsCircleReading) {
     row.verticalAngleType = type == ZenithAngle ? ElevationAngle : ZenithAngle;
     EXPECT_NEAR(row.getHorizontalDisance(type), distance, 1e-13);
   }
-}
-
-TEST(KnownPoints, AreTheKnownRowsInTheirOrder) {
-  std::vector<TraverseDataInfo> rows(3);
-  rows[0].isKnown = rows[2].isKnown = true;
-  rows[2].name = "B";
-  rows[2].N = 1.0;
-  rows[2].E = 2.0;
-  rows[2].Z = 3.0;
-  auto const points = getKnownPoint(rows);
-  ASSERT_EQ(points.size(), 2U);
-  EXPECT_EQ(points[1].name, "B");
-  EXPECT_TRUE(points[1].x == 1.0 && points[1].y == 2.0 && points[1].z == 3.0);
 }
 
 TEST(Records, CompareEachByItsOwnRule) {
@@ -105,10 +89,9 @@ void expectNames(std::vector<std::string> const& names) {
     EXPECT_EQ(static_cast<std::size_t>(*Type::fromString(names[i])), i);
   }
   EXPECT_EQ(Type(static_cast<typename Type::Value>(names.size())).toString(), "");
-  EXPECT_EQ(Type(static_cast<typename Type::Value>(-1)).toString(), "");
-  std::string otherCase = names.front();
+  std::string otherCase = names.back();
   otherCase.front() = static_cast<char>(otherCase.front() ^ 0x20);  // the bit between the cases of ASCII
-  for (std::string const& name : {otherCase, std::string()}) EXPECT_EQ(Type::fromString(name), std::nullopt) << name;
+  EXPECT_EQ(Type::fromString(otherCase), std::nullopt) << otherCase;
 }
 
 TEST(NameTables, ConvertBothWaysWithCase) {
