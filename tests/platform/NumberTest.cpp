@@ -1,13 +1,85 @@
-// Numbers of files: a point for the decimals, whatever the locale of the process is.
+// Texts of angles and numbers: DD.MMSS, rounding with carry, and a decimal point whatever the locale is.
 #include <gtest/gtest.h>
+#include <utils/Degree.h>
+#include <utils/Formater.h>
 #include <utils/Number.h>
 #include <QByteArray>
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "support/Support.h"
 
 namespace {
+
+using utils::Degree;
+
+TEST(AngleReading, TakesTheFieldsFromTheDigits) {
+  std::pair<char const*, double> const cases[] = {
+      {"3.4530257", 13530.257}, {"0.29", 1740},      {"0.57", 3420}, {"30.303", 109830}, {"-30.3030", -109830},
+      {"-0.30", -1800},         {" +1.30\r", 5400},  {".5", 3000},   {"7.", 25200},      {"10.60", 39600},
+      {"10.0099", 36099},       {"1.233e2", 444600},
+  };
+  for (auto const& [text, seconds] : cases) {
+    // DOUBLE_EQ allows 4 units in the last place; the sum of the fields and the quotient here round once or twice each.
+    EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), seconds / 3600.0) << text;
+    EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DDPMMSSToRadian), seconds / 648000.0 * std::acos(-1.0));
+  }
+  EXPECT_EQ(Degree::stringtoDouble(" 30.3 ", utils::Gon), 30.3) << "all but DD.MMSS are read as plain numbers";
+}
+
+TEST(AngleReading, GivesZeroForWhatIsNoNumber) {
+  for (char const* text : {"", "-", "12a", "1.2.3", "1,30", "+-5", "0x10", "nan"}) {
+    for (utils::DMSFormat const format : {utils::DegreeToDDPMMSS, utils::DEGREE}) {
+      bool valid = true;
+      EXPECT_EQ(Degree::stringtoDouble(text, format, &valid), 0.0) << text;
+      EXPECT_FALSE(valid) << text;
+    }
+  }
+}
+
+TEST(AngleText, HasEveryFormAndCarriesSoThatNoFieldShowsSixty) {
+  using namespace utils;
+  std::tuple<double, DMSFormat, int, char const*> const cases[] = {
+      {445530.26, DMS, 2, "123°45′30.26″"},    {445530.26, RADIAN, 2, "2.15999165"},
+      {445530.26, DDMMSS, 2, "1234530.26"},    {445530.26, DDPMMSS, 2, "123.453026"},
+      {445530.26, Gon, 2, "137.509340"},       {445530.26, Honey, 2, "2062.6401"},
+      {3599.996, DDCMMCSS, 2, "1:00:00.00"},   {3599.994, DDCMMCSS, 2, "0:59:59.99"},
+      {-3599.996, DDSMMSSS, 2, "-1 00 00.00"}, {-0.004, DDCMMCSS, 2, "0:00:00.00"},
+      {-0.006, DDCMMCSS, 2, "-0:00:00.01"},    {35999.999, DDCMM, 0, "10:00.00"},
+      {35999.999, DDPMM, 0, "10.0000"},        {1295999.97, DMSFix1, 5, "360°00′00.0″"},
+      {39596.0, DegreeToDDPMMSS, 3, "11.000"}, {39360.0, DegreeToDDPMMSS, 1, "11.0"},
+      {-38160.0, DegreeToDDPMMSS, 0, "-11"},   {-1200.0, DegreeToDDPMMSS, 0, "0"}};
+  for (auto const& [seconds, format, decimals, text] : cases) {
+    EXPECT_EQ(Degree(seconds / 3600.0).toString(format, decimals).toStdString(), text) << format;
+  }
+}
+
+TEST(AngleText, DdMmssReadsBackWithinHalfAUnitOfTheLastPlace) {
+  std::mt19937 random(20180517);
+  std::uniform_real_distribution<double> anywhere(-360.0, 360.0);
+  std::uniform_int_distribution<int> minute(-360 * 60, 360 * 60);
+  std::uniform_real_distribution<double> closeBy(-1e-3, 1e-3);
+  // Text and reading round a handful of times in doubles of at most 360: 8 units in the last place of those.
+  double const rounding = 8.0 * 360.0 * std::numeric_limits<double>::epsilon();
+  for (int i = 0; i < 40000; ++i) {
+    // Half of the angles stand within 4" of a whole minute, where a missing carry shows.
+    double const value = i % 2 == 0 ? anywhere(random) : minute(random) / 60.0 + closeBy(random) * std::pow(10, -i % 9);
+    int const decimals = 4 + i / 10 % 10;
+    QString const text = Degree(value).toString(utils::DegreeToDDPMMSS, decimals);
+    QString const fields = text.section('.', 1);
+    ASSERT_EQ(fields.size(), decimals) << text.toStdString();
+    ASSERT_TRUE(fields.left(2).toInt() < 60 && fields.mid(2, 2).toInt() < 60) << text.toStdString();
+    double const bound = 0.5 * std::pow(10.0, 4 - decimals) / 3600.0 + rounding;
+    ASSERT_NEAR(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), value, bound) << text.toStdString();
+  }
+}
+
+TEST(Formater, TakesFormAndDecimalsFromItsConfiguration) {
+  auto const configuration =
+      test::json(R"({"AngleFormat": )" + std::to_string(utils::DDRMMRSS) + R"(, "AngleDecimals": 1})");
+  EXPECT_EQ(utils::Formater(configuration).toString(Degree(1.5)).toStdString(), "1°30′00.0″");
+}
 
 TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
   std::pair<char const*, double> const cases[] = {
