@@ -81,11 +81,7 @@ TEST(CommandRegistry, IsOneForTheLibraryAndItsHost) {
   cmd::CommandMgr<Command> engine(nullptr);
   EXPECT_EQ(test::failureOf<QLogicError>([&] { engine.execute("AddTraverseDataCMD", {}, out, {}); }),
             "kvn core error:project is not open");
-}
-
-TEST(GuardedAccess, RefusesWithATextWhatIsNotThere) {
-  OutcomeCMD command;
-  EXPECT_EQ(test::failureOf<QLogicError>([&] { command.getMapScene(); }), "kvn core error:MapScene is not exist");
+  EXPECT_EQ(test::failureOf<QLogicError>([] { OutcomeCMD().getMapScene(); }), "kvn core error:MapScene is not exist");
 }
 
 }  // namespace

@@ -13,12 +13,9 @@ namespace {
 using namespace kvn;
 
 TEST(System, ExistsOnce) {
-  {
-    System const system;
-    EXPECT_EQ(test::failureOf<QLogicError>([] { System second; }), "kvn::System is only one can be created");
-    EXPECT_EQ(System::Instance(), &system) << "the first one stays";
-  }
-  EXPECT_EQ(System::Instance(), nullptr);
+  System const system;
+  EXPECT_EQ(test::failureOf<QLogicError>([] { System second; }), "kvn::System is only one can be created");
+  EXPECT_EQ(System::Instance(), &system) << "the first one stays";
 }
 
 TEST(System, KeepsTheOpenProjectsInOrderAndTheCurrentOneWhileAnyIsListed) {
@@ -54,12 +51,14 @@ TEST(System, FindsProjectsByFileAndByName) {
 
 TEST(SystemConfiguration, StandsInTheDocumentsAndIsWrittenAtTheEnd) {
   QDir const documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-  System().getConfig()->root()["Globle"]["Path"]["OutPath"] = "/测";
+  auto const globle = R"({"Path": {"OutPath": "/测"}, "Configuration": {"AngleFormat": 0, "AngleDecimals": 1}})";
+  System().getConfig()->root()["Globle"] = test::json(globle);
   System system;
   EXPECT_EQ(system.getConfigFile(), documents.filePath("PLQ/Config/KelvaneConfig.json"));
   EXPECT_EQ(system.getOutPath(), "./Out") << "only init reads";
   system.init();
   EXPECT_EQ(system.getOutPath(), QStringLiteral("/测"));
+  EXPECT_EQ(system.createFormater().toString(utils::Degree(1.5)), QStringLiteral("1°30′00.0″"));
 }
 
 TEST(SystemConfiguration, WarnsAndKeepsAFileThatIsNoJson) {

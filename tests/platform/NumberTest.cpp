@@ -1,7 +1,6 @@
 // Texts of angles and numbers: DD.MMSS, rounding with carry, and a decimal point whatever the locale is.
 #include <gtest/gtest.h>
 #include <utils/Degree.h>
-#include <utils/Formater.h>
 #include <utils/Number.h>
 #include <QByteArray>
 #include <cmath>
@@ -26,15 +25,10 @@ TEST(AngleReading, TakesTheFieldsFromTheDigits) {
     EXPECT_DOUBLE_EQ(Degree::stringtoDouble(text, utils::DDPMMSSToRadian), seconds / 648000.0 * std::acos(-1.0));
   }
   EXPECT_EQ(Degree::stringtoDouble(" 30.3 ", utils::Gon), 30.3) << "all but DD.MMSS are read as plain numbers";
-}
-
-TEST(AngleReading, GivesZeroForWhatIsNoNumber) {
   for (char const* text : {"", "-", "12a", "1.2.3", "1,30", "+-5", "0x10", "nan"}) {
-    for (utils::DMSFormat const format : {utils::DegreeToDDPMMSS, utils::DEGREE}) {
-      bool valid = true;
-      EXPECT_EQ(Degree::stringtoDouble(text, format, &valid), 0.0) << text;
-      EXPECT_FALSE(valid) << text;
-    }
+    bool valid = true;
+    EXPECT_EQ(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS, &valid), 0.0) << text;
+    EXPECT_FALSE(valid) << text;
   }
 }
 
@@ -73,12 +67,6 @@ TEST(AngleText, DdMmssReadsBackWithinHalfAUnitOfTheLastPlace) {
     double const bound = 0.5 * std::pow(10.0, 4 - decimals) / 3600.0 + rounding;
     ASSERT_NEAR(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS), value, bound) << text.toStdString();
   }
-}
-
-TEST(Formater, TakesFormAndDecimalsFromItsConfiguration) {
-  auto const configuration =
-      test::json(R"({"AngleFormat": )" + std::to_string(utils::DDRMMRSS) + R"(, "AngleDecimals": 1})");
-  EXPECT_EQ(utils::Formater(configuration).toString(Degree(1.5)).toStdString(), "1°30′00.0″");
 }
 
 TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
