@@ -61,7 +61,6 @@ TEST(RadToDms, GivesEveryFieldTheSign) {
 TEST(DmsTexts, AreCutWithoutACarryOrNormalisedWithOne) {
   EXPECT_EQ(CommonFunction::getDmsFormat(-1234530.25).toStdString(), "-123:-45:-30.25");
   EXPECT_EQ(CommonFunction::getDmsFormat(10059.996).toStdString(), "1:0:60.00");
-  EXPECT_EQ(CommonFunction::getDmsString(kvn::Degree{12, 3, 4.5}).toStdString(), "12°3′4.50″");
   EXPECT_EQ(CommonFunction::getKVNDegereeFormat(123.4567, 4), 123.461) << "six digits are read, 70\" carried";
   EXPECT_EQ(CommonFunction::getPLQDegreeeFormat(123.4567).toStdString(), "123:46:07.00");
 }

@@ -117,9 +117,8 @@ TEST_F(CommandEngine, NotesAFailureAndPassesItOnWhenNoHookTakesIt) {
     engine->setErrorCallFunc({});
     EXPECT_ANY_THROW(run(name, in));
     EXPECT_EQ(desk.notes, notes);
-    Engine* told = nullptr;
-    engine->setErrorCallFunc([&told](Engine* teller) { told = teller; });
-    EXPECT_FALSE(run(name, in) || told != engine.get());
+    engine->setErrorCallFunc([this](Engine* teller) { out = teller == engine.get() ? "told" : "told by another"; });
+    EXPECT_TRUE(!run(name, in) && out == "told");
     EXPECT_FALSE(run("Plain", "refuse"));
     EXPECT_EQ(engine->getErrorMessage(), message) << "only a failure changes the error state";
     EXPECT_EQ(engine->getErrorCode(), code) << in;
@@ -141,7 +140,6 @@ TEST_F(CommandEngine, CallsItsHooksAroundACommandAndLendsItTheCancelFunction) {
 }
 
 TEST_F(CommandEngine, KeepsTheEntryRegisteredLast) {
-  EXPECT_FALSE(Engine::Register("Plain", {nullptr, &Interface::DeleteClass}));
   EXPECT_TRUE(Engine::Register("Plain", {&Step<true>::Create, &Interface::DeleteClass}));
   EXPECT_TRUE(run("Plain", "b"));
   EXPECT_THAT(lengths(), ElementsAre(1, 0));
