@@ -41,7 +41,7 @@ TEST(Configure, StandsInXmlWithAPointAndKeepsWhatAnElementDoesNotTell) {
 
 TEST(Configure, TakesFromJsonWhatHasTheRightType) {
   std::pair<char const*, char const*> const cases[] = {
-      {R"({"AdjustMethod": "1", "AngleError": "7", "LineFixedError": null})", "2 3 3 0 0 0 0.159999996"},
+      {R"({"AdjustMethod": true, "AngleError": "7", "LineFixedError": null})", "2 3 3 0 0 0 0.159999996"},
       {R"({"AdjustMethod": 3, "AngleError": 7, "TraversePointAdjust": 2, "AtmosphericIndex": 0.5})", "7 3 3 0 3 2 0.5"},
       {R"({"AdjustMethod": 1e12, "LineCalculateExpression": 1})", "2 3 3 1 0 0 0.159999996"},
       {R"({"LineCalculateExpression": "true", "LineProportionError": 4})", "2 3 4 0 0 0 0.159999996"}};
