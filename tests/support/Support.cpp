@@ -1,11 +1,19 @@
 #include "support/Support.h"
 
+#include <json/reader.h>
 #include <QFile>
+#include <sstream>
 
 namespace test {
 
 Host::Host() {
   system.setSendMessageFunc([this](QString const& text, kvn::MessType type) { messages.emplace_back(text, type); });
+}
+
+Json::Value json(std::string const& document) {
+  Json::Value value;
+  std::istringstream(document) >> value;
+  return value;
 }
 
 QString samplePath(QString const& name) { return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Kelvane.h>
+#include <json/value.h>
 #include <QString>
 #include <functional>
 #include <string>
@@ -30,6 +31,9 @@ std::string failureOf(std::function<void()> const& call) {
   }
   return "no failure";
 }
+
+/// Value of a JSON document.
+Json::Value json(std::string const& document);
 
 /// Path of a file of the samples folder.
 QString samplePath(QString const& name);
