@@ -17,6 +17,13 @@ test::SyntheticNetwork noisyNetwork() {
   return test::makeNetwork(plan, random);
 }
 
+AlgorithmAdjust adjustedDriver() {
+  AlgorithmAdjust driver;
+  driver.setNetworkData(noisyNetwork().network);
+  driver.calculateAdjust();
+  return driver;
+}
+
 TEST(AlgorithmAdjust, HandsTheSettingsOverInTheUnitsOfTheCalculator) {
   kvn::Network const network = noisyNetwork().network;
   Configure configure;
@@ -62,9 +69,7 @@ TEST(AlgorithmAdjust, TakesOneNetworkInItsLife) {
 }
 
 TEST(AlgorithmAdjust, KeepsItsListsWhenARunFails) {
-  AlgorithmAdjust driver;
-  driver.setNetworkData(noisyNetwork().network);
-  driver.calculateAdjust();
+  AlgorithmAdjust driver = adjustedDriver();
   double const before = driver.getPointList().back().x;
   driver.setCancelCall([] { return true; });
   EXPECT_EQ(test::failureOf<QLogicError>([&] { driver.calculateAdjust(); }), "User Cancel");
@@ -72,9 +77,7 @@ TEST(AlgorithmAdjust, KeepsItsListsWhenARunFails) {
 }
 
 TEST(AlgorithmAdjust, WritesBackToTheRowsThatAreNotKnown) {
-  AlgorithmAdjust driver;
-  driver.setNetworkData(noisyNetwork().network);
-  driver.calculateAdjust();
+  AlgorithmAdjust const driver = adjustedDriver();
   kvn::PointInfo const last = driver.getPointList().back();
   std::vector<kvn::TraverseDataInfo> rows(4);
   rows[0].name = rows[1].name = rows[2].name = last.name;
@@ -89,9 +92,7 @@ TEST(AlgorithmAdjust, WritesBackToTheRowsThatAreNotKnown) {
 }
 
 TEST(AlgorithmAdjust, GivesCoordinatesWithNewIdentitiesEachTime) {
-  AlgorithmAdjust driver;
-  driver.setNetworkData(noisyNetwork().network);
-  driver.calculateAdjust();
+  AlgorithmAdjust const driver = adjustedDriver();
   auto const first = driver.getCoordinatePointXYList();
   auto const second = driver.getCoordinatePointXYList();
   ASSERT_EQ(first.size(), driver.getPointList().size());

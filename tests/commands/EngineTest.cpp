@@ -140,6 +140,9 @@ TEST_F(CommandEngine, CallsItsHooksAroundACommandAndLendsItTheCancelFunction) {
 }
 
 TEST_F(CommandEngine, KeepsTheEntryRegisteredLast) {
+  EXPECT_FALSE(Engine::Register(nullptr, {&Step<true>::Create, &Interface::DeleteClass}));
+  EXPECT_FALSE(Engine::Register("Plain", {nullptr, &Interface::DeleteClass}));
+  EXPECT_FALSE(Engine::Register("Plain", {&Step<true>::Create, nullptr}));
   EXPECT_TRUE(Engine::Register("Plain", {&Step<true>::Create, &Interface::DeleteClass}));
   EXPECT_TRUE(run("Plain", "b"));
   EXPECT_THAT(lengths(), ElementsAre(1, 0));

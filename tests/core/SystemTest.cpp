@@ -78,4 +78,25 @@ TEST(SystemConfiguration, WarnsAndKeepsAFileThatIsNoJson) {
   EXPECT_THAT(messages[1].first, testing::HasSubstr(files[1].toStdString()));
 }
 
+class Holder : public QObject, public IHasProject {
+ public:
+  using IHasProject::IHasProject;
+};
+
+TEST(IHasProject, FindsTheProjectOfTheNearestAncestorThatHasOne) {
+  Project project;
+  Holder top(&project);
+  QObject plain;
+  Holder below;
+  EXPECT_EQ(below.getProject(), nullptr);
+  plain.setParent(&top);
+  below.setParent(&plain);
+  EXPECT_EQ(below.getProject(), &project);
+  Project own;
+  below.setProject(&own);
+  EXPECT_EQ(below.getProject(), &own);
+  below.setParent(nullptr);  // objects on the stack leave their parents before these go
+  plain.setParent(nullptr);
+}
+
 }  // namespace
