@@ -19,6 +19,7 @@
 #include "core/OutputReport.h"
 #include "core/Project.h"
 #include "core/System.h"
+#include "formats/CarefulCosaCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/INetworkDataCollection.h"
 #include "records/AttributeType.h"

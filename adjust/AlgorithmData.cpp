@@ -87,7 +87,10 @@ void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines, Missing
   StationInfo station;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     NetworkDataInfo const& line = lines[i];
-    if (i > 0 && station.name != line.start_name) stations.push_back(std::exchange(station, StationInfo()));
+    if (i > 0 && station.name != line.start_name) {
+      stations.push_back(station);
+      station = StationInfo();
+    }
     station.name = line.start_name;
 
     double const distance = line.horizontal_distance;

@@ -33,16 +33,6 @@ std::string dms(double radians) {
   return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
 }
 
-/// A text that is no angle counts as 0, which nobody would notice.
-void warnOfAngle(std::string const& text, std::string const& station, std::string const& target) {
-  System const* const system = System::Instance();
-  if (system == nullptr) return;
-  QString const message = System::tr("The direction from %1 to %2 is no angle: %3");
-  system->sendMessage(
-      message.arg(QString::fromStdString(station), QString::fromStdString(target), QString::fromStdString(text)),
-      Warning);
-}
-
 }  // namespace
 
 std::vector<CosaStationInfo> const& CosaDataManage::getCosaData() const { return cosaData; }
@@ -81,18 +71,18 @@ void CosaCollection::readHead(std::vector<std::string> const& fields) {
   configure.LineProportionError = static_cast<float>(utils::leadingNumber(fields[2]));
 }
 
-void CosaCollection::readObservation(std::string const& station, std::vector<std::string> const& fields) {
+bool CosaCollection::readObservation(std::string const& station, std::vector<std::string> const& fields) {
   std::string const& kind = fields[1];
-  if (!CommonFunction::judgeStringToDouble(fields[2])) return;
+  if (!CommonFunction::judgeStringToDouble(fields[2])) return false;
   if (CommonFunction::judgeStringToDouble(kind)) {
     KnownPoint point;
     point.name = fields[0];
     point.x = utils::leadingNumber(kind);
     point.y = utils::leadingNumber(fields[2]);
     knownPointList.push_back(std::move(point));
-    return;
+    return true;
   }
-  if (kind != "L" && kind != "S") return;
+  if (kind != "L" && kind != "S") return false;
   NetworkDataInfo observation;
   observation.start_name = station;
   observation.end_name = fields[0];
@@ -100,12 +90,12 @@ void CosaCollection::readObservation(std::string const& station, std::vector<std
     utils::Degree const angle(
         utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS, &observation.horizontalAngleFlag));
     observation.horizontal_angle = angle.toRadian();
-    if (!observation.horizontalAngleFlag) warnOfAngle(fields[2], station, fields[0]);
   } else {
     observation.horizontal_distance = utils::leadingNumber(fields[2]);
     observation.horizontalAngleFlag = false;
   }
   networkDataList.push_back(std::move(observation));
+  return true;
 }
 
 // The first line of a station and target stays at its place and takes, from the later ones in order, what it lacks; the
@@ -142,18 +132,28 @@ std::vector<ExportStation> CosaCollection::convertData(std::vector<NetworkDataIn
   return stations;
 }
 
-void CosaCollection::write(std::ostream& stream) {
+void CosaCollection::writeHead(std::ostream& stream) const {
   stream << general6(configure.AngleError) << ',' << general6(configure.LineFixedError) << ','
          << general6(configure.LineProportionError) << '\n';
   for (KnownPoint const& point : knownPointList) {
     stream << point.name << ',' << fixed4(point.x) << ',' << fixed4(point.y) << '\n';
   }
+}
+
+void CosaCollection::writeDirection(std::ostream& stream, std::string const& target, double radians) {
+  stream << target << ",L," << dms(radians) << '\n';
+}
+
+void CosaCollection::writeDistance(std::ostream& stream, std::string const& target, double metres) {
+  if (metres > kNoDistance) stream << target << ",S," << fixed4(metres) << '\n';
+}
+
+void CosaCollection::write(std::ostream& stream) {
+  writeHead(stream);
   for (ExportStation const& station : convertData(networkDataList)) {
     stream << station.name << '\n';
-    for (OutView const& view : station.directions) stream << view.name << ",L," << dms(view.value) << '\n';
-    for (OutView const& view : station.distances) {
-      if (view.value > kNoDistance) stream << view.name << ",S," << fixed4(view.value) << '\n';
-    }
+    for (OutView const& view : station.directions) writeDirection(stream, view.name, view.value);
+    for (OutView const& view : station.distances) writeDistance(stream, view.name, view.value);
   }
 }
 

@@ -67,14 +67,14 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
   using INetworkDataCollection::write;
 
   /// Fills the lists. The direction and the distance of a target become one line; of further lines with the same
-  /// station and target only the observations that the first lacks are taken. A line that got no direction, or
-  /// one whose text is no angle (it counts as 0, with a `Warning`), has `horizontalAngleFlag` false. Lines of no kind
-  /// are passed over.
+  /// station and target only the observations that the first lacks are taken, one of 0 counting as lacking. A line that
+  /// got no direction, or one whose text is no angle (it counts as 0), has `horizontalAngleFlag` false. Lines of no
+  /// kind are passed over. `CarefulCosaCollection` tells what this one takes in silence.
   ///
   /// @throws DataException "The Format of Data is wrong" when line 1 has not three fields.
-  /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a head
-  /// or
-  ///         coordinate or distance that is no number. The lists hold what was read up to the failure.
+  /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a head,
+  /// a
+  ///         coordinate or a distance that is no number. The lists hold what was read up to the failure.
   void read(std::istream& stream) override;
   /// Writes head, known points, and a block for each run of lines from one station. Angles have two decimals of a
   /// second, lengths four of a metre.
@@ -87,9 +87,15 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
   Configure const& getConfigure() const;
   void setConfigure(Configure const& value);  ///< for the head that `write` prints
 
- private:
+ protected:
   void readHead(std::vector<std::string> const& fields);
-  void readObservation(std::string const& station, std::vector<std::string> const& fields);
+  /// Takes a line of three fields; false when it is of no kind.
+  bool readObservation(std::string const& station, std::vector<std::string> const& fields);
+  void writeHead(std::ostream& stream) const;  ///< the a-priori errors and the known points
+  static void writeDirection(std::ostream& stream, std::string const& target, double radians);
+  static void writeDistance(std::ostream& stream, std::string const& target, double metres);  ///< none for 0
+
+ private:
   void joinRepeats();
 
   Configure configure;

@@ -41,8 +41,7 @@ void requireUsableErrors(QString const& file, Configure const& configure, Networ
 
 Configure configureFor(Session& session, AdjustOptions const& options) {
   Project const& project = session.project();
-  Configure configure = project.getConfigure();
-  if (project.getFileType() == Project::CosaFile) takeHead(session.file(), configure);
+  Configure configure = session.head();
   takeOptions(options, configure);
   requireUsableErrors(session.file(), configure, project.getNetwork());
   return configure;
@@ -79,7 +78,7 @@ int runAdjust(QStringList const& arguments) {
   auto const options = parseAdjust(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    session.open(options->file);
+    session.open(options->file, options->asRead);
     session.project().setConfigure(configureFor(session, *options));
     adjust(session.project(), options->asRead);
     return report(session, options->json);

@@ -72,24 +72,24 @@ Json::Value runAll(Json::Value const& commands, Session& session, bool& allGood)
 }
 
 void requireWritableKind(QString const& path) {
-  if (path.isEmpty() || QFileInfo(path).suffix().toLower() == "in2") return;
+  if (path.isEmpty()) return;
+  requireNameInEncoding(path);
+  if (QFileInfo(path).suffix().toLower() == "in2") return;
   throw Refusal(path, "unknown kind of file; what can be written: .in2 (COSA network)");
 }
 
-/// The project writes the default a-priori errors into the head. A network that came with errors of its own keeps them:
-/// without them it would be adjusted with other weights.
+/// With the a-priori errors of the file that was opened, without which the network would be adjusted with other weights
+/// (the project does not keep them), and without a direction where none was observed.
 void write(Session& session, QString const& path) {
-  Project const& project = session.project();
-  if (project.getFileType() != Project::CosaFile || project.getNetwork().isEmpty()) {
-    project.exportCosaTraverseFile(path);
+  Network const& network = session.project().getNetwork();
+  if (network.isEmpty()) {
+    session.project().exportCosaTraverseFile(path);  // refuses what holds nothing
     return;
   }
-  Configure configure;
-  takeHead(session.file(), configure);
-  CosaCollection collection;
-  collection.setConfigure(configure);
-  collection.setKnownPointList(project.getNetwork().knownPoints);
-  collection.setNetworkDataList(project.getNetwork().lines);
+  CarefulCosaCollection collection;
+  collection.setConfigure(session.head());
+  collection.setKnownPointList(network.knownPoints);
+  collection.setNetworkDataList(network.lines);
   utils::createFolderOf(path);
   collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
 }
@@ -120,7 +120,11 @@ int runExec(QStringList const& arguments) {
     if (!options->openFile.isEmpty()) session.open(options->openFile);
     bool allGood = true;
     Json::Value const results = runAll(readCommands(), session, allGood);
-    bool const saved = save(session, options->saveFile);
+    // A script that failed half way must not replace a file.
+    bool const saved = allGood && save(session, options->saveFile);
+    if (!allGood && !options->saveFile.isEmpty()) {
+      printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
+    }
     printJson(results);
     return allGood && saved ? Done : Refused;
   });

@@ -128,8 +128,8 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "How the two parts are joined for the unit weight error: sum, or root of the sum of squares (the default).",
        "sum|root"},
       {"as-read",
-       "Take every line as a direction, of 0 where the file has a distance alone, and leave distances between known "
-       "points out."},
+       "Take the file literally, as the library does by default: a distance alone is a direction of 0 as well, "
+       "doubtful lines are taken in silence, distances between known points are left out."},
   });
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);

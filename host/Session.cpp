@@ -17,10 +17,7 @@ namespace {
 
 /// The library opens a file that is missing as an empty one, so that the reason is found here.
 void requireReadableFile(QString const& path) {
-  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) != path) {
-    throw Refusal(path, "the name cannot be written in the encoding " +
-                            QString::fromLatin1(QTextCodec::codecForLocale()->name()));
-  }
+  requireNameInEncoding(path);
   // Not QFileInfo: it looks for the name in the local 8-bit encoding, which need not be that of the file system.
   std::filesystem::path const native(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
   std::error_code error;
@@ -79,18 +76,16 @@ void useEncoding(QString const& name) {
   if (name.isEmpty()) return;
   QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
   if (codec == nullptr) throw UsageError("unknown encoding: " + name);
+  if (codec->fromUnicode("A") != "A") throw UsageError("not an 8-bit encoding: " + name);
   QTextCodec::setCodecForLocale(codec);
 }
 
 }  // namespace
 
-void takeHead(QString const& file, Configure& configure) {
-  CosaCollection collection;
-  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(file));
-  Configure const& head = collection.getConfigure();
-  configure.AngleError = head.AngleError;
-  configure.LineFixedError = head.LineFixedError;
-  configure.LineProportionError = head.LineProportionError;
+void requireNameInEncoding(QString const& path) {
+  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) == path) return;
+  throw Refusal(
+      path, "the name cannot be written in the encoding " + QString::fromLatin1(QTextCodec::codecForLocale()->name()));
 }
 
 Session::Session() : received(system), current(system.createProject()) {
@@ -101,11 +96,21 @@ Session::Session() : received(system), current(system.createProject()) {
 
 Session::~Session() { system.setSendMessageFunc({}); }
 
-void Session::open(QString const& path) {
+void Session::open(QString const& path, bool asRead) {
   openFile = path;
   requireReadableFile(path);
   requireKnownKind(path);
+  if (QFileInfo(path).suffix().toLower() != "in2") {
+    current->read(path);
+    return;
+  }
+  CosaCollection plain;
+  CarefulCosaCollection careful;
+  CosaCollection& collection = asRead ? plain : careful;
+  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
+  headOfFile = collection.getConfigure();
   current->read(path);
+  current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
 }
 
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {

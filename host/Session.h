@@ -19,23 +19,26 @@ class Session {
   Session& operator=(Session const&) = delete;
   ~Session();
 
-  /// Reads a file into the project.
-  /// @throws Refusal for a file that is not there or of an unknown kind; what `Project::read` throws.
-  void open(QString const& path);
+  /// Reads a file into the project; a network file with the care of `CarefulCosaCollection` unless `asRead`.
+  /// @throws Refusal for a file that is not there or of an unknown kind; what the readers throw.
+  void open(QString const& path, bool asRead = false);
 
   Project& project() { return *current; }
   Messages& messages() { return received; }
   QString const& file() const { return openFile; }  ///< the path given to `open`
+  /// The a-priori errors of the head of the file, which the project does not keep; the defaults without a file.
+  Configure const& head() const { return headOfFile; }
 
  private:
   System system;
   Messages received;
   std::shared_ptr<Project> current;
   QString openFile;
+  Configure headOfFile;
 };
 
-/// Takes the a-priori errors of the head of a COSA file; the project does not keep them.
-void takeHead(QString const& file, Configure& configure);
+/// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
+void requireNameInEncoding(QString const& path);
 
 /// Runs a subcommand in a session of its own. A failure becomes one line on standard error, with JSON also {code,
 /// message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.

@@ -29,7 +29,8 @@ TEST(DmsToRad, KeepsTheMinuteThatBinaryFractionsFallShortOf) {
   }
   EXPECT_NEAR(CommonFunction::dmsToRad(10.61), radians(11, 1, 0), kDmsLiftRad) << "without a row nothing is refused";
   for (int minutes = 0; minutes < 360 * 60; ++minutes) {
-    double const dms = minutes / 60 + minutes % 60 / 100.0 + 0.006;
+    int const degrees = minutes / 60;
+    double const dms = degrees + minutes % 60 / 100.0 + 0.006;
     ASSERT_NEAR(CommonFunction::dmsToRad(dms, 1), radians(0, minutes, 60), kDmsLiftRad) << "lifted sixty seconds pass";
   }
 }

@@ -93,17 +93,6 @@ TEST(CosaReader, TellsALineWithoutADirection) {
   for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(lines[i].horizontalAngleFlag, expected[i]) << lines[i].end_name;
 }
 
-TEST(CosaReader, WarnsOfADirectionThatIsNoAngle) {
-  test::Host host;
-  std::string const manyDigits(400, '9');
-  auto const lines = readText("2,3,3\nA\nP,L,1.2.3\nQ,L,-12x\nR,L," + manyDigits + "\nT,L,1.0\n").getNetworkDataList();
-  ASSERT_EQ(host.messages.size(), 3U);
-  EXPECT_EQ(host.messages[0].first, "The direction from A to P is no angle: 1.2.3");
-  EXPECT_EQ(host.messages[0].second, kvn::Warning);
-  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(lines[i].horizontalAngleFlag, i == 3);
-  EXPECT_EQ(lines[2].horizontal_angle, 0.0);
-}
-
 TEST(CosaReader, SaysWhatIsWrong) {
   struct Case {
     char const* what;

@@ -52,6 +52,20 @@ TEST(ExecCommand, SavesWhatTheProjectHolds) {
   EXPECT_TRUE(refused.json()[0]["ok"].asBool());
 }
 
+TEST(ExecCommand, SavesNoDirectionThatWasNotObservedAndNothingAfterAFailure) {
+  Program const program;
+  program.write("net.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,-315.0\nP,S,70.71\nB\nA,L,0\nP,S,70.71\n");
+  EXPECT_EQ(program.run({"exec", "--open", "net.in2", "--save", "new.in2"}, "[]").exitCode, 0);
+  EXPECT_EQ(program.read("new.in2"),
+            "3,5,0\nA,0.0000,0.0000\nB,0.0000,100.0000\n"
+            "A\nB,L,0.000000\nP,L,45.000000\nP,S,70.7100\nB\nA,L,0.000000\nP,S,70.7100\n");
+  test::Run const failed = program.run({"exec", "--open", "net.in2", "--save", "new.in2"},
+                                       listOf(std::string(kLine) + R"(, {"name": "X"})"));
+  EXPECT_EQ(failed.exitCode, 1);
+  EXPECT_THAT(failed.err, HasSubstr("kelvane: new.in2: not written, since a command failed\n"));
+  EXPECT_EQ(program.read("new.in2").find("Q,"), std::string::npos);
+}
+
 TEST(ExecCommand, RefusesInputThatIsNoListOfCommands) {
   Program const program;
   for (std::string const& input :

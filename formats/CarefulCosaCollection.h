@@ -1,0 +1,44 @@
+// CarefulCosaCollection: a COSA file read and written with a surveyor's care.
+#pragma once
+
+#include "formats/CosaCollection.h"
+
+#include <utils/Export.h>
+
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// Reads the same files as `CosaCollection` to the same lists, but for what that one takes in silence:
+///
+/// - A reading of 0 is a reading. Of an observation that is given more than once the first counts, and a `Warning`
+/// tells
+///   when the others differ. A distance takes no direction away.
+/// - Directions are brought into the circle from 0 to 2π: -45° is 315°.
+/// - A `Warning` names every line that is passed over, every number with something behind it, every text that is no
+/// angle,
+///   minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
+/// - A failure names its line.
+///
+/// Written is no direction where none was observed, and nothing that could not be read back.
+class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
+ public:
+  using CosaCollection::read;
+  using CosaCollection::write;
+
+  /// @throws DataException with the number of the line for all that `CosaCollection::read` throws.
+  void read(std::istream& stream) override;
+  /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
+  ///         none at all, and for a number that is not finite.
+  void write(std::ostream& stream) override;
+
+ private:
+  void readLine(int number, std::string const& line, std::string& station);
+  void checkTaken(int number, std::string const& line, std::vector<std::string> const& fields);
+  void checkAngle(int number, std::string const& text, NetworkDataInfo& observation);
+  void joinRepeats();
+  void requireReadable() const;
+};
+
+}  // namespace kvn
