@@ -110,10 +110,12 @@ void AlgorithmData::joinStationsWithoutDirections() {
   std::vector<StationInfo> kept;
   std::vector<LineInfo> waiting;
   for (StationInfo& station : stations) {
-    bool const oriented = !station.directions.empty();
-    if (oriented) kept.push_back(std::move(station));
+    if (!station.directions.empty()) {
+      kept.push_back(std::move(station));
+      continue;
+    }
     std::vector<LineInfo>& lines = kept.empty() ? waiting : kept.back().lines;
-    if (!oriented) lines.insert(lines.end(), station.lines.begin(), station.lines.end());
+    lines.insert(lines.end(), station.lines.begin(), station.lines.end());
   }
   if (!kept.empty()) kept.front().lines.insert(kept.front().lines.begin(), waiting.begin(), waiting.end());
   stations = std::move(kept);

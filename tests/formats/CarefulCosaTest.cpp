@@ -51,9 +51,8 @@ TEST(CarefulCosaReader, TellsWhatThePlainOneTakesInSilence) {
     test::Host host;
     CarefulCosaCollection collection = readText(std::string("2,3,3\nA\n") + c.lines);
     collection.setKnownPointList({});
-    std::string const block = c.written;
-    std::string const station = collection.getNetworkDataList().empty() ? "" : "A\n";
-    EXPECT_EQ(written(collection), "2,3,3\n" + station + block);
+    std::string expected = collection.getNetworkDataList().empty() ? "2,3,3\n" : "2,3,3\nA\n";
+    EXPECT_EQ(written(collection), expected.append(c.written));
     ASSERT_EQ(host.messages.size(), *c.warning == '\0' ? 0U : 1U);
     EXPECT_EQ(host.messages.empty() ? "" : host.messages[0].first, c.warning);
   }
