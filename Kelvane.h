@@ -37,6 +37,9 @@
 #include <mvz/ProjectMapScene.h>
 #include <mvz/ViewerManager.h>
 #include <utils/Degree.h>
+#include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 #include <utils/IProcessCancel.h>
+#include <utils/Number.h>
 #include <utils/QLogicError.h>
+#include <utils/UserBehavior.h>

@@ -35,6 +35,16 @@ void fail(Json::Value& out, cmd::CmdErrorCode code, std::string const& message) 
   setMember(out, "message", message);
 }
 
+/// A view that cannot repaint does not make a failure of what was done.
+void redraw() {
+  try {
+    mvz::ProjectMapScene::reDraw();
+  } catch (std::exception const& failure) {
+    System const* const system = System::Instance();
+    if (system != nullptr) system->sendMessage(QString::fromUtf8(failure.what()), Error);
+  }
+}
+
 }  // namespace
 
 CommandManager::CommandManager(Project* project) : cmd::CommandMgr<Command>(project) {}
@@ -56,7 +66,7 @@ bool CommandManager::execute(char const* name, Json::Value const& in, Json::Valu
   if (!ok && (!out.isObject() || out["message"].empty())) {
     setMember(out, "message", System::tr("unknown error").toStdString());
   }
-  if (ok) mvz::ProjectMapScene::reDraw();
+  if (ok) redraw();
   return ok;
 }
 

@@ -41,8 +41,12 @@ System::System() {
 }
 
 System::~System() {
-  writeConfig();
+  try {
+    writeConfig();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the host's message function threw, and there is nobody left to tell
+  }
   g_System = nullptr;
+  data.reset();
 }
 
 System* System::Instance() { return g_System; }
@@ -62,9 +66,18 @@ void System::init() {
 }
 
 void System::readConfig() {
-  if (data->config.read(HTextCodec::ToLocal8Bit(data->configFile)) == utils::Config::ReadResult::Invalid) {
-    sendMessage(tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile),
-                Warning);
+  switch (data->config.read(HTextCodec::ToLocal8Bit(data->configFile))) {
+    case utils::Config::ReadResult::Invalid:
+      sendMessage(
+          tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile),
+          Warning);
+      break;
+    case utils::Config::ReadResult::Unreadable:
+      sendMessage(tr("The configuration file %1 cannot be read; the default settings are used").arg(data->configFile),
+                  Warning);
+      break;
+    default:
+      break;
   }
 }
 
@@ -131,7 +144,8 @@ bool System::isProjectOpen() const { return !projectList.empty(); }
 bool System::isEmptyProject() const { return !projectList.empty(); }
 
 void System::sendMessage(QString const& text, MessType type) const {
-  if (sendMessageFunc) sendMessageFunc(text, type);
+  auto const function = sendMessageFunc;  // it may replace itself
+  if (function) function(text, type);
 }
 
 std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const { return sendMessageFunc; }

@@ -40,7 +40,6 @@ class KELVANE_EXPORT CommandMgr {
   explicit CommandMgr(User* user) : userdata(user) {}
   CommandMgr(CommandMgr const&) = delete;
   CommandMgr& operator=(CommandMgr const&) = delete;
-  virtual ~CommandMgr();
 
   /// Runs the command of that name. `out` takes the command's result, whether it succeeded or not.
   ///
@@ -81,6 +80,10 @@ class KELVANE_EXPORT CommandMgr {
   virtual void setErrorCode(unsigned int code) { errorCode = code; }
   virtual void setErrorMessage(std::string message) { errorMessage = std::move(message); }
 
+ public:
+  virtual ~CommandMgr();  // behind the operations, which keep the first slots of the virtual table
+
+ protected:
   static std::map<std::string, Functions>& CmdMap() {
     static std::map<std::string, Functions> map;
     return map;
@@ -108,6 +111,7 @@ class KELVANE_EXPORT CommandMgr {
   bool runCommand(char const* name, In const& in, In& out, std::function<bool()> cancel);
   static Owned create(char const* name);
   static bool runGuarded(Interface& command, In const& in, In& out, std::function<bool()> cancel);
+  static void takeBack(Interface& command);
   void keepForUndo(Interface* command);
   void clearRedo();
   void undoNewest();
@@ -154,7 +158,8 @@ bool CommandMgr<Base>::execute(char const* name, In const& in, In& out, std::fun
 
 template <typename Base>
 bool CommandMgr<Base>::runCommand(char const* name, In const& in, In& out, std::function<bool()> cancel) {
-  if (executeBeforeCall) executeBeforeCall(in);
+  // Copies of the hooks are called: a hook may replace itself.
+  if (ValueCall const before = executeBeforeCall) before(in);
   Owned command = create(name);
   command->setUserdata(userdata);
   if (!runGuarded(*command, in, out, std::move(cancel))) return false;
@@ -163,7 +168,7 @@ bool CommandMgr<Base>::runCommand(char const* name, In const& in, In& out, std::
   } else {
     command.reset();
   }
-  if (executeAfterCall) executeAfterCall(out);
+  if (ValueCall const after = executeAfterCall) after(out);
   return true;
 }
 
@@ -187,10 +192,19 @@ bool CommandMgr<Base>::runGuarded(Interface& command, In const& in, In& out, std
     command.setIsCancelFunction({});
     return ok;
   } catch (...) {
-    // What was done half is taken back where the command knows how.
     command.setIsCancelFunction({});
-    if (command.isUndoable()) command.undo();
+    takeBack(command);
     throw;
+  }
+}
+
+/// What was done half is undone where the command knows how. The failure of the command is what is told, and not one of
+/// its undo.
+template <typename Base>
+void CommandMgr<Base>::takeBack(Interface& command) {
+  try {
+    if (command.isUndoable()) command.undo();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): see above
   }
 }
 
@@ -236,20 +250,30 @@ void CommandMgr<Base>::redo(std::size_t count) {
   }
 }
 
-// The command leaves its place only when its own undo or redo has succeeded.
+// The command is out of its place while it runs, since it may call back; it goes back there when it fails.
 template <typename Base>
 void CommandMgr<Base>::undoNewest() {
   Interface* const command = undoQueue.back();
-  command->undo();
   undoQueue.pop_back();
+  try {
+    command->undo();
+  } catch (...) {
+    undoQueue.push_back(command);
+    throw;
+  }
   redoStack.push(command);
 }
 
 template <typename Base>
 void CommandMgr<Base>::redoNewest() {
   Interface* const command = redoStack.top();
-  command->redo();
   redoStack.pop();
+  try {
+    command->redo();
+  } catch (...) {
+    redoStack.push(command);
+    throw;
+  }
   undoQueue.push_back(command);
 }
 
@@ -266,8 +290,9 @@ void CommandMgr<Base>::handleFailure() {
   } catch (...) {
     setErrorCode(CmdErrorCode::unknown);
   }
-  if (!errorCallFunc) throw;
-  errorCallFunc(this);
+  ErrorCall const hook = errorCallFunc;
+  if (!hook) throw;
+  hook(this);
 }
 
 }  // namespace cmd

@@ -27,7 +27,10 @@ class KELVANE_EXPORT ICommand {
   virtual bool isUndoable() = 0;              ///< asked after a successful `execute`
   virtual char const* className() const = 0;  ///< the registered name
   virtual void getResult(In& out) = 0;        ///< hands the result value over
-  virtual bool isCancel() const { return isCancelFunction && isCancelFunction(); }
+  virtual bool isCancel() const {
+    std::function<bool()> const query = isCancelFunction;  // it may replace itself
+    return query && query();
+  }
   virtual void setUserdata(User* value) { userdata = value; }
 
   User* getUserdata() const { return userdata; }

@@ -6,14 +6,15 @@
 namespace mvz {
 namespace {
 
+// Neither is ever destroyed: a host may hold a manager in a global that outlives the statics of this library.
 std::recursive_mutex& managersMutex() {
-  static std::recursive_mutex instance;
-  return instance;
+  static auto* const instance = new std::recursive_mutex;
+  return *instance;
 }
 
 std::vector<ViewerManager*>& managers() {
-  static std::vector<ViewerManager*> instance;
-  return instance;
+  static auto* const instance = new std::vector<ViewerManager*>;
+  return *instance;
 }
 
 }  // namespace

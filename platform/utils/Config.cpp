@@ -4,44 +4,59 @@
 
 #include <json/reader.h>
 #include <json/writer.h>
-#include <QFile>
-#include <QFileInfo>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <sstream>
+#include <system_error>
 
 namespace utils {
 namespace {
 
-Config::ReadResult readTree(QString const& path, Json::Value& tree) {
-  if (path.isEmpty() || !QFileInfo::exists(path)) return Config::ReadResult::Missing;
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return Config::ReadResult::Invalid;
-  QByteArray const bytes = file.readAll();
+namespace fs = std::filesystem;
+
+Config::ReadResult parse(std::string const& bytes, Json::Value& tree) {
   Json::CharReaderBuilder builder;
   builder["failIfExtra"] = true;  // what follows the tree would be lost when the file is written
   std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
   std::string errors;
   try {
-    bool const good = reader->parse(bytes.constData(), bytes.constData() + bytes.size(), &tree, &errors);
+    bool const good = reader->parse(bytes.data(), bytes.data() + bytes.size(), &tree, &errors);
     return good ? Config::ReadResult::Good : Config::ReadResult::Invalid;
   } catch (Json::Exception const&) {  // nesting beyond the reader's limit
     return Config::ReadResult::Invalid;
   }
 }
 
-/// Moves a file aside under a name that is not in use; empty when that failed.
-QString moveAside(QString const& path) {
+/// @param path  as the operating system knows it: reading and writing must mean the same file.
+Config::ReadResult readTree(fs::path const& path, Json::Value& tree) {
+  std::error_code none;
+  auto const status = fs::status(path, none);
+  if (path.empty() || status.type() == fs::file_type::not_found) return Config::ReadResult::Missing;
+  std::ifstream file(path, std::ios::binary);
+  if (!fs::is_regular_file(status) || !file) return Config::ReadResult::Unreadable;
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return parse(bytes.str(), tree);
+}
+
+/// Moves a file aside; the number that its name was given, 0 when that failed.
+int moveAside(fs::path const& path) {
+  std::error_code error;
   for (int i = 1; i < 1000; ++i) {
-    QString const name = QStringLiteral("%1.invalid-%2").arg(path).arg(i);
-    if (!QFileInfo::exists(name)) return QFile::rename(path, name) ? name : QString();
+    fs::path const name = path.string() + ".invalid-" + std::to_string(i);
+    if (fs::exists(name, error)) continue;
+    fs::rename(path, name, error);
+    return error ? 0 : i;
   }
-  return {};
+  return 0;
 }
 
 }  // namespace
 
 Config::ReadResult Config::read(std::string const& path) {
   Json::Value fresh;
-  ReadResult const result = readTree(HTextCodec::FromLocal8Bit(path), fresh);
+  ReadResult const result = readTree(nativePath(path), fresh);
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
   readFrom = path;
@@ -53,14 +68,20 @@ Config::WriteResult Config::write(std::string const& localPath) const {
   QString const path = HTextCodec::FromLocal8Bit(localPath);
   if (path.isEmpty()) return result;
   Json::Value old;
-  ReadResult const state = readTree(path, old);
+  fs::path const native = nativePath(localPath);
+  ReadResult const state = readTree(native, old);
   if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
+  if (state == ReadResult::Unreadable) {
+    result.error = QStringLiteral("%1: it cannot be read").arg(path);
+    return result;
+  }
   if (state == ReadResult::Invalid) {
-    result.keptAs = moveAside(path);
-    if (result.keptAs.isEmpty()) {
+    int const number = moveAside(native);
+    if (number == 0) {
       result.error = QStringLiteral("%1: not valid JSON, and it cannot be renamed").arg(path);
       return result;
     }
+    result.keptAs = QStringLiteral("%1.invalid-%2").arg(path).arg(number);
   }
   createFolderOf(path);
   Json::StreamWriterBuilder builder;

@@ -12,9 +12,14 @@ namespace utils {
 /// A JSON tree that is read from and written to a file, with values found by dotted paths.
 class KELVANE_EXPORT Config {
  public:
-  enum class ReadResult { Missing, Good, Invalid };
+  enum class ReadResult {
+    Missing,
+    Good,
+    Invalid,     ///< no JSON, or more than JSON
+    Unreadable,  ///< no regular file, or no right to read it
+  };
 
-  /// Reads the file; a missing or invalid one leaves the tree as it was.
+  /// Reads the file; only a good one changes the tree.
   /// @param path  local 8-bit encoding; an empty one counts as missing.
   ReadResult read(std::string const& path);
 
@@ -25,8 +30,9 @@ class KELVANE_EXPORT Config {
 
   /// Writes the tree, creating the directory; the old file is replaced when the new one is complete.
   ///
-  /// A file that is not valid JSON is kept beside the new one under another name. An empty tree never replaces a file
-  /// that was not read before: settings of a user whose host did not ask for them are not thrown away.
+  /// A file that is not valid JSON is kept beside the new one under another name, one that cannot be read stays. An
+  /// empty tree never replaces a file that was not read before: settings of a user whose host did not ask for them are
+  /// not thrown away.
   /// @param path  local 8-bit encoding; nothing happens for an empty one.
   WriteResult write(std::string const& path) const;
 

@@ -1,7 +1,9 @@
 // The command engine with commands and a user object of the test's own: it knows nothing of surveying.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <functional>
 #include <stdexcept>
+#include <utility>
 
 #include "commands/cmd/CommandMgr.h"
 
@@ -13,6 +15,7 @@ using testing::ElementsAre;
 struct Desk {
   std::string notes;  ///< each ends in |
   std::string stubborn;
+  std::function<void()> callBack;  ///< called once by the next undo or redo
 };
 using Interface = cmd::ICommand<std::string, Desk>;
 using Engine = cmd::CommandMgr<Interface>;
@@ -38,6 +41,7 @@ struct Step : Interface {
   void obey(char const* action) {
     if (getUserdata()->stubborn == word) throw std::runtime_error("stubborn");
     getUserdata()->notes += std::string(action) + " " + word + "|";
+    if (*action != 'd' && getUserdata()->callBack) std::exchange(getUserdata()->callBack, nullptr)();
   }
   static Interface* Create() { return new Step; }
   std::string word;
@@ -105,6 +109,31 @@ TEST_F(CommandEngine, KeepsAStubbornCommandWhereItIs) {
   desk.stubborn = "c";
   EXPECT_THROW(engine->redo(3), std::runtime_error);
   EXPECT_THAT(lengths(), ElementsAre(2, 1));
+}
+
+TEST_F(CommandEngine, LetsACommandCallBackWhileItIsUndoneOrRedone) {
+  // The sanitizers see a command that is deleted twice, or while it runs.
+  runSteps({"a"});
+  desk.callBack = [this] { run("Step", "inner"); };
+  engine->undo(1);
+  EXPECT_THAT(lengths(), ElementsAre(1, 1)) << "inner is done, a undone";
+  desk.callBack = [this] { run("Step", "second"); };
+  engine->redo(1);
+  EXPECT_THAT(lengths(), ElementsAre(3, 0));
+}
+
+TEST_F(CommandEngine, TellsTheFailureOfACommandAndNotThatOfItsUndo) {
+  desk.callBack = [] { throw std::logic_error("undo"); };
+  EXPECT_THROW(run("Step", "number"), int);
+}
+
+TEST_F(CommandEngine, LetsAHookReplaceItself) {
+  std::string const captured(40, 'x');  // lies in the function that goes away
+  engine->setErrorCallFunc([captured](Engine* teller) {
+    teller->setErrorCallFunc(nullptr);
+    EXPECT_EQ(captured.size(), 40U);
+  });
+  EXPECT_FALSE(run("Unknown", ""));
 }
 
 TEST_F(CommandEngine, NotesAFailureAndPassesItOnWhenNoHookTakesIt) {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <utils/Config.h>
 #include <utils/FileText.h>
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTextCodec>
 
@@ -55,6 +57,25 @@ TEST_F(ConfigFile, AnEmptyTreeReplacesOnlyWhatWasRead) {
   config.write(path("other.json"));
   config.read(path("other.json"));
   EXPECT_EQ(config.value("a"), Json::Value()) << "the host emptied the settings it had read";
+}
+
+TEST_F(ConfigFile, ADirectoryInItsPlaceStays) {
+  config.root()["a"] = 1;
+  QDir(directory.path()).mkdir("taken.json");
+  EXPECT_EQ(config.read(path("taken.json")), Config::ReadResult::Unreadable);
+  EXPECT_THAT(config.write(path("taken.json")).error.toStdString(), testing::HasSubstr("cannot be read"));
+  EXPECT_TRUE(QFileInfo(directory.filePath("taken.json")).isDir());
+}
+
+TEST_F(ConfigFile, IsTheSameFileToReadAndToWriteWhateverTheCodec) {
+  write("\u6D4B.json", R"({"a": 1})");
+  QTextCodec* const former = QTextCodec::codecForLocale();
+  QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+  std::string const local = directory.filePath("\u6D4B.json").toLocal8Bit().toStdString();
+  EXPECT_TRUE(Config().write(local).error.isEmpty());
+  EXPECT_EQ(config.read(local), Config::ReadResult::Good) << "an empty tree did not replace it";
+  EXPECT_EQ(config.value("a"), 1);
+  QTextCodec::setCodecForLocale(former);
 }
 
 TEST(NativePath, IsInTheCharsetOfFileNames) {
