@@ -131,6 +131,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   // Input.
   static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control);
   void sizeArrays();
+  void forgetResults();
   void numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations);
   void readDirections(std::vector<StationInfo> const& stations);
   void readDistances(std::vector<LineInfo> const& distances);

@@ -113,6 +113,7 @@ void TraverseAdjust::sizeArrays() {
   controlDistances.clear();
   directionOf.clear();
   distanceOf.clear();
+  forgetResults();
   stationPoint.assign(index(stationsCount), -1);
   directionStart.assign(index(stationsCount) + 1, -1);
   directionTarget.assign(index(directionsCount), -1);
@@ -126,6 +127,16 @@ void TraverseAdjust::sizeArrays() {
   X0Y0.assign(2 * index(pointsCount), 0.0);
   normalVector.assign(unknowns, 0.0);
   dX.assign(unknowns, 0.0);
+}
+
+void TraverseAdjust::forgetResults() {
+  hasRedundancy = true;
+  iterations = 0;
+  errorEllipses = ErrorEllipseManage();
+  directionResults.clear();
+  lineErrorInfos.clear();
+  directionLineErrors.clear();
+  for (std::vector<double>* list : {&mx, &my, &mp, &lineErrors}) list->clear();
 }
 
 // Known points first: they hold the numbers 0 to knPointsCount - 1, on which the iteration relies.

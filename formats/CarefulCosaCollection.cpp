@@ -107,6 +107,10 @@ void CarefulCosaCollection::checkTaken(int number, std::string const& line, std:
     checkAngle(number, fields[2], networkDataList.back());
     return;
   }
+  if (isDistance && networkDataList.back().horizontal_distance == 0.0) {
+    warn(System::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)));
+    return;
+  }
   auto const firstNumber = fields.begin() + (number == 1 ? 0 : isDistance ? 2 : 1);
   if (std::all_of(firstNumber, fields.end(), CommonFunction::judgeStringToDigital)) return;
   warn(System::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)));
@@ -127,6 +131,8 @@ void CarefulCosaCollection::joinRepeats() {
   std::unordered_map<std::string, std::size_t> placeOf;
   std::vector<NetworkDataInfo> joined;
   for (NetworkDataInfo& line : networkDataList) {
+    bool const holdsNothing = !line.horizontalAngleFlag && line.horizontal_distance == 0.0;
+    if (holdsNothing) continue;  // has been told
     auto const [entry, isNew] = placeOf.try_emplace(line.start_name + ',' + line.end_name, joined.size());
     if (isNew) {
       joined.push_back(std::move(line));
@@ -154,6 +160,9 @@ void CarefulCosaCollection::requireReadable() const {
     requireName(line.start_name);
     requireName(line.end_name);
     requireNumber(line.start_name, line.horizontal_angle + line.horizontal_distance);
+    if (line.horizontal_distance >= 0.0) continue;
+    QString const text = System::tr("The distance from %1 to %2 is negative");
+    throw DataException(text.arg(quoted(line.start_name), quoted(line.end_name)).toStdString());
   }
 }
 

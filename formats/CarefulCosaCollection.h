@@ -19,6 +19,7 @@ namespace kvn {
 /// - A `Warning` names every line that is passed over, every number with something behind it, every text that is no
 /// angle,
 ///   minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
+/// - A line without an observation, its text being no angle or its distance 0, is no line.
 /// - A failure names its line.
 ///
 /// Written is no direction where none was observed, and nothing that could not be read back.
@@ -30,7 +31,7 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// @throws DataException with the number of the line for all that `CosaCollection::read` throws.
   void read(std::istream& stream) override;
   /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
-  ///         none at all, and for a number that is not finite.
+  ///         none at all, for a number that is not finite, and for a negative distance.
   void write(std::ostream& stream) override;
 
  private:

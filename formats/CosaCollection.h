@@ -72,9 +72,8 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
   /// kind are passed over. `CarefulCosaCollection` tells what this one takes in silence.
   ///
   /// @throws DataException "The Format of Data is wrong" when line 1 has not three fields.
-  /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a head,
-  /// a
-  ///         coordinate or a distance that is no number. The lists hold what was read up to the failure.
+  /// @throws std::invalid_argument "invalid stod argument", std::out_of_range "stod argument out of range" for a number
+  ///         that is none in the head, a coordinate or a distance. The lists hold what was read up to the failure.
   void read(std::istream& stream) override;
   /// Writes head, known points, and a block for each run of lines from one station. Angles have two decimals of a
   /// second, lengths four of a metre.

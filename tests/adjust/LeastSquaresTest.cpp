@@ -283,7 +283,7 @@ TEST(LeastSquares, RefusesCountsThatAreNotThoseOfTheLists) {
 TEST(LeastSquares, StartsAnewWithANewInput) {
   std::mt19937 random(8);
   TraverseAdjust reused;
-  reused.readAlgorithmData(loaded(test::makeNetwork({}, random).network));
+  reused.Adjust(loaded(test::makeNetwork({}, random).network));
   AlgorithmData const data = loaded(triangle());
   reused.Adjust(data);
   TraverseAdjust fresh;
@@ -292,6 +292,8 @@ TEST(LeastSquares, StartsAnewWithANewInput) {
   EXPECT_EQ(reused.getPoints()[2].name, "P");
   EXPECT_EQ(reused.getPoints()[2].x, fresh.getPoints()[2].x);
   EXPECT_EQ(reused.getPointX0Y0()[2].x, fresh.getPointX0Y0()[2].x);
+  EXPECT_EQ(reused.getPointErrorInfo()[2].mx, fresh.getPointErrorInfo()[2].mx);
+  EXPECT_EQ(reused.getLineErrorInfo().size(), fresh.getLineErrorInfo().size());
 }
 
 TEST(LeastSquares, AsksForCancelOnceAnIteration) {

@@ -43,6 +43,7 @@ TEST(CarefulCosaReader, TellsWhatThePlainOneTakesInSilence) {
       {"P,S,1.2.3\n", "P,S,1.2000\n", "Line 3 has something behind a number: P,S,1.2.3"},
       {"K,1.5,-2x\n", "", "Line 3 has something behind a number: K,1.5,-2x"},
       {"P,L,1.2.3\n", "", "Line 3: the direction from A to P is no angle: 1.2.3"},
+      {"P,S,0\n", "", "Line 3 is passed over: P,S,0"},
       {"P,L,45.0075\n", "P,L,45.011500\n", "Line 3: minutes or seconds of 60 and above in 45.0075"},
       {"P,L,45.6\n", "P,L,46.000000\n", "Line 3: minutes or seconds of 60 and above in 45.6"},
   };
@@ -103,6 +104,7 @@ TEST(CarefulCosaWriter, RefusesWhatWouldNotReadBack) {
   }
   double const infinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(refusal([=](auto& line) { line.horizontal_angle = infinity; }), "A number of A is not finite");
+  EXPECT_EQ(refusal([](auto& line) { line.horizontal_distance = -7.0; }), "The distance from A to P is negative");
 }
 
 }  // namespace
