@@ -36,10 +36,10 @@ void mergeRepeatedLines(benchmark::State& state) {
 }
 BENCHMARK(mergeRepeatedLines)->RangeMultiplier(4)->Range(1024, 65536)->Complexity()->Unit(benchmark::kMillisecond);
 
-/// The walk with distances. The normal matrix is sized with the arrays, so that the size stays where memory allows it.
-void approximateWithDistances(benchmark::State& state) {
+/// The walk of a network alone; no matrix is made.
+void approximate(benchmark::State& state, kvn::Network const& network) {
   kvn::AlgorithmData data;
-  data.readNetworkData(bench::grid(sideOf(state), true));
+  data.readNetworkData(network);
   kvn::TraverseAdjust read;
   read.readAlgorithmData(data);
   for (auto _ : state) {
@@ -48,6 +48,8 @@ void approximateWithDistances(benchmark::State& state) {
   }
   state.SetComplexityN(state.range(0));
 }
+
+void approximateWithDistances(benchmark::State& state) { approximate(state, bench::grid(sideOf(state), true)); }
 BENCHMARK(approximateWithDistances)
     ->RangeMultiplier(4)
     ->Range(1024, 65536)
@@ -73,15 +75,7 @@ void approximateWithAnglesOnly(benchmark::State& state) {
       network.lines.push_back(line);
     }
   }
-  kvn::AlgorithmData data;
-  data.readNetworkData(network);
-  kvn::TraverseAdjust read;
-  read.readAlgorithmData(data);
-  for (auto _ : state) {
-    read.calculateApproximate();
-    benchmark::DoNotOptimize(read);
-  }
-  state.SetComplexityN(state.range(0));
+  approximate(state, network);
 }
 BENCHMARK(approximateWithAnglesOnly)
     ->RangeMultiplier(4)

@@ -60,14 +60,6 @@ TEST(AlgorithmAdjust, DoesNothingForAnUnknownMethodAndRefusesWithoutANetwork) {
             "All Station Point is known");
 }
 
-TEST(AlgorithmAdjust, TakesOneNetworkInItsLife) {
-  kvn::Network const network = noisyNetwork().network;
-  AlgorithmAdjust driver;
-  driver.setNetworkData(network);
-  EXPECT_EQ(test::failureOf<kvn::AlgorithmException>([&] { driver.setNetworkData(network); }),
-            "Know point name repeat");
-}
-
 TEST(AlgorithmAdjust, KeepsItsListsWhenARunFails) {
   AlgorithmAdjust driver = adjustedDriver();
   double const before = driver.getPointList().back().x;

@@ -1,5 +1,6 @@
 // Approximate coordinates against the plain sweeps over all stations.
 #include "adjust/Networks.h"
+#include "adjust/detail/MergeLines.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
@@ -94,14 +95,7 @@ class PlainWalk {
         if (known.count(line.start_name) == 0 || known.count(line.end_name) == 0) distances.push_back(line);
       }
     }
-    for (std::size_t i = 0; i < distances.size(); ++i) {
-      for (std::size_t j = i + 1; j < distances.size(); ++j) {
-        if (!same(distances[i], distances[j].start_name, distances[j].end_name)) continue;
-        distances[i].value += distances[j].value;
-        distances[i].count += 1;
-        distances.erase(distances.begin() + static_cast<std::ptrdiff_t>(j));
-      }
-    }
+    kvn::detail::mergeRepeatedLines(distances);  // held to the plain loops by its own test
     for (auto& line : distances) line.value /= line.count;
   }
 
@@ -247,39 +241,6 @@ kvn::Network traverse(int legs) {
   }
   std::reverse(network.lines.begin(), network.lines.end());
   return network;
-}
-
-TEST(ApproximateCoordinates, RefuseWhatCannotBeReached) {
-  struct Case {
-    char const* what;
-    std::vector<kvn::NetworkDataInfo> more;
-    AlgorithmException::ErrorType type;
-  };
-  using test::line;
-  Case const cases[] = {
-      {"a target seen once, without a distance",
-       {line("P1", "K1", 0.0, 100.0), line("P1", "X", 1.0, 0.0)},
-       AlgorithmException::KnownPointNotEnough},
-      {"a second network of its own",
-       {line("Y", "Z", 0.0, 50.0), line("Z", "Y", 0.0, 50.0)},
-       AlgorithmException::KnownPointNotEnough},
-  };
-  for (Case const& c : cases) {
-    SCOPED_TRACE(c.what);
-    kvn::Network network = traverse(1);
-    network.lines.insert(network.lines.end(), c.more.begin(), c.more.end());
-    AlgorithmData data;
-    data.readNetworkData(network);
-    TraverseAdjust adjustment;
-    adjustment.readAlgorithmData(data);
-    try {
-      adjustment.calculateApproximate();
-      ADD_FAILURE() << "was solved";
-    } catch (AlgorithmException const& failure) {
-      EXPECT_EQ(failure.errorType, c.type);
-      EXPECT_EQ(failure.name, "No enough data");
-    }
-  }
 }
 
 TEST(ApproximateCoordinates, DoNotTakeAPointBeyondAllCoordinatesForAPlacedOne) {

@@ -103,9 +103,4 @@ TEST_F(CosaProject, SaysSoWhenAFileCannotBeWrittenAndLeavesTheOldOne) {
   EXPECT_TRUE(QFileInfo(folder.filePath("taken.in2")).isDir());
 }
 
-TEST_F(CosaProject, ReadsAPathWithAChineseName) {
-  project->read(file(QString::fromUtf8("\xE5\xB7\xA5\xE7\xA8\x8B.in2"), kNetwork));
-  EXPECT_EQ(project->getNetwork().lines.size(), 2U);
-}
-
 }  // namespace

@@ -16,6 +16,15 @@ Json::Value json(std::string const& document) {
   return value;
 }
 
+std::string algorithmFailureOf(std::function<void()> const& call) {
+  try {
+    call();
+  } catch (kvn::AlgorithmException const& failure) {
+    return std::string(failure.what()) + "|" + failure.name + "|" + std::to_string(failure.index);
+  }
+  return "no failure";
+}
+
 QString samplePath(QString const& name) { return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name; }
 
 std::string fileBytes(QString const& path) {

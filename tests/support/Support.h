@@ -35,6 +35,9 @@ std::string failureOf(std::function<void()> const& call) {
 /// Value of a JSON document.
 Json::Value json(std::string const& document);
 
+/// The AlgorithmException that the call throws, as "text|name|index"; "no failure" when it throws none.
+std::string algorithmFailureOf(std::function<void()> const& call);
+
 /// Path of a file of the samples folder.
 QString samplePath(QString const& name);
 
