@@ -33,6 +33,7 @@
 #include "records/StationMap.h"
 #include "records/TraverseDataInfo.h"
 #include "records/TraversePointType.h"
+#include "records/VRDStations.h"
 
 #include <mvz/ProjectMapScene.h>
 #include <mvz/ViewerManager.h>
