@@ -22,6 +22,7 @@
 #include "formats/CarefulCosaCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/INetworkDataCollection.h"
+#include "map/MapShowData.h"
 #include "records/AttributeType.h"
 #include "records/CalculationRecords.h"
 #include "records/CoordinatePointInfo.h"
@@ -34,6 +35,13 @@
 #include "records/TraverseDataInfo.h"
 #include "records/TraversePointType.h"
 #include "records/VRDStations.h"
+#include "reduction/CheckData.h"
+#include "reduction/CircleTurning.h"
+#include "reduction/DataManager.h"
+#include "reduction/ErrorInfo.h"
+#include "reduction/FieldReduction.h"
+#include "reduction/NetworkDataCollection.h"
+#include "reduction/TraverseDataManage.h"
 
 #include <mvz/ProjectMapScene.h>
 #include <mvz/ViewerManager.h>
