@@ -20,9 +20,17 @@
 #include "core/Project.h"
 #include "core/System.h"
 #include "formats/CarefulCosaCollection.h"
+#include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
+#include "formats/CosaFileData.h"
+#include "formats/DatFileData.h"
+#include "formats/FileData.h"
+#include "formats/ICoordinateDataCollection.h"
 #include "formats/INetworkDataCollection.h"
 #include "map/MapShowData.h"
+#include "formats/ITraverseDataCollcetion.h"
+#include "formats/LQFTraverseDataCollection.h"
+#include "formats/VRDTraverseDataCollcetion.h"
 #include "records/AttributeType.h"
 #include "records/CalculationRecords.h"
 #include "records/CoordinatePointInfo.h"
@@ -47,7 +55,9 @@
 #include <mvz/ViewerManager.h>
 #include <utils/Degree.h>
 #include <utils/FileText.h>
+#include <utils/Formater.h>
 #include <utils/HTextCodec.h>
+#include <utils/HTextStream.h>
 #include <utils/IProcessCancel.h>
 #include <utils/Number.h>
 #include <utils/QLogicError.h>
