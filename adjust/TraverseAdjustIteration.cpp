@@ -1,5 +1,6 @@
 // The iteration: error equations, normal equations, corrections, residuals.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/CalculationFailure.h"
 #include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <utility>
 
 namespace kvn {
@@ -30,16 +30,6 @@ constexpr double kNoCofactor = 1e-8;
 using detail::index;
 
 [[noreturn]] void failCalculation() { throw AlgorithmException(AlgorithmException::DataError, "Calculate failed"); }
-
-/// A failure of the calculation as a whole, with its text only.
-class CalculationFailure : public std::exception {
- public:
-  explicit CalculationFailure(QString const& message) : text(message.toStdString()) {}
-  char const* what() const noexcept override { return text.c_str(); }
-
- private:
-  std::string text;
-};
 
 }  // namespace
 
@@ -68,7 +58,7 @@ void TraverseAdjust::iterate() {
     calculateBTPB();
     holdKnownPoints();
     limit = calculateDx();
-    if (++iterations == kIterationLimit) throw CalculationFailure(System::tr("total station data is error"));
+    if (++iterations == kIterationLimit) throw detail::CalculationFailure(System::tr("total station data is error"));
   }
 }
 

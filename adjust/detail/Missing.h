@@ -10,6 +10,9 @@ constexpr double kMissing = 1e30;
 /// A value above this is missing.
 constexpr double kMissingFrom = 1e29;
 
+/// False for a missing value of either sign, and for what is not a number at all.
+constexpr bool isPresent(double value) { return value < kMissingFrom && value > -kMissingFrom; }
+
 /// An int as an index.
 constexpr std::size_t index(int i) { return static_cast<std::size_t>(i); }
 

@@ -1,0 +1,205 @@
+#include "adjust/ElevationRows.h"
+
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/PairIndex.h"
+#include "records/NewId.h"
+
+#include <cmath>
+#include <deque>
+#include <optional>
+#include <unordered_map>
+
+namespace kvn {
+namespace {
+
+using detail::isPresent;
+
+double const kPi = std::acos(-1.0);
+// How far a reading may lie outside the circle, or an elevation beyond the zenith: rounding of texts, radians.
+constexpr double kRounding = 1e-6;
+// The reduction takes a shorter horizontal distance for none; metres.
+constexpr double kNoDistance = 1e-6;
+
+/// A sight with the place where it was taken from.
+struct Sight {
+  std::size_t row;
+  std::string station;
+  std::size_t line;             // station name and target name
+  std::size_t occupied;         // one occupation of the station and target name
+  double occupationInstrument;  // metres
+};
+
+bool hasAngle(TraverseDataInfo const& row) { return row.angleMark != 0.0 && isPresent(row.vertical_angle); }
+
+bool hasDistance(TraverseDataInfo const& row) {
+  return row.isSlantDistanceHave && row.slant_distance > 0.0 && isPresent(row.slant_distance);
+}
+
+bool isOnCircle(double reading) { return reading >= -kRounding && reading <= 2 * kPi + kRounding; }
+
+std::optional<double> elevationOf(TraverseDataInfo const& row) {
+  if (!hasAngle(row)) return std::nullopt;
+  double elevation = row.vertical_angle;
+  if (row.verticalAngleType == FullCircleZenith) {
+    if (!isOnCircle(elevation)) return std::nullopt;
+    elevation = elevation < kPi ? kPi / 2 - elevation : elevation - 3 * kPi / 2;
+  } else if (row.verticalAngleType == ZenithAngle) {
+    elevation = kPi / 2 - elevation;
+  }
+  if (std::abs(elevation) > kPi / 2 + kRounding) return std::nullopt;
+  return elevation;
+}
+
+/// What the sights belong to.
+class FieldBook {
+ public:
+  explicit FieldBook(std::vector<TraverseDataInfo> const& rows) {
+    std::string station;
+    double instrument = 0.0;
+    std::size_t occupation = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      TraverseDataInfo const& row = rows[i];
+      if (row.pointType == TraversePointType::StationPoint) {
+        station = row.name;
+        instrument = row.instrument;
+        ++occupation;
+        firstInstrument.try_emplace(station, instrument);
+      } else if (row.pointType == TraversePointType::PrismPoint) {
+        if (occupation == 0) {
+          strays.push_back(i);
+          continue;
+        }
+        sights.push_back({i, station, lines.numberOf(station, row.name),
+                          occupations.numberOf(std::to_string(occupation), row.name), instrument});
+      }
+    }
+  }
+
+  std::vector<Sight> sights;
+  std::vector<std::size_t> strays;  // sights before the first station row
+  detail::PairIndex lines;
+  detail::PairIndex occupations;
+  std::unordered_map<std::string, double> firstInstrument;  // of each station name, metres
+};
+
+class Conversion {
+ public:
+  explicit Conversion(std::vector<TraverseDataInfo> const& list)
+      : rows(list),
+        book(list),
+        distances(book.occupations.size()),
+        targetHeights(book.lines.size()),
+        sightsOfLine(book.lines.size(), 0),
+        kept(list.size(), false),
+        isSingle(list.size(), false) {}
+
+  ElevationRows run() {
+    collectDistances();
+    for (std::size_t const row : book.strays) leaveOut(row, {}, LeftOutSight::NoStation);
+    for (Sight const& sight : book.sights) convert(sight);
+    for (Sight const& sight : book.sights) isSingle[sight.row] = sightsOfLine[sight.line] == 1;
+    return {keptRows(), std::move(leftOut)};
+  }
+
+ private:
+  struct Mean {
+    double sum = 0.0;
+    int count = 0;
+  };
+
+  void collectDistances() {
+    for (Sight const& sight : book.sights) {
+      if (!hasDistance(rows[sight.row])) continue;
+      distances[sight.occupied].sum += rows[sight.row].slant_distance;
+      ++distances[sight.occupied].count;
+    }
+  }
+
+  void leaveOut(std::size_t row, std::string const& station, LeftOutSight::Reason reason) {
+    leftOut.push_back({station, rows[row].name, row, reason});
+  }
+
+  void convert(Sight const& sight) {
+    TraverseDataInfo& row = rows[sight.row];
+    std::optional<double> const elevation = elevationOf(row);
+    Mean const& others = distances[sight.occupied];
+    if (row.name == sight.station) return leaveOut(sight.row, sight.station, LeftOutSight::SightsItself);
+    if (!elevation) return leaveOut(sight.row, sight.station, LeftOutSight::NoAngle);
+    if (others.count == 0) return leaveOut(sight.row, sight.station, LeftOutSight::NoDistance);
+    if (!hasDistance(row)) row.slant_distance = others.sum / others.count;
+    row.isSlantDistanceHave = true;
+    row.vertical_angle = *elevation;
+    row.verticalAngleType = ElevationAngle;
+    row.horizontal_distance = row.slant_distance * std::cos(*elevation);
+    if (row.horizontal_distance < kNoDistance) {
+      return leaveOut(sight.row, sight.station, LeftOutSight::AlongVertical);
+    }
+    kept[sight.row] = true;
+    ++sightsOfLine[sight.line];
+    takeHeightsOfFirst(sight);
+  }
+
+  /// The same height difference, as with the first instrument height of the station and the first target height of the
+  /// line.
+  void takeHeightsOfFirst(Sight const& sight) {
+    TraverseDataInfo& row = rows[sight.row];
+    std::optional<double>& targetHeight = targetHeights[sight.line];
+    if (!targetHeight) targetHeight = row.instrument;
+    double const offset =
+        (sight.occupationInstrument - row.instrument) - (book.firstInstrument.at(sight.station) - *targetHeight);
+    row.instrument = *targetHeight;
+    if (offset == 0.0) return;
+    row.vertical_angle = std::atan(std::tan(row.vertical_angle) + offset / row.horizontal_distance);
+    row.slant_distance = row.horizontal_distance / std::cos(row.vertical_angle);
+  }
+
+  std::vector<TraverseDataInfo> keptRows() {
+    std::vector<TraverseDataInfo> result;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      bool const isStation = rows[i].pointType == TraversePointType::StationPoint;
+      if (rows[i].pointType == TraversePointType::PrismPoint && !kept[i]) continue;
+      if (isStation) rows[i].instrument = book.firstInstrument.at(rows[i].name);
+      result.push_back(rows[i]);
+      if (!isSingle[i] || !kept[i]) continue;
+      result.push_back(rows[i]);
+      result.back().id = newId();
+    }
+    return result;
+  }
+
+  std::vector<TraverseDataInfo> rows;
+  FieldBook book;
+  std::vector<Mean> distances;                       // of each occupation and target
+  std::vector<std::optional<double>> targetHeights;  // of each line, metres
+  std::vector<int> sightsOfLine;                     // kept ones
+  std::vector<bool> kept;                            // of each row
+  std::vector<bool> isSingle;                        // of each row, whether it is alone on its line
+  std::vector<LeftOutSight> leftOut;
+};
+
+}  // namespace
+
+ElevationRows elevationRows(std::vector<TraverseDataInfo> const& rows) { return Conversion(rows).run(); }
+
+std::vector<VerticalIndexError> verticalIndexErrors(std::vector<TraverseDataInfo> const& rows) {
+  struct Waiting {
+    std::deque<std::size_t> first, second;  // rows of each face without a partner yet
+  };
+  FieldBook const book(rows);
+  std::vector<Waiting> waiting(book.occupations.size());
+  std::vector<VerticalIndexError> errors;
+  for (Sight const& sight : book.sights) {
+    TraverseDataInfo const& row = rows[sight.row];
+    if (row.verticalAngleType != FullCircleZenith || !elevationOf(row)) continue;
+    auto& [first, second] = waiting[sight.occupied];
+    (row.vertical_angle < kPi ? first : second).push_back(sight.row);
+    if (first.empty() || second.empty()) continue;
+    double const sum = rows[first.front()].vertical_angle + rows[second.front()].vertical_angle;
+    errors.push_back({sight.station, row.name, first.front(), second.front(), (sum - 2 * kPi) / 2});
+    first.pop_front();
+    second.pop_front();
+  }
+  return errors;
+}
+
+}  // namespace kvn

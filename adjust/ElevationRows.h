@@ -1,0 +1,63 @@
+// Vertical readings of a field book as elevations, ready for the height reduction.
+#pragma once
+
+#include "records/TraverseDataInfo.h"
+
+#include <utils/Export.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// A sight that gives no height difference.
+struct LeftOutSight {
+  enum Reason {
+    NoStation,      ///< no station row stands before it
+    SightsItself,   ///< the target is the station
+    NoAngle,        ///< no vertical reading, or one outside the circle
+    NoDistance,     ///< neither the sight nor another one of the same occupation to the same target has a distance
+    AlongVertical,  ///< straight up or down, as a sight whose vertical reading was left at 0
+  };
+  std::string station;
+  std::string target;
+  std::size_t row;  ///< place in the list of rows
+  Reason reason;
+};
+
+struct ElevationRows {
+  std::vector<TraverseDataInfo> rows;
+  std::vector<LeftOutSight> leftOut;  ///< in row order
+};
+
+/// A copy of the rows that the height reduction, made for `ElevationAngle`, turns into right heights.
+///
+/// The vertical reading V of each sight becomes the elevation π/2 - V on the first face (V below π) and V - 3π/2 on the
+/// second; by the row's own type, so that a row of `ZenithAngle` is read as on the first face and one of
+/// `ElevationAngle` stays. What the reduction cannot take is brought into a form that it can:
+///
+///   - a target seen once is seen twice, by a row of its own behind it with the same values;
+///   - a sight without a distance takes the mean slant distance of the other sights to the target from the same
+///     occupation of the station; without any, it is left out;
+///   - the reduction knows one height of the instrument for a station name, that of its first station row, and one of
+///     the target for a line, that of its first sight: further occupations and sights are turned into what would have
+///     been observed with these heights, over the same horizontal distance.
+///
+/// Rows of other kinds are copied. Angles in radians, lengths in metres.
+KELVANE_EXPORT ElevationRows elevationRows(std::vector<TraverseDataInfo> const& rows);
+
+/// The index error of the vertical circle from one sight on both faces.
+struct VerticalIndexError {
+  std::string station;
+  std::string target;
+  std::size_t firstFaceRow;   ///< place in the list of rows
+  std::size_t secondFaceRow;  ///< the same
+  double indexError;          ///< (V1 + V2 - 2π) / 2, radians
+};
+
+/// One for each pair of faces: the first sight on each face from one occupation to one target, the second ones, and so
+/// on, in the order in which pairs become complete. Rows of `FullCircleZenith` alone have an index error that shows.
+KELVANE_EXPORT std::vector<VerticalIndexError> verticalIndexErrors(std::vector<TraverseDataInfo> const& rows);
+
+}  // namespace kvn

@@ -1,0 +1,97 @@
+// TriangleHeightAdjust: least-squares adjustment of trigonometric heights.
+#pragma once
+
+#include "adjust/NameIndex.h"
+#include "adjust/TriangleHeightDataConvert.h"
+#include "adjust/TriangleHeightRecords.h"
+#include "records/CoordinatePointInfo.h"
+
+#include <utils/Export.h>
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// One linear solve. Unknowns are the heights of all points; minimised is the sum of the squared residuals of the
+/// height differences, each weighted by 1 / length in metres, so that a line of 1 m has the weight 1 and the unit
+/// weight error is the standard error of such a line. Known points are unknowns too and are held by a weight of 1e30;
+/// they have the numbers 0 to knPointsCount - 1. The system is singular when lines do not connect a point to a known
+/// one.
+///
+/// One object serves many runs: `clearCalData`, `setTriangleHeightDataConvert`, `heightLSAdjust`. Points keep their
+/// numbers from run to run while the names and what is known about them stay the same; otherwise numbers start anew.
+class KELVANE_EXPORT TriangleHeightAdjust {
+ public:
+  TriangleHeightAdjust();
+  TriangleHeightAdjust(TriangleHeightAdjust const&);
+  TriangleHeightAdjust& operator=(TriangleHeightAdjust const&);
+  ~TriangleHeightAdjust();
+
+  /// Drops heights and equations; names, observations and the list of adjusted heights stay.
+  void clearCalData();
+  void setTriangleHeightDataConvert(TriangleHeightDataConvert const& convert);
+
+  /// The solve. After a failure no height is left for `convertCoordZ`.
+  ///
+  /// @throws std::exception "Calculate Height Failed, The Height Of Data Is Error" when lines do not connect a point to
+  ///         a known one; when a height, known or approximate, is -9999.0 or below, 1e29 or above, or not finite; for a
+  ///         height difference that is missing or not finite; for a singular system.
+  void heightLSAdjust();
+
+  /// Adjusted heights in number order, known points too. Each run appends its points to those of the runs before it.
+  std::vector<TriangleHeightPointInfo> getTriangleHeightPointInfo() const;
+  /// The approximate heights of the last run in number order.
+  std::vector<TriangleHeightPointInfo> getTriangleHeightPointInfoH0() const;
+  /// Writes the heights of the last run into the points of the same name; the others stay as they are.
+  void convertCoordZ(std::vector<CoordinatePointInfo>& points) const;
+
+  /// Adjusted less observed height difference of each line of the last run, metres, in the order of the lines.
+  std::vector<double> const& getResiduals() const { return V; }
+  /// Unit weight error of the last run, metres for a line of 1 m; NaN without redundancy.
+  double getUnitError() const { return unitError; }
+  /// Lines and known points less points; 0 when nothing is redundant, and then there are no errors.
+  int getRedundancy() const { return linesCount + knPointsCount - pointsCount; }
+
+ protected:
+  void calculateH0();  ///< by walks along the lines, in list order, again and again
+  void calculateATPA();
+  void calculatedX();
+  double calculateV();  ///< returns the weighted sum of the squared residuals
+  void calculateHeightError();
+  int getStationNumber(std::string const& name);  ///< a new name gets the next number
+  /// As `Matrix::inverse`, but false at a pivot p that is too small to change 1.0.
+  bool inverse(std::vector<double>& packed, int n) const;
+  static std::size_t ij(int i, int j);
+
+ private:
+  class HeightWalk;
+
+  static NameIndex namesOf(TriangleHeightDataConvert const& convert);
+  bool keepsNumbers(NameIndex const& names) const;
+  void sizeArrays();
+  void requireUsableInput();
+  void holdKnownPoints();
+  [[noreturn]] void fail();
+
+  int linesCount = 0;
+  int pointsCount = 0;
+  int knPointsCount = 0;
+  std::vector<int> lineStart;
+  std::vector<int> lineEnd;
+  NameIndex pointNames;
+  std::vector<double> lineHeight;    // metres
+  std::vector<double> H0;            // metres
+  std::vector<double> H;             // metres
+  std::vector<double> P;             // 1 / metres
+  std::vector<double> normalMatrix;  // packed; after the solve its inverse Q
+  std::vector<double> normalVector;
+  std::vector<double> dX;  // metres
+  std::vector<double> V;   // metres
+  double unitError = std::numeric_limits<double>::quiet_NaN();
+  std::vector<TriangleHeightPointInfo> pointInfoList;
+};
+
+}  // namespace kvn

@@ -1,0 +1,34 @@
+// TriangleHeightDataConvert: what the height adjustment takes from the reduction.
+#pragma once
+
+#include "adjust/TriangleHeightDataRead.h"
+
+#include <utils/Export.h>
+
+#include <vector>
+
+namespace kvn {
+
+/// The known stations, each once however often it was occupied (its first entry counts), and all lines.
+class KELVANE_EXPORT TriangleHeightDataConvert {
+ public:
+  TriangleHeightDataConvert();
+  TriangleHeightDataConvert(TriangleHeightDataConvert const&);
+  TriangleHeightDataConvert& operator=(TriangleHeightDataConvert const&);
+  ~TriangleHeightDataConvert();
+
+  void setTriangleHeightDataRead(TriangleHeightDataRead const& read);
+
+  std::vector<TriangleStationData> getTriangleStationData() const;
+  std::vector<TriangleViewData> getTraingleViewData() const;
+  int getKnPnumber() const;  ///< known stations
+  int getLnumber() const;    ///< lines
+  int getPnumber() const;    ///< distinct names among the known stations and both ends of the lines
+
+ private:
+  TriangleHeightDataRead triangleHeightDataRead;
+  std::vector<TriangleStationData> triangleStationData;
+  std::vector<TriangleViewData> triangleViewData;
+};
+
+}  // namespace kvn

@@ -1,0 +1,178 @@
+#include "adjust/TriangleHeightDataRead.h"
+
+#include "adjust/detail/CalculationFailure.h"
+#include "adjust/detail/EraseStepping.h"
+#include "adjust/detail/MergeViews.h"
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/PairIndex.h"
+#include "core/System.h"
+
+#include <cmath>
+
+namespace kvn {
+namespace {
+
+constexpr double kRightAngle = 1.5707963267948966;
+constexpr double kThreeRightAngles = 4.71238898038469;
+// A shorter line has no distance; metres.
+constexpr double kNoDistance = 1e-6;
+constexpr double kEarthRadius = 6371393.0;  // metres
+
+/// The lines of the views by their numbers.
+std::vector<std::size_t> linesOf(std::vector<TriangleViewData> const& views) {
+  detail::PairIndex lines;
+  std::vector<std::size_t> numbers;
+  numbers.reserve(views.size());
+  for (TriangleViewData const& view : views) numbers.push_back(lines.numberOf(view.start_name, view.end_name));
+  return numbers;
+}
+
+/// Entries of each line; a line has no more numbers than there are views.
+std::vector<std::size_t> countsOf(std::vector<std::size_t> const& lines) {
+  std::vector<std::size_t> counts(lines.size(), 0);
+  for (std::size_t const line : lines) ++counts[line];
+  return counts;
+}
+
+[[noreturn]] void failWithoutDistance() {
+  throw detail::CalculationFailure(System::tr("Triangulation Height Require The Information Of Distance"));
+}
+
+}  // namespace
+
+TriangleHeightDataRead::TriangleHeightDataRead() : TriangleHeightDataRead(FullCircleZenith) {}
+TriangleHeightDataRead::TriangleHeightDataRead(VerticalAngleType type) : verticalAngleType(type) {}
+TriangleHeightDataRead::TriangleHeightDataRead(TriangleHeightDataRead const&) = default;
+TriangleHeightDataRead& TriangleHeightDataRead::operator=(TriangleHeightDataRead const&) = default;
+TriangleHeightDataRead::~TriangleHeightDataRead() = default;
+
+void TriangleHeightDataRead::setVerticalAngleType(VerticalAngleType type) { verticalAngleType = type; }
+
+void TriangleHeightDataRead::setTraverseDataList(std::vector<TraverseDataInfo> const& rows, double index) {
+  traverseDataList = rows;
+  atmosphericIndex = index;
+  dataConvert();
+}
+
+std::vector<TriangleStationData> TriangleHeightDataRead::getTriangleStationData() const { return triangleStationData; }
+std::vector<TriangleViewData> TriangleHeightDataRead::getTriangleViewData() const { return triangleViewData; }
+
+void TriangleHeightDataRead::dataConvert() {
+  getTriangleStationData(traverseDataList);
+  getTriangleViewData(traverseDataList);
+  dealVerticalAngleAndDistance();
+  checkData();
+  calAverage();
+  calHeightValue();
+  deleteKnLine();
+  deleteBackFore();
+}
+
+void TriangleHeightDataRead::getTriangleStationData(std::vector<TraverseDataInfo> const& rows) {
+  for (TraverseDataInfo const& row : rows) {
+    if (row.pointType != TraversePointType::StationPoint) continue;
+    if (detail::index(stationNames.numberOf(row.name)) == firstEntry.size()) {
+      firstEntry.push_back(triangleStationData.size());
+    }
+    triangleStationData.push_back({row.name, row.instrument, row.Z, row.isKnown ? 0 : 1});
+  }
+}
+
+void TriangleHeightDataRead::getTriangleViewData(std::vector<TraverseDataInfo> const& rows) {
+  if (rows.empty()) return;
+  std::string current = rows.front().name;
+  for (TraverseDataInfo const& row : rows) {
+    if (row.pointType == TraversePointType::StationPoint) current = row.name;
+    if (row.pointType != TraversePointType::PrismPoint) continue;
+    triangleViewData.push_back({current, row.name, row.slant_distance, 0.0, row.vertical_angle, row.instrument, 0.0});
+  }
+}
+
+double TriangleHeightDataRead::reducedAngle(double reading, bool secondFace) const {
+  switch (verticalAngleType) {
+    case ZenithAngle:
+      return reading - kRightAngle;
+    case FullCircleZenith:
+      return reading - (secondFace ? kThreeRightAngles : kRightAngle);
+    case ElevationAngle:
+      break;
+  }
+  return reading;
+}
+
+// A view alone on its line stays as it was read, and without a distance.
+void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
+  std::vector<std::size_t> const lines = linesOf(triangleViewData);
+  std::vector<std::size_t> const counts = countsOf(lines);
+  std::vector<bool> secondFace(lines.size(), false);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (counts[lines[i]] < 2) continue;
+    TriangleViewData& view = triangleViewData[i];
+    view.verticalAngle = reducedAngle(view.verticalAngle, secondFace[lines[i]]);
+    view.horizontalDistance = std::abs(view.slantDistance * std::cos(view.verticalAngle));
+    secondFace[lines[i]].flip();
+  }
+}
+
+// The comparisons are false for NaN. A marker is a number, and its cosine one that means nothing.
+void TriangleHeightDataRead::checkData() const {
+  for (TriangleViewData const& view : triangleViewData) {
+    bool const isUsable = view.horizontalDistance >= kNoDistance && detail::isPresent(view.slantDistance) &&
+                          detail::isPresent(view.verticalAngle) && detail::isPresent(view.targetHeight);
+    if (!isUsable) failWithoutDistance();
+  }
+}
+
+void TriangleHeightDataRead::calAverage() {
+  std::vector<std::size_t> const lines = linesOf(triangleViewData);
+  std::vector<std::size_t> const counts = countsOf(lines);
+  std::vector<TriangleViewData> means;  // numbers are given in order, so that line k has its mean at k
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    TriangleViewData const& view = triangleViewData[i];
+    if (lines[i] == means.size()) {
+      means.push_back(view);
+      continue;
+    }
+    means[lines[i]].horizontalDistance += view.horizontalDistance;
+    means[lines[i]].verticalAngle += view.verticalAngle;
+  }
+  for (std::size_t k = 0; k < means.size(); ++k) {
+    means[k].horizontalDistance /= static_cast<double>(counts[k]);
+    means[k].verticalAngle /= static_cast<double>(counts[k]);
+  }
+  triangleViewData = std::move(means);
+}
+
+void TriangleHeightDataRead::calHeightValue() {
+  for (TriangleViewData& view : triangleViewData) {
+    double const distance = view.horizontalDistance;
+    view.heightDifference = distance * std::tan(view.verticalAngle) + getInstrumentHeight(view.start_name) -
+                            view.targetHeight + calf(distance);
+    if (!detail::isPresent(view.heightDifference)) failWithoutDistance();
+  }
+}
+
+double TriangleHeightDataRead::calf(double const& distance) const {
+  double const squared = distance * distance;
+  return squared / (2 * kEarthRadius) - atmosphericIndex * squared / (2 * kEarthRadius);
+}
+
+double TriangleHeightDataRead::getInstrumentHeight(std::string const& station) const {
+  int const number = stationNames.find(station);
+  if (number < 0) throw detail::CalculationFailure(QStringLiteral("Fine Station Instrument Height"));
+  return triangleStationData[firstEntry[detail::index(number)]].instrumentHeight;
+}
+
+void TriangleHeightDataRead::deleteKnLine() {
+  NameIndex known;
+  for (TriangleStationData const& station : triangleStationData) {
+    if (station.state == 0) known.numberOf(station.name);
+  }
+  detail::eraseAndStepPast(triangleViewData, [&known](TriangleViewData const& view) {
+    return known.contains(view.start_name) && known.contains(view.end_name);
+  });
+}
+
+void TriangleHeightDataRead::deleteBackFore() { detail::mergeOppositeViews(triangleViewData); }
+
+}  // namespace kvn
