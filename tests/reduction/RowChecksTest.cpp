@@ -100,7 +100,7 @@ TEST(RowChecks, MarkWhatPlainLoopsOverAllPairsMark) {
     for (int i = 0; i < 12; ++i) {
       std::string const name(1, static_cast<char>('A' + random() % 3));
       // Groups in any order, as a list that was edited may have them.
-      rows.push_back(random() % 4 == 0 ? station(name) : sight(name, 5 + 180 * (random() % 2), 90));
+      rows.push_back(random() % 4 == 0 ? station(name) : sight(name, random() % 2 == 0 ? 5 : 185, 90));
       rows.back().groupId = std::to_string(random() % 3);
     }
     Rows expected = rows;
@@ -142,7 +142,9 @@ TEST(Gate, TellsOnceThatAFileCannotBeRight) {
     project->setNetwork({{}, {line}});
     EXPECT_EQ(kvn::CheckData::checkInitData(project.get()), c.isGood);
     ASSERT_EQ(host.messages.size(), c.isGood ? 0U : 1U);
-    if (!c.isGood) EXPECT_EQ(host.messages[0], std::make_pair(QString("The data is error"), kvn::Error));
+    if (!c.isGood) {
+      EXPECT_EQ(host.messages[0], std::make_pair(QString("The data is error"), kvn::Error));
+    }
   }
   EXPECT_FALSE(kvn::CheckData::checkInitData(nullptr));
 }
