@@ -270,7 +270,7 @@ class Reducer {
 
   void tell(FieldFinding::Severity severity, std::string const& station, std::vector<std::string> targets,
             char const* text, std::size_t row) {
-    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row});
+    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row, 0});
   }
   std::vector<TraverseDataInfo> const& rows;
   FieldReduction result;
