@@ -54,6 +54,7 @@
 #include "reduction/CircleTurning.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
+#include "reduction/FieldInspection.h"
 #include "reduction/FieldReduction.h"
 #include "reduction/NetworkDataCollection.h"
 #include "reduction/TraverseDataManage.h"
