@@ -31,7 +31,8 @@ void requireReadableFile(QString const& path) {
 void requireKnownKind(QString const& path) {
   QString const suffix = QFileInfo(path).suffix().toLower();
   if (!QStringList{"in2", "kvn", "txt", "dat", "lqf"}.contains(suffix)) {
-    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network)");
+    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                        ".lqf (instrument job), .dat (coordinates)");
   }
 }
 
@@ -100,10 +101,19 @@ void Session::open(QString const& path, bool asRead) {
   openFile = path;
   requireReadableFile(path);
   requireKnownKind(path);
-  if (QFileInfo(path).suffix().toLower() != "in2") {
+  QString const suffix = QFileInfo(path).suffix().toLower();
+  if (suffix == "txt" || suffix == "lqf") {
+    asRead ? openFieldJobAsRead(*current, path) : openField(path);
+  } else if (suffix == "in2") {
+    openNetwork(path, asRead);
+  } else {
     current->read(path);
-    return;
   }
+}
+
+void Session::openField(QString const& path) { fieldJob = openFieldJob(*current, path); }
+
+void Session::openNetwork(QString const& path, bool asRead) {
   CosaCollection plain;
   CarefulCosaCollection careful;
   CosaCollection& collection = asRead ? plain : careful;

@@ -1,6 +1,7 @@
 // Session: the library with one project, for the time of one subcommand.
 #pragma once
 
+#include "FieldJob.h"
 #include "Messages.h"
 #include "Options.h"
 
@@ -19,21 +20,27 @@ class Session {
   Session& operator=(Session const&) = delete;
   ~Session();
 
-  /// Reads a file into the project; a network file with the care of `CarefulCosaCollection` unless `asRead`.
+  /// Reads a file into the project; unless `asRead` a network file with the care of `CarefulCosaCollection`, and a
+  /// field job by `openFieldJob`.
   /// @throws Refusal for a file that is not there or of an unknown kind; what the readers throw.
   void open(QString const& path, bool asRead = false);
 
   Project& project() { return *current; }
   Messages& messages() { return received; }
   QString const& file() const { return openFile; }  ///< the path given to `open`
+  FieldJob const& job() const { return fieldJob; }  ///< empty for other files and `asRead`
   /// The a-priori errors of the head of the file, which the project does not keep; the defaults without a file.
   Configure const& head() const { return headOfFile; }
 
  private:
+  void openField(QString const& path);
+  void openNetwork(QString const& path, bool asRead);
+
   System system;
   Messages received;
   std::shared_ptr<Project> current;
   QString openFile;
+  FieldJob fieldJob;
   Configure headOfFile;
 };
 
