@@ -9,6 +9,7 @@ namespace kvn::host {
 
 int runShow(QStringList const& arguments);
 int runAdjust(QStringList const& arguments);
+int runHeights(QStringList const& arguments);
 int runExec(QStringList const& arguments);
 
 }  // namespace kvn::host
