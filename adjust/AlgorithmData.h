@@ -4,12 +4,21 @@
 #include "adjust/NameIndex.h"
 #include "records/CalculationRecords.h"
 #include "records/Network.h"
+#include "records/TraverseDataInfo.h"
 
 #include <utils/Export.h>
 
 #include <vector>
 
 namespace kvn {
+
+struct VRDStations;
+
+/// Whether a load asks for control points.
+enum class ControlPoints {
+  AtLeastTwo,  ///< as every calculation needs them
+  AnyNumber,   ///< for a job that is to be looked at before its control points are known
+};
 
 /// What a line without an observed direction (`horizontalAngleFlag` false) gives the calculators.
 enum class MissingDirection {
@@ -27,6 +36,19 @@ class KELVANE_EXPORT AlgorithmData {
   AlgorithmData& operator=(AlgorithmData const&);
   AlgorithmData& operator=(AlgorithmData&&) noexcept;
   ~AlgorithmData();
+
+  /// Loads the rows of a field job: a station row, then its sightings, first face and then second face backward.
+  ///
+  /// A direction is the mean of the two faces, a circle reading of the first face, radians. A distance is the mean of
+  /// the faces and, where it was measured from both ends, of the ends, metres, horizontal by the sine of the reading
+  /// from the zenith. The distances to each station's first target and from an earlier to a later known point are
+  /// dropped; the one that follows a dropped distance in the list stays.
+  ///
+  /// @throws DataException "The line 1 error" when the first row is no station; QLogicError with the row number for a
+  ///         row without a name, with the station's name for an odd number of sightings; AlgorithmException
+  ///         StationNameRepeat, StationNotEnough, KnownPointNotEnough, KnownPointNameRepeat, SightNameRepeat. The
+  ///         object must be discarded then.
+  void initVRDData(std::vector<TraverseDataInfo> const& rows, ControlPoints control = ControlPoints::AtLeastTwo);
 
   /// Loads a network. The lines of one station must stand together; every line makes a direction, and one with a
   /// distance above 1e-6 m a distance too.
@@ -53,8 +75,13 @@ class KELVANE_EXPORT AlgorithmData {
   void judgetKnpointCount() const;           ///< @throws KnownPointNotEnough for fewer than two known points
   void judgeKnPointNameRepeat() const;       ///< @throws KnownPointNameRepeat with the name that comes twice first
   void judgeSightPointNameRepeat() const;    ///< @throws SightNameRepeat with a target that one station has twice
+  /// Whether the line runs from a known point to one that stands later in the list.
+  bool deleteLastStationDistance(LineInfo const& line) const;
+  /// Each distance of one station that the other measured back becomes the mean, at both.
+  void calculateStationDistance(StationInfo& first, StationInfo& second) const;
 
  private:
+  void readFaces(VRDStations const& station);
   void readKnownPoints(std::vector<KnownPoint> const& points);
   void readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing);
   void joinStationsWithoutDirections();

@@ -22,8 +22,11 @@ namespace kvn {
 class AlgorithmAdjust;
 class AlgorithmData;
 class CommandManager;
+class ErrorInfo;
+class ITraverseDataCollcetion;
 class MapScene;
 class OutputReport;
+class TriangleHeightAdjust;
 
 /// Owns the observation rows, the network, the coordinate list, the settings, the command manager and, once they exist,
 /// the objects of the calculation. Every file that is read ends up in these members, every command edits them.
@@ -50,12 +53,25 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   Project& operator=(Project const&) = delete;
   ~Project() override;
 
-  // Import and export.
+  // Import and export. Each import reads the whole file before it replaces anything: the project is unchanged after a
+  // failure.
 
+  /// Reads a traverse file: the rows are replaced, the network emptied, an earlier calculation dropped. The rows get
+  /// approximate coordinates where the observations give them, and the row checks set their flags.
+  /// @throws QLogicError "The import file data is empty" when it has no rows; what the reader and
+  ///         `VRDTraverseDataCollcetion::correctData` throw.
+  virtual void importVRDFile(QString const& path);
   /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped.
   /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
-  /// @throws DataException, std::logic_error of the reader. The project is unchanged after any failure.
+  /// @throws DataException, std::logic_error of the reader.
   virtual void importCosaFile(QString const& path);
+  /// Reads an instrument job file: the rows are replaced and the network emptied. Job and instrument names are kept
+  /// for a later export.
+  /// @throws QLogicError "There is no observation data" when it has no rows; what the reader throws.
+  virtual void importVRDLQFFile(QString const& path);
+  /// Reads a coordinate file: the coordinate list is replaced; rows and network stay.
+  /// @throws DataException "The Format of Data is wrong".
+  virtual void importCoordFile(QString const& path);
 
   /// Imports a file by its suffix, compared without regard to case, and takes its path and name. A suffix that is not
   /// one of the known kinds imports nothing and is not reported, but the path and the name are taken all the same.
@@ -70,6 +86,38 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   bool exportCosaTraverseFile(QString const& path) const;
   /// To the network file that the project came from; false when there is none.
   bool exportCosaTraverseFile() const;
+  /// Writes the rows as a traverse file.
+  /// @throws QLogicError "View Data is empty" without rows on a project that came from a traverse file.
+  bool exportVRDTraverseFile(QString const& path) const;
+  bool exportVRDTraverseFile() const;  ///< to the traverse file that the project came from; false when there is none
+  /// Writes the rows as an instrument job file, with the names of the job that was read.
+  /// @throws QLogicError "View Data is empty" without rows, and on a project that no job file was read into.
+  bool exportLQFFile(QString const& path) const;
+  bool exportLQFFile() const;  ///< to the job file that the project came from; false when there is none
+  /// Writes the coordinate list, an empty one too.
+  bool exportCoordFile(QString const& path) const;
+  bool exportCoordFile() const;  ///< to the coordinate file that the project came from; false when there is none
+
+  // The steps from observations to results.
+
+  /// Reduces the rows of an instrument job into `stationMap` and writes the reduced angles into the rows. To be done
+  /// again after any change of the rows, and before `generateNetworkData` of an instrument job.
+  void buildStationMap();
+  /// The network of the rows: of an instrument job from the station map and the known points of `addKnownPoint`; of a
+  /// traverse file from the rows, known points included. Without rows, and for the other kinds, nothing changes.
+  /// @return true. @throws what `INetworkDataCollection::TraverseDataListToNetwork` throws.
+  bool generateNetworkData();
+  /// Adjusts the heights of the rows; read them from `getTriangleHeightAdjust`.
+  /// @throws std::exception as `TriangleHeightDataRead::setTraverseDataList`, `TriangleHeightAdjust::heightLSAdjust`.
+  void calculateTriangleHeight();
+  /// Replaces the coordinate list by the adjusted points, with adjusted heights unless `TraversePointAdjust` says
+  /// otherwise. Nothing happens without a calculation.
+  void algorithmPointConvertCoord();
+
+  bool checkVRDData();       ///< `TraverseDataManage::checkData` of the rows
+  void resetVRDDataState();  ///< `TraverseDataManage::resetVRDDataState` of the rows
+  /// Sends the findings as `Warning` messages, after one `Error` message when they are announced and there are any.
+  void printErrorInfo(std::vector<ErrorInfo> const& errors, bool announce) const;
 
   // State.
 
@@ -118,6 +166,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void setNetwork(Network value);
   AlgorithmAdjust* getAlgorithmAdjust() const;
   void setAlgorithmAdjust(std::unique_ptr<AlgorithmAdjust> value);
+  TriangleHeightAdjust* getTriangleHeightAdjust() const;
+  void setTriangleHeightAdjust(std::unique_ptr<TriangleHeightAdjust> value);
   OutputReport* getOutputReport() const;
   void setOutputReport(std::unique_ptr<OutputReport> value);
   AlgorithmData* getAlgorithData() const;
@@ -144,12 +194,14 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   FileType fileType = VrdFile;
   Configure configure;
   QString networkMapid;
+  std::unique_ptr<ITraverseDataCollcetion> lqfCollection;
   std::unique_ptr<std::vector<TraverseDataInfo>> traverseDataList;
   std::unique_ptr<Network> network;
   std::unique_ptr<std::vector<CoordinatePointInfo>> coordinatePointList;
   std::unique_ptr<AlgorithmData> algorithData;
   std::unique_ptr<AlgorithmAdjust> algorithmAdjust;
   std::unique_ptr<OutputReport> outputReport;
+  std::unique_ptr<TriangleHeightAdjust> triangleHeightAdjust;
   VRD_DAM_PARA_T datumParam{};
   VerticalAngleType verticalAngleType = FullCircleZenith;
   OperationType operationType = ObservationView;

@@ -1,11 +1,15 @@
 // Import and export: each operation goes through the collection of its format.
 #include "adjust/AlgorithmAdjust.h"
 #include "adjust/AlgorithmData.h"
+#include "adjust/TriangleHeightAdjust.h"
 #include "commands/CommandManager.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
 #include "core/System.h"
+#include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
+#include "formats/LQFTraverseDataCollection.h"
+#include "formats/VRDTraverseDataCollcetion.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -20,11 +24,53 @@ void Project::read(QString const& path) {
   if (suffix == QLatin1String("IN2")) {
     importCosaFile(path);
     fileType = CosaFile;
-  } else if (suffix == QLatin1String("KVN") || suffix == QLatin1String("TXT") || suffix == QLatin1String("DAT") ||
-             suffix == QLatin1String("LQF")) {
+  } else if (suffix == QLatin1String("TXT")) {
+    importVRDFile(path);
+    fileType = VrdFile;
+    verticalAngleType = FullCircleZenith;
+  } else if (suffix == QLatin1String("DAT")) {
+    importCoordFile(path);
+    fileType = CoordFile;
+  } else if (suffix == QLatin1String("LQF")) {
+    importVRDLQFFile(path);
+    fileType = LqfFile;
+    verticalAngleType = FullCircleZenith;
+  } else if (suffix == QLatin1String("KVN")) {
     throw QLogicError(System::tr("Files of the kind %1 cannot be read by this version").arg(suffix));
   }
   setName(path);
+}
+
+void Project::importVRDFile(QString const& path) {
+  VRDTraverseDataCollcetion collection;
+  collection.ITraverseDataCollcetion::read(HTextCodec::ToLocal8Bit(path));
+  std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
+  if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
+  collection.correctData(rows);  // rows without approximate coordinates are good all the same
+  fileType = VrdFile;
+  network->clear();
+  *traverseDataList = std::move(rows);
+  networkFile.clear();
+  viewFile = path;
+  algorithmAdjust.reset();
+  checkVRDData();  // the flags of the rows are what counts
+}
+
+void Project::importVRDLQFFile(QString const& path) {
+  auto collection = std::make_unique<LQFTraverseDataCollection>();
+  if (!collection->ITraverseDataCollcetion::read(path.toLocal8Bit().toStdString())) return;
+  if (collection->getTraverseDataList().empty()) throw QLogicError(System::tr("There is no observation data"));
+  lqfCollection = std::move(collection);
+  lqfFile = path;
+  network->clear();
+  *traverseDataList = lqfCollection->getTraverseDataList();
+}
+
+void Project::importCoordFile(QString const& path) {
+  CoordinateDataCollection collection;
+  collection.read(path);
+  *coordinatePointList = collection.getCoordinateDataList();
+  coordFile = path;
 }
 
 void Project::importCosaFile(QString const& path) {
@@ -50,6 +96,30 @@ bool Project::exportCosaTraverseFile(QString const& path) const {
   return collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
 }
 
+bool Project::exportVRDTraverseFile(QString const& path) const {
+  if (traverseDataList->empty() && isUsingViewData()) throw QLogicError(System::tr("View Data is empty"));
+  utils::createFolderOf(path);
+  VRDTraverseDataCollcetion collection;
+  collection.setTraverseDataList(*traverseDataList);
+  return collection.ITraverseDataCollcetion::write(HTextCodec::ToLocal8Bit(path));
+}
+
+bool Project::exportLQFFile(QString const& path) const {
+  if (traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
+  if (lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
+  lqfCollection->setTraverseDataList(*traverseDataList);
+  return lqfCollection->write(path.toLocal8Bit().toStdString());
+}
+
+bool Project::exportCoordFile(QString const& path) const {
+  CoordinateDataCollection collection;
+  collection.setCoordinateDataList(*coordinatePointList);
+  return collection.write(HTextCodec::ToLocal8Bit(path));
+}
+
+bool Project::exportVRDTraverseFile() const { return !viewFile.isEmpty() && exportVRDTraverseFile(viewFile); }
+bool Project::exportLQFFile() const { return !lqfFile.isEmpty() && exportLQFFile(lqfFile); }
+bool Project::exportCoordFile() const { return !coordFile.isEmpty() && exportCoordFile(coordFile); }
 bool Project::exportCosaTraverseFile() const { return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile); }
 
 }  // namespace kvn

@@ -1,10 +1,12 @@
 // State of a project: construction, accessors, the modified state and the lists.
 #include "adjust/AlgorithmAdjust.h"
 #include "adjust/AlgorithmData.h"
+#include "adjust/TriangleHeightAdjust.h"
 #include "commands/CommandManager.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
 #include "core/System.h"
+#include "formats/ITraverseDataCollcetion.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
@@ -20,7 +22,8 @@ Project::Project()
     : commandManager(std::make_unique<CommandManager>(this)),
       traverseDataList(std::make_unique<std::vector<TraverseDataInfo>>()),
       network(std::make_unique<Network>()),
-      coordinatePointList(std::make_unique<std::vector<CoordinatePointInfo>>()) {}
+      coordinatePointList(std::make_unique<std::vector<CoordinatePointInfo>>()),
+      triangleHeightAdjust(std::make_unique<TriangleHeightAdjust>()) {}
 
 Project::~Project() {
   // Commands first: what they hold may lead into the lists.
@@ -131,6 +134,10 @@ Network const& Project::getNetwork() const { return *network; }
 void Project::setNetwork(Network value) { *network = std::move(value); }
 AlgorithmAdjust* Project::getAlgorithmAdjust() const { return algorithmAdjust.get(); }
 void Project::setAlgorithmAdjust(std::unique_ptr<AlgorithmAdjust> value) { algorithmAdjust = std::move(value); }
+TriangleHeightAdjust* Project::getTriangleHeightAdjust() const { return triangleHeightAdjust.get(); }
+void Project::setTriangleHeightAdjust(std::unique_ptr<TriangleHeightAdjust> value) {
+  triangleHeightAdjust = std::move(value);
+}
 OutputReport* Project::getOutputReport() const { return outputReport.get(); }
 void Project::setOutputReport(std::unique_ptr<OutputReport> value) { outputReport = std::move(value); }
 AlgorithmData* Project::getAlgorithData() const { return algorithData.get(); }

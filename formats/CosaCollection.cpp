@@ -1,8 +1,7 @@
 #include "formats/CosaCollection.h"
 
 #include "adjust/CommonFunction.h"
-#include "core/DataException.h"
-#include "core/System.h"
+#include "formats/detail/FieldText.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Degree.h>
@@ -22,15 +21,6 @@ constexpr double kNoDistance = 1e-08;
 
 void fillMissing(double& value, double other) {
   if (value < kNotObserved) value = other;
-}
-
-std::string fixed4(double value) { return QString::number(value, 'f', 4).toStdString(); }
-
-/// The general form with six digits of a stream, with a point whatever locale the stream or the process has.
-std::string general6(float value) { return QString::number(double(value), 'g', 6).toStdString(); }
-
-std::string dms(double radians) {
-  return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
 }
 
 }  // namespace
@@ -65,7 +55,7 @@ void CosaCollection::read(std::istream& stream) {
 }
 
 void CosaCollection::readHead(std::vector<std::string> const& fields) {
-  if (fields.size() != 3) throw DataException(System::tr("The Format of Data is wrong").toStdString());
+  if (fields.size() != 3) throw detail::wrongFormat();
   configure.AngleError = static_cast<float>(utils::leadingNumber(fields[0]));
   configure.LineFixedError = static_cast<float>(utils::leadingNumber(fields[1]));
   configure.LineProportionError = static_cast<float>(utils::leadingNumber(fields[2]));
@@ -133,19 +123,19 @@ std::vector<ExportStation> CosaCollection::convertData(std::vector<NetworkDataIn
 }
 
 void CosaCollection::writeHead(std::ostream& stream) const {
-  stream << general6(configure.AngleError) << ',' << general6(configure.LineFixedError) << ','
-         << general6(configure.LineProportionError) << '\n';
+  stream << detail::general6(configure.AngleError) << ',' << detail::general6(configure.LineFixedError) << ','
+         << detail::general6(configure.LineProportionError) << '\n';
   for (KnownPoint const& point : knownPointList) {
-    stream << point.name << ',' << fixed4(point.x) << ',' << fixed4(point.y) << '\n';
+    stream << point.name << ',' << detail::fixed4(point.x) << ',' << detail::fixed4(point.y) << '\n';
   }
 }
 
 void CosaCollection::writeDirection(std::ostream& stream, std::string const& target, double radians) {
-  stream << target << ",L," << dms(radians) << '\n';
+  stream << target << ",L," << detail::dms(radians) << '\n';
 }
 
 void CosaCollection::writeDistance(std::ostream& stream, std::string const& target, double metres) {
-  if (metres > kNoDistance) stream << target << ",S," << fixed4(metres) << '\n';
+  if (metres > kNoDistance) stream << target << ",S," << detail::fixed4(metres) << '\n';
 }
 
 void CosaCollection::write(std::ostream& stream) {

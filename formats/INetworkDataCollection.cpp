@@ -1,13 +1,8 @@
 #include "formats/INetworkDataCollection.h"
 
-#include "core/System.h"
-
-#include <utils/FileText.h>
-#include <utils/HTextCodec.h>
+#include "formats/detail/FileAccess.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <utility>
 
 namespace kvn {
@@ -15,19 +10,13 @@ namespace kvn {
 INetworkDataCollection::~INetworkDataCollection() = default;
 
 bool INetworkDataCollection::read(std::string const& path) {
-  std::ifstream stream(utils::nativePath(path));
+  std::ifstream stream = detail::openForReading(path);
   read(stream);
   return true;
 }
 
 bool INetworkDataCollection::write(std::string path) {
-  std::ostringstream text;
-  write(text);
-  QString const error = utils::replaceFile(HTextCodec::FromLocal8Bit(path), text.str());
-  System const* const system = System::Instance();
-  if (!error.isEmpty() && system != nullptr) {
-    system->sendMessage(System::tr("The file was not written: %1").arg(error), Error);
-  }
+  detail::replaceFile(path, [this](std::ostream& stream) { write(stream); });
   return true;
 }
 

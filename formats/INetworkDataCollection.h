@@ -2,10 +2,12 @@
 #pragma once
 
 #include "records/Network.h"
+#include "records/StationMap.h"
 
 #include <utils/Export.h>
 
 #include <iosfwd>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,8 @@ class KELVANE_EXPORT INetworkDataCollection {
  public:
   virtual ~INetworkDataCollection();
 
+  /// Replaces both lists by the network of a field job, as `TraverseDataListToNetwork`.
+  virtual void read(std::vector<TraverseDataInfo> const& rows);
   virtual void read(std::istream& stream) = 0;
   /// Reads the file at a path in the local 8-bit encoding. A file that cannot be opened reads as an empty one; the
   /// caller tests the lists.
@@ -26,6 +30,19 @@ class KELVANE_EXPORT INetworkDataCollection {
   /// stays as it was, and an `Error` message says why.
   /// @return true when no exception passes.
   virtual bool write(std::string path);
+
+  /// The lines of one station over all its occupations, directions counted from the first one, radians.
+  ///
+  /// Each occupation gives its share of one to their number, so that a target that was seen in all of them gets the
+  /// mean, and one that was not gets less: half of its direction when it was seen in one of two. A target with exactly
+  /// the angle of another is lost.
+  static std::set<NetworkDataInfo> StationListToNetwork(std::vector<TraverseStationInfo> const& occupations);
+  /// The lines of all stations, in the order of their names.
+  static std::vector<NetworkDataInfo> TraverseMapToNetWork(StationMap const& stations);
+  /// Known points, without heights, and lines of a field job. One line for each station and target, with direction in
+  /// radians and distance in metres, at the place of its direction; a direction of 0 takes over that of a repeat.
+  /// @throws what `AlgorithmData::initVRDData` throws; control points need not be there.
+  static Network TraverseDataListToNetwork(std::vector<TraverseDataInfo> const& rows);
 
   std::vector<KnownPoint> const& getKnownPointList() const;
   void setKnownPointList(std::vector<KnownPoint> points);

@@ -31,15 +31,19 @@ void simplifyAscii(std::string& text) {
 LineSource::LineSource(std::istream& stream) : in(stream) {}
 
 bool LineSource::next(std::string& line) {
-  while (std::getline(in, line)) {
-    ++number;
-    if (number == 1 && line.rfind(kByteOrderMark, 0) == 0) line.erase(0, 3);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line.empty()) continue;
-    line = simplifiedUtf8(std::move(line));
-    return true;
-  }
-  return false;
+  do {
+    if (!nextBytes(line)) return false;
+  } while (line.empty());
+  line = simplifiedUtf8(std::move(line));
+  return true;
+}
+
+bool LineSource::nextBytes(std::string& line) {
+  if (!std::getline(in, line)) return false;
+  ++number;
+  if (number == 1 && line.rfind(kByteOrderMark, 0) == 0) line.erase(0, 3);
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return true;
 }
 
 std::string simplifiedUtf8(std::string text) {

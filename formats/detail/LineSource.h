@@ -6,14 +6,18 @@
 
 namespace kvn::detail {
 
-/// Lines of a UTF-8 stream, simplified. A carriage return before the line feed belongs to the line end and a byte order
-/// mark at the start is passed over on every platform: the files come from instruments and from Windows programs.
+/// Lines of a stream, UTF-8 where they are simplified. A carriage return before the line feed belongs to the line end
+/// and a byte order mark at the start is passed over on every platform: the files come from instruments and from
+/// Windows programs.
 class LineSource {
  public:
   explicit LineSource(std::istream& stream);
 
-  /// The next line that has a character; false at the end. Empty lines are passed over, but counted.
+  /// The next line that has a character, simplified; false at the end. Empty lines are passed over, but counted.
   bool next(std::string& line);
+
+  /// The next line, an empty one too, with its bytes as they are.
+  bool nextBytes(std::string& line);
 
   /// Number of the last line, from 1, as an editor counts.
   int lineNumber() const { return number; }

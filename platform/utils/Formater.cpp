@@ -1,5 +1,7 @@
 #include <utils/Formater.h>
 
+#include <algorithm>
+
 namespace utils {
 
 Formater::Formater(Json::Value const& configuration) {
@@ -13,5 +15,9 @@ Formater::Formater(Json::Value const& configuration) {
 }
 
 QString Formater::toString(Degree const& angle) const { return angle.toString(angleFormat, 0, angleDecimals); }
+
+QString Formater::toString(double const& value, int decimals) const {
+  return QString::number(value, 'f', std::max(decimals, 0));
+}
 
 }  // namespace utils

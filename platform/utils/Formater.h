@@ -1,4 +1,4 @@
-// utils::Formater: how the host shows angles.
+// utils::Formater: how the host shows angles and numbers.
 #pragma once
 
 #include <utils/Degree.h>
@@ -19,6 +19,9 @@ class KELVANE_EXPORT Formater {
   explicit Formater(Json::Value const& configuration);
 
   QString toString(Degree const& angle) const;
+  /// Plain decimal number, no exponent, with a point whatever the locale is.
+  /// @param decimals  0 and above; a negative count is 0.
+  QString toString(double const& value, int decimals) const;
 
  private:
   DMSFormat angleFormat = DDCMMCSS;

@@ -3,6 +3,7 @@
 
 #include <utils/Export.h>
 
+#include <optional>
 #include <string>
 
 namespace utils {
@@ -14,5 +15,10 @@ namespace utils {
 /// @throws std::invalid_argument "invalid stod argument" when the text does not begin with a number.
 /// @throws std::out_of_range "stod argument out of range" when it overflows or underflows a double.
 KELVANE_EXPORT double leadingNumber(std::string const& text);
+
+/// The number that a whole UTF-8 text is, by the rule of `QString::toDouble`: white space around it, a sign, an
+/// exponent, "inf" and "nan" are taken; hexadecimal, anything behind the number and an overflow are not. Plain decimal
+/// numbers do not go through QString.
+KELVANE_EXPORT std::optional<double> fullNumber(std::string const& text);
 
 }  // namespace utils

@@ -1,0 +1,20 @@
+#include "formats/ICoordinateDataCollection.h"
+
+#include "formats/detail/FileAccess.h"
+
+namespace kvn {
+
+ICoordinateDataCollection::~ICoordinateDataCollection() = default;
+
+bool ICoordinateDataCollection::read(std::string const& path) {
+  std::ifstream stream = detail::openForReading(path);
+  read(stream);
+  return true;
+}
+
+bool ICoordinateDataCollection::write(std::string const& path) {
+  detail::replaceFile(path, [this](std::ostream& stream) { write(stream); });
+  return true;
+}
+
+}  // namespace kvn

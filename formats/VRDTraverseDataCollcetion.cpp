@@ -1,0 +1,111 @@
+#include "formats/VRDTraverseDataCollcetion.h"
+
+#include "adjust/CommonFunction.h"
+#include "core/DataException.h"
+#include "core/System.h"
+#include "formats/detail/FieldText.h"
+#include "formats/detail/LineSource.h"
+
+#include <utils/Degree.h>
+#include <utils/Number.h>
+
+#include <cmath>
+#include <ostream>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+constexpr std::size_t kStationFields = 7;
+constexpr std::size_t kSightFields = 10;
+// Coordinates below this in size are zero, which means that the point is not known; metres, strict.
+constexpr double kNoCoordinate = 1e-5;
+
+using Fields = std::vector<std::string>;
+
+bool isZero(double coordinate) { return std::abs(coordinate) < kNoCoordinate; }
+
+double angle(std::string const& text) {
+  return utils::Degree(utils::Degree::bytesToDouble(text, utils::DegreeToDDPMMSS)).toRadian();
+}
+
+void readCoordinates(Fields const& fields, std::size_t first, TraverseDataInfo& row) {
+  row.N = detail::requiredNumber(fields[first]);
+  row.E = detail::requiredNumber(fields[first + 1]);
+  row.Z = detail::requiredNumber(fields[first + 2]);
+}
+
+void readNameAndHeight(Fields const& fields, TraverseDataInfo& row) {
+  row.name = fields[1];
+  row.instrument = utils::leadingNumber(fields[2]);
+}
+
+void readStation(Fields const& fields, TraverseDataInfo& row) {
+  row.pointType = TraversePointType::StationPoint;
+  readNameAndHeight(fields, row);
+  readCoordinates(fields, 4, row);
+  row.isKnown = !(isZero(row.N) && isZero(row.E) && isZero(row.Z));
+}
+
+void readSight(Fields const& fields, TraverseDataInfo& row) {
+  row.pointType = TraversePointType::PrismPoint;
+  readNameAndHeight(fields, row);
+  row.horizontal_angle = angle(fields[4]);
+  row.vertical_angle = angle(fields[5]);
+  row.isSlantDistanceHave = !fields[6].empty();
+  if (row.isSlantDistanceHave) {
+    row.slant_distance = detail::requiredNumber(fields[6]);
+    row.horizontal_distance = std::abs(row.slant_distance * std::sin(row.vertical_angle));
+  }
+  readCoordinates(fields, 7, row);
+}
+
+void writeCoordinates(std::ostream& stream, TraverseDataInfo const& row) {
+  stream << ',' << detail::fixed4(row.N) << ',' << detail::fixed4(row.E) << ',' << detail::fixed4(row.Z);
+}
+
+/// False for a row that has no line in this format.
+bool writeRow(std::ostream& stream, TraverseDataInfo const& row) {
+  bool const isStation = row.pointType == TraversePointType::StationPoint;
+  if (!isStation && row.pointType != TraversePointType::PrismPoint) return false;
+  stream << (isStation ? "STA," : "SC,") << row.name << ',' << detail::general6(row.instrument) << ',';
+  if (!isStation) {
+    stream << ',' << detail::dms(row.horizontal_angle) << ',' << detail::dms(row.vertical_angle) << ','
+           << detail::fixed4(row.slant_distance);
+  }
+  writeCoordinates(stream, row);
+  return true;
+}
+
+}  // namespace
+
+VRDTraverseDataCollcetion::VRDTraverseDataCollcetion() = default;
+
+void VRDTraverseDataCollcetion::read(std::istream& stream) {
+  std::string groupId = TraverseDataInfo().groupId;
+  std::string line;
+  detail::LineSource source(stream);
+  while (source.next(line)) {
+    Fields const fields = CommonFunction::split(line, ',', false);
+    TraverseDataInfo row;
+    if (fields.size() == kStationFields && fields[0] == "STA") {
+      readStation(fields, row);
+      groupId = row.groupId;
+    } else if (fields.size() == kSightFields && fields[0] == "SC") {
+      readSight(fields, row);
+      row.groupId = groupId;
+    } else {
+      throw DataException(System::tr("The line %1 is wrong").arg(source.lineNumber()).toStdString());
+    }
+    traverseDataList.push_back(std::move(row));
+  }
+}
+
+void VRDTraverseDataCollcetion::write(std::ostream& stream) {
+  for (std::size_t i = 0; i < traverseDataList.size(); ++i) {
+    bool const isLast = i + 1 == traverseDataList.size();
+    if (writeRow(stream, traverseDataList[i]) && !isLast) stream << '\n';
+  }
+}
+
+}  // namespace kvn

@@ -1,0 +1,296 @@
+#include "reduction/FieldReduction.h"
+
+#include "adjust/NameIndex.h"
+#include "reduction/detail/Circle.h"
+
+#include <cmath>
+#include <deque>
+#include <limits>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::difference;
+using detail::onCircle;
+
+// Readings of one target in one round that differ by more are not readings of one target: 6', far above what an
+// instrument out of adjustment shows between its faces, and far below the turn of a circle between rounds.
+constexpr double kSameReading = 0.1 * detail::kPi / 180.0;
+// Rounds that differ by more from their mean, 30", are told.
+constexpr double kRoundTolerance = 30.0 / 3600.0 * detail::kPi / 180.0;
+// Metres. At or below this a distance is none, coordinates are none, and two positions are the same.
+constexpr double kNoDistance = 1e-8;
+constexpr double kNoCoordinate = 1e-5;
+constexpr double kSamePosition = 1e-4;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+/// Mean of readings on the circle, all near the first one.
+class CircleMean {
+ public:
+  void add(double angle) {
+    if (count == 0) first = angle;
+    sum += difference(angle - first);
+    ++count;
+  }
+  bool isEmpty() const { return count == 0; }
+  double value() const { return first + sum / count; }
+
+ private:
+  double first = 0.0;
+  double sum = 0.0;
+  int count = 0;
+};
+
+/// One target in one round.
+struct Sighted {
+  std::size_t firstRow = 0;
+  double firstReading = 0.0;  ///< on the first face
+  CircleMean faces[2];
+  std::optional<std::size_t> rowOfFace[2];
+
+  double direction() const {
+    CircleMean both;
+    for (CircleMean const& face : faces) {
+      if (!face.isEmpty()) both.add(face.value());
+    }
+    return both.value();
+  }
+};
+
+/// One round of an occupation: targets in the order of their first sight.
+struct Round {
+  NameIndex names;
+  std::vector<Sighted> targets;
+};
+
+struct MeanDistance {
+  double sum = 0.0;
+  int count = 0;
+};
+
+/// All that was observed from one station name.
+struct Station {
+  std::string name;
+  std::size_t row = 0;
+  std::deque<Round> rounds;
+  NameIndex targets;
+  std::vector<MeanDistance> distances;  ///< by target
+};
+
+bool hasVertical(TraverseDataInfo const& row) { return row.angleMark != 0.0 && row.vertical_angle != 0.0; }
+
+class Reducer {
+ public:
+  explicit Reducer(std::vector<TraverseDataInfo> const& fieldRows) : rows(fieldRows) {}
+
+  FieldReduction run() {
+    for (std::size_t i = 0; i < rows.size(); ++i) take(i);
+    for (Station& station : stations) addLines(station);
+    return std::move(result);
+  }
+
+ private:
+  void take(std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    if (row.pointType == TraversePointType::StationPoint) {
+      openStation(i);
+    } else if (row.pointType == TraversePointType::PrismPoint && current == nullptr) {
+      tell(FieldFinding::Warning, {}, {row.name}, "the sight stands before any station and is left out", i);
+    } else if (row.pointType == TraversePointType::PrismPoint) {
+      takeDistance(i);
+      takeReading(i);
+    }
+  }
+
+  void openStation(std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    auto const number = static_cast<std::size_t>(stationNames.numberOf(row.name));
+    if (number == stations.size()) {
+      stations.emplace_back();
+      stations.back().name = row.name;
+      stations.back().row = i;
+    }
+    current = &stations[number];
+    current->rounds.emplace_back();
+    if (row.isKnown) takeKnown(i);
+  }
+
+  void takeKnown(std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    auto const number = static_cast<std::size_t>(knownNames.numberOf(row.name));
+    if (number == result.network.knownPoints.size()) {
+      KnownPoint point;
+      point.name = row.name;
+      point.x = row.N;
+      point.y = row.E;
+      result.network.knownPoints.push_back(std::move(point));
+      return;
+    }
+    KnownPoint const& known = result.network.knownPoints[number];
+    if (std::hypot(known.x - row.N, known.y - row.E) <= kSamePosition) return;
+    tell(FieldFinding::Error, row.name, {}, "the known point has two positions", i);
+  }
+
+  void takeDistance(std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
+    if (number == current->distances.size()) current->distances.emplace_back();
+    double const distance = row.isSlantDistanceHave ? row.getHorizontalDisance() : 0.0;
+    if (row.isSlantDistanceHave && row.slant_distance > kNoDistance && !(distance > kNoDistance)) {
+      tell(FieldFinding::Warning, current->name, {row.name},
+           "the distance has no vertical reading to make it horizontal and is left out", i);
+    }
+    if (!(distance > kNoDistance)) return;
+    current->distances[number].sum += distance;
+    ++current->distances[number].count;
+  }
+
+  void takeReading(std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    if (row.angleMark == 0.0) return;
+    Round& round = roundFor(row);
+    auto const number = static_cast<std::size_t>(round.names.numberOf(row.name));
+    bool const isFirst = number == round.targets.size();
+    if (isFirst) round.targets.emplace_back();
+    Sighted& target = round.targets[number];
+    int const face = faceOf(row, isFirst ? nullptr : &target);
+    double const reading = onCircle(row.horizontal_angle - face * detail::kPi);
+    if (isFirst) {
+      target.firstRow = i;
+      target.firstReading = reading;
+    } else if (!(std::abs(difference(reading - target.firstReading)) <= kSameReading)) {
+      tell(FieldFinding::Error, current->name, {row.name}, "the readings of the target do not belong together", i);
+      return;
+    }
+    target.faces[face].add(reading);
+    if (!target.rowOfFace[face]) target.rowOfFace[face] = i;
+  }
+
+  /// 0 for the first face, 1 for the second.
+  static int faceOf(TraverseDataInfo const& row, Sighted const* before) {
+    if (hasVertical(row)) return detail::isSecondFace(row.vertical_angle) ? 1 : 0;
+    if (before == nullptr) return 0;
+    return std::abs(difference(row.horizontal_angle - before->firstReading)) > detail::kPi / 2 ? 1 : 0;
+  }
+
+  /// The round that the row belongs to: a new one when the first target of the last one reads another value.
+  Round& roundFor(TraverseDataInfo const& row) {
+    Round& last = current->rounds.back();
+    if (last.targets.empty() || last.names.names().front() != row.name) return last;
+    Sighted const& zero = last.targets.front();
+    double const reading = row.horizontal_angle - faceOf(row, &zero) * detail::kPi;
+    if (std::abs(difference(reading - zero.firstReading)) <= kSameReading) return last;
+    current->rounds.emplace_back();
+    return current->rounds.back();
+  }
+
+  void addLines(Station& station) {
+    std::vector<CircleMean> means(static_cast<std::size_t>(station.targets.size()));
+    joinRounds(station, means);
+    for (std::size_t i = 0; i < means.size(); ++i) {
+      NetworkDataInfo line;
+      line.start_name = station.name;
+      line.end_name = station.targets.names()[i];
+      line.horizontalAngleFlag = !means[i].isEmpty();
+      if (line.horizontalAngleFlag) line.horizontal_angle = onCircle(means[i].value());
+      MeanDistance const& distance = station.distances[i];
+      if (distance.count > 0) line.horizontal_distance = distance.sum / distance.count;
+      if (line.horizontalAngleFlag || distance.count > 0) result.network.lines.push_back(std::move(line));
+    }
+  }
+
+  void joinRounds(Station& station, std::vector<CircleMean>& means) {
+    std::vector<Round const*> waiting;
+    for (Round const& round : station.rounds) {
+      tellFaces(station, round);
+      if (!round.targets.empty()) waiting.push_back(&round);
+    }
+    bool isFirst = true;
+    // A round may find its common target only after another one has been joined.
+    for (std::size_t before = waiting.size() + 1; !waiting.empty() && waiting.size() < before;) {
+      before = waiting.size();
+      std::vector<Round const*> rest;
+      for (Round const* round : waiting) {
+        if (!join(station, *round, isFirst, means)) rest.push_back(round);
+        isFirst = false;
+      }
+      waiting = std::move(rest);
+    }
+    for (Round const* round : waiting) {
+      tell(FieldFinding::Error, station.name, round->names.names(),
+           "the round has no target in common with the others of its station", round->targets.front().firstRow);
+    }
+  }
+
+  bool join(Station& station, Round const& round, bool isFirst, std::vector<CircleMean>& means) {
+    CircleMean turn;
+    if (isFirst) turn.add(0.0);
+    for (std::size_t i = 0; i < round.targets.size(); ++i) {
+      CircleMean const& mean = means[numberAt(station, round, i)];
+      if (!mean.isEmpty()) turn.add(mean.value() - round.targets[i].direction());
+    }
+    if (turn.isEmpty()) return false;
+    for (std::size_t i = 0; i < round.targets.size(); ++i) {
+      CircleMean& mean = means[numberAt(station, round, i)];
+      double const direction = round.targets[i].direction() + turn.value();
+      if (!mean.isEmpty() && std::abs(difference(direction - mean.value())) > kRoundTolerance) {
+        tell(FieldFinding::Warning, station.name, {round.names.names()[i]},
+             "the direction differs by more than 30\" from that of the rounds before", round.targets[i].firstRow);
+      }
+      mean.add(direction);
+    }
+    return true;
+  }
+
+  static std::size_t numberAt(Station const& station, Round const& round, std::size_t i) {
+    return static_cast<std::size_t>(station.targets.find(round.names.names()[i]));
+  }
+
+  void tellFaces(Station const& station, Round const& round) {
+    for (std::size_t i = 0; i < round.targets.size(); ++i) {
+      Sighted const& target = round.targets[i];
+      std::string const& name = round.names.names()[i];
+      if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
+        tell(FieldFinding::Warning, station.name, {name}, "sighted on one face only", target.firstRow);
+        continue;
+      }
+      FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
+      TraverseDataInfo const& first = rows[pair.firstRow];
+      TraverseDataInfo const& second = rows[pair.secondRow];
+      pair.doubleCollimation = difference(first.horizontal_angle - second.horizontal_angle - detail::kPi);
+      if (hasVertical(first) && hasVertical(second)) {
+        pair.indexError = (first.vertical_angle + second.vertical_angle - detail::kFullCircle) / 2;
+      }
+      result.pairs.push_back(std::move(pair));
+    }
+  }
+
+  void tell(FieldFinding::Severity severity, std::string const& station, std::vector<std::string> targets,
+            char const* text, std::size_t row) {
+    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row});
+  }
+  std::vector<TraverseDataInfo> const& rows;
+  FieldReduction result;
+  NameIndex stationNames;
+  NameIndex knownNames;
+  std::deque<Station> stations;
+  Station* current = nullptr;
+};
+
+}  // namespace
+
+FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows) { return Reducer(rows).run(); }
+
+void markKnownStations(std::vector<TraverseDataInfo>& rows) {
+  for (TraverseDataInfo& row : rows) {
+    bool const isStation = row.pointType == TraversePointType::StationPoint;
+    bool const isNowhere =
+        std::abs(row.N) < kNoCoordinate && std::abs(row.E) < kNoCoordinate && std::abs(row.Z) < kNoCoordinate;
+    if (isStation && row.hasCoordinate && !isNowhere) row.isKnown = true;
+  }
+}
+
+}  // namespace kvn

@@ -1,0 +1,65 @@
+// FieldReduction: from the rows of a field book to a network with a surveyor's care.
+#pragma once
+
+#include "records/Network.h"
+#include "records/TraverseDataInfo.h"
+
+#include <utils/Export.h>
+
+#include <QString>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// Something in a job that a surveyor should know.
+struct FieldFinding {
+  enum Severity {
+    Note,     ///< nothing is wrong
+    Warning,  ///< the result may be worse than it looks
+    Error,    ///< the job cannot be computed as it stands
+  };
+
+  Severity severity = Warning;
+  std::string station;
+  std::vector<std::string> targets;
+  QString text;         ///< what is the matter, without the names
+  std::size_t row = 0;  ///< index of the row concerned
+};
+
+/// The two faces of one target in one round.
+struct FacePair {
+  std::string station;
+  std::string target;
+  std::size_t firstRow = 0;        ///< first face
+  std::size_t secondRow = 0;       ///< second face
+  double doubleCollimation = 0.0;  ///< first face less second face, turned by half a circle; radians, -π to π
+  double indexError = 0.0;         ///< (V1 + V2 - 2π) / 2, radians; NaN when a vertical reading is missing
+};
+
+/// What `reduceField` makes of the rows.
+struct FieldReduction {
+  Network network;                     ///< as far as it goes when there is an `Error`
+  std::vector<FieldFinding> findings;  ///< in the order of the rows, by station
+  std::vector<FacePair> pairs;
+};
+
+/// Directions and distances of all stations, independent of the order in which the targets were sighted.
+///
+/// A target is known by its name and its face by the vertical reading; without one, by the horizontal reading against
+/// the target's first one. A direction is the mean of the two faces, a circle reading of the first face from 0 to 2π;
+/// sights on one face alone count as they are, with a `Warning`. A round begins where the first target of an occupation
+/// reads another value; rounds and further occupations of a station are turned onto the first one by the mean
+/// difference of their common targets, and each counts one in the mean. A distance is the mean of the sights that
+/// measured one. Known points are the stations with `isKnown`, each once, without height.
+///
+/// `Error` findings: readings of one target and round that differ by more than 6'; rounds of a station without a common
+/// target; a known point with two positions.
+KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
+
+/// Marks as known the station rows that carry coordinates: a job file has no other sign for it. Coordinates that are
+/// all below 1e-5 m in size mean that there are none.
+KELVANE_EXPORT void markKnownStations(std::vector<TraverseDataInfo>& rows);
+
+}  // namespace kvn

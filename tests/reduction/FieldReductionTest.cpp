@@ -1,0 +1,234 @@
+// The careful road: turned circles, and a network that does not depend on the order of the sights.
+#include "support/FieldRows.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <random>
+
+namespace {
+
+using namespace test;
+
+// Turning adds and takes off full circles: some units in the last place of 2π.
+constexpr double kRounding = 1e-14;
+
+double reading(kvn::TraverseDataInfo const& row) { return row.horizontal_angle / kDegree; }
+
+TEST(TurnedCircles, BringTheZeroTargetToOneMinute) {
+  double const minute = 1 / 60.0;
+  struct Case {
+    char const* what;
+    Rows rows;
+    std::vector<double> readings;  // degrees, of the sights
+  };
+  Case const cases[] = {
+      {"just below zero",
+       twoFaces({sight("A", 360 - 3 / 3600.0, 90), sight("B", 90, 90)}),
+       {minute, 90 + minute + 3 / 3600.0, 270 + minute + 3 / 3600.0, 180 + minute}},
+      {"the one that reads near zero, not the first",
+       twoFaces({sight("A", 200, 90), sight("B", 0, 90)}),
+       {200 + minute, minute, 180 + minute, 20 + minute}},
+      {"else the first",
+       twoFaces({sight("A", 200, 90), sight("B", 100, 90)}),
+       {minute, 260 + minute, 80 + minute, 180 + minute}},
+      {"found on the second face", {sight("A", 180, 270), sight("B", 90, 90)}, {180 + minute, 90 + minute}},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    Rows rows{station("S")};
+    rows.insert(rows.end(), c.rows.begin(), c.rows.end());
+    Rows const turned = kvn::turnedCircles(rows);
+    ASSERT_EQ(turned.size(), rows.size());
+    for (std::size_t i = 0; i < c.readings.size(); ++i) {
+      EXPECT_NEAR(reading(turned[i + 1]), c.readings[i], kRounding / kDegree) << i;
+    }
+  }
+}
+
+TEST(TurnedCircles, TurnEachOccupationAndEachStationOfANetworkOnItsOwn) {
+  Rows const rows{sight("early", 7, 90), station("S"),       sight("A", 20, 90),
+                  station("T"),          sight("A", 30, 90), sight("B", 40, 90)};
+  Rows const turned = kvn::turnedCircles(rows);
+  EXPECT_NEAR(reading(turned[2]), 1 / 60.0, 1e-12);
+  EXPECT_NEAR(reading(turned[5]), 10 + 1 / 60.0, 1e-12);
+  kvn::Network network;
+  for (auto const& [from, angle, isThere] :
+       {std::tuple("S", 350.0, true), {"T", 0.0, false}, {"S", 10.0, true}, {"T", 30.0, true}}) {
+    network.lines.emplace_back();
+    network.lines.back().start_name = from;
+    network.lines.back().horizontal_angle = angle * kDegree;
+    network.lines.back().horizontalAngleFlag = isThere;
+  }
+  EXPECT_EQ(shortText(kvn::turnedCircles(network).lines),
+            "S> 0.0167 0.0000\nT> 0.0000 0.0000\nS> 20.0167 0.0000\nT> 0.0167 0.0000\n");
+}
+
+/// A job of four stations around a square of 100 m with known corners K1, K2, as a careful observer would book it, and
+/// its true coordinates.
+Rows squareJob(std::vector<double> const& zeros) {
+  struct Point {
+    char const* name;
+    double x, y;
+  };
+  Point const points[] = {{"K1", 0, 0}, {"K2", 100, 0}, {"P", 100, 100}, {"Q", 0, 100}};
+  Rows rows;
+  for (std::size_t i = 0; i < 4; ++i) {
+    Point const& s = points[i];
+    rows.push_back(i < 2 ? known(s.name, s.x, s.y) : station(s.name));
+    Rows firstFace;
+    for (std::size_t k : {(i + 3) % 4, (i + 1) % 4, (i + 2) % 4}) {
+      double const azimuth = std::atan2(points[k].y - s.y, points[k].x - s.x) / kDegree;
+      Point const& back = points[(i + 3) % 4];
+      double const first = std::atan2(back.y - s.y, back.x - s.x) / kDegree;
+      double const circle = std::fmod(azimuth - first + zeros[i] + 720, 360);
+      firstFace.push_back(
+          sight(points[k].name, circle, 88, std::hypot(points[k].x - s.x, points[k].y - s.y) / std::sin(88 * kDegree)));
+    }
+    Rows const sights = twoFaces(firstFace);
+    rows.insert(rows.end(), sights.begin(), sights.end());
+  }
+  return grouped(rows);
+}
+
+/// Largest error of P and Q after a least-squares run; large when the run fails.
+double errorOf(kvn::Network const& network) {
+  kvn::AlgorithmAdjust adjustment;
+  try {
+    adjustment.setNetworkData(network);
+    adjustment.calculateAdjust();
+  } catch (std::exception const&) {
+    return 1e9;
+  }
+  double error = 0;
+  for (kvn::PointInfo const& point : adjustment.getPointList()) {
+    double const x = point.name == "K2" || point.name == "P" ? 100 : 0;
+    double const y = point.name == "P" || point.name == "Q" ? 100 : 0;
+    error = std::max({error, std::abs(point.x - x), std::abs(point.y - y)});
+  }
+  return error;
+}
+
+double errorOfRows(Rows const& rows) { return errorOf(kvn::INetworkDataCollection::TraverseDataListToNetwork(rows)); }
+
+TEST(TurnedCircles, ChangeNothingWhereTheReadingsAreRightAndMendTheSeam) {
+  // 1e-9 m; a direction that is cut by 3" moves a point at 100 m by 1.5 mm.
+  Rows const good = squareJob({0.01, 20, 100, 200});
+  EXPECT_LT(errorOfRows(good), 1e-9);
+  EXPECT_LT(errorOfRows(kvn::turnedCircles(good)), 1e-9);
+  Rows const seam = squareJob({360 - 3 / 3600.0, 20, 100, 200});
+  EXPECT_GT(errorOfRows(seam), 1e-4);
+  EXPECT_LT(errorOfRows(kvn::turnedCircles(seam)), 1e-9);
+  // The faces of a later target on both sides of the seam: their plain mean points the other way.
+  Rows through = squareJob({0.01, 45, 100, 200});
+  through[10].horizontal_angle = 6.283185307179586 - 1e-6;
+  through[11].horizontal_angle = 3.141592653589793 + 1e-6;
+  EXPECT_GT(errorOfRows(through), 1.0);
+  EXPECT_LT(errorOfRows(kvn::turnedCircles(through)), 1e-9);
+}
+
+TEST(ReduceField, FindsTheSquareHoweverItWasObserved) {
+  std::mt19937 random(3);
+  for (int run = 0; run < 50; ++run) {
+    SCOPED_TRACE(run);
+    std::vector<double> zeros;
+    for (int i = 0; i < 4; ++i) zeros.push_back(static_cast<double>(random() % 360) - 2 / 3600.0 + 360);
+    Rows rows = squareJob(zeros);
+    // The sights of each station in any order; a distance on one face is enough.
+    for (std::size_t i = 0; i < rows.size(); i += 7)
+      std::shuffle(rows.begin() + static_cast<long>(i) + 1, rows.begin() + static_cast<long>(i) + 7, random);
+    for (auto& row : rows) {
+      bool const drops = row.vertical_angle > 3.2;
+      if (drops) row.slant_distance = row.horizontal_distance = 0;
+      if (drops) row.isSlantDistanceHave = false;
+    }
+    kvn::FieldReduction const reduced = kvn::reduceField(rows);
+    EXPECT_TRUE(reduced.findings.empty());
+    EXPECT_EQ(reduced.pairs.size(), 12U);
+    EXPECT_LT(errorOf(reduced.network), 1e-9);
+  }
+}
+
+TEST(ReduceField, JoinsRoundsAndOccupationsByTheirCommonTargets) {
+  // B in one of three occupations, C in two: nothing is divided by what was not observed.
+  Rows const rows{station("S"),       sight("A", 10, 90, 50), sight("C", 100, 90),  // first round
+                  sight("A", 55, 90), sight("C", 145, 90),                          // circle turned by 45°
+                  station("T"),       sight("A", 1, 90),                            //
+                  station("S"),       sight("C", 359, 90),    sight("B", 29, 90, 70)};
+  kvn::FieldReduction const reduced = kvn::reduceField(rows);
+  EXPECT_EQ(shortText(reduced.network.lines),
+            "S>A 10.0000 50.0000\nS>C 100.0000 0.0000\nS>B 130.0000 70.0000\nT>A 1.0000 0.0000\n");
+}
+
+TEST(ReduceField, TellsWhatItCannotRelate) {
+  auto noAngle = sight("A", 0, 0, 40);
+  noAngle.angleMark = 0;
+  struct Case {
+    char const* what;
+    Rows rows;
+    char const* findings;  // severity, station, targets, row
+    char const* lines;
+  };
+  Case const cases[] = {
+      {"ahead of any station", {sight("A", 0, 90), station("S")}, "1  A 0\n", ""},
+      {"one face",
+       {station("S"), sight("A", 1, 90), sight("A", 181, 270), sight("B", 2, 90)},
+       "1 S B 3\n",
+       "S>A 1.0000 0.0000\nS>B 2.0000 0.0000\n"},
+      {"one target, two readings on one face",
+       {station("S"), sight("Z", 0, 90), sight("A", 1, 90), sight("A", 2, 90)},
+       "2 S A 3\n1 S Z 1\n1 S A 2\n",
+       "S>Z 0.0000 0.0000\nS>A 1.0000 0.0000\n"},
+      {"rounds without a common target",
+       {station("S"), sight("A", 1, 90), station("S"), sight("B", 2, 90)},
+       "1 S A 1\n1 S B 3\n2 S B 3\n",
+       "S>A 1.0000 0.0000\n"},
+      {"a known point at two places", {known("S", 1, 1), known("S", 1, 1.001)}, "2 S  1\n", ""},
+      {"a known point twice", {known("S", 1, 1), known("S", 1, 1)}, "", ""},
+      {"a distance alone, and it cannot be made horizontal", {station("S"), noAngle}, "1 S A 1\n", ""},
+      {"without vertical readings the faces are told by the horizontal ones",
+       {station("S"), sight("A", 359.999, 0), sight("B", 10, 0), sight("B", 190, 0), sight("A", 180.001, 0)},
+       "",
+       "S>A 0.0000 0.0000\nS>B 10.0000 0.0000\n"},
+      {"rounds that differ",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), station("S"), sight("A", 0, 90), sight("B", 10.02, 90)},
+       "1 S A 1\n1 S B 2\n1 S A 4\n1 S B 5\n1 S A 4\n1 S B 5\n",
+       "S>A 359.9950 0.0000\nS>B 10.0050 0.0000\n"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    kvn::FieldReduction const reduced = kvn::reduceField(c.rows);
+    std::string findings;
+    for (kvn::FieldFinding const& finding : reduced.findings) {
+      findings += std::to_string(finding.severity) + ' ' + finding.station + ' ';
+      for (std::string const& target : finding.targets) findings += target;
+      findings += ' ' + std::to_string(finding.row) + '\n';
+    }
+    EXPECT_EQ(findings, c.findings);
+    EXPECT_EQ(shortText(reduced.network.lines), c.lines);
+  }
+}
+
+TEST(ReduceField, MeasuresTheErrorsOfTheInstrument) {
+  // Collimation 10" and index error 4": twice the first in the faces, the second as it is. Row 3 is the first face.
+  Rows const rows{station("S"), sight("B", 5, 90), sight("A", 190 - 10 / 3600.0, 275 + 4 / 3600.0),
+                  sight("A", 10 + 10 / 3600.0, 85 + 4 / 3600.0)};
+  kvn::FieldReduction const reduced = kvn::reduceField(rows);
+  ASSERT_EQ(reduced.pairs.size(), 1U);
+  EXPECT_EQ(reduced.pairs[0].firstRow, 3U);
+  EXPECT_NEAR(reduced.pairs[0].doubleCollimation, 20 * kSecond, kRounding);
+  EXPECT_NEAR(reduced.pairs[0].indexError, 4 * kSecond, kRounding);
+}
+
+TEST(MarkKnownStations, GoesByCoordinatesThatAreThere) {
+  Rows rows{station("A"), station("B"), station("C"), sight("D", 1, 90)};
+  for (auto& row : rows) row.hasCoordinate = row.name != "C";
+  rows[1].N = rows[2].N = rows[3].N = 2e-5;
+  rows[0].N = 0.9e-5;
+  kvn::markKnownStations(rows);
+  std::string marked;
+  for (auto const& row : rows) marked += row.isKnown ? row.name : "-";
+  EXPECT_EQ(marked, "-B--");
+}
+
+}  // namespace
