@@ -118,7 +118,7 @@ void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
 void TriangleHeightDataRead::checkData() const {
   for (TriangleViewData const& view : triangleViewData) {
     bool const isUsable = view.horizontalDistance >= kNoDistance && detail::isPresent(view.slantDistance) &&
-                          detail::isPresent(view.verticalAngle) && detail::isPresent(view.targetHeight);
+                          detail::isPresent(view.verticalAngle);
     if (!isUsable) failWithoutDistance();
   }
 }

@@ -46,14 +46,22 @@ Options commonOptions(QCommandLineParser const& parser) {
   return options;
 }
 
-/// An a-priori error. It is kept as a float, so that it must be in range as a float.
-std::optional<float> errorOption(QCommandLineParser const& parser, QString const& name, bool mayBeZero) {
+std::optional<double> numberOption(QCommandLineParser const& parser, QString const& name) {
   if (!parser.isSet(name)) return std::nullopt;
   bool isNumber = false;
-  auto const value = static_cast<float>(parser.value(name).toDouble(&isNumber));
+  double const value = parser.value(name).toDouble(&isNumber);
   if (!isNumber || !std::isfinite(value)) {
     throw UsageError(QString("--%1 needs a number: %2").arg(name, parser.value(name)));
   }
+  return value;
+}
+
+/// An a-priori error. It is kept as a float, so that it must be in range as a float.
+std::optional<float> errorOption(QCommandLineParser const& parser, QString const& name, bool mayBeZero) {
+  std::optional<double> const number = numberOption(parser, name);
+  if (!number) return std::nullopt;
+  auto const value = static_cast<float>(*number);
+  if (!std::isfinite(value)) throw UsageError(QString("--%1 needs a number: %2").arg(name, parser.value(name)));
   if (value < 0.0F || (value == 0.0F && !mayBeZero)) {
     throw UsageError(QString("--%1 must be %2: %3").arg(name, mayBeZero ? "0 or more" : "above 0", parser.value(name)));
   }
@@ -92,6 +100,7 @@ QString programUsage() {
       "Subcommands:\n"
       "  show FILE                            what a file holds\n"
       "  adjust FILE                          adjusted coordinates with their errors\n"
+      "  heights FILE                         trigonometric heights with their errors\n"
       "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
       "\n"
       "Options of all subcommands:\n"
@@ -139,6 +148,24 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.fixedError = errorOption(parser, "fixed-error", true);
   options.proportionalError = errorOption(parser, "proportional-error", true);
   options.sumForm = formOption(parser);
+  options.asRead = parser.isSet("as-read");
+  return options;
+}
+
+std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser, "Computes trigonometric heights from vertical readings and slant distances.");
+  parser.addPositionalArgument("FILE", "Field book (.txt, .lqf).");
+  parser.addOptions({
+      {"refraction", "Refraction coefficient; 1 takes neither curvature nor refraction (default 0.16).", "K"},
+      {"as-read",
+       "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
+       "full-circle zenith readings give the index term of the circle instead of the elevation."},
+  });
+  if (!goesOn(parser, arguments, "heights FILE [options]", 1)) return std::nullopt;
+  auto options = commonOptions<HeightsOptions>(parser);
+  options.file = parser.positionalArguments().first();
+  options.refraction = numberOption(parser, "refraction");
   options.asRead = parser.isSet("as-read");
   return options;
 }

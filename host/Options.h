@@ -26,6 +26,12 @@ struct AdjustOptions : CommonOptions {
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
 };
 
+struct HeightsOptions : CommonOptions {
+  QString file;
+  std::optional<double> refraction;  ///< coefficient; empty for that of the settings
+  bool asRead = false;               ///< the rows as the library takes them, without the host's care
+};
+
 struct ExecOptions : CommonOptions {
   QString openFile;  ///< empty: the commands run on an empty project
   QString saveFile;  ///< empty: nothing is written
@@ -40,6 +46,7 @@ QString programUsage();
 
 std::optional<ShowOptions> parseShow(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<ExecOptions> parseExec(QStringList const& arguments);
 
 }  // namespace kvn::host

@@ -1,0 +1,132 @@
+// heights: trigonometric heights with their errors.
+#include "Commands.h"
+#include "Failures.h"
+#include "HeightsReport.h"
+#include "Options.h"
+#include "Output.h"
+#include "Session.h"
+
+#include <vector>
+
+namespace kvn::host {
+namespace {
+
+char const* reasonText(LeftOutSight::Reason reason) {
+  switch (reason) {
+    case LeftOutSight::NoStation:
+      return "no station row stands before it";
+    case LeftOutSight::SightsItself:
+      return "the target is the station";
+    case LeftOutSight::NoAngle:
+      return "no vertical reading, or one outside the circle";
+    case LeftOutSight::NoDistance:
+      return "no distance";
+    case LeftOutSight::AlongVertical:
+      return "it points straight up or down, or has no vertical reading";
+  }
+  return "";
+}
+
+void tell(QString const& text) { System::Instance()->sendMessage(text, Warning); }
+
+void tellLeftOut(std::vector<LeftOutSight> const& sights) {
+  for (LeftOutSight const& sight : sights) {
+    tell(QString("Row %1, %2 to %3, is left out: %4")
+             .arg(sight.row + 1)
+             .arg(textOf(sight.station), textOf(sight.target), QLatin1String(reasonText(sight.reason))));
+  }
+}
+
+/// A control point known in plan only has the height 0 in the field book, as one at sea level.
+void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
+  for (TriangleStationData const& station : observations.getTriangleStationData()) {
+    if (station.height == 0.0) tell(QString("The known height of %1 is 0").arg(textOf(station.name)));
+  }
+}
+
+TriangleHeightDataConvert observe(Project const& project, double refraction, bool asRead) {
+  TriangleHeightDataRead reader(asRead ? project.getVerticalAngleType() : ElevationAngle);
+  if (asRead) {
+    reader.setTraverseDataList(project.getTraverseDataList(), refraction);
+  } else {
+    ElevationRows const elevations = elevationRows(project.getTraverseDataList());
+    tellLeftOut(elevations.leftOut);
+    reader.setTraverseDataList(elevations.rows, refraction);
+  }
+  TriangleHeightDataConvert observations;
+  observations.setTriangleHeightDataRead(reader);
+  tellKnownHeightsOfZero(observations);
+  return observations;
+}
+
+/// Points that no chain of lines connects to a known station, which the library refuses without their names.
+QStringList unconnected(TriangleHeightDataConvert const& observations) {
+  NameIndex names;
+  std::vector<std::vector<int>> neighbours(static_cast<std::size_t>(observations.getPnumber()));
+  for (TriangleStationData const& station : observations.getTriangleStationData()) names.numberOf(station.name);
+  for (TriangleViewData const& line : observations.getTraingleViewData()) {
+    int const start = names.numberOf(line.start_name);
+    int const end = names.numberOf(line.end_name);
+    neighbours[static_cast<std::size_t>(start)].push_back(end);
+    neighbours[static_cast<std::size_t>(end)].push_back(start);
+  }
+  std::vector<bool> reached(neighbours.size(), false);
+  std::vector<int> open;
+  auto const reach = [&](int point) {
+    if (reached[static_cast<std::size_t>(point)]) return;
+    reached[static_cast<std::size_t>(point)] = true;
+    open.push_back(point);
+  };
+  for (int known = 0; known < observations.getKnPnumber(); ++known) reach(known);
+  while (!open.empty()) {
+    int const point = open.back();
+    open.pop_back();
+    for (int const neighbour : neighbours[static_cast<std::size_t>(point)]) reach(neighbour);
+  }
+  QStringList left;
+  for (std::size_t n = 0; n < reached.size(); ++n) {
+    if (!reached[n]) left << textOf(names.names()[n]);
+  }
+  return left;
+}
+
+void requireSolvable(QString const& file, TriangleHeightDataConvert const& observations) {
+  if (observations.getKnPnumber() == 0) throw Refusal(file, "no station has a known height");
+  QStringList const left = unconnected(observations);
+  if (!left.isEmpty()) throw Refusal(file, "no line connects these points to a known height: " + left.join(", "));
+}
+
+int report(Session& session, HeightsOptions const& options) {
+  Project const& project = session.project();
+  if (project.getTraverseDataList().empty()) {
+    throw Refusal(session.file(), "the file has no rows of a field book, from which heights are computed");
+  }
+  double const refraction = options.refraction.value_or(double(project.getConfigure().AtmosphericIndex));
+  TriangleHeightDataConvert const observations = observe(project, refraction, options.asRead);
+  requireSolvable(session.file(), observations);
+  TriangleHeightAdjust adjustment;
+  adjustment.setTriangleHeightDataConvert(observations);
+  adjustment.heightLSAdjust();
+  HeightsReport const finished(session.file(), refraction, observations, adjustment);
+  if (!options.json) {
+    printText(finished.text());
+    return Done;
+  }
+  Json::Value json = finished.json();
+  json["messages"] = session.messages().take();
+  printJson(json);
+  return Done;
+}
+
+}  // namespace
+
+int runHeights(QStringList const& arguments) {
+  auto const options = parseHeights(arguments);
+  if (!options) return Done;
+  return runInSession(*options, [&options](Session& session) {
+    session.open(options->file, options->asRead);
+    return report(session, *options);
+  });
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,312 @@
+// Adjusted heights against published figures, a hand computation and a second way.
+#include "HeightRows.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+
+namespace {
+
+using namespace kvn;
+using namespace test;
+
+constexpr char const* kFailed = "Calculate Height Failed, The Height Of Data Is Error";
+// Rounding of the way from a difference over an angle and back: 1e-15 of lengths of up to 1000 m, some times.
+constexpr double kRounding = 1e-11;
+
+TriangleHeightAdjust adjusted(Rows const& rows, double refraction = kNoCurvature) {
+  TriangleHeightAdjust run;
+  run.setTriangleHeightDataConvert(converted(rows, refraction));
+  run.heightLSAdjust();
+  return run;
+}
+
+std::vector<std::string> namesOf(std::vector<TriangleHeightPointInfo> const& points) {
+  std::vector<std::string> names;
+  for (auto const& point : points) names.push_back(point.name);
+  return names;
+}
+
+// Trigonometric height by reciprocal vertical angles, exercise with published solution,
+// https://zzdes.com/view-1562127.html; neither curvature nor refraction. Published to 0.01 m.
+TEST(HeightAdjust, ReproducesThePublishedReciprocalSighting) {
+  double const d = 624.42;
+  double const up = degrees(2, 38, 7);
+  double const down = -degrees(2, 23, 15);
+  Rows const fromA{knownRow("A", 1.62, 258.26), sightRow("B", up, d / std::cos(up), 3.65),
+                   sightRow("B", up, d / std::cos(up), 3.65)};
+  Rows fromB{stationRow("B", 1.51), sightRow("A", down, d / std::cos(down), 2.26),
+             sightRow("A", down, d / std::cos(down), 2.26), knownRow("A", 1.62, 258.26)};
+  EXPECT_NEAR(heightOf(adjusted(fromA), "B"), 284.97, 0.005);
+  EXPECT_NEAR(heightOf(adjusted(fromB), "B"), 285.04, 0.005);
+  fromB.pop_back();
+  Rows both = fromA;
+  both.insert(both.end(), fromB.begin(), fromB.end());
+  EXPECT_NEAR(heightOf(adjusted(both), "B"), 285.00, 0.008);  // printed 285.00, unrounded 285.007
+}
+
+// Worked by hand, K = 0.16, R = 6371393 m.
+//   A, i = 1.500, to B, t = 1.600, S = 500.000 on both faces:
+//     87°30'10" gives a = 2°29'50", 272°29'56" gives 2°29'56"; mean 2°29'53", tan a = 0.04362694
+//     horizontal 500 cos a = 499.52485; 499.52485 tan a = 21.79274
+//     499.52485² / 12742786 * 0.84 = 0.01645
+//     21.79274 + 1.500 - 1.600 + 0.01645 = 21.70919
+//   B, i = 1.450, to A, t = 1.700, S = 500.002:
+//     92°29'45" gives -2°29'45", 267°30'21" gives -2°29'39"; mean -2°29'42", tan a = -0.04357351
+//     horizontal 499.52801; times tan a = -21.76619; curvature and refraction 0.01645
+//     -21.76619 + 1.450 - 1.700 + 0.01645 = -21.99974
+//   mean (21.70919 + 21.99974) / 2 = 21.85447; height of B 100 + 21.85447 = 121.8545. Index errors +3" and +3".
+TEST(HeightAdjust, EqualsTheHandComputation) {
+  Rows const rows{knownRow("A", 1.5, 100.0),
+                  sightRow("B", degrees(87, 30, 10), 500.0, 1.6),
+                  sightRow("B", degrees(272, 29, 56), 500.0, 1.6),
+                  stationRow("B", 1.45),
+                  sightRow("A", degrees(92, 29, 45), 500.002, 1.7),
+                  sightRow("A", degrees(267, 30, 21), 500.002, 1.7)};
+  EXPECT_NEAR(heightOf(adjusted(elevationRows(rows).rows, 0.16), "B"), 121.8545, 1e-4);  // 0.1 mm, as written above
+  for (VerticalIndexError const& error : verticalIndexErrors(rows)) {
+    EXPECT_NEAR(error.indexError, degrees(0, 0, 3), 1e-12);
+  }
+}
+
+TEST(HeightAdjust, WalksAgainstTheOrderAndTheDirectionOfLines) {
+  Rows rows;
+  addLine(rows, "C", "B", 1.0, 100);  // before B has a height, and from the far end
+  addLine(rows, "A", "B", 2.5, 400);
+  rows.push_back(knownRow("A", 0, 100));
+  TriangleHeightAdjust const run = adjusted(rows);
+  auto const approximate = run.getTriangleHeightPointInfoH0();
+  EXPECT_EQ(namesOf(approximate), (std::vector<std::string>{"A", "C", "B"}));
+  EXPECT_EQ(approximate[0].height, 100);
+  EXPECT_NEAR(approximate[1].height, 101.5, kRounding);
+  EXPECT_NEAR(approximate[2].height, 102.5, kRounding);
+  // Nothing is redundant: heights, but no errors.
+  EXPECT_EQ(run.getRedundancy(), 0);
+  EXPECT_TRUE(std::isnan(run.getUnitError()));
+  for (auto const& point : run.getTriangleHeightPointInfo()) EXPECT_TRUE(std::isnan(point.heightError));
+}
+
+TEST(HeightAdjust, WeighsByTheInverseOfTheLength) {
+  Rows rows{knownRow("A", 0, 0.0), knownRow("D", 0, 0.0)};
+  addLine(rows, "A", "B", 1.0, 100);
+  addLine(rows, "D", "B", 2.0, 400);
+  // (1 / 100 + 2 / 400) / (1 / 100 + 1 / 400) = 1.2; residuals 0.2 and -0.8, one redundant:
+  // m0 = √(0.04 / 100 + 0.64 / 400) = √0.002, m = m0 √80 = 0.4.
+  TriangleHeightAdjust const run = adjusted(rows);
+  EXPECT_NEAR(heightOf(run, "B"), 1.2, kRounding);
+  EXPECT_NEAR(run.getResiduals()[0], 0.2, kRounding);
+  EXPECT_NEAR(run.getResiduals()[1], -0.8, kRounding);
+  EXPECT_NEAR(run.getUnitError(), std::sqrt(0.002), kRounding);
+  EXPECT_NEAR(run.getTriangleHeightPointInfo()[2].heightError, 0.4, kRounding);
+}
+
+// ---- Random networks.
+
+struct Network {
+  int known, points;
+  std::vector<TriangleViewData> lines;
+  Rows rows;
+};
+
+std::string point(int n) { return "P" + std::to_string(n); }
+
+/// A spanning tree and further lines in random order and direction, with errors of centimetres. The reduction may drop
+/// and merge lines, so that the lines are those that it gives.
+Network randomNetwork(unsigned seed) {
+  std::mt19937 random(seed);
+  auto const upTo = [&random](int n) { return std::uniform_int_distribution<int>(0, n)(random); };
+  std::uniform_real_distribution<double> height(0.0, 50.0), length(50.0, 900.0), error(-0.02, 0.02);
+  Network net{1 + upTo(2), 4 + upTo(25), {}, {}};
+  std::vector<double> heights;
+  for (int n = 0; n < net.points; ++n) heights.push_back(height(random));
+  std::vector<std::pair<int, int>> lines;
+  for (int n = 1; n < net.points; ++n) lines.emplace_back(upTo(n - 1), n);
+  for (int n = 0; n < net.points; ++n) {
+    int const a = upTo(net.points - 1);
+    int const b = upTo(net.points - 1);
+    if (a != b) lines.emplace_back(a, b);
+  }
+  std::shuffle(lines.begin(), lines.end(), random);
+  for (auto& [a, b] : lines) {
+    if (upTo(1) == 1) std::swap(a, b);
+    double const difference = heights[std::size_t(b)] - heights[std::size_t(a)] + error(random);
+    addLine(net.rows, point(a), point(b), difference, length(random));
+  }
+  for (int k = 0; k < net.known; ++k) net.rows.push_back(knownRow(point(k), 0, heights[std::size_t(k)]));
+  net.lines = converted(net.rows).getTraingleViewData();
+  return net;
+}
+
+/// Passes over all lines until nothing moves.
+std::map<std::string, double> plainWalk(Network const& net) {
+  std::map<std::string, double> heights;
+  for (auto const& row : net.rows) {
+    if (row.isKnown) heights[row.name] = row.Z;
+  }
+  for (std::size_t before = 0; before != heights.size();) {
+    before = heights.size();
+    for (auto const& line : net.lines) {
+      bool const start = heights.count(line.start_name) != 0;
+      bool const end = heights.count(line.end_name) != 0;
+      if (start && !end) heights[line.end_name] = heights[line.start_name] + line.heightDifference;
+      if (!start && end) heights[line.start_name] = heights[line.end_name] - line.heightDifference;
+    }
+  }
+  return heights;
+}
+
+/// Inverse of a full matrix by elimination with row exchanges.
+std::vector<std::vector<double>> inverted(std::vector<std::vector<double>> m) {
+  std::size_t const n = m.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    m[i].resize(2 * n, 0.0);
+    m[i][n + i] = 1.0;
+  }
+  for (std::size_t k = 0; k < n; ++k) {
+    for (std::size_t i = k + 1; i < n; ++i) {
+      if (std::abs(m[i][k]) > std::abs(m[k][k])) std::swap(m[i], m[k]);
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+      double const factor = i == k ? 0.0 : m[i][k] / m[k][k];
+      for (std::size_t j = 0; j < 2 * n; ++j) m[i][j] -= factor * m[k][j];
+    }
+  }
+  for (std::size_t i = 0; i < n; ++i) {
+    double const pivot = m[i][i];
+    m[i].erase(m[i].begin(), m[i].begin() + static_cast<std::ptrdiff_t>(n));
+    for (double& value : m[i]) value /= pivot;
+  }
+  return m;
+}
+
+/// Heights and errors with the known points taken out of the equations instead of held by a weight.
+std::map<std::string, std::pair<double, double>> secondWay(Network const& net) {
+  std::map<std::string, double> fixed;
+  for (auto const& row : net.rows) {
+    if (row.isKnown) fixed[row.name] = row.Z;
+  }
+  auto const unknowns = std::size_t(net.points - net.known);
+  auto const number = [&](std::string const& name) { return std::size_t(std::stoi(name.substr(1)) - net.known); };
+  std::vector<std::vector<double>> normal(unknowns, std::vector<double>(unknowns, 0.0));
+  std::vector<double> right(unknowns, 0.0), x(unknowns, 0.0);
+  for (auto const& line : net.lines) {
+    double const p = 1.0 / line.horizontalDistance;
+    for (auto const& [from, to, sign] :
+         {std::tuple(line.start_name, line.end_name, 1.0), std::tuple(line.end_name, line.start_name, -1.0)}) {
+      if (fixed.count(to) != 0) continue;
+      normal[number(to)][number(to)] += p;
+      right[number(to)] += p * sign * line.heightDifference;
+      if (fixed.count(from) != 0) {
+        right[number(to)] += p * fixed[from];
+      } else {
+        normal[number(to)][number(from)] -= p;
+      }
+    }
+  }
+  auto const q = inverted(normal);
+  for (std::size_t i = 0; i < unknowns; ++i) {
+    for (std::size_t j = 0; j < unknowns; ++j) x[i] += q[i][j] * right[j];
+  }
+  auto const height = [&](std::string const& name) { return fixed.count(name) ? fixed[name] : x[number(name)]; };
+  double sum = 0.0;
+  for (auto const& line : net.lines) {
+    sum +=
+        std::pow(height(line.end_name) - height(line.start_name) - line.heightDifference, 2) / line.horizontalDistance;
+  }
+  double const unitError = std::sqrt(sum / double(net.lines.size() - unknowns));
+  std::map<std::string, std::pair<double, double>> result;
+  for (auto const& [name, value] : fixed) result[name] = {value, 0.0};
+  for (std::size_t i = 0; i < unknowns; ++i) {
+    result[point(int(i) + net.known)] = {x[i], unitError * std::sqrt(q[i][i])};
+  }
+  return result;
+}
+
+TEST(HeightAdjust, TakesEachApproximateHeightFromTheLineOfThePlainPasses) {
+  for (unsigned seed = 0; seed < 200; ++seed) {
+    SCOPED_TRACE(seed);
+    Network const net = randomNetwork(seed);
+    auto const expected = plainWalk(net);
+    auto const found = adjusted(net.rows).getTriangleHeightPointInfoH0();
+    ASSERT_EQ(found.size(), std::size_t(net.points));
+    for (auto const& at : found) EXPECT_EQ(at.height, expected.at(at.name)) << at.name;  // the same operations
+  }
+}
+
+TEST(HeightAdjust, EqualsTheEquationsWithoutTheKnownPoints) {
+  for (unsigned seed = 0; seed < 100; ++seed) {
+    SCOPED_TRACE(seed);
+    Network const net = randomNetwork(seed);
+    auto const expected = secondWay(net);
+    TriangleHeightAdjust const run = adjusted(net.rows);
+    if (run.getRedundancy() == 0) continue;
+    for (auto const& at : run.getTriangleHeightPointInfo()) {
+      // A millionth of a millimetre: rounding times a condition of some thousands.
+      EXPECT_NEAR(at.height, expected.at(at.name).first, 1e-9) << at.name;
+      EXPECT_NEAR(at.heightError, expected.at(at.name).second, 1e-9) << at.name;
+    }
+  }
+}
+
+// ---- Failures and the life of the object.
+
+TEST(HeightAdjust, RefusesWhatGivesNoHeight) {
+  struct Case {
+    char const* fault;
+    double knownHeight;
+    bool detached;
+  };
+  for (Case const& c : {Case{"a point without a line to a height", 10.0, true}, Case{"a marker", -9999.9, false},
+                        Case{"the other marker", 1e30, false}, Case{"not a number", std::nan(""), false}}) {
+    SCOPED_TRACE(c.fault);
+    Rows rows{knownRow("A", 0, c.knownHeight)};
+    addLine(rows, "A", "B", 1, 100);
+    if (c.detached) {
+      // Rounding leaves a pivot of 1e-12 here, so that the solve itself would give heights.
+      addLine(rows, "C", "D", 1e-3, 0.0003);
+      addLine(rows, "D", "E", 1e-3, 0.0007);
+      addLine(rows, "E", "C", -2e-3, 0.0011);
+    }
+    TriangleHeightAdjust run;
+    run.setTriangleHeightDataConvert(converted(rows));
+    for (int again = 0; again < 2; ++again) {
+      EXPECT_EQ(failureOf<std::exception>([&] { run.heightLSAdjust(); }), kFailed);
+      EXPECT_TRUE(std::isnan(heightOf(run, "B")));  // not the approximate height
+    }
+  }
+  TriangleHeightAdjust cleared = adjusted({knownRow("A", 0, 1)});
+  cleared.clearCalData();
+  EXPECT_EQ(failureOf<std::exception>([&] { cleared.heightLSAdjust(); }), kFailed);
+}
+
+TEST(HeightAdjust, NumbersAnewWhenNamesOrKnownPointsChange) {
+  struct Case {
+    char const* what;
+    Rows rows;
+    std::vector<std::string> order;
+  };
+  Rows same{knownRow("K2", 0, 11), knownRow("K1", 0, 10)};
+  addLine(same, "B", "K1", -5, 100);
+  Rows other{knownRow("B", 0, 15), knownRow("K2", 0, 11)};
+  addLine(other, "B", "K1", -5, 100);
+  Rows fewer{knownRow("K1", 0, 10)};
+  addLine(fewer, "B", "K1", -5, 100);
+  for (Case const& c : {Case{"the same points keep their order", same, {"K1", "K2", "B"}},
+                        Case{"another point is known", other, {"B", "K2", "K1"}}, Case{"fewer", fewer, {"K1", "B"}}}) {
+    SCOPED_TRACE(c.what);
+    Rows first{knownRow("K1", 0, 10), knownRow("K2", 0, 11)};
+    addLine(first, "K1", "B", 5, 100);
+    TriangleHeightAdjust run = adjusted(first);
+    run.clearCalData();
+    run.setTriangleHeightDataConvert(converted(c.rows));
+    run.heightLSAdjust();
+    EXPECT_EQ(namesOf(run.getTriangleHeightPointInfoH0()), c.order);
+    EXPECT_NEAR(heightOf(run, "B"), 15, kRounding);
+    EXPECT_NEAR(heightOf(run, "K1"), 10, kRounding);
+    EXPECT_EQ(run.getTriangleHeightPointInfo().size(), 3 + c.order.size());  // behind those of the first run
+    EXPECT_TRUE(std::isnan(heightOf(run, "elsewhere")));                     // as it was
+  }
+}
+
+}  // namespace
