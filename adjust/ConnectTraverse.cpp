@@ -2,12 +2,21 @@
 
 #include "adjust/detail/TraverseStations.h"
 
+#include <utility>
+
 namespace kvn {
 namespace {
 
 constexpr detail::StationRule kRule{AlgorithmException::StationNameRepeat, false, true};
 
 }  // namespace
+
+TraverseEndException::TraverseEndException(std::string station, std::string fore)
+    : AlgorithmException(KnownPointNotEnough, std::string()),
+      lastStation(std::move(station)),
+      forePoint(std::move(fore)) {}
+
+TraverseEndException::~TraverseEndException() = default;
 
 ConnectTraverse::ConnectTraverse() = default;
 ConnectTraverse::ConnectTraverse(ConnectTraverse const&) = default;
@@ -31,9 +40,7 @@ void ConnectTraverse::readAlgorithmData(AlgorithmData const& data) {
 void ConnectTraverse::takeEnd() {
   TraverseInfo& last = stations.back();
   PointInfo& fore = last.forePoints.front();
-  if (!isKnown(last.stationPoint) || !isKnown(fore)) {
-    throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
-  }
+  if (!isKnown(last.stationPoint) || !isKnown(fore)) throw TraverseEndException(last.stationPoint.name, fore.name);
   takeKnown(last.stationPoint);
   takeKnown(fore);
 }

@@ -2,12 +2,25 @@
 #pragma once
 
 #include "adjust/ClosingTraverse.h"
+#include "core/AlgorithmException.h"
 
 #include <utils/Export.h>
 
+#include <string>
 #include <vector>
 
 namespace kvn {
+
+/// KnownPointNotEnough without a name, which still tells where the traverse broke off: at a station that should be
+/// known and whose fore point should be.
+class KELVANE_EXPORT TraverseEndException : public AlgorithmException {
+ public:
+  TraverseEndException(std::string station, std::string fore);
+  ~TraverseEndException() override;
+
+  std::string lastStation;
+  std::string forePoint;
+};
 
 /// From a known back point and a known first station over unknown stations to a known last station with a known fore
 /// point. Both ends give an azimuth from coordinates, so that the angles close on the azimuth of the end and the
@@ -25,7 +38,8 @@ class KELVANE_EXPORT ConnectTraverse : public ClosingTraverse {
   /// @throws AlgorithmException StationNameRepeat with the name of a station that has not exactly two directions;
   ///         StationNotEnough with the name of one with two equal directions, without a name when no station is known
   ///         with its back point; DataError, name "Data error", for a chain that comes to a station a second time;
-  ///         KnownPointNotEnough, no name, when its last station or that one's fore point is not known.
+  ///         KnownPointNotEnough, no name (a `TraverseEndException`), when its last station or that one's fore point is
+  ///         not known.
   void readAlgorithmData(AlgorithmData const& data);
   /// Always true.
   ///

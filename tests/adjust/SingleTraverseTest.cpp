@@ -434,7 +434,7 @@ TEST(SingleTraverses, StringTheStationsTogetherAsThePlainWalksDo) {
 std::string described(Network const& network) {
   std::string text;
   for (kvn::NetworkDataInfo const& l : network.lines) {
-    text += l.start_name + l.end_name + " " + std::to_string(l.horizontal_distance).substr(0, 5) + "; ";
+    text += l.start_name + l.end_name + " " + QString::number(l.horizontal_distance, 'f', 2).toStdString() + "; ";
   }
   return text;
 }
@@ -442,16 +442,25 @@ std::string described(Network const& network) {
 TEST(WithForwardDistances, LeavesTheMeanOfBothWaysOnTheLineForward) {
   Network network;
   auto alone = line("Q", "P", 0.0, 10.6);
-  alone.horizontalAngleFlag = false;
-  network.lines = {line("P", "Q", 2.0, 10.2), line("P", "O", 1.0, 5.0),                             // forward first
-                   line("Q", "P", 0.0, 10.4), line("Q", "R", 3.0, 0.0),  alone,                     // one way only
-                   line("R", "Q", 1.0, 20.0), line("R", "S", 2.0, 30.0), line("R", "T", 1.5, 7.0),  // three directions
-                   line("S", "R", 1.0, 31.0),                                                       // one direction
-                   line("U", "V", 1.0, 8.0),  line("U", "W", 1.0, 9.0),                             // equal directions
-                   line("X", "Y", 1.0, -3.0), line("X", "Z", 2.0, -4.0)};                           // to be refused
+  auto onlyDistance = line("T", "R", 0.0, 7.2);
+  alone.horizontalAngleFlag = onlyDistance.horizontalAngleFlag = false;
+  network.lines = {line("P", "Q", 2.0, 10.2),
+                   line("P", "O", 1.0, 5.0),  // forward first
+                   line("Q", "P", 0.0, 10.4),
+                   line("Q", "R", 3.0, 0.0),
+                   alone,  // one way only
+                   line("R", "Q", 1.0, 20.0),
+                   line("R", "S", 2.0, 30.0),
+                   line("R", "T", 1.5, 7.0),  // three directions
+                   line("S", "R", 1.0, 31.0),
+                   onlyDistance,  // one direction
+                   line("U", "V", 1.0, 8.0),
+                   line("U", "W", 1.0, 9.0),  // equal directions
+                   line("X", "Y", 1.0, -3.0),
+                   line("X", "Z", 2.0, -4.0)};  // to be refused
   // P-Q: mean of 10.2 and the mean of 10.4 and 10.6.
   EXPECT_EQ(described(kvn::withForwardDistances(network)),
-            "PQ 10.35; PO 0.000; QP 0.000; QR 20.00; RQ 0.000; RS 30.50; RT 0.000; SR 31.00; UV 8.000; UW 9.000; "
+            "PQ 10.35; PO 0.00; QP 0.00; QR 20.00; RQ 0.00; RS 30.50; RT 0.00; SR 31.00; UV 8.00; UW 9.00; "
             "XY -3.00; XZ -4.00; ");
 }
 
