@@ -36,20 +36,6 @@ void requireKnownKind(QString const& path) {
   }
 }
 
-QString describe(AlgorithmException const& failure, Network const& network) {
-  QString const text = QString::fromUtf8(failure.what());
-  if (failure.index >= 0) {
-    auto const index = static_cast<std::size_t>(failure.index);
-    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
-    NetworkDataInfo const& line = network.lines[index];
-    return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
-  }
-  QString const name = textOf(failure.name);
-  // The text of a repeated station has the name in it.
-  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
-  return isTold ? text : QString("%1: %2").arg(text, name);
-}
-
 int refuse(QString const& file, QString const& text, bool json) {
   printLine(printable(file.isEmpty() ? QString("kelvane: %1").arg(text) : QString("kelvane: %1: %2").arg(file, text)));
   if (json) {
@@ -121,6 +107,20 @@ void Session::openNetwork(QString const& path, bool asRead) {
   headOfFile = collection.getConfigure();
   current->read(path);
   current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
+}
+
+QString describe(AlgorithmException const& failure, Network const& network) {
+  QString const text = QString::fromUtf8(failure.what());
+  if (failure.index >= 0) {
+    auto const index = static_cast<std::size_t>(failure.index);
+    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
+    NetworkDataInfo const& line = network.lines[index];
+    return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
+  }
+  QString const name = textOf(failure.name);
+  // The text of a repeated station has the name in it.
+  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
+  return isTold ? text : QString("%1: %2").arg(text, name);
 }
 
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {

@@ -47,6 +47,9 @@ class Session {
 /// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
 void requireNameInEncoding(QString const& path);
 
+/// Text of a failure with the line, the station or the point that it concerns.
+QString describe(AlgorithmException const& failure, Network const& network);
+
 /// Runs a subcommand in a session of its own. A failure becomes one line on standard error, with JSON also {code,
 /// message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run);
