@@ -5,7 +5,6 @@
 #include "records/NewId.h"
 
 #include <cmath>
-#include <deque>
 #include <optional>
 #include <unordered_map>
 
@@ -180,26 +179,5 @@ class Conversion {
 }  // namespace
 
 ElevationRows elevationRows(std::vector<TraverseDataInfo> const& rows) { return Conversion(rows).run(); }
-
-std::vector<VerticalIndexError> verticalIndexErrors(std::vector<TraverseDataInfo> const& rows) {
-  struct Waiting {
-    std::deque<std::size_t> first, second;  // rows of each face without a partner yet
-  };
-  FieldBook const book(rows);
-  std::vector<Waiting> waiting(book.occupations.size());
-  std::vector<VerticalIndexError> errors;
-  for (Sight const& sight : book.sights) {
-    TraverseDataInfo const& row = rows[sight.row];
-    if (row.verticalAngleType != FullCircleZenith || !elevationOf(row)) continue;
-    auto& [first, second] = waiting[sight.occupied];
-    (row.vertical_angle < kPi ? first : second).push_back(sight.row);
-    if (first.empty() || second.empty()) continue;
-    double const sum = rows[first.front()].vertical_angle + rows[second.front()].vertical_angle;
-    errors.push_back({sight.station, row.name, first.front(), second.front(), (sum - 2 * kPi) / 2});
-    first.pop_front();
-    second.pop_front();
-  }
-  return errors;
-}
 
 }  // namespace kvn

@@ -47,17 +47,4 @@ struct ElevationRows {
 /// Rows of other kinds are copied. Angles in radians, lengths in metres.
 KELVANE_EXPORT ElevationRows elevationRows(std::vector<TraverseDataInfo> const& rows);
 
-/// The index error of the vertical circle from one sight on both faces.
-struct VerticalIndexError {
-  std::string station;
-  std::string target;
-  std::size_t firstFaceRow;   ///< place in the list of rows
-  std::size_t secondFaceRow;  ///< the same
-  double indexError;          ///< (V1 + V2 - 2π) / 2, radians
-};
-
-/// One for each pair of faces: the first sight on each face from one occupation to one target, the second ones, and so
-/// on, in the order in which pairs become complete. Rows of `FullCircleZenith` alone have an index error that shows.
-KELVANE_EXPORT std::vector<VerticalIndexError> verticalIndexErrors(std::vector<TraverseDataInfo> const& rows);
-
 }  // namespace kvn

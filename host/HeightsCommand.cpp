@@ -49,7 +49,9 @@ TriangleHeightDataConvert observe(Project const& project, double refraction, boo
   if (asRead) {
     reader.setTraverseDataList(project.getTraverseDataList(), refraction);
   } else {
-    ElevationRows const elevations = elevationRows(project.getTraverseDataList());
+    std::vector<TraverseDataInfo> rows = project.getTraverseDataList();
+    markKnownStations(rows);
+    ElevationRows const elevations = elevationRows(rows);
     tellLeftOut(elevations.leftOut);
     reader.setTraverseDataList(elevations.rows, refraction);
   }

@@ -97,9 +97,6 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
       // heights with it. The largest difference seen is 2e-7.
       EXPECT_NEAR(heightOf(run, std::to_string(n)), points[n].z, 1e-6) << n;
     }
-    for (VerticalIndexError const& error : verticalIndexErrors(rows)) {
-      EXPECT_NEAR(error.indexError, indexError, 1e-12);
-    }
   }
 }
 
@@ -111,23 +108,6 @@ TEST(ElevationRows, CarriesTheHeightsOfTheFirstOccupationAndSight) {
   EXPECT_EQ(converted[2].instrument, 1.5);
   EXPECT_EQ(converted[3].instrument, 1.6);
   EXPECT_NEAR(converted[3].vertical_angle, std::atan(0.2 / 100), 1e-15);
-}
-
-TEST(ElevationRows, PairsFacesOfOneOccupationForTheIndexError) {
-  Rows const rows{stationRow("A", 1.5),
-                  sightRow("B", degrees(90), 100),
-                  sightRow("C", degrees(80), 100),
-                  sightRow("C", degrees(280, 0, 8), 100),
-                  sightRow("B", degrees(270, 0, 4), 100),
-                  stationRow("A", 1.5),
-                  sightRow("B", degrees(270), 100)};
-  auto const errors = verticalIndexErrors(rows);
-  ASSERT_EQ(errors.size(), 2U);
-  EXPECT_EQ(errors[0].target, "C");
-  EXPECT_NEAR(errors[0].indexError, degrees(0, 0, 4), 1e-14);
-  EXPECT_EQ(errors[1].firstFaceRow, 1U);
-  EXPECT_EQ(errors[1].secondFaceRow, 4U);
-  EXPECT_NEAR(errors[1].indexError, degrees(0, 0, 2), 1e-14);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Rows of a field book for the tests of the heights.
 #pragma once
 
+#include "support/FieldRows.h"
+
 #include <Kelvane.h>
 #include <cmath>
 #include <string>
@@ -13,9 +15,7 @@ inline double degrees(double deg, double min = 0.0, double sec = 0.0) {
 }
 
 inline kvn::TraverseDataInfo stationRow(std::string const& name, double instrument) {
-  kvn::TraverseDataInfo row;
-  row.pointType = kvn::TraversePointType::StationPoint;
-  row.name = name;
+  kvn::TraverseDataInfo row = station(name);
   row.instrument = instrument;
   return row;
 }
@@ -37,8 +37,6 @@ inline kvn::TraverseDataInfo sightRow(std::string const& name, double vertical, 
   row.instrument = targetHeight;
   return row;
 }
-
-using Rows = std::vector<kvn::TraverseDataInfo>;
 
 /// A line with the height difference and the length, both faces as elevations, for a run without curvature.
 inline void addLine(Rows& rows, std::string const& from, std::string const& to, double difference, double length) {

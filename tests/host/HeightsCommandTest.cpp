@@ -1,0 +1,84 @@
+// kelvane heights, as it is used.
+#include "Program.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using test::Program;
+
+using testing::HasSubstr;
+
+// A is known, 100.000, and sights B on both faces; B sights back: worked by hand in the library's tests, B = 121.8545.
+// D has no distance; nobody sights K.
+constexpr char const* kFieldBook =
+    "STA,K,0,,2000,1000,50\n"
+    "STA,A,1.500,,1000,1000,100\n"
+    "SC,B,1.600,,0.0000,87.3010,500.000,0,0,0\n"
+    "SC,C,1.500,,40.0000,90.0000,200.000,0,0,0\n"
+    "SC,D,0,,50.0000,89.0000,,0,0,0\n"
+    "SC,D,0,,230.0000,271.0000,,0,0,0\n"
+    "SC,C,1.500,,220.0000,270.0000,200.000,0,0,0\n"
+    "SC,B,1.600,,180.0000,272.2956,500.000,0,0,0\n"
+    "STA,B,1.450,,0,0,0\n"
+    "SC,A,1.700,,0.0000,92.2945,500.002,0,0,0\n"
+    "SC,A,1.700,,180.0000,267.3021,500.002,0,0,0\n";
+
+TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
+  Program program;
+  program.write("job.txt", kFieldBook);
+  test::Run const asJson = program.run({"heights", "job.txt", "--json"});
+  ASSERT_EQ(asJson.exitCode, 0) << asJson.err;
+  Json::Value const json = asJson.json();
+  EXPECT_EQ(json.getMemberNames(), (std::vector<std::string>{"lines", "messages", "points"}));
+  EXPECT_EQ(json["points"][2]["name"], "B");
+  EXPECT_NEAR(json["points"][2]["height"].asDouble(), 121.8545, 1e-4);
+  EXPECT_NEAR(json["points"][2]["approximate"].asDouble(), 121.8545, 1e-4);
+  EXPECT_TRUE(json["points"][2]["heightError"].isNull());               // nothing is redundant
+  EXPECT_NEAR(json["points"][3]["height"].asDouble(), 100.0026, 1e-4);  // 200² / 12742786 * 0.84 = 0.0026
+  EXPECT_EQ(json["lines"].size(), 2U);
+  EXPECT_EQ(json["lines"][0]["from"], "A");
+  EXPECT_NEAR(json["lines"][0]["difference"].asDouble(), 21.8545, 1e-4);
+  EXPECT_NEAR(json["lines"][0]["horizontalDistance"].asDouble(), 499.5249, 1e-4);
+  EXPECT_THAT(asJson.err, HasSubstr("Row 5, A to D, is left out: no distance"));
+  EXPECT_FALSE(json["messages"].empty());
+  std::string const text = program.run({"heights", "job.txt", "--refraction", "1"}).out;
+  EXPECT_THAT(text, HasSubstr("C        100.0000       -\n"));
+  EXPECT_THAT(text, HasSubstr("Unit weight error  - (nothing"));
+}
+
+TEST(HeightsCommand, TakesTheStationsOfAnInstrumentJobThatHaveCoordinatesAsKnown) {
+  Program program;
+  program.write("job.lqf",
+                "JOB     J\nINST    I\nSTA     A,1.5,\nXYZ     1000,1000,100\n"
+                "SC      B,1.5,\nHVD     0,324000,200\n");  // level, 90 degrees in seconds
+  test::Run const run = program.run({"heights", "job.lqf", "--json"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_NEAR(run.json()["points"][1]["height"].asDouble(), 100.0026, 1e-4);  // the curvature less refraction above
+}
+
+TEST(HeightsCommand, RefusesWithAReason) {
+  Program program;
+  std::string const book = kFieldBook;
+  program.write("net.in2", "2,3,3\nA,0,0\nB,100,0\nA\nB,L,0\nB,S,100\n");
+  program.write("one.txt", book);
+  std::string const apart = "SC,F,1.5,,0.0000,90.0000,100,0,0,0\n";
+  program.write("apart.txt", book + "STA,E,1.5,,0,0,0\n" + apart + apart);
+  struct Case {
+    QStringList arguments;
+    int exitCode;
+    char const* says;
+  };
+  for (Case const& c : {Case{{"net.in2"}, 1, "no rows of a field book"},
+                        Case{{"one.txt", "--as-read"}, 1, "Triangulation Height Require The Information Of Distance"},
+                        Case{{"apart.txt"}, 1, "no line connects these points to a known height: E, F"},
+                        Case{{"one.txt", "--refraction", "x"}, 2, "--refraction needs a number: x"}}) {
+    SCOPED_TRACE(c.says);
+    test::Run const run = program.run(QStringList{"heights"} + c.arguments);
+    EXPECT_EQ(run.exitCode, c.exitCode);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+}  // namespace
