@@ -1,9 +1,9 @@
 #include "adjust/AlgorithmAdjust.h"
 
+#include "adjust/CloseTraverse.h"
+#include "adjust/ConnectTraverse.h"
+#include "adjust/OpenTraverse.h"
 #include "adjust/TraverseAdjust.h"
-#include "core/System.h"
-
-#include <utils/QLogicError.h>
 
 #include <string>
 #include <unordered_map>
@@ -12,6 +12,9 @@ namespace kvn {
 namespace {
 
 enum Method { LeastSquares, Open, Connect, Close };
+
+void takeStations(OpenTraverse const& traverse, std::vector<TraverseInfo>& list) { traverse.getStationInfo(list); }
+void takeStations(ClosingTraverse const& traverse, std::vector<TraverseInfo>& list) { traverse.getStationsInfo(list); }
 
 }  // namespace
 
@@ -34,9 +37,14 @@ void AlgorithmAdjust::calculateAdjust() {
       adjustLeastSquares();
       break;
     case Open:
+      adjustSingle<OpenTraverse>();
+      break;
     case Connect:
+      adjustSingle<ConnectTraverse>();
+      break;
     case Close:
-      throw QLogicError(System::tr("The single traverses cannot be computed by this version"));
+      adjustSingle<CloseTraverse>();
+      break;
     default:
       break;
   }
@@ -58,6 +66,19 @@ void AlgorithmAdjust::adjustLeastSquares() {
   pointList = adjustment.getPoints();
   pointErrorInfoList = adjustment.getPointErrorInfo();
   summary = adjustment.getSummary();
+}
+
+template <typename Traverse>
+void AlgorithmAdjust::adjustSingle() {
+  Traverse traverse;
+  traverse.readAlgorithmData(algorithmData);
+  traverse.setCancelCall(getCancelCall());
+  traverse.calculateAdjust();
+  takeStations(traverse, traverseAdjustInfoList);
+  traverse.getAzimuth(degreeInfoList);
+  traverse.getKnPoints(knPointInfoList);
+  traverse.getPoints(pointList);
+  traverseSummary = traverse.getSummary();
 }
 
 void AlgorithmAdjust::adjustTraverseList(std::vector<TraverseDataInfo>& rows) const {
@@ -93,5 +114,6 @@ std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const { return poi
 std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const { return degreeInfoList; }
 std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const { return knPointInfoList; }
 AdjustSummary const& AlgorithmAdjust::getSummary() const { return summary; }
+TraverseSummary const& AlgorithmAdjust::getTraverseSummary() const { return traverseSummary; }
 
 }  // namespace kvn

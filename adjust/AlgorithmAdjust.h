@@ -34,9 +34,14 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   /// `TraverseAdjust::setCountControlDistances`.
   void setCountControlDistances(bool count);
 
-  /// Runs the method that `Configure::AdjustMethod` names; a number that names none does nothing.
-  /// @throws AlgorithmException, QLogicError, std::exception as `TraverseAdjust::calculateAdjust`; QLogicError for the
-  ///         single traverses (methods 1 to 3), which this version does not compute.
+  /// Runs the method that `Configure::AdjustMethod` names: 0 least squares, 1 `OpenTraverse`, 2 `ConnectTraverse`,
+  /// 3 `CloseTraverse`; any other number does nothing.
+  ///
+  /// A single traverse fills the lists of stations, points, azimuths (`getDegreeInfoList`) and known points, and leaves
+  /// those that it does not fill as they are. Its points and azimuths are appended: a second run has them twice. The
+  /// a-priori errors play no part in it.
+  ///
+  /// @throws AlgorithmException, DataException, QLogicError, std::exception as the calculator of the method.
   void calculateAdjust();
 
   /// Gives the rows that are not known the adjusted coordinates of their names, after a least-squares run.
@@ -54,10 +59,13 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   std::vector<PointInfo> const& getPointList() const;
   std::vector<Degree> const& getDegreeInfoList() const;
   std::vector<PointInfo> const& getKnPointInfoList() const;
-  AdjustSummary const& getSummary() const;  ///< of the last least-squares run
+  AdjustSummary const& getSummary() const;            ///< of the last least-squares run
+  TraverseSummary const& getTraverseSummary() const;  ///< misclosure and azimuths of the last single traverse
 
  private:
   void adjustLeastSquares();
+  template <typename Traverse>
+  void adjustSingle();
 
   std::vector<PointErrorInfo> pointErrorInfoList;
   std::vector<DirectionResult> directionResultList;
@@ -71,6 +79,7 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   Configure configure;
   AlgorithmData algorithmData;
   AdjustSummary summary;
+  TraverseSummary traverseSummary;
   bool countControlDistances = false;
 };
 

@@ -1,5 +1,6 @@
 // Approximate coordinates: the walks over the network from its known points.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/Azimuth.h"
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/SweepQueue.h"
 #include "core/AlgorithmException.h"
@@ -35,14 +36,7 @@ void TraverseAdjust::forgetUnknownPoints() {
   for (int n = knPointsCount; n < pointsCount; ++n) XY[2 * index(n)] = kMissing;
 }
 
-double TraverseAdjust::calculateAzimuth(int i, int j) const {
-  double const dx = x(j) - x(i);
-  double const dy = y(j) - y(i);
-  if (dx == 0.0 && dy > 0.0) return m_PI / 2.0;
-  if (dx == 0.0 && dy < 0.0) return 3.0 * m_PI / 2.0;
-  double const azimuth = std::atan2(dy, dx);
-  return azimuth < 0.0 ? azimuth + 2.0 * m_PI : azimuth;
-}
+double TraverseAdjust::calculateAzimuth(int i, int j) const { return detail::azimuthOf(x(j) - x(i), y(j) - y(i)); }
 
 /// The target of `direction` by its distance, the station being oriented by the direction `orientedBy` to a placed
 /// point.

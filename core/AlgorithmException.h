@@ -13,15 +13,18 @@ class KELVANE_EXPORT AlgorithmException : public std::exception {
  public:
   enum ErrorType {
     /// A negative distance, an angle out of range, or a system that cannot be solved (name "Calculate failed": a point
-    /// held by too few observations, two points at one place, fewer observations than unknowns).
+    /// held by too few observations, two points at one place, fewer observations than unknowns); stations of a single
+    /// traverse that make no chain.
     DataError,
     /// Fewer than two known points, or points that no observation connects to them (name "No enough data"): look for
-    /// names that differ by a blank or a letter between the field book and the list of known points.
+    /// names that differ by a blank or a letter between the field book and the list of known points. A single traverse
+    /// without its start or end ("No start data", or the name of the point that should be known) is such a case too.
     KnownPointNotEnough,
-    StationNotEnough,      ///< no station at all, or a station without a direction
+    StationNotEnough,      ///< no station at all, one without a direction, in a single traverse one without its angle
     KnownPointNameRepeat,  ///< one known point twice in the list
-    StationNameRepeat,     ///< a station's lines do not stand together, so that it comes a second time
-    SightNameRepeat,       ///< a target twice at one station
+    StationNameRepeat,     ///< a station's lines do not stand together, so that it comes a second time; in a connecting
+                        ///< traverse also one without exactly two directions
+    SightNameRepeat,  ///< a target twice at one station
     NoText,
     AllStationKnown,        ///< every observed point is a known point: nothing to compute
     HorizontalAngleRepeat,  ///< two equal directions at one station

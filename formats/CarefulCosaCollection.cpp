@@ -3,6 +3,7 @@
 #include "adjust/CommonFunction.h"
 #include "core/DataException.h"
 #include "core/System.h"
+#include "formats/detail/CarefulText.h"
 #include "formats/detail/LineSource.h"
 
 #include <algorithm>
@@ -15,6 +16,9 @@
 namespace kvn {
 namespace {
 
+using detail::hasFullField;
+using detail::quoted;
+
 // Readings that differ by less are the same one, written twice: a ten-thousandth of a second, a hundredth of a
 // millimetre.
 constexpr double kSameAngle = 5e-10;
@@ -25,20 +29,10 @@ void warn(QString const& text) {
   if (system != nullptr) system->sendMessage(text, Warning);
 }
 
-QString quoted(std::string const& text) { return QString::fromStdString(text.substr(0, 60)); }
-
 double ontoCircle(double angle) {
   double const fullCircle = 2.0 * CommonFunction::m_PI;
   double const rest = std::fmod(angle, fullCircle);
   return rest < 0.0 ? rest + fullCircle : rest;
-}
-
-/// Minutes or seconds of 60 and above in a DD.MMSS text.
-bool hasFullField(std::string const& text) {
-  auto const point = text.find('.');
-  if (point == std::string::npos) return false;
-  auto const tens = [&text](std::size_t at) { return at < text.size() && text[at] >= '6'; };
-  return tens(point + 1) || tens(point + 3);
 }
 
 bool isReadableName(std::string const& name) {

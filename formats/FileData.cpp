@@ -36,6 +36,8 @@ constexpr double kUnknownFrom = 1e29;
 // The first sight of a station is the zero of its circle: at most 25" above, or from 359.5 degrees on; in units of π.
 constexpr double kAboveZero = 3.8580246913580246e-5;
 constexpr double kBelowFullCircle = 1.9972222222222222;
+// What `dmsToRad` lifts an angle by, with room for rounding: 25" still passes; radians.
+constexpr double kDmsLift = 5e-12;
 
 /// A field of digits and points, or of anything that a number with a minus begins.
 double numberOf(int line, std::string const& text) {
@@ -125,7 +127,7 @@ struct FileData::TraverseReader {
       if (station.sights.size() % 2 != 0) throw DataException(station.name, kError);
       if (station.sights.empty()) continue;
       double const first = station.sights[0].horizontalAngle;
-      if (first > kAboveZero * data.m_PI && first < kBelowFullCircle * data.m_PI) {
+      if (first > kAboveZero * data.m_PI + kDmsLift && first < kBelowFullCircle * data.m_PI) {
         throw DataException(station.name, kError);
       }
       data.stations.push_back(detail::faceMeans(station));

@@ -34,12 +34,26 @@ double radiansOfSeconds(std::string const& text) {
   return utils::Degree(utils::leadingNumber(text) / kSecondsPerDegree, 0).toRadian();
 }
 
+bool matches(std::string const& text, std::string const& pattern) {
+#if defined(__GLIBCXX__)
+  // Following all alternatives at once: "(a+a+)+" would keep the usual matcher busy for hours. Only back references
+  // need the usual one.
+  try {
+    auto const allAtOnce = std::regex::ECMAScript | std::regex_constants::__polynomial;
+    return std::regex_match(text, std::regex(pattern, allAtOnce));
+  } catch (std::regex_error const& failure) {
+    if (failure.code() != std::regex_constants::error_complexity) throw;
+  }
+#endif
+  return std::regex_match(text, std::regex(pattern));
+}
+
 /// The back sight has the target's name with an underscore and one digit behind it. A name with pattern characters
 /// acts as a pattern.
 bool isNumberedName(std::string const& backSight, std::string const& name) {
   bool const isPattern = name.find_first_of(kPatternCharacters) != std::string::npos;
   if (isPattern && std::max(name.size(), backSight.size()) <= kLongestPattern) {
-    return std::regex_match(backSight, std::regex("^" + name + "_\\d"));
+    return matches(backSight, "^" + name + "_\\d");
   }
   return backSight.size() == name.size() + 2 && backSight.compare(0, name.size(), name) == 0 &&
          backSight[name.size()] == '_' && backSight.back() >= '0' && backSight.back() <= '9';

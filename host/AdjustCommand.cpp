@@ -1,10 +1,12 @@
-// adjust: coordinates with their errors.
+// adjust: coordinates, with their errors or misclosures.
 #include "AdjustReport.h"
 #include "Commands.h"
 #include "Failures.h"
 #include "Options.h"
 #include "Output.h"
 #include "Session.h"
+#include "TraverseFailure.h"
+#include "TraverseReport.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,6 +15,8 @@
 
 namespace kvn::host {
 namespace {
+
+constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
 void takeOptions(AdjustOptions const& options, Configure& configure) {
   configure.AdjustMethod = options.method;
@@ -43,25 +47,39 @@ Configure configureFor(Session& session, AdjustOptions const& options) {
   Project const& project = session.project();
   Configure configure = session.head();
   takeOptions(options, configure);
-  requireUsableErrors(session.file(), configure, project.getNetwork());
+  if (options.method == kLeastSquares) requireUsableErrors(session.file(), configure, project.getNetwork());
   return configure;
 }
 
-void adjust(Project& project, bool asRead) {
+/// The network as the method wants it.
+Network prepared(Network const& network, int method, bool asRead) {
+  if (method == kLeastSquares || asRead) return network;
+  // A failure in the input names a line by its number, and the lines change.
+  AlgorithmData().readNetworkData(network, MissingDirection::IsLeftOut);
+  return withForwardDistances(network);
+}
+
+/// Puts the finished adjustment into the project.
+void adjust(Session& session, Network const& network, bool asRead) {
+  Project& project = session.project();
+  int const method = project.getConfigure().AdjustMethod;
   auto adjustment = std::make_unique<AlgorithmAdjust>();
   adjustment->setConfigure(project.getConfigure());
   // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has
   // the distance alone has no direction of 0.
   adjustment->setCountControlDistances(!asRead);
-  adjustment->setNetworkData(project.getNetwork(), asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
-  adjustment->calculateAdjust();
+  adjustment->setNetworkData(network, asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
+  try {
+    adjustment->calculateAdjust();
+  } catch (AlgorithmException const& failure) {
+    if (method == kLeastSquares) throw;
+    throw Refusal(session.file(), explained(failure, method));
+  }
   project.setAlgorithmAdjust(std::move(adjustment));
 }
 
-int report(Session& session, bool asJson) {
-  Project const& project = session.project();
-  AdjustReport const finished(session.file(), project.getConfigure(), *project.getAlgorithmAdjust(),
-                              project.getNetwork());
+template <typename Report>
+int print(Session& session, Report const& finished, bool asJson) {
   if (!asJson) {
     printText(finished.text());
     return Done;
@@ -72,6 +90,18 @@ int report(Session& session, bool asJson) {
   return Done;
 }
 
+int report(Session& session, Network const& network, bool asJson) {
+  Project const& project = session.project();
+  Configure const& configure = project.getConfigure();
+  AlgorithmAdjust const& result = *project.getAlgorithmAdjust();
+  if (configure.AdjustMethod == kLeastSquares) {
+    return print(session, AdjustReport(session.file(), configure, result, network), asJson);
+  }
+  TraverseReport const finished(session.file(), configure, result, network);
+  for (QString const& warning : finished.warnings()) System::Instance()->sendMessage(warning, Warning);
+  return print(session, finished, asJson);
+}
+
 }  // namespace
 
 int runAdjust(QStringList const& arguments) {
@@ -80,8 +110,9 @@ int runAdjust(QStringList const& arguments) {
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
     session.project().setConfigure(configureFor(session, *options));
-    adjust(session.project(), options->asRead);
-    return report(session, options->json);
+    Network const network = prepared(session.project().getNetwork(), options->method, options->asRead);
+    adjust(session, network, options->asRead);
+    return report(session, network, options->json);
   });
 }
 

@@ -22,6 +22,12 @@ Json::Value targetJson(DirectionResult const& station, std::size_t i, double dis
 
 }  // namespace
 
+std::unordered_set<std::string> namesOf(std::vector<KnownPoint> const& points) {
+  std::unordered_set<std::string> names;
+  for (KnownPoint const& point : points) names.insert(point.name);
+  return names;
+}
+
 double existing(std::vector<double> const& values, std::size_t i) { return i < values.size() ? values[i] : kNone; }
 
 double existing(bool valid, double value) { return valid ? value : kNone; }

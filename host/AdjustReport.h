@@ -1,4 +1,4 @@
-// What `adjust` has to tell, as text and as JSON.
+// What a least-squares `adjust` has to tell, as text and as JSON.
 #pragma once
 
 #include <Kelvane.h>
@@ -6,6 +6,7 @@
 #include <QString>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace kvn::host {
 
@@ -40,6 +41,8 @@ class AdjustReport {
   AlgorithmAdjust const& result;
   std::unordered_set<std::string> knownNames;
 };
+
+std::unordered_set<std::string> namesOf(std::vector<KnownPoint> const& points);
 
 /// Standard error of the distance of entry `i` of the line list, metres; NaN without redundancy.
 ///

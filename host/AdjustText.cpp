@@ -16,19 +16,13 @@ QString aprioriText(Configure const& configure) {
            QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
 }
 
-QString titled(char const* title, TextTable const& table) {
-  return QString("\n%1\n%2").arg(QLatin1String(title), table.toString());
-}
-
 std::size_t count(int value) { return static_cast<std::size_t>(value); }
 
 }  // namespace
 
 AdjustReport::AdjustReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment,
                            Network const& network)
-    : file(std::move(path)), configure(settings), result(adjustment) {
-  for (KnownPoint const& point : network.knownPoints) knownNames.insert(point.name);
-}
+    : file(std::move(path)), configure(settings), result(adjustment), knownNames(namesOf(network.knownPoints)) {}
 
 QString AdjustReport::text() const {
   return headText() + pointsText() + ellipsesText() + directionsText() + distancesText();

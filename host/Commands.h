@@ -8,6 +8,8 @@ namespace kvn::host {
 // @throws UsageError for a command line that is not understood.
 
 int runShow(QStringList const& arguments);
+int runCheck(QStringList const& arguments);
+int runConvert(QStringList const& arguments);
 int runAdjust(QStringList const& arguments);
 int runHeights(QStringList const& arguments);
 int runExec(QStringList const& arguments);

@@ -31,6 +31,12 @@ double degreesOfDms(double dms) {
   return std::copysign(degrees + minutes / 60.0 + rest / 3600.0, dms);
 }
 
+QString belowFullCircle(double degrees) {
+  constexpr double kUnitsPerDegree = 360000.0;  // hundredths of a second, the last digit that is printed
+  double const units = std::fmod(std::round(degrees * kUnitsPerDegree), 360.0 * kUnitsPerDegree);
+  return sexagesimal(units / kUnitsPerDegree);
+}
+
 }  // namespace
 
 QString metres(double metres) { return fixed(metres, 4); }
@@ -43,11 +49,9 @@ QString angleOfRadians(double radians) { return sexagesimal(radians * kDegreesPe
 
 QString angleOfDms(double dms) { return sexagesimal(degreesOfDms(dms)); }
 
-QString azimuthOfDms(double dms) {
-  constexpr double kUnitsPerDegree = 360000.0;  // hundredths of a second, the last digit that is printed
-  double const units = std::fmod(std::round(degreesOfDms(dms) * kUnitsPerDegree), 360.0 * kUnitsPerDegree);
-  return sexagesimal(units / kUnitsPerDegree);
-}
+QString azimuthOfDms(double dms) { return belowFullCircle(degreesOfDms(dms)); }
+
+QString azimuthOfRadians(double radians) { return belowFullCircle(radians * kDegreesPerRadian); }
 
 QString axisOfRadians(double radians) {
   if (!std::isfinite(radians)) return QStringLiteral("-");

@@ -11,8 +11,9 @@ QString seconds(double seconds);         ///< two decimals
 QString angleOfRadians(double radians);  ///< 123°45′30.25″
 QString angleOfDms(double dms);          ///< the same of DDDMMSS.ss
 QString azimuthOfDms(double dms);        ///< the same, and never 360°00′00.00″
-QString axisOfRadians(double radians);   ///< 123°45′, the direction of an axis, below 180°
-QString shortNumber(double value);       ///< as few digits as tell a float
+QString azimuthOfRadians(double radians);
+QString axisOfRadians(double radians);  ///< 123°45′, the direction of an axis, below 180°
+QString shortNumber(double value);      ///< as few digits as tell a float
 QString counted(std::size_t count, char const* one, char const* many);  ///< "1 point", "2 points"
 
 }  // namespace kvn::host

@@ -91,6 +91,8 @@ QString fileOption(QCommandLineParser const& parser, QString const& name) {
 
 }  // namespace
 
+char const* methodName(int method) { return kMethods[method]; }
+
 QString programUsage() {
   return QStringLiteral(
       "Usage: kelvane SUBCOMMAND ...\n"
@@ -129,7 +131,10 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
           "The a-priori errors are those of the options, else those of the file, else the defaults.");
   parser.addPositionalArgument("FILE", "COSA network file (.in2).");
   parser.addOptions({
-      {"method", "How to adjust: least-squares (the default).", "METHOD", "least-squares"},
+      {"method",
+       "How to adjust: least-squares (the default), or one traverse: open, connect or closed. A traverse takes no "
+       "a-priori errors.",
+       "METHOD", "least-squares"},
       {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
       {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
       {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
@@ -138,7 +143,9 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "sum|root"},
       {"as-read",
        "Take the file literally, as the library does by default: a distance alone is a direction of 0 as well, "
-       "doubtful lines are taken in silence, distances between known points are left out."},
+       "doubtful lines are taken in silence, distances between known points are left out, and a traverse gets "
+       "distances "
+       "to both sides as they are."},
   });
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);

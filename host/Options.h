@@ -37,6 +37,9 @@ struct ExecOptions : CommonOptions {
   QString saveFile;  ///< empty: nothing is written
 };
 
+/// The method by its name on the command line.
+char const* methodName(int method);
+
 /// Usage of the program as a whole.
 QString programUsage();
 

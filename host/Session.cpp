@@ -31,22 +31,9 @@ void requireReadableFile(QString const& path) {
 void requireKnownKind(QString const& path) {
   QString const suffix = QFileInfo(path).suffix().toLower();
   if (!QStringList{"in2", "kvn", "txt", "dat", "lqf"}.contains(suffix)) {
-    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network)");
+    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                        ".lqf (instrument job), .dat (coordinates)");
   }
-}
-
-QString describe(AlgorithmException const& failure, Network const& network) {
-  QString const text = QString::fromUtf8(failure.what());
-  if (failure.index >= 0) {
-    auto const index = static_cast<std::size_t>(failure.index);
-    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
-    NetworkDataInfo const& line = network.lines[index];
-    return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
-  }
-  QString const name = textOf(failure.name);
-  // The text of a repeated station has the name in it.
-  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
-  return isTold ? text : QString("%1: %2").arg(text, name);
 }
 
 int refuse(QString const& file, QString const& text, bool json) {
@@ -100,10 +87,19 @@ void Session::open(QString const& path, bool asRead) {
   openFile = path;
   requireReadableFile(path);
   requireKnownKind(path);
-  if (QFileInfo(path).suffix().toLower() != "in2") {
+  QString const suffix = QFileInfo(path).suffix().toLower();
+  if (suffix == "txt" || suffix == "lqf") {
+    asRead ? openFieldJobAsRead(*current, path) : openField(path);
+  } else if (suffix == "in2") {
+    openNetwork(path, asRead);
+  } else {
     current->read(path);
-    return;
   }
+}
+
+void Session::openField(QString const& path) { fieldJob = openFieldJob(*current, path); }
+
+void Session::openNetwork(QString const& path, bool asRead) {
   CosaCollection plain;
   CarefulCosaCollection careful;
   CosaCollection& collection = asRead ? plain : careful;
@@ -111,6 +107,20 @@ void Session::open(QString const& path, bool asRead) {
   headOfFile = collection.getConfigure();
   current->read(path);
   current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
+}
+
+QString describe(AlgorithmException const& failure, Network const& network) {
+  QString const text = QString::fromUtf8(failure.what());
+  if (failure.index >= 0) {
+    auto const index = static_cast<std::size_t>(failure.index);
+    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
+    NetworkDataInfo const& line = network.lines[index];
+    return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
+  }
+  QString const name = textOf(failure.name);
+  // The text of a repeated station has the name in it.
+  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
+  return isTold ? text : QString("%1: %2").arg(text, name);
 }
 
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {

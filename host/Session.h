@@ -1,6 +1,7 @@
 // Session: the library with one project, for the time of one subcommand.
 #pragma once
 
+#include "FieldJob.h"
 #include "Messages.h"
 #include "Options.h"
 
@@ -19,26 +20,35 @@ class Session {
   Session& operator=(Session const&) = delete;
   ~Session();
 
-  /// Reads a file into the project; a network file with the care of `CarefulCosaCollection` unless `asRead`.
+  /// Reads a file into the project; unless `asRead` a network file with the care of `CarefulCosaCollection`, and a
+  /// field job by `openFieldJob`.
   /// @throws Refusal for a file that is not there or of an unknown kind; what the readers throw.
   void open(QString const& path, bool asRead = false);
 
   Project& project() { return *current; }
   Messages& messages() { return received; }
   QString const& file() const { return openFile; }  ///< the path given to `open`
+  FieldJob const& job() const { return fieldJob; }  ///< empty for other files and `asRead`
   /// The a-priori errors of the head of the file, which the project does not keep; the defaults without a file.
   Configure const& head() const { return headOfFile; }
 
  private:
+  void openField(QString const& path);
+  void openNetwork(QString const& path, bool asRead);
+
   System system;
   Messages received;
   std::shared_ptr<Project> current;
   QString openFile;
+  FieldJob fieldJob;
   Configure headOfFile;
 };
 
 /// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
 void requireNameInEncoding(QString const& path);
+
+/// Text of a failure with the line, the station or the point that it concerns.
+QString describe(AlgorithmException const& failure, Network const& network);
 
 /// Runs a subcommand in a session of its own. A failure becomes one line on standard error, with JSON also {code,
 /// message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.

@@ -88,6 +88,10 @@ QString TextTable::line(QStringList const& cells, std::vector<int> const& width)
   return withoutTrailingBlanks(text) + QLatin1Char('\n');
 }
 
+QString titled(QString const& title, TextTable const& table) {
+  return QString("\n%1\n%2").arg(title, table.toString());
+}
+
 QString labelled(std::vector<std::pair<QString, QString>> const& lines) {
   int widest = 0;
   for (auto const& entry : lines) widest = std::max(widest, displayWidth(entry.first));

@@ -34,6 +34,9 @@ class TextTable {
   std::vector<QStringList> rows;
 };
 
+/// A table below its title.
+QString titled(QString const& title, TextTable const& table);
+
 /// Labels and values, one pair a line: the head of a report.
 QString labelled(std::vector<std::pair<QString, QString>> const& lines);
 

@@ -52,4 +52,17 @@ struct TraverseInfo : StationInfo {
   double distance = 0.0;  ///< of the leg from the station forward, metres; 0 when there is none
 };
 
+/// What a single traverse tells as a whole, beside its lists.
+struct TraverseSummary {
+  std::vector<double> azimuths;  ///< radians: of the back line, then forward of each station; a connecting traverse
+                                 ///< adds the azimuth of the end from coordinates
+  bool hasMisclosure = false;    ///< false for an open traverse, which closes on nothing: the rest is 0 then
+  double angleCorrection = 0.0;  ///< of each angle, radians: the angular misclosure, divided, with the other sign
+  double sumDistance = 0.0;      ///< of the legs between first and last station, metres
+  double fx = 0.0;               ///< computed minus known last station, metres
+  double fy = 0.0;
+  double fs = 0.0;             ///< root of fx² + fy², metres
+  double relativeError = 0.0;  ///< fs / sumDistance; 0 without a leg
+};
+
 }  // namespace kvn

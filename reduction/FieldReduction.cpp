@@ -3,6 +3,7 @@
 #include "adjust/NameIndex.h"
 #include "reduction/detail/Circle.h"
 
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <limits>
@@ -25,6 +26,8 @@ constexpr double kRoundTolerance = 30.0 / 3600.0 * detail::kPi / 180.0;
 constexpr double kNoDistance = 1e-8;
 constexpr double kNoCoordinate = 1e-5;
 constexpr double kSamePosition = 1e-4;
+// Distances of one line that differ by more, metres, are told: far above what instruments show between two sights.
+constexpr double kSameDistance = 0.05;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 /// Mean of readings on the circle, all near the first one.
@@ -68,7 +71,16 @@ struct Round {
 
 struct MeanDistance {
   double sum = 0.0;
+  double least = 0.0;
+  double greatest = 0.0;
   int count = 0;
+
+  void add(double distance) {
+    least = count == 0 ? distance : std::min(least, distance);
+    greatest = std::max(greatest, distance);
+    sum += distance;
+    ++count;
+  }
 };
 
 /// All that was observed from one station name.
@@ -144,8 +156,12 @@ class Reducer {
            "the distance has no vertical reading to make it horizontal and is left out", i);
     }
     if (!(distance > kNoDistance)) return;
-    current->distances[number].sum += distance;
-    ++current->distances[number].count;
+    MeanDistance& mean = current->distances[number];
+    bool const wasNear = mean.greatest - mean.least <= kSameDistance;
+    mean.add(distance);
+    if (wasNear && mean.greatest - mean.least > kSameDistance) {
+      tell(FieldFinding::Warning, current->name, {row.name}, "the distances differ by more than 50 mm", i);
+    }
   }
 
   void takeReading(std::size_t i) {
@@ -270,7 +286,7 @@ class Reducer {
 
   void tell(FieldFinding::Severity severity, std::string const& station, std::vector<std::string> targets,
             char const* text, std::size_t row) {
-    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row});
+    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row, 0});
   }
   std::vector<TraverseDataInfo> const& rows;
   FieldReduction result;

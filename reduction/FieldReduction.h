@@ -1,32 +1,17 @@
 // FieldReduction: from the rows of a field book to a network with a surveyor's care.
 #pragma once
 
+#include "records/FieldFinding.h"
 #include "records/Network.h"
 #include "records/TraverseDataInfo.h"
 
 #include <utils/Export.h>
 
-#include <QString>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 namespace kvn {
-
-/// Something in a job that a surveyor should know.
-struct FieldFinding {
-  enum Severity {
-    Note,     ///< nothing is wrong
-    Warning,  ///< the result may be worse than it looks
-    Error,    ///< the job cannot be computed as it stands
-  };
-
-  Severity severity = Warning;
-  std::string station;
-  std::vector<std::string> targets;
-  QString text;         ///< what is the matter, without the names
-  std::size_t row = 0;  ///< index of the row concerned
-};
 
 /// The two faces of one target in one round.
 struct FacePair {

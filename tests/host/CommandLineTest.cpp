@@ -41,7 +41,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "net.in2", "--distance-error-form", "mean"}, 2, "sum or root"},
       {{"show", "net.in2", "--encoding", "GBX"}, 2, "unknown encoding: GBX"},
       {{"show", "net.in2", "--encoding", "UTF-16"}, 2, "not an 8-bit encoding: UTF-16"},
-      {{"adjust", "net.in2", "--method", "closed"}, 1, "kelvane: net.in2: The single traverses"},
+      {{"adjust", "net.in2", "--method", "closed"}, 1, "kelvane: net.in2: Known points are not enough: P ("},
       {{"show", "none.in2"}, 1, "kelvane: none.in2: no such file"},
       {{"show", "."}, 1, "kelvane: .: not a regular file"},
       {{"show", "net.xyz"}, 1, "kelvane: net.xyz: unknown kind of file; what can be read: .in2"},

@@ -1,9 +1,11 @@
 // Texts of angles and numbers: DD.MMSS, rounding with carry, and a decimal point whatever the locale is.
 #include <gtest/gtest.h>
 #include <utils/Degree.h>
+#include <utils/Formater.h>
 #include <utils/Number.h>
 #include <QByteArray>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -85,6 +87,50 @@ TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
   for (char const* text : {"-1e400", "1e-400", "1e-310"}) {
     EXPECT_EQ(test::failureOf<std::out_of_range>([text] { utils::leadingNumber(text); }), "stod argument out of range");
   }
+}
+
+TEST(FullNumber, ReadsAsQStringDoes) {
+  std::string const pieces[] = {"0",
+                                "7",
+                                "12345678901234567",
+                                ".",
+                                "-",
+                                "+",
+                                "e",
+                                "E-3",
+                                "e400",
+                                "e-320",
+                                " ",
+                                "\t",
+                                "inf",
+                                "nan",
+                                "x",
+                                "a",
+                                "1,5",
+                                "\u00A0",
+                                "_",
+                                std::string("\0", 1)};
+  std::mt19937 random(99);
+  std::uniform_int_distribution<std::size_t> piece(0, std::size(pieces) - 1);
+  int good = 0;
+  for (int i = 0; i < 100000; ++i) {
+    std::string text;
+    for (int k = i % 5; k > 0; --k) text += pieces[piece(random)];
+    bool valid = false;
+    double const expected = QString::fromStdString(text).toDouble(&valid);
+    std::optional<double> const value = utils::fullNumber(text);
+    ASSERT_EQ(value.has_value(), valid) << text;
+    if (!valid) continue;
+    ++good;
+    ASSERT_EQ(std::memcmp(&*value, &expected, sizeof expected), 0) << text << " " << *value << " " << expected;
+  }
+  EXPECT_GT(good, 5000);
+}
+
+TEST(NumberText, IsPlainDecimalWithAPoint) {
+  EXPECT_EQ(utils::Formater().toString(-1234567.891, 1), "-1234567.9");
+  EXPECT_EQ(utils::Formater().toString(1e21, 4), "1000000000000000000000.0000");
+  EXPECT_EQ(utils::Formater().toString(2.4, -1), "2");
 }
 
 TEST(LeadingNumber, ReadsSeventeenDigitsBackExactly) {

@@ -1,0 +1,128 @@
+#include "adjust/CloseTraverse.h"
+
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/TraverseStations.h"
+
+namespace kvn {
+namespace {
+
+constexpr detail::StationRule kRule{AlgorithmException::StationNotEnough, true, false};
+
+}  // namespace
+
+CloseTraverse::CloseTraverse() = default;
+CloseTraverse::CloseTraverse(CloseTraverse const&) = default;
+CloseTraverse& CloseTraverse::operator=(CloseTraverse const&) = default;
+CloseTraverse::~CloseTraverse() = default;
+
+void CloseTraverse::readAlgorithmData(AlgorithmData const& data) {
+  beginInput(data);
+  stationsCount = data.stationsCount;
+  xCorrections.clear();
+  yCorrections.clear();
+  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  for (TraverseInfo& station : list) takeKnown(station.stationPoint);
+  stations = {list[findStart(list)]};
+  getStations(list);
+  requireKnownEnd();
+}
+
+/// Begun at another known station than the one that is oriented, the chain would close on a leg that was measured and
+/// leave the known one to the observations.
+std::size_t CloseTraverse::findStart(std::vector<TraverseInfo> const& list) const {
+  std::size_t known = list.size();
+  std::size_t oriented = list.size();
+  int orientedCount = 0;
+  for (std::size_t i = list.size(); i-- > 0;) {
+    if (!judgeStartStation(list[i])) continue;
+    known = i;
+    if (!isOrientedStart(list[i])) continue;
+    oriented = i;
+    ++orientedCount;
+  }
+  if (known == list.size()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
+  return orientedCount == 1 ? oriented : known;
+}
+
+bool CloseTraverse::getStations(std::vector<TraverseInfo> const& list) {
+  detail::followForePoints(stations, list);
+  return stations.size() == detail::index(stationsCount);
+}
+
+void CloseTraverse::requireKnownEnd() const {
+  TraverseInfo const& last = stations.back();
+  for (PointInfo const* point : {&last.stationPoint, &last.forePoints.front()}) {
+    if (!isKnown(*point)) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, point->name);
+  }
+}
+
+bool CloseTraverse::judgeStartStation(TraverseInfo const& station) const { return isKnown(station.stationPoint); }
+
+bool CloseTraverse::judgeKnPoint(std::string const& name) const {
+  int const number = pointNames.find(name);
+  return number >= 0 && detail::index(number) < knPoints.size();
+}
+
+bool CloseTraverse::calculateAdjust() {
+  calculateAngleCloseError();
+  calculateEachAngle();
+  calculateEachAzimuth();
+  calculateSumDistance();
+  calculateDeltaXY();
+  calculateCloseDeltaXY();
+  calculateXY();
+  return true;
+}
+
+// No further than into ±2π: the sum of the inner angles is known as it stands, and what a polygon walked clockwise is
+// off by, a full circle and more, stays to be seen.
+void CloseTraverse::calculateAngleCloseError() {
+  angleCloseError = sumOfAngles() - (static_cast<double>(stations.size()) - 2.0) * m_PI;
+  while (angleCloseError > 2.0 * m_PI) angleCloseError -= 2.0 * m_PI;
+  while (angleCloseError < -2.0 * m_PI) angleCloseError += 2.0 * m_PI;
+}
+
+void CloseTraverse::calculateEachAzimuth() {
+  for (TraverseInfo const& station : stations) {
+    if (!judgeKnPoint(station.backPoint.name) || !judgeKnPoint(station.stationPoint.name)) continue;
+    azimuths.push_back(calculateAzimuth(knPoints[detail::index(station.backPoint.number)],
+                                        knPoints[detail::index(station.stationPoint.number)]));
+  }
+  if (azimuths.size() != 1) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
+  carryAzimuths();
+}
+
+void CloseTraverse::calculateDeltaXY() {
+  addLegs();
+  closeOnLastStation();
+}
+
+void CloseTraverse::calculateCloseDeltaXY() {
+  calculateRelativeError();
+  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
+    xCorrections.push_back(correctionOfX(i));
+    yCorrections.push_back(correctionOfY(i));
+    stations[i].adjustedDeltaX = stations[i].deltaX + xCorrections.back();
+    stations[i].adjustedDeltaY = stations[i].deltaY + yCorrections.back();
+  }
+}
+
+void CloseTraverse::calculateXY() {
+  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
+    checkCancelAndThrow();
+    placeForePoint(i, stations[i].adjustedDeltaX, stations[i].adjustedDeltaY);
+    moveForward(i + 1);
+  }
+  PointInfo& closing = stations.back().forePoints.front();
+  PointInfo const& known = knPoints[detail::index(closing.number)];
+  closing.x = known.x;
+  closing.y = known.y;
+  stations.front().backPoint = stations.back().stationPoint;
+}
+
+bool CloseTraverse::getPoints(std::vector<PointInfo>& list) const {
+  for (TraverseInfo const& station : stations) list.push_back(station.stationPoint);
+  return !stations.empty();
+}
+
+}  // namespace kvn

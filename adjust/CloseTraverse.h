@@ -1,0 +1,64 @@
+// CloseTraverse: a traverse around a polygon.
+#pragma once
+
+#include "adjust/ClosingTraverse.h"
+
+#include <utils/Export.h>
+
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// The stations are the corners of a polygon, walked counter-clockwise as seen with x north and y east, so that the
+/// angle of a station is the inner one and the angles add up to (n - 2) π. Walked clockwise the angles are the outer
+/// ones, and the misclosure comes out near a full circle. Two neighbouring corners are known: the chain runs from the
+/// one whose back point is the other, over n - 1 measured legs, to that other. The leg between the two is given by
+/// their coordinates.
+class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
+ public:
+  CloseTraverse();
+  CloseTraverse(CloseTraverse const&);
+  CloseTraverse& operator=(CloseTraverse const&);
+  ~CloseTraverse() override;
+
+  /// The chain begins at the known station whose back point is known too where there is exactly one, else at the first
+  /// known station of the input, and takes in no station twice. Stations that it does not reach are left out without a
+  /// failure: compare its length with that of the input. A station's first two directions count.
+  ///
+  /// @throws AlgorithmException StationNotEnough with the name of a station with fewer than two directions or two equal
+  ///         ones; KnownPointNotEnough, name "No start data", when no station is known, and with the name of the last
+  ///         station or its fore point when that is not known.
+  void readAlgorithmData(AlgorithmData const& data);
+  /// Always true.
+  ///
+  /// @throws AlgorithmException KnownPointNotEnough, no name, unless exactly one station of the chain is known with its
+  ///         back point; DataError with the name of that station when the two lie at one place.
+  /// @throws DataException "Station name [%1] distance is 0" with the first station, when there are legs and all are 0.
+  /// @throws QLogicError "User Cancel", asked for at each leg.
+  bool calculateAdjust();
+
+  /// Appends the stations: n points; false without stations.
+  bool getPoints(std::vector<PointInfo>& list) const;
+
+ protected:
+  void calculateAngleCloseError();
+  void calculateEachAzimuth();
+  void calculateDeltaXY();
+  void calculateCloseDeltaXY();
+  void calculateXY();
+  bool judgeStartStation(TraverseInfo const& station) const;
+  bool judgeKnPoint(std::string const& name) const;
+  /// Follows the fore points from the first station; whether the chain holds all stations of the input.
+  bool getStations(std::vector<TraverseInfo> const& list);
+
+ private:
+  std::size_t findStart(std::vector<TraverseInfo> const& list) const;
+  void requireKnownEnd() const;
+
+  int stationsCount = 0;
+  std::vector<double> xCorrections;  ///< of each leg, metres
+  std::vector<double> yCorrections;
+};
+
+}  // namespace kvn

@@ -1,0 +1,67 @@
+// ClosingTraverse: what the connecting and the closed traverse share, which both close on known values.
+#pragma once
+
+#include "adjust/SingleTraverse.h"
+
+#include <utils/Export.h>
+
+#include <vector>
+
+namespace kvn {
+
+/// The angular misclosure is spread equally over the angles, the coordinate misclosure in proportion to the legs
+/// (compass rule). The last station is known; the n - 1 legs before it count, and its own distance does not.
+/// Misclosures are reported and compared with no tolerance.
+class KELVANE_EXPORT ClosingTraverse : public SingleTraverse {
+ public:
+  ~ClosingTraverse() override;
+
+  /// Replaces the list by the chain, with `angleDms` and `adjustedAngleDms`; false, the list left alone, without
+  /// stations.
+  bool getStationsInfo(std::vector<TraverseInfo>& list) const;
+  /// Azimuths and misclosure.
+  TraverseSummary getSummary() const;
+  /// The values of `getSummary` one by one.
+  ///
+  /// @param closeError  correction of one angle, radians.
+  /// @param unused      comes out 0.
+  /// @param sum         not 0.0 on entry; total of the legs, metres.
+  /// @param x, y        computed minus known last station, metres.
+  /// @param s           root of x² + y², metres.
+  /// @param relative    s / sum.
+  /// @return false, nothing written, when `sum` comes in as 0.0.
+  bool getErrorInfo(double& closeError, double& unused, double& sum, double& x, double& y, double& s,
+                    double& relative) const;
+
+ protected:
+  ClosingTraverse();
+  ClosingTraverse(ClosingTraverse const&);
+  ClosingTraverse& operator=(ClosingTraverse const&);
+
+  /// Counts, known points, and nothing left of an earlier input.
+  void beginInput(AlgorithmData const& data);
+  double sumOfAngles() const;  ///< radians
+  /// Distributes `angleCloseError`, which is the misclosure before and the correction of one angle afterwards.
+  void calculateEachAngle();
+  /// Appends the fore azimuth of each station, 0 to 2π without 2π.
+  void carryAzimuths();
+  /// @throws DataException "Station name [%1] distance is 0" with the first station, when all legs are 0 together.
+  void calculateSumDistance();
+  /// Coordinate differences of the legs; `fx`, `fy` grow by their sums.
+  void addLegs();
+  /// From the end of the legs to the misclosure at the last station.
+  void closeOnLastStation();
+  void calculateRelativeError();
+  /// Shares of the coordinate misclosure that fall to a leg, metres.
+  double correctionOfX(std::size_t leg) const;
+  double correctionOfY(std::size_t leg) const;
+
+  double angleCloseError = 0.0;  ///< radians
+  double sumDistance = 0.0;      ///< metres
+  double fx = 0.0;
+  double fy = 0.0;
+  double fs = 0.0;
+  double relativeError = 0.0;
+};
+
+}  // namespace kvn

@@ -1,0 +1,68 @@
+#include "adjust/OpenTraverse.h"
+
+#include "adjust/CommonFunction.h"
+#include "adjust/detail/TraverseStations.h"
+
+namespace kvn {
+namespace {
+
+constexpr detail::StationRule kRule{AlgorithmException::StationNotEnough, false, false};
+
+}  // namespace
+
+OpenTraverse::OpenTraverse() = default;
+OpenTraverse::OpenTraverse(OpenTraverse const&) = default;
+OpenTraverse& OpenTraverse::operator=(OpenTraverse const&) = default;
+OpenTraverse::~OpenTraverse() = default;
+
+void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
+  readKnownPoints(data);
+  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  std::size_t const start = takeOrientedStarts(list);
+  if (start == list.size()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
+  stations = {list[start]};
+  bool const ends = detail::followForePoints(stations, list);
+  if (!ends || stations.size() != list.size()) {
+    throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  }
+}
+
+bool OpenTraverse::judgeStartStation(TraverseInfo const& station) const { return isOrientedStart(station); }
+
+bool OpenTraverse::calculateAdjust() {
+  calculateEachAzimuth();
+  calculateDeltaXY();
+  calculateXY();
+  return true;
+}
+
+void OpenTraverse::calculateEachAzimuth() {
+  azimuths.push_back(calculateAzimuth(stations.front().backPoint, stations.front().stationPoint));
+  for (TraverseInfo const& station : stations) azimuths.push_back(foreAzimuth(station.angle));
+}
+
+void OpenTraverse::calculateDeltaXY() {
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    checkCancelAndThrow();
+    if (stations[i].distance == 0.0) detail::refuseWithoutDistance(stations[i]);
+    calculateDelta(i);
+  }
+}
+
+void OpenTraverse::calculateXY() {
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    checkCancelAndThrow();
+    if (i > 0) moveForward(i);
+    placeForePoint(i, stations[i].deltaX, stations[i].deltaY);
+  }
+}
+
+bool OpenTraverse::getStationInfo(std::vector<TraverseInfo>& list) const {
+  list = stations;
+  for (TraverseInfo& station : list) station.angleDms = CommonFunction::radToDms(station.angle);
+  return true;
+}
+
+bool OpenTraverse::getPoints(std::vector<PointInfo>& list) const { return appendAllPoints(list); }
+
+}  // namespace kvn

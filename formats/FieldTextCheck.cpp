@@ -1,0 +1,237 @@
+#include "formats/FieldTextCheck.h"
+
+#include "adjust/CommonFunction.h"
+#include "core/DataException.h"
+#include "core/System.h"
+#include "formats/LQFTraverseDataCollection.h"
+#include "formats/detail/CarefulText.h"
+#include "formats/detail/FileAccess.h"
+#include "formats/detail/LineSource.h"
+
+#include <utils/Degree.h>
+#include <utils/Number.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <istream>
+#include <streambuf>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::quoted;
+using Fields = std::vector<std::string>;
+
+constexpr std::size_t kSightFields = 10;
+
+/// Collects findings on the record at hand.
+class Findings {
+ public:
+  explicit Findings(std::vector<FieldFinding>& findings) : list(findings) {}
+
+  int line = 0;
+  std::size_t row = FieldFinding::kNoRow;
+  std::string station;
+  std::string target;
+
+  void tell(FieldFinding::Severity severity, QString const& text) {
+    Fields targets;
+    if (!target.empty()) targets.push_back(target);
+    list.push_back({severity, station, std::move(targets), text, row, line});
+  }
+
+  /// A number whose whole text should be one, after a reader has taken it.
+  void lookAtNumber(std::string const& text) {
+    if (text.empty()) return;
+    if (!std::isfinite(numberIn(text))) {
+      tell(FieldFinding::Error, System::tr("the number is not finite: %1").arg(quoted(text)));
+    } else if (!CommonFunction::judgeStringToDigital(text)) {
+      tell(FieldFinding::Warning, System::tr("something stands behind the number: %1").arg(quoted(text)));
+    }
+  }
+
+  void lookAtAngle(std::string const& text) {
+    bool isAngle = false;
+    double const degrees = utils::Degree::bytesToDouble(text, utils::DegreeToDDPMMSS, &isAngle);
+    if (!isAngle || !std::isfinite(degrees)) {
+      tell(FieldFinding::Error, System::tr("the angle is no number: %1").arg(quoted(text)));
+    } else if (detail::hasFullField(text)) {
+      tell(FieldFinding::Warning, System::tr("minutes or seconds of 60 and above: %1").arg(quoted(text)));
+    }
+  }
+
+ private:
+  static double numberIn(std::string const& text) {
+    try {
+      return utils::leadingNumber(text);
+    } catch (std::logic_error const&) {
+      return 0.0;  // the reader does not look at this one
+    }
+  }
+
+  std::vector<FieldFinding>& list;
+};
+
+/// The records of a job file that can become a row.
+struct PointRecord {
+  LQFTraverseDataCollection::LQFLabType type = LQFTraverseDataCollection::NoLabel;
+  std::string name;
+  int line = 0;
+};
+
+class JobLook {
+ public:
+  explicit JobLook(std::vector<FieldFinding>& list) : findings(list) {}
+
+  std::vector<PointRecord> points;
+
+  void lookAt(int line, std::string const& text) {
+    findings.line = line;
+    Fields const parts = CommonFunction::split(text, ' ', true);
+    if (parts.empty()) return;
+    auto const type = labels.getLQFLabType(parts[0]);
+    if (parts.size() < 2 || type == LQFTraverseDataCollection::NoLabel) {
+      findings.tell(FieldFinding::Warning, System::tr("the line is passed over: %1").arg(quoted(text)));
+      return;
+    }
+    if (parts.size() > 2) {
+      findings.tell(FieldFinding::Warning,
+                    System::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
+    }
+    lookAtRecord(type, CommonFunction::split(parts[1], ',', false));
+  }
+
+ private:
+  void lookAtRecord(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
+    switch (type) {
+      case LQFTraverseDataCollection::JOB:
+      case LQFTraverseDataCollection::INST:
+        return;
+      case LQFTraverseDataCollection::STA:
+      case LQFTraverseDataCollection::BS:
+      case LQFTraverseDataCollection::SC:
+        return lookAtPoint(type, values);
+      case LQFTraverseDataCollection::HVD:
+        for (std::string const& value : values) findings.lookAtNumber(value);
+        return;
+      default:
+        lookAtCoordinates(type, values);
+    }
+  }
+
+  void lookAtPoint(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
+    std::string const name = values.size() > 1 ? values[0] : std::string();
+    bool const isStation = type == LQFTraverseDataCollection::STA;
+    if (isStation) findings.station = name;
+    findings.target = isStation ? std::string() : name;
+    points.push_back({type, name, findings.line});
+    if (values.size() < 2) {
+      findings.tell(FieldFinding::Warning, System::tr("the record has no height and is read without its name"));
+    } else {
+      findings.lookAtNumber(values[1]);
+    }
+  }
+
+  void lookAtCoordinates(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
+    if (type > LQFTraverseDataCollection::XYZ && type <= LQFTraverseDataCollection::ZYX) {
+      findings.tell(FieldFinding::Warning,
+                    System::tr("the coordinates are read in the order X, Y, Z, whatever the label says"));
+    }
+    if (values.size() < 3) return;
+    for (std::size_t i = 0; i < 3; ++i) findings.lookAtNumber(values[i]);
+  }
+
+  LQFTraverseDataCollection labels;
+  Findings findings;
+};
+
+bool isRecordOf(TraverseDataInfo const& row, PointRecord const& record) {
+  if (row.name != record.name) return false;
+  if (row.pointType == TraversePointType::StationPoint) return record.type == LQFTraverseDataCollection::STA;
+  return record.type == (row.sightType == BackSight ? LQFTraverseDataCollection::BS : LQFTraverseDataCollection::SC);
+}
+
+/// A back sight that was sighted again leaves no row, so that some records are passed over on the way.
+std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<PointRecord> const& records) {
+  constexpr std::ptrdiff_t kFarthest = 16;
+  std::vector<int> lines;
+  auto next = records.begin();
+  for (TraverseDataInfo const& row : rows) {
+    auto const end = next + std::min(kFarthest, records.end() - next);
+    auto const found = std::find_if(next, end, [&row](PointRecord const& record) { return isRecordOf(row, record); });
+    lines.push_back(found == end ? 0 : found->line);
+    if (found != end) next = found + 1;
+  }
+  return lines;
+}
+
+/// Hands out a file line by line and so knows in which one its reader is.
+class LineCountingBuffer : public std::streambuf {
+ public:
+  explicit LineCountingBuffer(std::istream& stream) : in(stream) {}
+
+  int line = 0;
+
+ protected:
+  int_type underflow() override {
+    if (!std::getline(in, text)) return traits_type::eof();
+    ++line;
+    if (!in.eof()) text += '\n';
+    setg(text.data(), text.data(), text.data() + text.size());
+    return text.empty() ? traits_type::eof() : traits_type::to_int_type(text.front());
+  }
+
+ private:
+  std::istream& in;
+  std::string text;
+};
+
+}  // namespace
+
+FieldTextCheck inspectTraverseText(std::istream& stream) {
+  FieldTextCheck check;
+  Findings findings(check.findings);
+  std::string line;
+  for (detail::LineSource source(stream); source.next(line);) {
+    Fields const fields = CommonFunction::split(line, ',', false);
+    findings.line = source.lineNumber();
+    findings.row = check.rowLines.size();
+    check.rowLines.push_back(findings.line);
+    if (fields.size() < 3) continue;
+    bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
+    if (!isSight) findings.station = fields[1];
+    findings.target = isSight ? fields[1] : std::string();
+    findings.lookAtNumber(fields[2]);
+    if (isSight) findings.lookAtAngle(fields[4]);
+    if (isSight) findings.lookAtAngle(fields[5]);
+    for (std::size_t i = isSight ? 6 : 4; i < fields.size(); ++i) findings.lookAtNumber(fields[i]);
+  }
+  return check;
+}
+
+FieldTextCheck inspectJobText(std::istream& stream, std::vector<TraverseDataInfo> const& rows) {
+  FieldTextCheck check;
+  JobLook look(check.findings);
+  std::string line;
+  for (detail::LineSource source(stream); source.nextBytes(line);) look.lookAt(source.lineNumber(), line);
+  check.rowLines = linesOf(rows, look.points);
+  return check;
+}
+
+void readNamingTheLine(ITraverseDataCollcetion& collection, std::string const& path) {
+  std::ifstream file = detail::openForReading(path);
+  LineCountingBuffer buffer(file);
+  std::istream stream(&buffer);
+  try {
+    collection.read(stream);
+  } catch (std::exception const& failure) {
+    std::string const text = failure.what();
+    bool const hasLine = text == System::tr("The line %1 is wrong").arg(buffer.line).toStdString();
+    if (hasLine || buffer.line == 0) throw DataException(text);
+    throw DataException(buffer.line, text);
+  }
+}
+
+}  // namespace kvn

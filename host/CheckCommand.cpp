@@ -1,0 +1,99 @@
+// check: what is wrong with a file, and what computes but should not be trusted.
+#include "Commands.h"
+#include "Failures.h"
+#include "FieldJob.h"
+#include "Options.h"
+#include "Output.h"
+#include "Session.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kvn::host {
+namespace {
+
+constexpr char const* kSeverities[] = {"Note", "Warning", "Error"};
+
+/// Everything that there is to say about what the session has opened.
+std::vector<FieldFinding> findingsOn(Session& session) {
+  Project const& project = session.project();
+  FieldJob const& job = session.job();
+  std::vector<FieldFinding> all = job.findings();
+  auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
+  add(job.placed(inspectRows(project.getTraverseDataList(), job.reduction)));
+  add(inspectNetwork(project.getNetwork(), session.head()));
+  std::stable_sort(all.begin(), all.end(), [](FieldFinding const& a, FieldFinding const& b) {
+    return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
+  });
+  return all;
+}
+
+Json::Value toJson(TraverseDataInfo const& row) {
+  Json::Value json;
+  json["id"] = jsonText(row.id);
+  json["name"] = jsonText(row.name);
+  json["pointType"] = row.pointType.toString();
+  json["isNameValid"] = row.isNameValid;
+  json["isHorizontalAngleValid"] = row.isHorizontalAngleValid;
+  json["isVerticalAngleValid"] = row.isVerticalAngleValid;
+  json["isSlantDistanceValid"] = row.isSlantDistanceValid;
+  return json;
+}
+
+Json::Value toJson(FieldFinding const& finding) {
+  Json::Value json;
+  json["severity"] = kSeverities[finding.severity];
+  json["station"] = jsonText(finding.station);
+  json["targets"] = Json::Value(Json::arrayValue);
+  for (std::string const& target : finding.targets) json["targets"].append(jsonText(target));
+  json["text"] = finding.text.toStdString();
+  json["line"] = finding.line > 0 ? Json::Value(finding.line) : Json::Value();
+  return json;
+}
+
+bool isValid(TraverseDataInfo const& row) {
+  return row.isNameValid && row.isHorizontalAngleValid && row.isVerticalAngleValid && row.isSlantDistanceValid;
+}
+
+/// Whether the job can be computed and no row is marked; warnings are for the surveyor to judge.
+bool isGood(Project const& project, std::vector<FieldFinding> const& findings) {
+  auto const& rows = project.getTraverseDataList();
+  return std::all_of(rows.begin(), rows.end(), isValid) &&
+         std::none_of(findings.begin(), findings.end(),
+                      [](FieldFinding const& finding) { return finding.severity == FieldFinding::Error; });
+}
+
+void print(Session& session, bool ok, std::vector<FieldFinding> const& findings, bool asJson) {
+  if (!asJson) {
+    QString text;
+    for (FieldFinding const& finding : findings) {
+      text += printable(QString("%1: %2").arg(QLatin1String(kSeverities[finding.severity]), worded(finding))) + '\n';
+    }
+    printText(text.isEmpty() ? QStringLiteral("Nothing found.\n") : text);
+    return;
+  }
+  Json::Value json;
+  json["ok"] = ok;
+  json["rows"] = json["findings"] = Json::Value(Json::arrayValue);
+  for (TraverseDataInfo const& row : session.project().getTraverseDataList()) json["rows"].append(toJson(row));
+  for (FieldFinding const& finding : findings) json["findings"].append(toJson(finding));
+  json["messages"] = session.messages().take();
+  printJson(json);
+}
+
+}  // namespace
+
+int runCheck(QStringList const& arguments) {
+  auto const options = parseCheck(arguments);
+  if (!options) return Done;
+  return runInSession(*options, [&options](Session& session) {
+    session.open(options->file);
+    std::vector<FieldFinding> const findings = findingsOn(session);
+    bool const ok = isGood(session.project(), findings);
+    print(session, ok, findings, options->json);
+    if (!ok) printLine(printable(QString("kelvane: %1: the data have errors").arg(session.file())));
+    return ok ? Done : Refused;
+  });
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,58 @@
+// What a single traverse has to tell, as text and as JSON.
+#pragma once
+
+#include <Kelvane.h>
+#include <json/value.h>
+#include <QString>
+#include <QStringList>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace kvn::host {
+
+/// A finished open, connecting or closed traverse with what belongs to it; holds references.
+class TraverseReport {
+ public:
+  /// @param network  as the calculator had it.
+  TraverseReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment, Network const& network);
+
+  /// The table of the traverse, a line for each station, and the misclosures.
+  QString text() const;
+  /// All but the messages.
+  Json::Value json() const;
+  /// What makes the result doubtful: stations left out, legs without a distance, angles of no polygon.
+  QStringList warnings() const;
+
+ private:
+  bool closes() const { return summary.hasMisclosure; }
+  bool isLeg(std::size_t station) const { return !closes() || station + 1 < stations.size(); }
+  double angularMisclosure() const;
+  double sumOfLegs() const;
+
+  QStringList leftOut() const;
+  QStringList polygonWarnings() const;
+
+  QString headText() const;
+  QString stationsText() const;
+  QString misclosureText() const;
+  QStringList row(QString const& name, QStringList const& observed, QStringList const& leg, PointInfo const& at) const;
+  QStringList observedCells(std::size_t station) const;
+  QStringList legCells(std::size_t station) const;
+
+  Json::Value countsJson() const;
+  Json::Value stationsJson() const;
+  Json::Value azimuthsJson() const;
+  Json::Value misclosureJson() const;
+  Json::Value pointsJson() const;
+
+  QString file;
+  Configure const& configure;
+  Network const& network;
+  TraverseSummary const& summary;
+  std::vector<TraverseInfo> const& stations;
+  std::vector<PointInfo> const& points;
+  std::unordered_set<std::string> knownNames;
+};
+
+}  // namespace kvn::host

@@ -1,0 +1,90 @@
+#include "AdjustReport.h"
+#include "Options.h"
+#include "Output.h"
+#include "TraverseReport.h"
+
+namespace kvn::host {
+
+Json::Value TraverseReport::json() const {
+  Json::Value json;
+  json["file"] = file.toStdString();
+  json["method"] = methodName(configure.AdjustMethod);
+  configure.write(json["configure"]);
+  json["counts"] = countsJson();
+  json["stations"] = stationsJson();
+  json["azimuths"] = azimuthsJson();
+  if (closes()) json["misclosure"] = misclosureJson();
+  json["points"] = pointsJson();
+  return json;
+}
+
+/// What the traverse consists of; the input may hold more.
+Json::Value TraverseReport::countsJson() const {
+  std::unordered_set<std::string> names;
+  for (PointInfo const& point : points) names.insert(point.name);
+  int known = 0;
+  for (std::string const& name : names) known += knownNames.count(name) != 0 ? 1 : 0;
+  int distances = 0;
+  for (std::size_t i = 0; i < stations.size(); ++i) distances += isLeg(i) && stations[i].distance != 0.0 ? 1 : 0;
+  Json::Value json;
+  json["points"] = static_cast<int>(names.size());
+  json["knownPoints"] = known;
+  json["stations"] = static_cast<int>(stations.size());
+  json["directions"] = 2 * static_cast<int>(stations.size());
+  json["distances"] = distances;
+  return json;
+}
+
+/// Null where there is none: corrected values of an open traverse, the leg behind the last station of the others.
+Json::Value TraverseReport::stationsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    TraverseInfo const& station = stations[i];
+    bool const hasLeg = isLeg(i);
+    Json::Value json;
+    json["name"] = jsonText(station.stationPoint.name);
+    json["back"] = jsonText(station.backPoint.name);
+    json["fore"] = jsonText(station.forePoints.front().name);
+    json["angle"] = number(station.angle);
+    json["adjustedAngle"] = number(existing(closes(), station.adjustedAngle));
+    json["distance"] = number(existing(hasLeg, station.distance));
+    json["deltaX"] = number(existing(hasLeg, station.deltaX));
+    json["deltaY"] = number(existing(hasLeg, station.deltaY));
+    json["adjustedDeltaX"] = number(existing(hasLeg && closes(), station.adjustedDeltaX));
+    json["adjustedDeltaY"] = number(existing(hasLeg && closes(), station.adjustedDeltaY));
+    list.append(json);
+  }
+  return list;
+}
+
+Json::Value TraverseReport::azimuthsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (double const azimuth : summary.azimuths) list.append(number(azimuth));
+  return list;
+}
+
+Json::Value TraverseReport::misclosureJson() const {
+  Json::Value json;
+  json["angleCorrection"] = number(summary.angleCorrection);
+  json["sumDistance"] = number(summary.sumDistance);
+  json["fx"] = number(summary.fx);
+  json["fy"] = number(summary.fy);
+  json["fs"] = number(summary.fs);
+  json["relative"] = number(summary.relativeError);
+  return json;
+}
+
+Json::Value TraverseReport::pointsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (PointInfo const& point : points) {
+    Json::Value json;
+    json["name"] = jsonText(point.name);
+    json["x"] = number(point.x);
+    json["y"] = number(point.y);
+    json["known"] = knownNames.count(point.name) != 0;
+    list.append(json);
+  }
+  return list;
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,86 @@
+#include "Format.h"
+#include "Output.h"
+#include "TextTable.h"
+#include "TraverseReport.h"
+
+#include <cmath>
+
+namespace kvn::host {
+namespace {
+
+constexpr char const* kTitles[] = {"", "Open traverse", "Connecting traverse", "Closed traverse"};  // by AdjustMethod
+
+double secondsOf(double radians) { return radians * 180.0 / CommonFunction::m_PI * 3600.0; }
+
+QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString::fromUtf8("″"); }
+
+}  // namespace
+
+QString TraverseReport::text() const { return headText() + stationsText() + misclosureText(); }
+
+QString TraverseReport::headText() const {
+  std::size_t const legs = closes() ? stations.size() - 1 : stations.size();
+  return QString("%1 of %2\n\n").arg(kTitles[configure.AdjustMethod], printable(file)) +
+         labelled({{"Stations", QString::number(stations.size())},
+                   {"Legs", QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}});
+}
+
+/// An open traverse has no columns for corrections.
+QStringList TraverseReport::row(QString const& name, QStringList const& observed, QStringList const& leg,
+                                PointInfo const& at) const {
+  QStringList cells{name};
+  cells << observed << leg << metres(at.x) << metres(at.y);
+  if (closes()) return cells;
+  for (int const correction : {8, 7, 2}) cells.removeAt(correction);
+  return cells;
+}
+
+QStringList TraverseReport::observedCells(std::size_t i) const {
+  TraverseInfo const& station = stations[i];
+  return {angleOfRadians(station.angle), seconds(secondsOf(station.adjustedAngle - station.angle)),
+          azimuthOfRadians(summary.azimuths[i + 1])};
+}
+
+QStringList TraverseReport::legCells(std::size_t i) const {
+  TraverseInfo const& station = stations[i];
+  if (!isLeg(i)) return {"", "", "", "", ""};
+  return {metres(station.distance), metres(station.deltaX), metres(station.deltaY),
+          millimetres(station.adjustedDeltaX - station.deltaX), millimetres(station.adjustedDeltaY - station.deltaY)};
+}
+
+QString TraverseReport::stationsText() const {
+  std::vector<TextTable::Column> columns{{"Point", TextTable::Left}};
+  for (char const* head : {"Angle", "v [″]", "Azimuth", "Distance [m]", "dx [m]", "dy [m]", "vx [mm]", "vy [mm]",
+                           "North x [m]", "East y [m]"}) {
+    if (closes() || *head != 'v') columns.push_back({QString::fromUtf8(head), TextTable::Right});
+  }
+  TextTable table(std::move(columns));
+  QStringList const noLeg{"", "", "", "", ""};
+  PointInfo const& back = stations.front().backPoint;
+  PointInfo const& fore = stations.back().forePoints.front();
+  table.add(row(textOf(back.name), {"", "", azimuthOfRadians(summary.azimuths.front())}, noLeg, back));
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    PointInfo const& at = stations[i].stationPoint;
+    table.add(row(textOf(at.name), observedCells(i), legCells(i), at));
+  }
+  table.add(row(textOf(fore.name), {"", "", ""}, noLeg, fore));
+  return titled(closes() ? "Traverse (v correction; azimuth and leg to the next point)"
+                         : "Traverse (azimuth and leg to the next point)",
+                table);
+}
+
+QString TraverseReport::misclosureText() const {
+  if (!closes()) return {};
+  QString const relative =
+      summary.relativeError > 0.0 ? QString("1 : %1").arg(1.0 / summary.relativeError, 0, 'f', 0) : QString("-");
+  return "\nMisclosures\n" +
+         labelled({{"Angles", QString("%1, each angle corrected by %2")
+                                  .arg(inSeconds(angularMisclosure()), inSeconds(summary.angleCorrection))},
+                   {"fx", metres(summary.fx) + " m"},
+                   {"fy", metres(summary.fy) + " m"},
+                   {"fs", millimetres(summary.fs) + " mm"},
+                   {"Sum of legs", metres(summary.sumDistance) + " m"},
+                   {"Relative", relative}});
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,27 @@
+// FieldFinding: something in a job that a surveyor should know.
+#pragma once
+
+#include <QString>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+struct FieldFinding {
+  enum Severity {
+    Note,     ///< nothing is wrong
+    Warning,  ///< the result may be worse than it looks
+    Error,    ///< the job cannot be computed as it stands
+  };
+  static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
+
+  Severity severity = Warning;
+  std::string station;
+  std::vector<std::string> targets;
+  QString text;              ///< what is the matter, without the names
+  std::size_t row = kNoRow;  ///< index of the row concerned
+  int line = 0;              ///< line of the file, from 1; 0 when it is not known
+};
+
+}  // namespace kvn

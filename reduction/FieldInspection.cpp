@@ -1,0 +1,256 @@
+#include "reduction/FieldInspection.h"
+
+#include "adjust/NameIndex.h"
+#include "adjust/detail/PairKey.h"
+#include "reduction/detail/Circle.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+constexpr double kSecondsPerRadian = 180.0 * 3600.0 / detail::kPi;
+
+bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePointType::StationPoint; }
+bool isTarget(TraverseDataInfo const& row) { return row.pointType == TraversePointType::PrismPoint; }
+bool isOnCircle(double angle) { return angle >= -1e-6 && angle <= detail::kFullCircle; }
+
+QString seconds(double radians) { return QString::number(radians * kSecondsPerRadian, 'f', 1) + "\""; }
+QString millimetres(double metres) { return QString::number(metres * 1000.0, 'f', 1) + " mm"; }
+
+/// One occupation: the rows from a station row up to the next one.
+struct Occupation {
+  std::size_t row = 0;
+  std::vector<std::size_t> sights;
+};
+
+std::vector<Occupation> occupationsOf(std::vector<TraverseDataInfo> const& rows) {
+  std::vector<Occupation> occupations;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (isStation(rows[i])) occupations.push_back({i, {}});
+    if (isTarget(rows[i]) && !occupations.empty()) occupations.back().sights.push_back(i);
+  }
+  return occupations;
+}
+
+class RowInspection {
+ public:
+  RowInspection(std::vector<TraverseDataInfo> const& fieldRows, FieldReduction const& fieldReduction)
+      : rows(fieldRows), reduction(fieldReduction), occupations(occupationsOf(fieldRows)) {}
+
+  std::vector<FieldFinding> run() {
+    std::string station;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (isStation(rows[i])) station = rows[i].name;
+      lookAtFlags(station, i);
+    }
+    for (Occupation const& occupation : occupations) lookAtPairing(occupation);
+    lookAtFirstDistances();
+    for (FacePair const& pair : reduction.pairs) noteErrors(pair);
+    std::stable_sort(findings.begin(), findings.end(),
+                     [](FieldFinding const& a, FieldFinding const& b) { return a.row < b.row; });
+    return std::move(findings);
+  }
+
+ private:
+  void tell(FieldFinding::Severity severity, std::string const& station, std::string const& target, QString const& text,
+            std::size_t row) {
+    std::vector<std::string> targets;
+    if (!target.empty()) targets.push_back(target);
+    findings.push_back({severity, station, std::move(targets), text, row, 0});
+  }
+
+  void lookAtFlags(std::string const& station, std::size_t i) {
+    TraverseDataInfo const& row = rows[i];
+    std::string const target = isStation(row) ? std::string() : row.name;
+    auto const warn = [&](QString const& text) { tell(FieldFinding::Warning, station, target, text, i); };
+    if (!row.isNameValid) {
+      warn(isStation(row) ? "the station comes twice, or one of its targets has its name"
+                          : "the target has the name of its station");
+    }
+    if (!row.isHorizontalAngleValid) warn(horizontalReason(row));
+    if (!row.isVerticalAngleValid) warn("the vertical reading is not between 0 and 360 degrees");
+    if (!row.isSlantDistanceValid) warn("the distance is negative");
+  }
+
+  static QString horizontalReason(TraverseDataInfo const& row) {
+    if (!isOnCircle(row.horizontal_angle)) return "the horizontal reading is not between 0 and 360 degrees";
+    return "the sights of the target do not differ by half a circle, or there are more than two";
+  }
+
+  /// Whether the sights stand as first face and second face backward; the first pair that does not is told.
+  void lookAtPairing(Occupation const& occupation) {
+    std::size_t const n = occupation.sights.size();
+    std::string const& station = rows[occupation.row].name;
+    if (n % 2 != 0) {
+      tell(FieldFinding::Note, station, {},
+           "an odd number of sights: a program that pairs faces by their place refuses them", occupation.row);
+    }
+    for (std::size_t k = 0; k < n / 2; ++k) {
+      TraverseDataInfo const& first = rows[occupation.sights[k]];
+      TraverseDataInfo const& second = rows[occupation.sights[n - k - 1]];
+      if (first.name == second.name) continue;
+      findings.push_back({FieldFinding::Note,
+                          station,
+                          {first.name, second.name},
+                          "a program that pairs faces by their place takes these two for one",
+                          occupation.sights[k],
+                          0});
+      return;
+    }
+  }
+
+  /// Distances to the first target of their station that the other end does not have either, or has to its own first
+  /// target.
+  void lookAtFirstDistances() {
+    NameIndex names;
+    std::unordered_set<std::uint64_t> kept;
+    struct First {
+      std::uint64_t key;
+      std::string const& station;
+      std::size_t row;
+    };
+    std::vector<First> dropped;
+    for (Occupation const& occupation : occupations) {
+      if (occupation.sights.empty()) continue;
+      int const station = names.numberOf(rows[occupation.row].name);
+      std::string const& first = rows[occupation.sights.front()].name;
+      for (std::size_t const i : occupation.sights) {
+        bool const isMeasured = rows[i].isSlantDistanceHave && rows[i].slant_distance > 0.0;
+        auto const key = detail::unorderedKey(station, names.numberOf(rows[i].name));
+        if (isMeasured && rows[i].name != first) kept.insert(key);
+        if (isMeasured && rows[i].name == first) dropped.push_back({key, rows[occupation.row].name, i});
+      }
+    }
+    for (First const& first : dropped) {
+      if (!kept.insert(first.key).second) continue;
+      tell(FieldFinding::Note, first.station, rows[first.row].name,
+           "a program that keeps distances forward only drops this one at both ends", first.row);
+    }
+  }
+
+  void noteErrors(FacePair const& pair) {
+    QString text = "double collimation error " + seconds(pair.doubleCollimation);
+    if (!std::isnan(pair.indexError)) text += ", index error " + seconds(pair.indexError);
+    tell(FieldFinding::Note, pair.station, pair.target, text, pair.firstRow);
+  }
+
+  std::vector<TraverseDataInfo> const& rows;
+  FieldReduction const& reduction;
+  std::vector<Occupation> occupations;
+  std::vector<FieldFinding> findings;
+};
+
+class NetworkInspection {
+ public:
+  NetworkInspection(Network const& value, Configure const& settings) : network(value), configure(settings) {
+    for (NetworkDataInfo const& line : network.lines) {
+      names.numberOf(line.start_name);
+      names.numberOf(line.end_name);
+    }
+    isKnown.assign(static_cast<std::size_t>(names.size()), false);
+    for (KnownPoint const& point : network.knownPoints) {
+      int const number = names.find(point.name);
+      if (number >= 0) isKnown[static_cast<std::size_t>(number)] = true;
+    }
+  }
+
+  std::vector<FieldFinding> run() {
+    lookAtEnds();
+    for (KnownPoint const& point : network.knownPoints) {
+      if (!names.contains(point.name)) tell({}, point.name, "the known point is not observed");
+    }
+    lookAtConnections();
+    return std::move(findings);
+  }
+
+ private:
+  void tell(std::string const& station, std::string const& target, QString const& text) {
+    std::vector<std::string> targets;
+    if (!target.empty()) targets.push_back(target);
+    findings.push_back({FieldFinding::Warning, station, std::move(targets), text, FieldFinding::kNoRow, 0});
+  }
+
+  void lookAtEnds() {
+    std::unordered_map<std::uint64_t, double> distanceOf;
+    for (NetworkDataInfo const& line : network.lines) {
+      if (!(line.horizontal_distance > 0.0)) continue;
+      int const start = names.find(line.start_name);
+      int const end = names.find(line.end_name);
+      auto const back = distanceOf.find(detail::orderedKey(end, start));
+      if (back != distanceOf.end()) lookAtEnds(line, back->second);
+      distanceOf.try_emplace(detail::orderedKey(start, end), line.horizontal_distance);
+    }
+  }
+
+  void lookAtEnds(NetworkDataInfo const& line, double back) {
+    double const error =
+        double(configure.LineFixedError) / 1000.0 + double(configure.LineProportionError) * 1e-6 * back;
+    double const difference = std::abs(line.horizontal_distance - back);
+    if (difference <= error) return;
+    tell(line.start_name, line.end_name, "the distances from both ends differ by " + millimetres(difference));
+  }
+
+  void lookAtConnections() {
+    std::vector<std::vector<int>> neighbours(isKnown.size());
+    std::vector<int> holds(isKnown.size(), 0);
+    for (NetworkDataInfo const& line : network.lines) {
+      auto const start = static_cast<std::size_t>(names.find(line.start_name));
+      auto const end = static_cast<std::size_t>(names.find(line.end_name));
+      neighbours[start].push_back(static_cast<int>(end));
+      neighbours[end].push_back(static_cast<int>(start));
+      int const observations = (line.horizontalAngleFlag ? 1 : 0) + (line.horizontal_distance > 0.0 ? 1 : 0);
+      holds[start] += observations;
+      holds[end] += observations;
+    }
+    std::vector<bool> const reached = reachedFromKnown(neighbours);
+    for (std::size_t i = 0; i < isKnown.size(); ++i) {
+      if (isKnown[i]) continue;
+      if (!reached[i]) tell({}, names.names()[i], "nothing connects the point to a known one");
+      if (reached[i] && holds[i] < 2) tell({}, names.names()[i], "a single observation does not fix the point");
+    }
+  }
+
+  std::vector<bool> reachedFromKnown(std::vector<std::vector<int>> const& neighbours) const {
+    std::vector<bool> reached = isKnown;
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < isKnown.size(); ++i) {
+      if (isKnown[i]) open.push_back(i);
+    }
+    while (!open.empty()) {
+      std::size_t const point = open.back();
+      open.pop_back();
+      for (int const neighbour : neighbours[point]) {
+        auto const next = static_cast<std::size_t>(neighbour);
+        if (reached[next]) continue;
+        reached[next] = true;
+        open.push_back(next);
+      }
+    }
+    return reached;
+  }
+
+  Network const& network;
+  Configure const& configure;
+  NameIndex names;
+  std::vector<bool> isKnown;
+  std::vector<FieldFinding> findings;
+};
+
+}  // namespace
+
+std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows, FieldReduction const& reduction) {
+  return RowInspection(rows, reduction).run();
+}
+
+std::vector<FieldFinding> inspectNetwork(Network const& network, Configure const& configure) {
+  return NetworkInspection(network, configure).run();
+}
+
+}  // namespace kvn

@@ -1,0 +1,30 @@
+// FieldInspection: what a surveyor should know about a job before it is computed.
+#pragma once
+
+#include "core/Configure.h"
+#include "records/FieldFinding.h"
+#include "records/Network.h"
+#include "records/TraverseDataInfo.h"
+#include "reduction/FieldReduction.h"
+
+#include <utils/Export.h>
+
+#include <vector>
+
+namespace kvn {
+
+/// Findings on the rows of a field job, in the order of the rows: the cleared validity flags with the reason in words,
+/// sights that a program which pairs the faces by their place would pair with another target, distances to first
+/// targets that such a program would drop at both ends, and, as a `Note`, the double collimation error and the index
+/// error of each pair of faces.
+///
+/// @param rows  with the flags as the row checks left them.
+KELVANE_EXPORT std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows,
+                                                     FieldReduction const& reduction);
+
+/// Findings on a network: distances from the two ends of a line that differ by more than the a-priori error a + b S,
+/// known points that nothing observes, points that no observation connects to a known point, and points that a single
+/// observation holds.
+KELVANE_EXPORT std::vector<FieldFinding> inspectNetwork(Network const& network, Configure const& configure);
+
+}  // namespace kvn

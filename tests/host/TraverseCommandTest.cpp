@@ -1,0 +1,134 @@
+// adjust --method open, connect, closed.
+#include "Program.h"
+#include "support/Support.h"
+
+#include <gmock/gmock.h>
+#include <cmath>
+
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+
+// A square of 100 m walked counter-clockwise, each angle 10" too large. Distances are measured both ways.
+// The a-priori errors of 0 are of no matter to a traverse.
+constexpr char const* kSquare =
+    "0,0,0\nK1,0,0\nK2,-100,0\n"
+    "K1\nK2,L,0\nP,L,90.0010\nP,S,100.02\n"
+    "P\nK1,L,10\nK1,S,100.00\nQ,L,100.0010\nQ,S,100.01\n"
+    "Q\nP,L,0\nK2,L,90.0010\nP,S,100.01\nK2,S,100.01\n"
+    "K2\nQ,L,0\nK1,L,90.0010\nK1,S,100.00\n";
+
+TEST(TraverseCommand, TellsTheConnectingTraverseInJson) {
+  Json::Value const json =
+      Program()
+          .run({"adjust", test::samplePath("trav_connecting_fr_5legs.in2"), "--method", "connect", "--json"})
+          .json();
+  EXPECT_EQ(json["method"].asString(), "connect");
+  EXPECT_EQ(json["counts"]["points"].asInt(), 8);
+  EXPECT_EQ(json["counts"]["knownPoints"].asInt(), 4);
+  EXPECT_EQ(json["counts"]["distances"].asInt(), 5);
+  EXPECT_EQ(json["azimuths"].size(), 8U);
+  // Published: 77.76" over 6 angles, fx 16 mm, 365.86 m of legs, point 1 at 215331.76; the source rounds to 1 mm.
+  Json::Value const misclosure = json["misclosure"];
+  EXPECT_NEAR(misclosure["angleCorrection"].asDouble() * 206264.806247, 77.76 / 6.0, 1e-3);
+  EXPECT_NEAR(misclosure["fx"].asDouble(), 0.016, 1e-3);
+  EXPECT_NEAR(misclosure["relative"].asDouble(), misclosure["fs"].asDouble() / 365.86, 1e-12);
+  EXPECT_NEAR(json["points"][2]["x"].asDouble(), 215331.76, 0.005);
+  EXPECT_FALSE(json["points"][2]["known"].asBool());
+  Json::Value const first = json["stations"][0];
+  EXPECT_EQ(first["back"].asString() + first["name"].asString() + first["fore"].asString(), "BA1");
+  EXPECT_EQ(first["distance"].asDouble(), 78.12);
+  EXPECT_NEAR(first["adjustedAngle"].asDouble() - first["angle"].asDouble(), misclosure["angleCorrection"].asDouble(),
+              1e-14);
+  EXPECT_TRUE(json["stations"][5]["distance"].isNull());
+}
+
+TEST(TraverseCommand, LeavesWhatAnOpenTraverseHasNot) {
+  Json::Value const json =
+      Program().run({"adjust", test::samplePath("trav_open_2legs.in2"), "--method", "open", "--json"}).json();
+  EXPECT_FALSE(json.isMember("misclosure"));
+  EXPECT_TRUE(json["stations"][0]["adjustedAngle"].isNull());
+  EXPECT_NEAR(json["points"][3]["y"].asDouble(), 299.982, 0.0011);  // published
+}
+
+TEST(TraverseCommand, TakesDistancesToBothSides) {
+  Program const program;
+  program.write("square.in2", kSquare);
+  test::Run const run = program.run({"adjust", "square.in2", "--method", "closed"});
+  // The means of both ways are 100.01 for all three legs: the end is 10 mm too far south, of which each leg takes a
+  // third.
+  EXPECT_EQ(run.err, "");
+  EXPECT_THAT(run.out,
+              HasSubstr(u8"  P      90°00′10.00″  -10.00  180°00′00.00″      100.0100  -100.0100     0.0000     "
+                        u8"3.33     0.00       0.0033   -100.0100\n"));
+  EXPECT_THAT(run.out, HasSubstr(u8"  K2     90°00′10.00″  -10.00    0°00′00.00″                   "));
+  EXPECT_THAT(run.out, HasSubstr(u8"  Angles       40.00″, each angle corrected by -10.00″\n"
+                                 u8"  fx           -0.0100 m\n"));
+  EXPECT_THAT(run.out, HasSubstr("  Relative     1 : 30003\n"));
+  // The library does not choose between two distances of a station.
+  EXPECT_THAT(program.run({"adjust", "square.in2", "--method", "closed", "--as-read"}).err,
+              HasSubstr("Warning: The leg from P to Q has no distance and counts as 0\n"));
+}
+
+std::string replaced(std::string text, std::string const& what, std::string const& by) {
+  return text.replace(text.find(what), what.size(), by);
+}
+
+TEST(TraverseCommand, WarnsOfPolygonsThatAreDoubtful) {
+  Program const program;
+  struct Case {
+    char const* what;
+    std::string file;
+    char const* says;
+  };
+  std::string const clockwise =
+      "1,1,1\nK1,0,0\nK2,-100,0\nK1\nK2,L,0\nP,L,270\nP,S,100\nP\nK1,L,0\nQ,L,270\nQ,S,100\nQ\nP,L,0\nK2,L,270\n"
+      "K2,S,100\nK2\nQ,L,0\nK1,L,270\n";
+  Case const cases[] = {
+      {"stations outside", std::string(kSquare) + "R\nS,L,0\nT,L,90\nU\nS,L,0\nT,L,90\n",
+       "Warning: Stations outside the traverse are left out: R, U\n"},
+      {"does not come back", replaced(replaced(kSquare, "K1,L,90.0010", "M,L,90.0010"), "0,0,0\n", "0,0,0\nM,0,9\n"),
+       "Warning: The traverse does not come back to K1: K2 looks forward to M\n"},
+      {"outer angles", clockwise, u8"Warning: The angles are off by 360°00′00.00″; the stations must go around"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    program.write("polygon.in2", c.file);
+    test::Run const run = program.run({"adjust", "polygon.in2", "--method", "closed", "--json"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.json()["messages"].size(), 1U) << run.err;
+  }
+}
+
+TEST(TraverseCommand, NamesWhereATraverseFails) {
+  Program const program;
+  std::string const head = "1,1,1\nA,0,0\nB,100,0\n";
+  std::string const start = "B\nA,L,0\nP,L,90\nP,S,50\n";
+  struct Case {
+    char const* method;
+    std::string lines;
+    char const* says;
+  };
+  Case const cases[] = {
+      {"connect", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n",
+       "Known points are not enough: the traverse ends at P and looks forward to Q, which both have to be known\n"},
+      {"closed", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n", "Known points are not enough: P (the last station is known"},
+      {"open", start + "P\nB,L,0\nQ,L,90\n", "Station name [P] distance is 0\n"},
+      {"open", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station point is not enough: P (a station has just two"},
+      {"connect", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station Point Name P Repeat (a station has just two"},
+      {"open", start + "R\nB,L,0\nQ,L,90\nQ,S,5\n", "Data error (the stations make no single chain"},
+      {"open", "P\nB,L,0\nQ,L,90\n", "Known points are not enough: No start data (no known station has a known back"},
+      {"closed", start + "P\nB,S,-3\nB,L,0\nA,L,90\n", "Data error: line from P to B\n"},
+  };
+  for (Case const& c : cases) {
+    program.write("net.in2", head + c.lines);
+    test::Run const run = program.run({"adjust", "net.in2", "--method", c.method});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(std::string("kelvane: net.in2: ") + c.says));
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+}  // namespace
