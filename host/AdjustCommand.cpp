@@ -51,12 +51,17 @@ Configure configureFor(Session& session, AdjustOptions const& options) {
   return configure;
 }
 
+void requireObservations(Session& session) {
+  if (session.project().getFileType() != Project::CoordFile) return;
+  throw Refusal(session.file(), "a coordinate file has no observations to adjust");
+}
+
 /// The network as the method wants it.
 Network prepared(Network const& network, int method, bool asRead) {
   if (method == kLeastSquares || asRead) return network;
   // A failure in the input names a line by its number, and the lines change.
   AlgorithmData().readNetworkData(network, MissingDirection::IsLeftOut);
-  return withForwardDistances(network);
+  return withForwardDistances(turnedCircles(network));
 }
 
 /// Puts the finished adjustment into the project.
@@ -109,6 +114,9 @@ int runAdjust(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
+    requireNoError(session.file(), session.job().findings());
+    requireObservations(session);
+    tellWarnings(session.job().findings());
     session.project().setConfigure(configureFor(session, *options));
     Network const network = prepared(session.project().getNetwork(), options->method, options->asRead);
     adjust(session, network, options->asRead);

@@ -3,17 +3,12 @@
 #include "Failures.h"
 #include "Options.h"
 #include "Output.h"
+#include "Saving.h"
 #include "Session.h"
-
-#include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
 #include <json/reader.h>
 #include <QFile>
-#include <QFileInfo>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
 namespace kvn::host {
 namespace {
@@ -71,43 +66,13 @@ Json::Value runAll(Json::Value const& commands, Session& session, bool& allGood)
   return results;
 }
 
-void requireWritableKind(QString const& path) {
-  if (path.isEmpty()) return;
-  requireNameInEncoding(path);
-  if (QFileInfo(path).suffix().toLower() == "in2") return;
-  throw Refusal(path, "unknown kind of file; what can be written: .in2 (COSA network)");
-}
-
-/// With the a-priori errors of the file that was opened, without which the network would be adjusted with other weights
-/// (the project does not keep them), and without a direction where none was observed.
+/// As `writeNetwork`, but what holds nothing is refused as the library refuses it.
 void write(Session& session, QString const& path) {
-  Network const& network = session.project().getNetwork();
-  if (network.isEmpty()) {
-    session.project().exportCosaTraverseFile(path);  // refuses what holds nothing
-    return;
+  if (session.project().getNetwork().isEmpty()) {
+    session.project().exportCosaTraverseFile(path);
+  } else {
+    writeNetwork(session, path);
   }
-  CarefulCosaCollection collection;
-  collection.setConfigure(session.head());
-  collection.setKnownPointList(network.knownPoints);
-  collection.setNetworkDataList(network.lines);
-  utils::createFolderOf(path);
-  collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
-}
-
-/// @return  whether the file is there as a whole; if not, the reason has been printed.
-bool save(Session& session, QString const& path) {
-  if (path.isEmpty()) return true;
-  try {
-    write(session, path);
-  } catch (std::exception const& failure) {
-    printLine(printable(QString("kelvane: %1: %2").arg(path, QString::fromUtf8(failure.what()))));
-    return false;
-  }
-  std::error_code error;
-  bool const isThere = std::filesystem::is_regular_file(utils::nativePath(HTextCodec::ToLocal8Bit(path)), error);
-  if (isThere && !session.messages().hasError()) return true;
-  printLine(printable(QString("kelvane: %1: the file was not written").arg(path)));
-  return false;
 }
 
 }  // namespace
@@ -116,12 +81,13 @@ int runExec(QStringList const& arguments) {
   auto const options = parseExec(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    requireWritableKind(options->saveFile);
+    if (!options->saveFile.isEmpty()) requireWritableKind(options->saveFile, {"in2"});
     if (!options->openFile.isEmpty()) session.open(options->openFile);
     bool allGood = true;
     Json::Value const results = runAll(readCommands(), session, allGood);
     // A script that failed half way must not replace a file.
-    bool const saved = allGood && save(session, options->saveFile);
+    bool const saves = allGood && !options->saveFile.isEmpty();
+    bool const saved = !saves || save(session, options->saveFile, write);
     if (!allGood && !options->saveFile.isEmpty()) {
       printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
     }

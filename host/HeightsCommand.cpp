@@ -127,6 +127,8 @@ int runHeights(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
+    requireNoError(session.file(), session.job().text.findings);
+    tellWarnings(session.job().text.findings);
     return report(session, *options);
   });
 }

@@ -9,6 +9,8 @@
 namespace kvn::host {
 namespace {
 
+constexpr char const* kAnyFile =
+    "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or coordinate file (.dat).";
 constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed"};  // by Configure::AdjustMethod
 
 void prepare(QCommandLineParser& parser, char const* description) {
@@ -101,8 +103,10 @@ QString programUsage() {
       "\n"
       "Subcommands:\n"
       "  show FILE                            what a file holds\n"
+      "  check FILE                           what is wrong with a file, or should not be trusted\n"
       "  adjust FILE                          adjusted coordinates with their errors\n"
       "  heights FILE                         trigonometric heights with their errors\n"
+      "  convert IN OUT                       the same job in another format\n"
       "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
       "\n"
       "Options of all subcommands:\n"
@@ -110,17 +114,45 @@ QString programUsage() {
       "  --encoding NAME                      encoding of 8-bit texts, such as GBK\n"
       "  --help, --version\n"
       "\n"
-      "FILE is a COSA network file (.in2). 'kelvane SUBCOMMAND --help' tells more.\n"
+      "FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2) or\n"
+      "a coordinate file (.dat). 'kelvane SUBCOMMAND --help' tells more.\n"
       "Exit code: 0 done, 1 data refused, 2 wrong usage.\n");
 }
 
 std::optional<ShowOptions> parseShow(QStringList const& arguments) {
   QCommandLineParser parser;
   prepare(parser, "Prints what a file holds.");
-  parser.addPositionalArgument("FILE", "COSA network file (.in2).");
+  parser.addPositionalArgument("FILE", kAnyFile);
   if (!goesOn(parser, arguments, "show FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<ShowOptions>(parser);
   options.file = parser.positionalArguments().first();
+  return options;
+}
+
+std::optional<CheckOptions> parseCheck(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Prints what is wrong with a file, and what computes but should not be trusted, a line each.\n"
+          "The exit code is 1 when the file cannot be computed or a row check marks a row.");
+  parser.addPositionalArgument("FILE", "Traverse file (.txt), instrument job (.lqf) or COSA network (.in2).");
+  if (!goesOn(parser, arguments, "check FILE [options]", 1)) return std::nullopt;
+  auto options = commonOptions<CheckOptions>(parser);
+  options.file = parser.positionalArguments().first();
+  return options;
+}
+
+std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Writes a job in another format, chosen by the suffix of OUT.\n"
+          "Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into\n"
+          "coordinates (.dat), a job or a network with its known points.");
+  parser.addPositionalArgument("IN", kAnyFile);
+  parser.addPositionalArgument("OUT", "File to write: .txt, .lqf, .in2 or .dat.");
+  if (!goesOn(parser, arguments, "convert IN OUT [options]", 2)) return std::nullopt;
+  auto options = commonOptions<ConvertOptions>(parser);
+  options.file = parser.positionalArguments().at(0);
+  options.outFile = parser.positionalArguments().at(1);
   return options;
 }
 
@@ -129,7 +161,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   prepare(parser,
           "Adjusts the network of a file and prints coordinates with their errors.\n"
           "The a-priori errors are those of the options, else those of the file, else the defaults.");
-  parser.addPositionalArgument("FILE", "COSA network file (.in2).");
+  parser.addPositionalArgument("FILE", "Traverse file (.txt), instrument job (.lqf) or COSA network (.in2).");
   parser.addOptions({
       {"method",
        "How to adjust: least-squares (the default), or one traverse: open, connect or closed. A traverse takes no "
@@ -143,9 +175,8 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "sum|root"},
       {"as-read",
        "Take the file literally, as the library does by default: a distance alone is a direction of 0 as well, "
-       "doubtful lines are taken in silence, distances between known points are left out, and a traverse gets "
-       "distances "
-       "to both sides as they are."},
+       "doubtful lines are taken in silence, distances between known points are left out, a field book is paired by "
+       "the places of its sights, and a traverse gets distances to both sides as they are."},
   });
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);

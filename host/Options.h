@@ -16,6 +16,15 @@ struct ShowOptions : CommonOptions {
   QString file;
 };
 
+struct CheckOptions : CommonOptions {
+  QString file;
+};
+
+struct ConvertOptions : CommonOptions {
+  QString file;
+  QString outFile;
+};
+
 struct AdjustOptions : CommonOptions {
   QString file;
   int method = 0;                          ///< as `Configure::AdjustMethod`
@@ -48,6 +57,8 @@ QString programUsage();
 // @throws UsageError for anything that is not understood.
 
 std::optional<ShowOptions> parseShow(QStringList const& arguments);
+std::optional<CheckOptions> parseCheck(QStringList const& arguments);
+std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<ExecOptions> parseExec(QStringList const& arguments);

@@ -31,8 +31,9 @@ void requireReadableFile(QString const& path) {
 void requireKnownKind(QString const& path) {
   QString const suffix = QFileInfo(path).suffix().toLower();
   if (!QStringList{"in2", "kvn", "txt", "dat", "lqf"}.contains(suffix)) {
-    throw Refusal(path, "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
-                        ".lqf (instrument job), .dat (coordinates)");
+    throw Refusal(path,
+                  "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                  ".lqf (instrument job), .dat (coordinates)");
   }
 }
 
@@ -89,15 +90,17 @@ void Session::open(QString const& path, bool asRead) {
   requireKnownKind(path);
   QString const suffix = QFileInfo(path).suffix().toLower();
   if (suffix == "txt" || suffix == "lqf") {
-    asRead ? openFieldJobAsRead(*current, path) : openField(path);
+    if (asRead) {
+      openFieldJobAsRead(*current, path);
+    } else {
+      fieldJob = openFieldJob(*current, path);
+    }
   } else if (suffix == "in2") {
     openNetwork(path, asRead);
   } else {
     current->read(path);
   }
 }
-
-void Session::openField(QString const& path) { fieldJob = openFieldJob(*current, path); }
 
 void Session::openNetwork(QString const& path, bool asRead) {
   CosaCollection plain;

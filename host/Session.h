@@ -33,7 +33,6 @@ class Session {
   Configure const& head() const { return headOfFile; }
 
  private:
-  void openField(QString const& path);
   void openNetwork(QString const& path, bool asRead);
 
   System system;

@@ -18,8 +18,8 @@ struct Subcommand {
   char const* name;
   int (*run)(QStringList const& arguments);
 };
-constexpr Subcommand kSubcommands[] = {
-    {"show", runShow}, {"adjust", runAdjust}, {"heights", runHeights}, {"exec", runExec}};
+constexpr Subcommand kSubcommands[] = {{"show", runShow},       {"check", runCheck},     {"adjust", runAdjust},
+                                       {"convert", runConvert}, {"heights", runHeights}, {"exec", runExec}};
 
 /// The C locale says nothing about the encoding of names and arguments; today they are UTF-8.
 void readEncodingOfLocale() {

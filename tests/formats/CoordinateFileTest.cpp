@@ -90,8 +90,9 @@ TEST_F(CoordinateFile, KeepsTheBytesOfTheLocalEncoding) {
   collection.setCoordinateDataList({});
   collection.read(chinese);
   EXPECT_EQ(collection.getCoordinateDataList().at(0).name, "\xB5\xE3\x81\x5C");
-  // What looks like UTF-16 is not: the text is no list of points.
-  EXPECT_THROW(read("\xFF\xFEP\0,\0,\0"), DataException);
+  // A mark of UTF-16 changes nothing: guessed, this would be a good point.
+  std::string const utf16("\xFF\xFEP\0,\0,\0001\0,\0002\0,\0003\0", 18);
+  EXPECT_EQ(test::failureOf<DataException>([&] { read(utf16); }), "The Format of Data is wrong");
 }
 
 TEST_F(CoordinateFile, IsWrittenWithoutALastLineEnd) {

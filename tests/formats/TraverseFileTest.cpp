@@ -98,8 +98,7 @@ std::string byQString(std::string const& bytes) {
   QStringList fields = line.split(',');
   if (line.endsWith(',')) fields.removeLast();
   if (fields.size() != 7) return "The line 1 is wrong";
-  std::string const height =
-      test::failureOf<std::exception>([&fields] { utils::leadingNumber(fields[2].toStdString()); });
+  std::string height = test::failureOf<std::exception>([&fields] { utils::leadingNumber(fields[2].toStdString()); });
   if (height != "no failure") return height;
   QString text = fields[1];
   for (int i = 4; i < 7; ++i) {
