@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Failures.h"
 #include "FieldJob.h"
+#include "Format.h"
 #include "Options.h"
 #include "Output.h"
 #include "Session.h"
@@ -55,12 +56,15 @@ bool isValid(TraverseDataInfo const& row) {
   return row.isNameValid && row.isHorizontalAngleValid && row.isVerticalAngleValid && row.isSlantDistanceValid;
 }
 
-/// Whether the job can be computed and no row is marked; warnings are for the surveyor to judge.
-bool isGood(Project const& project, std::vector<FieldFinding> const& findings) {
+/// Why the job is not good, for the last line; empty when it is. Warnings are for the surveyor to judge.
+QString verdict(Project const& project, std::vector<FieldFinding> const& findings) {
   auto const& rows = project.getTraverseDataList();
-  return std::all_of(rows.begin(), rows.end(), isValid) &&
-         std::none_of(findings.begin(), findings.end(),
-                      [](FieldFinding const& finding) { return finding.severity == FieldFinding::Error; });
+  if (std::any_of(findings.begin(), findings.end(),
+                  [](FieldFinding const& finding) { return finding.severity == FieldFinding::Error; })) {
+    return "the job cannot be computed as it stands";
+  }
+  auto const marked = rows.size() - static_cast<std::size_t>(std::count_if(rows.begin(), rows.end(), isValid));
+  return marked == 0 ? QString() : "the row checks mark " + counted(marked, "row", "rows");
 }
 
 void print(Session& session, bool ok, std::vector<FieldFinding> const& findings, bool asJson) {
@@ -89,10 +93,10 @@ int runCheck(QStringList const& arguments) {
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file);
     std::vector<FieldFinding> const findings = findingsOn(session);
-    bool const ok = isGood(session.project(), findings);
-    print(session, ok, findings, options->json);
-    if (!ok) printLine(printable(QString("kelvane: %1: the data have errors").arg(session.file())));
-    return ok ? Done : Refused;
+    QString const reason = verdict(session.project(), findings);
+    print(session, reason.isEmpty(), findings, options->json);
+    if (!reason.isEmpty()) printLine(printable(QString("kelvane: %1: %2").arg(session.file(), reason)));
+    return reason.isEmpty() ? Done : Refused;
   });
 }
 
