@@ -1,6 +1,7 @@
 // heights: trigonometric heights with their errors.
 #include "Commands.h"
 #include "Failures.h"
+#include "FieldJob.h"
 #include "HeightsReport.h"
 #include "Options.h"
 #include "Output.h"
@@ -11,48 +12,47 @@
 namespace kvn::host {
 namespace {
 
-char const* reasonText(LeftOutSight::Reason reason) {
+QString reasonText(LeftOutSight::Reason reason) {
   switch (reason) {
     case LeftOutSight::NoStation:
-      return "no station row stands before it";
+      return "no height from a sight before the first station";
     case LeftOutSight::SightsItself:
-      return "the target is the station";
+      return "no height from a sight to the station itself";
     case LeftOutSight::NoAngle:
-      return "no vertical reading, or one outside the circle";
+      return "no height from a sight without a vertical reading within the circle";
     case LeftOutSight::NoDistance:
-      return "no distance";
+      return "no height from a sight without a distance";
     case LeftOutSight::AlongVertical:
-      return "it points straight up or down, or has no vertical reading";
+      return "no height from a sight straight up or down, or without a vertical reading";
   }
-  return "";
+  return {};
 }
 
-void tell(QString const& text) { System::Instance()->sendMessage(text, Warning); }
-
-void tellLeftOut(std::vector<LeftOutSight> const& sights) {
+void tellLeftOut(FieldJob const& job, std::vector<LeftOutSight> const& sights) {
+  std::vector<FieldFinding> findings;
+  findings.reserve(sights.size());
   for (LeftOutSight const& sight : sights) {
-    tell(QString("Row %1, %2 to %3, is left out: %4")
-             .arg(sight.row + 1)
-             .arg(textOf(sight.station), textOf(sight.target), QLatin1String(reasonText(sight.reason))));
+    findings.push_back({FieldFinding::Warning, sight.station, {sight.target}, reasonText(sight.reason), sight.row, 0});
   }
+  tellWarnings(job.placed(findings));
 }
 
 /// A control point known in plan only has the height 0 in the field book, as one at sea level.
 void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
   for (TriangleStationData const& station : observations.getTriangleStationData()) {
-    if (station.height == 0.0) tell(QString("The known height of %1 is 0").arg(textOf(station.name)));
+    if (station.height != 0.0) continue;
+    System::Instance()->sendMessage(QString("The known height of %1 is 0").arg(textOf(station.name)), Warning);
   }
 }
 
-TriangleHeightDataConvert observe(Project const& project, double refraction, bool asRead) {
+TriangleHeightDataConvert observe(Session& session, double refraction, bool asRead) {
+  Project const& project = session.project();
   TriangleHeightDataRead reader(asRead ? project.getVerticalAngleType() : ElevationAngle);
   if (asRead) {
     reader.setTraverseDataList(project.getTraverseDataList(), refraction);
   } else {
-    std::vector<TraverseDataInfo> rows = project.getTraverseDataList();
-    markKnownStations(rows);
-    ElevationRows const elevations = elevationRows(rows);
-    tellLeftOut(elevations.leftOut);
+    ElevationRows const elevations = elevationRows(project.getTraverseDataList());
+    tellLeftOut(session.job(), elevations.leftOut);
     reader.setTraverseDataList(elevations.rows, refraction);
   }
   TriangleHeightDataConvert observations;
@@ -104,7 +104,7 @@ int report(Session& session, HeightsOptions const& options) {
     throw Refusal(session.file(), "the file has no rows of a field book, from which heights are computed");
   }
   double const refraction = options.refraction.value_or(double(project.getConfigure().AtmosphericIndex));
-  TriangleHeightDataConvert const observations = observe(project, refraction, options.asRead);
+  TriangleHeightDataConvert const observations = observe(session, refraction, options.asRead);
   requireSolvable(session.file(), observations);
   TriangleHeightAdjust adjustment;
   adjustment.setTriangleHeightDataConvert(observations);

@@ -65,8 +65,8 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
     struct Point {
       double x, y, z;
     };
-    std::vector<Point> points;
-    for (int n = 0; n < 8; ++n) points.push_back({place(random), place(random), height(random)});
+    std::vector<Point> points(8);
+    for (Point& point : points) point = {place(random), place(random), height(random)};
     double const indexError = degrees(0, 0, 20);
     Rows rows{knownRow("0", stand(random), points[0].z)};
     for (int n = 0; n < 14; ++n) {

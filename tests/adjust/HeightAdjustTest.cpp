@@ -3,8 +3,10 @@
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
+#include <algorithm>
+#include <map>
 #include <random>
-#include <set>
+#include <tuple>
 
 namespace {
 
@@ -23,8 +25,8 @@ TriangleHeightAdjust adjusted(Rows const& rows, double refraction = kNoCurvature
 }
 
 std::vector<std::string> namesOf(std::vector<TriangleHeightPointInfo> const& points) {
-  std::vector<std::string> names;
-  for (auto const& point : points) names.push_back(point.name);
+  std::vector<std::string> names(points.size());
+  std::transform(points.begin(), points.end(), names.begin(), [](auto const& point) { return point.name; });
   return names;
 }
 
@@ -115,8 +117,8 @@ Network randomNetwork(unsigned seed) {
   auto const upTo = [&random](int n) { return std::uniform_int_distribution<int>(0, n)(random); };
   std::uniform_real_distribution<double> height(0.0, 50.0), length(50.0, 900.0), error(-0.02, 0.02);
   Network net{1 + upTo(2), 4 + upTo(25), {}, {}};
-  std::vector<double> heights;
-  for (int n = 0; n < net.points; ++n) heights.push_back(height(random));
+  std::vector<double> heights(std::size_t(net.points));
+  for (double& value : heights) value = height(random);
   std::vector<std::pair<int, int>> lines;
   for (int n = 1; n < net.points; ++n) lines.emplace_back(upTo(n - 1), n);
   for (int n = 0; n < net.points; ++n) {

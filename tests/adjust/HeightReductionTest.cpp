@@ -23,8 +23,8 @@ std::string described(std::vector<TriangleViewData> const& views) {
 }
 
 std::vector<std::string> ends(std::vector<TriangleViewData> const& views) {
-  std::vector<std::string> list;
-  for (TriangleViewData const& view : views) list.push_back(view.start_name + view.end_name);
+  std::vector<std::string> list(views.size());
+  for (std::size_t i = 0; i < views.size(); ++i) list[i] = views[i].start_name + views[i].end_name;
   return list;
 }
 

@@ -40,7 +40,7 @@ TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
   EXPECT_EQ(json["lines"][0]["from"], "A");
   EXPECT_NEAR(json["lines"][0]["difference"].asDouble(), 21.8545, 1e-4);
   EXPECT_NEAR(json["lines"][0]["horizontalDistance"].asDouble(), 499.5249, 1e-4);
-  EXPECT_THAT(asJson.err, HasSubstr("Row 5, A to D, is left out: no distance"));
+  EXPECT_THAT(asJson.err, HasSubstr("no height from a sight without a distance: A to D"));
   EXPECT_FALSE(json["messages"].empty());
   std::string const text = program.run({"heights", "job.txt", "--refraction", "1"}).out;
   EXPECT_THAT(text, HasSubstr("C        100.0000       -\n"));
