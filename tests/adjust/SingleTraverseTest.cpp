@@ -262,9 +262,9 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
   struct Case {
     char const* what;
     std::function<void(Network&)> change;
-    std::string
-        says[3];  ///< open, connecting, closed; the straight traverse is a polygon only in that its end is known
+    std::string says[3];  ///< open, connecting, closed
   };
+  // The straight traverse is a polygon only in that its end is known, which is all that the closed one asks for.
   std::string const fewStations = "Station point is not enough|";
   std::string const fewKnown = "Known points are not enough|";
   Case const cases[] = {
