@@ -1,13 +1,13 @@
 #include "adjust/AlgorithmData.h"
 
 #include "adjust/NameIndex.h"
+#include "adjust/detail/FirstRepeat.h"
 #include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 namespace kvn {
@@ -28,18 +28,6 @@ bool isAngleInRange(double angle) {
 }
 
 LineInfo observation(NetworkDataInfo const& line, double value) { return {line.start_name, line.end_name, value, 1}; }
-
-/// Of the names that come twice, the one whose first place comes first; null when there is none.
-template <typename List, typename NameOf>
-std::string const* firstRepeat(List const& list, NameOf nameOf) {
-  std::unordered_map<std::string, std::size_t> firstPlace;
-  std::size_t earliest = list.size();
-  for (std::size_t i = 0; i < list.size(); ++i) {
-    auto const [entry, isNew] = firstPlace.try_emplace(nameOf(list[i]), i);
-    if (!isNew) earliest = std::min(earliest, entry->second);
-  }
-  return earliest == list.size() ? nullptr : &nameOf(list[earliest]);
-}
 
 std::string const& nameOfPoint(PointInfo const& point) { return point.name; }
 std::string const& nameOfStation(StationInfo const& station) { return station.name; }
@@ -122,7 +110,7 @@ void AlgorithmData::joinStationsWithoutDirections() {
 }
 
 void AlgorithmData::judgeStationPointNameRepeat() const {
-  std::string const* const name = firstRepeat(stations, nameOfStation);
+  std::string const* const name = detail::firstRepeat(stations, nameOfStation);
   if (name != nullptr) throw AlgorithmException(AlgorithmException::StationNameRepeat, *name);
 }
 
@@ -135,13 +123,13 @@ void AlgorithmData::judgetKnpointCount() const {
 }
 
 void AlgorithmData::judgeKnPointNameRepeat() const {
-  std::string const* const name = firstRepeat(knPoints, nameOfPoint);
+  std::string const* const name = detail::firstRepeat(knPoints, nameOfPoint);
   if (name != nullptr) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, *name);
 }
 
 void AlgorithmData::judgeSightPointNameRepeat() const {
   for (StationInfo const& station : stations) {
-    std::string const* const name = firstRepeat(station.directions, nameOfTarget);
+    std::string const* const name = detail::firstRepeat(station.directions, nameOfTarget);
     if (name != nullptr) throw AlgorithmException(AlgorithmException::SightNameRepeat, *name);
   }
 }

@@ -156,7 +156,11 @@ bool isRecordOf(TraverseDataInfo const& row, PointRecord const& record) {
 }
 
 /// A back sight that was sighted again leaves no row, so that some records are passed over on the way.
-std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<PointRecord> const& records) {
+///
+/// A station that leaves none is lost: its sights would count for the station before. That happens when a station
+/// stands between a back sight that is still open and another sight of the same point.
+std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<PointRecord> const& records,
+                         std::vector<FieldFinding>& findings) {
   constexpr std::ptrdiff_t kFarthest = 16;
   std::vector<int> lines;
   auto next = records.begin();
@@ -164,7 +168,17 @@ std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<
     auto const end = next + std::min(kFarthest, records.end() - next);
     auto const found = std::find_if(next, end, [&row](PointRecord const& record) { return isRecordOf(row, record); });
     lines.push_back(found == end ? 0 : found->line);
-    if (found != end) next = found + 1;
+    if (found == end) continue;
+    for (; next != found; ++next) {
+      if (next->type != LQFTraverseDataCollection::STA) continue;
+      findings.push_back({FieldFinding::Error,
+                          next->name,
+                          {},
+                          System::tr("the station is lost: its first sight is taken for the back sight before it"),
+                          FieldFinding::kNoRow,
+                          next->line});
+    }
+    ++next;
   }
   return lines;
 }
@@ -218,7 +232,7 @@ FieldTextCheck inspectJobText(std::istream& stream, std::vector<TraverseDataInfo
   JobLook look(check.findings);
   std::string line;
   for (detail::LineSource source(stream); source.nextBytes(line);) look.lookAt(source.lineNumber(), line);
-  check.rowLines = linesOf(rows, look.points);
+  check.rowLines = linesOf(rows, look.points, check.findings);
   return check;
 }
 

@@ -143,6 +143,14 @@ TEST(Check, NamesTheLinesOfAJobFile) {
   }
 }
 
+TEST(Check, MissesAStationThatTheJobReaderLoses) {
+  Program const program;
+  program.write("job.lqf",
+                "STA A,1,\nBS K,1,\nSC K,1,\nHVD 0,324000\nSTA B,1,\nSC K,1,\nHVD 0,324000\nSC A,1,\nHVD 9,324000\n");
+  EXPECT_THAT(program.run({"check", "job.lqf"}).out, HasSubstr("Error: line 5: B: the station is lost"));
+  EXPECT_EQ(program.run({"adjust", "job.lqf"}).exitCode, 1);
+}
+
 TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
   Program const program;
   program.write("job.txt", changed("SC,P,1.6,,60", "SC,P 1,1.6,,60"));
