@@ -20,10 +20,12 @@ class KELVANE_EXPORT AlgorithmException : public std::exception {
     /// names that differ by a blank or a letter between the field book and the list of known points. A single traverse
     /// without its start or end ("No start data", or the name of the point that should be known) is such a case too.
     KnownPointNotEnough,
-    StationNotEnough,      ///< no station at all, one without a direction, in a single traverse one without its angle
+    /// No station at all, or one without a direction; in a single traverse one without its two directions.
+    StationNotEnough,
     KnownPointNameRepeat,  ///< one known point twice in the list
-    StationNameRepeat,     ///< a station's lines do not stand together, so that it comes a second time; in a connecting
-                        ///< traverse also one without exactly two directions
+    /// A station's lines do not stand together, so that it comes a second time; in a connecting traverse also a station
+    /// without just two directions.
+    StationNameRepeat,
     SightNameRepeat,  ///< a target twice at one station
     NoText,
     AllStationKnown,        ///< every observed point is a known point: nothing to compute

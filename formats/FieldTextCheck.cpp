@@ -92,6 +92,8 @@ class JobLook {
     Fields const parts = CommonFunction::split(text, ' ', true);
     if (parts.empty()) return;
     auto const type = labels.getLQFLabType(parts[0]);
+    bool const isName = type == LQFTraverseDataCollection::JOB || type == LQFTraverseDataCollection::INST;
+    if (isName && parts.size() < 2) return;  // a job without a name
     if (parts.size() < 2 || type == LQFTraverseDataCollection::NoLabel) {
       findings.tell(FieldFinding::Warning, System::tr("the line is passed over: %1").arg(quoted(text)));
       return;

@@ -10,11 +10,10 @@
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
-#include <memory>
+#include <iterator>
 
 namespace kvn::host {
 namespace {
@@ -79,14 +78,12 @@ void writeRows(Session& session, QString const& path) {
     project.exportLQFFile(path);
     return;
   }
-  std::unique_ptr<ITraverseDataCollcetion> collection;
-  if (kindOf(path) == "lqf") {
-    collection = std::make_unique<LQFTraverseDataCollection>();
-  } else {
-    collection = std::make_unique<VRDTraverseDataCollcetion>();
-  }
-  collection->setTraverseDataList(rows);
-  collection->write(HTextCodec::ToLocal8Bit(path));
+  LQFTraverseDataCollection job;
+  job.readJob(project.getName().simplified().replace(' ', '_').toStdString());
+  VRDTraverseDataCollcetion traverse;
+  ITraverseDataCollcetion& collection = kindOf(path) == "lqf" ? static_cast<ITraverseDataCollcetion&>(job) : traverse;
+  collection.setTraverseDataList(rows);
+  collection.write(HTextCodec::ToLocal8Bit(path));
 }
 
 /// Known points of a job or of a network; the points of a coordinate file as they are.

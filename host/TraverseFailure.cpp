@@ -41,7 +41,7 @@ Name kindOf(AlgorithmException const& failure) {
 }  // namespace
 
 QString explained(AlgorithmException const& failure, int method) {
-  QString const text = describe(failure, Network());
+  QString text = describe(failure, Network());
   if (auto const* const end = dynamic_cast<TraverseEndException const*>(&failure)) {
     return QString("%1: the traverse ends at %2 and looks forward to %3, which both have to be known")
         .arg(text, textOf(end->lastStation), textOf(end->forePoint));

@@ -48,8 +48,6 @@ QStringList TraverseReport::leftOut() const {
 
 QStringList TraverseReport::polygonWarnings() const {
   QStringList list;
-  QStringList const names = leftOut();
-  if (!names.isEmpty()) list.append(QString("Stations outside the traverse are left out: %1").arg(names.join(", ")));
   std::string const& end = stations.back().forePoints.front().name;
   if (end != stations.front().stationPoint.name) {
     list.append(
@@ -66,6 +64,8 @@ QStringList TraverseReport::polygonWarnings() const {
 
 QStringList TraverseReport::warnings() const {
   QStringList list;
+  QStringList const names = leftOut();
+  if (!names.isEmpty()) list.append(QString("Stations outside the traverse are left out: %1").arg(names.join(", ")));
   for (std::size_t i = 0; i < stations.size(); ++i) {
     if (!isLeg(i) || stations[i].distance != 0.0) continue;
     list.append(QString("The leg from %1 to %2 has no distance and counts as 0")

@@ -107,6 +107,11 @@ class Reducer {
  private:
   void take(std::size_t i) {
     TraverseDataInfo const& row = rows[i];
+    bool const isObserved =
+        row.pointType == TraversePointType::StationPoint || row.pointType == TraversePointType::PrismPoint;
+    if (isObserved && row.name.empty()) {
+      tell(FieldFinding::Error, current == nullptr ? std::string() : current->name, {}, "the row has no name", i);
+    }
     if (row.pointType == TraversePointType::StationPoint) {
       openStation(i);
     } else if (row.pointType == TraversePointType::PrismPoint && current == nullptr) {

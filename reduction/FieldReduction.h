@@ -40,7 +40,7 @@ struct FieldReduction {
 /// measured one. Known points are the stations with `isKnown`, each once, without height.
 ///
 /// `Error` findings: readings of one target and round that differ by more than 6'; rounds of a station without a common
-/// target; a known point with two positions.
+/// target; a known point with two positions; a row without a name.
 KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
 
 /// Marks as known the station rows that carry coordinates: a job file has no other sign for it. Coordinates that are

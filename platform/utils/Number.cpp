@@ -25,14 +25,12 @@ double strtodInCLocale(char const* text, char** end) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool isNormal(double value) { return value == 0.0 || std::abs(value) >= std::numeric_limits<double>::min(); }
-
 /// Plain decimal numbers in the normal range, which is nearly all that files hold.
 bool readPlain(std::string const& text, double& value) {
   if (text.empty() || !isDigit(text[0])) return false;
   if (text[0] == '0' && text.size() > 1 && (text[1] == 'x' || text[1] == 'X')) return false;
   auto const result = std::from_chars(text.data(), text.data() + text.size(), value);
-  return result.ec == std::errc() && isNormal(value);
+  return result.ec == std::errc() && (value == 0.0 || value >= std::numeric_limits<double>::min());
 }
 
 }  // namespace
@@ -51,11 +49,11 @@ double leadingNumber(std::string const& text) {
 std::optional<double> fullNumber(std::string const& text) {
   char const* const end = text.data() + text.size();
   std::size_t const digits = text.find_first_not_of("+-");
-  if (digits <= 1 && isDigit(text[digits]) && isDigit(text.back())) {
+  if (digits <= 1 && isDigit(text[digits])) {
     char const* const begin = text.data() + (text.front() == '+' ? 1 : 0);  // from_chars knows no plus
     double value = 0.0;
     auto const result = std::from_chars(begin, end, value);
-    if (result.ec == std::errc() && result.ptr == end && isNormal(value)) return value;
+    if (result.ec == std::errc() && result.ptr == end) return value;
   }
   bool good = false;
   double const value = QString::fromStdString(text).toDouble(&good);

@@ -181,7 +181,8 @@ TEST(SingleTraverses, ShareTheAngularMisclosureEquallyWhateverTheShape) {
 // from first to last corner, and each leg takes back a third of that.
 TEST(CloseTraverse, SharesTheCoordinateMisclosureByLength) {
   constexpr double k = 1e-4;
-  std::vector<PointInfo> const p{point("K1", 0, 0), point("P", 0, -100), point("Q", -100, -100), point("K2", -100, 0)};
+  std::vector<PointInfo> const p{point("K1", 0, 700), point("P", 0, 600), point("Q", -100, 600),
+                                 point("K2", -100, 700)};
   Network network;
   know(network, {p[0], p[3]});
   for (std::size_t i = 0; i < 4; ++i) {
@@ -197,11 +198,11 @@ TEST(CloseTraverse, SharesTheCoordinateMisclosureByLength) {
   EXPECT_NEAR(summary.relativeError, 100.0 * k / (300.0 * (1.0 + k)), 1e-12);
   double const third = 100.0 * k / 3.0;
   expectPoints(result.getPointList(),
-               {p[0], point("P", third, -100.0 * (1.0 + k)),
-                point("Q", -100.0 * (1.0 + k) + 2.0 * third, -100.0 * (1.0 + k)), p[3]},
+               {p[0], point("P", third, 600.0 - 100.0 * k),
+                point("Q", -100.0 * (1.0 + k) + 2.0 * third, 600.0 - 100.0 * k), p[3]},
                kExact);
   kvn::TraverseInfo const& last = result.getTraverseAdjustInfoList().back();
-  EXPECT_EQ(last.forePoints[0].x + last.forePoints[0].y, 0.0);  // K1 as known
+  EXPECT_EQ(last.forePoints[0].y, 700.0);  // K1 as known
   EXPECT_EQ(result.getTraverseAdjustInfoList().front().backPoint.name, "K2");
 }
 
@@ -222,7 +223,9 @@ Network straight(double first, double second) {
 
 TEST(ConnectTraverse, SharesTheCoordinateMisclosureByLength) {
   // 0.1 mm in a metre too short: fy is -0.02, of which the legs take 0.005 and 0.015.
-  auto const result = adjusted(Connect, straight(50.0 * (1.0 - 1e-4), 150.0 * (1.0 - 1e-4)));
+  Network network = straight(50.0 * (1.0 - 1e-4), 150.0 * (1.0 - 1e-4));
+  network.lines[2].horizontal_distance = 77.0;  // back from P: of two distances of a station the second counts
+  auto const result = adjusted(Connect, network);
   EXPECT_NEAR(result.getTraverseSummary().fy, -0.02, kExact);
   auto const& stations = result.getTraverseAdjustInfoList();
   EXPECT_NEAR(stations[0].adjustedDeltaY - stations[0].deltaY, 0.005, kExact);
@@ -251,6 +254,7 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
   auto const noEnd = [](Network& n) { n.knownPoints[2].name = "Q"; };
   auto const noFore = [](Network& n) { n.knownPoints[3].name = "Q"; };
   auto const noKnown = [](Network& n) { n.knownPoints = {{"Q", 0, 0, 0}, {"R", 1, 1, 0}}; };
+  auto const allKnown = [](Network& n) { n.knownPoints.emplace_back("P", 0.0, 50.0, 0.0); };
   auto const comesBack = [](Network& n) { n.lines[5].end_name = "P"; };
   auto const onePlace = [](Network& n) { n.knownPoints[0].y = 0.0; };
   auto const noLegs = [](Network& n) { n.lines[1].horizontal_distance = n.lines[3].horizontal_distance = 0.0; };
@@ -258,9 +262,9 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
   struct Case {
     char const* what;
     std::function<void(Network&)> change;
-    std::string
-        says[3];  ///< open, connecting, closed; the straight traverse is a polygon only in that its end is known
+    std::string says[3];  ///< open, connecting, closed
   };
+  // The straight traverse is a polygon only in that its end is known, which is all that the closed one asks for.
   std::string const fewStations = "Station point is not enough|";
   std::string const fewKnown = "Known points are not enough|";
   Case const cases[] = {
@@ -271,6 +275,7 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
       {"no known back point", noBack, {fewKnown + "No start data|-1", fewStations + "|-1", fewKnown + "|-1"}},
       {"end not known", noEnd, {"no failure", fewKnown + "|-1", fewKnown + "K3|-1"}},
       {"fore point not known", noFore, {"no failure", fewKnown + "|-1", fewKnown + "K4|-1"}},
+      {"every corner known", allKnown, {"no failure", "no failure", fewKnown + "|-1"}},
       {"no station known",
        noKnown,
        {fewKnown + "No start data|-1", fewStations + "|-1", fewKnown + "No start data|-1"}},

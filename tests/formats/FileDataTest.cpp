@@ -1,5 +1,6 @@
 // Whole files for the adjustment.
 #include <gtest/gtest.h>
+#include <QDir>
 #include <QTemporaryDir>
 #include <cmath>
 
@@ -200,7 +201,9 @@ TEST_F(WholeFile, IsChosenByTheExactSuffix) {
   }
   FileData data("");
   EXPECT_TRUE(data.readFileData("txt"));
-  for (QString const& missing : {folder.filePath("none.txt"), folder.filePath("none.IN2")}) {
+  ASSERT_TRUE(QDir(folder.path()).mkdir("folder.txt"));
+  for (QString const& missing :
+       {folder.filePath("none.txt"), folder.filePath("folder.txt"), folder.filePath("none.IN2")}) {
     EXPECT_FALSE(data.readFileData(missing.toStdString()));
   }
   EXPECT_FALSE(data.readCosaFileFirstLine(folder.filePath("none.IN2").toStdString()));

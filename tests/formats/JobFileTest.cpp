@@ -86,6 +86,7 @@ TEST(JobReader, LetsAForeSightTakeThePlaceOfTheSameBackSight) {
   Case const cases[] = {
       {"the same point", "STA S,1|BS K1,1|HVD 1,2|NEZ 0,0,0|SC K1,1|HVD 3,4|NEZ 0,0,0|SC B2,1|HVD 5,6", "S:K1 B2 "},
       {"another point", "STA S,1|BS K1,1|HVD 1,2|SC K2,1", "S:(K1)K2 "},
+      {"the back sight's point at the end", "STA S,1|BS K1,1|SC B,1|SC K1,1", "S:(K1)B K1 "},
       {"numbered", "STA S,1|BS K1_2,1|SC K1,1", "S:K1 "},
       {"two digits", "STA S,1|BS K1_22,1|SC K1,1", "S:(K1_22)K1 "},
       {"no digit", "STA S,1|BS K1_x,1|SC K1,1", "S:(K1_x)K1 "},

@@ -34,9 +34,9 @@ TEST(TraverseReader, TakesStationsAndSightings) {
       {"coordinates of nearly zero", "STA,A,1,,0.000001,-0.000001,0.000001", "0 sta [A] 1 (1e-06,-1e-06,1e-06)\n"},
       {"one of them is more", "STA,A,1,,0,0,0.00002\nSTA,B,1,,0,-0.00001,0\n",
        "0 sta [A] 1 (0,0,2e-05) known\n1 sta [B] 1 (0,-1e-05,0) known\n"},
-      {"a sighting", "STA,A,1,,0,0,0\nSC,B,1.62,,123.453012,30.0,100,1,2,3\nSC,C,1,,0,330.0,-100,0,0,0",
+      {"a sighting", "STA,A,1,,0,0,0\nSC,B,1.62,,123.453012,30.0,100,1,2,3\nSC,C,1,,0,330.0,100,0,0,0",
        "0 sta [A] 1 (0,0,0)\n0 fore [B] 1.62 445530.12 108000.00 100 50 (1,2,3)\n"
-       "0 fore [C] 1 0.00 1188000.00 -100 50 (0,0,0)\n"},
+       "0 fore [C] 1 0.00 1188000.00 100 50 (0,0,0)\n"},
       {"a direction without a distance", "SC,B,1.62,,200.000000,91.000000,,0.0000,0.0000,0.0000",
        "0 fore [B] 1.62 720000.00 327600.00 - (0,0,0)\n"},
       {"sightings ahead of any station share a group", "SC,B,1,,0,0,,0,0,0\nSC,C,1,,0,0,,0,0,0\nSTA,A,1,,0,0,0",

@@ -29,7 +29,8 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   };
   Case const cases[] = {
       {{}, 2, "Usage: kelvane"},
-      {{"check", "net.in2"}, 2, "unknown subcommand: check"},
+      {{"map", "net.in2"}, 2, "unknown subcommand: map"},
+      {{"convert", "net.in2"}, 2, "FILE is missing"},
       {{"adjust"}, 2, "FILE is missing"},
       {{"show", "net.in2", "far.in2"}, 2, "too many arguments"},
       {{"adjust", "net.in2", "--save", "x.in2"}, 2, "save"},
@@ -45,7 +46,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"show", "none.in2"}, 1, "kelvane: none.in2: no such file"},
       {{"show", "."}, 1, "kelvane: .: not a regular file"},
       {{"show", "net.xyz"}, 1, "kelvane: net.xyz: unknown kind of file; what can be read: .in2"},
-      {{"show", "NET.TXT"}, 1, "kelvane: NET.TXT: Files of the kind TXT"},
+      {{"show", "NET.TXT"}, 1, "kelvane: NET.TXT: The line 1 is wrong"},
       {{"show", "empty.in2"}, 1, "kelvane: empty.in2: The import file data is empty"},
       {{"adjust", "one.in2"}, 1, "kelvane: one.in2: Known points are not enough\n"},
       {{"adjust", "far.in2"}, 1, "kelvane: far.in2: Known points are not enough: No enough data\n"},

@@ -1,0 +1,169 @@
+// check, convert, and adjust on field books, as they are used.
+#include "Program.h"
+#include "support/Support.h"
+
+#include <gmock/gmock.h>
+#include <cmath>
+
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+
+// The published connecting traverse, booked on both faces with circles that are set near zero, some just below.
+QString const kTraverse = "trav_connecting_fr_5legs.txt";
+
+// A closed triangle with a mark, every fault of the test below put in one at a time.
+constexpr char const* kJob =
+    "STA,A,1.5,,1000,1000,50\n"
+    "SC,B,1.6,,0.0000,90.0000,100,0,0,0\n"
+    "SC,P,1.6,,60.0000,90.0000,100,0,0,0\n"
+    "SC,P,1.6,,240.0000,270.0000,100,0,0,0\n"
+    "SC,B,1.6,,180.0000,270.0000,100,0,0,0\n"
+    "STA,B,1.5,,1000,1100,50\n"
+    "SC,P,1.6,,0.0000,90.0000,100,0,0,0\n"
+    "SC,A,1.6,,60.0000,90.0000,100,0,0,0\n"
+    "SC,A,1.6,,240.0000,270.0000,100,0,0,0\n"
+    "SC,P,1.6,,180.0000,270.0000,100,0,0,0\n";
+
+std::string changed(std::string const& from, std::string const& to) {
+  std::string text = kJob;
+  return text.replace(text.find(from), from.size(), to);
+}
+
+TEST(FieldAdjust, AgreesWithThePublishedTraverseAndTurnsCirclesThatReadBelowZero) {
+  Program const program;
+  Json::Value const json = program.run({"adjust", test::samplePath(kTraverse), "--method", "connect", "--json"}).json();
+  // Published: misclosure -77.76" over six angles; the readings are kept to 0.01", which moves a mean by as much.
+  double const second = std::acos(-1.0) / 180 / 3600;
+  EXPECT_NEAR(json["misclosure"]["angleCorrection"].asDouble() / second, 77.76 / 6, 0.01);
+  EXPECT_NEAR(json["misclosure"]["fx"].asDouble(), 0.016, 0.001);
+  EXPECT_NEAR(json["misclosure"]["fy"].asDouble(), -0.039, 0.001);
+  // The bound of 0 takes 3" from the circles, which is told nowhere.
+  Json::Value const literal =
+      program.run({"adjust", test::samplePath(kTraverse), "--method", "connect", "--as-read", "--json"}).json();
+  EXPECT_NEAR(literal["misclosure"]["angleCorrection"].asDouble() / second, 80.76 / 6, 0.01);
+}
+
+TEST(FieldAdjust, GivesTheSameForTheSameJobInEveryFormat) {
+  Program const program;
+  program.write("job.txt", kJob);
+  for (char const* name : {"job.lqf", "job.in2"}) {
+    ASSERT_EQ(program.run({"convert", "job.txt", name}).exitCode, 0);
+  }
+  ASSERT_EQ(program.run({"convert", "job.lqf", "back.txt"}).exitCode, 0);
+  for (char const* name : {"job.txt", "job.lqf", "job.in2", "back.txt"}) {
+    SCOPED_TRACE(name);
+    Json::Value const points = program.run({"adjust", name, "--json"}).json()["points"];
+    ASSERT_EQ(points.size(), 3U);
+    for (Json::Value const& point : points) {
+      if (point["name"] != "P") continue;
+      EXPECT_NEAR(point["x"].asDouble(), 1000 - 100 * std::sqrt(0.75), 1e-6);  // an equilateral triangle to the south
+      EXPECT_NEAR(point["y"].asDouble(), 1050, 1e-6);
+    }
+  }
+  ASSERT_EQ(program.run({"convert", "job.txt", "job.dat"}).exitCode, 0);
+  EXPECT_EQ(program.read("job.dat"), "A,,1000.0000,1000.0000,50.0000\nB,,1100.0000,1000.0000,50.0000");
+}
+
+TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
+  struct Case {
+    char const* from;
+    char const* to;
+    char const* says;
+  };
+  Case const cases[] = {
+      {"60.0000,90", "6o.0000,90", "job.txt: line 3: A to P: the angle is no number: 6o.0000"},
+      {"240.0000,270", "250.0000,270", "job.txt: line 4: A to P: the readings of the target do not belong together"},
+      {"STA,B,1.5,,1000", "STA,B,1.5,,x", "job.txt: line 6 The Format of Data is wrong"},
+      {"STA,B,1.5", "STA,B,m", "job.txt: line 6 invalid stod argument"},
+      {"STA,B,1.5,", "STA,B,1.5", "job.txt: The line 6 is wrong"},
+      {"STA,B,1.5,,1000,1100,50", "STA,A,1.5,,1000,1100,50", "job.txt: line 6: A: the known point has two positions"},
+      {"100,0,0,0", "inf,0,0,0", "job.txt: line 2: A to B: the number is not finite: inf"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.to);
+    Program const program;
+    program.write("job.txt", changed(c.from, c.to));
+    test::Run const run = program.run({"adjust", "job.txt"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(Check, TellsWhatIsWrongAndWhereItStands) {
+  struct Case {
+    char const* from;
+    char const* to;
+    int exitCode;
+    char const* says;
+  };
+  Case const cases[] = {
+      {"STA,A", "STA,A", 0, "Note: line 2: A to B: double collimation error 0.0\", index error 0.0\"\n"},
+      {"240.0000,270.0000", "240.0040,269.5900", 1,
+       "Note: line 3: A to P: double collimation error -40.0\", index error -30.0\"\n"},
+      {"240.0000,270", "240.0040,270", 1, "Warning: line 4: A to P: the sights of the target do not differ by half a"},
+      {"SC,P,1.6,,240.0000,270.0000,100,0,0,0\n", "", 0, "Warning: line 3: A to P: sighted on one face only"},
+      {"SC,B,1.6,,180", "SC,Q,1.6,,180", 0, "Note: line 2: A to B, Q: a program that pairs faces by their place"},
+      {"60.0000,90", "60.7000,90", 1, "Warning: line 3: A to P: minutes or seconds of 60 and above: 60.7000"},
+      {"STA,B,1.5,", "STA,B,1.5m,", 0, "Warning: line 6: B: something stands behind the number: 1.5m"},
+      {"STA,B,", "STA,A,", 1, "Warning: line 1: A: the station comes twice"},
+      {"0.0000,90.0000,100", "0.0000,90.0000,100.02", 0,
+       "Warning: B to A: the distances from both ends differ by 10.0 mm"},
+      {"STA,A", "STA,Z,0,,1,1,1\nSTA,A", 0, "Warning: Z: the known point is not observed"},
+      {"STA,A", "STA,A", 0, "Note: line 7: B to P: a program that keeps distances forward only"},
+      {"90.0000,100,", "-90.0000,-100,", 1, "Warning: line 2: A to B: the distance is negative"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(std::string(c.from) + " to " + c.to);
+    Program const program;
+    program.write("job.txt", changed(c.from, c.to));
+    test::Run const run = program.run({"check", "job.txt"});
+    EXPECT_EQ(run.exitCode, c.exitCode) << run.err;
+    EXPECT_THAT(run.out, HasSubstr(c.says));
+    EXPECT_EQ(program.run({"check", "job.txt", "--json"}).json()["ok"].asBool(), c.exitCode == 0);
+  }
+}
+
+TEST(Check, NamesTheLinesOfAJobFile) {
+  Program const program;
+  program.write("job.lqf",
+                "JOB x\nSTA A,1.5,\nBS K,1.6,\nHVD 0,324000\nWHAT ever\nSC K,1.6,\nHVD 0,324000,5x\nSC P Q,1.6,\n"
+                "SC P,1,\nHVD 3600,nan\n");
+  test::Run const run = program.run({"check", "job.lqf"});
+  EXPECT_EQ(run.exitCode, 1);
+  for (char const* line :
+       {"Warning: line 5: A to K: the line is passed over: WHAT ever",
+        "Warning: line 6: A to K: sighted on one face only",
+        "Warning: line 7: A to K: something stands behind the number: 5x",
+        "Warning: line 8: A to K: what stands behind a blank", "Error: line 8: A: the row has no name",
+        "Error: line 10: A to P: the number is not finite"}) {
+    EXPECT_THAT(run.out, HasSubstr(line));
+  }
+}
+
+TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
+  Program const program;
+  program.write("job.txt", changed("SC,P,1.6,,60", "SC,P 1,1.6,,60"));
+  program.write("points.dat", "A,,1,2,3");
+  program.write("net.in2", "2,3,3\nA,0,0\nB,0,1\nA\nB,L,0.0\n");
+  struct Case {
+    char const* in;
+    char const* out;
+    char const* says;
+  };
+  for (Case const& c : {Case{"job.txt", "old.lqf", "the name \"P 1\" cannot stand"},
+                        {"net.in2", "old.txt", "a file of this kind holds the readings of a field book, which net.in2"},
+                        {"points.dat", "old.lqf", "a file of this kind holds the readings"},
+                        {"job.txt", "old.xml", "unknown kind of file; what can be written: .txt, .lqf, .in2, .dat"}}) {
+    SCOPED_TRACE(c.out);
+    program.write(c.out, "old");
+    test::Run const run = program.run({"convert", c.in, c.out});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(program.read(c.out), "old");
+  }
+}
+
+}  // namespace
