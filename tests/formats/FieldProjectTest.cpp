@@ -1,0 +1,158 @@
+// The way of field jobs and coordinate files into a project, through it and out of it.
+#include "support/FieldRows.h"
+#include "support/Support.h"
+
+#include <gtest/gtest.h>
+#include <utils/QLogicError.h>
+#include <QTemporaryDir>
+#include <cmath>
+
+namespace {
+
+constexpr char const* kTraverse =
+    "STA,A,1.5,,1000,1000,50\n"
+    "SC,B,1.6,,0.0000,90.0000,,0,0,0\n"
+    "SC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
+    "SC,P,1.6,,240.0000,273.0000,100,0,0,0\n"
+    "SC,B,1.6,,180.0000,270.0000,,0,0,0\n"
+    "STA,B,1.5,,1000,1100,50\n";
+constexpr char const* kJob =
+    "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 1000,1000,50\nSC B,1,\nHVD 36000,324000,100\nSC P,1,\nHVD 72000,324000,50\n"
+    "STA B,1,\nXYZ 1100,1000,50\n";
+
+class FieldProject : public testing::Test {
+ protected:
+  QString file(QString const& name, std::string const& bytes) const {
+    test::writeFile(folder.filePath(name), bytes);
+    return folder.filePath(name);
+  }
+
+  test::Host host;
+  QTemporaryDir folder;
+  std::shared_ptr<kvn::Project> project = host.system.createProject();
+};
+
+TEST_F(FieldProject, TakesATraverseFileWithApproximateCoordinatesAndFlags) {
+  project->getNetwork().lines.emplace_back();
+  project->setAlgorithmAdjust(std::make_unique<kvn::AlgorithmAdjust>());
+  project->setVerticalAngleType(kvn::ElevationAngle);
+  std::string doubtful = kTraverse;
+  doubtful.replace(doubtful.find("240.0000"), 8, "240.0100");
+  doubtful.replace(doubtful.find("1000,1100,50"), 12, "0,0,0");
+  project->read(file("a.b.TXT", doubtful));
+  // One face of P in error, one known point only: marked, and without coordinates, but there.
+  EXPECT_FALSE(project->getTraverseDataList()[2].isHorizontalAngleValid);
+  EXPECT_EQ(project->getTraverseDataList()[2].N, 0);
+  project->read(file("a.b.TXT", kTraverse));
+  kvn::TraverseDataInfo const& p = project->getTraverseDataList()[3];
+  EXPECT_NEAR(p.N, 1000 + 100 * std::cos(3 * test::kDegree) * std::cos(150 * test::kDegree), 1e-6);
+  EXPECT_EQ(project->getName(), "a.b");
+  EXPECT_EQ(project->getViewFile(), folder.filePath("a.b.TXT"));
+  EXPECT_EQ(project->getFileType(), kvn::Project::VrdFile);
+  EXPECT_EQ(project->getVerticalAngleType(), kvn::FullCircleZenith);
+  EXPECT_TRUE(project->getNetwork().isEmpty());
+  EXPECT_EQ(project->getAlgorithmAdjust(), nullptr);
+}
+
+TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
+  project->read(file("good.txt", kTraverse));
+  project->read(file("good.dat", "P,,1,2,3"));
+  struct Case {
+    char const* name;
+    char const* text;
+    char const* says;
+  };
+  for (Case const& c : {Case{"empty.txt", "\n\n", "The import file data is empty"},
+                        {"bad.txt", "STA,A,1,,0,0,0\nSTA", "The line 2 is wrong"},
+                        {"odd.txt", "STA,A,1,,0,0,0\nSC,B,1,,0,90,,0,0,0\n", "Station point name A error"},
+                        {"empty.lqf", "", "The file is empty"},
+                        {"none.lqf", "JOB x\n", "There is no observation data"},
+                        {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"},
+                        {"later.kvn", "", "Files of the kind KVN"}}) {
+    SCOPED_TRACE(c.name);
+    QString const path = file(c.name, c.text);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { project->read(path); }).substr(0, std::string(c.says).size()),
+              c.says);
+    EXPECT_EQ(project->getTraverseDataList().size(), 6U);
+    EXPECT_EQ(project->getCoordinatePointList().size(), 1U);
+    EXPECT_EQ(project->getProjectFile(), folder.filePath("good.dat"));
+    EXPECT_EQ(project->getViewFile(), folder.filePath("good.txt"));
+    EXPECT_EQ(project->getFileType(), kvn::Project::CoordFile);
+  }
+  project->read("nothing.xyz");
+  EXPECT_EQ(project->getName(), "nothing");
+}
+
+TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
+  project->read(file("job.lqf", kJob));
+  EXPECT_TRUE(project->generateNetworkData());
+  EXPECT_TRUE(project->getNetwork().isEmpty());  // no station map yet
+  project->addKnownPoint({"A", 1, 2, 3});
+  project->buildStationMap();
+  project->generateNetworkData();
+  EXPECT_EQ(test::shortText(project->getNetwork().lines), "A>B 0.0000 100.0000\nA>P 10.0000 50.0000\n");
+  EXPECT_EQ(project->getNetwork().knownPoints.size(), 1U);
+  EXPECT_NEAR(project->getTraverseDataList()[2].reduced_horizontal_angle, 10 * test::kDegree, 1e-14);
+
+  project->read(file("job.txt", kTraverse));
+  project->generateNetworkData();
+  EXPECT_EQ(project->getNetwork().lines.size(), 2U);
+  EXPECT_EQ(project->getNetwork().knownPoints.size(), 2U);
+  project->setTraverseDataList({});
+  project->generateNetworkData();
+  project->setFileType(kvn::Project::CosaFile);
+  project->generateNetworkData();
+  EXPECT_EQ(project->getNetwork().lines.size(), 2U);
+}
+
+TEST_F(FieldProject, BringsResultsIntoTheCoordinateList) {
+  project->read(file("job.txt", kTraverse));
+  project->generateNetworkData();
+  project->algorithmPointConvertCoord();  // without a calculation
+  EXPECT_TRUE(project->getCoordinatePointList().empty());
+  auto adjustment = std::make_unique<kvn::AlgorithmAdjust>();
+  adjustment->setNetworkData(project->getNetwork());
+  adjustment->calculateAdjust();
+  project->setAlgorithmAdjust(std::move(adjustment));
+  // The one line has two faces, which the elevation of both makes right.
+  project->setTraverseDataList(kvn::elevationRows(project->getTraverseDataList()).rows);
+  project->setVerticalAngleType(kvn::ElevationAngle);
+  project->calculateTriangleHeight();
+  auto const heightOfP = [this] {
+    project->algorithmPointConvertCoord();
+    for (kvn::CoordinatePointInfo const& point : project->getCoordinatePointList()) {
+      if (point.name == "P") return point.Z;
+    }
+    return -1.0;
+  };
+  double const s = 100 * std::cos(3 * test::kDegree);
+  double const expected = 50 + 100 * std::sin(3 * test::kDegree) + 1.5 - 1.6 + 0.84 * s * s / (2 * 6371393.0);
+  EXPECT_NEAR(heightOfP(), expected, 1e-7);  // the index 0.16 is a float: 4e-9 of it
+  project->getConfigure().TraversePointAdjust = 1;
+  EXPECT_EQ(heightOfP(), 0);
+}
+
+TEST_F(FieldProject, WritesEachKindToItsPathAndToItsSource) {
+  EXPECT_FALSE(project->exportVRDTraverseFile() || project->exportLQFFile() || project->exportCoordFile());
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
+            "View Data is empty");
+  project->read(file("job.txt", kTraverse));
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
+            "No instrument job was read into the project");
+  EXPECT_TRUE(project->exportVRDTraverseFile(folder.filePath("new/job.txt")));
+  EXPECT_EQ(test::fileBytes(folder.filePath("new/job.txt")).substr(0, 43),
+            "STA,A,1.5,,1000.0000,1000.0000,50.0000\nSC,B");
+  project->read(file("job.lqf", kJob));
+  EXPECT_TRUE(project->exportLQFFile());
+  EXPECT_EQ(test::fileBytes(folder.filePath("job.lqf")).substr(0, 24), "JOB     J1\nINST    T2\nST");
+  project->read(file("p.dat", "P,K,1,2,3\n"));
+  project->getCoordinatePointList()[0].N = 7;
+  EXPECT_TRUE(project->exportCoordFile());
+  EXPECT_EQ(test::fileBytes(folder.filePath("p.dat")), "P,K,1.0000,7.0000,3.0000");
+  project->setTraverseDataList({});
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
+            "View Data is empty");
+  EXPECT_FALSE(QFile::exists(folder.filePath("x.lqf")));
+}
+
+}  // namespace
