@@ -21,7 +21,11 @@ bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePo
 bool isTarget(TraverseDataInfo const& row) { return row.pointType == TraversePointType::PrismPoint; }
 bool isOnCircle(double angle) { return angle >= -1e-6 && angle <= detail::kFullCircle; }
 
-QString seconds(double radians) { return QString::number(radians * kSecondsPerRadian, 'f', 1) + "\""; }
+/// With one decimal, and without the sign of a zero.
+QString seconds(double radians) {
+  double const rounded = std::round(radians * kSecondsPerRadian * 10.0) / 10.0;
+  return QString::number(rounded + 0.0, 'f', 1) + "\"";
+}
 QString millimetres(double metres) { return QString::number(metres * 1000.0, 'f', 1) + " mm"; }
 
 /// One occupation: the rows from a station row up to the next one.

@@ -131,8 +131,8 @@ TEST(ReduceField, FindsTheSquareHoweverItWasObserved) {
   std::mt19937 random(3);
   for (int run = 0; run < 50; ++run) {
     SCOPED_TRACE(run);
-    std::vector<double> zeros;
-    for (int i = 0; i < 4; ++i) zeros.push_back(static_cast<double>(random() % 360) - 2 / 3600.0 + 360);
+    std::vector<double> zeros(4);
+    for (double& zero : zeros) zero = static_cast<double>(random() % 360) - 2 / 3600.0 + 360;
     Rows rows = squareJob(zeros);
     // The sights of each station in any order; a distance on one face is enough.
     for (std::size_t i = 0; i < rows.size(); i += 7)
