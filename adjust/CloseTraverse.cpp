@@ -63,17 +63,6 @@ bool CloseTraverse::judgeKnPoint(std::string const& name) const {
   return number >= 0 && detail::index(number) < knPoints.size();
 }
 
-bool CloseTraverse::calculateAdjust() {
-  calculateAngleCloseError();
-  calculateEachAngle();
-  calculateEachAzimuth();
-  calculateSumDistance();
-  calculateDeltaXY();
-  calculateCloseDeltaXY();
-  calculateXY();
-  return true;
-}
-
 // No further than into ±2π: the sum of the inner angles is known as it stands, and what a polygon walked clockwise is
 // off by, a full circle and more, stays to be seen.
 void CloseTraverse::calculateAngleCloseError() {

@@ -30,23 +30,16 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
   ///         ones; KnownPointNotEnough, name "No start data", when no station is known, and with the name of the last
   ///         station or its fore point when that is not known.
   void readAlgorithmData(AlgorithmData const& data);
-  /// Always true.
-  ///
-  /// @throws AlgorithmException KnownPointNotEnough, no name, unless exactly one station of the chain is known with its
-  ///         back point; DataError with the name of that station when the two lie at one place.
-  /// @throws DataException "Station name [%1] distance is 0" with the first station, when there are legs and all are 0.
-  /// @throws QLogicError "User Cancel", asked for at each leg.
-  bool calculateAdjust();
 
   /// Appends the stations: n points; false without stations.
   bool getPoints(std::vector<PointInfo>& list) const;
 
  protected:
-  void calculateAngleCloseError();
-  void calculateEachAzimuth();
-  void calculateDeltaXY();
-  void calculateCloseDeltaXY();
-  void calculateXY();
+  void calculateAngleCloseError() override;
+  void calculateEachAzimuth() override;
+  void calculateDeltaXY() override;
+  void calculateCloseDeltaXY() override;
+  void calculateXY() override;
   bool judgeStartStation(TraverseInfo const& station) const;
   bool judgeKnPoint(std::string const& name) const;
   /// Follows the fore points from the first station; whether the chain holds all stations of the input.

@@ -12,6 +12,17 @@ ClosingTraverse::ClosingTraverse(ClosingTraverse const&) = default;
 ClosingTraverse& ClosingTraverse::operator=(ClosingTraverse const&) = default;
 ClosingTraverse::~ClosingTraverse() = default;
 
+bool ClosingTraverse::calculateAdjust() {
+  calculateAngleCloseError();
+  calculateEachAngle();
+  calculateEachAzimuth();
+  calculateSumDistance();
+  calculateDeltaXY();
+  calculateCloseDeltaXY();
+  calculateXY();
+  return true;
+}
+
 bool ClosingTraverse::getStationsInfo(std::vector<TraverseInfo>& list) const {
   if (stations.empty()) return false;
   list = stations;

@@ -16,6 +16,15 @@ class KELVANE_EXPORT ClosingTraverse : public SingleTraverse {
  public:
   ~ClosingTraverse() override;
 
+  /// Misclosure and correction of the angles, azimuths, legs, misclosure and correction of the coordinates,
+  /// coordinates. Always true.
+  ///
+  /// @throws DataException "Station name [%1] distance is 0" with the first station, when there are legs and all are 0.
+  /// @throws AlgorithmException DataError with the name of a known station that lies on its known neighbour;
+  ///         KnownPointNotEnough, no name, unless exactly one station of a closed chain is known with its back point.
+  /// @throws QLogicError "User Cancel", asked for at each leg.
+  bool calculateAdjust();
+
   /// Replaces the list by the chain, with `angleDms` and `adjustedAngleDms`; false, the list left alone, without
   /// stations.
   bool getStationsInfo(std::vector<TraverseInfo>& list) const;
@@ -37,6 +46,13 @@ class KELVANE_EXPORT ClosingTraverse : public SingleTraverse {
   ClosingTraverse();
   ClosingTraverse(ClosingTraverse const&);
   ClosingTraverse& operator=(ClosingTraverse const&);
+
+  // The steps in which the two differ.
+  virtual void calculateAngleCloseError() = 0;
+  virtual void calculateEachAzimuth() = 0;
+  virtual void calculateDeltaXY() = 0;
+  virtual void calculateCloseDeltaXY() = 0;
+  virtual void calculateXY() = 0;
 
   /// Counts, known points, and nothing left of an earlier input.
   void beginInput(AlgorithmData const& data);

@@ -55,17 +55,6 @@ double ConnectTraverse::endAzimuth() const {
   return calculateAzimuth(stations.back().stationPoint, stations.back().forePoints.front());
 }
 
-bool ConnectTraverse::calculateAdjust() {
-  calculateAngleCloseError();
-  calculateEachAngle();
-  calculateEachAzimuth();
-  calculateSumDistance();
-  calculateDeltaXY();
-  calculateCloseDeltaXY();
-  calculateXY();
-  return true;
-}
-
 // The sum differs from the misclosure by full circles, as many as the shape of the traverse makes. A misclosure is
 // small, so that it is what is left nearest to zero: folded only into ±2π, one of -10" could stay as 360° - 10" and be
 // spread over the angles as such.

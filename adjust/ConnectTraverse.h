@@ -41,22 +41,16 @@ class KELVANE_EXPORT ConnectTraverse : public ClosingTraverse {
   ///         KnownPointNotEnough, no name (a `TraverseEndException`), when its last station or that one's fore point is
   ///         not known.
   void readAlgorithmData(AlgorithmData const& data);
-  /// Always true.
-  ///
-  /// @throws DataException "Station name [%1] distance is 0" with the first station, when there are legs and all are 0.
-  /// @throws AlgorithmException DataError with the name of a point at either end that lies on its neighbour.
-  /// @throws QLogicError "User Cancel", asked for at each leg.
-  bool calculateAdjust();
 
   /// Appends the first back point, the stations, the last fore point: n + 2 points; false without stations.
   bool getPoints(std::vector<PointInfo>& list) const;
 
  protected:
-  void calculateAngleCloseError();
-  void calculateEachAzimuth();
-  void calculateDeltaXY();
-  void calculateCloseDeltaXY();
-  void calculateXY();
+  void calculateAngleCloseError() override;
+  void calculateEachAzimuth() override;
+  void calculateDeltaXY() override;
+  void calculateCloseDeltaXY() override;
+  void calculateXY() override;
   bool judgeStartStation(TraverseInfo const& station) const;
 
  private:
