@@ -6,6 +6,7 @@
 #include "adjust/TraverseAdjust.h"
 
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 
 namespace kvn {
@@ -30,6 +31,7 @@ void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection mi
 }
 
 void AlgorithmAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
+void AlgorithmAdjust::setFoldToNearest(bool fold) { foldToNearest = fold; }
 
 void AlgorithmAdjust::calculateAdjust() {
   switch (configure.AdjustMethod) {
@@ -71,6 +73,7 @@ void AlgorithmAdjust::adjustLeastSquares() {
 template <typename Traverse>
 void AlgorithmAdjust::adjustSingle() {
   Traverse traverse;
+  if constexpr (std::is_same_v<Traverse, CloseTraverse>) traverse.setFoldToNearest(foldToNearest);
   traverse.readAlgorithmData(algorithmData);
   traverse.setCancelCall(getCancelCall());
   traverse.calculateAdjust();

@@ -63,12 +63,15 @@ bool CloseTraverse::judgeKnPoint(std::string const& name) const {
   return number >= 0 && detail::index(number) < knPoints.size();
 }
 
-// No further than into ±2π: the sum of the inner angles is known as it stands, and what a polygon walked clockwise is
-// off by, a full circle and more, stays to be seen.
+void CloseTraverse::setFoldToNearest(bool fold) { foldsToNearest = fold; }
+
+// By default no further than into ±2π: the sum of the inner angles is known as it stands, and what a polygon walked
+// clockwise is off by, a full circle and more, stays to be seen.
 void CloseTraverse::calculateAngleCloseError() {
   angleCloseError = sumOfAngles() - (static_cast<double>(stations.size()) - 2.0) * m_PI;
-  while (angleCloseError > 2.0 * m_PI) angleCloseError -= 2.0 * m_PI;
-  while (angleCloseError < -2.0 * m_PI) angleCloseError += 2.0 * m_PI;
+  double const bound = foldsToNearest ? m_PI : 2.0 * m_PI;
+  while (angleCloseError > bound) angleCloseError -= 2.0 * m_PI;
+  while (angleCloseError < -bound) angleCloseError += 2.0 * m_PI;
 }
 
 void CloseTraverse::calculateEachAzimuth() {

@@ -31,6 +31,10 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
   ///         station or its fore point when that is not known.
   void readAlgorithmData(AlgorithmData const& data);
 
+  /// Whether the angular misclosure is folded into ±π instead of ±2π; off by default. The sum of the outer angles of a
+  /// polygon walked clockwise is off by two full circles, of which ±2π leaves one: with ±π its corrections are right.
+  void setFoldToNearest(bool fold);
+
   /// Appends the stations: n points; false without stations.
   bool getPoints(std::vector<PointInfo>& list) const;
 
@@ -49,6 +53,7 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
   std::size_t findStart(std::vector<TraverseInfo> const& list) const;
   void requireKnownEnd() const;
 
+  bool foldsToNearest = false;
   int stationsCount = 0;
   std::vector<double> xCorrections;  ///< of each leg, metres
   std::vector<double> yCorrections;

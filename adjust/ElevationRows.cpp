@@ -1,5 +1,6 @@
 #include "adjust/ElevationRows.h"
 
+#include "adjust/detail/IndexError.h"
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/PairIndex.h"
 #include "records/NewId.h"
@@ -93,6 +94,7 @@ class Conversion {
         isSingle(list.size(), false) {}
 
   ElevationRows run() {
+    takeOffIndexErrors();
     collectDistances();
     for (std::size_t const row : book.strays) leaveOut(row, {}, LeftOutSight::NoStation);
     for (Sight const& sight : book.sights) convert(sight);
@@ -106,12 +108,25 @@ class Conversion {
     int count = 0;
   };
 
+  void takeOffIndexErrors() {
+    std::vector<double> const errors = detail::indexErrors(rows);
+    for (std::size_t i = 0; i < rows.size(); ++i) rows[i].vertical_angle -= errors[i];
+  }
+
+  // Horizontal ones: the slant distance depends on the height of the target, which may change from sight to sight.
   void collectDistances() {
     for (Sight const& sight : book.sights) {
-      if (!hasDistance(rows[sight.row])) continue;
-      distances[sight.occupied].sum += rows[sight.row].slant_distance;
+      TraverseDataInfo const& row = rows[sight.row];
+      std::optional<double> const elevation = elevationOf(row);
+      if (!elevation || !hasDistance(row) || isAlongVertical(row, *elevation)) continue;
+      distances[sight.occupied].sum += row.slant_distance * std::cos(*elevation);
       ++distances[sight.occupied].count;
     }
+  }
+
+  static bool isAlongVertical(TraverseDataInfo const& row, double elevation) {
+    double const distance = hasDistance(row) ? row.slant_distance : 1.0;
+    return distance * std::cos(elevation) < kNoDistance;
   }
 
   void leaveOut(std::size_t row, std::string const& station, LeftOutSight::Reason reason) {
@@ -124,15 +139,13 @@ class Conversion {
     Mean const& others = distances[sight.occupied];
     if (row.name == sight.station) return leaveOut(sight.row, sight.station, LeftOutSight::SightsItself);
     if (!elevation) return leaveOut(sight.row, sight.station, LeftOutSight::NoAngle);
+    if (isAlongVertical(row, *elevation)) return leaveOut(sight.row, sight.station, LeftOutSight::AlongVertical);
     if (others.count == 0) return leaveOut(sight.row, sight.station, LeftOutSight::NoDistance);
-    if (!hasDistance(row)) row.slant_distance = others.sum / others.count;
+    if (!hasDistance(row)) row.slant_distance = others.sum / others.count / std::cos(*elevation);
     row.isSlantDistanceHave = true;
     row.vertical_angle = *elevation;
     row.verticalAngleType = ElevationAngle;
     row.horizontal_distance = row.slant_distance * std::cos(*elevation);
-    if (row.horizontal_distance < kNoDistance) {
-      return leaveOut(sight.row, sight.station, LeftOutSight::AlongVertical);
-    }
     kept[sight.row] = true;
     ++sightsOfLine[sight.line];
     takeHeightsOfFirst(sight);

@@ -38,7 +38,10 @@ struct ElevationRows {
 /// `ElevationAngle` stays. What the reduction cannot take is brought into a form that it can:
 ///
 ///   - a target seen once is seen twice, by a row of its own behind it with the same values;
-///   - a sight without a distance takes the mean slant distance of the other sights to the target from the same
+///   - the index error of the occupation, from its targets on both faces, is taken off each reading, so that it does
+///   not
+///     stay in sights on one face;
+///   - a sight without a distance takes the mean horizontal distance of the other sights to the target from the same
 ///     occupation of the station; without any, it is left out;
 ///   - the reduction knows one height of the instrument for a station name, that of its first station row, and one of
 ///     the target for a line, that of its first sight: further occupations and sights are turned into what would have

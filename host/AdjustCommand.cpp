@@ -73,6 +73,7 @@ void adjust(Session& session, Network const& network, bool asRead) {
   // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has
   // the distance alone has no direction of 0.
   adjustment->setCountControlDistances(!asRead);
+  adjustment->setFoldToNearest(!asRead);
   adjustment->setNetworkData(network, asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
   try {
     adjustment->calculateAdjust();

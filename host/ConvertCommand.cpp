@@ -20,6 +20,9 @@ namespace {
 
 using Rows = std::vector<TraverseDataInfo>;
 
+// Heights of instrument and target have six digits in a traverse file: from here on less than a millimetre is lost.
+constexpr double kSixDigits = 100.0;
+
 QString kindOf(QString const& path) { return QFileInfo(path).suffix().toLower(); }
 
 void warn(QString const& text) { System::Instance()->sendMessage(text, Warning); }
@@ -50,6 +53,10 @@ void tellLoss(Rows const& rows, QString const& kind) {
   if (kind != "txt") return;
   auto const hasCode = [](TraverseDataInfo const& row) { return !row.code.empty(); };
   if (std::any_of(rows.begin(), rows.end(), hasCode)) warn("A traverse file has no place for point codes");
+  auto const isHigh = [](TraverseDataInfo const& row) { return std::abs(row.instrument) >= kSixDigits; };
+  if (std::any_of(rows.begin(), rows.end(), isHigh)) {
+    warn("A traverse file holds heights of instrument and target of 100 m and above to six digits only");
+  }
 }
 
 /// The rows that the format can hold; both have a reading in every sight.

@@ -7,6 +7,8 @@
 #include "Output.h"
 #include "Session.h"
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace kvn::host {
@@ -43,6 +45,14 @@ void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
     if (station.height != 0.0) continue;
     System::Instance()->sendMessage(QString("The known height of %1 is 0").arg(textOf(station.name)), Warning);
   }
+}
+
+/// The index error of the circle stays in them, unless other targets of the set-up tell it.
+void tellSightsOnOneFace(FieldReduction const& reduction) {
+  std::vector<FieldFinding> sights;
+  std::copy_if(reduction.findings.begin(), reduction.findings.end(), std::back_inserter(sights),
+               [](FieldFinding const& finding) { return finding.text == QLatin1String(FieldReduction::kOneFace); });
+  tellWarnings(sights);
 }
 
 TriangleHeightDataConvert observe(Session& session, double refraction, bool asRead) {
@@ -129,6 +139,7 @@ int runHeights(QStringList const& arguments) {
     session.open(options->file, options->asRead);
     requireNoError(session.file(), session.job().text.findings);
     tellWarnings(session.job().text.findings);
+    tellSightsOnOneFace(session.job().reduction);
     return report(session, *options);
   });
 }

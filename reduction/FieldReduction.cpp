@@ -1,13 +1,16 @@
 #include "reduction/FieldReduction.h"
 
 #include "adjust/NameIndex.h"
+#include "adjust/detail/IndexError.h"
 #include "reduction/detail/Circle.h"
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <functional>
 #include <limits>
 #include <optional>
+#include <queue>
 #include <unordered_map>
 #include <utility>
 
@@ -96,7 +99,8 @@ bool hasVertical(TraverseDataInfo const& row) { return row.angleMark != 0.0 && r
 
 class Reducer {
  public:
-  explicit Reducer(std::vector<TraverseDataInfo> const& fieldRows) : rows(fieldRows) {}
+  explicit Reducer(std::vector<TraverseDataInfo> const& fieldRows)
+      : rows(fieldRows), indexErrors(detail::indexErrors(fieldRows)) {}
 
   FieldReduction run() {
     for (std::size_t i = 0; i < rows.size(); ++i) take(i);
@@ -155,7 +159,7 @@ class Reducer {
     TraverseDataInfo const& row = rows[i];
     auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
     if (number == current->distances.size()) current->distances.emplace_back();
-    double const distance = row.isSlantDistanceHave ? row.getHorizontalDisance() : 0.0;
+    double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
     if (row.isSlantDistanceHave && row.slant_distance > kNoDistance && !(distance > kNoDistance)) {
       tell(FieldFinding::Warning, current->name, {row.name},
            "the distance has no vertical reading to make it horizontal and is left out", i);
@@ -167,6 +171,13 @@ class Reducer {
     if (wasNear && mean.greatest - mean.least > kSameDistance) {
       tell(FieldFinding::Warning, current->name, {row.name}, "the distances differ by more than 50 mm", i);
     }
+  }
+
+  /// Metres; a distance that was measured on one face is not left with the index error of its vertical reading.
+  double horizontalDistance(std::size_t i) const {
+    TraverseDataInfo const& row = rows[i];
+    if (row.verticalAngleType != FullCircleZenith) return row.getHorizontalDisance();
+    return std::abs(row.slant_distance * std::sin(row.vertical_angle - indexErrors[i]));
   }
 
   void takeReading(std::size_t i) {
@@ -224,36 +235,48 @@ class Reducer {
   }
 
   void joinRounds(Station& station, std::vector<CircleMean>& means) {
-    std::vector<Round const*> waiting;
-    for (Round const& round : station.rounds) {
+    // Rounds by target, so that each is looked at again only when one of its targets has been placed.
+    std::vector<std::vector<std::size_t>> roundsOf(means.size());
+    std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>> ready;
+    std::vector<bool> joined(station.rounds.size(), false);
+    for (std::size_t r = 0; r < station.rounds.size(); ++r) {
+      Round const& round = station.rounds[r];
       tellFaces(station, round);
-      if (!round.targets.empty()) waiting.push_back(&round);
+      if (ready.empty() && !round.targets.empty()) ready.push(r);
+      for (std::size_t i = 0; i < round.targets.size(); ++i) roundsOf[numberAt(station, round, i)].push_back(r);
     }
-    bool isFirst = true;
-    // A round may find its common target only after another one has been joined.
-    for (std::size_t before = waiting.size() + 1; !waiting.empty() && waiting.size() < before;) {
-      before = waiting.size();
-      std::vector<Round const*> rest;
-      for (Round const* round : waiting) {
-        if (!join(station, *round, isFirst, means)) rest.push_back(round);
-        isFirst = false;
+    for (bool isFirst = true; !ready.empty(); isFirst = false) {
+      std::size_t const next = ready.top();
+      ready.pop();
+      if (joined[next]) continue;
+      joined[next] = true;
+      Round const& round = station.rounds[next];
+      join(station, round, isFirst, means);
+      for (std::size_t i = 0; i < round.targets.size(); ++i) {
+        std::vector<std::size_t>& others = roundsOf[numberAt(station, round, i)];
+        for (std::size_t const other : others) ready.push(other);
+        others.clear();
       }
-      waiting = std::move(rest);
     }
-    for (Round const* round : waiting) {
-      tell(FieldFinding::Error, station.name, round->names.names(),
-           "the round has no target in common with the others of its station", round->targets.front().firstRow);
+    tellUnrelated(station, joined);
+  }
+
+  void tellUnrelated(Station const& station, std::vector<bool> const& joined) {
+    for (std::size_t r = 0; r < joined.size(); ++r) {
+      Round const& round = station.rounds[r];
+      if (joined[r] || round.targets.empty()) continue;
+      tell(FieldFinding::Error, station.name, round.names.names(),
+           "the round has no target in common with the others of its station", round.targets.front().firstRow);
     }
   }
 
-  bool join(Station& station, Round const& round, bool isFirst, std::vector<CircleMean>& means) {
+  void join(Station& station, Round const& round, bool isFirst, std::vector<CircleMean>& means) {
     CircleMean turn;
     if (isFirst) turn.add(0.0);
     for (std::size_t i = 0; i < round.targets.size(); ++i) {
       CircleMean const& mean = means[numberAt(station, round, i)];
       if (!mean.isEmpty()) turn.add(mean.value() - round.targets[i].direction());
     }
-    if (turn.isEmpty()) return false;
     for (std::size_t i = 0; i < round.targets.size(); ++i) {
       CircleMean& mean = means[numberAt(station, round, i)];
       double const direction = round.targets[i].direction() + turn.value();
@@ -263,7 +286,6 @@ class Reducer {
       }
       mean.add(direction);
     }
-    return true;
   }
 
   static std::size_t numberAt(Station const& station, Round const& round, std::size_t i) {
@@ -275,7 +297,7 @@ class Reducer {
       Sighted const& target = round.targets[i];
       std::string const& name = round.names.names()[i];
       if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
-        tell(FieldFinding::Warning, station.name, {name}, "sighted on one face only", target.firstRow);
+        tell(FieldFinding::Warning, station.name, {name}, FieldReduction::kOneFace, target.firstRow);
         continue;
       }
       FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
@@ -294,6 +316,7 @@ class Reducer {
     result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row, 0});
   }
   std::vector<TraverseDataInfo> const& rows;
+  std::vector<double> indexErrors;  // of each row, radians
   FieldReduction result;
   NameIndex stationNames;
   NameIndex knownNames;

@@ -25,6 +25,8 @@ struct FacePair {
 
 /// What `reduceField` makes of the rows.
 struct FieldReduction {
+  static constexpr char const* kOneFace = "sighted on one face only";  ///< text of the finding
+
   Network network;                     ///< as far as it goes when there is an `Error`
   std::vector<FieldFinding> findings;  ///< in the order of the rows, by station
   std::vector<FacePair> pairs;

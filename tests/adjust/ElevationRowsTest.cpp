@@ -36,11 +36,17 @@ TEST(ElevationRows, TurnsReadingsOfBothFacesAndOfAllKindsIntoElevations) {
 }
 
 TEST(ElevationRows, TellsWhatGivesNoHeight) {
-  Rows rows{sightRow("B", degrees(85), 100),  stationRow("A", 1.5),
-            sightRow("A", degrees(85), 100),  sightRow("B", degrees(85), 0),
-            sightRow("B", degrees(400), 100), sightRow("C", degrees(85), 0),
-            sightRow("D", 0.0, 100),          sightRow("E", std::nan(""), 100),
-            sightRow("F", degrees(85), 100),  stationRow("A", 1.5),
+  Rows rows{sightRow("B", degrees(85), 100),
+            stationRow("A", 1.5),
+            sightRow("A", degrees(85), 100),
+            sightRow("B", degrees(85), 0),
+            sightRow("B", degrees(400), 100),
+            sightRow("C", degrees(85), 0),
+            sightRow("D", 0.0, 100),
+            sightRow("E", std::nan(""), 100),
+            sightRow("F", degrees(85), 100),
+            sightRow("B", degrees(85), 100),
+            stationRow("A", 1.5),
             sightRow("C", degrees(85), 100)};
   rows[8].angleMark = 0.0;
   ElevationRows const converted = elevationRows(rows);
@@ -50,7 +56,7 @@ TEST(ElevationRows, TellsWhatGivesNoHeight) {
   // What is left is in order: B with the distance of its other sight, C from the second occupation.
   ASSERT_EQ(converted.rows.size(), 6U);
   EXPECT_EQ(converted.rows[1].name, "B");
-  EXPECT_EQ(converted.rows[1].slant_distance, 100);
+  EXPECT_NEAR(converted.rows[1].slant_distance, 100, 1e-12);
   EXPECT_EQ(reduced(converted.rows).size(), 2U);
 }
 
@@ -73,18 +79,22 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
       std::size_t const from = std::size_t(n) % 7;
       double const instrument = stand(random);
       rows.push_back(stationRow(std::to_string(from), instrument));
-      for (std::size_t const to : {from + 1, (from + 3) % 8}) {
+      // One circle, one error: sights on one face are right when the other target tells it, or when there is none.
+      bool const hasBoth[2] = {chance(0.7), chance(0.7)};
+      double const error = hasBoth[0] || hasBoth[1] ? indexError : 0.0;
+      std::size_t const targets[2] = {from + 1, (from + 3) % 8};
+      for (int k = 0; k < 2; ++k) {
+        std::size_t const to = targets[k];
         double const target = stand(random);
         double const flat = std::hypot(points[to].x - points[from].x, points[to].y - points[from].y);
         double const rise = points[to].z + target - points[from].z - instrument;
         double const zenith = std::atan2(flat, rise);
         double const slant = std::hypot(flat, rise);
-        bool const bothFaces = chance(0.7);
+        bool const bothFaces = hasBoth[k];
         bool const ownDistance = !bothFaces || chance(0.7);
-        double const single = bothFaces ? 0.0 : indexError;  // a single face is right without an index error only
-        rows.push_back(sightRow(std::to_string(to), zenith + indexError - single, ownDistance ? slant : 0.0, target));
+        rows.push_back(sightRow(std::to_string(to), zenith + error, ownDistance ? slant : 0.0, target));
         if (!bothFaces) continue;
-        rows.push_back(sightRow(std::to_string(to), degrees(360) - zenith + indexError, slant, target));
+        rows.push_back(sightRow(std::to_string(to), degrees(360) - zenith + error, slant, target));
       }
     }
     ElevationRows const elevations = elevationRows(rows);
@@ -98,6 +108,26 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
       EXPECT_NEAR(heightOf(run, std::to_string(n)), points[n].z, 1e-6) << n;
     }
   }
+}
+
+TEST(ElevationRows, FillsADistanceOverTheGroundAndTakesOffTheIndexError) {
+  // B stands 100 m away and level: the prism 40 m up, sighted with a distance, and then the ground without one. C is
+  // sighted on one face, 45° up; the faces of B tell the index error of 20".
+  double const error = degrees(0, 0, 20);
+  double const up = std::atan(0.4);
+  Rows rows{stationRow("A", 0.0),
+            sightRow("B", degrees(90) - up + error, 100 / std::cos(up)),
+            sightRow("B", degrees(270) + up + error, 0),
+            sightRow("B", degrees(90) + error, 0),
+            sightRow("B", degrees(270) + error, 0),
+            sightRow("C", degrees(45) + error, 100)};
+  rows[1].instrument = rows[2].instrument = 40.0;
+  Rows const converted = elevationRows(rows).rows;
+  for (std::size_t i = 1; i <= 4; ++i) {
+    EXPECT_NEAR(converted[i].slant_distance * std::cos(converted[i].vertical_angle), 100.0, 1e-9) << i;
+    EXPECT_NEAR(std::tan(converted[i].vertical_angle) * 100 - converted[i].instrument, 0.0, 1e-9) << i;
+  }
+  EXPECT_NEAR(converted[5].vertical_angle, degrees(45), 1e-12);
 }
 
 TEST(ElevationRows, CarriesTheHeightsOfTheFirstOccupationAndSight) {

@@ -160,6 +160,32 @@ TEST(ReduceField, JoinsRoundsAndOccupationsByTheirCommonTargets) {
             "S>A 10.0000 50.0000\nS>C 100.0000 0.0000\nS>B 130.0000 70.0000\nT>A 1.0000 0.0000\n");
 }
 
+TEST(ReduceField, JoinsRoundsInWhateverOrderTheyConnect) {
+  // Round k has a target in common with round k + 1 alone, and the last stands first: 10 degrees from each to the next.
+  Rows rows{station("S"), sight("T0", 5, 90), sight("T1", 15, 90)};
+  for (int k = 4000; k >= 1; --k) {
+    rows.push_back(station("S"));
+    rows.push_back(sight("T" + std::to_string(k), 20, 90));
+    rows.push_back(sight("T" + std::to_string(k + 1), 30, 90));
+  }
+  kvn::FieldReduction const reduced = kvn::reduceField(rows);
+  for (kvn::NetworkDataInfo const& line : reduced.network.lines) {
+    int const number = std::stoi(line.end_name.substr(1));
+    // 4000 turns add up, each rounded.
+    EXPECT_NEAR(line.horizontal_angle / kDegree, std::fmod(5 + 10.0 * number, 360), 1e-8) << number;
+  }
+}
+
+TEST(ReduceField, TakesTheIndexErrorOffDistancesFromOneFace) {
+  // An index error of 20" at 45°: 100 m measured on one face come out 7 mm off without the other face.
+  double const error = 20 / 3600.0;
+  Rows const rows{station("S"), sight("A", 0, 45 + error, 100), sight("A", 180, 315 + error),
+                  sight("B", 9, 60 + error, 100)};
+  kvn::FieldReduction const reduced = kvn::reduceField(rows);
+  EXPECT_NEAR(reduced.network.lines[0].horizontal_distance, 100 * std::sqrt(0.5), 1e-9);
+  EXPECT_NEAR(reduced.network.lines[1].horizontal_distance, 100 * std::sqrt(0.75), 1e-9);  // B has one face
+}
+
 TEST(ReduceField, TellsWhatItCannotRelate) {
   auto noAngle = sight("A", 0, 0, 40);
   noAngle.angleMark = 0;
