@@ -33,7 +33,8 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   /// Whether distances between two known points count in a least-squares run; off by default. See
   /// `TraverseAdjust::setCountControlDistances`.
   void setCountControlDistances(bool count);
-  /// Whether a closed traverse takes polygons walked clockwise too; off by default. See `CloseTraverse::setFoldToNearest`.
+  /// Whether a closed traverse takes polygons walked clockwise too; off by default. See
+  /// `CloseTraverse::setFoldToNearest`.
   void setFoldToNearest(bool fold);
 
   /// Runs the method that `Configure::AdjustMethod` names: 0 least squares, 1 `OpenTraverse`, 2 `ConnectTraverse`,
