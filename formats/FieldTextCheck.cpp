@@ -25,6 +25,7 @@ using detail::quoted;
 using Fields = std::vector<std::string>;
 
 constexpr std::size_t kSightFields = 10;
+constexpr char const* kReplacement = "\xEF\xBF\xBD";
 
 /// Collects findings on the record at hand.
 class Findings {
@@ -79,6 +80,7 @@ struct PointRecord {
   LQFTraverseDataCollection::LQFLabType type = LQFTraverseDataCollection::NoLabel;
   std::string name;
   int line = 0;
+  bool hasReadings = false;
 };
 
 class JobLook {
@@ -117,7 +119,8 @@ class JobLook {
         return lookAtPoint(type, values);
       case LQFTraverseDataCollection::HVD:
         for (std::string const& value : values) findings.lookAtNumber(value);
-        return;
+        if (!points.empty()) points.back().hasReadings = true;
+        return tellMoreThanThree(values);
       default:
         lookAtCoordinates(type, values);
     }
@@ -128,7 +131,7 @@ class JobLook {
     bool const isStation = type == LQFTraverseDataCollection::STA;
     if (isStation) findings.station = name;
     findings.target = isStation ? std::string() : name;
-    points.push_back({type, name, findings.line});
+    points.push_back({type, name, findings.line, false});
     if (values.size() < 2) {
       findings.tell(FieldFinding::Warning, System::tr("the record has no height and is read without its name"));
     } else {
@@ -143,6 +146,12 @@ class JobLook {
     }
     if (values.size() < 3) return;
     for (std::size_t i = 0; i < 3; ++i) findings.lookAtNumber(values[i]);
+    tellMoreThanThree(values);
+  }
+
+  /// A decimal comma makes two values of one, and the ones behind it are taken for others.
+  void tellMoreThanThree(Fields const& values) {
+    if (values.size() > 3) findings.tell(FieldFinding::Error, System::tr("more than three values: a decimal comma?"));
   }
 
   LQFTraverseDataCollection labels;
@@ -155,31 +164,52 @@ bool isRecordOf(TraverseDataInfo const& row, PointRecord const& record) {
   return record.type == (row.sightType == BackSight ? LQFTraverseDataCollection::BS : LQFTraverseDataCollection::SC);
 }
 
-/// A back sight that was sighted again leaves no row, so that some records are passed over on the way.
-///
-/// A station that leaves none is lost: its sights would count for the station before. That happens when a station
-/// stands between a back sight that is still open and another sight of the same point.
+void tellRecord(PointRecord const& record, FieldFinding::Severity severity, QString const& text,
+                std::vector<FieldFinding>& findings) {
+  bool const isStation = record.type == LQFTraverseDataCollection::STA;
+  Fields targets;
+  if (!isStation) targets.push_back(record.name);
+  findings.push_back(
+      {severity, isStation ? record.name : std::string(), std::move(targets), text, FieldFinding::kNoRow, record.line});
+}
+
+/// A record that left no row. A station that leaves none is lost: its sights would count for the station before. That
+/// happens when a station stands between a back sight that is still open and another sight of the same point.
+void tellPassedOver(PointRecord const& record, std::vector<FieldFinding>& findings) {
+  if (record.type == LQFTraverseDataCollection::STA) {
+    tellRecord(record, FieldFinding::Error,
+               System::tr("the station is lost: its first sight is taken for the back sight before it"), findings);
+  } else if (record.hasReadings) {
+    tellRecord(record, FieldFinding::Warning,
+               System::tr("the sight is dropped: the next one of the point takes its place"), findings);
+  }
+}
+
+/// Rows come from records in order, and all but one ahead of the first record have one.
 std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<PointRecord> const& records,
                          std::vector<FieldFinding>& findings) {
-  constexpr std::ptrdiff_t kFarthest = 16;
+  constexpr int kMostMisses = 8;
   std::vector<int> lines;
+  int misses = 0;
   auto next = records.begin();
   for (TraverseDataInfo const& row : rows) {
-    auto const end = next + std::min(kFarthest, records.end() - next);
-    auto const found = std::find_if(next, end, [&row](PointRecord const& record) { return isRecordOf(row, record); });
-    lines.push_back(found == end ? 0 : found->line);
-    if (found == end) continue;
-    for (; next != found; ++next) {
-      if (next->type != LQFTraverseDataCollection::STA) continue;
-      findings.push_back({FieldFinding::Error,
-                          next->name,
-                          {},
-                          System::tr("the station is lost: its first sight is taken for the back sight before it"),
-                          FieldFinding::kNoRow,
-                          next->line});
+    auto const found =
+        misses > kMostMisses
+            ? records.end()
+            : std::find_if(next, records.end(), [&row](PointRecord const& record) { return isRecordOf(row, record); });
+    lines.push_back(found == records.end() ? 0 : found->line);
+    if (found == records.end()) {
+      ++misses;
+      continue;
+    }
+    for (; next != found; ++next) tellPassedOver(*next, findings);
+    bool const isSight = found->type != LQFTraverseDataCollection::STA;
+    if (isSight && !found->hasReadings) {
+      tellRecord(*found, FieldFinding::Error, System::tr("the sight has no readings"), findings);
     }
     ++next;
   }
+  for (; next != records.end(); ++next) tellPassedOver(*next, findings);
   return lines;
 }
 
@@ -215,6 +245,10 @@ FieldTextCheck inspectTraverseText(std::istream& stream) {
     findings.line = source.lineNumber();
     findings.row = check.rowLines.size();
     check.rowLines.push_back(findings.line);
+    // Names in another encoding would all become the same replacement characters.
+    if (line.find(kReplacement) != std::string::npos) {
+      findings.tell(FieldFinding::Error, System::tr("the line is no UTF-8"));
+    }
     if (fields.size() < 3) continue;
     bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
     if (!isSight) findings.station = fields[1];

@@ -18,6 +18,9 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
+// Far beyond what a-priori errors that were set too small explain.
+constexpr double kDoubtfulUnitError = 20.0;
+
 void takeOptions(AdjustOptions const& options, Configure& configure) {
   configure.AdjustMethod = options.method;
   configure.AngleError = options.angleError.value_or(configure.AngleError);
@@ -101,6 +104,11 @@ int report(Session& session, Network const& network, bool asJson) {
   Configure const& configure = project.getConfigure();
   AlgorithmAdjust const& result = *project.getAlgorithmAdjust();
   if (configure.AdjustMethod == kLeastSquares) {
+    AdjustSummary const& summary = result.getSummary();
+    if (summary.hasRedundancy && summary.unitError > kDoubtfulUnitError) {
+      System::Instance()->sendMessage(
+          "The unit weight error is far above 1: a gross error, or known points that do not fit", Warning);
+    }
     return print(session, AdjustReport(session.file(), configure, result, network), asJson);
   }
   TraverseReport const finished(session.file(), configure, result, network);
@@ -117,10 +125,11 @@ int runAdjust(QStringList const& arguments) {
     session.open(options->file, options->asRead);
     requireNoError(session.file(), session.job().findings());
     requireObservations(session);
-    tellWarnings(session.job().findings());
     session.project().setConfigure(configureFor(session, *options));
     Network const network = prepared(session.project().getNetwork(), options->method, options->asRead);
     adjust(session, network, options->asRead);
+    // Behind the run, so that a refusal stays the one line that it is.
+    if (!options->asRead) tellWarnings(findingsOn(session));
     return report(session, network, options->json);
   });
 }

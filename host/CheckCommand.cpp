@@ -15,20 +15,6 @@ namespace {
 
 constexpr char const* kSeverities[] = {"Note", "Warning", "Error"};
 
-/// Everything that there is to say about what the session has opened.
-std::vector<FieldFinding> findingsOn(Session& session) {
-  Project const& project = session.project();
-  FieldJob const& job = session.job();
-  std::vector<FieldFinding> all = job.findings();
-  auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
-  add(job.placed(inspectRows(project.getTraverseDataList(), job.reduction)));
-  add(inspectNetwork(project.getNetwork(), session.head()));
-  std::stable_sort(all.begin(), all.end(), [](FieldFinding const& a, FieldFinding const& b) {
-    return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
-  });
-  return all;
-}
-
 Json::Value toJson(TraverseDataInfo const& row) {
   Json::Value json;
   json["id"] = jsonText(row.id);

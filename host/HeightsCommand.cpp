@@ -7,8 +7,6 @@
 #include "Output.h"
 #include "Session.h"
 
-#include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace kvn::host {
@@ -45,14 +43,6 @@ void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
     if (station.height != 0.0) continue;
     System::Instance()->sendMessage(QString("The known height of %1 is 0").arg(textOf(station.name)), Warning);
   }
-}
-
-/// The index error of the circle stays in them, unless other targets of the set-up tell it.
-void tellSightsOnOneFace(FieldReduction const& reduction) {
-  std::vector<FieldFinding> sights;
-  std::copy_if(reduction.findings.begin(), reduction.findings.end(), std::back_inserter(sights),
-               [](FieldFinding const& finding) { return finding.text == QLatin1String(FieldReduction::kOneFace); });
-  tellWarnings(sights);
 }
 
 TriangleHeightDataConvert observe(Session& session, double refraction, bool asRead) {
@@ -138,8 +128,8 @@ int runHeights(QStringList const& arguments) {
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
     requireNoError(session.file(), session.job().text.findings);
-    tellWarnings(session.job().text.findings);
-    tellSightsOnOneFace(session.job().reduction);
+    tellWarnings(session.job().findings());
+    tellWarnings(session.job().placed(inspectRows(session.project().getTraverseDataList(), session.job().reduction)));
     return report(session, *options);
   });
 }

@@ -8,9 +8,11 @@
 
 #include <QFileInfo>
 #include <QTextCodec>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+#include <utility>
 
 namespace kvn::host {
 namespace {
@@ -110,6 +112,20 @@ void Session::openNetwork(QString const& path, bool asRead) {
   headOfFile = collection.getConfigure();
   current->read(path);
   current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
+}
+
+/// Everything that there is to say about what the session has opened.
+std::vector<FieldFinding> findingsOn(Session& session) {
+  Project const& project = session.project();
+  FieldJob const& job = session.job();
+  std::vector<FieldFinding> all = job.findings();
+  auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
+  add(job.placed(inspectRows(project.getTraverseDataList(), job.reduction)));
+  add(inspectNetwork(project.getNetwork(), session.head()));
+  std::stable_sort(all.begin(), all.end(), [](FieldFinding const& a, FieldFinding const& b) {
+    return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
+  });
+  return all;
 }
 
 QString describe(AlgorithmException const& failure, Network const& network) {

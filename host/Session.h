@@ -43,6 +43,9 @@ class Session {
   Configure headOfFile;
 };
 
+/// Everything that there is to say about what the session has opened.
+std::vector<FieldFinding> findingsOn(Session& session);
+
 /// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
 void requireNameInEncoding(QString const& path);
 

@@ -49,6 +49,9 @@ class RowInspection {
       : rows(fieldRows), reduction(fieldReduction), occupations(occupationsOf(fieldRows)) {}
 
   std::vector<FieldFinding> run() {
+    for (TraverseDataInfo const& row : rows) {
+      if (isTarget(row)) ++sightsOf[row.groupId + '\n' + row.name];
+    }
     std::string station;
     for (std::size_t i = 0; i < rows.size(); ++i) {
       if (isStation(rows[i])) station = rows[i].name;
@@ -74,18 +77,21 @@ class RowInspection {
     TraverseDataInfo const& row = rows[i];
     std::string const target = isStation(row) ? std::string() : row.name;
     auto const warn = [&](QString const& text) { tell(FieldFinding::Warning, station, target, text, i); };
-    if (!row.isNameValid) {
-      warn(isStation(row) ? "the station comes twice, or one of its targets has its name"
-                          : "the target has the name of its station");
+    auto const note = [&](QString const& text) { tell(FieldFinding::Note, station, target, text, i); };
+    // Further set-ups and rounds are in order where their readings agree, which the reduction looks at.
+    if (!row.isNameValid && isStation(row)) note("the station comes twice, or one of its targets has its name");
+    if (!row.isNameValid && !isStation(row)) warn("the target has the name of its station");
+    if (!row.isHorizontalAngleValid) {
+      if (!isOnCircle(row.horizontal_angle)) {
+        warn("the horizontal reading is not between 0 and 360 degrees");
+      } else if (sightsOf[row.groupId + '\n' + row.name] == 2) {
+        warn("the sights of the target do not differ by half a circle");
+      } else {
+        note("the row checks expect one sight on each face, and there are more");
+      }
     }
-    if (!row.isHorizontalAngleValid) warn(horizontalReason(row));
     if (!row.isVerticalAngleValid) warn("the vertical reading is not between 0 and 360 degrees");
     if (!row.isSlantDistanceValid) warn("the distance is negative");
-  }
-
-  static QString horizontalReason(TraverseDataInfo const& row) {
-    if (!isOnCircle(row.horizontal_angle)) return "the horizontal reading is not between 0 and 360 degrees";
-    return "the sights of the target do not differ by half a circle, or there are more than two";
   }
 
   /// Whether the sights stand as first face and second face backward; the first pair that does not is told.
@@ -148,6 +154,7 @@ class RowInspection {
   std::vector<TraverseDataInfo> const& rows;
   FieldReduction const& reduction;
   std::vector<Occupation> occupations;
+  std::unordered_map<std::string, int> sightsOf;  // by group and name
   std::vector<FieldFinding> findings;
 };
 
@@ -167,7 +174,12 @@ class NetworkInspection {
 
   std::vector<FieldFinding> run() {
     lookAtEnds();
+    std::unordered_set<std::string> seen;
     for (KnownPoint const& point : network.knownPoints) {
+      if (!seen.insert(point.name).second) {
+        tell({}, point.name, "the known point stands twice");
+        findings.back().severity = FieldFinding::Error;
+      }
       if (!names.contains(point.name)) tell({}, point.name, "the known point is not observed");
     }
     lookAtConnections();

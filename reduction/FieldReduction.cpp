@@ -54,6 +54,7 @@ class CircleMean {
 struct Sighted {
   std::size_t firstRow = 0;
   double firstReading = 0.0;  ///< on the first face
+  bool isTold = false;        ///< that its readings differ
   CircleMean faces[2];
   std::optional<std::size_t> rowOfFace[2];
 
@@ -68,6 +69,7 @@ struct Sighted {
 
 /// One round of an occupation: targets in the order of their first sight.
 struct Round {
+  std::size_t occupation = 0;
   NameIndex names;
   std::vector<Sighted> targets;
 };
@@ -136,6 +138,7 @@ class Reducer {
     }
     current = &stations[number];
     current->rounds.emplace_back();
+    current->rounds.back().occupation = i;
     if (row.isKnown) takeKnown(i);
   }
 
@@ -147,10 +150,17 @@ class Reducer {
       point.name = row.name;
       point.x = row.N;
       point.y = row.E;
+      knownHeights.push_back(row.Z);
+      if (std::abs(row.N) < kNoCoordinate && std::abs(row.E) < kNoCoordinate && row.Z != 0.0) {
+        tell(FieldFinding::Warning, row.name, {}, "known by its height alone, the station counts as known at 0, 0", i);
+      }
       result.network.knownPoints.push_back(std::move(point));
       return;
     }
     KnownPoint const& known = result.network.knownPoints[number];
+    if (std::abs(knownHeights[number] - row.Z) > kSamePosition) {
+      tell(FieldFinding::Warning, row.name, {}, "the known point has two heights, of which the first counts", i);
+    }
     if (std::hypot(known.x - row.N, known.y - row.E) <= kSamePosition) return;
     tell(FieldFinding::Error, row.name, {}, "the known point has two positions", i);
   }
@@ -197,6 +207,10 @@ class Reducer {
       tell(FieldFinding::Error, current->name, {row.name}, "the readings of the target do not belong together", i);
       return;
     }
+    if (!target.isTold && std::abs(difference(reading - target.firstReading)) > kRoundTolerance) {
+      target.isTold = true;
+      tell(FieldFinding::Warning, current->name, {row.name}, "the readings of the target differ by more than 30\"", i);
+    }
     target.faces[face].add(reading);
     if (!target.rowOfFace[face]) target.rowOfFace[face] = i;
   }
@@ -215,11 +229,28 @@ class Reducer {
     Sighted const& zero = last.targets.front();
     double const reading = row.horizontal_angle - faceOf(row, &zero) * detail::kPi;
     if (std::abs(difference(reading - zero.firstReading)) <= kSameReading) return last;
+    std::size_t const occupation = last.occupation;
     current->rounds.emplace_back();
+    current->rounds.back().occupation = occupation;
     return current->rounds.back();
   }
 
+  /// A round of the first target alone beside fuller ones of its occupation is no round: the circle or the tripod
+  /// moved, or another target was booked under its name.
+  void tellLoneRounds(Station const& station) {
+    std::unordered_map<std::size_t, std::size_t> mostOf;
+    for (Round const& round : station.rounds) {
+      mostOf[round.occupation] = std::max(mostOf[round.occupation], round.targets.size());
+    }
+    for (Round const& round : station.rounds) {
+      if (round.targets.size() != 1 || mostOf[round.occupation] == 1) continue;
+      tell(FieldFinding::Error, station.name, round.names.names(),
+           "the readings of the first target do not belong together", round.targets.front().firstRow);
+    }
+  }
+
   void addLines(Station& station) {
+    tellLoneRounds(station);
     std::vector<CircleMean> means(static_cast<std::size_t>(station.targets.size()));
     joinRounds(station, means);
     for (std::size_t i = 0; i < means.size(); ++i) {
@@ -297,7 +328,7 @@ class Reducer {
       Sighted const& target = round.targets[i];
       std::string const& name = round.names.names()[i];
       if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
-        tell(FieldFinding::Warning, station.name, {name}, FieldReduction::kOneFace, target.firstRow);
+        tell(FieldFinding::Warning, station.name, {name}, "sighted on one face only", target.firstRow);
         continue;
       }
       FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
@@ -306,6 +337,10 @@ class Reducer {
       pair.doubleCollimation = difference(first.horizontal_angle - second.horizontal_angle - detail::kPi);
       if (hasVertical(first) && hasVertical(second)) {
         pair.indexError = (first.vertical_angle + second.vertical_angle - detail::kFullCircle) / 2;
+      }
+      if (std::abs(pair.indexError) > kSameReading) {
+        tell(FieldFinding::Warning, station.name, {name}, "the vertical readings of the faces differ by more than 12'",
+             pair.firstRow);
       }
       result.pairs.push_back(std::move(pair));
     }
@@ -320,6 +355,7 @@ class Reducer {
   FieldReduction result;
   NameIndex stationNames;
   NameIndex knownNames;
+  std::vector<double> knownHeights;
   std::deque<Station> stations;
   Station* current = nullptr;
 };

@@ -25,8 +25,6 @@ struct FacePair {
 
 /// What `reduceField` makes of the rows.
 struct FieldReduction {
-  static constexpr char const* kOneFace = "sighted on one face only";  ///< text of the finding
-
   Network network;                     ///< as far as it goes when there is an `Error`
   std::vector<FieldFinding> findings;  ///< in the order of the rows, by station
   std::vector<FacePair> pairs;
@@ -41,8 +39,8 @@ struct FieldReduction {
 /// difference of their common targets, and each counts one in the mean. A distance is the mean of the sights that
 /// measured one. Known points are the stations with `isKnown`, each once, without height.
 ///
-/// `Error` findings: readings of one target and round that differ by more than 6'; rounds of a station without a common
-/// target; a known point with two positions; a row without a name.
+/// `Error` findings: readings of one target and round, or of the first target of a set-up, that differ by more than 6';
+/// rounds of a station without a common target; a known point with two positions; a row without a name.
 KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
 
 /// Marks as known the station rows that carry coordinates: a job file has no other sign for it. Coordinates that are

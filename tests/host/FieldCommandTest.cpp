@@ -79,6 +79,8 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
       {"STA,B,1.5", "STA,B,m", "job.txt: line 6 invalid stod argument"},
       {"STA,B,1.5,", "STA,B,1.5", "job.txt: The line 6 is wrong"},
       {"STA,B,1.5,,1000,1100,50", "STA,A,1.5,,1000,1100,50", "job.txt: line 6: A: the known point has two positions"},
+      {"SC,B,1.6,,180.0000", "SC,B,1.6,,181.0000", "line 5: A to B: the readings of the first target do not belong"},
+      {"STA,B", "STA,\xB5\xE3", "job.txt: line 6: A to B: the line is no UTF-8"},
       {"100,0,0,0", "inf,0,0,0", "job.txt: line 2: A to B: the number is not finite: inf"},
   };
   for (Case const& c : cases) {
@@ -89,6 +91,47 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.err, HasSubstr(c.says));
     EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(FieldAdjust, TellsWhatMakesItsResultDoubtful) {
+  struct Case {
+    char const* from;
+    char const* to;
+    char const* says;
+  };
+  for (Case const& c :
+       {Case{"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle"},
+        {"STA,A", "STA,M,0,,0,0,9\nSTA,A", "known by its height alone, the station counts as known at 0, 0"},
+        {"60.0000,90.0000,100", "60.0000,90.0000,105", "the distances differ by more than 50 mm"},
+        {"1000,1100,50", "1000,1200,50", "The unit weight error is far above 1"}}) {
+    SCOPED_TRACE(c.to);
+    Program const program;
+    program.write("job.txt", changed(c.from, c.to));
+    test::Run const run = program.run({"adjust", "job.txt"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+  }
+}
+
+TEST(FieldAdjust, RefusesAJobWhoseRecordsDoNotHold) {
+  std::string const head = "STA B,0,\nXYZ 1100,1000,9\nSTA A,0,\nXYZ 1000,1000,9\n";
+  std::string repeats;
+  for (int i = 0; i < 20; ++i) repeats += "SC B,0,\nHVD 0,324000,100\n";
+  struct Case {
+    std::string records;
+    char const* says;
+  };
+  for (Case const& c : {Case{"SC B,0,\nSC P,0,\nHVD 324000,324000,100\n", "line 5: B: the sight has no readings"},
+                        {"SC B,0,\nHVD 1,5,324000.0,100\n", "line 6: A to B: more than three values"},
+                        {"BS B,0,\nHVD 0,324000\n" + repeats + "STA P,0,\nSC B,0,\nHVD 0,324000\n",
+                         "line 47: P: the station is lost"}}) {
+    SCOPED_TRACE(c.says);
+    Program const program;
+    program.write("job.lqf", head + c.records);
+    test::Run const run = program.run({"adjust", "job.lqf"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
   }
 }
 
@@ -108,7 +151,7 @@ TEST(Check, TellsWhatIsWrongAndWhereItStands) {
       {"SC,B,1.6,,180", "SC,Q,1.6,,180", 0, "Note: line 2: A to B, Q: a program that pairs faces by their place"},
       {"60.0000,90", "60.7000,90", 1, "Warning: line 3: A to P: minutes or seconds of 60 and above: 60.7000"},
       {"STA,B,1.5,", "STA,B,1.5m,", 0, "Warning: line 6: B: something stands behind the number: 1.5m"},
-      {"STA,B,", "STA,A,", 1, "Warning: line 1: A: the station comes twice"},
+      {"STA,B,", "STA,A,", 1, "Note: line 1: A: the station comes twice"},
       {"0.0000,90.0000,100", "0.0000,90.0000,100.02", 0,
        "Warning: B to A: the distances from both ends differ by 10.0 mm"},
       {"STA,A", "STA,Z,0,,1,1,1\nSTA,A", 0, "Warning: Z: the known point is not observed"},
