@@ -2,6 +2,7 @@
 
 #include "adjust/CommonFunction.h"
 #include "adjust/detail/TraverseStations.h"
+#include "core/AlgorithmException.h"
 
 #include <cmath>
 
@@ -13,6 +14,7 @@ ClosingTraverse& ClosingTraverse::operator=(ClosingTraverse const&) = default;
 ClosingTraverse::~ClosingTraverse() = default;
 
 bool ClosingTraverse::calculateAdjust() {
+  if (stations.empty()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
   calculateAngleCloseError();
   calculateEachAngle();
   calculateEachAzimuth();
@@ -74,6 +76,7 @@ void ClosingTraverse::carryAzimuths() {
 }
 
 void ClosingTraverse::calculateSumDistance() {
+  sumDistance = 0.0;
   for (std::size_t i = 0; i + 1 < stations.size(); ++i) sumDistance += stations[i].distance;
   // The coordinate misclosure is shared out by length, of which there would be none.
   if (sumDistance == 0.0 && stations.size() > 1) detail::refuseWithoutDistance(stations.front());

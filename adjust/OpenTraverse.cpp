@@ -30,6 +30,7 @@ void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
 bool OpenTraverse::judgeStartStation(TraverseInfo const& station) const { return isOrientedStart(station); }
 
 bool OpenTraverse::calculateAdjust() {
+  if (stations.empty()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
   calculateEachAzimuth();
   calculateDeltaXY();
   calculateXY();

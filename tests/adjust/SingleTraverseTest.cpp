@@ -469,4 +469,11 @@ TEST(WithForwardDistances, LeavesTheMeanOfBothWaysOnTheLineForward) {
             "XY -3.00; XZ -4.00; ");
 }
 
+TEST(SingleTraverse, RefusesToRunWithoutAChain) {
+  std::string const expected = "Known points are not enough|No start data|-1";
+  EXPECT_EQ(test::algorithmFailureOf([] { kvn::OpenTraverse().calculateAdjust(); }), expected);
+  EXPECT_EQ(test::algorithmFailureOf([] { kvn::ConnectTraverse().calculateAdjust(); }), expected);
+  EXPECT_EQ(test::algorithmFailureOf([] { kvn::CloseTraverse().calculateAdjust(); }), expected);
+}
+
 }  // namespace
