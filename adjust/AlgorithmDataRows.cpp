@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_set>
 #include <utility>
 
 namespace kvn {
@@ -54,22 +53,11 @@ std::vector<VRDStations> groupByStation(std::vector<TraverseDataInfo> const& row
   return stations;
 }
 
-bool hasRepeatedTarget(StationInfo const& station) {
-  std::unordered_set<std::string> names;
-  return std::any_of(station.directions.begin(), station.directions.end(),
-                     [&names](LineInfo const& direction) { return !names.insert(direction.end_name).second; });
-}
-
 }  // namespace
 
 void AlgorithmData::initVRDData(std::vector<TraverseDataInfo> const& rows, ControlPoints control) {
   for (VRDStations const& station : groupByStation(rows)) readFaces(station);
-  // A target that comes twice at a station is refused below, and many of them would make very many pairs of distances.
-  if (std::none_of(stations.begin(), stations.end(), hasRepeatedTarget)) {
-    detail::meanOfBothEnds(stations);
-    detail::dropBackSightDistances(stations);
-    detail::dropControlDistances(stations, knPoints);
-  }
+  detail::reduceDistances(stations, knPoints);
   judgeStationPointNameRepeat();
   judgeStationCount();
   getKnPointsCount();

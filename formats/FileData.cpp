@@ -132,9 +132,7 @@ struct FileData::TraverseReader {
       }
       data.stations.push_back(detail::faceMeans(station));
     }
-    detail::meanOfBothEnds(data.stations);
-    detail::dropBackSightDistances(data.stations);
-    detail::dropControlDistances(data.stations, data.knowPoints);
+    detail::reduceDistances(data.stations, data.knowPoints);
   }
 };
 

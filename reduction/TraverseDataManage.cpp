@@ -53,7 +53,7 @@ bool checkRanges(TraverseDataInfo& row) {
   if (!isTarget(row)) return true;
   bool const isHorizontal = isInRange(row.horizontal_angle);
   bool const isVertical = isInRange(row.vertical_angle);
-  bool const isDistance = !(row.isSlantDistanceHave && row.slant_distance < kBelowZero);
+  bool const isDistance = !row.isSlantDistanceHave || row.slant_distance >= kBelowZero;
   if (!isHorizontal) row.isHorizontalAngleValid = false;
   if (!isVertical) row.isVerticalAngleValid = false;
   if (!isDistance) row.isSlantDistanceValid = false;

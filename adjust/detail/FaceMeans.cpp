@@ -8,7 +8,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace kvn::detail {
@@ -91,6 +93,7 @@ void meanOfBothEnds(std::vector<StationInfo>& stations) {
 
 void dropBackSightDistances(std::vector<StationInfo>& stations) {
   for (StationInfo& station : stations) {
+    if (station.directions.empty()) continue;  // of an earlier load
     std::string const& first = station.directions.front().end_name;
     eraseAndStepPast(station.lines, [&first](LineInfo const& line) { return line.end_name == first; });
   }
@@ -116,6 +119,18 @@ void dropControlDistances(std::vector<StationInfo>& stations, std::vector<PointI
              placesOf[static_cast<std::size_t>(start)].first < placesOf[static_cast<std::size_t>(end)].last;
     });
   }
+}
+
+void reduceDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints) {
+  auto const hasRepeatedTarget = [](StationInfo const& station) {
+    std::unordered_set<std::string> names;
+    return std::any_of(station.directions.begin(), station.directions.end(),
+                       [&names](LineInfo const& direction) { return !names.insert(direction.end_name).second; });
+  };
+  if (std::any_of(stations.begin(), stations.end(), hasRepeatedTarget)) return;
+  meanOfBothEnds(stations);
+  dropBackSightDistances(stations);
+  dropControlDistances(stations, knPoints);
 }
 
 }  // namespace kvn::detail

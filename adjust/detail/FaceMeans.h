@@ -29,4 +29,8 @@ KELVANE_EXPORT void dropBackSightDistances(std::vector<StationInfo>& stations);
 /// one stays, whatever it is.
 KELVANE_EXPORT void dropControlDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
 
+/// The three above in order. Nothing happens to a job in which a station has a target twice: it is refused by its
+/// names, and many repeats would make very many pairs.
+KELVANE_EXPORT void reduceDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
+
 }  // namespace kvn::detail

@@ -133,6 +133,15 @@ TEST(InitVrdData, RefusesRowsThatItCannotGroup) {
   for (Case const& c : checks) EXPECT_EQ(algorithmFailureOf([&] { loaded(c.rows); }), c.text);
 }
 
+TEST(InitVrdData, TakesAStationWithoutDirectionsFromAnEarlierLoad) {
+  kvn::Network network;
+  network.knownPoints = {{"A", 0, 0, 0}, {"B", 0, 9, 0}};
+  AlgorithmData data;
+  data.readNetworkData(network);  // stores a station without name and directions
+  data.initVRDData(Rows{station("S")} + twoFaces({sight("A", 1, 90, 5)}));
+  EXPECT_EQ(data.stationsCount, 2);
+}
+
 /// The rules for distances as plain loops, on data that were loaded without them.
 class Literal : public AlgorithmData {
  public:

@@ -56,6 +56,7 @@ TEST(RowChecks, MarkTheRowsThatCannotBeRight) {
       {"a little below zero", {station("S"), withAngle(-9e-7, horizontal)}, ".."},
       {"below zero", {station("S"), withAngle(-2e-6, vertical)}, ".V."},
       {"not a number", {station("S"), withAngle(std::nan(""), vertical)}, ".V."},
+      {"a distance that is no number", {station("S"), withAngle(std::nan(""), slant)}, ".D."},
       {"negative distance", {station("S"), withAngle(-5, slant)}, ".D."},
       {"negative, but there is none", {station("S"), noDistance}, ".."},
   };
