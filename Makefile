@@ -46,7 +46,7 @@ lint: lint-packages
 	cmake/lint build/debug $(JOBS)
 
 format: lint-packages
-	git ls-files -- '*.cpp' '*.h' | xargs clang-format -i
+	git ls-files -- '*.cpp' '*.h' 'platform/osgEarth/include' | xargs clang-format -i
 
 fuzz: fuzz-packages
 	cmake --preset fuzz

@@ -5,6 +5,7 @@ install(TARGETS kelvane EXPORT KelvaneTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS kelvane_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY config DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)
 install(FILES Kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(folder records core formats reduction adjust map legend commands)
   if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
@@ -13,10 +14,16 @@ foreach(folder records core formats reduction adjust map legend commands)
   install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
 endforeach()
-foreach(layer utils mvz)
+foreach(layer coord utils mvz)
   install(DIRECTORY platform/${layer} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
 endforeach()
+if(TARGET kvn_osgearth_standin)
+  install(DIRECTORY platform/osgEarth/include DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform/osgEarth)
+  set(KELVANE_USES_SYSTEM_OSGEARTH OFF)
+else()
+  set(KELVANE_USES_SYSTEM_OSGEARTH ON)
+endif()
 
 install(EXPORT KelvaneTargets NAMESPACE Kelvane:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
 configure_package_config_file(cmake/KelvaneConfig.cmake.in ${CMAKE_BINARY_DIR}/KelvaneConfig.cmake

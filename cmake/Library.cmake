@@ -8,7 +8,15 @@ foreach(folder records core formats reduction adjust map legend commands)
   endif()
 endforeach()
 
-target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform>)
+target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform> $<TARGET_OBJECTS:kelvane_map_platform>)
+if(TARGET kvn_osgearth_standin)
+  target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kvn_osgearth_standin>)
+  target_include_directories(kelvane PUBLIC
+    $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/platform/osgEarth/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform/osgEarth/include>)
+else()
+  target_link_libraries(kelvane PUBLIC osgEarth::osgEarth)
+endif()
 target_link_libraries(kelvane
   PUBLIC Qt5::Core JsonCpp::JsonCpp tinyxml2::tinyxml2 ${OPENSCENEGRAPH_LIBRARIES}
   PRIVATE $<BUILD_INTERFACE:kelvane_warnings>)
@@ -23,6 +31,7 @@ target_include_directories(kelvane PUBLIC
 target_compile_definitions(kelvane PRIVATE KELVANE_BUILDING)
 target_compile_features(kelvane PUBLIC cxx_std_17)
 set_target_properties(kelvane PROPERTIES
+  AUTOMOC ON
   EXPORT_NAME Kelvane
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})

@@ -1,7 +1,11 @@
+#include "mvz/detail/Features.h"
+
+#include <mvz/ILayer.h>
 #include <mvz/ViewerManager.h>
 
 #include <algorithm>
-#include <vector>
+#include <limits>
+#include <osgEarth/Map>
 
 namespace mvz {
 namespace {
@@ -17,9 +21,38 @@ std::vector<ViewerManager*>& managers() {
   return *instance;
 }
 
+/// Pixels from a point to a segment.
+double distanceTo(osg::Vec2d const& point, osg::Vec2d const& from, osg::Vec2d const& to) {
+  osg::Vec2d const along = to - from;
+  double const length2 = along.length2();
+  double const part = length2 > 0.0 ? std::clamp((point - from) * along / length2, 0.0, 1.0) : 0.0;
+  return (from + along * part - point).length();
+}
+
+/// Pixels from a place to a click, or from the nearest part of a line.
+double distanceTo(View const& view, std::vector<osg::Vec3d> const& points, osg::Vec2d const& pixel) {
+  double least = std::numeric_limits<double>::infinity();
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    osg::Vec2d const from = view.toPixel(points[i == 0 ? 0 : i - 1]);
+    least = std::min(least, distanceTo(pixel, from, view.toPixel(points[i])));
+  }
+  return least;
+}
+
+struct Nearest {
+  osg::Node* node;
+  double distance;
+
+  void offer(osg::Node* candidate, double candidateDistance) {
+    if (candidateDistance > distance || (node != nullptr && candidateDistance == distance)) return;
+    node = candidate;
+    distance = candidateDistance;
+  }
+};
+
 }  // namespace
 
-ViewerManager::ViewerManager() {
+ViewerManager::ViewerManager() : mapNode(new osgEarth::MapNode(new osgEarth::Map)) {
   std::lock_guard<std::recursive_mutex> const hold(managersMutex());
   managers().push_back(this);
 }
@@ -30,11 +63,34 @@ ViewerManager::~ViewerManager() {
   all.erase(std::remove(all.begin(), all.end(), this), all.end());
 }
 
-std::unique_lock<std::recursive_mutex> ViewerManager::lock() const {
-  return std::unique_lock<std::recursive_mutex>(mutex);
+ViewerManager::Lock ViewerManager::lock() const { return Lock(mutex); }
+ViewerManager::Lock ViewerManager::LockOf(ViewerManager const* manager) {
+  return manager == nullptr ? Lock() : manager->lock();
 }
 
-void ViewerManager::requestRedraw() {}
+void ViewerManager::addView(View* view) {
+  if (view == nullptr || std::find(views.begin(), views.end(), view) != views.end()) return;
+  view->setScene(mapNode);
+  views.emplace_back(view);
+}
+
+void ViewerManager::removeView(View* view) { views.erase(std::remove(views.begin(), views.end(), view), views.end()); }
+
+void ViewerManager::fullMapAllView(std::vector<osgEarth::Layer*> layers) {
+  Lock const hold = lock();
+  osg::BoundingBoxd bounds;
+  for (osgEarth::Layer* layer : layers) {
+    if (layer != nullptr) bounds.expandBy(detail::boundsOf(*layer));
+  }
+  if (!bounds.valid()) return;
+  for (auto const& view : views) view->fullMap(bounds);
+  requestRedraw();
+}
+
+void ViewerManager::requestRedraw() {
+  std::vector<osg::ref_ptr<View>> const all = views;  // a view may take itself out
+  for (auto const& view : all) view->requestRedraw();
+}
 
 void ViewerManager::requestRedrawOfAll() {
   std::lock_guard<std::recursive_mutex> const hold(managersMutex());
@@ -43,6 +99,64 @@ void ViewerManager::requestRedrawOfAll() {
   for (ViewerManager* manager : all) {
     if (std::find(managers().begin(), managers().end(), manager) != managers().end()) manager->requestRedraw();
   }
+}
+
+std::vector<osg::Node*> ViewerManager::getPickNodeList() const {
+  std::vector<osg::Node*> all;
+  for (auto const& node : picked) {
+    if (node.valid() && node->getNumParents() > 0) all.push_back(node.get());
+  }
+  return all;
+}
+
+std::vector<std::string> ViewerManager::getPickFeatureIDList(osgEarth::Layer* layer) const {
+  std::vector<std::string> ids;
+  osg::Group const* const features = detail::featuresOf(layer);
+  if (features == nullptr) return ids;
+  for (osg::Node* node : getPickNodeList()) {
+    auto* const feature = dynamic_cast<osgEarth::AnnotationNode*>(node);
+    if (feature == nullptr || !detail::isIn(*feature, features)) continue;
+    ids.emplace_back();
+    ILayer::GetFeatureInfo(feature, &ids.back(), nullptr, nullptr, nullptr, nullptr);
+  }
+  return ids;
+}
+
+osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const& pixel, double tolerance) const {
+  Lock const hold = lock();
+  Nearest place{nullptr, tolerance};
+  Nearest line{nullptr, tolerance};
+  osgEarth::LayerVector layers;
+  mapNode->getMap()->getLayers(layers);
+  for (auto const& layer : layers) {
+    osg::Group* const features = detail::featuresOf(layer.get());
+    for (unsigned i = 0; features != nullptr && i < features->getNumChildren(); ++i) {
+      std::vector<osg::Vec3d> const points = detail::pointsOf(*features->getChild(i));
+      (points.size() == 1 ? place : line).offer(features->getChild(i), distanceTo(view, points, pixel));
+    }
+  }
+  return dynamic_cast<osgEarth::AnnotationNode*>(place.node != nullptr ? place.node : line.node);
+}
+
+void ViewerManager::pick(osg::Node* node) {
+  std::vector<osg::Node*> const all = getPickNodeList();
+  if (node == nullptr || std::find(all.begin(), all.end(), node) != all.end()) return;
+  detail::highlight(node, true);
+  picked.emplace_back(node);
+}
+
+void ViewerManager::clearPick() {
+  for (auto const& node : picked) detail::highlight(node.get(), false);
+  picked.clear();
+}
+
+void ViewerManager::unpick(osg::Group const* layerGroup) {
+  auto const gone = [layerGroup](osg::observer_ptr<osg::Node> const& node) {
+    if (node.valid() && !detail::isIn(*node, layerGroup)) return false;
+    detail::highlight(node.get(), false);
+    return true;
+  };
+  picked.erase(std::remove_if(picked.begin(), picked.end(), gone), picked.end());
 }
 
 }  // namespace mvz

@@ -1,6 +1,8 @@
 // What a host does with the installed library: a project, an adjustment, a command of the library and one of its own.
 #include <Kelvane.h>
 #include <kelvane/adjust/TraverseAdjust.h>
+#include <osgEarth/AnnotationLayer>
+#include <osgEarth/PlaceNode>
 
 namespace {
 
@@ -32,11 +34,21 @@ bool runsCommands(kvn::Project& project) {
          project.getCommandManager()->execute("CountPointsCMD", in, out, {}) && out["points"].asInt() == 1;
 }
 
+/// A layer class of the host's own is recognised across the border of the library.
+class HostLayer : public osgEarth::AnnotationLayer {};
+
+bool annotates() {
+  osg::ref_ptr<HostLayer> const layer = new HostLayer;
+  layer->addChild(new osgEarth::PlaceNode("P"));
+  osgEarth::Layer* const base = layer.get();
+  return dynamic_cast<HostLayer*>(base) != nullptr && layer->getGroup()->getNumChildren() == 1;
+}
+
 }  // namespace
 
 int main(int, char** argv) {
   kvn::System system;
   system.setConfigFile(QString());
   auto const project = system.createProject();
-  return adjusts(*project, argv[1]) && runsCommands(*project) ? 0 : 1;
+  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() ? 0 : 1;
 }

@@ -1,0 +1,72 @@
+#include "mvz/detail/MapFont.h"
+#include "mvz/detail/OsgEarthVersions.h"
+
+#include <mvz/GeometryDataTool.h>
+#include <mvz/SelectablePlaceNode.h>
+
+namespace mvz {
+namespace {
+
+// Pixels.
+constexpr float kLineWidth = 1.0F;
+constexpr float kSelectedLineWidth = 3.0F;
+constexpr float kTextSize = 15.0F;
+
+constexpr unsigned kLineColor = 0x404040FF;
+constexpr unsigned kTextColor = 0x202020FF;
+constexpr unsigned kSelectedColor = 0xE8590CFF;
+constexpr unsigned kHaloColor = 0xFFFFFFFF;
+
+osgEarth::Style baseStyle(unsigned line, float width, unsigned text) {
+  osgEarth::Style style;
+  osgEarth::Stroke& stroke = style.getOrCreate<osgEarth::LineSymbol>()->stroke().mutable_value();
+  stroke.color() = osgEarth::Color(line);
+  detail::setPixels(stroke.width(), width);
+  auto* const label = style.getOrCreate<osgEarth::TextSymbol>();
+  label->fill().mutable_value().color() = osgEarth::Color(text);
+  label->halo().mutable_value().color() = osgEarth::Color(kHaloColor);
+  label->size() = kTextSize;
+  label->encoding() = osgEarth::TextSymbol::ENCODING_UTF8;
+  if (!detail::mapFontFile().empty()) label->font() = detail::mapFontFile();
+  return style;
+}
+
+/// An icon stands on its point; the library would put its foot there.
+osgEarth::Style centred(osgEarth::Style style) {
+  style.getOrCreate<osgEarth::IconSymbol>()->alignment() = osgEarth::IconSymbol::ALIGN_CENTER_CENTER;
+  style.getOrCreate<osgEarth::IconSymbol>()->declutter() = false;
+  return style;
+}
+
+}  // namespace
+
+GeometryDataTool::GeometryDataTool(ProjectMapScene* scene) : mapScene(scene) {}
+GeometryDataTool::GeometryDataTool(GeometryDataTool const&) = default;
+GeometryDataTool::GeometryDataTool(GeometryDataTool&&) noexcept = default;
+GeometryDataTool& GeometryDataTool::operator=(GeometryDataTool const&) = default;
+GeometryDataTool& GeometryDataTool::operator=(GeometryDataTool&&) noexcept = default;
+GeometryDataTool::~GeometryDataTool() = default;
+
+osgEarth::Layer* GeometryDataTool::getLayer() const { return const_cast<GeometryDataTool*>(this)->getOrCreateLayer(); }
+
+osgEarth::Style GeometryDataTool::getStyle() const { return baseStyle(kLineColor, kLineWidth, kTextColor); }
+
+osgEarth::Style GeometryDataTool::getSelectedStyle() const {
+  return baseStyle(kSelectedColor, kSelectedLineWidth, kSelectedColor);
+}
+
+osgEarth::GeoPoint GeometryDataTool::toGeoPoint(coord::xyh point) {
+  return {mapScene->getSRS(), point.y, point.x, point.h, osgEarth::ALTMODE_ABSOLUTE};
+}
+
+osgEarth::PlaceNode* GeometryDataTool::createPoint(QString text, double east, double north, double height) {
+  CommonAnnotationLayer* const target = getOrCreateLayer();
+  if (target == nullptr) return nullptr;
+  osg::ref_ptr<SelectablePlaceNode> const node =
+      new SelectablePlaceNode(toGeoPoint(coord::xyh(north, east, height)), text.toStdString(), centred(getStyle()),
+                              centred(getSelectedStyle()));
+  target->addChild(node.get());
+  return node.get();
+}
+
+}  // namespace mvz

@@ -1,0 +1,25 @@
+// mvz::ISelectable: a feature with one look for the normal and one for the selected state.
+#pragma once
+
+#include <utils/Export.h>
+
+namespace mvz {
+
+class KELVANE_EXPORT ISelectable {
+ public:
+  ISelectable();
+  ISelectable(ISelectable const&) = delete;
+  ISelectable& operator=(ISelectable const&) = delete;
+  virtual ~ISelectable();
+
+  bool isSelected() const { return isOn; }
+  void setSelected(bool value);  ///< changes the look when the state changes
+
+ protected:
+  virtual void showSelected(bool value) = 0;
+
+ private:
+  bool isOn = false;
+};
+
+}  // namespace mvz

@@ -1,0 +1,58 @@
+#include "mvz/detail/OsgEarthVersions.h"
+
+#include <mvz/SelectableFeatureNode.h>
+#include <mvz/SelectablePlaceNode.h>
+#include <utils/ResourceFile.h>
+
+#include <map>
+#include <osg/Image>
+#include <osgDB/ReadFile>
+
+namespace mvz {
+namespace {
+
+/// The icon that a style names, read once in the life of the process; null when it has none or there is no such file.
+osg::Image* iconOf(osgEarth::Style const& style) {
+  static auto& known = *new std::map<std::string, osg::ref_ptr<osg::Image>>;
+  std::string const url = detail::iconUrl(style);
+  if (url.empty()) return nullptr;
+  osg::ref_ptr<osg::Image>& image = known[url];
+  if (image == nullptr) {  // what was not there may have come since
+    std::string const file = utils::resourceFile(QString::fromStdString(url));
+    if (!file.empty()) image = osgDB::readRefImageFile(file);
+  }
+  return image;
+}
+
+}  // namespace
+
+ISelectable::ISelectable() = default;
+ISelectable::~ISelectable() = default;
+
+void ISelectable::setSelected(bool value) {
+  if (value == isOn) return;
+  isOn = value;
+  showSelected(value);
+}
+
+SelectableFeatureNode::SelectableFeatureNode(osgEarth::Feature* feature, osgEarth::Style normal,
+                                             osgEarth::Style selected)
+    : osgEarth::FeatureNode(feature, normal), normalStyle(normal), selectedStyle(selected) {}
+
+SelectableFeatureNode::~SelectableFeatureNode() = default;
+
+void SelectableFeatureNode::showSelected(bool value) { setStyle(value ? selectedStyle : normalStyle); }
+
+SelectablePlaceNode::SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text,
+                                         osgEarth::Style normal, osgEarth::Style selected)
+    : osgEarth::PlaceNode(position, text, normal, iconOf(normal)), normalStyle(normal), selectedStyle(selected) {}
+
+SelectablePlaceNode::~SelectablePlaceNode() = default;
+
+void SelectablePlaceNode::showSelected(bool value) {
+  osgEarth::Style const& style = value ? selectedStyle : normalStyle;
+  setIconImage(iconOf(style));
+  setStyle(style);
+}
+
+}  // namespace mvz

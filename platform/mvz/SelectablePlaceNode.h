@@ -1,0 +1,31 @@
+// mvz::SelectablePlaceNode: an icon with a text on the map that can be selected.
+#pragma once
+
+#include <mvz/ISelectable.h>
+#include <utils/Export.h>
+
+#include <osgEarth/PlaceNode>
+#include <string>
+
+namespace mvz {
+
+/// Shows the first style normally and the second when it is selected. The icons that the styles name are looked for
+/// with `utils::resourceFile`; a point whose icon is not there is shown by its text alone.
+class KELVANE_EXPORT SelectablePlaceNode : public osgEarth::PlaceNode, public ISelectable {
+ public:
+  SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text, osgEarth::Style normal,
+                      osgEarth::Style selected);
+
+  osgEarth::Style const& getNormalStyle() const { return normalStyle; }
+  osgEarth::Style const& getSelectedStyle() const { return selectedStyle; }
+
+ protected:
+  ~SelectablePlaceNode() override;
+  void showSelected(bool value) override;
+
+ private:
+  osgEarth::Style normalStyle;
+  osgEarth::Style selectedStyle;
+};
+
+}  // namespace mvz

@@ -1,0 +1,126 @@
+#include <mvz/View.h>
+#include <mvz/detail/Decoration.h>
+#include <mvz/detail/PlanScale.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace mvz {
+namespace {
+
+/// Pixels around the bounds: half an icon with a label above or below it. Labels stand at the right of their points.
+constexpr double kMargin = 60.0;
+constexpr double kMarginRight = 140.0;
+/// In a small view the margins must leave most of it to the map.
+constexpr double kLargestMarginPart = 0.2;
+/// Metres: a single point, or several set up on one mark, is shown with its surroundings.
+constexpr double kLeastExtent = 10.0;
+/// Metres above and below the bounds that are still drawn: features that are added later stand higher or lower.
+constexpr double kHeightSlack = 1000.0;
+
+double margin(double wanted, int size) { return std::min(wanted, kLargestMarginPart * size); }
+
+bool isFinite(osg::Vec3d const& v) { return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z()); }
+
+/// The extent too: bounds from -1e308 to 1e308 have none.
+bool canBeShown(osg::BoundingBoxd const& bounds) {
+  return bounds.valid() && isFinite(bounds._min) && isFinite(bounds._max) && isFinite(bounds._max - bounds._min);
+}
+
+osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
+  osg::ref_ptr<osg::Camera> camera = new osg::Camera;
+  camera->setViewport(0, 0, width, height);
+  camera->setProjectionResizePolicy(osg::Camera::FIXED);
+  // The planes follow from the bounds; a far outlier in height must not move them. What is small on the picture is
+  // drawn all the same: a short line is a measured one.
+  camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+  camera->setCullingMode(osg::CullSettings::VIEW_FRUSTUM_SIDES_CULLING);
+  camera->setClearColor(osg::Vec4(1, 1, 1, 1));
+  return camera;
+}
+
+}  // namespace
+
+View::View(int width, int height) : camera(planCamera(std::max(width, 1), std::max(height, 1))), root(new osg::Group) {
+  root->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+  root->addChild(new detail::Decoration(camera));
+  camera->addChild(root);
+  frame(osg::BoundingBoxd(0, 0, 0, 0, 0, 0));
+}
+
+View::~View() = default;
+
+void View::setScene(osg::Node* node) {
+  osg::ref_ptr<osg::Node> const keep = node;
+  if (scene.valid()) root->removeChild(scene);
+  scene = node;
+  if (scene.valid()) root->insertChild(0, scene);
+  requestRedraw();
+}
+
+osg::Node* View::getScene() const { return scene; }
+
+osg::Camera* View::getCamera() const { return camera; }
+
+int View::getWidth() const { return static_cast<int>(camera->getViewport()->width()); }
+
+int View::getHeight() const { return static_cast<int>(camera->getViewport()->height()); }
+
+void View::setSize(int width, int height) {
+  double const scale = metresPerPixel();
+  double left = 0, right = 0, bottom = 0, top = 0, zNear = 0, zFar = 0;
+  camera->getProjectionMatrixAsOrtho(left, right, bottom, top, zNear, zFar);
+  camera->setViewport(0, 0, std::max(width, 1), std::max(height, 1));
+  lookAt(osg::Matrixd::inverse(camera->getViewMatrix()).getTrans(), scale, zFar);
+  requestRedraw();
+}
+
+void View::fullMap(osg::BoundingBoxd const& bounds) {
+  if (!canBeShown(bounds)) return;
+  frame(bounds);
+  requestRedraw();
+}
+
+void View::frame(osg::BoundingBoxd const& bounds) {
+  double const left = margin(kMargin, getWidth());
+  double const right = margin(kMarginRight, getWidth());
+  double const upright = margin(kMargin, getHeight());
+  osg::Vec3d const extent = bounds._max - bounds._min;
+  double const scale = std::max(std::max(extent.x(), kLeastExtent) / (getWidth() - left - right),
+                                std::max(extent.y(), kLeastExtent) / (getHeight() - 2 * upright));
+  // The middle of the bounds stands in the middle of what the margins leave, left of the middle of the view. Half the
+  // extent is added to the lower corner since the sum of two large numbers may overflow.
+  osg::Vec3d const middle = bounds._min + extent * 0.5;
+  osg::Vec3d const eye(middle.x() + (right - left) / 2 * scale, middle.y(), bounds.zMax() + kHeightSlack);
+  lookAt(eye, scale, extent.z() + 2 * kHeightSlack);
+}
+
+void View::lookAt(osg::Vec3d const& eye, double metresPerPixel, double depth) {
+  double const halfWidth = getWidth() * metresPerPixel / 2;
+  double const halfHeight = getHeight() * metresPerPixel / 2;
+  camera->setViewMatrix(osg::Matrixd::translate(-eye));
+  camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, depth);
+}
+
+osg::Vec2d View::toPixel(osg::Vec3d const& world) const {
+  // In two steps: the large coordinates go in the first.
+  osg::Vec3d const clip = (world * camera->getViewMatrix()) * camera->getProjectionMatrix();
+  return {(1 + clip.x()) / 2 * getWidth(), (1 - clip.y()) / 2 * getHeight()};
+}
+
+osg::Vec3d View::toWorld(osg::Vec2d const& pixel) const {
+  osg::Vec3d const clip(2 * pixel.x() / getWidth() - 1, 1 - 2 * pixel.y() / getHeight(), 0);
+  osg::Vec3d const seen = clip * osg::Matrixd::inverse(camera->getProjectionMatrix());
+  osg::Vec3d const world = seen * osg::Matrixd::inverse(camera->getViewMatrix());
+  return {world.x(), world.y(), 0};
+}
+
+double View::metresPerPixel() const { return detail::metresPerPixel(*camera); }
+
+void View::requestRedraw() { outdated = true; }
+
+bool View::needsRedraw() const { return outdated; }
+
+void View::drawn() { outdated = false; }
+
+}  // namespace mvz

@@ -1,0 +1,81 @@
+// mvz::View: a plan view of the map, looking down with north up.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <atomic>
+#include <osg/BoundingBox>
+#include <osg/Camera>
+#include <osg/Group>
+#include <osg/Referenced>
+#include <osg/Vec2d>
+#include <osg/Vec3d>
+#include <osg/ref_ptr>
+
+namespace mvz {
+
+/// An orthographic view from above: easting (x of the world, metres) to the right, northing (y) up.
+///
+/// The view owns a camera and its size in pixels. The camera has one child, which holds the scene and, drawn over it, a
+/// scale bar and a north arrow. A host that shows the map in a window derives from this class and gives both to its
+/// viewer: `viewer.setCamera(view.getCamera())`, `viewer.setSceneData(view.getCamera()->getChild(0))`.
+///
+/// Coordinates of 4,000,000 m do not shake: the camera's matrices are doubles, as long as the scene keeps its geometry
+/// close to the origin of a transformation (osg::MatrixTransform), since OpenGL itself counts in single precision.
+class KELVANE_EXPORT View : public osg::Referenced {
+ public:
+  /// A view of the surroundings of the origin. A size below 1 counts as 1.
+  View(int width, int height);
+  View(View const&) = delete;
+  View& operator=(View const&) = delete;
+
+  /// What the view shows; null shows nothing. The view keeps the scene alive.
+  virtual void setScene(osg::Node* node);
+  [[nodiscard]] osg::Node* getScene() const;
+
+  [[nodiscard]] osg::Camera* getCamera() const;
+
+  /// Size in pixels, at least 1. Centre and scale of the map stay.
+  void setSize(int width, int height);
+  [[nodiscard]] int getWidth() const;
+  [[nodiscard]] int getHeight() const;
+
+  /// Moves the camera so that the bounds (metres, world) fill the view, less a margin for icons and labels.
+  ///
+  /// The margin is 60 pixels, at the right 140, and at most a fifth of the size on each side. A point or a very small
+  /// area is shown as one of 10 m. Bounds that are empty or not finite change nothing.
+  virtual void fullMap(osg::BoundingBoxd const& bounds);
+
+  /// Pixels from the upper left corner, x to the right and y down; fractions are kept, pixel (0, 0) ends at (1, 1).
+  [[nodiscard]] osg::Vec2d toPixel(osg::Vec3d const& world) const;
+
+  /// The place at height 0 that is seen at a pixel: the inverse of `toPixel`.
+  [[nodiscard]] osg::Vec3d toWorld(osg::Vec2d const& pixel) const;
+
+  /// Width of a pixel in the world, metres.
+  [[nodiscard]] double metresPerPixel() const;
+
+  /// Notes that the picture is out of date; may be called from any thread. A window of the host asks for a repaint
+  /// here.
+  virtual void requestRedraw();
+
+  /// Whether the picture is out of date: from the start, after each change of the view, and after `requestRedraw`.
+  [[nodiscard]] bool needsRedraw() const;
+
+  /// Notes that the picture is about to be drawn anew.
+  void drawn();
+
+ protected:
+  ~View() override;
+
+ private:
+  void frame(osg::BoundingBoxd const& bounds);
+  void lookAt(osg::Vec3d const& eye, double metresPerPixel, double depth);
+
+  osg::ref_ptr<osg::Camera> camera;
+  osg::ref_ptr<osg::Group> root;
+  osg::ref_ptr<osg::Node> scene;
+  std::atomic<bool> outdated{true};
+};
+
+}  // namespace mvz

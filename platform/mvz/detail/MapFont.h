@@ -1,0 +1,16 @@
+// The font of the map's labels.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <string>
+
+namespace mvz::detail {
+
+/// Path of a font file with Chinese characters where the machine has one; empty when there is none of those known here,
+/// and then osgText's own font serves.
+///
+/// The environment variable KELVANE_FONT goes first, whatever it names. Looked for once a process.
+KELVANE_EXPORT std::string const& mapFontFile();
+
+}  // namespace mvz::detail

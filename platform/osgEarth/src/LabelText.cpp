@@ -1,0 +1,151 @@
+#include "LabelText.h"
+
+#include "SharedCache.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <mutex>
+#include <osgText/Font>
+
+namespace osgEarth {
+namespace {
+
+constexpr float kGapPixels = 2.0f;  // between icon and text
+
+/// The font of a file, read once in the process; null, which is the built-in font, for one that cannot be read.
+osg::ref_ptr<osgText::Font> fontOf(std::string const& file) {
+  if (file.empty()) return nullptr;
+  // Never destroyed: a host may draw after the statics of this library are gone.
+  static auto* const mutex = new std::mutex;
+  static auto* const fonts = new std::map<std::string, osg::ref_ptr<osgText::Font>>;
+  std::lock_guard<std::mutex> const hold(*mutex);
+  auto const found = fonts->find(file);
+  if (found != fonts->end()) return found->second;
+  return fonts->emplace(file, osgText::readRefFontFile(file)).first->second;
+}
+
+osgText::String::Encoding encodingOf(TextSymbol::Encoding encoding) {
+  switch (encoding) {
+    case TextSymbol::ENCODING_UTF8:
+      return osgText::String::ENCODING_UTF8;
+    case TextSymbol::ENCODING_UTF16:
+      return osgText::String::ENCODING_UTF16;
+    case TextSymbol::ENCODING_UTF32:
+      return osgText::String::ENCODING_UTF32;
+    default:
+      return osgText::String::ENCODING_ASCII;
+  }
+}
+
+using Text = osgText::Text;
+
+osgText::Text::AlignmentType alignmentOf(TextSymbol::Alignment alignment) {
+  // In the order of TextSymbol::Alignment.
+  constexpr std::array kAlignments{Text::LEFT_TOP,
+                                   Text::LEFT_CENTER,
+                                   Text::LEFT_BOTTOM,
+                                   Text::CENTER_TOP,
+                                   Text::CENTER_CENTER,
+                                   Text::CENTER_BOTTOM,
+                                   Text::RIGHT_TOP,
+                                   Text::RIGHT_CENTER,
+                                   Text::RIGHT_BOTTOM,
+                                   Text::LEFT_BASE_LINE,
+                                   Text::CENTER_BASE_LINE,
+                                   Text::RIGHT_BASE_LINE,
+                                   Text::LEFT_BOTTOM_BASE_LINE,
+                                   Text::CENTER_BOTTOM_BASE_LINE,
+                                   Text::RIGHT_BOTTOM_BASE_LINE};
+  return kAlignments.at(static_cast<std::size_t>(alignment));
+}
+
+/// Which side of the icon a text stands on: a text that is aligned by its left end stands right of it.
+int sideOf(Text::AlignmentType alignment) {
+  switch (alignment) {
+    case Text::LEFT_TOP:
+    case Text::LEFT_CENTER:
+    case Text::LEFT_BOTTOM:
+    case Text::LEFT_BASE_LINE:
+    case Text::LEFT_BOTTOM_BASE_LINE:
+      return 1;
+    case Text::RIGHT_TOP:
+    case Text::RIGHT_CENTER:
+    case Text::RIGHT_BOTTOM:
+    case Text::RIGHT_BASE_LINE:
+    case Text::RIGHT_BOTTOM_BASE_LINE:
+      return -1;
+    default:
+      return 0;
+  }
+}
+
+/// Below, level with the middle or above: a text that is aligned by its top stands below.
+int levelOf(Text::AlignmentType alignment) {
+  switch (alignment) {
+    case Text::LEFT_TOP:
+    case Text::CENTER_TOP:
+    case Text::RIGHT_TOP:
+      return -1;
+    case Text::LEFT_BOTTOM:
+    case Text::CENTER_BOTTOM:
+    case Text::RIGHT_BOTTOM:
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+float along(int side, float low, float high) {
+  if (side == 0) return (low + high) / 2;
+  return side < 0 ? low - kGapPixels : high + kGapPixels;
+}
+
+}  // namespace
+
+LabelText::LabelText(std::string const& text, TextSymbol const* symbol, osg::BoundingBox const& icon) {
+  osg::ref_ptr<TextSymbol const> const settings = symbol != nullptr ? symbol : new TextSymbol;
+  applySymbol(*settings);
+  placeBeside(icon);
+  setContent(text);
+}
+
+LabelText::~LabelText() = default;
+
+void LabelText::applySymbol(TextSymbol const& symbol) {
+  float const size = std::max(symbol.size().get().eval(), 1.0f);
+  setFont(fontOf(symbol.font().get()));
+  setCharacterSize(size);
+  setFontResolution(static_cast<unsigned>(size), static_cast<unsigned>(size));
+  setColor(symbol.fill().get().color());
+  setAlignment(alignmentOf(symbol.alignment().get()));
+  if (symbol.halo().isSet()) {
+    setBackdropType(OUTLINE);
+    setBackdropColor(symbol.halo().get().color());
+  }
+  encoding_ = encodingOf(symbol.encoding().get());
+  givesWay = symbol.declutter().get();
+  osg::Vec2s const& offset = symbol.pixelOffset().get();
+  pixelOffset_.set(offset.x(), offset.y(), 0.0f);
+}
+
+void LabelText::setContent(std::string const& text) { setText(text, encoding_); }
+
+void LabelText::placeBeside(osg::BoundingBox const& icon) {
+  osg::Vec3 place;
+  if (icon.valid()) {
+    place.x() = along(sideOf(getAlignment()), icon.xMin(), icon.xMax());
+    place.y() = along(levelOf(getAlignment()), icon.yMin(), icon.yMax());
+  }
+  setPosition(place + pixelOffset_);
+}
+
+osg::StateSet* LabelText::createStateSet() {
+  osg::ref_ptr<osg::StateSet> const common = osgText::Text::createStateSet();
+  if (!common.valid()) return nullptr;
+  // Never destroyed: nodes of a host may outlive the statics of this library.
+  static auto* const copies = new SharedCache<osg::StateSet*, osg::StateSet>;
+  return copies->get(common, [&] { return osg::ref_ptr<osg::StateSet>(new osg::StateSet(*common)); }).release();
+}
+
+}  // namespace osgEarth

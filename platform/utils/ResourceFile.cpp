@@ -1,0 +1,48 @@
+#include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+#include <utils/ResourceFile.h>
+
+#include <dlfcn.h>
+#include <QCoreApplication>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+namespace utils {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path native(QString const& path) { return nativePath(HTextCodec::ToLocal8Bit(path)); }
+
+/// Any address of the library will do to ask the loader where the library is.
+fs::path folderOfLibrary() {
+  static char const inside = 0;
+  Dl_info info{};
+  if (dladdr(&inside, &info) == 0 || info.dli_fname == nullptr) return {};
+  std::error_code error;
+  fs::path const file = fs::absolute(info.dli_fname, error);
+  return error ? fs::path() : file.parent_path();
+}
+
+std::vector<fs::path> installations() {
+  std::vector<fs::path> all{fs::path()};
+  if (QCoreApplication::instance() != nullptr) all.push_back(native(QCoreApplication::applicationDirPath()));
+  static fs::path const library = folderOfLibrary();
+  if (!library.empty()) all.insert(all.end(), {library / KELVANE_DATA_FROM_LIBRARY, library / "../share/kelvane"});
+  return all;
+}
+
+}  // namespace
+
+std::string resourceFile(QString const& relative) {
+  fs::path const wanted = native(QString(relative).replace(QLatin1Char('\\'), QLatin1Char('/')));
+  for (fs::path const& folder : installations()) {
+    fs::path const candidate = folder / wanted;  // an absolute path stays what it is
+    std::error_code error;
+    if (fs::is_regular_file(candidate, error)) return candidate.string();
+  }
+  return {};
+}
+
+}  // namespace utils

@@ -1,0 +1,32 @@
+// Files that the library finds at run time.
+#include <gtest/gtest.h>
+#include <utils/ResourceFile.h>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include "support/Support.h"
+
+namespace {
+
+constexpr char const* kIcon = "config\\earth\\img\\kvn_stationpoint.png";
+
+TEST(ResourceFile, TheWorkingDirectoryComesBeforeWhatCameWithTheLibrary) {
+  QTemporaryDir const folder;
+  QString const before = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(folder.path()));
+  std::string const shipped = utils::resourceFile(kIcon);
+  ASSERT_TRUE(QDir().mkpath("config/earth/img"));
+  test::writeFile("config/earth/img/kvn_stationpoint.png", "own");
+  std::string const own = utils::resourceFile(kIcon);
+  QDir::setCurrent(before);
+  EXPECT_EQ(test::fileBytes(QString::fromStdString(shipped)).substr(1, 3), "PNG");
+  EXPECT_EQ(own, "config/earth/img/kvn_stationpoint.png");
+}
+
+TEST(ResourceFile, WhatIsNotThereIsEmptyAndAFolderIsNoFile) {
+  EXPECT_EQ(utils::resourceFile("config\\earth\\img\\none.png"), "");
+  EXPECT_EQ(utils::resourceFile("config\\earth"), "");
+  EXPECT_EQ(utils::resourceFile("/no/such/file"), "");
+}
+
+}  // namespace
