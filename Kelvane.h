@@ -42,7 +42,15 @@
 #include "formats/ITraverseDataCollcetion.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
+#include "map/CoordinateDataTool.h"
+#include "map/FeatureLook.h"
+#include "map/GeometryDataTool.h"
+#include "map/ILayer.h"
+#include "map/KVNLayer.h"
+#include "map/LineDataTool.h"
+#include "map/MapScene.h"
 #include "map/MapShowData.h"
+#include "map/PointDataTool.h"
 #include "records/AttributeType.h"
 #include "records/CalculationRecords.h"
 #include "records/CoordinatePointInfo.h"
@@ -65,7 +73,15 @@
 #include "reduction/NetworkDataCollection.h"
 #include "reduction/TraverseDataManage.h"
 
+#include <mvz/CommonAnnotationLayer.h>
+#include <mvz/GeometryDataTool.h>
+#include <mvz/ILayer.h>
+#include <mvz/ISelectable.h>
+#include <mvz/OffscreenView.h>
 #include <mvz/ProjectMapScene.h>
+#include <mvz/SelectableFeatureNode.h>
+#include <mvz/SelectablePlaceNode.h>
+#include <mvz/View.h>
 #include <mvz/ViewerManager.h>
 #include <utils/Degree.h>
 #include <utils/FileText.h>
@@ -75,4 +91,5 @@
 #include <utils/IProcessCancel.h>
 #include <utils/Number.h>
 #include <utils/QLogicError.h>
+#include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>

@@ -3,6 +3,7 @@
 
 #include "core/Configure.h"
 #include "records/CoordinatePointInfo.h"
+#include "records/FeatureDataType.h"
 #include "records/Network.h"
 #include "records/StationMap.h"
 #include "records/TraverseDataInfo.h"
@@ -78,6 +79,10 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// @throws QLogicError for a known kind whose reader this version does not have, and what the import throws.
   virtual void read(QString const& path);
 
+  virtual void clearMapData();  ///< takes everything off the map and repaints it; the layers stay
+  /// Takes the features of one type off the map.
+  void clearMapData(FeatureDataType type, bool redraw);
+
   /// Empties rows, network and coordinate list, restores `configure`, and clears `projectFile` and `version`.
   virtual void resetData();
 
@@ -113,6 +118,18 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// Replaces the coordinate list by the adjusted points, with adjusted heights unless `TraversePointAdjust` says
   /// otherwise. Nothing happens without a calculation.
   void algorithmPointConvertCoord();
+
+  // The map. Nothing is cleared before something is drawn.
+
+  MapScene* getOrCreateMapScene();  ///< on the viewer manager of the system, which may be null
+  /// Draws everything. @throws QLogicError "User Cancel".
+  void build();
+  /// Draws the observation rows or, where they are not to be shown or there are none, the network, and frames it. A
+  /// failure to place the points of the network is sent as an `Error` message, and nothing is drawn. A line with an
+  /// end that has no coordinates is left out, with a `Warning` that names it.
+  void buildMapInputData();
+  void buildCoordData();  ///< draws the coordinate list, under the viewers' lock. @throws QLogicError "User Cancel".
+  void fullShowMap();     ///< moves the views to the coordinate points, then to the lines of the network
 
   bool checkVRDData();       ///< `TraverseDataManage::checkData` of the rows
   void resetVRDDataState();  ///< `TraverseDataManage::resetVRDDataState` of the rows
@@ -182,6 +199,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
 
  private:
   std::unique_ptr<CommandManager> commandManager;
+  std::unique_ptr<MapScene> mapScene;
   std::uint64_t saveTime = 0;
   std::uint64_t modifyTime = 0;
   QString projectFile;

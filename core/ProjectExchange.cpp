@@ -10,6 +10,7 @@
 #include "formats/CosaCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
+#include "map/MapScene.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -69,6 +70,7 @@ void Project::importVRDLQFFile(QString const& path) {
 void Project::importCoordFile(QString const& path) {
   CoordinateDataCollection collection;
   collection.read(path);
+  if (!coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
   *coordinatePointList = collection.getCoordinateDataList();
   coordFile = path;
 }

@@ -10,6 +10,7 @@
 #include "core/System.h"
 #include "formats/INetworkDataCollection.h"
 #include "formats/ITraverseDataCollcetion.h"
+#include "map/MapScene.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
 #include "reduction/TraverseDataManage.h"

@@ -7,6 +7,7 @@
 #include "core/Project.h"
 #include "core/System.h"
 #include "formats/ITraverseDataCollcetion.h"
+#include "map/MapScene.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
@@ -28,6 +29,10 @@ Project::Project()
 Project::~Project() {
   // Commands first: what they hold may lead into the lists.
   commandManager.reset();
+  try {
+    Project::clearMapData();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): a view of the host cannot repaint, and there is nobody left to tell
+  }
 }
 
 void Project::resetData() {
@@ -106,7 +111,7 @@ void Project::checkCancelAndThrow() const {
 void Project::traverseDataToAlgorithData() {}
 
 CommandManager* Project::getCommandManager() const { return commandManager.get(); }
-MapScene* Project::getMapScene() const { return nullptr; }
+MapScene* Project::getMapScene() const { return mapScene.get(); }
 QString Project::getVersion() const { return version; }
 void Project::setVersion(QString value) { version = std::move(value); }
 Project::FileType Project::getFileType() const { return fileType; }

@@ -1,6 +1,7 @@
 #include "core/System.h"
 
 #include "core/Project.h"
+#include "map/MapScene.h"
 
 #include <mvz/ViewerManager.h>
 #include <utils/HTextCodec.h>
@@ -18,6 +19,7 @@
 #include <algorithm>
 #include <osg/ref_ptr>
 #include <utility>
+#include <vector>
 
 namespace kvn {
 
@@ -159,6 +161,18 @@ mvz::ViewerManager* System::getMvzViewerManager() const {
 }
 
 void System::setMvzViewerManager(mvz::ViewerManager* value) { data->viewerManager = value; }
+
+void System::fullMapSystem() {
+  std::vector<osgEarth::Layer*> all;
+  for (auto const& project : projectList) {
+    MapScene const* const scene = project->getOrCreateMapScene();
+    std::vector<osgEarth::Layer*> const layers = scene->getLayers();
+    all.insert(all.end(), layers.begin(), layers.end());
+  }
+  mvz::ViewerManager* const viewers = getMvzViewerManager();
+  if (!all.empty() && viewers != nullptr) viewers->fullMapAllView(all);
+}
+
 utils::UserBehavior* System::getUserBehavior() const { return data->userBehavior; }
 void System::setUserBehavior(utils::UserBehavior* value) { data->userBehavior = value; }
 

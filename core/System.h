@@ -70,6 +70,7 @@ class KELVANE_EXPORT System {
 
   mvz::ViewerManager* getMvzViewerManager() const;      ///< may be null: a host without a map
   void setMvzViewerManager(mvz::ViewerManager* value);  ///< counted while it is stored
+  void fullMapSystem();                                 ///< moves all views so that all projects of the list fill them
   utils::UserBehavior* getUserBehavior() const;
   void setUserBehavior(utils::UserBehavior* value);  ///< not owned; the former one stays with its Qt parent
 

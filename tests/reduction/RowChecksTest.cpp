@@ -166,7 +166,7 @@ TEST(Findings, AreWordedWithTheirNames) {
       {"The Station S%2 of Prism Point P1,P2 of 2C value error of horizontal angle exist error", kvn::Warning},
       {"The Station T of Back View are multiple", kvn::Warning}};
   EXPECT_EQ(host.messages, expected);
-  EXPECT_TRUE(kvn::Translation({}).isEmpty());
+  EXPECT_TRUE(kvn::Translation(std::vector<kvn::ErrorInfo>()).isEmpty());
 }
 
 }  // namespace

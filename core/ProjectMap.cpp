@@ -1,0 +1,125 @@
+// The map of a project: its scene, what is drawn there, and what is taken off.
+#include "adjust/AlgorithmAdjust.h"
+#include "adjust/AlgorithmData.h"
+#include "adjust/TriangleHeightAdjust.h"
+#include "commands/CommandManager.h"
+#include "core/OutputReport.h"
+#include "core/Project.h"
+#include "core/System.h"
+#include "formats/ITraverseDataCollcetion.h"
+#include "map/CoordinateDataTool.h"
+#include "map/LineDataTool.h"
+#include "map/MapScene.h"
+#include "map/MapShowData.h"
+#include "map/PointDataTool.h"
+
+#include <mvz/ViewerManager.h>
+
+#include <utility>
+
+namespace kvn {
+namespace {
+
+mvz::ViewerManager* viewers() {
+  System const* const system = System::Instance();
+  return system == nullptr ? nullptr : system->getMvzViewerManager();
+}
+
+void tell(QString const& text, MessType type) {
+  System const* const system = System::Instance();
+  if (system != nullptr) system->sendMessage(text, type);
+}
+
+void frame(osgEarth::Layer* layer) {
+  mvz::ViewerManager* const manager = viewers();
+  if (manager != nullptr) manager->fullMapAllView({layer});
+}
+
+/// An end that found no point has no name either.
+bool isPlaced(DrawLine const& line, NetworkDataInfo const& observed) {
+  return line.start.name == observed.start_name && line.end.name == observed.end_name;
+}
+
+QString nameOf(NetworkDataInfo const& observed) {
+  return QString::fromStdString(observed.start_name) + "-" + QString::fromStdString(observed.end_name);
+}
+
+/// The lines of a network that have both ends; the others are told.
+std::vector<DrawLine> placedLines(std::vector<DrawLine> const& lines, Network const& network) {
+  std::vector<DrawLine> placed;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (isPlaced(lines[i], network.lines[i])) {
+      placed.push_back(lines[i]);
+    } else {
+      tell(System::tr("The line %1 is not drawn: an end has no coordinates").arg(nameOf(network.lines[i])), Warning);
+    }
+  }
+  return placed;
+}
+
+}  // namespace
+
+MapScene* Project::getOrCreateMapScene() {
+  if (mapScene == nullptr) mapScene = std::make_unique<MapScene>(this, viewers(), nullptr);
+  return mapScene.get();
+}
+
+void Project::clearMapData() {
+  if (mapScene == nullptr) return;
+  mapScene->clearAllFeature();
+  mvz::ProjectMapScene::reDraw();
+}
+
+void Project::clearMapData(FeatureDataType type, bool redraw) {
+  if (mapScene == nullptr) return;
+  mapScene->removeFeature(type);
+  if (redraw) mvz::ProjectMapScene::reDraw();
+}
+
+void Project::build() {
+  buildMapInputData();
+  buildCoordData();
+}
+
+void Project::buildMapInputData() {
+  if (network->isEmpty() && traverseDataList->empty()) return;
+  bool const ofRows = operationType == ObservationView && !traverseDataList->empty();
+  MapShowData input;
+  try {
+    if (ofRows) {
+      input.setTraverseDataList(*traverseDataList);
+      input.convertTraverseData();
+    } else if (!network->isEmpty()) {
+      input.setNetwrok(*network);
+      input.calculateApproximate();
+      input.handle();
+    }
+  } catch (std::exception const& failure) {
+    tell(QString::fromUtf8(failure.what()) + "," + System::tr("generate map data failed"), Error);
+    return;
+  }
+  LineDataTool lineTool(getOrCreateMapScene());
+  for (DrawLine const& line : ofRows ? input.getLine() : placedLines(input.getLine(), *network)) lineTool.build(line);
+  PointDataTool pointTool(getOrCreateMapScene());
+  for (DrawPoint const& point : input.getPoint()) pointTool.build(point);
+  frame(mapScene->getLayer(FeatureDataType::NetworkData));
+}
+
+void Project::buildCoordData() {
+  if (coordinatePointList->empty()) return;
+  auto const hold = mvz::ViewerManager::LockOf(viewers());
+  CoordinateDataTool tool(getOrCreateMapScene());
+  for (CoordinatePointInfo const& point : *coordinatePointList) {
+    checkCancelAndThrow();
+    tool.build(point);
+  }
+  mvz::ProjectMapScene::reDraw();
+}
+
+void Project::fullShowMap() {
+  if (!coordinatePointList->empty()) frame(getOrCreateMapScene()->getLayer(FeatureDataType::CoordData));
+  if (network->isEmpty() && algorithmAdjust == nullptr) return;
+  frame(getOrCreateMapScene()->getLayer(FeatureDataType::NetworkData));
+}
+
+}  // namespace kvn

@@ -1,0 +1,192 @@
+// What the tools make of records: features, their texts and looks, and what they find in the list.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <utils/QLogicError.h>
+#include <chrono>
+#include <cstdio>
+#include <future>
+#include <osgEarth/FeatureNode>
+#include <osgEarth/PlaceNode>
+
+#include "map/MapFixture.h"
+#include "mvz/detail/OsgEarthVersions.h"
+
+namespace {
+
+using namespace kvn;
+using test::featuresOf;
+using testing::ElementsAre;
+
+struct DrawingTools : test::MapProject {
+  MapScene& scene = *project->getOrCreateMapScene();
+  std::string systemTag = address(&system);
+  std::string projectTag = address(project.get());
+
+  static std::string address(void const* object) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%p", object);
+    return text + 2;  // without the 0x
+  }
+
+  void describe(bool value) const { system.getConfig()->root()["Globle"]["Configuration"]["DisplayDescribe"] = value; }
+};
+
+std::string textAndIcon(osgEarth::AnnotationNode* node) {
+  auto* const place = dynamic_cast<osgEarth::PlaceNode*>(node);
+  auto const* const both = dynamic_cast<mvz::SelectablePlaceNode const*>(node);
+  if (place == nullptr || both == nullptr) return "no place";
+  return place->getText() + "|" + mvz::detail::iconUrl(both->getNormalStyle()) + "|" +
+         mvz::detail::iconUrl(both->getSelectedStyle());
+}
+
+TEST_F(DrawingTools, PointsCarryIconTextPlaceAndInfo) {
+  PointDataTool tool(&scene);
+  DrawPoint station(4000000, 500000, 12, "A");
+  station.id = "1";
+  station.pointType = TraversePointType::StationPoint;
+  DrawPoint target(4000100, 500000, 13, "A");
+  target.id = "2";
+  tool.build(station);
+  tool.build(target);
+  CoordinateDataTool(&scene).build(point("3", "P", 10, 20));
+  auto const points = featuresOf(scene, FeatureDataType::ViewPointData);
+  auto const coordinates = featuresOf(scene, FeatureDataType::CoordData);
+  ASSERT_TRUE(points.size() == 2 && coordinates.size() == 1);
+  std::string const folder = "config\\earth\\img\\kvn_";
+  EXPECT_EQ(textAndIcon(points[0]), "A|" + folder + "stationpoint.png|" + folder + "stationpoint_2x.png");
+  EXPECT_EQ(textAndIcon(points[1]), "A|" + folder + "prismpoint.png|" + folder + "prismpoint_2x.png");
+  EXPECT_EQ(textAndIcon(coordinates[0]), "P|" + folder + "coordpoint.png|" + folder + "coordpoint_2x.png");
+  EXPECT_THAT(test::infoOf(points[0]), ElementsAre("1", "ViewPointData:StationPoint", "A", systemTag, projectTag));
+  EXPECT_THAT(test::infoOf(points[1]), ElementsAre("2", "ViewPointData:PrismPoint", "A", systemTag, projectTag));
+  EXPECT_THAT(test::infoOf(coordinates[0]), ElementsAre("3", "CoordData", "P", systemTag, projectTag));
+  EXPECT_EQ(dynamic_cast<osgEarth::PlaceNode&>(*points[0]).getPosition().vec3d(), osg::Vec3d(500000, 4000000, 12));
+  ASSERT_NE(dynamic_cast<osgEarth::PlaceNode&>(*points[0]).getIconImage(), nullptr);
+  EXPECT_EQ(dynamic_cast<osgEarth::PlaceNode&>(*points[0]).getIconImage()->s(), 18);
+  dynamic_cast<mvz::ISelectable&>(*points[0]).setSelected(true);
+  EXPECT_EQ(dynamic_cast<osgEarth::PlaceNode&>(*points[0]).getIconImage()->s(), 36);
+}
+
+TEST_F(DrawingTools, LinesLieAtHeightZeroInTheirColours) {
+  LineDataTool tool(&scene);
+  tool.build(DrawLine(DrawPoint(4000000, 500000, 12, "A"), DrawPoint(4000100, 500050, 13, "B")));
+  auto const lines = featuresOf(scene, FeatureDataType::NetworkData);
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_THAT(test::infoOf(lines[0]), ElementsAre("", "NetworkData", "KelvaneData", systemTag, projectTag));
+  auto& node = dynamic_cast<mvz::SelectableFeatureNode&>(*lines[0]);
+  osgEarth::Geometry const& geometry = *node.getFeature()->getGeometry();
+  EXPECT_THAT(std::vector<osg::Vec3d>(geometry.begin(), geometry.end()),
+              ElementsAre(osg::Vec3d(500000, 4000000, 0), osg::Vec3d(500050, 4000100, 0)));
+  EXPECT_EQ(node.getFeature()->getSRS(), scene.getSRS());
+  auto const strokeOf = [](osgEarth::Style const& style) -> osgEarth::Stroke const& {
+    return style.get<osgEarth::LineSymbol>()->stroke().get();
+  };
+  EXPECT_EQ(strokeOf(node.getNormalStyle()).color().toHTML(), "#9893d8ff");
+  EXPECT_EQ(mvz::detail::pixels(strokeOf(node.getNormalStyle()).width()), 1.0F);
+  // The selected style keeps what the map gives it.
+  osgEarth::Style const selected = tool.mvz::GeometryDataTool::getSelectedStyle();
+  EXPECT_EQ(strokeOf(node.getSelectedStyle()).color().toHTML(), strokeOf(selected).color().toHTML());
+  EXPECT_EQ(mvz::detail::pixels(strokeOf(node.getSelectedStyle()).width()),
+            mvz::detail::pixels(strokeOf(selected).width()));
+  node.setSelected(true);
+  EXPECT_EQ(strokeOf(node.getStyle()).color().toHTML(), strokeOf(selected).color().toHTML());
+  EXPECT_TRUE(tool.getColor() == 0xB1A8D6FF && LineDataTool::GetDataTypeName() == "KelvaneData");
+}
+
+TEST_F(DrawingTools, DescriptionsStandBehindTheNameOnlyOnRequest) {
+  struct Tool : CoordinateDataTool {
+    using CoordinateDataTool::CoordinateDataTool;
+    using CoordinateDataTool::getDisplayText;
+  };
+  CoordinatePointInfo marked = point("1", "P1", 0, 0);
+  EXPECT_EQ(Tool(&scene).getDisplayText(marked), "P1");
+  marked.signal = "A";
+  EXPECT_EQ(Tool(&scene).getDisplayText(marked), "P1");
+  describe(true);
+  EXPECT_EQ(Tool(&scene).getDisplayText(marked), "P1,A");
+  EXPECT_EQ(Tool(&scene).getDisplayText(point("1", "P1", 0, 0)), "P1");
+  describe(false);
+  EXPECT_EQ(Tool(&scene).getDisplayText(marked), "P1");
+}
+
+TEST_F(DrawingTools, FindsPointsByIdByFeatureAndByName) {
+  project->setCoordinatePointList({point("a", "P", 1, 2), point("b", " Q", 3, 4), point("a", "Q", 5, 6)});
+  CoordinateDataTool tool(&scene);
+  auto& list = project->getCoordinatePointList();
+  EXPECT_EQ(tool.getCoordinateDataList(), &list);
+  bool ok = true;
+  EXPECT_EQ(tool.findData(QString("a"), &ok), &list[0]);
+  EXPECT_EQ(tool.findData(QString("  "), &ok), nullptr);
+  EXPECT_EQ(tool.findData(QString(" a"), &ok), nullptr);  // blanks around an id count
+  EXPECT_TRUE(ok);                                        // told for features alone
+  osg::ref_ptr<osgEarth::PlaceNode> const stranger = new osgEarth::PlaceNode();
+  EXPECT_TRUE(tool.findData(stranger.get(), &ok) == nullptr && !ok);
+  tool.build(list[1]);
+  EXPECT_EQ(tool.findData(featuresOf(scene, FeatureDataType::CoordData)[0], &ok), &list[1]);
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(tool.findName(" Q "), &list[2]);
+  EXPECT_EQ(tool.findName("q"), nullptr);
+}
+
+TEST_F(DrawingTools, RemovingTakesAllPointsOfTheIdOutOfTheListAndNoneOffTheMap) {
+  project->setCoordinatePointList({point("a", "P", 1, 2), point("b", "Q", 3, 4), point("a", "R", 5, 6)});
+  project->buildCoordData();
+  CoordinateDataTool tool(&scene);
+  EXPECT_FALSE(tool.remove(project->getCoordinatePointList()[0]));
+  ASSERT_EQ(project->getCoordinatePointList().size(), 1U);
+  EXPECT_EQ(project->getCoordinatePointList()[0].name, "Q");
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::CoordData).size(), 3U);
+  EXPECT_FALSE(tool.updateMap("b") || tool.modify(point("b", "Q", 0, 0)) || tool.GeometryDataTool::remove("b"));
+}
+
+TEST_F(DrawingTools, ACancelledLineIsNotDrawn) {
+  LineDataTool tool(&scene);
+  int left = 1;
+  tool.setCancelCall([&left] { return left-- == 0; });
+  tool.build(DrawLine());
+  EXPECT_EQ(test::failureOf<QLogicError>([&tool] { tool.build(DrawLine()); }), "User Cancel");
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::NetworkData).size(), 1U);
+}
+
+TEST_F(DrawingTools, ALayerOfAnotherClassIsNotDrawnInto) {
+  osg::ref_ptr<osgEarth::AnnotationLayer> const foreign = new osgEarth::AnnotationLayer;
+  foreign->setName("NetworkData");
+  scene.addLayer(foreign);
+  LineDataTool tool(&scene);
+  EXPECT_EQ(tool.getOrCreateLayer(), nullptr);
+  tool.build(DrawLine());
+  EXPECT_EQ(foreign->getGroup()->getNumChildren(), 0U);
+}
+
+TEST_F(DrawingTools, GiveTheDatumOfTheProject) {
+  VRD_DAM_PARA_T datum{};
+  datum.bytes[5] = 7;
+  project->setDatumParam(datum);
+  PointDataTool tool(&scene);
+  PointDataTool const copy = tool;
+  tool.setProject(nullptr);
+  VRD_DAM_PARA_T got{};
+  EXPECT_TRUE(copy.getVrd_dam_para(got));
+  EXPECT_EQ(got.bytes, datum.bytes);
+  scene.setProject(nullptr);
+  EXPECT_FALSE(copy.getVrd_dam_para(got));
+}
+
+TEST_F(DrawingTools, DrawUnderTheViewersLock) {
+  struct Watching : PointDataTool {
+    using PointDataTool::PointDataTool;
+    mvz::ViewerManager* watched = nullptr;
+    mutable std::future<void> other;
+    mutable bool wasFree = true;
+    osgEarth::Style getStyle() const override {
+      other = std::async(std::launch::async, [this] { auto const hold = watched->lock(); });
+      wasFree = other.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
+      return PointDataTool::getStyle();
+    }
+  };
+  Watching tool(&scene);
+  tool.watched = viewers;
+  tool.build(DrawPoint(1, 2, 3, "A"));
+  EXPECT_FALSE(tool.wasFree);
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+// Layers, features, selection and framing of a scene, without a picture.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <QMetaObject>
+#include <osg/Group>
+#include <osgEarth/AnnotationLayer>
+
+#include "map/MapFixture.h"
+
+namespace {
+
+using namespace kvn;
+using test::featuresOf;
+using testing::ElementsAre;
+
+struct MapSceneTest : test::MapProject {};
+
+TEST_F(MapSceneTest, MakesOneLayerOfATypeAndTakesItsFeaturesOff) {
+  MapScene& scene = *project->getOrCreateMapScene();
+  EXPECT_EQ(scene.getLayer(FeatureDataType::CoordData), nullptr);
+  EXPECT_EQ(scene.getILayer(FeatureDataType::CoordData), nullptr);
+  EXPECT_FALSE(scene.removeFeature(FeatureDataType::CoordData));
+  EXPECT_TRUE(scene.getLayers().empty());
+  osgEarth::Layer* const layer = scene.getOrCreateLayer(FeatureDataType::CoordData);
+  EXPECT_EQ(scene.getOrCreateLayer(FeatureDataType::CoordData), layer);
+  EXPECT_EQ(layer->getName(), "CoordData");
+  CoordinateDataTool(&scene).build(point("1", "P", 1, 2));
+  EXPECT_TRUE(scene.removeFeature(FeatureDataType::CoordData));
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::CoordData).size(), 0U);
+  EXPECT_EQ(scene.getLayers(), std::vector<osgEarth::Layer*>{layer});
+}
+
+TEST_F(MapSceneTest, ItsLayersAreOnTheMapOfTheViewersAsLongAsItLives) {
+  osgEarth::Map& map = *viewers->getMapNode()->getMap();
+  project->getOrCreateMapScene()->getOrCreateLayer(FeatureDataType::CoordData);
+  EXPECT_EQ(map.getNumLayers(), 1U);
+  system.removeProject(project.get());
+  project.reset();
+  EXPECT_EQ(map.getNumLayers(), 0U);
+}
+
+TEST_F(MapSceneTest, TellsThePickedFeaturesOfAType) {
+  drawOneOfEach();
+  MapScene& scene = *project->getMapScene();
+  for (auto const type : {FeatureDataType::CoordData, FeatureDataType::NetworkData, FeatureDataType::ViewPointData}) {
+    for (osgEarth::AnnotationNode* node : featuresOf(scene, type)) viewers->pick(node);
+  }
+  viewers->pick(new osg::Group);  // something of the host's, that is gone at once
+  EXPECT_EQ(scene.getSelectFeatureList(FeatureDataType::CoordData), featuresOf(scene, FeatureDataType::CoordData));
+  EXPECT_EQ(scene.getSelectFeatureList(FeatureDataType::ViewPointData).size(), 2U);  // station and target
+  EXPECT_TRUE(scene.getSelectFeatureList(FeatureDataType::TraverseData).empty());
+  EXPECT_THAT(scene.getSelectIDList(FeatureDataType::CoordData), ElementsAre("c"));
+  EXPECT_THAT(scene.getSelectIDList(FeatureDataType::ViewPointData), ElementsAre("s", "t"));
+  EXPECT_TRUE(scene.getSelectIDList(FeatureDataType::TraverseData).empty());
+  project->clearMapData();
+  EXPECT_TRUE(viewers->getPickNodeList().empty());
+}
+
+TEST_F(MapSceneTest, HighlightsByIdAndDropsTheFormerSelection) {
+  drawOneOfEach();
+  MapScene& scene = *project->getMapScene();
+  auto const selected = [&scene](FeatureDataType type) {
+    std::string ids;
+    for (osgEarth::AnnotationNode* node : featuresOf(scene, type)) {
+      if (dynamic_cast<mvz::ISelectable&>(*node).isSelected()) ids += test::infoOf(node)[0];
+    }
+    return ids;
+  };
+  // As a host does it that knows the slots by their names.
+  QMetaObject::invokeMethod(&scene, "selectFeature", Q_ARG(QString, "c"),
+                            Q_ARG(kvn::FeatureDataType, FeatureDataType::CoordData));
+  EXPECT_EQ(selected(FeatureDataType::CoordData), "c");
+  scene.selectFeature(QVector<QString>{"t", "unknown"}, FeatureDataType::ViewPointData);
+  EXPECT_EQ(selected(FeatureDataType::CoordData) + selected(FeatureDataType::ViewPointData), "t");
+  scene.clearSelect();
+  EXPECT_EQ(selected(FeatureDataType::ViewPointData), "");
+  EXPECT_STREQ(scene.metaObject()->className(), "kvn::MapScene");
+}
+
+TEST_F(MapSceneTest, ForwardsTheRequestForAFeatureWithThePlainTypeName) {
+  QString received;
+  QObject::connect(project->getOrCreateMapScene(), &mvz::ProjectMapScene::featureRequested,
+                   [&received](QString const& id, QString const& type) { received = id + "|" + type; });
+  project->getMapScene()->addFeature("7", FeatureDataType::ViewPointData);
+  EXPECT_EQ(received, "7|ViewPointData");
+}
+
+TEST_F(MapSceneTest, AClickHitsThePointBeforeTheLineBelowIt) {
+  drawOneOfEach();  // the line runs between station and target
+  system.fullMapSystem();
+  auto const idAt = [this](double east, double north) -> std::string {
+    osgEarth::AnnotationNode* const node = viewers->hit(*view, view->toPixel(osg::Vec3d(east, north, 0)));
+    return node == nullptr ? "nothing" : test::infoOf(node)[1];
+  };
+  EXPECT_EQ(idAt(500000, 4000000), "ViewPointData:StationPoint");
+  EXPECT_EQ(idAt(500050, 4000050), "NetworkData");
+  EXPECT_EQ(idAt(500090, 4000010), "nothing");
+}
+
+TEST_F(MapSceneTest, FramingPutsTheLayersIntoEveryView) {
+  osg::ref_ptr<mvz::View> const second = new mvz::View(300, 200);
+  viewers->addView(second);
+  drawOneOfEach();
+  system.fullMapSystem();
+  for (mvz::View const* each :
+       {static_cast<mvz::View const*>(view.get()), static_cast<mvz::View const*>(second.get())}) {
+    for (osg::Vec3d const& corner : {osg::Vec3d(500000, 4000000, 0), osg::Vec3d(500200, 4000100, 0)}) {
+      osg::Vec2d const pixel = each->toPixel(corner);
+      EXPECT_TRUE(pixel.x() > 0 && pixel.x() < each->getWidth() && pixel.y() > 0 && pixel.y() < each->getHeight());
+    }
+    EXPECT_TRUE(each->needsRedraw());
+  }
+}
+
+TEST(MapScene, WorksWithoutViewers) {
+  test::Host host;
+  auto const project = host.system.createProject();
+  host.system.setCurrentProject(project);
+  project->setCoordinatePointList({CoordinatePointInfo()});
+  project->build();
+  project->fullShowMap();
+  host.system.fullMapSystem();
+  MapScene& scene = *project->getMapScene();
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::CoordData).size(), 1U);
+  EXPECT_TRUE(scene.getSelectIDList(FeatureDataType::CoordData).empty());
+  EXPECT_TRUE(scene.getSelectFeatureList(FeatureDataType::CoordData).empty());
+  scene.clearSelect();
+  project->clearMapData();
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::CoordData).size(), 0U);
+}
+
+}  // namespace

@@ -1,0 +1,120 @@
+// What a project draws, and when.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <utils/QLogicError.h>
+#include <QTemporaryDir>
+
+#include "map/MapFixture.h"
+
+namespace {
+
+using namespace kvn;
+using test::featuresOf;
+using testing::ElementsAre;
+
+struct ProjectMap : test::MapProject {
+  /// Lines and view points on the map, as "lines/points"; "none" without a scene.
+  std::string drawn() const {
+    MapScene* const scene = project->getMapScene();
+    if (scene == nullptr) return "none";
+    return std::to_string(featuresOf(*scene, FeatureDataType::NetworkData).size()) + "/" +
+           std::to_string(featuresOf(*scene, FeatureDataType::ViewPointData).size());
+  }
+
+  static Network triangle() {
+    CosaCollection collection;
+    collection.INetworkDataCollection::read(test::samplePath("net_charamza1990_p238.in2").toStdString());
+    return {collection.getKnownPointList(), collection.getNetworkDataList()};
+  }
+};
+
+TEST_F(ProjectMap, AnEmptyProjectDrawsNothingAndHasNoScene) {
+  project->build();
+  project->fullShowMap();
+  project->clearMapData();
+  EXPECT_EQ(drawn(), "none");
+}
+
+TEST_F(ProjectMap, ShowsRowsOrTheNetworkByTheOperationType) {
+  Network const network = triangle();
+  std::string const ofNetwork = std::to_string(network.lines.size()) + "/12";  // the network has 12 points
+  std::vector<TraverseDataInfo> const rows{row("s", TraversePointType::StationPoint, 1, 2),
+                                           row("t", TraversePointType::PrismPoint, 3, 4)};
+  struct {
+    bool hasRows, hasNetwork;
+    Project::OperationType type;
+    std::string drawn;
+  } const cases[] = {{true, true, Project::ObservationView, "1/2"},
+                     {false, true, Project::ObservationView, ofNetwork},
+                     {true, true, Project::NetworkView, ofNetwork},
+                     {true, false, Project::ObservationView, "1/2"},
+                     {true, false, Project::NetworkView, "0/0"}};
+  for (auto const& test : cases) {
+    project = system.createProject();
+    if (test.hasRows) project->setTraverseDataList(rows);
+    if (test.hasNetwork) project->setNetwork(network);
+    project->setOperationType(test.type);
+    project->build();
+    EXPECT_EQ(drawn(), test.drawn);
+    project->build();  // draws once more: nothing is cleared before
+    project->clearMapData();
+    EXPECT_EQ(drawn(), "0/0");
+  }
+}
+
+TEST_F(ProjectMap, ANetworkThatCannotBePlacedIsReportedAndNotDrawn) {
+  Network network;
+  network.lines.resize(1);
+  network.lines[0].start_name = "A";
+  network.lines[0].end_name = "B";
+  project->setNetwork(network);
+  project->build();
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_TRUE(host.messages[0].first.endsWith(",generate map data failed"));
+  EXPECT_EQ(host.messages[0].second, Error);
+  EXPECT_EQ(drawn(), "none");
+}
+
+TEST_F(ProjectMap, ACancelStopsBetweenTwoCoordinatePoints) {
+  project->setCoordinatePointList(std::vector<CoordinatePointInfo>(5));
+  int left = 2;
+  project->setCancelCall([&left] { return left-- == 0; });
+  EXPECT_EQ(test::failureOf<QLogicError>([this] { project->build(); }), "User Cancel");
+  EXPECT_EQ(featuresOf(*project->getMapScene(), FeatureDataType::CoordData).size(), 2U);
+}
+
+TEST_F(ProjectMap, FramesTheCoordinatesThenTheNetworkIfThereIsOne) {
+  struct Recorder : mvz::ViewerManager {
+    std::vector<std::string> framed;
+    void fullMapAllView(std::vector<osgEarth::Layer*> layers) override {
+      for (osgEarth::Layer const* layer : layers) framed.push_back(layer == nullptr ? "null" : layer->getName());
+    }
+  };
+  osg::ref_ptr<Recorder> const recorder = new Recorder;
+  system.setMvzViewerManager(recorder);
+  project->setCoordinatePointList(std::vector<CoordinatePointInfo>(1));
+  project->build();
+  project->fullShowMap();
+  EXPECT_THAT(recorder->framed, ElementsAre("CoordData"));
+  recorder->framed.clear();
+  project->setNetwork(triangle());
+  project->build();
+  project->fullShowMap();
+  EXPECT_THAT(recorder->framed, ElementsAre("NetworkData", "CoordData", "NetworkData"));
+  recorder->framed.clear();
+  system.fullMapSystem();
+  EXPECT_THAT(recorder->framed, ElementsAre("CoordData", "NetworkData", "ViewPointData"));
+}
+
+TEST_F(ProjectMap, NewCoordinatesFromAFileTakeTheOldOnesOffTheMap) {
+  QTemporaryDir const folder;
+  test::writeFile(folder.filePath("p.dat"), "P,,2,1,0");
+  project->setCoordinatePointList(std::vector<CoordinatePointInfo>(2));
+  project->build();
+  view->drawn();
+  project->importCoordFile(folder.filePath("p.dat"));
+  EXPECT_FALSE(view->needsRedraw());
+  EXPECT_TRUE(featuresOf(*project->getMapScene(), FeatureDataType::CoordData).empty());
+}
+
+}  // namespace
