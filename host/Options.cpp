@@ -4,6 +4,7 @@
 #include "Output.h"
 
 #include <QCommandLineParser>
+#include <algorithm>
 #include <cmath>
 
 namespace kvn::host {
@@ -86,6 +87,27 @@ std::optional<bool> formOption(QCommandLineParser const& parser) {
   return form == "sum";
 }
 
+/// A picture that a screen or a sheet of paper can hold, and not so small that the margins leave nothing.
+constexpr int kLeastSize = 100;
+constexpr int kLargestSize = 8192;
+
+void takeSize(QCommandLineParser const& parser, MapOptions& options) {
+  if (!parser.isSet("size")) return;
+  QStringList const parts = parser.value("size").split('x');
+  bool isNumber[2] = {false, false};
+  if (parts.size() == 2) {
+    options.width = parts[0].toInt(&isNumber[0]);
+    options.height = parts[1].toInt(&isNumber[1]);
+  }
+  if (!isNumber[0] || !isNumber[1]) {
+    throw UsageError("--size needs two numbers such as 1200x900: " + parser.value("size"));
+  }
+  auto const [least, largest] = std::minmax(options.width, options.height);
+  if (least >= kLeastSize && largest <= kLargestSize) return;
+  throw UsageError(
+      QString("--size goes from %1 to %2 pixels: %3").arg(kLeastSize).arg(kLargestSize).arg(parser.value("size")));
+}
+
 QString fileOption(QCommandLineParser const& parser, QString const& name) {
   if (parser.isSet(name) && parser.value(name).isEmpty()) throw UsageError(QString("--%1 needs a file").arg(name));
   return parser.value(name);
@@ -107,6 +129,7 @@ QString programUsage() {
       "  adjust FILE                          adjusted coordinates with their errors\n"
       "  heights FILE                         trigonometric heights with their errors\n"
       "  convert IN OUT                       the same job in another format\n"
+      "  map FILE OUT.png                     a picture of the map\n"
       "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
       "\n"
       "Options of all subcommands:\n"
@@ -205,6 +228,22 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   options.file = parser.positionalArguments().first();
   options.refraction = numberOption(parser, "refraction");
   options.asRead = parser.isSet("as-read");
+  return options;
+}
+
+std::optional<MapOptions> parseMap(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Draws the map of a job into a picture: lines, stations, targets and their names, north up.\n"
+          "No display is needed. The points of a network and of a field book stand at approximate coordinates.");
+  parser.addPositionalArgument("FILE", kAnyFile);
+  parser.addPositionalArgument("OUT.png", "Picture to write.");
+  parser.addOption({"size", "Width and height of the picture in pixels (default 1200x900).", "WxH"});
+  if (!goesOn(parser, arguments, "map FILE OUT.png [options]", 2)) return std::nullopt;
+  auto options = commonOptions<MapOptions>(parser);
+  options.file = parser.positionalArguments().at(0);
+  options.outFile = parser.positionalArguments().at(1);
+  takeSize(parser, options);
   return options;
 }
 

@@ -41,6 +41,13 @@ struct HeightsOptions : CommonOptions {
   bool asRead = false;               ///< the rows as the library takes them, without the host's care
 };
 
+struct MapOptions : CommonOptions {
+  QString file;
+  QString outFile;
+  int width = 1200;  ///< pixels
+  int height = 900;
+};
+
 struct ExecOptions : CommonOptions {
   QString openFile;  ///< empty: the commands run on an empty project
   QString saveFile;  ///< empty: nothing is written
@@ -61,6 +68,7 @@ std::optional<CheckOptions> parseCheck(QStringList const& arguments);
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
+std::optional<MapOptions> parseMap(QStringList const& arguments);
 std::optional<ExecOptions> parseExec(QStringList const& arguments);
 
 }  // namespace kvn::host

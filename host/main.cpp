@@ -19,7 +19,8 @@ struct Subcommand {
   int (*run)(QStringList const& arguments);
 };
 constexpr Subcommand kSubcommands[] = {{"show", runShow},       {"check", runCheck},     {"adjust", runAdjust},
-                                       {"convert", runConvert}, {"heights", runHeights}, {"exec", runExec}};
+                                       {"heights", runHeights}, {"convert", runConvert}, {"map", runMap},
+                                       {"exec", runExec}};
 
 /// The C locale says nothing about the encoding of names and arguments; today they are UTF-8.
 void readEncodingOfLocale() {
@@ -30,10 +31,10 @@ void readEncodingOfLocale() {
   }
 }
 
-/// The library logs the time of every command; here that shows only on request.
+/// The library logs the time of every command and each feature that it draws; here that shows only on request.
 void silenceLibraryLog() {
   if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) {
-    QLoggingCategory::setFilterRules(QStringLiteral("kelvane.*.debug=false"));
+    QLoggingCategory::setFilterRules(QStringLiteral("kelvane.*.debug=false\nkelvane.*.info=false"));
   }
 }
 

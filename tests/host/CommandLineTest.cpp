@@ -29,7 +29,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   };
   Case const cases[] = {
       {{}, 2, "Usage: kelvane"},
-      {{"map", "net.in2"}, 2, "unknown subcommand: map"},
+      {{"plot", "net.in2"}, 2, "unknown subcommand: plot"},
       {{"convert", "net.in2"}, 2, "FILE is missing"},
       {{"adjust"}, 2, "FILE is missing"},
       {{"show", "net.in2", "far.in2"}, 2, "too many arguments"},

@@ -1,0 +1,126 @@
+// map: a picture of the project's map.
+#include "Commands.h"
+#include "Failures.h"
+#include "FieldJob.h"
+#include "Options.h"
+#include "Output.h"
+#include "Saving.h"
+#include "Session.h"
+
+#include <QSet>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace kvn::host {
+namespace {
+
+using Rows = std::vector<TraverseDataInfo>;
+
+std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
+  MapShowData input;
+  input.setNetwrok(network);
+  input.calculateApproximate();
+  std::unordered_map<std::string, DrawPoint> places;
+  for (DrawPoint const& point : input.getPoint()) places.emplace(point.name, point);
+  return places;
+}
+
+/// Gives the rows of a field book approximate coordinates. Rows that have none would all be drawn at 0, 0: they are
+/// left out, and told.
+void placeRows(Project& project) {
+  auto const places = placesOf(project.getNetwork());
+  Rows placed;
+  QStringList missing;
+  for (TraverseDataInfo row : project.getTraverseDataList()) {
+    auto const place = places.find(row.name);
+    if (place == places.end()) {
+      missing << textOf(row.name);
+      continue;
+    }
+    row.N = place->second.x;
+    row.E = place->second.y;
+    placed.push_back(std::move(row));
+  }
+  missing.removeDuplicates();
+  project.setTraverseDataList(std::move(placed));
+  if (missing.isEmpty()) return;
+  System::Instance()->sendMessage("Not drawn, since they have no coordinates: " + missing.join(", "), Warning);
+}
+
+/// The labels of rows are read in the local 8-bit encoding and those of coordinates as UTF-8, whatever their file was.
+void encodeLabels(Project& project) {
+  for (TraverseDataInfo& row : project.getTraverseDataList()) row.name = HTextCodec::ToLocal8Bit(textOf(row.name));
+  for (CoordinatePointInfo& point : project.getCoordinatePointList()) point.name = textOf(point.name).toStdString();
+  if (project.getTraverseDataList().empty()) {
+    Network& network = project.getNetwork();
+    for (KnownPoint& point : network.knownPoints) point.name = HTextCodec::ToLocal8Bit(textOf(point.name));
+    for (NetworkDataInfo& line : network.lines) {
+      line.start_name = HTextCodec::ToLocal8Bit(textOf(line.start_name));
+      line.end_name = HTextCodec::ToLocal8Bit(textOf(line.end_name));
+    }
+  }
+}
+
+/// Features of a layer; 0 when the scene has no such layer.
+unsigned countOf(MapScene& scene, FeatureDataType type) {
+  auto const* const layer = dynamic_cast<osgEarth::AnnotationLayer const*>(scene.getLayer(type));
+  return layer == nullptr ? 0 : layer->getGroup()->getNumChildren();
+}
+
+struct Drawn {
+  unsigned points;
+  unsigned lines;
+};
+
+Drawn draw(Session& session) {
+  Project& project = session.project();
+  if (!project.getTraverseDataList().empty()) placeRows(project);
+  encodeLabels(project);
+  project.build();
+  if (session.messages().hasError()) throw Refusal(session.file(), "the map was not drawn");
+  MapScene& scene = *project.getOrCreateMapScene();
+  Drawn const drawn{
+      countOf(scene, FeatureDataType::ViewPointData) + countOf(scene, FeatureDataType::CoordData),
+      countOf(scene, FeatureDataType::NetworkData),
+  };
+  if (drawn.points == 0) throw Refusal(session.file(), "there is no point with coordinates to draw");
+  System::Instance()->fullMapSystem();
+  return drawn;
+}
+
+}  // namespace
+
+int runMap(QStringList const& arguments) {
+  auto const options = parseMap(arguments);
+  if (!options) return Done;
+  return runInSession(*options, [&options](Session& session) {
+    requireWritableKind(options->outFile, {"png"});
+    osg::ref_ptr<mvz::ViewerManager> const viewers = new mvz::ViewerManager;
+    osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options->width, options->height);
+    viewers->addView(view);
+    System::Instance()->setMvzViewerManager(viewers);
+    session.open(options->file);
+    requireNoError(session.file(), session.job().findings());
+    Drawn const drawn = draw(session);
+    bool const saved = save(session, options->outFile, [&view](Session&, QString const& path) {
+      utils::createFolderOf(path);
+      view->writeImage(path);
+    });
+    if (!options->json && saved) {
+      printText(QString("%1: %2 points, %3 lines\n").arg(options->outFile).arg(drawn.points).arg(drawn.lines));
+    }
+    if (options->json) {
+      Json::Value json;
+      json["file"] = options->outFile.toStdString();
+      json["ok"] = saved;
+      json["points"] = drawn.points;
+      json["lines"] = drawn.lines;
+      json["messages"] = session.messages().take();
+      printJson(json);
+    }
+    return saved ? Done : Refused;
+  });
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,83 @@
+// map, as it is used.
+#include "Program.h"
+#include "support/Support.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using test::Program;
+using testing::HasSubstr;
+
+/// Width and height in the head of a PNG file, as "WxH"; "none" for anything else.
+std::string sizeOf(std::string const& png) {
+  if (png.size() < 24 || png.substr(1, 3) != "PNG") return "none";
+  auto const number = [&png](std::size_t at) {
+    int value = 0;
+    for (std::size_t i = at; i < at + 4; ++i) value = value * 256 + static_cast<unsigned char>(png[i]);
+    return std::to_string(value);
+  };
+  return number(16) + "x" + number(20);
+}
+
+TEST(MapCommand, DrawsEveryKindOfFile) {
+  Program const program;
+  program.write("点.dat", "P,,1,2,3\n控制点,,100,50,3");
+  program.write("one.dat", "P,,1,2,3");
+  QString const traverse = test::samplePath("trav_connecting_fr_5legs.txt");
+  ASSERT_EQ(program.run({"convert", traverse, "job.lqf"}).exitCode, 0);
+  struct {
+    QString file;
+    unsigned points, lines;
+  } const cases[] = {{test::samplePath("net_charamza1990_p238.in2"), 12, 46},
+                     {traverse, 32, 24},
+                     {"job.lqf", 32, 24},
+                     {"点.dat", 2, 0},
+                     {"one.dat", 1, 0}};
+  for (auto const& test : cases) {
+    test::Run const run = program.run({"map", test.file, "图/map.png", "--size", "300x200", "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.json()["points"].asUInt(), test.points) << test.file.toStdString();
+    EXPECT_EQ(run.json()["lines"].asUInt(), test.lines) << test.file.toStdString();
+    EXPECT_EQ(sizeOf(program.read("图/map.png")), "300x200");
+  }
+}
+
+TEST(MapCommand, LeavesOutAndTellsWhatHasNoCoordinates) {
+  Program const program;
+  program.write("job.txt",
+                "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,100,0,0,0\nSC,P,1.6,,60.0000,90.0000,100,0,0,0\n"
+                "SC,P,1.6,,240.0000,270.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,100,0,0,0\n"
+                "STA,B,1.5,,1000,1100,50\nSTA,X,1.5,,0,0,0\n");
+  test::Run const run = program.run({"map", "job.txt", "map.png"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.err, HasSubstr("Not drawn, since they have no coordinates: X"));
+}
+
+TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
+  Program const program;
+  program.write("empty.dat", "");
+  program.write("free.in2", "2,3,2\nA,1,2\nB\nC,S,100\n");
+  program.write("map.png", "old");
+  struct {
+    QStringList arguments;
+    int exitCode;
+    char const* says;
+  } const cases[] = {
+      {{"empty.dat", "map.png"}, 1, "there is no point with coordinates to draw"},
+      {{"free.in2", "map.png"}, 1, "generate map data failed"},
+      {{"none.dat", "map.png"}, 1, "none.dat: no such file"},
+      {{"empty.dat", "map.jpg"}, 1, "what can be written: .png"},
+      {{"empty.dat"}, 2, "FILE is missing"},
+      {{"empty.dat", "map.png", "--size", "300"}, 2, "--size needs two numbers such as 1200x900: 300"},
+      {{"empty.dat", "map.png", "--size", "300x9000"}, 2, "--size goes from 100 to 8192 pixels: 300x9000"},
+  };
+  for (auto const& test : cases) {
+    test::Run const run = program.run(QStringList{"map"} + test.arguments);
+    EXPECT_EQ(run.exitCode, test.exitCode) << test.says;
+    EXPECT_THAT(run.err, HasSubstr(test.says));
+    EXPECT_EQ(program.read("map.png"), "old");
+  }
+}
+
+}  // namespace
