@@ -341,12 +341,12 @@ void FileData::deleteStr(std::string& text, std::string const& removed) const {
 }
 
 bool FileData::judgeStringToDouble(std::string const& text) const { return CommonFunction::judgeStringToDouble(text); }
-double FileData::dmsToRad(double dms) const { return CommonFunction::dmsToRad(dms); }
+double FileData::dmsToRad(double dms) const { return CommonFunction::dmsToRad(dms) * (m_PI / CommonFunction::m_PI); }
 Degree FileData::radToDms(double radians) const { return CommonFunction::radToDms(radians); }
 
 double FileData::dmsToRad(double dms, int line) const {
   try {
-    return CommonFunction::dmsToRad(dms, line);
+    return CommonFunction::dmsToRad(dms, line) * (m_PI / CommonFunction::m_PI);
   } catch (AlgorithmException const&) {
     throw DataException(line, kError);
   }

@@ -60,7 +60,7 @@ class KELVANE_EXPORT FileData {
   /// Removes every occurrence, those that a removal forms included.
   void deleteStr(std::string& text, std::string const& removed) const;
   bool judgeStringToDouble(std::string const& text) const;  ///< as in `CommonFunction`
-  double dmsToRad(double dms) const;                        ///< as in `CommonFunction`
+  double dmsToRad(double dms) const;                        ///< as in `CommonFunction`, with the `m_PI` of the object
   /// @throws DataException(line, "ERROR") beyond the bounds of `CommonFunction::dmsToRad`
   double dmsToRad(double dms, int line) const;
   Degree radToDms(double radians) const;  ///< as in `CommonFunction`

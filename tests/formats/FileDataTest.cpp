@@ -210,7 +210,7 @@ TEST_F(WholeFile, IsChosenByTheExactSuffix) {
 }
 
 TEST_F(WholeFile, HelpersCutTexts) {
-  FileData const data("");
+  FileData data("");
   EXPECT_EQ(data.split(" a b,, c,", ','), (std::vector<std::string>{"ab", "", "c"}));
   EXPECT_EQ(data.split("a;;xyb;xy;", "xy", ';'), (std::vector<std::string>{"a", "b"}));
   std::string text = "aabbabc";
@@ -219,6 +219,9 @@ TEST_F(WholeFile, HelpersCutTexts) {
   data.deleteStr(text, "");
   EXPECT_EQ(text, "c");
   EXPECT_EQ(failure([&] { data.dmsToRad(361.0, 7); }), "ERROR||7");
+  data.m_PI = 2 * kPi;
+  EXPECT_NEAR(data.dmsToRad(90.0), kPi, 2 * kDmsLiftRad) << "the pi of the object";
+  EXPECT_NEAR(data.dmsToRad(90.0, 7), kPi, 2 * kDmsLiftRad);
 }
 
 }  // namespace
