@@ -35,13 +35,14 @@ void fail(Json::Value& out, cmd::CmdErrorCode code, std::string const& message) 
   setMember(out, "message", message);
 }
 
-/// A view that cannot repaint does not make a failure of what was done.
+/// A view that cannot repaint, whatever it throws, does not make a failure of what was done.
 void redraw() {
   try {
     mvz::ProjectMapScene::reDraw();
   } catch (std::exception const& failure) {
     System const* const system = System::Instance();
     if (system != nullptr) system->sendMessage(QString::fromUtf8(failure.what()), Error);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): it says nothing that could be passed on
   }
 }
 

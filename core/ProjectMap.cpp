@@ -30,9 +30,10 @@ void tell(QString const& text, MessType type) {
   if (system != nullptr) system->sendMessage(text, type);
 }
 
-void frame(osgEarth::Layer* layer) {
-  mvz::ViewerManager* const manager = viewers();
-  if (manager != nullptr) manager->fullMapAllView({layer});
+/// Framing needs a scene, since it is the scene that has layers.
+void frame(MapScene* scene, FeatureDataType type) {
+  if (scene == nullptr || scene->getMvzViewerManager() == nullptr) return;
+  scene->getMvzViewerManager()->fullMapAllView({scene->getLayer(type)});
 }
 
 /// An end that found no point has no name either.
@@ -102,14 +103,16 @@ void Project::buildMapInputData() {
   for (DrawLine const& line : ofRows ? input.getLine() : placedLines(input.getLine(), *network)) lineTool.build(line);
   PointDataTool pointTool(getOrCreateMapScene());
   for (DrawPoint const& point : input.getPoint()) pointTool.build(point);
-  frame(mapScene->getLayer(FeatureDataType::NetworkData));
+  frame(mapScene.get(), FeatureDataType::NetworkData);
 }
 
 void Project::buildCoordData() {
   if (coordinatePointList->empty()) return;
-  auto const hold = mvz::ViewerManager::LockOf(viewers());
-  CoordinateDataTool tool(getOrCreateMapScene());
-  for (CoordinatePointInfo const& point : *coordinatePointList) {
+  MapScene* const scene = getOrCreateMapScene();
+  auto const hold = mvz::ViewerManager::LockOf(scene->getMvzViewerManager());
+  CoordinateDataTool tool(scene);
+  std::vector<CoordinatePointInfo> const points = *coordinatePointList;  // the cancel query may change the list
+  for (CoordinatePointInfo const& point : points) {
     checkCancelAndThrow();
     tool.build(point);
   }
@@ -117,9 +120,9 @@ void Project::buildCoordData() {
 }
 
 void Project::fullShowMap() {
-  if (!coordinatePointList->empty()) frame(getOrCreateMapScene()->getLayer(FeatureDataType::CoordData));
+  if (!coordinatePointList->empty()) frame(mapScene.get(), FeatureDataType::CoordData);
   if (network->isEmpty() && algorithmAdjust == nullptr) return;
-  frame(getOrCreateMapScene()->getLayer(FeatureDataType::NetworkData));
+  frame(mapScene.get(), FeatureDataType::NetworkData);
 }
 
 }  // namespace kvn

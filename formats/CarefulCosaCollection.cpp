@@ -6,6 +6,8 @@
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/LineSource.h"
 
+#include <utils/QLogicError.h>
+
 #include <algorithm>
 #include <cmath>
 #include <ostream>
@@ -72,6 +74,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
       warn(System::tr("Line 1 is empty: the a-priori errors that stand there are not read"));
     }
     try {
+      if (detail::hasLostBytes(line)) throw QLogicError(System::tr("the line is no UTF-8"));
       readLine(source.lineNumber(), line, station);
     } catch (std::exception const& failure) {
       throw DataException(source.lineNumber(), failure.what());

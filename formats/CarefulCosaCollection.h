@@ -20,6 +20,7 @@ namespace kvn {
 /// angle,
 ///   minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
 /// - A line without an observation, its text being no angle or its distance 0, is no line.
+/// - A line that is no UTF-8 is a failure: points in another encoding could become one.
 /// - A failure names its line.
 ///
 /// Written is no direction where none was observed, and nothing that could not be read back.

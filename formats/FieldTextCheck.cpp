@@ -25,7 +25,6 @@ using detail::quoted;
 using Fields = std::vector<std::string>;
 
 constexpr std::size_t kSightFields = 10;
-constexpr char const* kReplacement = "\xEF\xBF\xBD";
 
 /// Collects findings on the record at hand.
 class Findings {
@@ -245,8 +244,7 @@ FieldTextCheck inspectTraverseText(std::istream& stream) {
     findings.line = source.lineNumber();
     findings.row = check.rowLines.size();
     check.rowLines.push_back(findings.line);
-    // Names in another encoding would all become the same replacement characters.
-    if (line.find(kReplacement) != std::string::npos) {
+    if (detail::hasLostBytes(line)) {
       findings.tell(FieldFinding::Error, System::tr("the line is no UTF-8"));
     }
     if (fields.size() < 3) continue;

@@ -7,7 +7,8 @@
 #include "Saving.h"
 #include "Session.h"
 
-#include <QSet>
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -15,7 +16,18 @@
 namespace kvn::host {
 namespace {
 
+constexpr int kNamedPoints = 10;
+
 using Rows = std::vector<TraverseDataInfo>;
+
+void tellLeftOut(QStringList names) {
+  names.removeDuplicates();
+  if (names.isEmpty()) return;
+  QString text =
+      "Not drawn, since they have no usable coordinates: " + QStringList(names.mid(0, kNamedPoints)).join(", ");
+  if (names.size() > kNamedPoints) text += QString(" and %1 more").arg(names.size() - kNamedPoints);
+  System::Instance()->sendMessage(text, Warning);
+}
 
 std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
   MapShowData input;
@@ -42,22 +54,57 @@ void placeRows(Project& project) {
     row.E = place->second.y;
     placed.push_back(std::move(row));
   }
-  missing.removeDuplicates();
   project.setTraverseDataList(std::move(placed));
-  if (missing.isEmpty()) return;
-  System::Instance()->sendMessage("Not drawn, since they have no coordinates: " + missing.join(", "), Warning);
+  tellLeftOut(missing);
 }
+
+/// A network file may hold known points alone, of which the project draws nothing.
+void showKnownPoints(Project& project) {
+  for (KnownPoint const& known : project.getNetwork().knownPoints) {
+    CoordinatePointInfo point;
+    point.name = known.name;
+    point.N = known.x;
+    point.E = known.y;
+    point.Z = known.z;
+    project.getCoordinatePointList().push_back(std::move(point));
+  }
+}
+
+/// A marker or a slip would shrink the rest of the map to one spot.
+void dropFarPoints(Project& project) {
+  auto& points = project.getCoordinatePointList();
+  auto const isFar = [](CoordinatePointInfo const& point) {
+    return !(std::abs(point.N) < mvz::View::kFarthest && std::abs(point.E) < mvz::View::kFarthest);
+  };
+  QStringList names;
+  for (CoordinatePointInfo const& point : points) {
+    if (isFar(point)) names << textOf(point.name);
+  }
+  points.erase(std::remove_if(points.begin(), points.end(), isFar), points.end());
+  tellLeftOut(names);
+}
+
+void requireIcons() {
+  for (auto const type : {FeatureDataType::CoordData, FeatureDataType::ViewPointData}) {
+    if (!utils::resourceFile(GetIcon(type, TraversePointType::StationPoint)).empty()) continue;
+    System::Instance()->sendMessage("The icons of the map are not installed: points show by their names alone",
+                                    Warning);
+    return;
+  }
+}
+
+QString labelOf(std::string const& name) { return printable(textOf(name)); }
 
 /// The labels of rows are read in the local 8-bit encoding and those of coordinates as UTF-8, whatever their file was.
 void encodeLabels(Project& project) {
-  for (TraverseDataInfo& row : project.getTraverseDataList()) row.name = HTextCodec::ToLocal8Bit(textOf(row.name));
-  for (CoordinatePointInfo& point : project.getCoordinatePointList()) point.name = textOf(point.name).toStdString();
+  for (TraverseDataInfo& row : project.getTraverseDataList()) row.name = HTextCodec::ToLocal8Bit(labelOf(row.name));
+  for (CoordinatePointInfo& point : project.getCoordinatePointList()) point.name = labelOf(point.name).toStdString();
   if (project.getTraverseDataList().empty()) {
     Network& network = project.getNetwork();
-    for (KnownPoint& point : network.knownPoints) point.name = HTextCodec::ToLocal8Bit(textOf(point.name));
+    for (KnownPoint& point : network.knownPoints) point.name = HTextCodec::ToLocal8Bit(labelOf(point.name));
     for (NetworkDataInfo& line : network.lines) {
-      line.start_name = HTextCodec::ToLocal8Bit(textOf(line.start_name));
-      line.end_name = HTextCodec::ToLocal8Bit(textOf(line.end_name));
+      line.start_name = HTextCodec::ToLocal8Bit(labelOf(line.start_name));
+      line.end_name = HTextCodec::ToLocal8Bit(labelOf(line.end_name));
     }
   }
 }
@@ -75,7 +122,12 @@ struct Drawn {
 
 Drawn draw(Session& session) {
   Project& project = session.project();
-  if (!project.getTraverseDataList().empty()) placeRows(project);
+  if (!project.getTraverseDataList().empty()) {
+    placeRows(project);
+  } else if (project.getNetwork().lines.empty()) {
+    showKnownPoints(project);
+  }
+  dropFarPoints(project);
   encodeLabels(project);
   project.build();
   if (session.messages().hasError()) throw Refusal(session.file(), "the map was not drawn");
@@ -100,6 +152,7 @@ int runMap(QStringList const& arguments) {
     osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options->width, options->height);
     viewers->addView(view);
     System::Instance()->setMvzViewerManager(viewers);
+    requireIcons();
     session.open(options->file);
     requireNoError(session.file(), session.job().findings());
     Drawn const drawn = draw(session);

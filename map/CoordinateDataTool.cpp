@@ -23,7 +23,7 @@ CoordinatePointInfo* firstOf(std::vector<CoordinatePointInfo>* list, Predicate c
 }  // namespace
 
 CoordinateDataTool::CoordinateDataTool(MapScene* scene) : GeometryDataTool(scene, FeatureDataType::CoordData) {
-  if (Project* const owner = scene->getProject()) list = &owner->getCoordinatePointList();
+  if (Project* const owner = getProject()) list = &owner->getCoordinatePointList();
 }
 
 CoordinateDataTool::CoordinateDataTool(CoordinateDataTool const&) = default;

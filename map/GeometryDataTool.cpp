@@ -48,7 +48,8 @@ bool GeometryDataTool::remove(QString /*id*/) { return false; }
 bool GeometryDataTool::updateMap(QString /*id*/) { return false; }
 
 KVNLayer* GeometryDataTool::getOrCreateLayer() {
-  return dynamic_cast<KVNLayer*>(getMapScene()->getOrCreateLayer(type));
+  MapScene* const scene = getMapScene();
+  return scene == nullptr ? nullptr : dynamic_cast<KVNLayer*>(scene->getOrCreateLayer(type));
 }
 
 bool GeometryDataTool::getVrd_dam_para(VRD_DAM_PARA_T& parameters) const {
@@ -64,11 +65,14 @@ MapScene* GeometryDataTool::getMapScene() const {
 
 Project* GeometryDataTool::getProject() const {
   Project* const own = IHasProject::getProject();
-  return own != nullptr ? own : getMapScene()->getProject();
+  if (own != nullptr) return own;
+  MapScene const* const scene = getMapScene();
+  return scene == nullptr ? nullptr : scene->getProject();
 }
 
 void GeometryDataTool::setFeatureInfo(osgEarth::AnnotationNode* node, std::string const& id, std::string const& name,
                                       std::string const& subKind) {
+  if (node == nullptr) return;
   std::string typeKey = type.toString();
   if (!subKind.empty()) typeKey += ":" + subKind;
   mvz::GeometryDataTool::setFeatureInfo(node, id, typeKey, name, addressOf(System::Instance()),

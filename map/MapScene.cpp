@@ -12,7 +12,11 @@ KVNLayer::KVNLayer() = default;
 KVNLayer::~KVNLayer() = default;
 
 MapScene::MapScene(Project* owner, mvz::ViewerManager* viewerManager, QObject* parent)
-    : mvz::ProjectMapScene(viewerManager, parent), project(owner) {}
+    : mvz::ProjectMapScene(viewerManager, parent), project(owner) {
+  // For connections that wait in a queue.
+  qRegisterMetaType<FeatureDataType>("kvn::FeatureDataType");
+  qRegisterMetaType<QVector<QString>>("QVector<QString>");
+}
 
 MapScene::~MapScene() = default;
 
@@ -35,6 +39,7 @@ osgEarth::Layer* MapScene::getOrCreateLayer(FeatureDataType type) {
 bool MapScene::removeFeature(FeatureDataType type) {
   mvz::ILayer* const layer = getILayer(type);
   if (layer == nullptr) return false;
+  auto const hold = mvz::ViewerManager::LockOf(getMvzViewerManager());
   layer->clearFeatures();
   return true;
 }

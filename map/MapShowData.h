@@ -27,7 +27,8 @@ class KELVANE_EXPORT MapShowData {
   /// @throws what `AlgorithmData::readNetworkData` and `TraverseAdjust::calculateApproximate` throw.
   void calculateApproximate();
   /// A line, height 0, for each line of the network, then the points sorted by name and each name once. An end of a
-  /// line without a point stays at the origin without a name; of points with one name the last one counts.
+  /// line without a point stays at the origin without a name; of points with one name the last one is the
+  /// end of its lines and the first one is kept.
   void handle();
 
   std::vector<DrawPoint> const& getPoint() const;

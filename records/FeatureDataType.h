@@ -3,6 +3,8 @@
 
 #include <utils/NamedValue.h>
 
+#include <QMetaType>
+
 namespace kvn {
 
 struct FeatureDataTypeTable {
@@ -15,3 +17,5 @@ struct FeatureDataTypeTable {
 using FeatureDataType = utils::NamedValue<FeatureDataTypeTable>;
 
 }  // namespace kvn
+
+Q_DECLARE_METATYPE(kvn::FeatureDataType)

@@ -55,4 +55,6 @@ std::string simplifiedUtf8(std::string text) {
   return QString::fromUtf8(text.data(), static_cast<int>(text.size())).simplified().toStdString();
 }
 
+bool hasLostBytes(std::string const& line) { return line.find("\xEF\xBF\xBD") != std::string::npos; }
+
 }  // namespace kvn::detail

@@ -31,4 +31,7 @@ class LineSource {
 /// that are no UTF-8 become the replacement character. Plain ASCII does not go through QString.
 std::string simplifiedUtf8(std::string text);
 
+/// Whether a line has bytes that were no UTF-8: names in another encoding, which all become the same characters.
+bool hasLostBytes(std::string const& line);
+
 }  // namespace kvn::detail

@@ -3,6 +3,9 @@
 
 #include <mvz/GeometryDataTool.h>
 #include <mvz/SelectablePlaceNode.h>
+#include <mvz/View.h>
+
+#include <cmath>
 
 namespace mvz {
 namespace {
@@ -56,7 +59,8 @@ osgEarth::Style GeometryDataTool::getSelectedStyle() const {
 }
 
 osgEarth::GeoPoint GeometryDataTool::toGeoPoint(coord::xyh point) {
-  return {mapScene->getSRS(), point.y, point.x, point.h, osgEarth::ALTMODE_ABSOLUTE};
+  double const height = std::abs(point.h) < View::kHeights ? point.h : 0.0;
+  return {mapScene->getSRS(), point.y, point.x, height, osgEarth::ALTMODE_ABSOLUTE};
 }
 
 osgEarth::PlaceNode* GeometryDataTool::createPoint(QString text, double east, double north, double height) {

@@ -44,6 +44,7 @@ class KELVANE_EXPORT GeometryDataTool {
   /// Makes an icon with a text in the tool's layer; null without a layer. Metres.
   osgEarth::PlaceNode* createPoint(QString text, double east, double north, double height);
   /// The point on the map. Our map is the plane itself, whatever the datum: x of the map is east, y is north.
+  /// A height that no view shows, or that is no number, becomes 0.
   osgEarth::GeoPoint toGeoPoint(coord::xyh point);
   /// Stores the texts by which the record behind a feature is found; read them with `ILayer::GetFeatureInfo`. A null
   /// node is passed over.

@@ -74,6 +74,7 @@ std::string ProjectMapScene::getLayerName(QString const& type) const { return ty
 void ProjectMapScene::addFeature(QString id, QString type) { Q_EMIT featureRequested(id, type); }
 
 void ProjectMapScene::selectFeature(QVector<QString> ids, QString layerName) {
+  ViewerManager::Lock const hold = ViewerManager::LockOf(viewers.get());
   clearSelect();
   osg::Group* const features = detail::featuresOf(getLayer(layerName.toStdString()));
   if (features == nullptr) return;
@@ -86,13 +87,16 @@ void ProjectMapScene::selectFeature(QVector<QString> ids, QString layerName) {
     detail::highlight(node, true);
     highlighted.emplace_back(node);
   }
+  if (viewers != nullptr) viewers->requestRedraw();
 }
 
 void ProjectMapScene::clearSelect() {
+  ViewerManager::Lock const hold = ViewerManager::LockOf(viewers.get());
   for (auto const& node : highlighted) detail::highlight(node.get(), false);
   highlighted.clear();
   if (viewers == nullptr) return;
   for (auto const& layer : layers) viewers->unpick(detail::featuresOf(layer.get()));
+  viewers->requestRedraw();
 }
 
 void ProjectMapScene::clearAllFeature() {

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <QVector>
+#include <osg/observer_ptr>
 #include <osg/ref_ptr>
 #include <osgEarth/AnnotationNode>
 #include <osgEarth/Layer>
@@ -57,7 +58,7 @@ class KELVANE_EXPORT ProjectMapScene : public QObject {
  private:
   osg::ref_ptr<ViewerManager> viewers;
   std::vector<osg::ref_ptr<osgEarth::Layer>> layers;
-  std::vector<osg::ref_ptr<osgEarth::AnnotationNode>> highlighted;
+  std::vector<osg::observer_ptr<osgEarth::AnnotationNode>> highlighted;
 };
 
 }  // namespace mvz

@@ -4,6 +4,7 @@
 #include <mvz/SelectablePlaceNode.h>
 #include <utils/ResourceFile.h>
 
+#include <QLoggingCategory>
 #include <map>
 #include <osg/Image>
 #include <osgDB/ReadFile>
@@ -11,17 +12,23 @@
 namespace mvz {
 namespace {
 
-/// The icon that a style names, read once in the life of the process; null when it has none or there is no such file.
+Q_LOGGING_CATEGORY(mapLog, "kelvane.map")
+
+osg::ref_ptr<osg::Image> readIcon(std::string const& url) {
+  std::string const file = utils::resourceFile(QString::fromStdString(url));
+  osg::ref_ptr<osg::Image> const image = file.empty() ? nullptr : osgDB::readRefImageFile(file);
+  if (image == nullptr) qCWarning(mapLog) << "Kelvane:no icon" << url.c_str();
+  return image;
+}
+
+/// The icon that a style names, read once in the life of the process; null when it has none, or it could not be read.
 osg::Image* iconOf(osgEarth::Style const& style) {
   static auto& known = *new std::map<std::string, osg::ref_ptr<osg::Image>>;
   std::string const url = detail::iconUrl(style);
   if (url.empty()) return nullptr;
-  osg::ref_ptr<osg::Image>& image = known[url];
-  if (image == nullptr) {  // what was not there may have come since
-    std::string const file = utils::resourceFile(QString::fromStdString(url));
-    if (!file.empty()) image = osgDB::readRefImageFile(file);
-  }
-  return image;
+  auto found = known.find(url);
+  if (found == known.end()) found = known.emplace(url, readIcon(url)).first;
+  return found->second;
 }
 
 }  // namespace

@@ -15,8 +15,6 @@ constexpr double kMarginRight = 140.0;
 constexpr double kLargestMarginPart = 0.2;
 /// Metres: a single point, or several set up on one mark, is shown with its surroundings.
 constexpr double kLeastExtent = 10.0;
-/// Metres above and below the bounds that are still drawn: features that are added later stand higher or lower.
-constexpr double kHeightSlack = 1000.0;
 
 double margin(double wanted, int size) { return std::min(wanted, kLargestMarginPart * size); }
 
@@ -31,7 +29,7 @@ osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
   osg::ref_ptr<osg::Camera> camera = new osg::Camera;
   camera->setViewport(0, 0, width, height);
   camera->setProjectionResizePolicy(osg::Camera::FIXED);
-  // The planes follow from the bounds; a far outlier in height must not move them. What is small on the picture is
+  // The planes stay where they are, above and below everything. What is small on the picture is
   // drawn all the same: a short line is a measured one.
   camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
   camera->setCullingMode(osg::CullSettings::VIEW_FRUSTUM_SIDES_CULLING);
@@ -68,10 +66,8 @@ int View::getHeight() const { return static_cast<int>(camera->getViewport()->hei
 
 void View::setSize(int width, int height) {
   double const scale = metresPerPixel();
-  double left = 0, right = 0, bottom = 0, top = 0, zNear = 0, zFar = 0;
-  camera->getProjectionMatrixAsOrtho(left, right, bottom, top, zNear, zFar);
   camera->setViewport(0, 0, std::max(width, 1), std::max(height, 1));
-  lookAt(osg::Matrixd::inverse(camera->getViewMatrix()).getTrans(), scale, zFar);
+  lookAt(osg::Matrixd::inverse(camera->getViewMatrix()).getTrans(), scale);
   requestRedraw();
 }
 
@@ -91,15 +87,14 @@ void View::frame(osg::BoundingBoxd const& bounds) {
   // The middle of the bounds stands in the middle of what the margins leave, left of the middle of the view. Half the
   // extent is added to the lower corner since the sum of two large numbers may overflow.
   osg::Vec3d const middle = bounds._min + extent * 0.5;
-  osg::Vec3d const eye(middle.x() + (right - left) / 2 * scale, middle.y(), bounds.zMax() + kHeightSlack);
-  lookAt(eye, scale, extent.z() + 2 * kHeightSlack);
+  lookAt({middle.x() + (right - left) / 2 * scale, middle.y(), kHeights}, scale);
 }
 
-void View::lookAt(osg::Vec3d const& eye, double metresPerPixel, double depth) {
+void View::lookAt(osg::Vec3d const& eye, double metresPerPixel) {
   double const halfWidth = getWidth() * metresPerPixel / 2;
   double const halfHeight = getHeight() * metresPerPixel / 2;
   camera->setViewMatrix(osg::Matrixd::translate(-eye));
-  camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, depth);
+  camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, 2 * kHeights);
 }
 
 osg::Vec2d View::toPixel(osg::Vec3d const& world) const {

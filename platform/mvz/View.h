@@ -24,6 +24,13 @@ namespace mvz {
 /// close to the origin of a transformation (osg::MatrixTransform), since OpenGL itself counts in single precision.
 class KELVANE_EXPORT View : public osg::Referenced {
  public:
+  /// Metres above and below 0 that are drawn, wherever the camera was moved: lines lie at height 0 and points at
+  /// theirs, on a mountain or at the -9999.9 of a height that is not known.
+  static constexpr double kHeights = 1e6;
+  /// Metres north or east of the origin that are framed. Farther is no survey, but a marker or a slip: the rest would
+  /// shrink to one spot beside it.
+  static constexpr double kFarthest = 1e9;
+
   /// A view of the surroundings of the origin. A size below 1 counts as 1.
   View(int width, int height);
   View(View const&) = delete;
@@ -70,7 +77,7 @@ class KELVANE_EXPORT View : public osg::Referenced {
 
  private:
   void frame(osg::BoundingBoxd const& bounds);
-  void lookAt(osg::Vec3d const& eye, double metresPerPixel, double depth);
+  void lookAt(osg::Vec3d const& eye, double metresPerPixel);
 
   osg::ref_ptr<osg::Camera> camera;
   osg::ref_ptr<osg::Group> root;

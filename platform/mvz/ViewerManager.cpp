@@ -16,8 +16,8 @@ std::recursive_mutex& managersMutex() {
   return *instance;
 }
 
-std::vector<ViewerManager*>& managers() {
-  static auto* const instance = new std::vector<ViewerManager*>;
+std::vector<osg::observer_ptr<ViewerManager>>& managers() {
+  static auto* const instance = new std::vector<osg::observer_ptr<ViewerManager>>;
   return *instance;
 }
 
@@ -54,13 +54,13 @@ struct Nearest {
 
 ViewerManager::ViewerManager() : mapNode(new osgEarth::MapNode(new osgEarth::Map)) {
   std::lock_guard<std::recursive_mutex> const hold(managersMutex());
-  managers().push_back(this);
+  managers().emplace_back(this);
 }
 
 ViewerManager::~ViewerManager() {
   std::lock_guard<std::recursive_mutex> const hold(managersMutex());
   auto& all = managers();
-  all.erase(std::remove(all.begin(), all.end(), this), all.end());
+  all.erase(std::remove_if(all.begin(), all.end(), [](auto const& manager) { return !manager.valid(); }), all.end());
 }
 
 ViewerManager::Lock ViewerManager::lock() const { return Lock(mutex); }
@@ -69,12 +69,20 @@ ViewerManager::Lock ViewerManager::LockOf(ViewerManager const* manager) {
 }
 
 void ViewerManager::addView(View* view) {
+  Lock const hold = lock();
   if (view == nullptr || std::find(views.begin(), views.end(), view) != views.end()) return;
   view->setScene(mapNode);
   views.emplace_back(view);
 }
 
-void ViewerManager::removeView(View* view) { views.erase(std::remove(views.begin(), views.end(), view), views.end()); }
+void ViewerManager::removeView(View* view) {
+  Lock const hold = lock();
+  auto const found = std::find(views.begin(), views.end(), view);
+  if (found == views.end()) return;
+  osg::ref_ptr<View> const keep = view;
+  views.erase(found);
+  if (view->getScene() == mapNode) view->setScene(nullptr);
+}
 
 void ViewerManager::fullMapAllView(std::vector<osgEarth::Layer*> layers) {
   Lock const hold = lock();
@@ -83,21 +91,30 @@ void ViewerManager::fullMapAllView(std::vector<osgEarth::Layer*> layers) {
     if (layer != nullptr) bounds.expandBy(detail::boundsOf(*layer));
   }
   if (!bounds.valid()) return;
-  for (auto const& view : views) view->fullMap(bounds);
+  for (auto const& view : copyOfViews()) view->fullMap(bounds);
   requestRedraw();
 }
 
 void ViewerManager::requestRedraw() {
-  std::vector<osg::ref_ptr<View>> const all = views;  // a view may take itself out
-  for (auto const& view : all) view->requestRedraw();
+  for (auto const& view : copyOfViews()) view->requestRedraw();
+}
+
+std::vector<osg::ref_ptr<View>> ViewerManager::copyOfViews() const {
+  Lock const hold = lock();
+  return views;
 }
 
 void ViewerManager::requestRedrawOfAll() {
-  std::lock_guard<std::recursive_mutex> const hold(managersMutex());
-  // A copy: a manager may go away while another one repaints.
-  std::vector<ViewerManager*> const all = managers();
-  for (ViewerManager* manager : all) {
-    if (std::find(managers().begin(), managers().end(), manager) != managers().end()) manager->requestRedraw();
+  std::vector<osg::observer_ptr<ViewerManager>> all;
+  {
+    std::lock_guard<std::recursive_mutex> const hold(managersMutex());
+    all = managers();
+  }
+  // Without the mutex: a view of the host may wait for another thread here. A manager may go away while another one
+  // repaints.
+  for (auto const& observed : all) {
+    osg::ref_ptr<ViewerManager> manager;
+    if (observed.lock(manager)) manager->requestRedraw();
   }
 }
 
@@ -139,15 +156,19 @@ osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const&
 }
 
 void ViewerManager::pick(osg::Node* node) {
+  Lock const hold = lock();
   std::vector<osg::Node*> const all = getPickNodeList();
   if (node == nullptr || std::find(all.begin(), all.end(), node) != all.end()) return;
   detail::highlight(node, true);
   picked.emplace_back(node);
+  requestRedraw();
 }
 
 void ViewerManager::clearPick() {
+  Lock const hold = lock();
   for (auto const& node : picked) detail::highlight(node.get(), false);
   picked.clear();
+  requestRedraw();
 }
 
 void ViewerManager::unpick(osg::Group const* layerGroup) {

@@ -33,8 +33,8 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
 
   osgEarth::MapNode* getMapNode() const { return mapNode.get(); }
 
-  void addView(View* view);  ///< shows the map from now on; null and a view that is there already are passed over
-  void removeView(View* view);
+  void addView(View* view);     ///< shows the map from now on; null and a view that is there already are passed over
+  void removeView(View* view);  ///< shows nothing from now on
   std::vector<osg::ref_ptr<View>> const& getViews() const { return views; }
 
   /// Moves all views so that the features of the layers fill them. Null layers are passed over; without a feature that
@@ -54,7 +54,7 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
   /// What a click at a pixel of a view hits: the nearest point within the tolerance, else the nearest line, else null.
   osgEarth::AnnotationNode* hit(View const& view, osg::Vec2d const& pixel, double tolerance = kPickTolerance) const;
   void pick(osg::Node* node);  ///< adds to the picked ones and highlights; null and what is picked are passed over
-  void clearPick();
+  void clearPick();            ///< a feature that is highlighted by its id as well loses that highlight too
 
   static constexpr double kPickTolerance = 8.0;  ///< pixels: half an icon
 
@@ -64,6 +64,8 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
  private:
   friend class ProjectMapScene;
   void unpick(osg::Group const* layerGroup);
+  /// A view may take itself or another one out while it is asked to do something.
+  [[nodiscard]] std::vector<osg::ref_ptr<View>> copyOfViews() const;
 
   mutable std::recursive_mutex mutex;
   osg::ref_ptr<osgEarth::MapNode> mapNode;

@@ -24,6 +24,7 @@ TEST(MapCommand, DrawsEveryKindOfFile) {
   Program const program;
   program.write("点.dat", "P,,1,2,3\n控制点,,100,50,3");
   program.write("one.dat", "P,,1,2,3");
+  program.write("known.in2", "2,3,2\nA,1,2\nB,10,20\n");
   QString const traverse = test::samplePath("trav_connecting_fr_5legs.txt");
   ASSERT_EQ(program.run({"convert", traverse, "job.lqf"}).exitCode, 0);
   struct {
@@ -33,7 +34,8 @@ TEST(MapCommand, DrawsEveryKindOfFile) {
                      {traverse, 32, 24},
                      {"job.lqf", 32, 24},
                      {"点.dat", 2, 0},
-                     {"one.dat", 1, 0}};
+                     {"one.dat", 1, 0},
+                     {"known.in2", 2, 0}};
   for (auto const& test : cases) {
     test::Run const run = program.run({"map", test.file, "图/map.png", "--size", "300x200", "--json"});
     ASSERT_EQ(run.exitCode, 0) << run.err;
@@ -51,13 +53,18 @@ TEST(MapCommand, LeavesOutAndTellsWhatHasNoCoordinates) {
                 "STA,B,1.5,,1000,1100,50\nSTA,X,1.5,,0,0,0\n");
   test::Run const run = program.run({"map", "job.txt", "map.png"});
   EXPECT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_THAT(run.err, HasSubstr("Not drawn, since they have no coordinates: X"));
+  EXPECT_THAT(run.err, HasSubstr("Not drawn, since they have no usable coordinates: X"));
+  program.write("far.dat", "A,,0,0,0\nB,,100,100,1e300\nC,,nan,50,0\nD,,1e30,50,0");
+  test::Run const far = program.run({"map", "far.dat", "map.png", "--json"});
+  EXPECT_THAT(far.err, HasSubstr("Not drawn, since they have no usable coordinates: C, D"));
+  EXPECT_EQ(far.json()["points"].asUInt(), 2U);
 }
 
 TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
   Program const program;
   program.write("empty.dat", "");
   program.write("free.in2", "2,3,2\nA,1,2\nB\nC,S,100\n");
+  program.write("gbk.in2", "2,3,2\n\xBF\xD8\xD6\xC6,1,2\nB,10,20\n");
   program.write("map.png", "old");
   struct {
     QStringList arguments;
@@ -66,6 +73,7 @@ TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
   } const cases[] = {
       {{"empty.dat", "map.png"}, 1, "there is no point with coordinates to draw"},
       {{"free.in2", "map.png"}, 1, "generate map data failed"},
+      {{"gbk.in2", "map.png", "--encoding", "GBK"}, 1, "gbk.in2: line 2 the line is no UTF-8"},
       {{"none.dat", "map.png"}, 1, "none.dat: no such file"},
       {{"empty.dat", "map.jpg"}, 1, "what can be written: .png"},
       {{"empty.dat"}, 2, "FILE is missing"},

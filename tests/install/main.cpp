@@ -44,11 +44,17 @@ bool annotates() {
   return dynamic_cast<HostLayer*>(base) != nullptr && layer->getGroup()->getNumChildren() == 1;
 }
 
+/// In the data folder of the installation, wherever it was put.
+bool findsIcons() {
+  return !utils::resourceFile(kvn::GetIcon(kvn::FeatureDataType::CoordData, kvn::TraversePointType::PrismPoint))
+              .empty();
+}
+
 }  // namespace
 
 int main(int, char** argv) {
   kvn::System system;
   system.setConfigFile(QString());
   auto const project = system.createProject();
-  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() ? 0 : 1;
+  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsIcons() ? 0 : 1;
 }

@@ -2,9 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <utils/QLogicError.h>
-#include <chrono>
 #include <cstdio>
-#include <future>
 #include <osgEarth/FeatureNode>
 #include <osgEarth/PlaceNode>
 
@@ -171,22 +169,57 @@ TEST_F(DrawingTools, GiveTheDatumOfTheProject) {
   EXPECT_FALSE(copy.getVrd_dam_para(got));
 }
 
+template <typename Tool>
+struct Watching : Tool {
+  using Tool::Tool;
+  mvz::ViewerManager* watched = nullptr;
+  mutable test::Other other;
+  mutable bool wasFree = true;
+  osgEarth::Style getStyle() const override {
+    wasFree = other.canLock(*watched);
+    return Tool::getStyle();
+  }
+};
+
 TEST_F(DrawingTools, DrawUnderTheViewersLock) {
-  struct Watching : PointDataTool {
-    using PointDataTool::PointDataTool;
-    mvz::ViewerManager* watched = nullptr;
-    mutable std::future<void> other;
-    mutable bool wasFree = true;
-    osgEarth::Style getStyle() const override {
-      other = std::async(std::launch::async, [this] { auto const hold = watched->lock(); });
-      wasFree = other.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
-      return PointDataTool::getStyle();
-    }
-  };
-  Watching tool(&scene);
-  tool.watched = viewers;
-  tool.build(DrawPoint(1, 2, 3, "A"));
-  EXPECT_FALSE(tool.wasFree);
+  Watching<PointDataTool> points(&scene);
+  points.watched = viewers;
+  points.build(DrawPoint(1, 2, 3, "A"));
+  Watching<LineDataTool> lines(&scene);
+  lines.watched = viewers;
+  lines.build(DrawLine());
+  EXPECT_FALSE(points.wasFree || lines.wasFree);
+}
+
+QStringList& logged() {
+  static QStringList lines;
+  return lines;
+}
+
+TEST_F(DrawingTools, LogEachRecord) {
+  QtMessageHandler const before =
+      qInstallMessageHandler([](QtMsgType type, QMessageLogContext const&, QString const& text) {
+        if (type == QtInfoMsg) logged() << text;
+      });
+  LineDataTool(&scene).build(DrawLine());
+  PointDataTool(&scene).build(DrawPoint());
+  CoordinateDataTool(&scene).build(point("1", "P", 0, 0));
+  CoordinateDataTool(&scene).remove("1");
+  qInstallMessageHandler(before);
+  EXPECT_EQ(logged(), (QStringList{"Kelvane:build network map", "Kelvane:draw network line map",
+                                   "Kelvane:draw network line map", "Kelvane:build viewpoint map",
+                                   "Kelvane:build coordinate map", "Kelvane:remove coordinate map"}));
+}
+
+TEST_F(DrawingTools, WithoutASceneNothingIsDrawn) {
+  LineDataTool lines(nullptr);
+  lines.build(DrawLine());
+  lines.setProject(project.get());
+  lines.build(DrawLine());
+  PointDataTool(nullptr).build(DrawPoint());
+  CoordinateDataTool(nullptr).build(CoordinatePointInfo());
+  EXPECT_TRUE(scene.getLayers().empty());
+  EXPECT_EQ(lines.getProject(), project.get());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Layers, features, selection and framing of a scene, without a picture.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <osg/Group>
 #include <osgEarth/AnnotationLayer>
@@ -45,7 +46,10 @@ TEST_F(MapSceneTest, TellsThePickedFeaturesOfAType) {
   for (auto const type : {FeatureDataType::CoordData, FeatureDataType::NetworkData, FeatureDataType::ViewPointData}) {
     for (osgEarth::AnnotationNode* node : featuresOf(scene, type)) viewers->pick(node);
   }
-  viewers->pick(new osg::Group);  // something of the host's, that is gone at once
+  osg::ref_ptr<osg::Group> const hosts = new osg::Group;  // something else that the host shows
+  hosts->addChild(new osg::Group);
+  viewers->pick(hosts->getChild(0));
+  EXPECT_EQ(viewers->getPickNodeList().size(), 5U);
   EXPECT_EQ(scene.getSelectFeatureList(FeatureDataType::CoordData), featuresOf(scene, FeatureDataType::CoordData));
   EXPECT_EQ(scene.getSelectFeatureList(FeatureDataType::ViewPointData).size(), 2U);  // station and target
   EXPECT_TRUE(scene.getSelectFeatureList(FeatureDataType::TraverseData).empty());
@@ -53,7 +57,7 @@ TEST_F(MapSceneTest, TellsThePickedFeaturesOfAType) {
   EXPECT_THAT(scene.getSelectIDList(FeatureDataType::ViewPointData), ElementsAre("s", "t"));
   EXPECT_TRUE(scene.getSelectIDList(FeatureDataType::TraverseData).empty());
   project->clearMapData();
-  EXPECT_TRUE(viewers->getPickNodeList().empty());
+  EXPECT_EQ(viewers->getPickNodeList(), std::vector<osg::Node*>{hosts->getChild(0)});
 }
 
 TEST_F(MapSceneTest, HighlightsByIdAndDropsTheFormerSelection) {
@@ -70,7 +74,10 @@ TEST_F(MapSceneTest, HighlightsByIdAndDropsTheFormerSelection) {
   QMetaObject::invokeMethod(&scene, "selectFeature", Q_ARG(QString, "c"),
                             Q_ARG(kvn::FeatureDataType, FeatureDataType::CoordData));
   EXPECT_EQ(selected(FeatureDataType::CoordData), "c");
-  scene.selectFeature(QVector<QString>{"t", "unknown"}, FeatureDataType::ViewPointData);
+  QMetaObject::invokeMethod(&scene, "selectFeature", Qt::QueuedConnection,
+                            Q_ARG(QVector<QString>, (QVector<QString>{"t", "unknown"})),
+                            Q_ARG(kvn::FeatureDataType, FeatureDataType::ViewPointData));
+  QCoreApplication::sendPostedEvents(&scene);
   EXPECT_EQ(selected(FeatureDataType::CoordData) + selected(FeatureDataType::ViewPointData), "t");
   scene.clearSelect();
   EXPECT_EQ(selected(FeatureDataType::ViewPointData), "");
@@ -101,6 +108,8 @@ TEST_F(MapSceneTest, FramingPutsTheLayersIntoEveryView) {
   osg::ref_ptr<mvz::View> const second = new mvz::View(300, 200);
   viewers->addView(second);
   drawOneOfEach();
+  view->drawn();
+  second->drawn();
   system.fullMapSystem();
   for (mvz::View const* each :
        {static_cast<mvz::View const*>(view.get()), static_cast<mvz::View const*>(second.get())}) {

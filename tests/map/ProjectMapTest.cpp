@@ -21,7 +21,15 @@ struct ProjectMap : test::MapProject {
            std::to_string(featuresOf(*scene, FeatureDataType::ViewPointData).size());
   }
 
-  static Network triangle() {
+  unsigned features() const {
+    unsigned count = 0;
+    for (osgEarth::Layer const* layer : project->getMapScene()->getLayers()) {
+      count += layer->getNode()->asGroup()->getNumChildren();
+    }
+    return count;
+  }
+
+  static Network publishedNetwork() {
     CosaCollection collection;
     collection.INetworkDataCollection::read(test::samplePath("net_charamza1990_p238.in2").toStdString());
     return {collection.getKnownPointList(), collection.getNetworkDataList()};
@@ -36,7 +44,7 @@ TEST_F(ProjectMap, AnEmptyProjectDrawsNothingAndHasNoScene) {
 }
 
 TEST_F(ProjectMap, ShowsRowsOrTheNetworkByTheOperationType) {
-  Network const network = triangle();
+  Network const network = publishedNetwork();
   std::string const ofNetwork = std::to_string(network.lines.size()) + "/12";  // the network has 12 points
   std::vector<TraverseDataInfo> const rows{row("s", TraversePointType::StationPoint, 1, 2),
                                            row("t", TraversePointType::PrismPoint, 3, 4)};
@@ -56,9 +64,13 @@ TEST_F(ProjectMap, ShowsRowsOrTheNetworkByTheOperationType) {
     project->setOperationType(test.type);
     project->build();
     EXPECT_EQ(drawn(), test.drawn);
-    project->build();  // draws once more: nothing is cleared before
+    unsigned const once = features();
+    project->build();
+    EXPECT_EQ(features(), 2 * once) << "something was cleared before";
+    view->drawn();
     project->clearMapData();
     EXPECT_EQ(drawn(), "0/0");
+    EXPECT_TRUE(view->needsRedraw());
   }
 }
 
@@ -78,16 +90,23 @@ TEST_F(ProjectMap, ANetworkThatCannotBePlacedIsReportedAndNotDrawn) {
 TEST_F(ProjectMap, ACancelStopsBetweenTwoCoordinatePoints) {
   project->setCoordinatePointList(std::vector<CoordinatePointInfo>(5));
   int left = 2;
-  project->setCancelCall([&left] { return left-- == 0; });
+  test::Other other;
+  bool wasFree = false;
+  project->setCancelCall([&] {
+    wasFree = wasFree || other.canLock(*viewers);
+    return left-- == 0;
+  });
   EXPECT_EQ(test::failureOf<QLogicError>([this] { project->build(); }), "User Cancel");
   EXPECT_EQ(featuresOf(*project->getMapScene(), FeatureDataType::CoordData).size(), 2U);
+  EXPECT_FALSE(wasFree) << "the viewers' lock was not held for the whole list";
 }
 
 TEST_F(ProjectMap, FramesTheCoordinatesThenTheNetworkIfThereIsOne) {
   struct Recorder : mvz::ViewerManager {
     std::vector<std::string> framed;
     void fullMapAllView(std::vector<osgEarth::Layer*> layers) override {
-      for (osgEarth::Layer const* layer : layers) framed.push_back(layer == nullptr ? "null" : layer->getName());
+      framed.emplace_back();
+      for (osgEarth::Layer const* layer : layers) framed.back() += (layer == nullptr ? "null" : layer->getName()) + ";";
     }
   };
   osg::ref_ptr<Recorder> const recorder = new Recorder;
@@ -95,15 +114,20 @@ TEST_F(ProjectMap, FramesTheCoordinatesThenTheNetworkIfThereIsOne) {
   project->setCoordinatePointList(std::vector<CoordinatePointInfo>(1));
   project->build();
   project->fullShowMap();
-  EXPECT_THAT(recorder->framed, ElementsAre("CoordData"));
+  EXPECT_THAT(recorder->framed, ElementsAre("CoordData;"));
   recorder->framed.clear();
-  project->setNetwork(triangle());
+  project->setNetwork(publishedNetwork());
   project->build();
   project->fullShowMap();
-  EXPECT_THAT(recorder->framed, ElementsAre("NetworkData", "CoordData", "NetworkData"));
+  EXPECT_THAT(recorder->framed, ElementsAre("NetworkData;", "CoordData;", "NetworkData;"));
   recorder->framed.clear();
   system.fullMapSystem();
-  EXPECT_THAT(recorder->framed, ElementsAre("CoordData", "NetworkData", "ViewPointData"));
+  EXPECT_THAT(recorder->framed, ElementsAre("CoordData;NetworkData;ViewPointData;"));
+  recorder->framed.clear();
+  project->setNetwork({});
+  project->setAlgorithmAdjust(std::make_unique<AlgorithmAdjust>());
+  project->fullShowMap();
+  EXPECT_THAT(recorder->framed, ElementsAre("CoordData;", "NetworkData;"));
 }
 
 TEST_F(ProjectMap, NewCoordinatesFromAFileTakeTheOldOnesOffTheMap) {

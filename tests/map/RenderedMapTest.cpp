@@ -15,6 +15,7 @@ struct Picture {
   bool has(osg::Vec2d const& pixel, int radius, osg::Vec3d const& colour, double slack) const {
     for (int y = int(pixel.y()) - radius; y <= int(pixel.y()) + radius; ++y) {
       for (int x = int(pixel.x()) - radius; x <= int(pixel.x()) + radius; ++x) {
+        if (x < 0 || x >= image->s() || y < 0 || y >= image->t()) continue;
         osg::Vec4 const found = image->getColor(static_cast<unsigned>(x), static_cast<unsigned>(image->t() - 1 - y));
         osg::Vec3d const difference = osg::Vec3d(found.x(), found.y(), found.z()) * 255.0 - colour;
         if (difference.length() < slack) return true;
@@ -53,6 +54,15 @@ TEST_F(RenderedMap, IconsAndLinesStandWhereTheCoordinatesSay) {
   for (double const part : {0.3, 0.5, 0.7}) {
     EXPECT_TRUE(drawn.has(at(4000000 + 100 * part, 500000 + 100 * part), 1, kLine, kSlack));
     EXPECT_TRUE(drawn.has(at(4000000 + 100 * part, 500000 + 100 * part) + osg::Vec2d(8, 8), 0, kWhite, 1));
+  }
+}
+
+TEST_F(RenderedMap, PointsAreSeenAtAnyHeight) {
+  for (double const height : {8848.0, -9999.9}) {  // the second stands for a height that is not known
+    project->clearMapData();
+    for (TraverseDataInfo& row : project->getTraverseDataList()) row.Z = height;
+    project->build();
+    EXPECT_TRUE(picture().has(at(4000000, 500000), 1, kStation, kSlack));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "mvz/detail/Features.h"
 
 #include <mvz/ISelectable.h>
+#include <mvz/View.h>
 
 #include <algorithm>
 #include <cmath>
@@ -36,7 +37,7 @@ osg::BoundingBoxd boundsOf(osgEarth::Layer& layer) {
   if (features == nullptr) return bounds;
   for (unsigned i = 0; i < features->getNumChildren(); ++i) {
     for (osg::Vec3d const& point : pointsOf(*features->getChild(i))) {
-      if (std::isfinite(point.x()) && std::isfinite(point.y()) && std::isfinite(point.z())) bounds.expandBy(point);
+      if (std::abs(point.x()) < View::kFarthest && std::abs(point.y()) < View::kFarthest) bounds.expandBy(point);
     }
   }
   return bounds;
