@@ -84,7 +84,7 @@ void dropFarPoints(Project& project) {
   tellLeftOut(names);
 }
 
-void requireIcons() {
+void tellMissingIcons() {
   for (auto const type : {FeatureDataType::CoordData, FeatureDataType::ViewPointData}) {
     if (!utils::resourceFile(GetIcon(type, TraversePointType::StationPoint)).empty()) continue;
     System::Instance()->sendMessage("The icons of the map are not installed: points show by their names alone",
@@ -93,19 +93,25 @@ void requireIcons() {
   }
 }
 
-QString labelOf(std::string const& name) { return printable(textOf(name)); }
+/// In the local 8-bit encoding; a name that it cannot hold stays as it is, since two of them could become one.
+std::string localName(std::string const& name) {
+  QString const text = textOf(name);
+  std::string const local = HTextCodec::ToLocal8Bit(text);
+  return HTextCodec::FromLocal8Bit(local) == text ? local : name;
+}
 
-/// The labels of rows are read in the local 8-bit encoding and those of coordinates as UTF-8, whatever their file was.
+/// The labels of rows and networks are read in the local 8-bit encoding and those of coordinates as UTF-8, whatever
+/// their file was.
 void encodeLabels(Project& project) {
-  for (TraverseDataInfo& row : project.getTraverseDataList()) row.name = HTextCodec::ToLocal8Bit(labelOf(row.name));
-  for (CoordinatePointInfo& point : project.getCoordinatePointList()) point.name = labelOf(point.name).toStdString();
-  if (project.getTraverseDataList().empty()) {
-    Network& network = project.getNetwork();
-    for (KnownPoint& point : network.knownPoints) point.name = HTextCodec::ToLocal8Bit(labelOf(point.name));
-    for (NetworkDataInfo& line : network.lines) {
-      line.start_name = HTextCodec::ToLocal8Bit(labelOf(line.start_name));
-      line.end_name = HTextCodec::ToLocal8Bit(labelOf(line.end_name));
-    }
+  for (TraverseDataInfo& row : project.getTraverseDataList()) row.name = localName(row.name);
+  for (CoordinatePointInfo& point : project.getCoordinatePointList()) {
+    point.name = printable(textOf(point.name)).toStdString();
+  }
+  Network& network = project.getNetwork();
+  for (KnownPoint& point : network.knownPoints) point.name = localName(point.name);
+  for (NetworkDataInfo& line : network.lines) {
+    line.start_name = localName(line.start_name);
+    line.end_name = localName(line.end_name);
   }
 }
 
@@ -152,7 +158,7 @@ int runMap(QStringList const& arguments) {
     osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options->width, options->height);
     viewers->addView(view);
     System::Instance()->setMvzViewerManager(viewers);
-    requireIcons();
+    tellMissingIcons();
     session.open(options->file);
     requireNoError(session.file(), session.job().findings());
     Drawn const drawn = draw(session);
