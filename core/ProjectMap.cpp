@@ -45,17 +45,8 @@ QString nameOf(NetworkDataInfo const& observed) {
   return QString::fromStdString(observed.start_name) + "-" + QString::fromStdString(observed.end_name);
 }
 
-/// The lines of a network that have both ends; the others are told.
-std::vector<DrawLine> placedLines(std::vector<DrawLine> const& lines, Network const& network) {
-  std::vector<DrawLine> placed;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (isPlaced(lines[i], network.lines[i])) {
-      placed.push_back(lines[i]);
-    } else {
-      tell(System::tr("The line %1 is not drawn: an end has no coordinates").arg(nameOf(network.lines[i])), Warning);
-    }
-  }
-  return placed;
+void tellUnplaced(NetworkDataInfo const& observed) {
+  tell(System::tr("The line %1 is not drawn: an end has no coordinates").arg(nameOf(observed)), Warning);
 }
 
 }  // namespace
@@ -100,7 +91,14 @@ void Project::buildMapInputData() {
     return;
   }
   LineDataTool lineTool(getOrCreateMapScene());
-  for (DrawLine const& line : ofRows ? input.getLine() : placedLines(input.getLine(), *network)) lineTool.build(line);
+  for (std::size_t i = 0; i < input.getLine().size(); ++i) {  // a network gives one for each of its lines
+    DrawLine const& line = input.getLine()[i];
+    if (ofRows || isPlaced(line, network->lines[i])) {
+      lineTool.build(line);
+    } else {
+      tellUnplaced(network->lines[i]);
+    }
+  }
   PointDataTool pointTool(getOrCreateMapScene());
   for (DrawPoint const& point : input.getPoint()) pointTool.build(point);
   frame(mapScene.get(), FeatureDataType::NetworkData);

@@ -75,8 +75,9 @@ void GeometryDataTool::setFeatureInfo(osgEarth::AnnotationNode* node, std::strin
   if (node == nullptr) return;
   std::string typeKey = type.toString();
   if (!subKind.empty()) typeKey += ":" + subKind;
+  MapScene const* const scene = getMapScene();
   mvz::GeometryDataTool::setFeatureInfo(node, id, typeKey, name, addressOf(System::Instance()),
-                                        addressOf(getMapScene()->getProject()));
+                                        addressOf(scene == nullptr ? nullptr : scene->getProject()));
 }
 
 osgEarth::FeatureNode* GeometryDataTool::drawLine(osgEarth::AnnotationLayer* layer, coord::xyh from, coord::xyh to,

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <osg/BlendFunc>
 
 namespace mvz {
 namespace {
@@ -40,7 +41,11 @@ osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
 }  // namespace
 
 View::View(int width, int height) : camera(planCamera(std::max(width, 1), std::max(height, 1))), root(new osg::Group) {
-  root->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+  osg::StateSet* const state = root->getOrCreateStateSet();
+  state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+  // Said, since OpenGL's own start is to paint transparent pixels: in the first picture the halo of a letter would cut
+  // the one before it.
+  state->setAttribute(new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
   root->addChild(new detail::Decoration(camera));
   camera->addChild(root);
   frame(osg::BoundingBoxd(0, 0, 0, 0, 0, 0));

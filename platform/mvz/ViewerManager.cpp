@@ -157,8 +157,11 @@ osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const&
 
 void ViewerManager::pick(osg::Node* node) {
   Lock const hold = lock();
-  std::vector<osg::Node*> const all = getPickNodeList();
-  if (node == nullptr || std::find(all.begin(), all.end(), node) != all.end()) return;
+  if (node == nullptr) return;
+  auto const [known, isNew] = pickedAt.emplace(node, picked.size());
+  // Another node may have come to the address of one that is gone.
+  if (!isNew && picked[known->second] == node) return;
+  known->second = picked.size();
   detail::highlight(node, true);
   picked.emplace_back(node);
   requestRedraw();
@@ -168,6 +171,7 @@ void ViewerManager::clearPick() {
   Lock const hold = lock();
   for (auto const& node : picked) detail::highlight(node.get(), false);
   picked.clear();
+  pickedAt.clear();
   requestRedraw();
 }
 
@@ -178,6 +182,8 @@ void ViewerManager::unpick(osg::Group const* layerGroup) {
     return true;
   };
   picked.erase(std::remove_if(picked.begin(), picked.end(), gone), picked.end());
+  pickedAt.clear();
+  for (std::size_t i = 0; i < picked.size(); ++i) pickedAt[picked[i].get()] = i;
 }
 
 }  // namespace mvz

@@ -12,6 +12,7 @@
 #include <osgEarth/Layer>
 #include <osgEarth/MapNode>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace mvz {
@@ -71,6 +72,7 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
   osg::ref_ptr<osgEarth::MapNode> mapNode;
   std::vector<osg::ref_ptr<View>> views;
   std::vector<osg::observer_ptr<osg::Node>> picked;
+  std::unordered_map<osg::Node const*, std::size_t> pickedAt;  ///< where in `picked`; may name nodes that are gone
 };
 
 }  // namespace mvz

@@ -37,7 +37,9 @@ osg::BoundingBoxd boundsOf(osgEarth::Layer& layer) {
   if (features == nullptr) return bounds;
   for (unsigned i = 0; i < features->getNumChildren(); ++i) {
     for (osg::Vec3d const& point : pointsOf(*features->getChild(i))) {
-      if (std::abs(point.x()) < View::kFarthest && std::abs(point.y()) < View::kFarthest) bounds.expandBy(point);
+      if (std::abs(point.x()) < View::kFarthest && std::abs(point.y()) < View::kFarthest) {
+        bounds.expandBy(point.x(), point.y(), std::isfinite(point.z()) ? point.z() : 0.0);
+      }
     }
   }
   return bounds;

@@ -20,7 +20,7 @@ void highlight(osg::Node* node, bool value);
 /// Position of a place, vertices of a line; empty for any other node.
 std::vector<osg::Vec3d> pointsOf(osg::Node& node);
 
-/// Box around the points within `View::kFarthest`, so that they are finite, of the features of a
+/// Box around the points within `View::kFarthest`, whatever their height, of the features of a
 /// layer; invalid when there is none.
 osg::BoundingBoxd boundsOf(osgEarth::Layer& layer);
 

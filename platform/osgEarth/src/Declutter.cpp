@@ -165,9 +165,10 @@ void registerDeclutterBin() {
 
 /// Said, since OpenGL's own start is to paint transparent pixels white.
 osg::BlendFunc* overPaper() {
-  static osg::ref_ptr<osg::BlendFunc> const function =
-      new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-  return function.get();
+  // Never destroyed: a host may make nodes after the statics of this library are gone.
+  static auto* const function = new osg::ref_ptr<osg::BlendFunc>(
+      new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA));
+  return function->get();
 }
 
 void setState(osg::StateSet& state, int bin, std::string const& name) {
