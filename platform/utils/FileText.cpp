@@ -4,6 +4,8 @@
 #include <QTextCodec>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <system_error>
 
 #if defined(_WIN32)
@@ -61,7 +63,8 @@ QString replace(std::filesystem::path const& target, std::string const& bytes) {
   if (std::filesystem::exists(target, none) && !std::filesystem::is_regular_file(target, none)) {
     return QStringLiteral("not a regular file");
   }
-  std::string name = target.string() + ".XXXXXX";
+  // Not the name of the file with something behind it, which could be too long.
+  std::string name = (target.parent_path() / ".kelvane-XXXXXX").string();
   int const file = ::mkstemp(name.data());
   if (file < 0) return lastError();
   bool const written = writeAll(file, bytes) && ::fchmod(file, rightsFor(target)) == 0;
@@ -94,7 +97,21 @@ void createFolderOf(QString const& path) {
   std::filesystem::create_directories(nativeFile(path).parent_path(), ignored);
 }
 
+std::optional<std::string> readFile(QString const& path) {
+  std::filesystem::path const file = nativeFile(path);
+  std::error_code none;
+  if (!std::filesystem::is_regular_file(file, none)) return std::nullopt;
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream bytes;
+  if (stream.peek() != std::ifstream::traits_type::eof()) bytes << stream.rdbuf();
+  if (!stream.is_open() || stream.bad() || bytes.fail()) return std::nullopt;
+  return bytes.str();
+}
+
 QString replaceFile(QString const& path, std::string const& bytes) {
+  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) != path) {
+    return QStringLiteral("%1: the name cannot be written in the local encoding").arg(path);
+  }
   std::filesystem::path target = nativeFile(path);
   std::error_code none;
   // A link stays a link: what it leads to is replaced.

@@ -4,6 +4,7 @@
 #include <utils/Export.h>
 
 #include <QString>
+#include <optional>
 #include <string>
 
 namespace utils {
@@ -16,6 +17,9 @@ KELVANE_EXPORT std::string nativePath(std::string const& path);
 
 /// Creates the folder of a file and those above it; nothing happens when it is there.
 KELVANE_EXPORT void createFolderOf(QString const& path);
+
+/// All bytes of a regular file; nothing when there is none or it cannot be read to its end.
+KELVANE_EXPORT std::optional<std::string> readFile(QString const& path);
 
 /// Replaces the file by `bytes`; the old file stays whole until the new one is on the disk.
 ///

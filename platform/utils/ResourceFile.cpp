@@ -33,16 +33,30 @@ std::vector<fs::path> installations() {
   return all;
 }
 
+std::vector<fs::path> candidates(QString const& relative) {
+  fs::path const wanted = native(QString(relative).replace(QLatin1Char('\\'), QLatin1Char('/')));
+  std::vector<fs::path> all = installations();
+  for (fs::path& folder : all) folder /= wanted;  // an absolute path stays what it is
+  return all;
+}
+
 }  // namespace
 
 std::string resourceFile(QString const& relative) {
-  fs::path const wanted = native(QString(relative).replace(QLatin1Char('\\'), QLatin1Char('/')));
-  for (fs::path const& folder : installations()) {
-    fs::path const candidate = folder / wanted;  // an absolute path stays what it is
+  for (fs::path const& candidate : candidates(relative)) {
     std::error_code error;
     if (fs::is_regular_file(candidate, error)) return candidate.string();
   }
   return {};
+}
+
+std::vector<std::string> resourceFolders(QString const& relative) {
+  std::vector<std::string> folders;
+  for (fs::path const& candidate : candidates(relative)) {
+    std::error_code error;
+    if (fs::is_directory(candidate, error)) folders.push_back(candidate.string());
+  }
+  return folders;
 }
 
 }  // namespace utils

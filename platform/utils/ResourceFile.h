@@ -1,10 +1,11 @@
-// Files that the library reads at run time: icons, legend codes.
+// Files that the library reads at run time: icons, legend codes, translations.
 #pragma once
 
 #include <utils/Export.h>
 
 #include <QString>
 #include <string>
+#include <vector>
 
 namespace utils {
 
@@ -17,5 +18,8 @@ namespace utils {
 /// looked
 ///          at itself.
 KELVANE_EXPORT std::string resourceFile(QString const& relative);
+
+/// All folders of that name, in the order in which `resourceFile` looks for files.
+KELVANE_EXPORT std::vector<std::string> resourceFolders(QString const& relative);
 
 }  // namespace utils

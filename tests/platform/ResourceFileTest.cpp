@@ -18,15 +18,22 @@ TEST(ResourceFile, TheWorkingDirectoryComesBeforeWhatCameWithTheLibrary) {
   ASSERT_TRUE(QDir().mkpath("config/earth/img"));
   test::writeFile("config/earth/img/kvn_stationpoint.png", "own");
   std::string const own = utils::resourceFile(kIcon);
+  std::string const dotted = utils::resourceFile(QStringLiteral(".\\") + kIcon);
+  std::vector<std::string> const folders = utils::resourceFolders("config\\earth");
   QDir::setCurrent(before);
   EXPECT_EQ(test::fileBytes(QString::fromStdString(shipped)).substr(1, 3), "PNG");
   EXPECT_EQ(own, "config/earth/img/kvn_stationpoint.png");
+  ASSERT_GE(folders.size(), 2U);
+  EXPECT_EQ(folders[0], "config/earth");
+  EXPECT_EQ(folders[1] + "/img/kvn_stationpoint.png", shipped);
+  EXPECT_EQ(dotted, "./config/earth/img/kvn_stationpoint.png");
 }
 
 TEST(ResourceFile, WhatIsNotThereIsEmptyAndAFolderIsNoFile) {
   EXPECT_EQ(utils::resourceFile("config\\earth\\img\\none.png"), "");
   EXPECT_EQ(utils::resourceFile("config\\earth"), "");
   EXPECT_EQ(utils::resourceFile("/no/such/file"), "");
+  EXPECT_TRUE(utils::resourceFolders(kIcon).empty()) << "a file is no folder";
 }
 
 }  // namespace
