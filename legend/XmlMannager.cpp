@@ -1,0 +1,136 @@
+#include "legend/XmlMannager.h"
+
+#include <QLocale>
+#include <algorithm>
+
+namespace kvn {
+namespace {
+
+bool isType(AttributeType type) { return type == Point || type == Line || type == Polygon; }
+
+QList<XmlMannager::LegendCodeAttribute> regrouped(QList<XmlMannager::LegendCodeAttribute> codes, QString const& group) {
+  for (XmlMannager::LegendCodeAttribute& code : codes) code.Group = group;
+  return codes;
+}
+
+/// A name that is there already keeps its own place. Groups that are not listed stay so.
+void renameInList(QStringList& names, QString const& newName, QString const& oldName) {
+  int const place = names.indexOf(oldName);
+  if (place < 0 || newName == oldName) return;
+  if (names.contains(newName)) {
+    names.removeAt(place);
+  } else {
+    names[place] = newName;
+  }
+}
+
+}  // namespace
+
+XmlMannager::XmlMannager(QObject* parent) : QObject(parent) {}
+XmlMannager::~XmlMannager() = default;
+
+bool XmlMannager::isChinese() { return QLocale().language() == QLocale::Chinese; }
+
+QString XmlMannager::getDefaultGroupName() {
+  return isChinese() ? LegendCodeAttribute().Group : QStringLiteral("None Group");
+}
+
+void XmlMannager::clearData() {
+  groups.fill({});
+  codes.fill({});
+}
+
+QStringList XmlMannager::getGroupList(AttributeType type) const { return isType(type) ? groups[type] : QStringList(); }
+
+QList<XmlMannager::LegendCodeAttribute>& XmlMannager::getLegendCodeList(QString group, AttributeType type) {
+  if (isType(type)) return codes[type][group];
+  none.clear();  // what an earlier caller put there
+  return none;
+}
+
+XmlMannager::LegendCodeAttribute const* XmlMannager::find(QString const& name, AttributeType type) const {
+  if (!isType(type)) return nullptr;
+  for (Codes const& group : codes[type]) {
+    auto const found =
+        std::find_if(group.crbegin(), group.crend(), [&](auto const& code) { return code.Name == name; });
+    if (found != group.crend()) return &*found;
+  }
+  return nullptr;
+}
+
+XmlMannager::LegendCodeAttribute* XmlMannager::getLegendCodeData(QString name, AttributeType type) const {
+  if (LegendCodeAttribute const* const found = find(name, type)) return new LegendCodeAttribute(*found);
+  auto* const unknown = new LegendCodeAttribute;
+  unknown->Name = name;
+  unknown->Group = getDefaultGroupName();
+  unknown->Type = type;
+  return unknown;
+}
+
+bool XmlMannager::isContainLegendCode(LegendCodeAttribute code) const { return find(code.Name, code.Type) != nullptr; }
+
+bool XmlMannager::deleteGroup(QString group, AttributeType Type) {
+  // The codes of the default group have nowhere to go.
+  QString const defaultGroup = getDefaultGroupName();
+  if (group.isEmpty() || group == defaultGroup || !isType(Type)) return false;
+  CodeMap& map = codes[Type];
+  if (!map.contains(group)) return Type != Point;
+  Codes const moved = regrouped(map.take(group), defaultGroup);
+  groups[Type].removeOne(group);
+  if (!moved.isEmpty()) map[defaultGroup] += moved;
+  return true;
+}
+
+bool XmlMannager::addGroup(QString group, AttributeType Type) {
+  if (group.isEmpty() || !isType(Type)) return false;
+  if (codes[Type].contains(group)) return true;
+  codes[Type].insert(group, {});
+  groups[Type].append(group);
+  return true;
+}
+
+bool XmlMannager::updateGroup(QString newName, QString oldName, AttributeType Type) {
+  if (newName.isEmpty() || oldName.isEmpty() || !isType(Type)) return false;
+  CodeMap& map = codes[Type];
+  if (map.contains(oldName)) renameInList(groups[Type], newName, oldName);
+  Codes const moved = regrouped(map.take(oldName), newName);
+  map[newName] += moved;  // also when empty: an unknown old name leaves the new one behind, not listed
+  return true;
+}
+
+bool XmlMannager::updateElement(LegendCodeAttribute* beforeP, LegendCodeAttribute* p) {
+  if (beforeP == nullptr || p == nullptr || beforeP->Type != p->Type || beforeP->Name != p->Name) return false;
+  // Copies, since the caller may point at entries of the list that changes here.
+  LegendCodeAttribute const before = *beforeP;
+  LegendCodeAttribute const after = *p;
+  bool const staysInGroup = before.Group == after.Group;
+  bool const isKnown = isType(before.Type) && codes[before.Type].contains(before.Group);
+  int const place = isKnown ? codes[before.Type][before.Group].lastIndexOf(before) : -1;
+  if (place < 0) return staysInGroup || add(after);
+  Codes& list = codes[before.Type][before.Group];
+  if (staysInGroup) {
+    list[place] = after;
+    return true;
+  }
+  list.removeAt(place);
+  bool const isMoved = add(after);
+  // A file may hold a second code of that name, which keeps this one from its new group.
+  if (!isMoved) codes[before.Type][before.Group].insert(place, before);
+  return isMoved;
+}
+
+bool XmlMannager::addElement(LegendCodeAttribute* p) { return p != nullptr && add(*p); }
+
+bool XmlMannager::add(LegendCodeAttribute const& code) {
+  if (!isType(code.Type) || isContainLegendCode(code)) return false;
+  codes[code.Type][code.Group].append(code);
+  return true;
+}
+
+bool XmlMannager::deleteElement(LegendCodeAttribute* p) {
+  if (p == nullptr) return false;
+  if (isType(p->Type) && codes[p->Type].contains(p->Group)) codes[p->Type][p->Group].removeAll(*p);
+  return true;
+}
+
+}  // namespace kvn

@@ -1,0 +1,176 @@
+// The legend file: one XML file of group lists and codes, its texts in the local 8-bit encoding.
+#include "legend/XmlMannager.h"
+
+#include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+#include <utils/ResourceFile.h>
+
+#include <tinyxml2.h>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+namespace kvn {
+namespace {
+
+using LegendCode = XmlMannager::LegendCodeAttribute;
+using tinyxml2::XMLElement;
+
+struct Section {
+  AttributeType type;
+  char const* groups;
+  char const* group;
+  char const* codes;
+  char const* code;
+};
+
+// Polygons are faces here, hence the F.
+constexpr Section kSections[] = {{Point, "PGroups", "PGroup", "Points", "Point"},
+                                 {Line, "LGroups", "LGroup", "Lines", "Line"},
+                                 {Polygon, "FGroups", "FGroup", "Polygons", "Polygon"}};
+
+struct Field {
+  char const* element;
+  QString LegendCode::*text;
+};
+
+constexpr Field kFields[] = {{"Name", &LegendCode::Name}, {"Group", &LegendCode::Group}, {"Code", &LegendCode::Code},
+                             {"ID", &LegendCode::ID},     {"Scale", &LegendCode::Scale}, {"Color", &LegendCode::Color}};
+
+/// Whether a path leads to a file; a folder is none.
+bool isFile(std::string const& nativeFile) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(nativeFile, error);
+}
+
+/// Calls `use` for every child element of that name (null for any) of a section, which may be missing.
+template <typename Use>
+void forEachChild(XMLElement const& root, char const* section, char const* name, Use const& use) {
+  XMLElement const* const parent = root.FirstChildElement(section);
+  if (parent == nullptr) return;
+  for (auto* child = parent->FirstChildElement(name); child != nullptr; child = child->NextSiblingElement(name)) {
+    use(*child);
+  }
+}
+
+QString textOf(XMLElement const& element) {
+  char const* const text = element.GetText();
+  return text == nullptr ? QString() : HTextCodec::FromLocal8Bit(text);
+}
+
+LegendCode codeOf(XMLElement const& element, AttributeType type) {
+  LegendCode code;
+  code.Type = type;
+  for (Field const& field : kFields) {
+    if (auto const* const child = element.FirstChildElement(field.element)) code.*field.text = textOf(*child);
+  }
+  return code;
+}
+
+/// Bytes as XML text. Control characters, and a blank at the beginning, go as numbers: the parser turns CR into LF and
+/// drops a text of blanks alone, but takes a number as it is.
+std::string escaped(std::string const& bytes) {
+  std::string text;
+  for (char const byte : bytes) {
+    bool const isControl = byte >= 0 && byte < ' ';
+    if (byte == '&') {
+      text += "&amp;";
+    } else if (byte == '<') {
+      text += "&lt;";
+    } else if (byte == '>') {
+      text += "&gt;";
+    } else if (isControl || (byte == ' ' && text.empty())) {
+      text += "&#" + std::to_string(int(byte)) + ';';
+    } else {
+      text += byte;
+    }
+  }
+  return text;
+}
+
+/// Builds the document of a legend file.
+class Document {
+ public:
+  Document() {
+    xml.InsertFirstChild(xml.NewDeclaration("xml version=\"1.0\" encoding=\"gbk\""));
+    root = xml.NewElement("VRDGroundCode");
+    xml.InsertEndChild(root);
+  }
+
+  XMLElement& addSection(char const* name) { return *root->InsertNewChildElement(name); }
+
+  void addText(XMLElement& parent, char const* name, QString const& text) {
+    std::string const bytes = HTextCodec::ToLocal8Bit(text);
+    if (HTextCodec::FromLocal8Bit(bytes) != text || bytes.find('\0') != std::string::npos) isLossless = false;
+    parent.InsertNewChildElement(name)->SetText(escaped(bytes).c_str());
+  }
+
+  void addCode(XMLElement& parent, char const* name, LegendCode const& code) {
+    XMLElement& element = *parent.InsertNewChildElement(name);
+    for (Field const& field : kFields) addText(element, field.element, code.*field.text);
+  }
+
+  bool save(QString const& path) const {
+    if (!isLossless) return false;
+    tinyxml2::XMLPrinter printer(nullptr, false);
+    xml.Print(&printer);
+    return utils::replaceFile(path, printer.CStr()).isEmpty();
+  }
+
+ private:
+  tinyxml2::XMLDocument xml{false};  // texts are escaped here: tinyxml2 itself leaves control characters as they are
+  XMLElement* root;
+  bool isLossless = true;
+};
+
+}  // namespace
+
+bool XmlMannager::readPrjCode(QString const& path) {
+  clearData();
+  file = path;
+  std::string found = utils::nativePath(HTextCodec::ToLocal8Bit(file));
+  if (!isFile(found)) {
+    file =
+        isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml") : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
+    found = utils::resourceFile(file);
+  }
+  tinyxml2::XMLDocument document;
+  if (document.LoadFile(found.c_str()) != tinyxml2::XML_SUCCESS) return false;
+  XMLElement const* const root = document.FirstChildElement();
+  if (root == nullptr) return false;
+
+  for (Section const& section : kSections) {
+    forEachChild(*root, section.groups, nullptr, [&](XMLElement const& element) {
+      QString const group = textOf(element);
+      if (codes[section.type].contains(group)) return;
+      codes[section.type].insert(group, {});
+      groups[section.type].append(group);
+    });
+    forEachChild(*root, section.codes, section.code, [&](XMLElement const& element) {
+      LegendCode const code = codeOf(element, section.type);
+      auto const group = codes[section.type].find(code.Group);
+      if (group != codes[section.type].end()) group->append(code);
+    });
+  }
+  return true;
+}
+
+bool XmlMannager::saveAsPrjCode(QString path) const {
+  Document document;
+  for (Section const& section : kSections) {
+    XMLElement& parent = document.addSection(section.groups);
+    for (QString const& group : groups[section.type]) {
+      if (!group.isEmpty()) document.addText(parent, section.group, group);
+    }
+  }
+  for (Section const& section : kSections) {
+    XMLElement& parent = document.addSection(section.codes);
+    for (QString const& group : groups[section.type]) {
+      if (group.isEmpty()) continue;
+      for (LegendCode const& code : codes[section.type].value(group)) document.addCode(parent, section.code, code);
+    }
+  }
+  return document.save(path);
+}
+
+}  // namespace kvn

@@ -1,0 +1,206 @@
+// The legend file: what is read, what is written, and the two files that come with the library.
+#include <gtest/gtest.h>
+#include <QDir>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <random>
+
+#include "legend/LegendSupport.h"
+#include "support/Support.h"
+
+namespace {
+
+using kvn::AttributeType;
+using kvn::XmlMannager;
+
+constexpr AttributeType kTypes[] = {kvn::Point, kvn::Line, kvn::Polygon};
+
+/// Everything that a library holds under its listed groups, in order.
+QStringList contentOf(XmlMannager& library) {
+  QStringList all;
+  for (AttributeType const type : kTypes) {
+    for (QString const& group : library.getGroupList(type)) {
+      all << "group" << group;
+      for (Code const& c : library.getLegendCodeList(group, type)) {
+        all << c.Name << c.Group << c.Code << c.ID << c.Scale << c.Color << QString::number(c.Type);
+      }
+    }
+  }
+  return all;
+}
+
+class LegendFile : public testing::Test {
+ protected:
+  QString path(char const* name) const { return folder.filePath(name); }
+  bool read(std::string const& bytes) {
+    test::writeFile(path("in.xml"), bytes);
+    return library.readPrjCode(path("in.xml"));
+  }
+  QTemporaryDir const folder;
+  Language const english{QLocale::English};
+  XmlMannager library;
+};
+
+TEST_F(LegendFile, SectionsAndFieldsMayBeMissingAndUnlistedGroupsDropTheirCodes) {
+  struct Case {
+    char const* what;
+    std::string text;  ///< below the root; $ is a listed group G of points
+    char const* content;
+  };
+  Case const cases[] = {
+      {"nothing in it", "", ""},
+      {"lines without points", "<LGroups><x>G</x></LGroups><Lines><Line><Name>a</Name><Group>G</Group></Line></Lines>",
+       "group G a G default 1 1 #000a96 1"},
+      {"a group is listed once, whatever its element, and kept when empty",
+       "<FGroups><x>B</x><FGroup>A</FGroup><y>B</y></FGroups>", "group B group A"},
+      {"fields in any order, one empty", "<Points><Point><Color/><Scale>2</Scale><Group>G</Group></Point></Points>$",
+       "group G  G default 1 2  0"},
+      {"the default group counts when listed", "<PGroups><P>无分组</P></PGroups><Points><Point/></Points>",
+       "group 无分组  无分组 default 1 1 #000a96 0"},
+      {"unlisted groups, other elements",
+       "$<Points><Point/><Point><Group>g</Group></Point><x><Group>G</Group></x></Points>", "group G"},
+      {"one name twice", "$<Points><Point><Group>G</Group></Point><Point><Group>G</Group><ID>2</ID></Point></Points>",
+       "group G  G default 1 1 #000a96 0  G default 2 1 #000a96 0"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    QString const text = QString::fromStdString(c.text).replace("$", "<PGroups><P>G</P></PGroups>");
+    EXPECT_TRUE(read("<Any>" + text.toStdString() + "</Any>"));
+    EXPECT_EQ(contentOf(library).join(" "), QString::fromUtf8(c.content));
+  }
+}
+
+TEST_F(LegendFile, AFileThatIsNoXmlLeavesTheLibraryEmpty) {
+  for (char const* text : {"", " \n", "<R>", "<R></S>", "<R a=></R>", "<!-- no element -->", "\xff\xfe<\0R\0"}) {
+    SCOPED_TRACE(text);
+    ASSERT_TRUE(library.addGroup("G", kvn::Point));
+    EXPECT_FALSE(read(text));
+    EXPECT_TRUE(library.getGroupList(kvn::Point).isEmpty());
+    EXPECT_TRUE(library.getLegendCodeList("G", kvn::Point).isEmpty());
+  }
+}
+
+TEST_F(LegendFile, WritesTheListedGroupsAndTheirCodes) {
+  ASSERT_TRUE(
+      read("<R><PGroups><P>G</P><P/></PGroups><Points><Point><Name>n</Name><Group>G</Group></Point></Points></R>"));
+  Code unlisted = makeCode("h", "H");
+  ASSERT_TRUE(library.addElement(&unlisted));
+  ASSERT_TRUE(library.saveAsPrjCode(path("out.xml")));
+  EXPECT_EQ(
+      QString::fromStdString(test::fileBytes(path("out.xml"))).simplified(),
+      "<?xml version=\"1.0\" encoding=\"gbk\"?> <VRDGroundCode> <PGroups> <PGroup>G</PGroup> </PGroups> <LGroups/> "
+      "<FGroups/> <Points> <Point> <Name>n</Name> <Group>G</Group> <Code>default</Code> <ID>1</ID> "
+      "<Scale>1</Scale> <Color>#000a96</Color> </Point> </Points> <Lines/> <Polygons/> </VRDGroundCode>");
+}
+
+/// Random text of characters that XML treats in a way of its own, and of others.
+QString randomText(std::mt19937& random) {
+  static QString const letters = QString::fromUtf8(" \t\n\r&<>\"'#;x]\\@|~图测点") + QChar(1) + QChar(31) + QChar(127);
+  QString text;
+  for (auto left = random() % 6; left > 0; --left) text += letters[int(random() % unsigned(letters.size()))];
+  return text;
+}
+
+TEST_F(LegendFile, AnyTextComesBackInEveryEncodingThatHasIt) {
+  std::mt19937 random(8202);
+  for (char const* encoding : {"UTF-8", "GBK", "GB18030"}) {
+    SCOPED_TRACE(encoding);
+    Encoding const local(encoding);
+    for (int round = 0; round < 10; ++round) {
+      XmlMannager written;
+      for (int n = 0; n < 60; ++n) {
+        AttributeType const type = kTypes[random() % 3];
+        Code code{randomText(random),
+                  randomText(random),
+                  randomText(random),
+                  randomText(random),
+                  randomText(random),
+                  randomText(random),
+                  type};
+        if (code.Group.isEmpty()) continue;
+        written.addGroup(code.Group, type);
+        written.addElement(&code);
+      }
+      ASSERT_TRUE(written.saveAsPrjCode(path("random.xml")));
+      ASSERT_TRUE(library.readPrjCode(path("random.xml")));
+      ASSERT_EQ(contentOf(library), contentOf(written)) << round;
+    }
+  }
+}
+
+TEST_F(LegendFile, AFailedSaveLeavesTheOldFileAndTheLibrary) {
+  ASSERT_TRUE(library.addGroup("G", kvn::Point));
+  EXPECT_FALSE(library.saveAsPrjCode(""));
+  EXPECT_FALSE(library.saveAsPrjCode(folder.path()));
+  EXPECT_FALSE(library.saveAsPrjCode(path("no folder/out.xml")));
+  test::writeFile(path("old.xml"), "old");
+  Encoding const latin("ISO-8859-1");
+  for (QString const& text : {QString::fromUtf8("图根点"), QString("a") + QChar(0) + "b", QString(QChar(0xd800))}) {
+    Code code = makeCode("n", "G");
+    code.Code = text;
+    library.getLegendCodeList("G", kvn::Point) = {code};
+    EXPECT_FALSE(library.saveAsPrjCode(path("old.xml")));
+    EXPECT_EQ(test::fileBytes(path("old.xml")), "old");
+    EXPECT_EQ(library.getLegendCodeList("G", kvn::Point), QList<Code>{code});
+  }
+}
+
+TEST_F(LegendFile, FileNamesAreFoundUnderAnotherEncodingOfTheContents) {
+  Encoding const gbk("GBK");
+  ASSERT_TRUE(library.addGroup("G", kvn::Line));
+  ASSERT_TRUE(library.saveAsPrjCode(folder.filePath(QString::fromUtf8("图例.xml"))));
+  XmlMannager again;
+  ASSERT_TRUE(again.readPrjCode(folder.filePath(QString::fromUtf8("图例.xml"))));
+  EXPECT_EQ(again.getGroupList(kvn::Line), QStringList{"G"});
+}
+
+/// The file of the user's language; what is no file stands for it too.
+QStringList defaultContent(QLocale::Language language, QString const& path) {
+  Language const spoken(language);
+  XmlMannager library;
+  EXPECT_TRUE(library.readPrjCode(path));
+  for (AttributeType const type : kTypes) {
+    EXPECT_EQ(library.getGroupList(type).last(), XmlMannager::getDefaultGroupName());
+    QSet<QString> names;
+    for (QString const& group : library.getGroupList(type)) {
+      EXPECT_FALSE(group.isEmpty());
+      for (Code const& c : library.getLegendCodeList(group, type)) {
+        SCOPED_TRACE(c.Name.toStdString());
+        EXPECT_FALSE(c.Name.isEmpty() || c.Code.isEmpty() || names.contains(c.Name));
+        EXPECT_TRUE(QRegularExpression("^#[0-9a-f]{6}$").match(c.Color).hasMatch());
+        EXPECT_GT(c.Scale.toDouble(), 0);
+        names.insert(c.Name);
+      }
+    }
+  }
+  return contentOf(library);
+}
+
+TEST_F(LegendFile, TheDefaultFilesHoldTheSameCodesInTwoLanguages) {
+  QStringList const chinese = defaultContent(QLocale::Chinese, "");
+  QStringList const other = defaultContent(QLocale::German, folder.path());
+  EXPECT_EQ(defaultContent(QLocale::English, path("no file.xml")), other);
+  ASSERT_EQ(chinese.size(), other.size());
+  EXPECT_TRUE(chinese.contains(QString::fromUtf8("控制点")));
+  EXPECT_TRUE(other.contains("Control points"));
+  int const codes = other.filter(QRegularExpression("^#")).size();  // each has one colour
+  for (char const* name : {"CASS.xml", "PRESET_EN.xml"}) {
+    QString const file = QString::fromStdString(test::fileBytes(KELVANE_SOURCE_DIR "/config/Codes/" + QString(name)));
+    EXPECT_EQ(file.count("<Name>"), codes) << name;  // none was dropped
+  }
+}
+
+TEST_F(LegendFile, ADefaultFileInTheWorkingDirectoryComesFirstAndMayBeBroken) {
+  QString const before = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(folder.path()) && QDir().mkpath("config/Codes"));
+  test::writeFile("config/Codes/PRESET_EN.xml", "<R><PGroups><P>own</P></PGroups></R>");
+  EXPECT_TRUE(library.readPrjCode(""));
+  EXPECT_EQ(contentOf(library), QStringList({"group", "own"}));
+  test::writeFile("config/Codes/PRESET_EN.xml", "<R>");
+  EXPECT_FALSE(library.readPrjCode(""));
+  QDir::setCurrent(before);
+  EXPECT_EQ(contentOf(library), QStringList());
+}
+
+}  // namespace
