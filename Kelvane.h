@@ -42,6 +42,7 @@
 #include "formats/ITraverseDataCollcetion.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
+#include "legend/XmlMannager.h"
 #include "map/CoordinateDataTool.h"
 #include "map/FeatureLook.h"
 #include "map/GeometryDataTool.h"
@@ -60,6 +61,7 @@
 #include "records/MessType.h"
 #include "records/Network.h"
 #include "records/PrecisionResults.h"
+#include "records/ProjectXml.h"
 #include "records/StationMap.h"
 #include "records/TraverseDataInfo.h"
 #include "records/TraversePointType.h"
@@ -93,3 +95,4 @@
 #include <utils/QLogicError.h>
 #include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
+#include <utils/XMLHandleEx.h>

@@ -18,6 +18,10 @@
 #include <string>
 #include <vector>
 
+namespace tinyxml2 {
+class XMLElement;
+}
+
 namespace kvn {
 
 class AlgorithmAdjust;
@@ -28,6 +32,7 @@ class ITraverseDataCollcetion;
 class MapScene;
 class OutputReport;
 class TriangleHeightAdjust;
+class XmlMannager;
 
 /// Owns the observation rows, the network, the coordinate list, the settings, the command manager and, once they exist,
 /// the objects of the calculation. Every file that is read ends up in these members, every command edits them.
@@ -35,8 +40,8 @@ class TriangleHeightAdjust;
 /// Made with `System::createProject`. Used from one thread at a time.
 class KELVANE_EXPORT Project : public utils::IProcessCancel {
  public:
-  /// What the project was made from.
-  enum FileType {
+  /// What the project was made from. A project file of a later version may hold a number beyond these.
+  enum FileType : int {
     LqfFile,    ///< instrument job file
     VrdFile,    ///< traverse text file
     CosaFile,   ///< COSA network file
@@ -54,15 +59,22 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   Project& operator=(Project const&) = delete;
   ~Project() override;
 
-  // Import and export. Each import reads the whole file before it replaces anything: the project is unchanged after a
-  // failure.
+  // Import and export. Each import but that of a project file reads the whole file before it replaces anything: the
+  // project is unchanged after a failure.
 
+  /// Reads a project file: after `resetData`, settings, rows or network, and coordinate list come from the file, and
+  /// the network of rows is generated. The legend codes stay as they are.
+  /// @throws QLogicError "Can not open file" for a file that is missing or not well-formed: the project has been reset
+  ///         by then. What `generateNetworkData` throws: the rows are there then, and the network is empty.
+  virtual void importKVNFile(QString const& path);
   /// Reads a traverse file: the rows are replaced, the network emptied, an earlier calculation dropped. The rows get
-  /// approximate coordinates where the observations give them, and the row checks set their flags.
+  /// approximate coordinates where the observations give them, the row checks set their flags, and the legend codes
+  /// are read.
   /// @throws QLogicError "The import file data is empty" when it has no rows; what the reader and
   ///         `VRDTraverseDataCollcetion::correctData` throw.
   virtual void importVRDFile(QString const& path);
-  /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped.
+  /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped,
+  /// and the legend codes read.
   /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
   /// @throws DataException, std::logic_error of the reader.
   virtual void importCosaFile(QString const& path);
@@ -70,14 +82,27 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// for a later export.
   /// @throws QLogicError "There is no observation data" when it has no rows; what the reader throws.
   virtual void importVRDLQFFile(QString const& path);
-  /// Reads a coordinate file: the coordinate list is replaced; rows and network stay.
-  /// @throws DataException "The Format of Data is wrong".
+  /// Reads a coordinate file: the coordinate list is replaced and the legend codes are read; rows and network stay.
+  /// @throws QLogicError "Can not open file"; DataException "The Format of Data is wrong".
   virtual void importCoordFile(QString const& path);
 
   /// Imports a file by its suffix, compared without regard to case, and takes its path and name. A suffix that is not
   /// one of the known kinds imports nothing and is not reported, but the path and the name are taken all the same.
-  /// @throws QLogicError for a known kind whose reader this version does not have, and what the import throws.
+  /// @throws what the import throws.
   virtual void read(QString const& path);
+  /// Writes to the source file that the project was made from, by the export of its kind; nothing happens when there
+  /// is none. The modified state stays.
+  /// @throws what the export throws; QLogicError "View Data is empty" rather than empty a traverse file that the
+  /// project
+  ///         came from, when a network command has emptied the rows.
+  virtual void save() const;
+  /// Writes the project file, which replaces an old one only when it is complete, and makes it the project's own.
+  /// `name` and the modified state stay.
+  ///
+  /// Of a project that came from a traverse file the rows are written and not the network, also when a network command
+  /// has emptied them: a `Warning` tells that the lines are not in the file.
+  /// @throws QLogicError "Can not write file".
+  virtual void saveAs(QString path);
 
   virtual void clearMapData();  ///< takes everything off the map and repaints it; the layers stay
   /// Takes the features of one type off the map.
@@ -103,20 +128,28 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   bool exportCoordFile(QString const& path) const;
   bool exportCoordFile() const;  ///< to the coordinate file that the project came from; false when there is none
 
+  /// Reads the legend codes of the default file into a library of their own, which replaces the one that is there.
+  /// @return  false when the file cannot be read; the old library stays then.
+  bool readLegendCode();
+
   // The steps from observations to results.
 
-  /// Reduces the rows of an instrument job into `stationMap` and writes the reduced angles into the rows. To be done
-  /// again after any change of the rows, and before `generateNetworkData` of an instrument job.
+  /// Reduces the rows of an instrument job into the station map and writes the reduced angles into the rows. To be done
+  /// before `generateNetworkData` of an instrument job.
   void buildStationMap();
   /// The network of the rows: of an instrument job from the station map and the known points of `addKnownPoint`; of a
   /// traverse file from the rows, known points included. Without rows, and for the other kinds, nothing changes.
+  ///
+  /// A station map that was built is built again, so that it is never older than the rows; one that was not stays
+  /// empty, and the network of the job too.
   /// @return true. @throws what `INetworkDataCollection::TraverseDataListToNetwork` throws.
   bool generateNetworkData();
   /// Adjusts the heights of the rows; read them from `getTriangleHeightAdjust`.
   /// @throws std::exception as `TriangleHeightDataRead::setTraverseDataList`, `TriangleHeightAdjust::heightLSAdjust`.
   void calculateTriangleHeight();
   /// Replaces the coordinate list by the adjusted points, with adjusted heights unless `TraversePointAdjust` says
-  /// otherwise. Nothing happens without a calculation.
+  /// otherwise.
+  /// @throws QLogicError "There is no adjustment result" without a calculation; nothing changes then.
   void algorithmPointConvertCoord();
 
   // The map. Nothing is cleared before something is drawn.
@@ -191,13 +224,24 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void setAlgorithData(std::unique_ptr<AlgorithmData> value);
   QString getNetworkMapid() const;
   void setNetworkMapid(QString value);
+  XmlMannager* getLegendCodeXmlMannager() const;  ///< null until the legend codes were read
   VRD_DAM_PARA_T const& getDatumParam() const;
   void setDatumParam(VRD_DAM_PARA_T const& value);
   VerticalAngleType getVerticalAngleType() const;
   void setVerticalAngleType(VerticalAngleType value);
   void setOperationType(OperationType value);
 
+ protected:
+  /// Resets the project and takes in what the file holds. @throws QLogicError "Can not open file".
+  void readProject(QString path);
+  void writeProject(QString path) const;  ///< @throws QLogicError "Can not write file"
+
  private:
+  void forgetSources();
+  void readViewData(tinyxml2::XMLElement const* element);
+  void readNetworkData(tinyxml2::XMLElement const* element);
+  void readCoordinateData(tinyxml2::XMLElement const* element);
+
   std::unique_ptr<CommandManager> commandManager;
   std::unique_ptr<MapScene> mapScene;
   std::uint64_t saveTime = 0;
@@ -220,6 +264,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   std::unique_ptr<AlgorithmAdjust> algorithmAdjust;
   std::unique_ptr<OutputReport> outputReport;
   std::unique_ptr<TriangleHeightAdjust> triangleHeightAdjust;
+  std::unique_ptr<XmlMannager> legendCodeXmlMannager;
   VRD_DAM_PARA_T datumParam{};
   VerticalAngleType verticalAngleType = FullCircleZenith;
   OperationType operationType = ObservationView;

@@ -10,6 +10,8 @@
 #include "formats/CosaCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
+#include "formats/detail/FileAccess.h"
+#include "legend/XmlMannager.h"
 #include "map/MapScene.h"
 
 #include <utils/FileText.h>
@@ -22,7 +24,9 @@ namespace kvn {
 
 void Project::read(QString const& path) {
   QString const suffix = QFileInfo(path).suffix().toUpper();
-  if (suffix == QLatin1String("IN2")) {
+  if (suffix == QLatin1String("KVN")) {
+    importKVNFile(path);
+  } else if (suffix == QLatin1String("IN2")) {
     importCosaFile(path);
     fileType = CosaFile;
   } else if (suffix == QLatin1String("TXT")) {
@@ -36,10 +40,26 @@ void Project::read(QString const& path) {
     importVRDLQFFile(path);
     fileType = LqfFile;
     verticalAngleType = FullCircleZenith;
-  } else if (suffix == QLatin1String("KVN")) {
-    throw QLogicError(System::tr("Files of the kind %1 cannot be read by this version").arg(suffix));
   }
   setName(path);
+}
+
+void Project::save() const {
+  switch (fileType) {
+    case LqfFile:
+      exportLQFFile();
+      break;
+    case VrdFile:
+      if (traverseDataList->empty() && !viewFile.isEmpty()) throw QLogicError(System::tr("View Data is empty"));
+      exportVRDTraverseFile();
+      break;
+    case CosaFile:
+      exportCosaTraverseFile();
+      break;
+    case CoordFile:
+      exportCoordFile();
+      break;
+  }
 }
 
 void Project::importVRDFile(QString const& path) {
@@ -55,6 +75,7 @@ void Project::importVRDFile(QString const& path) {
   viewFile = path;
   algorithmAdjust.reset();
   checkVRDData();  // the flags of the rows are what counts
+  readLegendCode();
 }
 
 void Project::importVRDLQFFile(QString const& path) {
@@ -64,15 +85,19 @@ void Project::importVRDLQFFile(QString const& path) {
   lqfCollection = std::move(collection);
   lqfFile = path;
   network->clear();
+  stationMap.clear();  // it leads into the rows that go
   *traverseDataList = lqfCollection->getTraverseDataList();
 }
 
 void Project::importCoordFile(QString const& path) {
+  QFile file;
+  if (!detail::openForReading(file, path, QIODevice::ReadOnly)) throw QLogicError(System::tr("Can not open file"));
   CoordinateDataCollection collection;
   collection.read(path);
   if (!coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
   *coordinatePointList = collection.getCoordinateDataList();
   coordFile = path;
+  readLegendCode();
 }
 
 void Project::importCosaFile(QString const& path) {
@@ -87,6 +112,7 @@ void Project::importCosaFile(QString const& path) {
   viewFile.clear();
   traverseDataList->clear();
   algorithmAdjust.reset();
+  readLegendCode();
 }
 
 bool Project::exportCosaTraverseFile(QString const& path) const {
@@ -123,5 +149,16 @@ bool Project::exportVRDTraverseFile() const { return !viewFile.isEmpty() && expo
 bool Project::exportLQFFile() const { return !lqfFile.isEmpty() && exportLQFFile(lqfFile); }
 bool Project::exportCoordFile() const { return !coordFile.isEmpty() && exportCoordFile(coordFile); }
 bool Project::exportCosaTraverseFile() const { return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile); }
+
+bool Project::readLegendCode() {
+  try {
+    auto codes = std::make_unique<XmlMannager>(nullptr);
+    if (!codes->readPrjCode(QString())) return false;
+    legendCodeXmlMannager = std::move(codes);
+    return true;
+  } catch (...) {  // an import is good without codes
+    return false;
+  }
+}
 
 }  // namespace kvn

@@ -7,6 +7,7 @@
 #include "core/Project.h"
 #include "core/System.h"
 #include "formats/ITraverseDataCollcetion.h"
+#include "legend/XmlMannager.h"
 #include "map/CoordinateDataTool.h"
 #include "map/LineDataTool.h"
 #include "map/MapScene.h"
@@ -76,6 +77,7 @@ void Project::build() {
 void Project::buildMapInputData() {
   if (network->isEmpty() && traverseDataList->empty()) return;
   bool const ofRows = operationType == ObservationView && !traverseDataList->empty();
+  std::vector<NetworkDataInfo> const observed = network->lines;  // a message may lead to a change of the network
   MapShowData input;
   try {
     if (ofRows) {
@@ -93,10 +95,10 @@ void Project::buildMapInputData() {
   LineDataTool lineTool(getOrCreateMapScene());
   for (std::size_t i = 0; i < input.getLine().size(); ++i) {  // a network gives one for each of its lines
     DrawLine const& line = input.getLine()[i];
-    if (ofRows || isPlaced(line, network->lines[i])) {
+    if (ofRows || isPlaced(line, observed[i])) {
       lineTool.build(line);
     } else {
-      tellUnplaced(network->lines[i]);
+      tellUnplaced(observed[i]);
     }
   }
   PointDataTool pointTool(getOrCreateMapScene());

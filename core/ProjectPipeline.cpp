@@ -10,10 +10,13 @@
 #include "core/System.h"
 #include "formats/INetworkDataCollection.h"
 #include "formats/ITraverseDataCollcetion.h"
+#include "legend/XmlMannager.h"
 #include "map/MapScene.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
 #include "reduction/TraverseDataManage.h"
+
+#include <utils/QLogicError.h>
 
 namespace kvn {
 
@@ -21,6 +24,8 @@ void Project::buildStationMap() { stationMap = DataManager().buildStationMap(*tr
 
 bool Project::generateNetworkData() {
   if (fileType == LqfFile) {
+    // The map leads into the rows and holds their reduced angles: after any change of a row it could be stale.
+    if (!stationMap.empty()) buildStationMap();
     network->lines = INetworkDataCollection::TraverseMapToNetWork(stationMap);
     network->knownPoints = knownPointList;
   } else if (fileType == VrdFile && !traverseDataList->empty()) {
@@ -34,15 +39,17 @@ void Project::calculateTriangleHeight() {
   reader.setTraverseDataList(*traverseDataList, double(configure.AtmosphericIndex));
   TriangleHeightDataConvert convert;
   convert.setTriangleHeightDataRead(reader);
+  if (triangleHeightAdjust == nullptr) triangleHeightAdjust = std::make_unique<TriangleHeightAdjust>();
   triangleHeightAdjust->clearCalData();
   triangleHeightAdjust->setTriangleHeightDataConvert(convert);
   triangleHeightAdjust->heightLSAdjust();
 }
 
 void Project::algorithmPointConvertCoord() {
-  if (algorithmAdjust == nullptr) return;
+  if (algorithmAdjust == nullptr) throw QLogicError(System::tr("There is no adjustment result"));
   *coordinatePointList = algorithmAdjust->getCoordinatePointXYList();
-  if (configure.TraversePointAdjust == 0) triangleHeightAdjust->convertCoordZ(*coordinatePointList);
+  if (configure.TraversePointAdjust == 0 && triangleHeightAdjust != nullptr)
+    triangleHeightAdjust->convertCoordZ(*coordinatePointList);
 }
 
 bool Project::checkVRDData() { return TraverseDataManage::checkData(*traverseDataList); }

@@ -7,6 +7,7 @@
 #include "core/Project.h"
 #include "core/System.h"
 #include "formats/ITraverseDataCollcetion.h"
+#include "legend/XmlMannager.h"
 #include "map/MapScene.h"
 
 #include <utils/HTextCodec.h>
@@ -149,6 +150,7 @@ AlgorithmData* Project::getAlgorithData() const { return algorithData.get(); }
 void Project::setAlgorithData(std::unique_ptr<AlgorithmData> value) { algorithData = std::move(value); }
 QString Project::getNetworkMapid() const { return networkMapid; }
 void Project::setNetworkMapid(QString value) { networkMapid = std::move(value); }
+XmlMannager* Project::getLegendCodeXmlMannager() const { return legendCodeXmlMannager.get(); }
 VRD_DAM_PARA_T const& Project::getDatumParam() const { return datumParam; }
 void Project::setDatumParam(VRD_DAM_PARA_T const& value) { datumParam = value; }
 VerticalAngleType Project::getVerticalAngleType() const { return verticalAngleType; }

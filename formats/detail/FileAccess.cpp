@@ -13,23 +13,23 @@
 namespace kvn::detail {
 namespace {
 
-// A folder opens like a file on some platforms and fails only when it is read.
-bool isFolder(std::string const& nativePath) {
+// A folder opens like a file on some platforms and fails only when it is read, and a pipe may never end.
+bool isFile(std::string const& nativePath) {
   std::error_code none;
-  return std::filesystem::is_directory(nativePath, none);
+  return std::filesystem::is_regular_file(nativePath, none);
 }
 
 }  // namespace
 
 std::ifstream openForReading(std::string const& path) {
   std::string const native = utils::nativePath(path);
-  return isFolder(native) ? std::ifstream() : std::ifstream(native);
+  return isFile(native) ? std::ifstream(native) : std::ifstream();
 }
 
 // Not by the name: Qt encodes it with the local 8-bit codec, which need not be that of the file system.
 bool openForReading(QFile& file, QString const& path, QIODevice::OpenMode mode) {
   std::string const native = utils::nativePath(HTextCodec::ToLocal8Bit(path));
-  std::FILE* const handle = isFolder(native) ? nullptr : std::fopen(native.c_str(), "rb");
+  std::FILE* const handle = isFile(native) ? std::fopen(native.c_str(), "rb") : nullptr;
   return handle != nullptr && file.open(handle, mode, QFileDevice::AutoCloseHandle);
 }
 

@@ -10,10 +10,10 @@
 namespace kvn::detail {
 
 /// The file at a path in the local 8-bit encoding. A stream that has failed, and so reads as an empty file, when it
-/// cannot be opened or is a folder.
+/// cannot be opened or is no regular file.
 std::ifstream openForReading(std::string const& path);
 
-/// The same for a reader that goes through Qt; false when it cannot be opened or is a folder.
+/// The same for a reader that goes through Qt; false when it cannot be opened or is no regular file.
 bool openForReading(QFile& file, QString const& path, QIODevice::OpenMode mode);
 
 /// Replaces the file at a path in the local 8-bit encoding by what `print` prints. When that fails the old file stays

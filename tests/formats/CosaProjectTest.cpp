@@ -55,7 +55,6 @@ TEST_F(CosaProject, StaysAsItWasWhenAFileCannotBeTaken) {
       {"head.in2", "2,3,3\n", "The import file data is empty"},
       {"bad.in2", "K1,0,0,0\n", "The Format of Data is wrong"},
       {"number.in2", "2,3,3\nK9,,0\n", "invalid stod argument"},
-      {"later.kvn", "<x/>", "Files of the kind KVN cannot be read by this version"},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.name);

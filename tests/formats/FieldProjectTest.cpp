@@ -67,8 +67,7 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
                         {"odd.txt", "STA,A,1,,0,0,0\nSC,B,1,,0,90,,0,0,0\n", "Station point name A error"},
                         {"empty.lqf", "", "The file is empty"},
                         {"none.lqf", "JOB x\n", "There is no observation data"},
-                        {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"},
-                        {"later.kvn", "", "Files of the kind KVN"}}) {
+                        {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"}}) {
     SCOPED_TRACE(c.name);
     QString const path = file(c.name, c.text);
     EXPECT_EQ(test::failureOf<std::exception>([&] { project->read(path); }).substr(0, std::string(c.says).size()),
@@ -108,8 +107,10 @@ TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
 TEST_F(FieldProject, BringsResultsIntoTheCoordinateList) {
   project->read(file("job.txt", kTraverse));
   project->generateNetworkData();
-  project->algorithmPointConvertCoord();  // without a calculation
-  EXPECT_TRUE(project->getCoordinatePointList().empty());
+  project->getCoordinatePointList().emplace_back();
+  EXPECT_EQ(test::failureOf<QLogicError>([this] { project->algorithmPointConvertCoord(); }),
+            "There is no adjustment result");
+  EXPECT_EQ(project->getCoordinatePointList().size(), 1U);
   auto adjustment = std::make_unique<kvn::AlgorithmAdjust>();
   adjustment->setNetworkData(project->getNetwork());
   adjustment->calculateAdjust();
