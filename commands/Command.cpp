@@ -5,8 +5,6 @@
 
 #include <utils/QLogicError.h>
 
-template class cmd::CommandMgr<kvn::Command>;
-
 namespace kvn {
 
 Command::Command() = default;
@@ -46,3 +44,5 @@ MapScene* Command::getMapScene() const {
 }
 
 }  // namespace kvn
+
+template class cmd::CommandMgr<kvn::Command>;

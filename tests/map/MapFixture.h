@@ -48,6 +48,16 @@ struct Other {
   }
 };
 
+/// Viewers that keep the names of the layers that they were to frame, each with a semicolon.
+struct FramingRecorder : mvz::ViewerManager {
+  std::vector<std::string> framed;
+
+  void fullMapAllView(std::vector<osgEarth::Layer*> layers) override {
+    framed.emplace_back();
+    for (osgEarth::Layer const* layer : layers) framed.back() += (layer == nullptr ? "null" : layer->getName()) + ";";
+  }
+};
+
 struct MapProject : testing::Test {
   Host host;
   kvn::System& system = host.system;

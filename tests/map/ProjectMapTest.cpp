@@ -102,14 +102,7 @@ TEST_F(ProjectMap, ACancelStopsBetweenTwoCoordinatePoints) {
 }
 
 TEST_F(ProjectMap, FramesTheCoordinatesThenTheNetworkIfThereIsOne) {
-  struct Recorder : mvz::ViewerManager {
-    std::vector<std::string> framed;
-    void fullMapAllView(std::vector<osgEarth::Layer*> layers) override {
-      framed.emplace_back();
-      for (osgEarth::Layer const* layer : layers) framed.back() += (layer == nullptr ? "null" : layer->getName()) + ";";
-    }
-  };
-  osg::ref_ptr<Recorder> const recorder = new Recorder;
+  osg::ref_ptr<test::FramingRecorder> const recorder = new test::FramingRecorder;
   system.setMvzViewerManager(recorder);
   project->setCoordinatePointList(std::vector<CoordinatePointInfo>(1));
   project->build();
