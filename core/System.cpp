@@ -6,10 +6,12 @@
 #include <mvz/ViewerManager.h>
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
+#include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <QMetaType>
@@ -22,6 +24,17 @@
 #include <vector>
 
 namespace kvn {
+namespace {
+
+/// A table of the user's language. The working directory goes first, then what came with the library.
+bool loadTable(QTranslator& translator, QString const& stem) {
+  std::vector<std::string> const folders = utils::resourceFolders(QStringLiteral("translations"));
+  return std::any_of(folders.begin(), folders.end(), [&](std::string const& folder) {
+    return translator.load(QLocale(), stem, QStringLiteral("_"), QFile::decodeName(folder.c_str()));
+  });
+}
+
+}  // namespace
 
 System* System::g_System = nullptr;
 
@@ -183,12 +196,13 @@ QString System::tr(char const* text, char const* disambiguation, int n) {
 QString System::trUtf8(char const* text, char const* disambiguation, int n) { return tr(text, disambiguation, n); }
 
 void System::initTranslators() {
+  QCoreApplication* const application = QCoreApplication::instance();
+  if (application == nullptr) return;  // it is the one that translates
   for (char const* stem : {"Kelvane", "Kelvane_ui", "Kelvane_plq"}) {
     auto translator = std::make_unique<QTranslator>();
-    bool const loaded =
-        translator->load(QLocale(), QString::fromLatin1(stem), QStringLiteral("_"), QStringLiteral("translations"));
-    // Installed translators stay for the life of the process.
-    if (loaded && QCoreApplication::installTranslator(translator.get())) static_cast<void>(translator.release());
+    bool const loaded = loadTable(*translator, QString::fromLatin1(stem));
+    // Not this object's: installed translators stay as long as there is somebody to translate.
+    if (loaded && QCoreApplication::installTranslator(translator.get())) translator.release()->setParent(application);
   }
 }
 

@@ -15,9 +15,16 @@ bool localeIsAsExpected() {
   return std::strcmp(std::localeconv()->decimal_point, ",") == 0;
 }
 
+/// Texts in English and names in UTF-8, here and in the programs that a test starts, wherever the user lives.
+void leaveTheUsersLocale() {
+  qputenv("LANGUAGE", "en");
+  if (qEnvironmentVariableIsEmpty("KELVANE_EXPECT_DECIMAL_COMMA")) qputenv("LC_ALL", "C.UTF-8");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  leaveTheUsersLocale();
   QTemporaryDir const home;
   for (char const* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_DOCUMENTS_DIR"}) {
     qputenv(variable, home.path().toLocal8Bit());

@@ -1,0 +1,414 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en_US">
+<context>
+    <name>kvn::CheckData</name>
+    <message>
+        <source>The data is error</source>
+        <translation>数据有误</translation>
+    </message>
+</context>
+<context>
+    <name>kvn::System</name>
+    <message>
+        <source>Station Point</source>
+        <translation>测站点</translation>
+    </message>
+    <message>
+        <source>Prism Point</source>
+        <translation>棱镜点</translation>
+    </message>
+    <message>
+        <source>NetworkDataInfo</source>
+        <translation>控制网数据</translation>
+    </message>
+    <message>
+        <source>Coordinate Point</source>
+        <translation>坐标点</translation>
+    </message>
+    <message>
+        <source>Data error</source>
+        <translation>数据错误</translation>
+    </message>
+    <message>
+        <source>Know point is not enough</source>
+        <translation>已知点数量不足</translation>
+    </message>
+    <message>
+        <source>Station point is not enough</source>
+        <translation>测站点不足</translation>
+    </message>
+    <message>
+        <source>Know point name repeat</source>
+        <translation>已知点点名重复</translation>
+    </message>
+    <message>
+        <source>Station Point Name %1 Repeat</source>
+        <translation>测站点点名 %1 重复</translation>
+    </message>
+    <message>
+        <source>Sight point name repeat</source>
+        <translation>照准点点名重复</translation>
+    </message>
+    <message>
+        <source>All Station Point is known</source>
+        <translation>所有测站点均为已知点</translation>
+    </message>
+    <message>
+        <source>Horizontal Angle repeat</source>
+        <translation>水平角重复</translation>
+    </message>
+    <message>
+        <source>Known points are not enough</source>
+        <translation>已知点不足</translation>
+    </message>
+    <message>
+        <source>line %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source> name:</source>
+        <translation> 名称：</translation>
+    </message>
+    <message>
+        <source>The import file data is empty</source>
+        <translation>导入文件中没有数据</translation>
+    </message>
+    <message>
+        <source>The network lines are not in the project file, which holds the observation rows</source>
+        <translation>项目文件保存的是观测数据，不包含控制网的观测边</translation>
+    </message>
+    <message>
+        <source>There is no adjustment result</source>
+        <translation>没有平差结果</translation>
+    </message>
+    <message>
+        <source>There is no observation data</source>
+        <translation>没有观测数据</translation>
+    </message>
+    <message>
+        <source>Network Data is empty</source>
+        <translation>控制网数据为空</translation>
+    </message>
+    <message>
+        <source>View Data is empty</source>
+        <translation>观测数据为空</translation>
+    </message>
+    <message>
+        <source>No instrument job was read into the project</source>
+        <translation>项目尚未读入仪器作业文件</translation>
+    </message>
+    <message>
+        <source>The line %1 is not drawn: an end has no coordinates</source>
+        <translation>未绘制边 %1：有一个端点没有坐标</translation>
+    </message>
+    <message>
+        <source>generate map data failed</source>
+        <translation>生成地图数据失败</translation>
+    </message>
+    <message>
+        <source>The data is error or inconsistent, please check the data</source>
+        <translation>数据有误或不一致，请检查数据</translation>
+    </message>
+    <message>
+        <source>User Cancel</source>
+        <translation>用户取消</translation>
+    </message>
+    <message>
+        <source>The configuration file %1 is not valid JSON; the default settings are used</source>
+        <translation>配置文件 %1 不是有效的 JSON，将使用默认设置</translation>
+    </message>
+    <message>
+        <source>The configuration file %1 cannot be read; the default settings are used</source>
+        <translation>无法读取配置文件 %1，将使用默认设置</translation>
+    </message>
+    <message>
+        <source>The configuration file %1 is not valid JSON; it is kept as %2</source>
+        <translation>配置文件 %1 不是有效的 JSON，已另存为 %2</translation>
+    </message>
+    <message>
+        <source>The configuration was not written: %1</source>
+        <translation>未能写入配置：%1</translation>
+    </message>
+    <message>
+        <source>The direction from %1 to %2 is given more than once; the first one counts</source>
+        <translation>%1 至 %2 的方向值重复给出，以第一个为准</translation>
+    </message>
+    <message>
+        <source>The distance from %1 to %2 is given more than once; the first one counts</source>
+        <translation>%1 至 %2 的距离重复给出，以第一个为准</translation>
+    </message>
+    <message>
+        <source>Line 1 is empty: the a-priori errors that stand there are not read</source>
+        <translation>第 1 行为空：未读到该行应给出的先验中误差</translation>
+    </message>
+    <message>
+        <source>the line is no UTF-8</source>
+        <translation>该行不是 UTF-8 编码</translation>
+    </message>
+    <message>
+        <source>Line %1 is passed over: %2</source>
+        <translation>跳过第 %1 行：%2</translation>
+    </message>
+    <message>
+        <source>Line %1 has something behind a number: %2</source>
+        <translation>第 %1 行的数值后面有多余内容：%2</translation>
+    </message>
+    <message>
+        <source>Line %1: the direction from %2 to %3 is no angle: %4</source>
+        <translation>第 %1 行：%2 至 %3 的方向值不是角度：%4</translation>
+    </message>
+    <message>
+        <source>Line %1: minutes or seconds of 60 and above in %2</source>
+        <translation>第 %1 行：%2 中的分或秒大于等于 60</translation>
+    </message>
+    <message>
+        <source>The name cannot stand in a network file: %1</source>
+        <translation>点名不能写入控制网文件：%1</translation>
+    </message>
+    <message>
+        <source>A number of %1 is not finite</source>
+        <translation>%1 的某个数值不是有限数</translation>
+    </message>
+    <message>
+        <source>The distance from %1 to %2 is negative</source>
+        <translation>%1 至 %2 的距离为负值</translation>
+    </message>
+    <message>
+        <source>The Format of Data is wrong</source>
+        <translation>数据格式错误</translation>
+    </message>
+    <message>
+        <source>The file was not written: %1</source>
+        <translation>未能写入文件：%1</translation>
+    </message>
+    <message>
+        <source>the number is not finite: %1</source>
+        <translation>数值不是有限数：%1</translation>
+    </message>
+    <message>
+        <source>something stands behind the number: %1</source>
+        <translation>数值后面有多余内容：%1</translation>
+    </message>
+    <message>
+        <source>the angle is no number: %1</source>
+        <translation>角度不是数值：%1</translation>
+    </message>
+    <message>
+        <source>minutes or seconds of 60 and above: %1</source>
+        <translation>分或秒大于等于 60：%1</translation>
+    </message>
+    <message>
+        <source>the line is passed over: %1</source>
+        <translation>跳过该行：%1</translation>
+    </message>
+    <message>
+        <source>what stands behind a blank is passed over: %1</source>
+        <translation>忽略空格之后的内容：%1</translation>
+    </message>
+    <message>
+        <source>the record has no height and is read without its name</source>
+        <translation>该记录没有高程，读入时不带点名</translation>
+    </message>
+    <message>
+        <source>the coordinates are read in the order X, Y, Z, whatever the label says</source>
+        <translation>坐标一律按 X、Y、Z 的顺序读取，不论标注如何</translation>
+    </message>
+    <message>
+        <source>more than three values: a decimal comma?</source>
+        <translation>数值多于三个：小数点是否写成了逗号？</translation>
+    </message>
+    <message>
+        <source>the station is lost: its first sight is taken for the back sight before it</source>
+        <translation>该测站丢失：其第一个照准被当作前一测站的后视</translation>
+    </message>
+    <message>
+        <source>the sight is dropped: the next one of the point takes its place</source>
+        <translation>该照准被舍弃：由同一点的下一个照准代替</translation>
+    </message>
+    <message>
+        <source>the sight has no readings</source>
+        <translation>该照准没有读数</translation>
+    </message>
+    <message>
+        <source>The line %1 is wrong</source>
+        <translation>第 %1 行有误</translation>
+    </message>
+    <message>
+        <source>The file is empty</source>
+        <translation>文件为空</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Back View is backward Fore View</source>
+        <translation>测站 %1 的后视位于前视之后</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Back View isn&apos;t existed</source>
+        <translation>测站 %1 缺少后视</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Fore View isn&apos;t existed</source>
+        <translation>测站 %1 缺少前视</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Prism Point %2 of Fore View are redundant observations</source>
+        <translation>测站 %1 的前视棱镜点 %2 有多余观测</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Back View are multiple</source>
+        <translation>测站 %1 有多个后视</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Prism Point %2 of 2C value error of horizontal angle exist error</source>
+        <translation>测站 %1 的棱镜点 %2 水平角 2C 互差超限</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Prism Point %2 of each loop different value error exist error</source>
+        <translation>测站 %1 的棱镜点 %2 各测回互差超限</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Prism Point %2 of zero differential of horizontal angle exist error</source>
+        <translation>测站 %1 的棱镜点 %2 水平角归零差超限</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Prism Point %2 of collimation error of vertical angle exist error</source>
+        <translation>测站 %1 的棱镜点 %2 竖直角指标差超限</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Prism Point %2 of each loop different value exist error</source>
+        <translation>测站 %1 的棱镜点 %2 各测回较差超限</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Prism Point %2 of the maximum of distance variance exist error</source>
+        <translation>测站 %1 的棱镜点 %2 距离最大较差超限</translation>
+    </message>
+    <message>
+        <source>The Staion %1 of Prism Point %2 of the each measurement of maximum of distance variance</source>
+        <translation>测站 %1 的棱镜点 %2 各次测距的最大较差超限</translation>
+    </message>
+    <message>
+        <source>The Station %1 of Prism Point %2 is different of Back View</source>
+        <translation>测站 %1 的棱镜点 %2 与后视不一致</translation>
+    </message>
+    <message>
+        <source>the line %1 row_number is empty</source>
+        <translation>第 %1 行的点名为空</translation>
+    </message>
+    <message>
+        <source>The line %1 error</source>
+        <translation>第 %1 行错误</translation>
+    </message>
+    <message>
+        <source>Station point name %1 error</source>
+        <translation>测站点 %1 有误</translation>
+    </message>
+    <message>
+        <source>Station name [%1] distance is 0</source>
+        <translation>测站 [%1] 的距离为 0</translation>
+    </message>
+    <message>
+        <source>Known points without an observation are left out: %1</source>
+        <translation>没有观测值的已知点不参与计算：%1</translation>
+    </message>
+    <message>
+        <source>total station data is error</source>
+        <translation>全站仪数据有误</translation>
+    </message>
+    <message>
+        <source>Calculate Height Failed, The Height Of Data Is Error</source>
+        <translation>高程计算失败，数据中的高程有误</translation>
+    </message>
+    <message>
+        <source>Triangulation Height Require The Information Of Distance</source>
+        <translation>三角高程计算需要距离信息</translation>
+    </message>
+    <message>
+        <source>Traverse Point</source>
+        <translation>导线点</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>控制网</translation>
+    </message>
+    <message>
+        <source>Coordinate Point [%1] insert successfully</source>
+        <translation>坐标点 [%1] 插入成功</translation>
+    </message>
+    <message>
+        <source>Know Point [%1] insert successfully</source>
+        <translation>已知点 [%1] 插入成功</translation>
+    </message>
+    <message>
+        <source>kvn core error:project is not open</source>
+        <translation>内核错误：项目未打开</translation>
+    </message>
+    <message>
+        <source>kvn core error:system is not init</source>
+        <translation>内核错误：系统未初始化</translation>
+    </message>
+    <message>
+        <source>kvn core error:MapScene is not exist</source>
+        <translation>内核错误：地图场景不存在</translation>
+    </message>
+    <message>
+        <source>cat not find Command</source>
+        <translation>找不到该命令</translation>
+    </message>
+    <message>
+        <source>noRedo</source>
+        <translation>没有可重做的操作</translation>
+    </message>
+    <message>
+        <source>noUndo</source>
+        <translation>没有可撤销的操作</translation>
+    </message>
+    <message>
+        <source>unknown error</source>
+        <translation>未知错误</translation>
+    </message>
+    <message>
+        <source>The index %1 is not in the range 0 to %2</source>
+        <translation>序号 %1 不在 0 至 %2 的范围内</translation>
+    </message>
+    <message>
+        <source>The data is error</source>
+        <translation>数据有误</translation>
+    </message>
+    <message>
+        <source>Traverse point [%1] remove successfully</source>
+        <translation>导线点 [%1] 删除成功</translation>
+    </message>
+    <message>
+        <source>Can not find The Traverse Point</source>
+        <translation>找不到该导线点</translation>
+    </message>
+    <message>
+        <source>Network Data [%1] - [%2] remove successfully</source>
+        <translation>控制网数据 [%1] - [%2] 删除成功</translation>
+    </message>
+    <message>
+        <source>Can not find The Network Point</source>
+        <translation>找不到该控制网点</translation>
+    </message>
+    <message>
+        <source>Can not find the Coordinate Point</source>
+        <translation>找不到该坐标点</translation>
+    </message>
+    <message>
+        <source>The point name [%1] same, please reset it</source>
+        <translation>点名 [%1] 已存在，请重新设置</translation>
+    </message>
+    <message>
+        <source>Project name cannot contant &quot;.&quot;</source>
+        <translation>项目名称不能包含“.”</translation>
+    </message>
+    <message>
+        <source>Can not write file</source>
+        <translation>无法写入文件</translation>
+    </message>
+    <message>
+        <source>Can not open file</source>
+        <translation>无法打开文件</translation>
+    </message>
+</context>
+</TS>
