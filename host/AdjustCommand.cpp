@@ -2,8 +2,11 @@
 #include "AdjustReport.h"
 #include "Commands.h"
 #include "Failures.h"
+#include "Heights.h"
+#include "JobWriter.h"
 #include "Options.h"
 #include "Output.h"
+#include "Saving.h"
 #include "Session.h"
 #include "TraverseFailure.h"
 #include "TraverseReport.h"
@@ -48,7 +51,7 @@ void requireUsableErrors(QString const& file, Configure const& configure, Networ
 
 Configure configureFor(Session& session, AdjustOptions const& options) {
   Project const& project = session.project();
-  Configure configure = session.head();
+  Configure configure = project.getConfigure();
   takeOptions(options, configure);
   if (options.method == kLeastSquares) requireUsableErrors(session.file(), configure, project.getNetwork());
   return configure;
@@ -87,6 +90,44 @@ void adjust(Session& session, Network const& network, bool asRead) {
   project.setAlgorithmAdjust(std::move(adjustment));
 }
 
+void warn(QString const& text) { System::Instance()->sendMessage(text, Warning); }
+
+/// Puts adjusted heights into the project, where the rows give any.
+void adjustHeights(Session& session) {
+  Project& project = session.project();
+  try {
+    double const refraction = double(project.getConfigure().AtmosphericIndex);
+    TriangleHeightDataConvert const observations = observeHeights(session, refraction, session.isAsRead());
+    requireSolvable(session.file(), observations);
+    auto heights = std::make_unique<TriangleHeightAdjust>();
+    heights->setTriangleHeightDataConvert(observations);
+    heights->heightLSAdjust();
+    project.setTriangleHeightAdjust(std::move(heights));
+  } catch (std::exception const& failure) {
+    warn(QString("No heights are adjusted: %1").arg(QString::fromUtf8(failure.what())));
+  }
+}
+
+/// A coordinate without a height has the height 0, as a point at sea level.
+void tellMissingHeights(std::vector<CoordinatePointInfo> const& points) {
+  auto const missing = static_cast<std::size_t>(
+      std::count_if(points.begin(), points.end(), [](CoordinatePointInfo const& point) { return point.Z == 0.0; }));
+  if (missing == 0) return;
+  warn(QString("%1 of %2 coordinates have no height: 0 stands in its place").arg(missing).arg(points.size()));
+}
+
+void saveResults(Session& session, QString const& path) {
+  QString const kind = path.section('.', -1).toLower();
+  if (kind == "dat" || kind == "kvn") {
+    if (!session.project().getTraverseDataList().empty()) adjustHeights(session);
+    session.project().algorithmPointConvertCoord();
+    tellMissingHeights(session.project().getCoordinatePointList());
+  } else {
+    warn(QString("%1 holds the observations, not the adjusted coordinates").arg(path));
+  }
+  writeJob(session, path);
+}
+
 template <typename Report>
 int print(Session& session, Report const& finished, bool asJson) {
   if (!asJson) {
@@ -122,6 +163,7 @@ int runAdjust(QStringList const& arguments) {
   auto const options = parseAdjust(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
+    if (!options->saveFile.isEmpty()) requireWritableKind(options->saveFile, writableKinds());
     session.open(options->file, options->asRead);
     requireNoError(session.file(), session.job().findings());
     requireObservations(session);
@@ -130,7 +172,9 @@ int runAdjust(QStringList const& arguments) {
     adjust(session, network, options->asRead);
     // Behind the run, so that a refusal stays the one line that it is.
     if (!options->asRead) tellWarnings(findingsOn(session));
-    return report(session, network, options->json);
+    bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
+    int const reported = report(session, network, options->json);
+    return saved ? reported : Refused;
   });
 }
 

@@ -1,6 +1,7 @@
 // exec: the JSON commands of standard input.
 #include "Commands.h"
 #include "Failures.h"
+#include "JobWriter.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
@@ -66,28 +67,19 @@ Json::Value runAll(Json::Value const& commands, Session& session, bool& allGood)
   return results;
 }
 
-/// As `writeNetwork`, but what holds nothing is refused as the library refuses it.
-void write(Session& session, QString const& path) {
-  if (session.project().getNetwork().isEmpty()) {
-    session.project().exportCosaTraverseFile(path);
-  } else {
-    writeNetwork(session, path);
-  }
-}
-
 }  // namespace
 
 int runExec(QStringList const& arguments) {
   auto const options = parseExec(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) requireWritableKind(options->saveFile, {"in2"});
+    if (!options->saveFile.isEmpty()) requireWritableKind(options->saveFile, writableKinds());
     if (!options->openFile.isEmpty()) session.open(options->openFile);
     bool allGood = true;
     Json::Value const results = runAll(readCommands(), session, allGood);
     // A script that failed half way must not replace a file.
     bool const saves = allGood && !options->saveFile.isEmpty();
-    bool const saved = !saves || save(session, options->saveFile, write);
+    bool const saved = !saves || save(session, options->saveFile, writeJob);
     if (!allGood && !options->saveFile.isEmpty()) {
       printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
     }

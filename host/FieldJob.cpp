@@ -2,6 +2,7 @@
 
 #include "Failures.h"
 #include "Output.h"
+#include "ProjectFileCheck.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kNamedPlaces = 3;
 
-bool isJobFile(QString const& path) { return QFileInfo(path).suffix().toLower() == "lqf"; }
+QString kindOf(QString const& path) { return QFileInfo(path).suffix().toLower(); }
 
 /// A job file has no known points but those that are told to the project.
 void takeKnownStations(Project& project) {
@@ -26,23 +27,68 @@ void takeKnownStations(Project& project) {
   for (KnownPoint const& point : getKnownPoint(project.getTraverseDataList())) project.addKnownPoint(point);
 }
 
-void readRows(Project& project, QString const& path) {
-  std::string const native = HTextCodec::ToLocal8Bit(path);
-  if (isJobFile(path)) {
-    LQFTraverseDataCollection rows;
-    readNamingTheLine(rows, native);
-    project.read(path);  // again, so that the project can export it
-    takeKnownStations(project);
-  } else {
-    VRDTraverseDataCollcetion rows;
-    readNamingTheLine(rows, native);
-    if (rows.getTraverseDataList().empty()) throw QLogicError(System::tr("The import file data is empty"));
-    project.setTraverseDataList(rows.getTraverseDataList());
+void readJob(Project& project, QString const& path) {
+  LQFTraverseDataCollection rows;
+  readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));
+  project.read(path);  // again, so that the project can export it
+  takeKnownStations(project);
+}
+
+void readTraverse(Project& project, QString const& path) {
+  VRDTraverseDataCollcetion rows;
+  readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));
+  if (rows.getTraverseDataList().empty()) throw QLogicError(System::tr("The import file data is empty"));
+  try {
+    project.read(path);  // again, so that the project knows its file
+  } catch (std::exception const&) {
+    // The library pairs the faces by their places: it may refuse rows that are good.
     project.setFileType(Project::VrdFile);
     project.setVerticalAngleType(FullCircleZenith);
     project.setName(path);
   }
+  project.setTraverseDataList(rows.getTraverseDataList());
+}
+
+/// A project file tells neither which sights have no readings nor which stations of a job have coordinates.
+void restoreMarks(Project& project) {
+  auto& rows = project.getTraverseDataList();
+  bool const hasKnown = !getKnownPoint(rows).empty();
+  for (TraverseDataInfo& row : rows) {
+    bool const isStation = row.pointType == TraversePointType::StationPoint;
+    bool const isRead = row.horizontal_angle != 0.0 || row.vertical_angle != 0.0 || row.slant_distance != 0.0;
+    if (!isStation && !isRead) row.angleMark = 0.0;
+    row.hasCoordinate = isStation && !hasKnown;
+  }
+  if (project.getFileType() == Project::LqfFile) takeKnownStations(project);
+}
+
+void readProject(Project& project, QString const& path) {
+  try {
+    project.read(path);
+  } catch (std::exception const&) {
+    // The rows are there, but not a network by the library's pairing.
+    if (project.getTraverseDataList().empty()) throw;
+    project.setName(path);
+  }
+  restoreMarks(project);
+}
+
+void readRows(Project& project, QString const& path) {
+  QString const kind = kindOf(path);
+  if (kind == "lqf") {
+    readJob(project, path);
+  } else if (kind == "txt") {
+    readTraverse(project, path);
+  } else {
+    readProject(project, path);
+  }
   project.checkVRDData();
+}
+
+FieldTextCheck inspectText(Project const& project, QString const& path) {
+  if (kindOf(path) == "kvn") return inspectProjectFile(path);
+  std::ifstream stream(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
+  return kindOf(path) == "lqf" ? inspectJobText(stream, project.getTraverseDataList()) : inspectTraverseText(stream);
 }
 
 QString namesOf(FieldFinding const& finding) {
@@ -75,10 +121,11 @@ std::vector<FieldFinding> FieldJob::placed(std::vector<FieldFinding> list) const
 }
 
 FieldJob openFieldJob(Project& project, QString const& path) {
-  readRows(project, path);
   FieldJob job;
-  std::ifstream stream(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
-  job.text = isJobFile(path) ? inspectJobText(stream, project.getTraverseDataList()) : inspectTraverseText(stream);
+  if (kindOf(path) == "kvn") job.text = inspectText(project, path);  // a reader would say less of what is wrong
+  readRows(project, path);
+  if (kindOf(path) != "kvn") job.text = inspectText(project, path);
+  if (project.getTraverseDataList().empty()) return job;
   job.reduction = reduceField(project.getTraverseDataList());
   project.setNetwork(job.reduction.network);
   return job;
@@ -86,7 +133,7 @@ FieldJob openFieldJob(Project& project, QString const& path) {
 
 void openFieldJobAsRead(Project& project, QString const& path) {
   project.read(path);
-  if (isJobFile(path)) {
+  if (project.getFileType() == Project::LqfFile) {
     takeKnownStations(project);
     project.buildStationMap();
   }

@@ -18,9 +18,10 @@ struct FieldJob {
   std::vector<FieldFinding> placed(std::vector<FieldFinding> list) const;
 };
 
-/// Reads a traverse file or an instrument job file: rows, marked by the row checks, network and known points go into
-/// the project, the rows with the readings of the file. Stations of a job file that have coordinates are known.
-/// @throws DataException with the line; QLogicError for a file without rows.
+/// Reads a traverse file, an instrument job file or a project file: rows, marked by the row checks, network and known
+/// points go into the project, the rows with the readings of the file. Stations of a job that have coordinates are
+/// known. A project file may hold a network or coordinates in place of rows.
+/// @throws DataException with the line; QLogicError for a field book without rows; Refusal as `inspectProjectFile`.
 FieldJob openFieldJob(Project& project, QString const& path);
 
 /// The same as the library does it: the two faces paired by their place, or the station map. @throws what it throws.

@@ -167,7 +167,8 @@ int runMap(QStringList const& arguments) {
       view->writeImage(path);
     });
     if (!options->json && saved) {
-      printText(QString("%1: %2 points, %3 lines\n").arg(options->outFile).arg(drawn.points).arg(drawn.lines));
+      printText(QString("%1: %2 points, %3 lines\n")
+                    .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)));
     }
     if (options->json) {
       Json::Value json;

@@ -11,7 +11,8 @@ namespace kvn::host {
 namespace {
 
 constexpr char const* kAnyFile =
-    "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or coordinate file (.dat).";
+    "Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).";
+constexpr char const* kAnyJob = "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).";
 constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed"};  // by Configure::AdjustMethod
 
 void prepare(QCommandLineParser& parser, char const* description) {
@@ -137,8 +138,8 @@ QString programUsage() {
       "  --encoding NAME                      encoding of 8-bit texts, such as GBK\n"
       "  --help, --version\n"
       "\n"
-      "FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2) or\n"
-      "a coordinate file (.dat). 'kelvane SUBCOMMAND --help' tells more.\n"
+      "FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2),\n"
+      "a coordinate file (.dat) or a project (.kvn). 'kelvane SUBCOMMAND --help' tells more.\n"
       "Exit code: 0 done, 1 data refused, 2 wrong usage.\n");
 }
 
@@ -157,7 +158,7 @@ std::optional<CheckOptions> parseCheck(QStringList const& arguments) {
   prepare(parser,
           "Prints what is wrong with a file, and what computes but should not be trusted, a line each.\n"
           "The exit code is 1 when the file cannot be computed or a row check marks a row.");
-  parser.addPositionalArgument("FILE", "Traverse file (.txt), instrument job (.lqf) or COSA network (.in2).");
+  parser.addPositionalArgument("FILE", kAnyJob);
   if (!goesOn(parser, arguments, "check FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<CheckOptions>(parser);
   options.file = parser.positionalArguments().first();
@@ -169,9 +170,9 @@ std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
   prepare(parser,
           "Writes a job in another format, chosen by the suffix of OUT.\n"
           "Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into\n"
-          "coordinates (.dat), a job or a network with its known points.");
+          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points.");
   parser.addPositionalArgument("IN", kAnyFile);
-  parser.addPositionalArgument("OUT", "File to write: .txt, .lqf, .in2 or .dat.");
+  parser.addPositionalArgument("OUT", "File to write: .kvn, .txt, .lqf, .in2 or .dat.");
   if (!goesOn(parser, arguments, "convert IN OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<ConvertOptions>(parser);
   options.file = parser.positionalArguments().at(0);
@@ -184,7 +185,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   prepare(parser,
           "Adjusts the network of a file and prints coordinates with their errors.\n"
           "The a-priori errors are those of the options, else those of the file, else the defaults.");
-  parser.addPositionalArgument("FILE", "Traverse file (.txt), instrument job (.lqf) or COSA network (.in2).");
+  parser.addPositionalArgument("FILE", kAnyJob);
   parser.addOptions({
       {"method",
        "How to adjust: least-squares (the default), or one traverse: open, connect or closed. A traverse takes no "
@@ -200,6 +201,10 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "Take the file literally, as the library does by default: a distance alone is a direction of 0 as well, "
        "doubtful lines are taken in silence, distances between known points are left out, a field book is paired by "
        "the places of its sights, and a traverse gets distances to both sides as they are."},
+      {"save",
+       "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, "
+       ".in2).",
+       "FILE"},
   });
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
@@ -209,6 +214,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.fixedError = errorOption(parser, "fixed-error", true);
   options.proportionalError = errorOption(parser, "proportional-error", true);
   options.sumForm = formOption(parser);
+  options.saveFile = fileOption(parser, "save");
   options.asRead = parser.isSet("as-read");
   return options;
 }
@@ -216,7 +222,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   QCommandLineParser parser;
   prepare(parser, "Computes trigonometric heights from vertical readings and slant distances.");
-  parser.addPositionalArgument("FILE", "Field book (.txt, .lqf).");
+  parser.addPositionalArgument("FILE", "Field book (.txt, .lqf) or project (.kvn).");
   parser.addOptions({
       {"refraction", "Refraction coefficient; 1 takes neither curvature nor refraction (default 0.16).", "K"},
       {"as-read",
@@ -255,7 +261,7 @@ std::optional<ExecOptions> parseExec(QStringList const& arguments) {
   parser.addPositionalArgument("COMMANDS", "JSON array, on standard input.");
   parser.addOptions({
       {"open", "File to open before the first command.", "FILE"},
-      {"save", "Network file (.in2) to write after the last command.", "FILE"},
+      {"save", "File to write after the last command: .kvn, .txt, .lqf, .in2 or .dat.", "FILE"},
   });
   if (!goesOn(parser, arguments, "exec [options] < COMMANDS", 0)) return std::nullopt;
   auto options = commonOptions<ExecOptions>(parser);

@@ -33,6 +33,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<float> proportionalError;  ///< parts per million
   std::optional<bool> sumForm;             ///< as `Configure::LineCalculateExpression`
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
+  QString saveFile;                        ///< empty: nothing is written
 };
 
 struct HeightsOptions : CommonOptions {

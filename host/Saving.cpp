@@ -19,16 +19,6 @@ void requireWritableKind(QString const& path, QStringList const& kinds) {
   throw Refusal(path, "unknown kind of file; what can be written: ." + kinds.join(", ."));
 }
 
-void writeNetwork(Session& session, QString const& path) {
-  Network const& network = session.project().getNetwork();
-  CarefulCosaCollection collection;
-  collection.setConfigure(session.head());
-  collection.setKnownPointList(network.knownPoints);
-  collection.setNetworkDataList(network.lines);
-  utils::createFolderOf(path);
-  collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
-}
-
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write) {
   bool const hadError = session.messages().hasError();
   try {

@@ -11,11 +11,6 @@ namespace kvn::host {
 /// @throws Refusal for a suffix that is not among `kinds`, such as {"in2"}.
 void requireWritableKind(QString const& path, QStringList const& kinds);
 
-/// The network with the a-priori errors of the file that was opened, without which it would be adjusted with other
-/// weights (the project does not keep them), and without a direction where none was observed.
-/// @throws DataException for a name or a number that the file cannot hold.
-void writeNetwork(Session& session, QString const& path);
-
 /// Runs `write`. @return  whether the file is there as a whole; if not, the reason has been printed.
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write);
 

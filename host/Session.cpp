@@ -35,7 +35,7 @@ void requireKnownKind(QString const& path) {
   if (!QStringList{"in2", "kvn", "txt", "dat", "lqf"}.contains(suffix)) {
     throw Refusal(path,
                   "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
-                  ".lqf (instrument job), .dat (coordinates)");
+                  ".lqf (instrument job), .dat (coordinates), .kvn (project)");
   }
 }
 
@@ -91,26 +91,27 @@ void Session::open(QString const& path, bool asRead) {
   requireReadableFile(path);
   requireKnownKind(path);
   QString const suffix = QFileInfo(path).suffix().toLower();
-  if (suffix == "txt" || suffix == "lqf") {
+  openedAsRead = asRead;
+  if (suffix == "txt" || suffix == "lqf" || suffix == "kvn") {
     if (asRead) {
       openFieldJobAsRead(*current, path);
     } else {
       fieldJob = openFieldJob(*current, path);
     }
   } else if (suffix == "in2") {
-    openNetwork(path, asRead);
+    openNetwork(path);
   } else {
     current->read(path);
   }
 }
 
-void Session::openNetwork(QString const& path, bool asRead) {
+void Session::openNetwork(QString const& path) {
   CosaCollection plain;
   CarefulCosaCollection careful;
-  CosaCollection& collection = asRead ? plain : careful;
+  CosaCollection& collection = openedAsRead ? plain : careful;
   collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
-  headOfFile = collection.getConfigure();
   current->read(path);
+  current->setConfigure(collection.getConfigure());  // which the project does not take from a network file
   current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
 }
 
@@ -121,7 +122,7 @@ std::vector<FieldFinding> findingsOn(Session& session) {
   std::vector<FieldFinding> all = job.findings();
   auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
   add(job.placed(inspectRows(project.getTraverseDataList(), job.reduction)));
-  add(inspectNetwork(project.getNetwork(), session.head()));
+  add(inspectNetwork(project.getNetwork(), project.getConfigure()));
   std::stable_sort(all.begin(), all.end(), [](FieldFinding const& a, FieldFinding const& b) {
     return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
   });
@@ -137,8 +138,9 @@ QString describe(AlgorithmException const& failure, Network const& network) {
     return QString("%1: line from %2 to %3").arg(text, textOf(line.start_name), textOf(line.end_name));
   }
   QString const name = textOf(failure.name);
-  // The text of a repeated station has the name in it.
-  bool const isTold = name.isEmpty() || name == text || failure.errorType == AlgorithmException::StationNameRepeat;
+  // The text of a repeated station has the name in it; "Data error" stands for no point and says what the text says.
+  bool const isTold =
+      name.isEmpty() || name == "Data error" || failure.errorType == AlgorithmException::StationNameRepeat;
   return isTold ? text : QString("%1: %2").arg(text, name);
 }
 

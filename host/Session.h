@@ -21,7 +21,7 @@ class Session {
   ~Session();
 
   /// Reads a file into the project; unless `asRead` a network file with the care of `CarefulCosaCollection`, and a
-  /// field job by `openFieldJob`.
+  /// field job or a project file by `openFieldJob`. The settings are those of the file, as far as it has any.
   /// @throws Refusal for a file that is not there or of an unknown kind; what the readers throw.
   void open(QString const& path, bool asRead = false);
 
@@ -29,18 +29,17 @@ class Session {
   Messages& messages() { return received; }
   QString const& file() const { return openFile; }  ///< the path given to `open`
   FieldJob const& job() const { return fieldJob; }  ///< empty for other files and `asRead`
-  /// The a-priori errors of the head of the file, which the project does not keep; the defaults without a file.
-  Configure const& head() const { return headOfFile; }
+  bool isAsRead() const { return openedAsRead; }    ///< as told to `open`
 
  private:
-  void openNetwork(QString const& path, bool asRead);
+  void openNetwork(QString const& path);
 
   System system;
   Messages received;
   std::shared_ptr<Project> current;
   QString openFile;
   FieldJob fieldJob;
-  Configure headOfFile;
+  bool openedAsRead = false;
 };
 
 /// Everything that there is to say about what the session has opened.

@@ -33,7 +33,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"convert", "net.in2"}, 2, "FILE is missing"},
       {{"adjust"}, 2, "FILE is missing"},
       {{"show", "net.in2", "far.in2"}, 2, "too many arguments"},
-      {{"adjust", "net.in2", "--save", "x.in2"}, 2, "save"},
+      {{"adjust", "net.in2", "--save", ""}, 2, "--save needs a file"},
       {{"adjust", "net.in2", "--method", "guess"}, 2, "unknown method: guess"},
       {{"adjust", "net.in2", "--angle-error", "0"}, 2, "--angle-error must be above 0"},
       {{"adjust", "net.in2", "--angle-error", "nan"}, 2, "--angle-error needs a number"},
@@ -53,7 +53,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: Data error: line from A to P\n"},
       {{"adjust", "head.in2"}, 1, "kelvane: head.in2: the a-priori error of a direction"},
       {{"adjust", "exact.in2"}, 1, "kelvane: exact.in2: the a-priori errors of a distance are both 0"},
-      {{"exec", "--save", "x.dat"}, 1, "kelvane: x.dat: unknown kind of file; what can be written: .in2"},
+      {{"exec", "--save", "x.xml"}, 1, "kelvane: x.xml: unknown kind of file; what can be written: .txt, .lqf, .in2"},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.arguments.join(' ').toStdString());

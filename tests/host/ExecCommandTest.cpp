@@ -66,6 +66,64 @@ TEST(ExecCommand, SavesNoDirectionThatWasNotObservedAndNothingAfterAFailure) {
   EXPECT_EQ(program.read("new.in2").find("Q,"), std::string::npos);
 }
 
+TEST(ExecCommand, EveryKindOfFileIsOpenedEditedSavedAndOpenedAgain) {
+  Program const program;
+  std::string const row = R"({"name": "AddTraverseDataCMD", "in": {"data": {"index": 0, "Name": "New", "N": 1}}})";
+  std::string const point =
+      R"({"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "New", "Mark": ""}}})";
+  program.write("job.txt",
+                "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n");
+  program.write("job.lqf", "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 10,10,5\nSC B,1.6,\nHVD 3600,324000,7\n");
+  program.write("job.in2", kNetwork);
+  program.write("job.dat", "C,m,1,2,3");
+  struct Case {
+    char const* file;
+    std::string edit;
+    char const* list;  // that the edit makes longer
+    unsigned size;
+  };
+  for (Case const& c : {Case{"job.txt", row, "rows", 4}, Case{"job.lqf", row, "rows", 3},
+                        Case{"job.in2", kLine, "lines", 3}, Case{"job.dat", point, "coordinates", 2}}) {
+    SCOPED_TRACE(c.file);
+    std::string const saved = "new" + std::string(c.file).substr(3);
+    for (std::string const& target : {std::string("new.kvn"), saved}) {
+      test::Run const run = program.run({"exec", "--open", c.file, "--save", target.c_str()}, listOf(c.edit));
+      ASSERT_EQ(run.exitCode, 0) << run.err;
+      Json::Value const shown = program.run({"show", target.c_str(), "--json"}).json();
+      EXPECT_EQ(shown[c.list].size(), c.size) << target;
+      std::string const open = R"({"name": "OpenFileCMD", "in": {"file": ")" + target + "\"}}";
+      EXPECT_EQ(program.run({"exec"}, listOf(open)).exitCode, 0) << target;
+    }
+  }
+}
+
+TEST(ExecCommand, EditsTheRecordsOfAProjectFileByTheirIds) {
+  Program const program;
+  program.write("net.in2", kNetwork);
+  ASSERT_EQ(program.run({"convert", "net.in2", "net.kvn"}).exitCode, 0);
+  std::string const id = program.run({"show", "net.kvn", "--json"}).json()["lines"][1]["id"].asString();
+  std::string const edit = R"({"name": "ModifyNetworkDataCMD", "in": {"data": {"id": ")" + id +
+                           R"(", "HorizontalDistance": 80, "StartName": "A", "StartE": -5}}})";
+  EXPECT_EQ(program.run({"exec", "--open", "net.kvn", "--save", "net.kvn"}, listOf(edit)).exitCode, 0);
+  Json::Value const shown = program.run({"show", "net.kvn", "--json"}).json();
+  EXPECT_EQ(shown["lines"][1]["id"].asString(), id);
+  EXPECT_EQ(shown["lines"][1]["horizontal_distance"].asDouble(), 80);
+  EXPECT_EQ(shown["knownPoints"][0]["y"].asDouble(), -5);
+}
+
+TEST(ExecCommand, KeepsTheNetworkOfAFieldBookWhoseRowsACommandHasEmptied) {
+  Program const program;
+  program.write("job.txt",
+                "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n");
+  std::string const open = R"({"name": "OpenFileCMD", "in": {"file": "job.txt"}}, )";
+  test::Run const run = program.run({"exec", "--save", "job.kvn"}, listOf(open + kLine));
+  EXPECT_EQ(run.exitCode, 1) << "there is one line, so that none can stand at 2";
+  std::string line = kLine;
+  line.replace(line.find("\"index\": 2"), 10, "\"index\": 1");
+  EXPECT_EQ(program.run({"exec", "--save", "job.kvn"}, listOf(open + line)).exitCode, 0);
+  EXPECT_EQ(program.run({"show", "job.kvn", "--json"}).json()["lines"].size(), 2U);
+}
+
 TEST(ExecCommand, RefusesInputThatIsNoListOfCommands) {
   Program const program;
   for (std::string const& input :

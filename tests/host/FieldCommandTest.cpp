@@ -205,7 +205,7 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
     char const* says;
   };
   for (Case const& c : {Case{"job.txt", "old.lqf", "the name \"P 1\" cannot stand"},
-                        {"net.in2", "old.txt", "a file of this kind holds the readings of a field book, which net.in2"},
+                        {"net.in2", "old.txt", "a file of this kind holds the readings of a field book"},
                         {"points.dat", "old.lqf", "a file of this kind holds the readings"},
                         {"job.txt", "old.xml", "unknown kind of file; what can be written: .txt, .lqf, .in2, .dat"}}) {
     SCOPED_TRACE(c.out);

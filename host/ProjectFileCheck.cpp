@@ -1,0 +1,136 @@
+#include "ProjectFileCheck.h"
+
+#include "Failures.h"
+#include "Output.h"
+
+#include <utils/FileText.h>
+#include <utils/Number.h>
+
+#include <tinyxml2.h>
+#include <cmath>
+#include <initializer_list>
+#include <optional>
+
+namespace kvn::host {
+namespace {
+
+using tinyxml2::XMLElement;
+using Names = std::initializer_list<char const*>;
+
+// The version whose files tell what kind of data they hold, and the kinds that there are.
+constexpr char const* kTypedVersion = "1.0.1";
+constexpr int kKinds = 4;
+
+class Inspection {
+ public:
+  FieldTextCheck run(XMLElement const& root) {
+    head(root);
+    if (XMLElement const* const config = root.FirstChildElement("Config")) settings(*config);
+    children(root.FirstChildElement("ViewData"), "Point", &Inspection::row);
+    if (XMLElement const* const network = root.FirstChildElement("NetworkData")) {
+      children(network->FirstChildElement("KnownPoints"), "Point", &Inspection::knownPoint);
+      children(network->FirstChildElement("NetworkLines"), "Line", &Inspection::line);
+    }
+    children(root.FirstChildElement("CoordinateData"), "Point", &Inspection::coordinate);
+    return std::move(result);
+  }
+
+ private:
+  void add(FieldFinding::Severity severity, XMLElement const& element, QString const& text) {
+    FieldFinding finding;
+    finding.severity = severity;
+    finding.text = text;
+    finding.line = element.GetLineNum();
+    for (char const* name : {"name", "start_name"}) {
+      if (element.Attribute(name) != nullptr) finding.station = element.Attribute(name);
+    }
+    result.findings.push_back(std::move(finding));
+  }
+
+  void bad(XMLElement const& element, char const* name, char const* what) {
+    add(FieldFinding::Error, element,
+        QString("the attribute %1 is %2: %3").arg(QLatin1String(name), QLatin1String(what), element.Attribute(name)));
+  }
+
+  void numbers(XMLElement const& element, Names names) {
+    for (char const* name : names) {
+      if (element.Attribute(name) == nullptr) continue;
+      std::optional<double> const value = utils::fullNumber(element.Attribute(name));
+      if (!value) bad(element, name, "no number");
+      if (value && !std::isfinite(*value)) bad(element, name, "not finite");
+    }
+  }
+
+  void truths(XMLElement const& element, Names names) {
+    bool value = false;
+    for (char const* name : names) {
+      if (element.QueryBoolAttribute(name, &value) == tinyxml2::XML_WRONG_ATTRIBUTE_TYPE) {
+        bad(element, name, "neither true nor false");
+      }
+    }
+  }
+
+  void head(XMLElement const& root) {
+    char const* const version = root.Attribute("Version");
+    QString const told = QString::fromUtf8(version).trimmed();
+    if (told.isEmpty()) return;
+    if (told != QLatin1String(kTypedVersion)) {
+      add(FieldFinding::Warning, root, QString("the version %1 is not known").arg(told));
+    } else if (int const kind = root.IntAttribute("FileType", 0); kind < 0 || kind >= kKinds) {
+      add(FieldFinding::Warning, root, QString("the kind of data %1 is not known").arg(kind));
+    }
+  }
+
+  void settings(XMLElement const& element) {
+    numbers(element, {"AngleError", "LineFixedError", "LineProportionError", "AtmosphericIndex", "AdjustMethod",
+                      "TraversePointAdjust"});
+    truths(element, {"LineCalculateExpression"});
+  }
+
+  void row(XMLElement const& element) {
+    result.rowLines.push_back(element.GetLineNum());
+    numbers(element, {"instrument", "slant_distance", "horizontal_distance", "horizontal_angle", "vertical_angle",
+                      "azimuth", "N", "E", "Z"});
+    truths(element, {"isKnown", "isSlantDistanceHave"});
+    char const* const kind = element.Attribute("pointType");
+    if (kind != nullptr && !TraversePointType::fromString(kind)) bad(element, "pointType", "no kind of row");
+  }
+
+  void knownPoint(XMLElement const& element) { numbers(element, {"x", "y"}); }
+  void line(XMLElement const& element) { numbers(element, {"horizontal_distance", "horizontal_angle"}); }
+  void coordinate(XMLElement const& element) { numbers(element, {"N", "E", "Z"}); }
+
+  void children(XMLElement const* parent, char const* name, void (Inspection::*look)(XMLElement const&)) {
+    if (parent == nullptr) return;
+    for (XMLElement const* child = parent->FirstChildElement(name); child != nullptr;
+         child = child->NextSiblingElement(name)) {
+      (this->*look)(*child);
+    }
+  }
+
+  FieldTextCheck result;
+};
+
+bool isProject(XMLElement const& root) {
+  for (char const* name : {"Config", "ViewData", "NetworkData", "CoordinateData"}) {
+    if (root.FirstChildElement(name) != nullptr) return true;
+  }
+  return QLatin1String(root.Name()) == QLatin1String("Kelvane");
+}
+
+}  // namespace
+
+FieldTextCheck inspectProjectFile(QString const& path) {
+  std::string const bytes = utils::readFile(path).value_or(std::string());
+  tinyxml2::XMLDocument document;
+  document.Parse(bytes.data(), bytes.size());
+  if (document.Error()) {
+    throw Refusal(path, QString("line %1: the file is not well-formed XML").arg(document.ErrorLineNum()));
+  }
+  if (document.RootElement() == nullptr || !isProject(*document.RootElement())) {
+    throw Refusal(path, "the file is no project file");
+  }
+  return Inspection().run(*document.RootElement());
+}
+
+}  // namespace kvn::host
