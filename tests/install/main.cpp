@@ -45,8 +45,9 @@ bool annotates() {
 }
 
 /// In the data folder of the installation, wherever it was put.
-bool findsIcons() {
-  return !utils::resourceFile(kvn::GetIcon(kvn::FeatureDataType::CoordData, kvn::TraversePointType::PrismPoint))
+bool findsData() {
+  return kvn::XmlMannager().readPrjCode(QString()) &&
+         !utils::resourceFile(kvn::GetIcon(kvn::FeatureDataType::CoordData, kvn::TraversePointType::PrismPoint))
               .empty();
 }
 
@@ -56,5 +57,5 @@ int main(int, char** argv) {
   kvn::System system;
   system.setConfigFile(QString());
   auto const project = system.createProject();
-  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsIcons() ? 0 : 1;
+  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() ? 0 : 1;
 }
