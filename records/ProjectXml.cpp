@@ -46,132 +46,122 @@ void readNumber(XMLElement const& element, char const* name, double& value) {
   }
 }
 
-TraverseDataInfo readRow(XMLElement const& element) {
-  TraverseDataInfo row;
-  row.name = text(element, "name");
-  row.pointType = TraversePointType::fromString(text(element, "pointType")).value_or(row.pointType);
-  row.id = text(element, "id");
-  row.groupId = text(element, "groupId");
-  row.isKnown = element.BoolAttribute("isKnown", row.isKnown);
-  readNumber(element, "instrument", row.instrument);
-  readNumber(element, "slant_distance", row.slant_distance);
-  row.isSlantDistanceHave = element.BoolAttribute("isSlantDistanceHave", row.isSlantDistanceHave);
-  readNumber(element, "horizontal_distance", row.horizontal_distance);
-  readNumber(element, "horizontal_angle", row.horizontal_angle);
-  readNumber(element, "vertical_angle", row.vertical_angle);
-  readNumber(element, "azimuth", row.azimuth);
-  readNumber(element, "N", row.N);
-  readNumber(element, "E", row.E);
-  readNumber(element, "Z", row.Z);
-  return row;
+/// Sets an attribute for each field that it is called with.
+struct Writer {
+  XMLElement& element;
+
+  void operator()(char const* name, std::string const& field) const { setText(element, name, field); }
+  void operator()(char const* name, double field) const { setNumber(element, name, field); }
+  void operator()(char const* name, bool field) const { element.SetAttribute(name, field); }
+  void operator()(char const* name, TraversePointType field) const {
+    element.SetAttribute(name, field.toString().c_str());
+  }
+};
+
+/// Reads the attribute into each field that it is called with.
+struct Reader {
+  XMLElement const& element;
+
+  void operator()(char const* name, std::string& field) const { field = text(element, name); }
+  void operator()(char const* name, double& field) const { readNumber(element, name, field); }
+  void operator()(char const* name, bool& field) const { field = element.BoolAttribute(name, field); }
+  void operator()(char const* name, TraversePointType& field) const {
+    field = TraversePointType::fromString(text(element, name)).value_or(field);
+  }
+};
+
+// The attributes of each record, in the order of the file.
+
+template <typename Row, typename Access>
+void rowFields(Row& row, Access const& access) {
+  access("name", row.name);
+  access("pointType", row.pointType);
+  access("id", row.id);
+  access("groupId", row.groupId);
+  access("isKnown", row.isKnown);
+  access("instrument", row.instrument);
+  access("slant_distance", row.slant_distance);
+  access("isSlantDistanceHave", row.isSlantDistanceHave);
+  access("horizontal_distance", row.horizontal_distance);
+  access("horizontal_angle", row.horizontal_angle);
+  access("vertical_angle", row.vertical_angle);
+  access("azimuth", row.azimuth);
+  access("N", row.N);
+  access("E", row.E);
+  access("Z", row.Z);
 }
 
-KnownPoint readKnownPoint(XMLElement const& element) {
-  KnownPoint point;
-  point.id = text(element, "id");
-  point.name = text(element, "name");
-  readNumber(element, "x", point.x);
-  readNumber(element, "y", point.y);
-  return point;
+template <typename Point, typename Access>
+void knownPointFields(Point& point, Access const& access) {
+  access("id", point.id);
+  access("name", point.name);
+  access("x", point.x);
+  access("y", point.y);
 }
 
-NetworkDataInfo readLine(XMLElement const& element) {
-  NetworkDataInfo line;
-  line.id = text(element, "id");
-  line.start_name = text(element, "start_name");
-  line.end_name = text(element, "end_name");
-  readNumber(element, "horizontal_distance", line.horizontal_distance);
-  readNumber(element, "horizontal_angle", line.horizontal_angle);
-  return line;
+template <typename Line, typename Access>
+void lineFields(Line& line, Access const& access) {
+  access("id", line.id);
+  access("start_name", line.start_name);
+  access("end_name", line.end_name);
+  access("horizontal_distance", line.horizontal_distance);
+  access("horizontal_angle", line.horizontal_angle);
 }
 
-CoordinatePointInfo readCoordinate(XMLElement const& element) {
-  CoordinatePointInfo point;
-  point.name = text(element, "name");
-  if (element.Attribute("signal") != nullptr) point.signal = text(element, "signal");
-  readNumber(element, "N", point.N);
-  readNumber(element, "E", point.E);
-  readNumber(element, "Z", point.Z);
-  return point;
+template <typename Point, typename Access>
+void coordinateFields(Point& point, Access const& access) {
+  access("name", point.name);
+  access("signal", point.signal);
+  access("N", point.N);
+  access("E", point.E);
+  access("Z", point.Z);
 }
 
 template <typename Record>
-void readAll(XMLElement const* element, char const* name, std::vector<Record>& list,
-             Record (*readOne)(XMLElement const&)) {
-  if (element == nullptr) return;
-  for (XMLElement const* child = element->FirstChildElement(name); child != nullptr;
+void writeAll(std::vector<Record> const& list, XMLElement& parent, char const* name,
+              void (*fields)(Record const&, Writer const&)) {
+  for (Record const& record : list) fields(record, Writer{*append(parent, name)});
+}
+
+template <typename Record>
+void readAll(XMLElement const* parent, char const* name, std::vector<Record>& list,
+             void (*fields)(Record&, Reader const&)) {
+  if (parent == nullptr) return;
+  for (XMLElement const* child = parent->FirstChildElement(name); child != nullptr;
        child = child->NextSiblingElement(name)) {
-    list.push_back(readOne(*child));
+    fields(list.emplace_back(), Reader{*child});
   }
 }
 
 }  // namespace
 
 void write(std::vector<TraverseDataInfo> const& rows, XMLElement* element) {
-  if (element == nullptr) return;
-  for (TraverseDataInfo const& row : rows) {
-    XMLElement& point = *append(*element, "Point");
-    setText(point, "name", row.name);
-    point.SetAttribute("pointType", row.pointType.toString().c_str());
-    setText(point, "id", row.id);
-    setText(point, "groupId", row.groupId);
-    point.SetAttribute("isKnown", row.isKnown);
-    setNumber(point, "instrument", row.instrument);
-    setNumber(point, "slant_distance", row.slant_distance);
-    point.SetAttribute("isSlantDistanceHave", row.isSlantDistanceHave);
-    setNumber(point, "horizontal_distance", row.horizontal_distance);
-    setNumber(point, "horizontal_angle", row.horizontal_angle);
-    setNumber(point, "vertical_angle", row.vertical_angle);
-    setNumber(point, "azimuth", row.azimuth);
-    setNumber(point, "N", row.N);
-    setNumber(point, "E", row.E);
-    setNumber(point, "Z", row.Z);
-  }
+  if (element != nullptr) writeAll(rows, *element, "Point", rowFields);
 }
 
-void read(XMLElement const* element, std::vector<TraverseDataInfo>& rows) { readAll(element, "Point", rows, readRow); }
+void read(XMLElement const* element, std::vector<TraverseDataInfo>& rows) {
+  readAll(element, "Point", rows, rowFields);
+}
 
 void write(Network const& network, XMLElement* element) {
   if (element == nullptr) return;
-  XMLElement* const points = utils::XMLHandleEx(element).touchInElement("KnownPoints");
-  for (KnownPoint const& known : network.knownPoints) {
-    XMLElement& point = *append(*points, "Point");
-    setText(point, "id", known.id);
-    setText(point, "name", known.name);
-    setNumber(point, "x", known.x);
-    setNumber(point, "y", known.y);
-  }
-  XMLElement* const lines = utils::XMLHandleEx(element).touchInElement("NetworkLines");
-  for (NetworkDataInfo const& observed : network.lines) {
-    XMLElement& line = *append(*lines, "Line");
-    setText(line, "id", observed.id);
-    setText(line, "start_name", observed.start_name);
-    setText(line, "end_name", observed.end_name);
-    setNumber(line, "horizontal_distance", observed.horizontal_distance);
-    setNumber(line, "horizontal_angle", observed.horizontal_angle);
-  }
+  utils::XMLHandleEx parent(element);
+  writeAll(network.knownPoints, *parent.touchInElement("KnownPoints"), "Point", knownPointFields);
+  writeAll(network.lines, *parent.touchInElement("NetworkLines"), "Line", lineFields);
 }
 
 void read(XMLElement const* element, Network& network) {
   if (element == nullptr) return;
-  readAll(element->FirstChildElement("KnownPoints"), "Point", network.knownPoints, readKnownPoint);
-  readAll(element->FirstChildElement("NetworkLines"), "Line", network.lines, readLine);
+  readAll(element->FirstChildElement("KnownPoints"), "Point", network.knownPoints, knownPointFields);
+  readAll(element->FirstChildElement("NetworkLines"), "Line", network.lines, lineFields);
 }
 
 void write(std::vector<CoordinatePointInfo> const& points, XMLElement* element) {
-  if (element == nullptr) return;
-  for (CoordinatePointInfo const& coordinate : points) {
-    XMLElement& point = *append(*element, "Point");
-    setText(point, "name", coordinate.name);
-    setText(point, "signal", coordinate.signal);
-    setNumber(point, "N", coordinate.N);
-    setNumber(point, "E", coordinate.E);
-    setNumber(point, "Z", coordinate.Z);
-  }
+  if (element != nullptr) writeAll(points, *element, "Point", coordinateFields);
 }
 
 void read(XMLElement const* element, std::vector<CoordinatePointInfo>& points) {
-  readAll(element, "Point", points, readCoordinate);
+  readAll(element, "Point", points, coordinateFields);
 }
 
 }  // namespace kvn
