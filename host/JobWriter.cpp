@@ -126,6 +126,9 @@ void makeNetwork(Session& session) {
   Project& project = session.project();
   if (!project.getTraverseDataList().empty()) {
     if (session.isAsRead()) return;
+    // The rows of a job that a command has opened: stations with coordinates are known, as when the program opens it.
+    bool const isJob = project.getFileType() == Project::LqfFile;
+    if (isJob && getKnownPoint(project.getTraverseDataList()).empty()) markKnownStations(project.getTraverseDataList());
     FieldReduction const reduction = reduceField(project.getTraverseDataList());
     requireNoError(session.file(), session.job().text.findings);
     requireNoError(session.file(), session.job().placed(reduction.findings));

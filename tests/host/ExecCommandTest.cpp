@@ -124,6 +124,14 @@ TEST(ExecCommand, KeepsTheNetworkOfAFieldBookWhoseRowsACommandHasEmptied) {
   EXPECT_EQ(program.run({"show", "job.kvn", "--json"}).json()["lines"].size(), 2U);
 }
 
+TEST(ExecCommand, AJobThatACommandHasOpenedKeepsItsKnownStations) {
+  Program const program;
+  program.write("job.lqf", "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 10,20,5\nSC B,1.6,\nHVD 3600,324000,7\n");
+  std::string const open = R"({"name": "OpenFileCMD", "in": {"file": "job.lqf"}})";
+  EXPECT_EQ(program.run({"exec", "--save", "job.in2"}, listOf(open)).exitCode, 0);
+  EXPECT_THAT(program.read("job.in2"), HasSubstr("\nA,20.0000,10.0000\n"));
+}
+
 TEST(ExecCommand, RefusesInputThatIsNoListOfCommands) {
   Program const program;
   for (std::string const& input :
