@@ -14,8 +14,10 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-XMLElement* append(XMLElement& parent, char const* name) {
-  return parent.InsertEndChild(parent.GetDocument()->NewElement(name))->ToElement();
+XMLElement& append(XMLElement& parent, char const* name) {
+  XMLElement* const child = parent.GetDocument()->NewElement(name);
+  parent.InsertEndChild(child);
+  return *child;
 }
 
 /// The text would end at a NUL.
@@ -120,7 +122,7 @@ void coordinateFields(Point& point, Access const& access) {
 template <typename Record>
 void writeAll(std::vector<Record> const& list, XMLElement& parent, char const* name,
               void (*fields)(Record const&, Writer const&)) {
-  for (Record const& record : list) fields(record, Writer{*append(parent, name)});
+  for (Record const& record : list) fields(record, Writer{append(parent, name)});
 }
 
 template <typename Record>
