@@ -60,6 +60,7 @@
 #include "records/FieldFinding.h"
 #include "records/MessType.h"
 #include "records/Network.h"
+#include "records/NetworkFindings.h"
 #include "records/PrecisionResults.h"
 #include "records/ProjectXml.h"
 #include "records/StationMap.h"

@@ -31,6 +31,7 @@ void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection mi
 }
 
 void AlgorithmAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
+void AlgorithmAdjust::setIterationLimit(int rounds) { iterationLimit = rounds; }
 void AlgorithmAdjust::setFoldToNearest(bool fold) { foldToNearest = fold; }
 
 void AlgorithmAdjust::calculateAdjust() {
@@ -59,6 +60,7 @@ void AlgorithmAdjust::adjustLeastSquares() {
   adjustment.readAlgorithmData(algorithmData);
   adjustment.setCancelCall(getCancelCall());
   adjustment.setCountControlDistances(countControlDistances);
+  adjustment.setIterationLimit(iterationLimit);
   adjustment.calculateAdjust();
   pointX0Y0List = adjustment.getPointX0Y0();
   directionResultList = adjustment.getDirrectionInfo();

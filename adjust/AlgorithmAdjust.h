@@ -33,6 +33,8 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   /// Whether distances between two known points count in a least-squares run; off by default. See
   /// `TraverseAdjust::setCountControlDistances`.
   void setCountControlDistances(bool count);
+  /// See `TraverseAdjust::setIterationLimit`.
+  void setIterationLimit(int rounds);
   /// Whether a closed traverse takes polygons walked clockwise too; off by default. See
   /// `CloseTraverse::setFoldToNearest`.
   void setFoldToNearest(bool fold);
@@ -84,6 +86,7 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   AdjustSummary summary;
   TraverseSummary traverseSummary;
   bool countControlDistances = false;
+  int iterationLimit = 10000;
   bool foldToNearest = false;
 };
 

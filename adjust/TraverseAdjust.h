@@ -5,18 +5,26 @@
 #include "adjust/Matrix.h"
 #include "adjust/NameIndex.h"
 #include "records/CalculationRecords.h"
+#include "records/MessType.h"
+#include "records/NetworkFindings.h"
 #include "records/PrecisionResults.h"
 
 #include <utils/Export.h>
 #include <utils/IProcessCancel.h>
 
+#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kvn {
+
+namespace detail {
+struct PlaneNetwork;
+}
 
 /// Indirect (parametric) adjustment. Unknowns are x and y of every point and one orientation of every station;
 /// minimised is the weighted sum of the squared residuals of directions and distances. x is north, y is east;
@@ -52,19 +60,35 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   void readAlgorithmData(AlgorithmData const& input);
 
   /// Approximate coordinates by a walk over the network: polar from known stations where there are distances, else by
-  /// intersection in triangles with all three angles.
+  /// intersection in triangles with all three angles. Where the walk ends before all points are placed, the search
+  /// goes on with everything that observations can give: polar points, intersections, resections, free stations, points
+  /// by two distances whose side a direction decides, and groups of stations that are built in a frame of their own and
+  /// brought in by what they share with the placed points. What the walk has placed stays.
   ///
   /// @throws AlgorithmException KnownPointNotEnough (with distances) or DataError (without), name "No enough data",
-  /// when
-  ///         a point cannot be reached.
+  ///         when points are left. Before that one `Error` message lists them with the reasons, and
+  ///         `getUnplacedPoints` has them.
   void calculateApproximate();
+
+  /// Looks for observations that do not fit the others, about the approximate coordinates, and lists them in one
+  /// `Warning`. `calculateAdjust` does it before its iteration. Needs `calculateApproximate`.
+  void checkObservations();
+
+  /// Looks for points that can move without any observation feeling it, and for observations between points at one
+  /// place, about the approximate coordinates; each is told in one `Error` message. `calculateAdjust` does it when its
+  /// system has no solution. Needs `calculateApproximate`.
+  void checkDetermination();
 
   /// The full run: approximation, iteration until no coordinate moves by more than 0.01 m, precision results. Two
   /// iterations for good approximate coordinates.
   ///
+  /// Where the iteration would not settle from the coordinates of the walk, which one gross error can lead astray, and
+  /// would from others, it starts from these; `getPointX0Y0` still gives those of the walk.
+  ///
   /// @throws AlgorithmException as `calculateApproximate`; DataError, name "Calculate failed", for a singular system, a
-  ///         correction that is not finite, or fewer observations than unknowns.
-  /// @throws QLogicError "User Cancel". @throws std::exception after 10000 iterations.
+  ///         correction that is not finite, or fewer observations than unknowns. Before that one `Error` message tells
+  ///         which points can still move, and how; `getLooseMotions` has them.
+  /// @throws QLogicError "User Cancel". @throws std::exception when the iteration does not settle within its limit.
   void calculateAdjust();
 
   /// `readAlgorithmData` and the full run in one call.
@@ -75,8 +99,20 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// To be set before `calculateAdjust`.
   void setCountControlDistances(bool count);
 
+  /// Rounds after which an iteration that has not settled is given up, 10000 by default. What has not settled after
+  /// some tens of rounds hardly ever does, and each of them costs an inversion.
+  void setIterationLimit(int rounds);
+
+  /// Whether the findings below are told as messages when they come up; on by default.
+  void setTellFindings(bool tell);
+
   /// @throws QLogicError "User Cancel" when the cancel query says so.
   void checkCancelAndThrow() const;
+
+  std::vector<UnplacedPoint> const& getUnplacedPoints() const;  ///< of the last `calculateApproximate`, if it failed
+  std::vector<SuspectObservation> const& getSuspects() const;   ///< of the last `checkObservations`
+  std::vector<LooseMotion> const& getLooseMotions() const;      ///< of the last `checkDetermination`
+  std::vector<std::pair<std::string, std::string>> const& getCoincidentPoints() const;  ///< the same
 
   std::vector<PointInfo> getPointX0Y0() const;            ///< approximate coordinates in number order
   std::vector<PointInfo> getPoints() const;               ///< adjusted coordinates in number order
@@ -150,6 +186,20 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   bool placeFollowingPoint(int station);
   Point polarPoint(int station, int orientedBy, int direction, double distance) const;
 
+  // Findings.
+  detail::PlaneNetwork planeNetwork() const;
+  bool placeRemainingPoints();
+  void findSuspects(bool improveStart);
+  void addControlSuspects();
+  [[noreturn]] void failIteration();
+  void determine(bool hasFailed);
+  void findLooseMotions(bool hasFailed);
+  void findCoincidentPoints();
+  SuspectObservation suspectOf(int observation, double difference) const;
+  std::string const& nameOf(int point) const;
+  static std::vector<std::complex<double>> placesOf(std::vector<double> const& coordinates);
+  void tell(QString const& text, MessType type) const;
+
   // Iteration.
   double orientationOf(int station) const;
   void holdKnownPoints();
@@ -160,7 +210,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   int redundancy() const;
   int countedControlDistances() const;
   LineErrorInfo lineResult(int i, int j, double observed, double residual);
-  void checkInverse(std::vector<double> const& diagonal) const;
+  void checkInverse(std::vector<double> const& diagonal);
   double cofactor(double const* a, int const* index) const;
   PointInfo pointOf(int number, std::vector<double> const& coordinates) const;
   std::vector<PointInfo> pointsOf(std::vector<double> const& coordinates) const;
@@ -209,8 +259,14 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   double rho;  // seconds per radian
   bool hasRedundancy = true;
   int iterations = 0;
+  int iterationLimit = 10000;
   std::vector<double> lineErrors;                        // errors of the distances without a threshold, metres
   std::vector<std::vector<double>> directionLineErrors;  // the same for the lines of the directions
+  std::vector<UnplacedPoint> unplacedPoints;
+  std::vector<SuspectObservation> suspects;
+  std::vector<LooseMotion> looseMotions;
+  std::vector<std::pair<std::string, std::string>> coincidentPoints;
+  bool tellFindings = true;
 
   // Look-ups, filled with the arrays.
   std::vector<std::vector<int>> stationsAt;              // of each point

@@ -1,4 +1,4 @@
-// Approximate coordinates: the walks over the network from its known points.
+// Approximate coordinates: the walks over the network from its known points, which come before any other search.
 #include "adjust/TraverseAdjust.h"
 #include "adjust/detail/Azimuth.h"
 #include "adjust/detail/Missing.h"
@@ -113,7 +113,8 @@ class TraverseAdjust::OrientedWalk {
 
 void TraverseAdjust::calculateX0Y0() {
   forgetUnknownPoints();
-  if (!OrientedWalk(*this).run()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, kNotEnough);
+  if (!OrientedWalk(*this).run() && !placeRemainingPoints())
+    throw AlgorithmException(AlgorithmException::KnownPointNotEnough, kNotEnough);
 }
 
 // ---- Networks without distances: a station is placed from two placed points by the three angles of their triangle.
@@ -250,7 +251,8 @@ class TraverseAdjust::TriangleWalk {
 
 void TraverseAdjust::calculateX0Y0OnlyAngle() {
   forgetUnknownPoints();
-  if (!TriangleWalk(*this).run()) throw AlgorithmException(AlgorithmException::DataError, kNotEnough);
+  if (!TriangleWalk(*this).run() && !placeRemainingPoints())
+    throw AlgorithmException(AlgorithmException::DataError, kNotEnough);
 }
 
 // ---- A narrow form of the first walk: each station places only the point numbered one above itself.

@@ -136,6 +136,10 @@ void TraverseAdjust::forgetResults() {
   directionResults.clear();
   lineErrorInfos.clear();
   directionLineErrors.clear();
+  unplacedPoints.clear();
+  suspects.clear();
+  looseMotions.clear();
+  coincidentPoints.clear();
   for (std::vector<double>* list : {&mx, &my, &mp, &lineErrors}) list->clear();
 }
 

@@ -18,7 +18,6 @@ namespace {
 constexpr double kKnownPointWeight = 1e20;
 // No coordinate moves by more than this when the iteration ends; metres, and exactly this ends it.
 constexpr double kSmallestMove = 0.01;
-constexpr int kIterationLimit = 10000;
 // Keeps the weight of a distance finite when both parts of its error are 0; square metres.
 constexpr double kSmallestVariance = 1e-15;
 // A diagonal element times that of the inverse says how much of its pivot the elimination took away. From here on what
@@ -29,11 +28,11 @@ constexpr double kNoCofactor = 1e-8;
 
 using detail::index;
 
-[[noreturn]] void failCalculation() { throw AlgorithmException(AlgorithmException::DataError, "Calculate failed"); }
-
 }  // namespace
 
 std::size_t TraverseAdjust::ij(int i, int j) { return Matrix::ij(i, j); }
+
+void TraverseAdjust::setIterationLimit(int rounds) { iterationLimit = rounds; }
 
 void TraverseAdjust::checkCancelAndThrow() const {
   if (isCancel()) throw QLogicError(System::tr("User Cancel"));
@@ -41,6 +40,7 @@ void TraverseAdjust::checkCancelAndThrow() const {
 
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
+  findSuspects(true);
   iterate();
   calculateResults();
 }
@@ -51,14 +51,14 @@ void TraverseAdjust::Adjust(AlgorithmData const& input) {
 }
 
 void TraverseAdjust::iterate() {
-  if (redundancy() < 0) failCalculation();
+  if (redundancy() < 0) failIteration();
   iterations = 0;
   for (double limit = 1.0; limit > kSmallestMove;) {
     checkCancelAndThrow();
     calculateBTPB();
     holdKnownPoints();
     limit = calculateDx();
-    if (++iterations == kIterationLimit) throw detail::CalculationFailure(System::tr("total station data is error"));
+    if (++iterations >= iterationLimit) throw detail::CalculationFailure(System::tr("total station data is error"));
   }
 }
 
@@ -149,7 +149,7 @@ double TraverseAdjust::calculateDx() {
   int const unknowns = unknownsCount();
   std::vector<double> diagonal(index(unknowns));
   for (int i = 0; i < unknowns; ++i) diagonal[index(i)] = normalMatrix[ij(i, i)];
-  if (!inverse(normalMatrix, unknowns)) failCalculation();
+  if (!inverse(normalMatrix, unknowns)) failIteration();
   checkInverse(diagonal);
 
   // dX = Q w, each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
@@ -166,7 +166,7 @@ double TraverseAdjust::calculateDx() {
   }
   double largest = 0.0;
   for (std::size_t r = 0; r < dX.size(); ++r) {
-    if (!std::isfinite(dX[r])) failCalculation();
+    if (!std::isfinite(dX[r])) failIteration();
     if (r >= XY.size()) continue;
     XY[r] += dX[r];
     largest = std::max(largest, std::abs(dX[r]));
@@ -175,10 +175,10 @@ double TraverseAdjust::calculateDx() {
 }
 
 /// The diagonal of the inverse of a sound normal matrix is positive and has not lost all its digits.
-void TraverseAdjust::checkInverse(std::vector<double> const& diagonal) const {
+void TraverseAdjust::checkInverse(std::vector<double> const& diagonal) {
   for (int i = 0; i < unknownsCount(); ++i) {
     double const q = normalMatrix[ij(i, i)];
-    if (!(q > 0.0) || !(q * diagonal[index(i)] < kLostPivot)) failCalculation();
+    if (!(q > 0.0) || !(q * diagonal[index(i)] < kLostPivot)) failIteration();
   }
 }
 

@@ -11,6 +11,7 @@ namespace kvn {
 bool VRDTraverseDataCollcetion::correctData(std::vector<TraverseDataInfo>& rows) {
   MapShowData map;
   map.setNetwrok(INetworkDataCollection::TraverseDataListToNetwork(rows));
+  map.setTellFindings(false);
   try {
     map.calculateApproximate();
     map.handle();

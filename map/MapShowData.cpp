@@ -24,6 +24,7 @@ MapShowData::MapShowData() = default;
 
 void MapShowData::setTraverseDataList(std::vector<TraverseDataInfo> const& rows) { traverseDataList = rows; }
 void MapShowData::setNetwrok(Network const& value) { network = value; }
+void MapShowData::setTellFindings(bool tell) { tellFindings = tell; }
 
 void MapShowData::convertTraverseData() {
   TraverseDataInfo const* station = nullptr;
@@ -43,6 +44,7 @@ void MapShowData::calculateApproximate() {
   AlgorithmData data;
   data.readNetworkData(network);
   TraverseAdjust adjustment(kAngleError, kLineFixedError, kLineProportionError, true);
+  adjustment.setTellFindings(tellFindings);
   adjustment.readAlgorithmData(data);
   adjustment.calculateApproximate();
   for (PointInfo const& approximate : adjustment.getPointX0Y0()) {

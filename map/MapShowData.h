@@ -20,10 +20,12 @@ class KELVANE_EXPORT MapShowData {
 
   void setTraverseDataList(std::vector<TraverseDataInfo> const& rows);
   void setNetwrok(Network const& value);
+  /// Whether points that cannot be placed are told in a message; on by default.
+  void setTellFindings(bool tell);
 
   /// A point for each row, and for each target a line to the station that it was sighted from.
   void convertTraverseData();
-  /// A point, height 0, for each point of the network.
+  /// A point, height 0, for each point of the network. Points that cannot be placed are told in one `Error` message.
   /// @throws what `AlgorithmData::readNetworkData` and `TraverseAdjust::calculateApproximate` throw.
   void calculateApproximate();
   /// A line, height 0, for each line of the network, then the points sorted by name and each name once. An end of a
@@ -39,6 +41,7 @@ class KELVANE_EXPORT MapShowData {
   std::vector<TraverseDataInfo> traverseDataList;
   std::vector<DrawLine> lines;
   std::vector<DrawPoint> points;
+  bool tellFindings = true;
 };
 
 }  // namespace kvn

@@ -410,5 +410,113 @@
         <source>Can not open file</source>
         <translation>无法打开文件</translation>
     </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 等，另有 %2 个</translation>
+    </message>
+    <message>
+        <source>direction from %1 to %2, %3</source>
+        <translation>%1 至 %2 的方向，%3</translation>
+    </message>
+    <message>
+        <source>distance from %1 to %2, %3</source>
+        <translation>%1 至 %2 的距离，%3</translation>
+    </message>
+    <message>
+        <source>%1 can move in any direction</source>
+        <translation>%1 可向任意方向移动</translation>
+    </message>
+    <message>
+        <source>%1 can move along the azimuth %2 degrees</source>
+        <translation>%1 可沿方位角 %2 度移动</translation>
+    </message>
+    <message>
+        <source>%1 can move together along the azimuth %2 degrees</source>
+        <translation>%1 可一起沿方位角 %2 度移动</translation>
+    </message>
+    <message>
+        <source>%1 can turn about %2</source>
+        <translation>%1 可绕 %2 旋转</translation>
+    </message>
+    <message>
+        <source>%1 can spread from %2</source>
+        <translation>%1 可以 %2 为中心缩放</translation>
+    </message>
+    <message>
+        <source>%1 can move against the known points</source>
+        <translation>%1 可相对已知点移动</translation>
+    </message>
+    <message>
+        <source>no connection to the known points</source>
+        <translation>与已知点没有联系</translation>
+    </message>
+    <message>
+        <source>seen once and without a distance</source>
+        <translation>只被观测一次且没有距离</translation>
+    </message>
+    <message>
+        <source>one distance and no direction</source>
+        <translation>只有一条距离而没有方向</translation>
+    </message>
+    <message>
+        <source>sees fewer than three points and is not seen</source>
+        <translation>观测的点少于三个且未被其他点观测</translation>
+    </message>
+    <message>
+        <source>observed only with points that are not placed themselves</source>
+        <translation>只与未能定位的点有观测</translation>
+    </message>
+    <message>
+        <source>too few observations to the placed points</source>
+        <translation>与已定位点之间的观测不足</translation>
+    </message>
+    <message>
+        <source>all placed targets on one circle with the station</source>
+        <translation>测站与所有已定位的目标在同一圆上</translation>
+    </message>
+    <message>
+        <source>different places agree with the observations</source>
+        <translation>有多个位置与观测值相符</translation>
+    </message>
+    <message>
+        <source>held weakly by the observations, or no approximate place found</source>
+        <translation>观测图形过弱，或未找到近似位置</translation>
+    </message>
+    <message>
+        <source>No approximate coordinates: %1</source>
+        <translation>无法求得近似坐标：%1</translation>
+    </message>
+    <message>
+        <source>Suspected gross errors: %1</source>
+        <translation>疑似粗差：%1</translation>
+    </message>
+    <message>
+        <source>The observations do not hold all points: %1</source>
+        <translation>观测值不能固定所有点：%1</translation>
+    </message>
+    <message>
+        <source>Observations between points at one place: %1</source>
+        <translation>位置相同的点之间的观测：%1</translation>
+    </message>
+    <message>
+        <source>The normal equations lose their digits: the a-priori errors or the lengths of the sights are too different in size</source>
+        <translation>法方程丧失有效数字：先验误差或视线长度相差过大</translation>
+    </message>
+    <message>
+        <source>observed %1&quot; too large</source>
+        <translation>观测值偏大 %1″</translation>
+    </message>
+    <message>
+        <source>observed %1&quot; too small</source>
+        <translation>观测值偏小 %1″</translation>
+    </message>
+    <message>
+        <source>observed %1 m too long</source>
+        <translation>观测值偏长 %1 m</translation>
+    </message>
+    <message>
+        <source>observed %1 m too short</source>
+        <translation>观测值偏短 %1 m</translation>
+    </message>
 </context>
 </TS>

@@ -235,9 +235,10 @@ TEST(LeastSquares, RefusesWhatItCannotSolve) {
          n.lines.push_back(line("Z", "Y", 0.0, 50.0));
        },
        "Known points are not enough|No enough data|-1"},
-      {"directions alone, and a point that is never a station",
+      {"directions alone, and a point that is seen from one station",
        [](Network& n) {
          for (auto& l : n.lines) l.horizontal_distance = 0.0;
+         n.lines.pop_back();
        },
        "Data error|No enough data|-1"},
   };

@@ -41,6 +41,14 @@ Published const kNetworks[] = {
      1.26753,  // not printed by the source; from its residuals
      1e-4,
      {{"30", 999.9831, 1497.3769, 0.01107, 0.01211, 0, 0, 0}, {"40", 640.2582, 1439.7453, 0.01344, 0.01664, 0, 0, 0}}},
+    // No known point is occupied. The errors and coordinates are the source's; it prints no ellipses and no unit weight
+    // error, which follow here from its observations by an independent computation.
+    {"net_niemeier2008.in2",
+     8,
+     0.966403,
+     1e-4,
+     {{"Z108", 27816.1166, 40759.3769, 0.00301, 0.00313, 0.00327, 0.00286, 53.3084},
+      {"Z110", 27904.0042, 41373.0193, 0.00289, 0.00312, 0.00324, 0.00275, 120.94119}}},
 };
 
 kvn::ErrorEllipse ellipseOf(kvn::AlgorithmAdjust const& result, std::string const& name) {

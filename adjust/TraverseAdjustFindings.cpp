@@ -1,0 +1,225 @@
+// What stands in the way of an adjustment: points without a place, gross errors, points that nothing holds.
+#include "adjust/TraverseAdjust.h"
+#include "adjust/detail/GrossErrors.h"
+#include "adjust/detail/LooseGroups.h"
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/PlaneNetwork.h"
+#include "adjust/detail/StartSearch.h"
+#include "adjust/detail/UnplacedReasons.h"
+#include "core/AlgorithmException.h"
+#include "core/System.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::index;
+using detail::Place;
+
+// The smallest a-priori errors that a test can divide by: 1e-6" and 0.1 nm.
+constexpr double kSmallestSeconds = 1e-6;
+constexpr double kSmallestDistanceError = 1e-10;
+// A distance between known points is suspected from here on, in its a-priori errors, as all other observations are.
+constexpr double kCritical = 5.0;
+// As the iteration of the adjustment; metres.
+constexpr double kSmallestMove = 0.01;
+// Pivots of the normal equations, in metres and with equal weights, as a share of their diagonal elements, below which
+// a motion counts as not felt; the second when the system has failed and the first finds nothing.
+constexpr double kWeakness = 1e-10;
+constexpr double kWeaknessOfFailure = 1e-8;
+// The centre of a turn is a point's place when it lies this near, as a share of the distance to what turns.
+constexpr double kAtPoint = 1e-3;
+
+}  // namespace
+
+detail::PlaneNetwork TraverseAdjust::planeNetwork() const {
+  detail::PlaneNetwork network;
+  network.points = pointsCount;
+  network.known = knPointsCount;
+  network.stationPoint = stationPoint;
+  network.directionStart = directionStart;
+  network.directionError = std::max(angleError, kSmallestSeconds) / rho;
+  network.distanceFixed = std::max(lineFixedError, kSmallestDistanceError);
+  network.distanceProportion = lineProportionError;
+  network.directions.reserve(directionTarget.size());
+  for (int s = 0; s < stationsCount; ++s) {
+    for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
+      network.directions.push_back({s, directionTarget[index(d)], directionValue[index(d)]});
+    }
+  }
+  for (std::size_t e = 0; e < lineValue.size(); ++e) network.lines.push_back({lineStart[e], lineEnd[e], lineValue[e]});
+  network.buildLookups();
+  return network;
+}
+
+void TraverseAdjust::setTellFindings(bool tellThem) { tellFindings = tellThem; }
+
+void TraverseAdjust::tell(QString const& text, MessType type) const {
+  System const* const system = System::Instance();
+  if (tellFindings && system != nullptr) system->sendMessage(text, type);
+}
+
+/// Everything that the walks do not do; false when points are left.
+bool TraverseAdjust::placeRemainingPoints() {
+  detail::PlaneNetwork const network = planeNetwork();
+  detail::StartSearch search(network);
+  for (int n = 0; n < pointsCount; ++n) {
+    if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
+  }
+  if (search.run()) {
+    for (int n = 0; n < pointsCount; ++n) {
+      if (!isPlaced(n)) place(n, {search.at(n).real(), search.at(n).imag()});
+    }
+    return true;
+  }
+  unplacedPoints.clear();
+  for (auto const& [n, reason] : detail::unplacedReasons(network, search)) {
+    unplacedPoints.push_back({nameOf(n), reason});
+  }
+  tell(worded(unplacedPoints), Error);
+  return false;
+}
+
+void TraverseAdjust::checkObservations() { findSuspects(false); }
+
+std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinates) {
+  std::vector<Place> places;
+  for (std::size_t i = 0; i < coordinates.size(); i += 2) places.emplace_back(coordinates[i], coordinates[i + 1]);
+  return places;
+}
+
+/// Where plain least squares do not settle about the coordinates of the walk, a search from the known points alone may
+/// give better ones: it weighs all that is observed to a point.
+void TraverseAdjust::findSuspects(bool improveStart) {
+  detail::PlaneNetwork const network = planeNetwork();
+  std::vector<Place> const places = placesOf(XY);
+  auto const searched = [&network, &places] {
+    detail::StartSearch search(network);
+    for (int n = 0; n < network.known; ++n) search.place(n, places[index(n)]);
+    std::vector<Place> found;
+    if (!search.run()) return found;
+    for (int n = 0; n < network.points; ++n) found.push_back(search.at(n));
+    return found;
+  };
+  if (improveStart && !detail::settles(network, places, kSmallestMove)) {
+    std::vector<Place> const better = searched();
+    if (!better.empty() && detail::settles(network, better, kSmallestMove)) {
+      for (int n = knPointsCount; n < pointsCount; ++n) place(n, {better[index(n)].real(), better[index(n)].imag()});
+    }
+  }
+  suspects.clear();
+  for (detail::GrossError const& error : detail::grossErrors(network, places, searched)) {
+    suspects.push_back(suspectOf(error.observation, error.difference));
+  }
+  addControlSuspects();
+  if (!suspects.empty()) tell(worded(suspects), Warning);
+}
+
+/// @param observation  number of the direction or, behind all directions, of the distance.
+SuspectObservation TraverseAdjust::suspectOf(int observation, double difference) const {
+  SuspectObservation suspect;
+  suspect.isDirection = observation < directionsCount;
+  if (suspect.isDirection) {
+    auto const next = std::upper_bound(directionStart.begin(), directionStart.end(), observation);
+    suspect.from = nameOf(stationPoint[index(static_cast<int>(next - directionStart.begin()) - 1)]);
+    suspect.to = nameOf(directionTarget[index(observation)]);
+    suspect.difference = -difference * rho;
+  } else {
+    suspect.from = nameOf(lineStart[index(observation - directionsCount)]);
+    suspect.to = nameOf(lineEnd[index(observation - directionsCount)]);
+    suspect.difference = -difference;
+  }
+  return suspect;
+}
+
+std::string const& TraverseAdjust::nameOf(int point) const { return pointNames.names()[index(point)]; }
+
+void TraverseAdjust::addControlSuspects() {
+  if (!countControlDistances) return;
+  for (ControlDistance const& line : controlDistances) {
+    double const difference = line.value - std::hypot(x(line.end) - x(line.start), y(line.end) - y(line.start));
+    if (!(std::abs(difference) > kCritical * (lineFixedError + lineProportionError * line.value))) continue;
+    suspects.push_back({false, nameOf(line.start), nameOf(line.end), difference});
+  }
+}
+
+/// The system has no solution: what the points can do tells more than that it failed.
+void TraverseAdjust::failIteration() {
+  determine(true);
+  if (coincidentPoints.empty() && looseMotions.empty()) {
+    tell(System::tr("The normal equations lose their digits: the a-priori errors or the lengths of the sights are too "
+                    "different in size"),
+         Error);
+  }
+  throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
+}
+
+void TraverseAdjust::checkDetermination() { determine(false); }
+
+void TraverseAdjust::determine(bool hasFailed) {
+  findCoincidentPoints();
+  looseMotions.clear();
+  if (coincidentPoints.empty()) findLooseMotions(hasFailed);
+  if (!coincidentPoints.empty()) {
+    QStringList pairs;
+    for (auto const& [a, b] : coincidentPoints) {
+      pairs << QStringLiteral("%1, %2").arg(QString::fromStdString(a), QString::fromStdString(b));
+    }
+    tell(System::tr("Observations between points at one place: %1").arg(pairs.join(QStringLiteral("; "))), Error);
+  }
+  if (!looseMotions.empty()) tell(worded(looseMotions), Error);
+}
+
+void TraverseAdjust::findCoincidentPoints() {
+  std::set<std::pair<std::string, std::string>> pairs;
+  auto const look = [&](int a, int b) {
+    bool const isOnePlace =
+        X0Y0[2 * index(a)] == X0Y0[2 * index(b)] && X0Y0[2 * index(a) + 1] == X0Y0[2 * index(b) + 1];
+    if (isOnePlace) pairs.insert(std::minmax(nameOf(a), nameOf(b)));
+  };
+  for (int s = 0; s < stationsCount; ++s) {
+    for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
+      look(stationPoint[index(s)], directionTarget[index(d)]);
+    }
+  }
+  for (std::size_t e = 0; e < lineStart.size(); ++e) look(lineStart[e], lineEnd[e]);
+  coincidentPoints.assign(pairs.begin(), pairs.end());
+}
+
+/// About the approximate coordinates, since those of a failed iteration may be anything.
+void TraverseAdjust::findLooseMotions(bool hasFailed) {
+  detail::PlaneNetwork const network = planeNetwork();
+  std::vector<Place> const places = placesOf(X0Y0);
+  detail::NetworkState const state = detail::orientedState(network, places);
+  std::vector<detail::LooseGroup> groups = detail::looseGroups(network, state, kWeakness);
+  if (groups.empty() && hasFailed) groups = detail::looseGroups(network, state, kWeaknessOfFailure);
+  for (detail::LooseGroup const& group : groups) {
+    LooseMotion motion;
+    motion.kind = group.motion;
+    motion.azimuth = group.azimuth;
+    motion.x = group.centre.real();
+    motion.y = group.centre.imag();
+    double nearest = kAtPoint * std::abs(places[index(group.points.front())] - group.centre);
+    for (int n = 0; n < pointsCount; ++n) {
+      if (std::abs(places[index(n)] - group.centre) >= nearest) continue;
+      nearest = std::abs(places[index(n)] - group.centre);
+      motion.centre = nameOf(n);
+    }
+    for (int const point : group.points) motion.names.push_back(nameOf(point));
+    looseMotions.push_back(std::move(motion));
+  }
+}
+
+std::vector<UnplacedPoint> const& TraverseAdjust::getUnplacedPoints() const { return unplacedPoints; }
+std::vector<SuspectObservation> const& TraverseAdjust::getSuspects() const { return suspects; }
+std::vector<LooseMotion> const& TraverseAdjust::getLooseMotions() const { return looseMotions; }
+std::vector<std::pair<std::string, std::string>> const& TraverseAdjust::getCoincidentPoints() const {
+  return coincidentPoints;
+}
+
+}  // namespace kvn

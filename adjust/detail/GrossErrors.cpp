@@ -1,0 +1,199 @@
+#include "adjust/detail/GrossErrors.h"
+
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/SparseNormals.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace kvn::detail {
+namespace {
+
+// Beyond this many standard errors lie 6 of 10 million good observations.
+constexpr double kCritical = 5.0;
+constexpr int kPlainRounds = 15;
+constexpr int kManyRounds = 200;
+constexpr double kSettled = 1e-3;  // metres
+constexpr int kRobustRounds = 30;
+constexpr int kTestRounds = 40;
+// Weight of a suspect against its own: it decides where nothing else does.
+constexpr double kSuspectWeight = 1e-8;
+// An observation that so small a share of its errors would show in its residual is not checked by the others.
+constexpr double kUnchecked = 1e-4;
+constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
+
+class Fit {
+ public:
+  Fit(PlaneNetwork const& network, std::vector<Place> const& places)
+      : net(network),
+        state(orientedState(network, places)),
+        equations(equationsOf(network, state)),
+        weights(equations.size()),
+        normals(unknownsOf(network)) {}
+
+  std::size_t size() const { return equations.size(); }
+  double normalised(std::size_t i) const { return std::abs(equations[i].misclosure) / equations[i].error; }
+  double misclosure(std::size_t i) const { return equations[i].misclosure; }
+
+  /// Weights 1 / error² times the given factors. The largest move of a coordinate; not finite when it cannot be solved.
+  double step(std::vector<double> const& factors) {
+    for (std::size_t i = 0; i < size(); ++i) weights[i] = factors[i] / (equations[i].error * equations[i].error);
+    if (!normals.factor(equations, weights)) return std::numeric_limits<double>::infinity();
+    std::vector<double> const dx = normals.correction(equations, weights);
+    double largest = 0.0;
+    for (int i = 0; i < 2 * (net.points - net.known); ++i) {
+      if (!std::isfinite(dx[index(i)])) return std::numeric_limits<double>::infinity();
+      largest = std::max(largest, std::abs(dx[index(i)]));
+    }
+    move(net, state, dx);
+    equations = equationsOf(net, state);
+    return largest;
+  }
+
+  bool settle(std::vector<double> const& factors, int rounds, double smallest) {
+    for (int round = 0; round < rounds; ++round) {
+      double const largest = step(factors);
+      if (largest <= smallest) return true;
+      if (!std::isfinite(largest)) return false;
+    }
+    return false;
+  }
+
+  /// Weights that fall with the square of the residual (Cauchy), with a scale that comes down to the a-priori errors.
+  bool settleRobustly() {
+    double scale = std::max(1.0, median());
+    std::vector<double> factors(size());
+    for (int round = 0; round < kRobustRounds; ++round) {
+      for (std::size_t i = 0; i < size(); ++i) {
+        double const relative = normalised(i) / (2.0 * scale);
+        factors[i] = 1.0 / (1.0 + relative * relative);
+      }
+      double const largest = step(factors);
+      if (!std::isfinite(largest)) return false;
+      if (largest < kSettled && scale <= 1.0) return true;
+      scale = std::max(1.0, 0.5 * scale);
+    }
+    return true;
+  }
+
+  double median() const {
+    std::vector<double> sizes;
+    sizes.reserve(size());
+    for (std::size_t i = 0; i < size(); ++i) sizes.push_back(normalised(i));
+    auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+    std::nth_element(sizes.begin(), middle, sizes.end());
+    return *middle;
+  }
+
+  double doubt() const {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < size(); ++i) sum += std::log1p(normalised(i) * normalised(i));
+    return std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+  }
+
+  /// Of each observation, the residual over its standard error; of a suspect over that of its prediction.
+  std::vector<double> tests(std::vector<bool> const& isSuspect) const {
+    std::vector<double> result = normals.cofactors(equations);
+    for (std::size_t i = 0; i < size(); ++i) {
+      double const share = result[i] / (equations[i].error * equations[i].error);
+      double const checked = isSuspect[i] ? 1.0 + share : 1.0 - share;
+      result[i] = checked < kUnchecked ? 0.0 : normalised(i) / std::sqrt(checked);
+    }
+    return result;
+  }
+
+ private:
+  PlaneNetwork const& net;
+  NetworkState state;
+  std::vector<Equation> equations;
+  std::vector<double> weights;
+  SparseNormals normals;
+};
+
+std::size_t worstOf(std::vector<double> const& tests, std::vector<bool> const& isSuspect) {
+  std::size_t worst = tests.size();
+  for (std::size_t i = 0; i < tests.size(); ++i) {
+    if (!isSuspect[i] && (worst == tests.size() || tests[i] > tests[worst])) worst = i;
+  }
+  return worst;
+}
+
+std::vector<double> factorsFor(std::vector<bool> const& isSuspect) {
+  std::vector<double> factors;
+  factors.reserve(isSuspect.size());
+  for (bool const suspect : isSuspect) factors.push_back(suspect ? kSuspectWeight : 1.0);
+  return factors;
+}
+
+/// Takes back suspects that fit what the others say; the observation that fits least becomes one. False when the others
+/// have no solution: then nothing can be said.
+bool testOneByOne(Fit& fit, double scale, std::vector<bool>& isSuspect) {
+  std::vector<bool> wasTakenBack(isSuspect.size(), false);
+  for (int round = 0; round < kTestRounds; ++round) {
+    if (!fit.settle(factorsFor(isSuspect), kPlainRounds, kSettled)) return false;
+    std::vector<double> const tests = fit.tests(isSuspect);
+    bool changed = false;
+    for (std::size_t i = 0; i < tests.size(); ++i) {
+      if (!isSuspect[i] || wasTakenBack[i] || tests[i] > kCritical * scale) continue;
+      isSuspect[i] = false;
+      wasTakenBack[i] = changed = true;
+    }
+    if (changed) continue;
+    std::size_t const worst = worstOf(tests, isSuspect);
+    if (worst == tests.size() || tests[worst] <= kCritical * scale) return true;
+    isSuspect[worst] = true;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove) {
+  Fit fit(network, places);
+  return fit.settle(std::vector<double>(fit.size(), 1.0), kManyRounds, smallestMove);
+}
+
+namespace {
+
+struct Verdict {
+  double doubt = std::numeric_limits<double>::infinity();
+  std::vector<GrossError> errors;
+};
+
+Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places, bool plainFirst) {
+  Verdict verdict;
+  Fit fit(network, places);
+  if (plainFirst && !fit.settle(std::vector<double>(fit.size(), 1.0), kPlainRounds, kSettled)) return verdict;
+  if (!fit.settleRobustly()) return verdict;
+  double const scale = std::max(1.0, fit.median() / kNormalMedian);
+  std::vector<bool> isSuspect(fit.size(), false);
+  for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > kCritical * scale;
+  if (!testOneByOne(fit, scale, isSuspect)) return verdict;
+  verdict.doubt = fit.doubt();
+  for (std::size_t i = 0; i < fit.size(); ++i) {
+    if (isSuspect[i]) verdict.errors.push_back({static_cast<int>(i), fit.misclosure(i)});
+  }
+  return verdict;
+}
+
+}  // namespace
+
+std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
+                                    std::function<std::vector<Place>()> const& otherPlaces) {
+  Verdict best = judgedFrom(network, places, false);
+  if (best.errors.empty() && std::isfinite(best.doubt)) return {};
+  // A robust fit keeps near to where it began, and a gross error may have led the start astray.
+  std::vector<Place> const others = otherPlaces();
+  for (bool const plainFirst : {true, false}) {
+    for (std::vector<Place> const* start : {&places, &others}) {
+      if (start->empty() || (start == &places && !plainFirst)) continue;
+      Verdict verdict = judgedFrom(network, *start, plainFirst);
+      if (verdict.doubt < best.doubt) best = std::move(verdict);
+    }
+  }
+  return best.errors;
+}
+
+}  // namespace kvn::detail

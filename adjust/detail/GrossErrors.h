@@ -1,0 +1,30 @@
+// Observations that do not fit the others.
+#pragma once
+
+#include "adjust/detail/NetworkEquations.h"
+
+#include <functional>
+#include <vector>
+
+namespace kvn::detail {
+
+struct GrossError {
+  int observation;    ///< number of the direction or, behind all directions, of the distance
+  double difference;  ///< what the others say less what was observed, radians or metres
+};
+
+/// Suspected gross errors, in the order of the observations. An observation is suspected when it misses what the others
+/// say by more than 5 standard errors of that difference (Baarda's test, one observation after the other, behind a
+/// robust fit that gross errors pull little). The standard errors are the a-priori ones or, where the observations are
+/// worse than these throughout, those of the observations.
+///
+/// @param places       of all points, to begin with.
+/// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects.
+KELVANE_EXPORT std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
+                                                   std::function<std::vector<Place>()> const& otherPlaces);
+
+/// Whether plain least squares come from these places, within 200 rounds, to one that moves no coordinate by more than
+/// `smallestMove`, metres. What has not settled by then swings to and fro or runs away.
+KELVANE_EXPORT bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove);
+
+}  // namespace kvn::detail

@@ -1,0 +1,89 @@
+#include "adjust/detail/NetworkEquations.h"
+
+#include "adjust/detail/Frame.h"
+#include "adjust/detail/Missing.h"
+
+#include <cmath>
+#include <utility>
+
+namespace kvn::detail {
+namespace {
+
+void add(Equation& equation, int unknown, double factor) {
+  equation.unknown[index(equation.count)] = unknown;
+  equation.factor[index(equation.count)] = factor;
+  ++equation.count;
+}
+
+void addPoint(PlaneNetwork const& network, int point, Place factor, Equation& equation) {
+  int const first = unknownOf(network, point);
+  if (first < 0) return;
+  add(equation, first, factor.real());
+  add(equation, first + 1, factor.imag());
+}
+
+Equation directionEquation(PlaneNetwork const& network, NetworkState const& state, PlaneNetwork::Direction const& d) {
+  Equation equation{{}, {}, 0, 0.0, network.directionError};
+  int const from = network.pointOf(d.station);
+  Place const sight = state.places[index(d.target)] - state.places[index(from)];
+  if (sight == Place()) return equation;
+  Place const across = sight * Place(0.0, 1.0) / std::norm(sight);
+  addPoint(network, d.target, across, equation);
+  addPoint(network, from, -across, equation);
+  add(equation, 2 * (network.points - network.known) + d.station, -1.0);
+  equation.misclosure = foldedAngle(std::arg(sight) - state.orientations[index(d.station)] - d.value);
+  return equation;
+}
+
+Equation lineEquation(PlaneNetwork const& network, NetworkState const& state, PlaneNetwork::Line const& line) {
+  Equation equation{{}, {}, 0, 0.0, network.distanceError(line.value)};
+  Place const between = state.places[index(line.end)] - state.places[index(line.start)];
+  double const length = std::abs(between);
+  if (length == 0.0) return equation;
+  addPoint(network, line.end, between / length, equation);
+  addPoint(network, line.start, -between / length, equation);
+  equation.misclosure = length - line.value;
+  return equation;
+}
+
+}  // namespace
+
+int unknownsOf(PlaneNetwork const& network) { return 2 * (network.points - network.known) + network.stations(); }
+
+int unknownOf(PlaneNetwork const& network, int point) {
+  return point < network.known ? -1 : 2 * (point - network.known);
+}
+
+NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places) {
+  NetworkState state{std::move(places), std::vector<double>(index(network.stations()), 0.0)};
+  std::vector<SeenAngle> seen;
+  for (int s = 0; s < network.stations(); ++s) {
+    seen.clear();
+    for (int d = network.firstDirection(s); d < network.endDirection(s); ++d) {
+      Place const sight = state.places[index(network.direction(d).target)] - state.places[index(network.pointOf(s))];
+      if (sight != Place()) seen.push_back({std::arg(sight) - network.direction(d).value, std::abs(sight)});
+    }
+    state.orientations[index(s)] = commonAngle(seen);
+  }
+  return state;
+}
+
+std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state) {
+  std::vector<Equation> equations;
+  equations.reserve(network.directions.size() + network.lines.size());
+  for (PlaneNetwork::Direction const& d : network.directions) {
+    equations.push_back(directionEquation(network, state, d));
+  }
+  for (PlaneNetwork::Line const& line : network.lines) equations.push_back(lineEquation(network, state, line));
+  return equations;
+}
+
+void move(PlaneNetwork const& network, NetworkState& state, std::vector<double> const& step) {
+  int const moving = network.points - network.known;
+  for (int i = 0; i < moving; ++i) {
+    state.places[index(network.known + i)] += Place(step[index(2 * i)], step[index(2 * i + 1)]);
+  }
+  for (int s = 0; s < network.stations(); ++s) state.orientations[index(s)] += step[index(2 * moving + s)];
+}
+
+}  // namespace kvn::detail

@@ -1,0 +1,37 @@
+// Error equations of a plane network.
+#pragma once
+
+#include "adjust/detail/PlaneNetwork.h"
+
+#include <array>
+#include <vector>
+
+namespace kvn::detail {
+
+/// v = sum of factor times unknown + misclosure. Unknowns are x and y of each point that is not known, in metres, at
+/// 2 (point - known) and one above, and after them the orientation of each station, in radians.
+struct Equation {
+  std::array<int, 5> unknown;
+  std::array<double, 5> factor;
+  int count;
+  double misclosure;
+  double error;  ///< a-priori standard error
+};
+
+/// Places of the points and orientations of the stations about which a network is linear.
+struct NetworkState {
+  std::vector<Place> places;
+  std::vector<double> orientations;  ///< azimuth of each circle's zero, radians
+};
+
+KELVANE_EXPORT int unknownsOf(PlaneNetwork const& network);
+/// First unknown of a point, -1 for a known one.
+KELVANE_EXPORT int unknownOf(PlaneNetwork const& network, int point);
+/// Orients every station by the angle with which most of its directions agree.
+KELVANE_EXPORT NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places);
+/// First those of the directions, in radians, then those of the distances, in metres. An observation between points at
+/// one place has an equation without unknowns.
+KELVANE_EXPORT std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state);
+KELVANE_EXPORT void move(PlaneNetwork const& network, NetworkState& state, std::vector<double> const& step);
+
+}  // namespace kvn::detail

@@ -1,0 +1,35 @@
+// SparseNormals: normal equations of large networks, of which each observation touches a few unknowns.
+#pragma once
+
+#include "adjust/detail/NetworkEquations.h"
+
+#include <memory>
+#include <vector>
+
+namespace kvn::detail {
+
+/// N = A' P A, factored as L D L' after an ordering of minimum degree.
+class KELVANE_EXPORT SparseNormals {
+ public:
+  explicit SparseNormals(int unknowns);
+  ~SparseNormals();
+
+  /// Adds `ridge` to every diagonal element. False when a pivot is not positive.
+  bool factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge = 0.0);
+  /// Vectors that N takes to nothing, or nearly: those of its null space that the pivots below `weakness` times their
+  /// diagonal elements leave free, one for each list of random numbers; what is held is 0 in them. To be called after
+  /// `factor` with a ridge far below that.
+  std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
+  /// Solves N x = right.
+  std::vector<double> solve(std::vector<double> const& right) const;
+  /// The corrections that make the weighted sum of squared residuals least: N dx = -A' P l.
+  std::vector<double> correction(std::vector<Equation> const& equations, std::vector<double> const& weights) const;
+  /// Cofactor a Q a' of each equation, Q being the inverse of N.
+  std::vector<double> cofactors(std::vector<Equation> const& equations) const;
+
+ private:
+  struct Factor;
+  std::unique_ptr<Factor> factored;
+};
+
+}  // namespace kvn::detail
