@@ -21,6 +21,9 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
+// Each round inverts the whole matrix.
+constexpr int kIterationLimit = 50;
+
 // Far beyond what a-priori errors that were set too small explain.
 constexpr double kDoubtfulUnitError = 20.0;
 
@@ -80,6 +83,7 @@ void adjust(Session& session, Network const& network, bool asRead) {
   // the distance alone has no direction of 0.
   adjustment->setCountControlDistances(!asRead);
   adjustment->setFoldToNearest(!asRead);
+  if (!asRead) adjustment->setIterationLimit(kIterationLimit);
   adjustment->setNetworkData(network, asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
   try {
     adjustment->calculateAdjust();

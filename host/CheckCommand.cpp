@@ -78,7 +78,9 @@ int runCheck(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file);
-    std::vector<FieldFinding> const findings = findingsOn(session);
+    std::vector<FieldFinding> findings = findingsOn(session);
+    for (FieldFinding& finding : findingsOnStart(session.project())) findings.push_back(std::move(finding));
+    sortFindings(findings);
     QString const reason = verdict(session.project(), findings);
     print(session, reason.isEmpty(), findings, options->json);
     if (!reason.isEmpty()) printLine(printable(QString("kelvane: %1: %2").arg(session.file(), reason)));

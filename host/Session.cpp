@@ -115,6 +115,12 @@ void Session::openNetwork(QString const& path) {
   current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
 }
 
+void sortFindings(std::vector<FieldFinding>& findings) {
+  std::stable_sort(findings.begin(), findings.end(), [](FieldFinding const& a, FieldFinding const& b) {
+    return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
+  });
+}
+
 /// Everything that there is to say about what the session has opened.
 std::vector<FieldFinding> findingsOn(Session& session) {
   Project const& project = session.project();
@@ -123,10 +129,64 @@ std::vector<FieldFinding> findingsOn(Session& session) {
   auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
   add(job.placed(inspectRows(project.getTraverseDataList(), job.reduction)));
   add(inspectNetwork(project.getNetwork(), project.getConfigure()));
-  std::stable_sort(all.begin(), all.end(), [](FieldFinding const& a, FieldFinding const& b) {
-    return std::pair(a.line, a.severity) < std::pair(b.line, b.severity);
-  });
+  sortFindings(all);
   return all;
+}
+
+namespace {
+
+FieldFinding findingOn(FieldFinding::Severity severity, std::string station, std::vector<std::string> targets,
+                       QString text) {
+  FieldFinding finding;
+  finding.severity = severity;
+  finding.station = std::move(station);
+  finding.targets = std::move(targets);
+  finding.text = std::move(text);
+  return finding;
+}
+
+std::vector<FieldFinding> findingsOf(TraverseAdjust const& adjustment) {
+  std::vector<FieldFinding> findings;
+  for (UnplacedPoint const& point : adjustment.getUnplacedPoints()) {
+    findings.push_back(findingOn(FieldFinding::Error, {}, {point.name}, "cannot be placed: " + worded(point.reason)));
+  }
+  for (auto const& [a, b] : adjustment.getCoincidentPoints()) {
+    findings.push_back(findingOn(FieldFinding::Error, a, {b}, "an observation between points at one place"));
+  }
+  for (LooseMotion const& motion : adjustment.getLooseMotions()) {
+    findings.push_back(findingOn(FieldFinding::Error, {}, {}, worded(std::vector<LooseMotion>{motion})));
+  }
+  for (SuspectObservation const& suspect : adjustment.getSuspects()) {
+    QString const kind = suspect.isDirection ? "direction" : "distance";
+    findings.push_back(findingOn(FieldFinding::Warning, suspect.from, {suspect.to},
+                                 QString("suspected gross error of the %1: %2").arg(kind, wordedSize(suspect))));
+  }
+  return findings;
+}
+
+}  // namespace
+
+std::vector<FieldFinding> findingsOnStart(Project const& project) {
+  Configure const configure = project.getConfigure();
+  TraverseAdjust adjustment(double(configure.AngleError), double(configure.LineFixedError) / 1000.0,
+                            double(configure.LineProportionError) / 1e6, configure.LineCalculateExpression);
+  adjustment.setTellFindings(false);
+  adjustment.setCountControlDistances(true);
+  try {
+    AlgorithmData data;
+    data.readNetworkData(project.getNetwork(), MissingDirection::IsLeftOut);
+    adjustment.readAlgorithmData(data);
+    adjustment.calculateApproximate();
+    adjustment.checkDetermination();
+    adjustment.checkObservations();
+  } catch (AlgorithmException const& failure) {
+    bool const isTold = !adjustment.getUnplacedPoints().empty();
+    // A job without its control points, or without an unknown one, is looked at for its own sake.
+    bool const isUsual = failure.errorType == AlgorithmException::KnownPointNotEnough ||
+                         failure.errorType == AlgorithmException::AllStationKnown || project.getNetwork().lines.empty();
+    if (!isTold && !isUsual) return {findingOn(FieldFinding::Error, {}, {}, describe(failure, project.getNetwork()))};
+  }
+  return findingsOf(adjustment);
 }
 
 QString describe(AlgorithmException const& failure, Network const& network) {

@@ -45,6 +45,13 @@ class Session {
 /// Everything that there is to say about what the session has opened.
 std::vector<FieldFinding> findingsOn(Session& session);
 
+/// What a least-squares adjustment of the network would run into: input that it refuses, points that cannot be placed
+/// or that nothing holds, gross errors.
+std::vector<FieldFinding> findingsOnStart(Project const& project);
+
+/// By line, then by severity.
+void sortFindings(std::vector<FieldFinding>& findings);
+
 /// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
 void requireNameInEncoding(QString const& path);
 
