@@ -204,8 +204,9 @@ void TraverseAdjust::findLooseMotions(bool hasFailed) {
     motion.azimuth = group.azimuth;
     motion.x = group.centre.real();
     motion.y = group.centre.imag();
+    bool const hasCentre = group.motion == LooseMotion::Turn || group.motion == LooseMotion::Scale;
     double nearest = kAtPoint * std::abs(places[index(group.points.front())] - group.centre);
-    for (int n = 0; n < pointsCount; ++n) {
+    for (int n = 0; hasCentre && n < pointsCount; ++n) {
       if (std::abs(places[index(n)] - group.centre) >= nearest) continue;
       nearest = std::abs(places[index(n)] - group.centre);
       motion.centre = nameOf(n);

@@ -32,8 +32,6 @@ constexpr double kFits = 5e-5;
 constexpr double kErrors = 5.0;
 constexpr double kFitsRoughly = 0.03;
 constexpr double kSamePlace = 1e-4;
-// What places may be off, in errors of a distance.
-constexpr double kPointErrors = 10.0;
 // How strongly a place at random draws, against what is observed.
 constexpr double kPull = 1e-6;
 constexpr int kLeastStarts = 24;
@@ -409,7 +407,7 @@ struct BodySolver::System {
 
   /// What is observed between a single point and the other bodies, these being in their places.
   std::vector<Locus> lociOf(int body, Vector const& x) const {
-    double const error = kPointErrors * net.distanceError(0.0);
+    double const error = Locus::kPointErrors * net.distanceError(0.0);
     std::vector<Locus> loci;
     Sight const* previous = nullptr;
     for (Sight const& s : sights) {

@@ -13,8 +13,6 @@ namespace {
 // Sines of 6 degrees, 1 degree and 5 minutes: a place is the better, the sharper its loci cross.
 constexpr double kSharpness[] = {0.1, 0.017, 0.0015};
 constexpr int kRoot = 0;
-// What placed points may be off, in errors of a distance.
-constexpr double kPointErrors = 10.0;
 // So few new points have not let errors grow.
 constexpr std::size_t kFewPoints = 10;
 
@@ -23,7 +21,7 @@ constexpr std::size_t kFewPoints = 10;
 Frame::Frame(PlaneNetwork const& network, std::vector<int>& owner, int id, bool hasScale)
     : net(network), ownerOf(owner), self(id), scaled(hasScale) {}
 
-double Frame::pointError() const { return scaled ? kPointErrors * net.distanceError(0.0) : 0.0; }
+double Frame::pointError() const { return scaled ? Locus::kPointErrors * net.distanceError(0.0) : 0.0; }
 
 bool Frame::mayOrient(int station) const {
   int const owner = ownerOf[index(station)];

@@ -15,15 +15,6 @@ constexpr int kRounds = 4;
 constexpr double kSettled = 1e-6;
 constexpr double kLargestMove = 0.2;
 
-double medianMisfit(std::vector<Equation> const& equations) {
-  std::vector<double> sizes;
-  sizes.reserve(equations.size());
-  for (Equation const& e : equations) sizes.push_back(std::abs(e.misclosure) / e.error);
-  auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
-  std::nth_element(sizes.begin(), middle, sizes.end());
-  return *middle;
-}
-
 /// Weights that fall with the square of the residual, so that gross errors pull little.
 std::vector<double> robustWeights(std::vector<Equation> const& equations) {
   double const scale = 3.0 * std::max(1.0, medianMisfit(equations));

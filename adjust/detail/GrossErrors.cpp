@@ -78,14 +78,7 @@ class Fit {
     return true;
   }
 
-  double median() const {
-    std::vector<double> sizes;
-    sizes.reserve(size());
-    for (std::size_t i = 0; i < size(); ++i) sizes.push_back(normalised(i));
-    auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
-    std::nth_element(sizes.begin(), middle, sizes.end());
-    return *middle;
-  }
+  double median() const { return medianMisfit(equations); }
 
   double doubt() const {
     double sum = 0.0;

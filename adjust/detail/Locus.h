@@ -16,6 +16,8 @@ class KELVANE_EXPORT Locus {
  public:
   /// Offsets are compared with this share of the distance to the placed points.
   static constexpr double kTolerance = 1e-3;
+  /// What placed points may be off, in a-priori errors of a distance.
+  static constexpr double kPointErrors = 10.0;
 
   /// @param error  what the placed points may be off, in the unit of the frame.
   static Locus ray(Place origin, double azimuth, double error);

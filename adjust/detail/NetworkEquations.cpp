@@ -3,6 +3,7 @@
 #include "adjust/detail/Frame.h"
 #include "adjust/detail/Missing.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -76,6 +77,19 @@ std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState cons
   }
   for (PlaneNetwork::Line const& line : network.lines) equations.push_back(lineEquation(network, state, line));
   return equations;
+}
+
+double medianMisfit(std::vector<Equation> const& equations) {
+  std::vector<double> sizes;
+  sizes.reserve(equations.size());
+  for (Equation const& e : equations) {
+    double const size = std::abs(e.misclosure) / e.error;
+    if (std::isfinite(size)) sizes.push_back(size);
+  }
+  if (sizes.empty()) return 0.0;
+  auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+  std::nth_element(sizes.begin(), middle, sizes.end());
+  return *middle;
 }
 
 void move(PlaneNetwork const& network, NetworkState& state, std::vector<double> const& step) {

@@ -117,7 +117,7 @@ std::vector<std::vector<double>> SparseNormals::freeVectors(double weakness, int
     Vector v = Vector::Zero(pivots.size());
     for (int k = 0; k < pivots.size(); ++k) {
       double const number = static_cast<double>(random()) / 2147483648.0 - 1.0;
-      if (!(pivots[k] > weakness * diagonal[k])) v[k] = number;
+      if (!(pivots[k] > weakness * std::max(diagonal[k], 1.0))) v[k] = number;
     }
     factored->cholesky.matrixU().solveInPlace(v);
     v = factored->cholesky.permutationPinv() * v;

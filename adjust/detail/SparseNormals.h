@@ -16,9 +16,9 @@ class KELVANE_EXPORT SparseNormals {
 
   /// Adds `ridge` to every diagonal element. False when a pivot is not positive.
   bool factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge = 0.0);
-  /// Vectors that N takes to nothing, or nearly: those of its null space that the pivots below `weakness` times their
-  /// diagonal elements leave free, one for each list of random numbers; what is held is 0 in them. To be called after
-  /// `factor` with a ridge far below that.
+  /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
+  /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
+  /// unknown. To be called after `factor` with a ridge far below that.
   std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
   /// Solves N x = right.
   std::vector<double> solve(std::vector<double> const& right) const;

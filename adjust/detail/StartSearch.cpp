@@ -250,10 +250,10 @@ bool StartSearch::solveFrom(std::size_t first) {
 bool StartSearch::isExhausted() const { return effort > kEffort + kEffortOfPoint * net.points; }
 
 bool StartSearch::solve(std::vector<int> const& chosen) {
+  if (isExhausted()) return false;
   Bodies together;
   for (int const b : chosen) together.push_back(bodies[index(b)]);
   BodySolver solver(net, root, together);
-  if (isExhausted()) return false;
   BodySolver::Outcome const outcome = solver.solve();
   effort += solver.effort() + kEffortOfSpot * solver.size();
   if (outcome == BodySolver::Outcome::Ambiguous) {

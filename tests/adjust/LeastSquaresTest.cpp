@@ -250,6 +250,19 @@ TEST(LeastSquares, RefusesWhatItCannotSolve) {
   }
 }
 
+TEST(LeastSquares, GivesUpAtTheIterationLimit) {
+  // The distances disagree by 1 m, so that the first round moves P by far more than 0.01 m and a second one is needed.
+  Network network = triangle();
+  network.lines.back().horizontal_distance += 1.0;
+  TraverseAdjust adjustment;
+  adjustment.readAlgorithmData(loaded(network));
+  adjustment.setIterationLimit(1);
+  EXPECT_EQ(test::failureOf<std::exception>([&] { adjustment.calculateAdjust(); }), "total station data is error");
+  adjustment.readAlgorithmData(loaded(network));
+  adjustment.setIterationLimit(50);
+  EXPECT_NO_THROW(adjustment.calculateAdjust());
+}
+
 TEST(LeastSquares, RefusesErrorsThatGiveWeightsWithoutBound) {
   // Errors of a direction and of a distance that are no errors: no number may come out.
   double const nan = std::numeric_limits<double>::quiet_NaN();

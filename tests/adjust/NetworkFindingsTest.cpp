@@ -1,5 +1,6 @@
 // Gross errors and points that nothing holds, as they are found and told.
 #include "adjust/Networks.h"
+#include "adjust/detail/LooseGroups.h"
 #include "adjust/detail/SparseNormals.h"
 #include "support/Support.h"
 
@@ -126,6 +127,30 @@ TEST(LooseMotions, AreFoundInTheFactorsOfTheNormalEquations) {
   EXPECT_EQ(motion.kind, LooseMotion::Along);
   EXPECT_THAT(motion.names, testing::ElementsAre("P"));
   EXPECT_NEAR(motion.azimuth, std::atan2(60.0, 80.0), 1e-6);  // P is half a micrometre beside the line
+}
+
+TEST(LooseMotions, AreToldApart) {
+  // Known points K (0, 0) and L (0, 100), others P, Q and R, held by distances alone. A triangle that hangs on K turns
+  // about it; a point with one distance moves across the line to L, from (0, 100) to (30, 140) at the azimuth
+  // atan2(40, 30) = 53.13 degrees, that is along 143.13; a point with none moves anywhere, and is its own group.
+  kvn::detail::PlaneNetwork network;
+  network.points = 6;
+  network.known = 2;
+  network.directionStart = {0};
+  network.lines = {{0, 2, 50.0}, {0, 3, 50.0}, {2, 3, 40.0}, {1, 4, 50.0}};
+  network.buildLookups();
+  kvn::detail::NetworkState state;
+  state.places = {{0.0, 0.0}, {0.0, 100.0}, {50.0, 0.0}, {34.0, 36.66}, {30.0, 140.0}, {70.0, 70.0}};
+  auto const groups = kvn::detail::looseGroups(network, state);
+  ASSERT_EQ(groups.size(), 3U);
+  EXPECT_THAT(groups[0].points, testing::ElementsAre(2, 3));
+  EXPECT_EQ(groups[0].motion, LooseMotion::Turn);
+  EXPECT_LT(std::abs(groups[0].centre), 1e-6);
+  EXPECT_THAT(groups[1].points, testing::ElementsAre(4));
+  EXPECT_EQ(groups[1].motion, LooseMotion::Along);
+  EXPECT_NEAR(groups[1].azimuth, std::atan2(40.0, 30.0) + kPi / 2.0, 1e-9);
+  EXPECT_THAT(groups[2].points, testing::ElementsAre(5));
+  EXPECT_EQ(groups[2].motion, LooseMotion::Anywhere);
 }
 
 TEST(LooseMotions, AnObservationBetweenPointsAtOnePlaceIsNamed) {
