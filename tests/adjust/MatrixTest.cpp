@@ -58,7 +58,7 @@ Packed randomMatrix(std::size_t n, double shift, std::mt19937& random) {
 
 TEST(PackedInverse, IsTheLiteralCyclicEliminationToTheLastBit) {
   std::mt19937 random(20261124);
-  for (int const n : {1, 2, 3, 5, 8, 17, 40, 100, 300}) {
+  for (int const n : {1, 2, 3, 5, 8, 17, 40, 64}) {  // above 64 it is done in blocks
     // A shift of 0 gives indefinite matrices; any pivot but an exact zero is taken.
     for (double const shift : {double(n), 0.0, 1e-9}) {
       SCOPED_TRACE(testing::Message() << "n " << n << " shift " << shift);
