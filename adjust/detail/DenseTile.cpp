@@ -48,7 +48,7 @@ void plainTile(Tile const& t) {
 
 #if defined(KELVANE_AVX2)
 
-constexpr int kLanes = 4;
+constexpr std::ptrdiff_t kLanes = 4;
 
 /// Lanes below `count` are set.
 KELVANE_AVX2 inline __m256i lanesBelow(int count) {
@@ -74,7 +74,7 @@ KELVANE_AVX2 inline void storeFirst(double* to, __m256d value, int count) {
 /// Tiles of up to 4 * Vectors rows; Masked when the last vector is not full, and then nothing beyond it is touched.
 template <int Vectors, int Columns, bool Masked>
 KELVANE_AVX2 void vectorTile(Tile const& t) {
-  int const lastLanes = t.rows - (Vectors - 1) * kLanes;
+  int const lastLanes = t.rows - static_cast<int>((Vectors - 1) * kLanes);
   __m256i const mask = lanesBelow(lastLanes);
   __m256d const alpha = _mm256_set1_pd(t.alpha);
   bool const intoC = sumsIntoC(t.alpha);

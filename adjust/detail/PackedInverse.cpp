@@ -69,7 +69,7 @@ class BlockedSweep {
   static constexpr std::size_t kWideBlock = 64;
   static constexpr std::size_t kWideFrom = 500;
   // What stays in the second level cache of L while the rows of V pass by: 196 KB.
-  static constexpr std::size_t kElementsOfL = 384 * 64;
+  static constexpr std::size_t kElementsOfL = 24576;
 
   double* column(std::vector<double>& matrix, std::size_t j) { return matrix.data() + j * stride; }
 
