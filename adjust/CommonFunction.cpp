@@ -4,8 +4,9 @@
 
 #include <utils/Degree.h>
 #include <utils/Formater.h>
+#include <utils/Number.h>
+#include <utils/Pieces.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -96,24 +97,17 @@ QString CommonFunction::getPLQDegreeeFormat(double const& dms) {
 }
 
 bool CommonFunction::judgeStringToDigital(std::string const& text) {
-  bool good = false;
-  QString::fromStdString(text).toDouble(&good);
-  return good;
+  return utils::fullNumber(text).has_value();
 }
 
 bool CommonFunction::judgeStringToDouble(std::string const& text) {
-  return text.find_first_not_of("0123456789.") == std::string::npos || text.front() == '-';
+  return utils::isLikeNumber(text);
 }
 
 std::vector<std::string> CommonFunction::split(std::string const& text, char delimiter, bool skipEmpty) {
-  std::vector<std::string> pieces;
-  std::size_t start = 0;
-  while (start < text.size()) {
-    std::size_t const end = std::min(text.find(delimiter, start), text.size());
-    if (end > start || !skipEmpty) pieces.push_back(text.substr(start, end - start));
-    start = end + 1;
-  }
-  return pieces;
+  utils::Pieces pieces;
+  pieces.cut(text, delimiter, skipEmpty);
+  return {pieces.begin(), pieces.end()};
 }
 
 }  // namespace kvn

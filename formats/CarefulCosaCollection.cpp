@@ -4,15 +4,17 @@
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/detail/CarefulText.h"
+#include "formats/detail/LinePlaces.h"
 #include "formats/detail/LineSource.h"
 
+#include <utils/Number.h>
 #include <utils/QLogicError.h>
 
 #include <algorithm>
 #include <cmath>
 #include <ostream>
 #include <stdexcept>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
@@ -68,6 +70,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
   networkDataList.clear();
   std::string station;
   std::string line;
+  utils::Pieces fields;
   detail::LineSource source(stream);
   for (bool isFirst = true; source.next(line); isFirst = false) {
     if (isFirst && source.lineNumber() > 1) {
@@ -75,7 +78,8 @@ void CarefulCosaCollection::read(std::istream& stream) {
     }
     try {
       if (detail::hasLostBytes(line)) throw QLogicError(System::tr("the line is no UTF-8"));
-      readLine(source.lineNumber(), line, station);
+      fields.cut(line, ',', false);
+      readLine(source.lineNumber(), line, fields, station);
     } catch (std::exception const& failure) {
       throw DataException(source.lineNumber(), failure.what());
     }
@@ -83,8 +87,8 @@ void CarefulCosaCollection::read(std::istream& stream) {
   joinRepeats();
 }
 
-void CarefulCosaCollection::readLine(int number, std::string const& line, std::string& station) {
-  std::vector<std::string> const fields = CommonFunction::split(line, ',', false);
+void CarefulCosaCollection::readLine(int number, std::string const& line, utils::Pieces const& fields,
+                                     std::string& station) {
   if (number == 1) {
     readHead(fields);
     checkTaken(number, line, fields);
@@ -97,7 +101,7 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, std::s
   }
 }
 
-void CarefulCosaCollection::checkTaken(int number, std::string const& line, std::vector<std::string> const& fields) {
+void CarefulCosaCollection::checkTaken(int number, std::string const& line, utils::Pieces const& fields) {
   bool const isDirection = number > 1 && fields[1] == "L";
   bool const isDistance = number > 1 && fields[1] == "S";
   if (isDirection) {
@@ -109,11 +113,12 @@ void CarefulCosaCollection::checkTaken(int number, std::string const& line, std:
     return;
   }
   auto const firstNumber = fields.begin() + (number == 1 ? 0 : isDistance ? 2 : 1);
-  if (std::all_of(firstNumber, fields.end(), CommonFunction::judgeStringToDigital)) return;
+  auto const isNumber = [](std::string_view text) { return utils::fullNumber(text).has_value(); };
+  if (std::all_of(firstNumber, fields.end(), isNumber)) return;
   warn(System::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)));
 }
 
-void CarefulCosaCollection::checkAngle(int number, std::string const& text, NetworkDataInfo& observation) {
+void CarefulCosaCollection::checkAngle(int number, std::string_view text, NetworkDataInfo& observation) {
   observation.horizontal_angle = ontoCircle(observation.horizontal_angle);
   if (!observation.horizontalAngleFlag) {
     warn(System::tr("Line %1: the direction from %2 to %3 is no angle: %4")
@@ -125,16 +130,17 @@ void CarefulCosaCollection::checkAngle(int number, std::string const& text, Netw
 }
 
 void CarefulCosaCollection::joinRepeats() {
-  std::unordered_map<std::string, std::size_t> placeOf;
   std::vector<NetworkDataInfo> joined;
+  joined.reserve(networkDataList.size());
+  detail::LinePlaces places(joined);
   for (NetworkDataInfo& line : networkDataList) {
     bool const holdsNothing = !line.horizontalAngleFlag && line.horizontal_distance == 0.0;
     if (holdsNothing) continue;  // has been told
-    auto const [entry, isNew] = placeOf.try_emplace(line.start_name + ',' + line.end_name, joined.size());
-    if (isNew) {
+    std::size_t const place = places.placeOf(line, joined.size());
+    if (place == joined.size()) {
       joined.push_back(std::move(line));
     } else {
-      takeWhatIsMissing(joined[entry->second], line);
+      takeWhatIsMissing(joined[place], line);
     }
   }
   networkDataList = std::move(joined);

@@ -6,7 +6,7 @@
 #include <utils/Export.h>
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace kvn {
 
@@ -36,9 +36,9 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void write(std::ostream& stream) override;
 
  private:
-  void readLine(int number, std::string const& line, std::string& station);
-  void checkTaken(int number, std::string const& line, std::vector<std::string> const& fields);
-  void checkAngle(int number, std::string const& text, NetworkDataInfo& observation);
+  void readLine(int number, std::string const& line, utils::Pieces const& fields, std::string& station);
+  void checkTaken(int number, std::string const& line, utils::Pieces const& fields);
+  void checkAngle(int number, std::string_view text, NetworkDataInfo& observation);
   void joinRepeats();
   void requireReadable() const;
 };

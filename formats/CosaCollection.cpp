@@ -1,14 +1,14 @@
 #include "formats/CosaCollection.h"
 
-#include "adjust/CommonFunction.h"
 #include "formats/detail/FieldText.h"
+#include "formats/detail/LinePlaces.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
 
 #include <ostream>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
@@ -40,9 +40,10 @@ void CosaCollection::read(std::istream& stream) {
   networkDataList.clear();
   std::string station;
   std::string line;
+  utils::Pieces fields;
   detail::LineSource source(stream);
   while (source.next(line)) {
-    std::vector<std::string> const fields = CommonFunction::split(line, ',', false);
+    fields.cut(line, ',', false);
     if (source.lineNumber() == 1) {
       readHead(fields);
     } else if (fields.size() == 3) {
@@ -54,17 +55,17 @@ void CosaCollection::read(std::istream& stream) {
   joinRepeats();
 }
 
-void CosaCollection::readHead(std::vector<std::string> const& fields) {
+void CosaCollection::readHead(utils::Pieces const& fields) {
   if (fields.size() != 3) throw detail::wrongFormat();
   configure.AngleError = static_cast<float>(utils::leadingNumber(fields[0]));
   configure.LineFixedError = static_cast<float>(utils::leadingNumber(fields[1]));
   configure.LineProportionError = static_cast<float>(utils::leadingNumber(fields[2]));
 }
 
-bool CosaCollection::readObservation(std::string const& station, std::vector<std::string> const& fields) {
-  std::string const& kind = fields[1];
-  if (!CommonFunction::judgeStringToDouble(fields[2])) return false;
-  if (CommonFunction::judgeStringToDouble(kind)) {
+bool CosaCollection::readObservation(std::string const& station, utils::Pieces const& fields) {
+  std::string_view const kind = fields[1];
+  if (!utils::isLikeNumber(fields[2])) return false;
+  if (utils::isLikeNumber(kind)) {
     KnownPoint point;
     point.name = fields[0];
     point.x = utils::leadingNumber(kind);
@@ -91,15 +92,13 @@ bool CosaCollection::readObservation(std::string const& station, std::vector<std
 // The first line of a station and target stays at its place and takes, from the later ones in order, what it lacks; the
 // later ones go. One pass does what comparing all pairs would: a line that goes gives only to the first of its kind.
 void CosaCollection::joinRepeats() {
-  std::unordered_map<std::string, std::size_t> firstOf;
-  firstOf.reserve(networkDataList.size());
+  detail::LinePlaces places(networkDataList);
   std::size_t kept = 0;
   for (std::size_t i = 0; i < networkDataList.size(); ++i) {
     NetworkDataInfo& line = networkDataList[i];
-    // A comma cannot stand in a name of this format, so that it parts the two names.
-    auto const [entry, isNew] = firstOf.try_emplace(line.start_name + ',' + line.end_name, kept);
-    if (!isNew) {
-      NetworkDataInfo& first = networkDataList[entry->second];
+    std::size_t const place = places.placeOf(line, kept);
+    if (place != kept) {
+      NetworkDataInfo& first = networkDataList[place];
       fillMissing(first.horizontal_angle, line.horizontal_angle);
       fillMissing(first.horizontal_distance, line.horizontal_distance);
       first.horizontalAngleFlag = first.horizontalAngleFlag || line.horizontalAngleFlag;

@@ -5,6 +5,7 @@
 #include "formats/INetworkDataCollection.h"
 
 #include <utils/Export.h>
+#include <utils/Pieces.h>
 
 #include <string>
 #include <vector>
@@ -87,9 +88,9 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
   void setConfigure(Configure const& value);  ///< for the head that `write` prints
 
  protected:
-  void readHead(std::vector<std::string> const& fields);
+  void readHead(utils::Pieces const& fields);
   /// Takes a line of three fields; false when it is of no kind.
-  bool readObservation(std::string const& station, std::vector<std::string> const& fields);
+  bool readObservation(std::string const& station, utils::Pieces const& fields);
   void writeHead(std::ostream& stream) const;  ///< the a-priori errors and the known points
   static void writeDirection(std::ostream& stream, std::string const& target, double radians);
   static void writeDistance(std::ostream& stream, std::string const& target, double metres);  ///< none for 0

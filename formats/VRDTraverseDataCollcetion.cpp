@@ -1,6 +1,5 @@
 #include "formats/VRDTraverseDataCollcetion.h"
 
-#include "adjust/CommonFunction.h"
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/detail/FieldText.h"
@@ -8,9 +7,11 @@
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
+#include <utils/Pieces.h>
 
 #include <cmath>
 #include <ostream>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
@@ -21,11 +22,11 @@ constexpr std::size_t kSightFields = 10;
 // Coordinates below this in size are zero, which means that the point is not known; metres, strict.
 constexpr double kNoCoordinate = 1e-5;
 
-using Fields = std::vector<std::string>;
+using Fields = utils::Pieces;
 
 bool isZero(double coordinate) { return std::abs(coordinate) < kNoCoordinate; }
 
-double angle(std::string const& text) {
+double angle(std::string_view text) {
   return utils::Degree(utils::Degree::bytesToDouble(text, utils::DegreeToDDPMMSS)).toRadian();
 }
 
@@ -84,9 +85,10 @@ VRDTraverseDataCollcetion::VRDTraverseDataCollcetion() = default;
 void VRDTraverseDataCollcetion::read(std::istream& stream) {
   std::string groupId = TraverseDataInfo().groupId;
   std::string line;
+  Fields fields;
   detail::LineSource source(stream);
   while (source.next(line)) {
-    Fields const fields = CommonFunction::split(line, ',', false);
+    fields.cut(line, ',', false);
     TraverseDataInfo row;
     if (fields.size() == kStationFields && fields[0] == "STA") {
       readStation(fields, row);

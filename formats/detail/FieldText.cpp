@@ -17,7 +17,7 @@ std::string dms(double radians) {
 
 DataException wrongFormat() { return DataException(System::tr("The Format of Data is wrong").toStdString()); }
 
-double requiredNumber(std::string const& field) {
+double requiredNumber(std::string_view field) {
   std::optional<double> const number = utils::fullNumber(field);
   if (!number) throw wrongFormat();
   return *number;

@@ -4,6 +4,7 @@
 #include "core/DataException.h"
 
 #include <string>
+#include <string_view>
 
 namespace kvn::detail {
 
@@ -17,6 +18,6 @@ DataException wrongFormat();
 
 /// The number that a whole field is, blanks around it included.
 /// @throws DataException `wrongFormat` when it is none.
-double requiredNumber(std::string const& field);
+double requiredNumber(std::string_view field);
 
 }  // namespace kvn::detail

@@ -14,6 +14,8 @@ double const kPi = std::acos(-1.0);
 constexpr double kSecondsPerDegree = 3600.0;
 // Above this many units of the last place the split into fields would lose digits; no angle comes near it.
 constexpr double kLargestUnits = 9.0e15;
+// Fields of no more digits fit into 32 bits.
+constexpr std::size_t kShortFields = 9;
 
 std::string_view trimmed(std::string_view text) {
   constexpr char const* kBlanks = " \t\r\n\v\f";
@@ -31,6 +33,23 @@ double number(std::string const& digits, double outOfRange) {
   return result.ec == std::errc::result_out_of_range ? outOfRange : value;
 }
 
+/// Decimal degrees of DD and MMSSsss of up to nine digits each, by whole numbers: the same to the last bit as by texts,
+/// because the division of two numbers that are exact gives the nearest double to the seconds.
+double shortFields(std::string_view whole, std::string_view decimals) {
+  constexpr std::array<std::uint32_t, 6> kPowersOfTen{1, 10, 100, 1000, 10000, 100000};
+  auto const numberIn = [](std::string_view digits, std::uint32_t before) {
+    for (char const digit : digits) before = before * 10 + static_cast<std::uint32_t>(digit - '0');
+    return before;
+  };
+  std::uint32_t minutes = numberIn(decimals.substr(0, 2), 0);
+  if (decimals.size() < 2) minutes *= kPowersOfTen[2 - decimals.size()];
+  std::string_view const tail = decimals.size() > 2 ? decimals.substr(2) : std::string_view{};
+  std::uint32_t secondDigits = numberIn(tail, 0);
+  if (tail.size() < 2) secondDigits *= kPowersOfTen[2 - tail.size()];
+  double const seconds = double(secondDigits) / double(kPowersOfTen[tail.size() > 2 ? tail.size() - 2 : 0]);
+  return ((double(numberIn(whole, 0)) * 60.0 + double(minutes)) * 60.0 + seconds) / kSecondsPerDegree;
+}
+
 /// Decimal degrees of [sign]DD[.MMSSsss]; false when the text has another form.
 bool readFields(std::string_view text, double& degrees) {
   double const sign = !text.empty() && text.front() == '-' ? -1.0 : 1.0;
@@ -40,6 +59,10 @@ bool readFields(std::string_view text, double& degrees) {
   std::string_view const decimals = point == std::string_view::npos ? std::string_view{} : text.substr(point + 1);
   if (whole.empty() && decimals.empty()) return false;
   if (!allDigits(whole) || !allDigits(decimals)) return false;
+  if (whole.size() <= kShortFields && decimals.size() <= kShortFields) {
+    degrees = sign * shortFields(whole, decimals);
+    return true;
+  }
 
   std::string padded(decimals);
   if (padded.size() < 4) padded.append(4 - padded.size(), '0');
