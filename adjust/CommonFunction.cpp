@@ -96,13 +96,9 @@ QString CommonFunction::getPLQDegreeeFormat(double const& dms) {
   return utils::Formater().toString(parsed(QString::number(dms, 'f', 8)));
 }
 
-bool CommonFunction::judgeStringToDigital(std::string const& text) {
-  return utils::fullNumber(text).has_value();
-}
+bool CommonFunction::judgeStringToDigital(std::string const& text) { return utils::fullNumber(text).has_value(); }
 
-bool CommonFunction::judgeStringToDouble(std::string const& text) {
-  return utils::isLikeNumber(text);
-}
+bool CommonFunction::judgeStringToDouble(std::string const& text) { return utils::isLikeNumber(text); }
 
 std::vector<std::string> CommonFunction::split(std::string const& text, char delimiter, bool skipEmpty) {
   utils::Pieces pieces;

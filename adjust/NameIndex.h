@@ -1,10 +1,12 @@
 // NameIndex: numbers of names in the order of their first use.
 #pragma once
 
+#include "adjust/detail/PlaceTable.h"
+
 #include <utils/Export.h>
 
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 namespace kvn {
@@ -13,15 +15,15 @@ namespace kvn {
 class KELVANE_EXPORT NameIndex {
  public:
   /// Number of the name; a new one gets the next number.
-  int numberOf(std::string const& name);
+  int numberOf(std::string_view name);
   /// Number of the name, -1 when it has none.
-  int find(std::string const& name) const;
-  bool contains(std::string const& name) const { return find(name) >= 0; }
+  int find(std::string_view name) const;
+  bool contains(std::string_view name) const { return find(name) >= 0; }
   int size() const { return static_cast<int>(list.size()); }
   std::vector<std::string> const& names() const { return list; }
 
  private:
-  std::unordered_map<std::string, int> numbers;
+  detail::PlaceTable numbers;
   std::vector<std::string> list;
 };
 

@@ -2,9 +2,9 @@
 #include "Grid.h"
 #include "Job.h"
 
+#include <benchmark/benchmark.h>
 #include <QDir>
 #include <QFile>
-#include <benchmark/benchmark.h>
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -122,9 +122,7 @@ class CoordinateFile {
   std::string text;
 };
 
-void readTraverseFile(benchmark::State& state) {
-  readJob<kvn::VRDTraverseDataCollcetion>(state, state.range(0));
-}
+void readTraverseFile(benchmark::State& state) { readJob<kvn::VRDTraverseDataCollcetion>(state, state.range(0)); }
 void readJobFile(benchmark::State& state) {
   constexpr int kLinesOfRow = 3;  // the point, its readings, its coordinates
   readJob<kvn::LQFTraverseDataCollection>(state, state.range(0) / kLinesOfRow);

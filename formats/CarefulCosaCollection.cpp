@@ -4,7 +4,7 @@
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/detail/CarefulText.h"
-#include "formats/detail/LinePlaces.h"
+#include "formats/detail/CosaReading.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Number.h>
@@ -15,12 +15,12 @@
 #include <ostream>
 #include <stdexcept>
 #include <string_view>
-#include <utility>
 
 namespace kvn {
 namespace {
 
 using detail::hasFullField;
+using Observation = detail::CosaReading::Observation;
 using detail::quoted;
 
 // Readings that differ by less are the same one, written twice: a ten-thousandth of a second, a hundredth of a
@@ -35,6 +35,7 @@ void warn(QString const& text) {
 
 double ontoCircle(double angle) {
   double const fullCircle = 2.0 * CommonFunction::m_PI;
+  if (angle >= 0.0 && angle < fullCircle) return angle;
   double const rest = std::fmod(angle, fullCircle);
   return rest < 0.0 ? rest + fullCircle : rest;
 }
@@ -43,23 +44,70 @@ bool isReadableName(std::string const& name) {
   return !name.empty() && name.find(',') == std::string::npos && detail::simplifiedUtf8(name) == name;
 }
 
-void warnOfRepeat(QString const& text, NetworkDataInfo const& line) {
-  warn(text.arg(quoted(line.start_name), quoted(line.end_name)));
+/// Of an observation that is given more than once the first counts; what it lacks comes from the later one, and a
+/// contradiction is told.
+class Joining {
+ public:
+  explicit Joining(detail::CosaReading const& observations) : reading(observations) {}
+
+  void operator()(Observation& first, Observation const& later) const {
+    if (!first.hasAngle && later.hasAngle) {
+      first.angle = later.angle;
+      first.hasAngle = true;
+    } else if (later.hasAngle && std::abs(first.angle - later.angle) > kSameAngle) {
+      warnOfRepeat(System::tr("The direction from %1 to %2 is given more than once; the first one counts"), first);
+    }
+    if (first.distance == 0.0) {
+      first.distance = later.distance;
+    } else if (later.distance != 0.0 && std::abs(first.distance - later.distance) > kSameDistance) {
+      warnOfRepeat(System::tr("The distance from %1 to %2 is given more than once; the first one counts"), first);
+    }
+  }
+
+ private:
+  void warnOfRepeat(QString const& text, Observation const& observation) const {
+    warn(text.arg(quoted(reading.stationOf(observation)), quoted(reading.targetOf(observation))));
+  }
+
+  detail::CosaReading const& reading;
+};
+
+bool holdsNothing(Observation const& observation) { return !observation.hasAngle && observation.distance == 0.0; }
+
+void warnOfLine(QString const& text, int number, std::string const& line) { warn(text.arg(number).arg(quoted(line))); }
+
+void warnOfPassedOver(int number, std::string const& line) {
+  warnOfLine(System::tr("Line %1 is passed over: %2"), number, line);
 }
 
-/// What the later line has and the first lacks; a contradiction is told.
-void takeWhatIsMissing(NetworkDataInfo& first, NetworkDataInfo const& later) {
-  if (!first.horizontalAngleFlag && later.horizontalAngleFlag) {
-    first.horizontal_angle = later.horizontal_angle;
-    first.horizontalAngleFlag = true;
-  } else if (later.horizontalAngleFlag && std::abs(first.horizontal_angle - later.horizontal_angle) > kSameAngle) {
-    warnOfRepeat(System::tr("The direction from %1 to %2 is given more than once; the first one counts"), first);
+/// @param first  the first field that is a number
+void checkNumbers(int number, std::string const& line, utils::Pieces const& fields, std::ptrdiff_t first) {
+  auto const isNumber = [](std::string_view text) { return utils::fullNumber(text).has_value(); };
+  if (std::all_of(fields.begin() + first, fields.end(), isNumber)) return;
+  warnOfLine(System::tr("Line %1 has something behind a number: %2"), number, line);
+}
+
+void checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
+  Observation& direction = reading.observations.back();
+  direction.angle = ontoCircle(direction.angle);
+  if (!direction.hasAngle) {
+    warn(System::tr("Line %1: the direction from %2 to %3 is no angle: %4")
+             .arg(number)
+             .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)));
+  } else if (hasFullField(text)) {
+    warn(System::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)));
   }
-  if (first.horizontal_distance == 0.0) {
-    first.horizontal_distance = later.horizontal_distance;
-  } else if (later.horizontal_distance != 0.0 &&
-             std::abs(first.horizontal_distance - later.horizontal_distance) > kSameDistance) {
-    warnOfRepeat(System::tr("The distance from %1 to %2 is given more than once; the first one counts"), first);
+}
+
+/// An observation or a known point that the reader has taken.
+void checkTaken(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading) {
+  bool const isDistance = fields[1] == "S";
+  if (fields[1] == "L") {
+    checkAngle(number, fields[2], reading);
+  } else if (isDistance && reading.observations.back().distance == 0.0) {
+    warnOfPassedOver(number, line);
+  } else {
+    checkNumbers(number, line, fields, isDistance ? 2 : 1);
   }
 }
 
@@ -68,7 +116,18 @@ void takeWhatIsMissing(NetworkDataInfo& first, NetworkDataInfo const& later) {
 void CarefulCosaCollection::read(std::istream& stream) {
   knownPointList.clear();
   networkDataList.clear();
-  std::string station;
+  detail::CosaReading reading;
+  try {
+    readLines(stream, reading);
+  } catch (...) {
+    networkDataList = reading.lines();
+    throw;
+  }
+  reading.join(holdsNothing, Joining(reading));  // a line without an observation has been told
+  networkDataList = reading.lines();
+}
+
+void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading& reading) {
   std::string line;
   utils::Pieces fields;
   detail::LineSource source(stream);
@@ -79,71 +138,25 @@ void CarefulCosaCollection::read(std::istream& stream) {
     try {
       if (detail::hasLostBytes(line)) throw QLogicError(System::tr("the line is no UTF-8"));
       fields.cut(line, ',', false);
-      readLine(source.lineNumber(), line, fields, station);
+      readLine(source.lineNumber(), line, fields, reading);
     } catch (std::exception const& failure) {
       throw DataException(source.lineNumber(), failure.what());
     }
   }
-  joinRepeats();
 }
 
 void CarefulCosaCollection::readLine(int number, std::string const& line, utils::Pieces const& fields,
-                                     std::string& station) {
+                                     detail::CosaReading& reading) {
   if (number == 1) {
     readHead(fields);
-    checkTaken(number, line, fields);
+    checkNumbers(number, line, fields, 0);
   } else if (fields.size() == 1) {
-    station = fields[0];
-  } else if (fields.size() == 3 && readObservation(station, fields)) {
-    checkTaken(number, line, fields);
+    reading.beginStation(fields[0]);
+  } else if (fields.size() == 3 && readObservation(reading, fields)) {
+    checkTaken(number, line, fields, reading);
   } else {
-    warn(System::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)));
+    warnOfPassedOver(number, line);
   }
-}
-
-void CarefulCosaCollection::checkTaken(int number, std::string const& line, utils::Pieces const& fields) {
-  bool const isDirection = number > 1 && fields[1] == "L";
-  bool const isDistance = number > 1 && fields[1] == "S";
-  if (isDirection) {
-    checkAngle(number, fields[2], networkDataList.back());
-    return;
-  }
-  if (isDistance && networkDataList.back().horizontal_distance == 0.0) {
-    warn(System::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)));
-    return;
-  }
-  auto const firstNumber = fields.begin() + (number == 1 ? 0 : isDistance ? 2 : 1);
-  auto const isNumber = [](std::string_view text) { return utils::fullNumber(text).has_value(); };
-  if (std::all_of(firstNumber, fields.end(), isNumber)) return;
-  warn(System::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)));
-}
-
-void CarefulCosaCollection::checkAngle(int number, std::string_view text, NetworkDataInfo& observation) {
-  observation.horizontal_angle = ontoCircle(observation.horizontal_angle);
-  if (!observation.horizontalAngleFlag) {
-    warn(System::tr("Line %1: the direction from %2 to %3 is no angle: %4")
-             .arg(number)
-             .arg(quoted(observation.start_name), quoted(observation.end_name), quoted(text)));
-  } else if (hasFullField(text)) {
-    warn(System::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)));
-  }
-}
-
-void CarefulCosaCollection::joinRepeats() {
-  std::vector<NetworkDataInfo> joined;
-  joined.reserve(networkDataList.size());
-  detail::LinePlaces places(joined);
-  for (NetworkDataInfo& line : networkDataList) {
-    bool const holdsNothing = !line.horizontalAngleFlag && line.horizontal_distance == 0.0;
-    if (holdsNothing) continue;  // has been told
-    std::size_t const place = places.placeOf(line, joined.size());
-    if (place == joined.size()) {
-      joined.push_back(std::move(line));
-    } else {
-      takeWhatIsMissing(joined[place], line);
-    }
-  }
-  networkDataList = std::move(joined);
 }
 
 void CarefulCosaCollection::requireReadable() const {

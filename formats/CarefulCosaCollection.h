@@ -6,7 +6,6 @@
 #include <utils/Export.h>
 
 #include <string>
-#include <string_view>
 
 namespace kvn {
 
@@ -36,10 +35,8 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void write(std::ostream& stream) override;
 
  private:
-  void readLine(int number, std::string const& line, utils::Pieces const& fields, std::string& station);
-  void checkTaken(int number, std::string const& line, utils::Pieces const& fields);
-  void checkAngle(int number, std::string_view text, NetworkDataInfo& observation);
-  void joinRepeats();
+  void readLines(std::istream& stream, detail::CosaReading& reading);
+  void readLine(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
   void requireReadable() const;
 };
 

@@ -3,12 +3,16 @@
 #include "core/System.h"
 #include "formats/detail/FieldText.h"
 #include "formats/detail/FileAccess.h"
+#include "formats/detail/PointText.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/HTextStream.h>
+#include <utils/Pieces.h>
 #include <utils/QLogicError.h>
 
+#include <QByteArray>
 #include <QStringList>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
@@ -27,6 +31,28 @@ CoordinatePointInfo pointOf(QStringList const& fields) {
   return point;
 }
 
+/// The same for a line that is the same in every encoding.
+CoordinatePointInfo pointOf(utils::Pieces const& fields) {
+  if (fields.size() != kFields) throw detail::wrongFormat();
+  CoordinatePointInfo point;
+  point.name = fields[0];
+  point.signal = fields[1];
+  point.E = detail::requiredNumber(fields[2]);
+  point.N = detail::requiredNumber(fields[3]);
+  point.Z = detail::requiredNumber(fields[4]);
+  return point;
+}
+
+void appendPoints(std::string_view text, std::vector<CoordinatePointInfo>& points) {
+  utils::Pieces fields;
+  detail::TextLines lines(text);
+  for (std::string_view line; lines.next(line);) {
+    if (!line.empty() && line.back() == ',') throw detail::wrongFormat();  // the pieces have no empty one at the end
+    fields.cut(line, ',', false);
+    points.push_back(pointOf(fields));
+  }
+}
+
 }  // namespace
 
 CoordinateDataCollection::CoordinateDataCollection() = default;
@@ -34,6 +60,9 @@ CoordinateDataCollection::CoordinateDataCollection() = default;
 void CoordinateDataCollection::read(QString const& path) {
   QFile file;
   if (!detail::openForReading(file, path, QIODevice::ReadOnly)) return;
+  QByteArray const bytes = detail::bytesOf(file);
+  std::string_view const text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  if (detail::isSameInLocal8Bit(text)) return appendPoints(text, coordinateDataList);
   HTextStream stream(&file);
   while (!stream.atEnd()) {
     coordinateDataList.push_back(pointOf(stream.readLine().split(QLatin1Char(','), Qt::KeepEmptyParts)));

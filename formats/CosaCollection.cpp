@@ -1,7 +1,7 @@
 #include "formats/CosaCollection.h"
 
+#include "formats/detail/CosaReading.h"
 #include "formats/detail/FieldText.h"
-#include "formats/detail/LinePlaces.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Degree.h>
@@ -19,8 +19,12 @@ constexpr double kNotObserved = 1e-06;
 // A distance is written when it is above this.
 constexpr double kNoDistance = 1e-08;
 
-void fillMissing(double& value, double other) {
-  if (value < kNotObserved) value = other;
+using Observation = detail::CosaReading::Observation;
+
+void fillMissing(Observation& first, Observation const& later) {
+  if (first.angle < kNotObserved) first.angle = later.angle;
+  if (first.distance < kNotObserved) first.distance = later.distance;
+  first.hasAngle = first.hasAngle || later.hasAngle;
 }
 
 }  // namespace
@@ -38,7 +42,18 @@ void CosaCollection::setConfigure(Configure const& value) { configure = value; }
 void CosaCollection::read(std::istream& stream) {
   knownPointList.clear();
   networkDataList.clear();
-  std::string station;
+  detail::CosaReading reading;
+  try {
+    readLines(stream, reading);
+  } catch (...) {
+    networkDataList = reading.lines();
+    throw;
+  }
+  reading.join([](Observation const&) { return false; }, fillMissing);
+  networkDataList = reading.lines();
+}
+
+void CosaCollection::readLines(std::istream& stream, detail::CosaReading& reading) {
   std::string line;
   utils::Pieces fields;
   detail::LineSource source(stream);
@@ -47,12 +62,11 @@ void CosaCollection::read(std::istream& stream) {
     if (source.lineNumber() == 1) {
       readHead(fields);
     } else if (fields.size() == 3) {
-      readObservation(station, fields);
+      readObservation(reading, fields);
     } else if (fields.size() == 1) {
-      station = fields[0];
+      reading.beginStation(fields[0]);
     }
   }
-  joinRepeats();
 }
 
 void CosaCollection::readHead(utils::Pieces const& fields) {
@@ -62,7 +76,7 @@ void CosaCollection::readHead(utils::Pieces const& fields) {
   configure.LineProportionError = static_cast<float>(utils::leadingNumber(fields[2]));
 }
 
-bool CosaCollection::readObservation(std::string const& station, utils::Pieces const& fields) {
+bool CosaCollection::readObservation(detail::CosaReading& reading, utils::Pieces const& fields) {
   std::string_view const kind = fields[1];
   if (!utils::isLikeNumber(fields[2])) return false;
   if (utils::isLikeNumber(kind)) {
@@ -73,41 +87,16 @@ bool CosaCollection::readObservation(std::string const& station, utils::Pieces c
     knownPointList.push_back(std::move(point));
     return true;
   }
-  if (kind != "L" && kind != "S") return false;
-  NetworkDataInfo observation;
-  observation.start_name = station;
-  observation.end_name = fields[0];
   if (kind == "L") {
-    utils::Degree const angle(
-        utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS, &observation.horizontalAngleFlag));
-    observation.horizontal_angle = angle.toRadian();
-  } else {
-    observation.horizontal_distance = utils::leadingNumber(fields[2]);
-    observation.horizontalAngleFlag = false;
+    Observation& direction = reading.add(fields[0]);
+    utils::Degree const angle(utils::Degree::bytesToDouble(fields[2], utils::DegreeToDDPMMSS, &direction.hasAngle));
+    direction.angle = angle.toRadian();
+    return true;
   }
-  networkDataList.push_back(std::move(observation));
+  if (kind != "S") return false;
+  double const distance = utils::leadingNumber(fields[2]);
+  reading.add(fields[0]).distance = distance;
   return true;
-}
-
-// The first line of a station and target stays at its place and takes, from the later ones in order, what it lacks; the
-// later ones go. One pass does what comparing all pairs would: a line that goes gives only to the first of its kind.
-void CosaCollection::joinRepeats() {
-  detail::LinePlaces places(networkDataList);
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < networkDataList.size(); ++i) {
-    NetworkDataInfo& line = networkDataList[i];
-    std::size_t const place = places.placeOf(line, kept);
-    if (place != kept) {
-      NetworkDataInfo& first = networkDataList[place];
-      fillMissing(first.horizontal_angle, line.horizontal_angle);
-      fillMissing(first.horizontal_distance, line.horizontal_distance);
-      first.horizontalAngleFlag = first.horizontalAngleFlag || line.horizontalAngleFlag;
-      continue;
-    }
-    if (kept != i) networkDataList[kept] = std::move(line);
-    ++kept;
-  }
-  networkDataList.erase(networkDataList.begin() + static_cast<std::ptrdiff_t>(kept), networkDataList.end());
 }
 
 std::vector<ExportStation> CosaCollection::convertData(std::vector<NetworkDataInfo> const& lines) const {

@@ -12,6 +12,10 @@
 
 namespace kvn {
 
+namespace detail {
+class CosaReading;
+}
+
 /// One observation to write.
 struct OutView {
   std::string name;    ///< target
@@ -90,13 +94,13 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
  protected:
   void readHead(utils::Pieces const& fields);
   /// Takes a line of three fields; false when it is of no kind.
-  bool readObservation(std::string const& station, utils::Pieces const& fields);
+  bool readObservation(detail::CosaReading& reading, utils::Pieces const& fields);
   void writeHead(std::ostream& stream) const;  ///< the a-priori errors and the known points
   static void writeDirection(std::ostream& stream, std::string const& target, double radians);
   static void writeDistance(std::ostream& stream, std::string const& target, double metres);  ///< none for 0
 
  private:
-  void joinRepeats();
+  void readLines(std::istream& stream, detail::CosaReading& reading);
 
   Configure configure;
 };

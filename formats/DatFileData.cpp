@@ -2,13 +2,21 @@
 
 #include "core/DataException.h"
 #include "formats/detail/FileAccess.h"
+#include "formats/detail/PointText.h"
 
+#include <utils/Number.h>
+#include <utils/Pieces.h>
+
+#include <QByteArray>
 #include <QStringList>
+#include <cstddef>
+#include <string_view>
+#include <utility>
 
 namespace kvn {
 namespace {
 
-constexpr int kFields = 5;
+constexpr std::size_t kFields = 5;
 
 CoordinatePointInfo pointOf(QStringList const& fields) {
   CoordinatePointInfo point;
@@ -20,6 +28,34 @@ CoordinatePointInfo pointOf(QStringList const& fields) {
   return point;
 }
 
+/// A number in single precision, by the rule of `QString::toFloat`: 0 for a text that is none.
+double floatIn(std::string_view text) {
+  auto const plain = utils::plainDecimal(text);
+  if (!plain) return double(QString::fromUtf8(text.data(), static_cast<int>(text.size())).toFloat());
+  return double(static_cast<float>(*plain));  // of 15 digits at most: neither too large nor, but for 0, too small
+}
+
+/// The points of a text that UTF-8 gives back as it is.
+void appendPoints(std::string_view text, QVector<CoordinatePointInfo>& points) {
+  utils::Pieces fields;
+  detail::TextLines lines(text);
+  int number = 0;
+  for (std::string_view line; lines.next(line);) {
+    ++number;
+    fields.cut(line, ',', false);
+    // The pieces have no empty one at the end of the line, where the last number may be missing.
+    bool const endsEmpty = !line.empty() && line.back() == ',';
+    if (fields.size() + (endsEmpty ? 1 : 0) != kFields) throw DataException(number, "ERROR");
+    CoordinatePointInfo point;
+    point.name = fields[0];
+    point.signal = fields[1];
+    point.N = floatIn(fields[2]);
+    point.E = floatIn(fields[3]);
+    point.Z = endsEmpty ? 0.0 : floatIn(fields[4]);
+    points.push_back(std::move(point));
+  }
+}
+
 }  // namespace
 
 DatFileData::DatFileData() = default;
@@ -27,12 +63,18 @@ DatFileData::DatFileData() = default;
 bool DatFileData::openDatFileData(QString const& path) {
   QFile file;
   if (!detail::openForReading(file, path, QIODevice::ReadOnly | QIODevice::Text)) return false;
+  QByteArray const bytes = detail::bytesOf(file);
+  std::string_view const all(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  if (detail::isSameInUtf8(all)) {
+    appendPoints(all, points);
+    return true;
+  }
   for (int line = 1; !file.atEnd(); ++line) {
-    QByteArray const bytes = file.readLine();
-    QString const text = QString::fromUtf8(bytes.constData(), bytes.size());
+    QByteArray const lineBytes = file.readLine();
+    QString const text = QString::fromUtf8(lineBytes.constData(), lineBytes.size());
     if (text.isEmpty()) throw DataException(line, "SPACE");
     QStringList const fields = text.split(QLatin1Char(','), Qt::KeepEmptyParts);
-    if (fields.size() != kFields) throw DataException(line, "ERROR");
+    if (static_cast<std::size_t>(fields.size()) != kFields) throw DataException(line, "ERROR");
     points.push_back(pointOf(fields));
   }
   return true;

@@ -12,15 +12,17 @@
 
 #include <utils/Number.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
 namespace {
 
-using Fields = std::vector<std::string>;
+using Fields = utils::Pieces;
 
 // The words of the failures; the host knows them, so they are not translated.
 constexpr char const* kSpace = "SPACE";
@@ -40,10 +42,10 @@ constexpr double kBelowFullCircle = 1.9972222222222222;
 constexpr double kDmsLift = 5e-12;
 
 /// A field of digits and points, or of anything that a number with a minus begins.
-double numberOf(int line, std::string const& text) {
+double numberOf(int line, std::string_view text) {
   double number = HUGE_VAL;
   try {
-    if (CommonFunction::judgeStringToDouble(text)) number = utils::leadingNumber(text);
+    if (utils::isLikeNumber(text)) number = utils::leadingNumber(text);
   } catch (std::logic_error const&) {  // refused below
   }
   if (!std::isfinite(number)) throw DataException(line, kError);
@@ -54,7 +56,7 @@ void require(bool good, int line) {
   if (!good) throw DataException(line, kError);
 }
 
-float floatOf(int line, std::string const& text) {
+float floatOf(int line, std::string_view text) {
   double const number = numberOf(line, text);
   require(std::abs(number) <= double(std::numeric_limits<float>::max()), line);
   return static_cast<float>(number);
@@ -67,6 +69,9 @@ bool nextRecord(detail::LineSource& source, std::string& line) {
   return true;
 }
 
+/// Blanks go, in names too.
+void removeBlanks(std::string& line) { line.erase(std::remove(line.begin(), line.end(), ' '), line.end()); }
+
 std::string suffixOf(std::string const& path) {
   auto const point = path.rfind('.');
   return point == std::string::npos ? std::string() : path.substr(point + 1);
@@ -74,7 +79,7 @@ std::string suffixOf(std::string const& path) {
 
 bool isKnown(VRDStations const& station) { return station.x < kUnknownFrom; }
 
-PointInfo pointOf(std::string const& name, double x, double y) {
+PointInfo pointOf(std::string_view name, double x, double y) {
   PointInfo point;
   point.name = name;
   point.x = x;
@@ -153,7 +158,7 @@ struct FileData::CosaReader {
     }
   }
 
-  void beginStation(std::string const& name) {
+  void beginStation(std::string_view name) {
     if (inStation) data.stations.push_back(std::move(station));
     inStation = true;
     station = StationInfo();
@@ -161,15 +166,15 @@ struct FileData::CosaReader {
   }
 
   void readObservation(int line, Fields const& fields) {
-    std::string const& type = fields[1];
+    std::string_view const type = fields[1];
     double const value = numberOf(line, fields[2]);
     if (type == "L" || type == "l") {
-      station.directions.push_back({{}, fields[0], data.dmsToRad(value, line), 1});
+      station.directions.push_back({{}, std::string(fields[0]), data.dmsToRad(value, line), 1});
     } else if (type == "S" || type == "s") {
-      station.lines.push_back({station.name, fields[0], value, 1});
+      station.lines.push_back({station.name, std::string(fields[0]), value, 1});
     } else {
       require(type == "T" || type == "t", line);
-      station.azimuths.push_back({station.name, fields[0], data.dmsToRad(value, line), 1});
+      station.azimuths.push_back({station.name, std::string(fields[0]), data.dmsToRad(value, line), 1});
     }
   }
 
@@ -207,7 +212,12 @@ bool FileData::readVRDFileData(std::string const& path) {
   TraverseReader reader{*this};
   std::string line;
   detail::LineSource source(stream);
-  while (nextRecord(source, line)) reader.readLine(source.lineNumber(), split(line, ','));
+  Fields fields;
+  while (nextRecord(source, line)) {
+    removeBlanks(line);
+    fields.cut(line, ',', false);
+    reader.readLine(source.lineNumber(), fields);
+  }
   reader.takeMeans();
   checkAndCount();
   return true;
@@ -220,8 +230,10 @@ bool FileData::readCosaFileData(std::string const& path) {
   CosaReader reader{*this};
   std::string line;
   detail::LineSource source(stream);
+  Fields fields;
   while (nextRecord(source, line)) {
-    Fields const fields = split(line, " ", ',');
+    removeBlanks(line);
+    fields.cut(line, ',', true);
     if (source.lineNumber() == 1) {
       readHead(1, fields);
     } else {
@@ -239,7 +251,10 @@ bool FileData::readCosaFileFirstLine(std::string const& path) {
   std::string line;
   detail::LineSource source(stream);
   if (!nextRecord(source, line)) return false;
-  readHead(1, split(line, " ", ','));
+  removeBlanks(line);
+  Fields fields;
+  fields.cut(line, ',', true);
+  readHead(1, fields);
   return true;
 }
 
@@ -316,13 +331,13 @@ Configure FileData::getCosaConfig() const {
   return configure;
 }
 
-Fields FileData::split(std::string const& text, char delimiter) const {
+std::vector<std::string> FileData::split(std::string const& text, char delimiter) const {
   std::string rest = text;
   deleteStr(rest, " ");
   return CommonFunction::split(rest, delimiter, false);
 }
 
-Fields FileData::split(std::string const& text, std::string const& removed, char delimiter) const {
+std::vector<std::string> FileData::split(std::string const& text, std::string const& removed, char delimiter) const {
   std::string rest = text;
   deleteStr(rest, removed);
   return CommonFunction::split(rest, delimiter, true);

@@ -5,6 +5,7 @@
 #include "records/CalculationRecords.h"
 
 #include <utils/Export.h>
+#include <utils/Pieces.h>
 
 #include <iosfwd>
 #include <string>
@@ -84,7 +85,7 @@ class KELVANE_EXPORT FileData {
   struct TraverseReader;
 
   void clear();
-  void readHead(int line, std::vector<std::string> const& fields);
+  void readHead(int line, utils::Pieces const& fields);
   void checkAndCount();
   void judgetKnpointCountZero() const;
   void judgeStationCountZero() const;

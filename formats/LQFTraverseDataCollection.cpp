@@ -1,19 +1,20 @@
 #include "formats/LQFTraverseDataCollection.h"
 
-#include "adjust/CommonFunction.h"
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
+#include <utils/Pieces.h>
 
 #include <algorithm>
+#include <array>
 #include <iomanip>
 #include <istream>
 #include <ostream>
 #include <regex>
-#include <unordered_map>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,9 +29,32 @@ constexpr char const* kPatternCharacters = "^$\\.*+?()[]{}|";
 // Longer names are compared as they stand: matching recurses with the length of both.
 constexpr std::size_t kLongestPattern = 1000;
 
-std::vector<std::string> valuesOf(std::string const& text) { return CommonFunction::split(text, ',', false); }
+/// The values of a record: the places of the first few, which is all that the records have, without a list to allocate.
+class Values {
+ public:
+  explicit Values(std::string_view record) : text(record) {
+    for (std::string_view rest = record; !rest.empty(); ++count) {
+      std::size_t const end = std::min(rest.find(','), rest.size());
+      if (count < first.size()) first[count] = rest.substr(0, end);
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+  }
 
-double radiansOfSeconds(std::string const& text) {
+  std::size_t size() const { return count; }
+  std::string_view operator[](std::size_t i) const {
+    if (i < first.size()) return first[i];
+    utils::Pieces all;
+    all.cut(text, ',', false);
+    return all[i];
+  }
+
+ private:
+  std::string_view text;
+  std::array<std::string_view, 3> first;
+  std::size_t count = 0;
+};
+
+double radiansOfSeconds(std::string_view text) {
   return utils::Degree(utils::leadingNumber(text) / kSecondsPerDegree, 0).toRadian();
 }
 
@@ -60,8 +84,8 @@ bool isNumberedName(std::string const& backSight, std::string const& name) {
 }
 
 /// Name, height and code of a point record; nothing when there is a name alone.
-void readNameHeightCode(std::string const& text, TraverseDataInfo& row) {
-  std::vector<std::string> const values = valuesOf(text);
+void readNameHeightCode(std::string_view text, TraverseDataInfo& row) {
+  Values const values(text);
   if (values.size() < 2) return;
   row.name = values[0];
   row.instrument = utils::leadingNumber(values[1]);
@@ -86,7 +110,7 @@ class LQFTraverseDataCollection::Rows {
   }
 
   void finish() {
-    if (hasRow) list.push_back(row);
+    if (hasRow) moveToList();
   }
 
   // While the back sight may still be sighted again, what becomes of it depends on the next name.
@@ -96,6 +120,7 @@ class LQFTraverseDataCollection::Rows {
 
   void beginStation(TraverseDataInfo station) {
     row = std::move(station);
+    groupId = row.groupId;
     hasRow = true;
   }
 
@@ -109,7 +134,7 @@ class LQFTraverseDataCollection::Rows {
   // A fore sight of the back sight's point takes its place.
   void beginForeSight(TraverseDataInfo sight) {
     if (inBackSight && sight.name != backSight && !isNumberedName(backSight, sight.name)) {
-      list.push_back(row);
+      moveToList();
       inBackSight = false;
     }
     replaceBy(std::move(sight));
@@ -117,13 +142,17 @@ class LQFTraverseDataCollection::Rows {
   }
 
  private:
+  /// Another record takes its place at once.
+  void moveToList() { list.push_back(std::move(row)); }
+
   void replaceBy(TraverseDataInfo sight) {
-    sight.groupId = row.groupId;
+    sight.groupId = groupId;
     row = std::move(sight);
   }
 
   std::vector<TraverseDataInfo>& list;
   TraverseDataInfo row;
+  std::string groupId = row.groupId;
   std::string backSight;
   bool hasRow = false;
   bool inBackSight = false;
@@ -131,13 +160,30 @@ class LQFTraverseDataCollection::Rows {
 
 LQFTraverseDataCollection::LQFTraverseDataCollection() = default;
 
-LQFTraverseDataCollection::LQFLabType LQFTraverseDataCollection::getLQFLabType(std::string const& label) const {
-  static std::unordered_map<std::string, LQFLabType> const kTypes{
-      {"JOB", JOB}, {"INST", INST}, {"STA", STA}, {"BS", BS},   {"XYZ", XYZ}, {"YXZ", YXZ},
-      {"YZX", YZX}, {"XZY", XZY},   {"ZXY", ZXY}, {"ZYX", ZYX}, {"HVD", HVD}, {"SC", SC},
-      {"NEZ", NEZ}, {"NZE", NZE},   {"ENZ", ENZ}, {"EZN", EZN}, {"ZNE", ZNE}, {"ZEN", ZEN},
-  };
-  auto const found = kTypes.find(label);
+LQFTraverseDataCollection::LQFLabType LQFTraverseDataCollection::getLQFLabType(std::string_view label) const {
+  // By frequency: the records of sights come first.
+  static constexpr std::array<std::pair<std::string_view, LQFLabType>, 18> kTypes{{
+      {"SC", SC},
+      {"HVD", HVD},
+      {"NEZ", NEZ},
+      {"BS", BS},
+      {"STA", STA},
+      {"XYZ", XYZ},
+      {"YXZ", YXZ},
+      {"YZX", YZX},
+      {"XZY", XZY},
+      {"ZXY", ZXY},
+      {"ZYX", ZYX},
+      {"NZE", NZE},
+      {"ENZ", ENZ},
+      {"EZN", EZN},
+      {"ZNE", ZNE},
+      {"ZEN", ZEN},
+      {"JOB", JOB},
+      {"INST", INST},
+  }};
+  auto const isLabel = [label](auto const& entry) { return entry.first == label; };
+  auto const found = std::find_if(kTypes.begin(), kTypes.end(), isLabel);
   return found == kTypes.end() ? NoLabel : found->second;
 }
 
@@ -147,15 +193,16 @@ void LQFTraverseDataCollection::read(std::istream& stream) {
   }
   Rows rows(traverseDataList);
   std::string line;
+  utils::Pieces parts;
   detail::LineSource source(stream);
   while (source.nextBytes(line)) {
-    std::vector<std::string> const parts = CommonFunction::split(line, ' ', true);
+    parts.cut(line, ' ', true);
     if (parts.size() >= 2) readRecord(parts[0], parts[1], rows);
   }
   rows.finish();
 }
 
-void LQFTraverseDataCollection::readRecord(std::string const& label, std::string const& text, Rows& rows) {
+void LQFTraverseDataCollection::readRecord(std::string_view label, std::string_view text, Rows& rows) {
   LQFLabType const type = getLQFLabType(label);
   switch (type) {
     case NoLabel:
@@ -177,7 +224,7 @@ void LQFTraverseDataCollection::readRecord(std::string const& label, std::string
 }
 
 // The row before is finished first: it stays when this one cannot be read.
-void LQFTraverseDataCollection::readPoint(std::string const& text, LQFLabType type, Rows& rows) {
+void LQFTraverseDataCollection::readPoint(std::string_view text, LQFLabType type, Rows& rows) {
   type == SC ? rows.finishUnlessBackSight() : rows.finish();
   TraverseDataInfo row;
   type == STA ? readSta(text, &row) : readView(text, type, &row);
@@ -190,28 +237,28 @@ void LQFTraverseDataCollection::readPoint(std::string const& text, LQFLabType ty
   }
 }
 
-void LQFTraverseDataCollection::readSta(std::string const& text, TraverseDataInfo* row) {
+void LQFTraverseDataCollection::readSta(std::string_view text, TraverseDataInfo* row) {
   row->pointType = TraversePointType::StationPoint;
   readNameHeightCode(text, *row);
 }
 
-void LQFTraverseDataCollection::readView(std::string const& text, LQFLabType type, TraverseDataInfo* row) {
+void LQFTraverseDataCollection::readView(std::string_view text, LQFLabType type, TraverseDataInfo* row) {
   row->sightType = type == BS ? BackSight : ForeSight;
   row->pointType = TraversePointType::PrismPoint;
   readNameHeightCode(text, *row);
 }
 
-void LQFTraverseDataCollection::readJob(std::string const& text) { jobName = text; }
+void LQFTraverseDataCollection::readJob(std::string_view text) { jobName = text; }
 
-void LQFTraverseDataCollection::readInstrument(std::string const& text) {
-  std::vector<std::string> const values = valuesOf(text);
-  if (values.empty()) return;
+void LQFTraverseDataCollection::readInstrument(std::string_view text) {
+  Values const values(text);
+  if (values.size() == 0) return;
   instrumentName = values[0];
-  version = values.size() > 1 ? values[1] : "V1.0";
+  version = values.size() > 1 ? values[1] : std::string_view("V1.0");
 }
 
-void LQFTraverseDataCollection::readHVD(std::string const& text, TraverseDataInfo* row) {
-  std::vector<std::string> const values = valuesOf(text);
+void LQFTraverseDataCollection::readHVD(std::string_view text, TraverseDataInfo* row) {
+  Values const values(text);
   if (values.size() < 2) {
     row->angleMark = 0.0;
   } else {
@@ -227,8 +274,8 @@ void LQFTraverseDataCollection::readHVD(std::string const& text, TraverseDataInf
   row->isSlantDistanceHave = true;
 }
 
-void LQFTraverseDataCollection::readNEZ(std::string const& label, std::string const& text, TraverseDataInfo* row) {
-  std::vector<std::string> const values = valuesOf(text);
+void LQFTraverseDataCollection::readNEZ(std::string_view label, std::string_view text, TraverseDataInfo* row) {
+  Values const values(text);
   row->hasCoordinate = values.size() >= 3;
   if (!row->hasCoordinate) return;
   for (std::size_t k = 0; k < std::min(label.size(), values.size()); ++k) {
@@ -238,8 +285,8 @@ void LQFTraverseDataCollection::readNEZ(std::string const& label, std::string co
   }
 }
 
-void LQFTraverseDataCollection::readXYZ(std::string const& label, std::string const& text, TraverseDataInfo* row) {
-  std::vector<std::string> const values = valuesOf(text);
+void LQFTraverseDataCollection::readXYZ(std::string_view label, std::string_view text, TraverseDataInfo* row) {
+  Values const values(text);
   row->hasCoordinate = values.size() >= 3;
   if (!row->hasCoordinate) return;
   for (char const letter : label) {

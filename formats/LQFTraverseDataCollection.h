@@ -8,6 +8,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 namespace kvn {
 
@@ -70,19 +71,19 @@ class KELVANE_EXPORT LQFTraverseDataCollection : public ITraverseDataCollcetion 
   /// as "XYZ" at a station, as "NEZ" at a target, whether the row came with them or not.
   void write(std::ostream& stream) override;
 
-  LQFLabType getLQFLabType(std::string const& label) const;  ///< the case counts
+  LQFLabType getLQFLabType(std::string_view label) const;  ///< the case counts
 
   // Text of a record into the row. Missing trailing values are told by the row's flags; a number that is none throws as
   // in `read`.
   /// @param type  `BS` or `SC`
-  void readView(std::string const& text, LQFLabType type, TraverseDataInfo* row);
-  void readHVD(std::string const& text, TraverseDataInfo* row);
-  void readNEZ(std::string const& label, std::string const& text, TraverseDataInfo* row);
+  void readView(std::string_view text, LQFLabType type, TraverseDataInfo* row);
+  void readHVD(std::string_view text, TraverseDataInfo* row);
+  void readNEZ(std::string_view label, std::string_view text, TraverseDataInfo* row);
   /// X is the first field, Y the second and Z the third whatever the order of the letters in the label.
-  void readXYZ(std::string const& label, std::string const& text, TraverseDataInfo* row);
-  void readSta(std::string const& text, TraverseDataInfo* row);
-  void readInstrument(std::string const& text);
-  void readJob(std::string const& text);
+  void readXYZ(std::string_view label, std::string_view text, TraverseDataInfo* row);
+  void readSta(std::string_view text, TraverseDataInfo* row);
+  void readInstrument(std::string_view text);
+  void readJob(std::string_view text);
 
   void writeJob(std::ostream& stream);
   void writeInst(std::ostream& stream);
@@ -96,8 +97,8 @@ class KELVANE_EXPORT LQFTraverseDataCollection : public ITraverseDataCollcetion 
  private:
   class Rows;
 
-  void readRecord(std::string const& label, std::string const& text, Rows& rows);
-  void readPoint(std::string const& text, LQFLabType type, Rows& rows);
+  void readRecord(std::string_view label, std::string_view text, Rows& rows);
+  void readPoint(std::string_view text, LQFLabType type, Rows& rows);
   std::string number(double value, int decimals) const;
   std::string seconds(double radians) const;
   void writeNameHeightCode(std::ostream& stream, TraverseDataInfo const& row) const;

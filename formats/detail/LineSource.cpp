@@ -11,8 +11,8 @@ constexpr char const* kByteOrderMark = "\xEF\xBB\xBF";
 
 bool isAsciiSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-/// Whether no byte is a blank, a control character or beyond ASCII, so that nothing is to be done. Without an early end,
-/// which lets the compiler look at many bytes at once.
+/// Whether no byte is a blank, a control character or beyond ASCII, so that nothing is to be done. Without an early
+/// end, which lets the compiler look at many bytes at once.
 bool isSolid(std::string const& text) {
   unsigned char other = 0;
   for (char const c : text) other |= static_cast<unsigned char>(static_cast<unsigned char>(c - 0x21) > 0x5E);
