@@ -2,11 +2,14 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/detail/FirstRepeat.h"
+#include "adjust/detail/KnownEnds.h"
 #include "adjust/detail/Missing.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -72,21 +75,36 @@ void AlgorithmData::readKnownPoints(std::vector<KnownPoint> const& points) {
 }
 
 void AlgorithmData::readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing) {
-  StationInfo station;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    NetworkDataInfo const& line = lines[i];
-    if (i > 0 && station.name != line.start_name) {
-      stations.push_back(station);
-      station = StationInfo();
-    }
-    station.name = line.start_name;
+  if (lines.empty()) stations.emplace_back();
+  for (std::size_t begin = 0; begin < lines.size();) {
+    std::size_t end = begin + 1;
+    while (end < lines.size() && lines[end].start_name == lines[begin].start_name) ++end;
+    readStation(lines, begin, end, missing);
+    begin = end;
+  }
+}
 
+void AlgorithmData::readStation(std::vector<NetworkDataInfo> const& lines, std::size_t begin, std::size_t end,
+                                MissingDirection missing) {
+  StationInfo station;
+  station.name = lines[begin].start_name;
+  auto const isDistance = [](NetworkDataInfo const& line) { return line.horizontal_distance > kNoDistance; };
+  auto const isDirection = [missing](NetworkDataInfo const& line) {
+    return missing != MissingDirection::IsLeftOut || line.horizontalAngleFlag;
+  };
+  auto const count = [&](auto const& isOne) {
+    return static_cast<std::size_t>(std::count_if(&lines[begin], &lines[begin] + (end - begin), isOne));
+  };
+  station.lines.reserve(count(isDistance));
+  station.directions.reserve(count(isDirection));
+  for (std::size_t i = begin; i < end; ++i) {
+    NetworkDataInfo const& line = lines[i];
     double const distance = line.horizontal_distance;
     if (distance < -kNoDistance || !usable(distance) || !isAngleInRange(line.horizontal_angle)) {
       throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
     }
-    if (distance > kNoDistance) station.lines.push_back(observation(line, distance));
-    if (missing == MissingDirection::IsLeftOut && !line.horizontalAngleFlag) continue;
+    if (isDistance(line)) station.lines.push_back(observation(line, distance));
+    if (!isDirection(line)) continue;
     station.directions.push_back(observation(line, std::clamp(line.horizontal_angle, 0.0, kAngleBound)));
   }
   stations.push_back(std::move(station));
@@ -103,9 +121,12 @@ void AlgorithmData::joinStationsWithoutDirections() {
       continue;
     }
     std::vector<LineInfo>& lines = kept.empty() ? waiting : kept.back().lines;
-    lines.insert(lines.end(), station.lines.begin(), station.lines.end());
+    std::move(station.lines.begin(), station.lines.end(), std::back_inserter(lines));
   }
-  if (!kept.empty()) kept.front().lines.insert(kept.front().lines.begin(), waiting.begin(), waiting.end());
+  if (!kept.empty()) {
+    std::vector<LineInfo>& lines = kept.front().lines;
+    lines.insert(lines.begin(), std::make_move_iterator(waiting.begin()), std::make_move_iterator(waiting.end()));
+  }
   stations = std::move(kept);
 }
 
@@ -134,14 +155,18 @@ void AlgorithmData::judgeSightPointNameRepeat() const {
   }
 }
 
+// A name that the station has or that its direction of the same place has is known already: most distances are those of
+// the directions beside them, so that a glance spares the look-up.
 NameIndex observedNames(AlgorithmData const& data) {
   NameIndex names;
   for (StationInfo const& station : data.stations) {
     names.numberOf(station.name);
     for (LineInfo const& direction : station.directions) names.numberOf(direction.end_name);
-    for (LineInfo const& line : station.lines) {
-      names.numberOf(line.start_name);
-      names.numberOf(line.end_name);
+    for (std::size_t i = 0; i < station.lines.size(); ++i) {
+      LineInfo const& line = station.lines[i];
+      if (line.start_name != station.name) names.numberOf(line.start_name);
+      bool const isSighted = i < station.directions.size() && station.directions[i].end_name == line.end_name;
+      if (!isSighted) names.numberOf(line.end_name);
     }
   }
   return names;
@@ -155,13 +180,10 @@ void AlgorithmData::getDirectionsCount() {
 }
 
 void AlgorithmData::getLinesCount() {
-  NameIndex known;
-  for (PointInfo const& point : knPoints) known.numberOf(point.name);
+  detail::KnownEnds known(knPoints);
   linesCount = 0;
   for (StationInfo const& station : stations) {
-    for (LineInfo const& line : station.lines) {
-      if (!known.contains(line.start_name) || !known.contains(line.end_name)) ++linesCount;
-    }
+    for (LineInfo const& line : station.lines) linesCount += known.areBoth(line) ? 0 : 1;
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include <utils/Export.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace kvn {
@@ -84,6 +85,9 @@ class KELVANE_EXPORT AlgorithmData {
   void readFaces(VRDStations const& station);
   void readKnownPoints(std::vector<KnownPoint> const& points);
   void readLines(std::vector<NetworkDataInfo> const& lines, MissingDirection missing);
+  /// @param begin, end  places of the lines of one station
+  void readStation(std::vector<NetworkDataInfo> const& lines, std::size_t begin, std::size_t end,
+                   MissingDirection missing);
   void joinStationsWithoutDirections();
   void getPointsCount();
   void getDirectionsCount();

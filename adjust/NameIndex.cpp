@@ -14,7 +14,7 @@ int NameIndex::numberOf(std::string_view name) {
 int NameIndex::find(std::string_view name) const {
   auto const isAt = [this, name](std::size_t number) { return list[number] == name; };
   std::size_t const number = numbers.find(std::hash<std::string_view>()(name), isAt);
-  return number == detail::PlaceTable::kNowhere ? -1 : static_cast<int>(number);
+  return number == utils::PlaceTable::kNowhere ? -1 : static_cast<int>(number);
 }
 
 }  // namespace kvn

@@ -1,9 +1,8 @@
 // NameIndex: numbers of names in the order of their first use.
 #pragma once
 
-#include "adjust/detail/PlaceTable.h"
-
 #include <utils/Export.h>
+#include <utils/PlaceTable.h>
 
 #include <string>
 #include <string_view>
@@ -23,7 +22,7 @@ class KELVANE_EXPORT NameIndex {
   std::vector<std::string> const& names() const { return list; }
 
  private:
-  detail::PlaceTable numbers;
+  utils::PlaceTable numbers;
   std::vector<std::string> list;
 };
 

@@ -1,5 +1,6 @@
 // Input of the adjustment: numbers for the points, flat arrays for the observations.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/KnownEnds.h"
 #include "adjust/detail/MergeLines.h"
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/PairKey.h"
@@ -94,12 +95,13 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
 std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control) {
   std::vector<LineInfo> distances;
   if (!control && input.linesCount < 1) return distances;
-  NameIndex known;
-  for (PointInfo const& point : input.knPoints) known.numberOf(point.name);
+  std::size_t all = 0;
+  for (StationInfo const& station : input.stations) all += station.lines.size();
+  if (!control) distances.reserve(all);
+  detail::KnownEnds known(input.knPoints);
   for (StationInfo const& station : input.stations) {
     for (LineInfo const& line : station.lines) {
-      bool const bothKnown = known.contains(line.start_name) && known.contains(line.end_name);
-      if (bothKnown == control) distances.push_back(line);
+      if (known.areBoth(line) == control) distances.push_back(line);
     }
   }
   detail::mergeRepeatedLines(distances);
@@ -187,6 +189,10 @@ void TraverseAdjust::readControlDistances(std::vector<LineInfo> const& distances
 void TraverseAdjust::indexObservations() {
   stationsAt.assign(index(pointsCount), {});
   stationsSighting.assign(index(pointsCount), {});
+  std::vector<std::size_t> sightings(index(pointsCount), 0);
+  for (int const target : directionTarget) ++sightings[index(target)];
+  for (std::size_t i = 0; i < sightings.size(); ++i) stationsSighting[i].reserve(sightings[i]);
+  directionOf.reserve(directionTarget.size());
   for (int s = 0; s < stationsCount; ++s) {
     stationsAt[index(stationPoint[index(s)])].push_back(s);
     for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
@@ -195,6 +201,7 @@ void TraverseAdjust::indexObservations() {
       directionOf[detail::orderedKey(s, target)] = d;
     }
   }
+  distanceOf.reserve(lineValue.size());
   for (std::size_t e = 0; e < lineValue.size(); ++e) {
     distanceOf.emplace(detail::unorderedKey(lineStart[e], lineEnd[e]), lineValue[e]);
   }

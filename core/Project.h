@@ -78,6 +78,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
   /// @throws DataException, std::logic_error of the reader.
   virtual void importCosaFile(QString const& path);
+  /// The same for a network file that the caller has read already.
+  /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
+  void importCosaNetwork(QString const& path, Network read);
   /// Reads an instrument job file: the rows are replaced and the network emptied. Job and instrument names are kept
   /// for a later export.
   /// @throws QLogicError "There is no observation data" when it has no rows; what the reader throws.

@@ -19,6 +19,7 @@
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
+#include <utility>
 
 namespace kvn {
 
@@ -95,7 +96,7 @@ void Project::importCoordFile(QString const& path) {
   CoordinateDataCollection collection;
   collection.read(path);
   if (!coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
-  *coordinatePointList = collection.getCoordinateDataList();
+  *coordinatePointList = std::move(collection.getCoordinateDataList());
   coordFile = path;
   readLegendCode();
 }
@@ -103,11 +104,14 @@ void Project::importCoordFile(QString const& path) {
 void Project::importCosaFile(QString const& path) {
   CosaCollection collection;
   collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
-  if (collection.getNetworkDataList().empty() && collection.getKnownPointList().empty()) {
+  importCosaNetwork(path, collection.takeNetwork());
+}
+
+void Project::importCosaNetwork(QString const& path, Network read) {
+  if (read.lines.empty() && read.knownPoints.empty()) {
     throw QLogicError(System::tr("The import file data is empty"));
   }
-  network->knownPoints = collection.getKnownPointList();
-  network->lines = collection.getNetworkDataList();
+  *network = std::move(read);
   networkFile = path;
   viewFile.clear();
   traverseDataList->clear();

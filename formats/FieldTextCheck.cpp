@@ -1,6 +1,5 @@
 #include "formats/FieldTextCheck.h"
 
-#include "adjust/CommonFunction.h"
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/LQFTraverseDataCollection.h"
@@ -10,19 +9,22 @@
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
+#include <utils/Pieces.h>
 
 #include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <istream>
 #include <streambuf>
+#include <string_view>
 #include <utility>
 
 namespace kvn {
 namespace {
 
 using detail::quoted;
-using Fields = std::vector<std::string>;
+using Fields = utils::Pieces;
+using Names = std::vector<std::string>;
 
 constexpr std::size_t kSightFields = 10;
 
@@ -37,22 +39,22 @@ class Findings {
   std::string target;
 
   void tell(FieldFinding::Severity severity, QString const& text) {
-    Fields targets;
+    Names targets;
     if (!target.empty()) targets.push_back(target);
     list.push_back({severity, station, std::move(targets), text, row, line});
   }
 
   /// A number whose whole text should be one, after a reader has taken it.
-  void lookAtNumber(std::string const& text) {
-    if (text.empty()) return;
+  void lookAtNumber(std::string_view text) {
+    if (text.empty() || utils::plainDecimal(text)) return;
     if (!std::isfinite(numberIn(text))) {
       tell(FieldFinding::Error, System::tr("the number is not finite: %1").arg(quoted(text)));
-    } else if (!CommonFunction::judgeStringToDigital(text)) {
+    } else if (!utils::fullNumber(text)) {
       tell(FieldFinding::Warning, System::tr("something stands behind the number: %1").arg(quoted(text)));
     }
   }
 
-  void lookAtAngle(std::string const& text) {
+  void lookAtAngle(std::string_view text) {
     bool isAngle = false;
     double const degrees = utils::Degree::bytesToDouble(text, utils::DegreeToDDPMMSS, &isAngle);
     if (!isAngle || !std::isfinite(degrees)) {
@@ -63,7 +65,7 @@ class Findings {
   }
 
  private:
-  static double numberIn(std::string const& text) {
+  static double numberIn(std::string_view text) {
     try {
       return utils::leadingNumber(text);
     } catch (std::logic_error const&) {
@@ -90,7 +92,7 @@ class JobLook {
 
   void lookAt(int line, std::string const& text) {
     findings.line = line;
-    Fields const parts = CommonFunction::split(text, ' ', true);
+    parts.cut(text, ' ', true);
     if (parts.empty()) return;
     auto const type = labels.getLQFLabType(parts[0]);
     bool const isName = type == LQFTraverseDataCollection::JOB || type == LQFTraverseDataCollection::INST;
@@ -103,11 +105,12 @@ class JobLook {
       findings.tell(FieldFinding::Warning,
                     System::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
     }
-    lookAtRecord(type, CommonFunction::split(parts[1], ',', false));
+    values.cut(parts[1], ',', false);
+    lookAtRecord(type);
   }
 
  private:
-  void lookAtRecord(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
+  void lookAtRecord(LQFTraverseDataCollection::LQFLabType type) {
     switch (type) {
       case LQFTraverseDataCollection::JOB:
       case LQFTraverseDataCollection::INST:
@@ -115,18 +118,18 @@ class JobLook {
       case LQFTraverseDataCollection::STA:
       case LQFTraverseDataCollection::BS:
       case LQFTraverseDataCollection::SC:
-        return lookAtPoint(type, values);
+        return lookAtPoint(type);
       case LQFTraverseDataCollection::HVD:
-        for (std::string const& value : values) findings.lookAtNumber(value);
+        for (std::string_view const value : values) findings.lookAtNumber(value);
         if (!points.empty()) points.back().hasReadings = true;
-        return tellMoreThanThree(values);
+        return tellMoreThanThree();
       default:
-        lookAtCoordinates(type, values);
+        lookAtCoordinates(type);
     }
   }
 
-  void lookAtPoint(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
-    std::string const name = values.size() > 1 ? values[0] : std::string();
+  void lookAtPoint(LQFTraverseDataCollection::LQFLabType type) {
+    std::string const name(values.size() > 1 ? values[0] : std::string_view());
     bool const isStation = type == LQFTraverseDataCollection::STA;
     if (isStation) findings.station = name;
     findings.target = isStation ? std::string() : name;
@@ -138,23 +141,25 @@ class JobLook {
     }
   }
 
-  void lookAtCoordinates(LQFTraverseDataCollection::LQFLabType type, Fields const& values) {
+  void lookAtCoordinates(LQFTraverseDataCollection::LQFLabType type) {
     if (type > LQFTraverseDataCollection::XYZ && type <= LQFTraverseDataCollection::ZYX) {
       findings.tell(FieldFinding::Warning,
                     System::tr("the coordinates are read in the order X, Y, Z, whatever the label says"));
     }
     if (values.size() < 3) return;
     for (std::size_t i = 0; i < 3; ++i) findings.lookAtNumber(values[i]);
-    tellMoreThanThree(values);
+    tellMoreThanThree();
   }
 
   /// A decimal comma makes two values of one, and the ones behind it are taken for others.
-  void tellMoreThanThree(Fields const& values) {
+  void tellMoreThanThree() {
     if (values.size() > 3) findings.tell(FieldFinding::Error, System::tr("more than three values: a decimal comma?"));
   }
 
   LQFTraverseDataCollection labels;
   Findings findings;
+  Fields parts;   // of the line at hand
+  Fields values;  // of its record
 };
 
 bool isRecordOf(TraverseDataInfo const& row, PointRecord const& record) {
@@ -166,7 +171,7 @@ bool isRecordOf(TraverseDataInfo const& row, PointRecord const& record) {
 void tellRecord(PointRecord const& record, FieldFinding::Severity severity, QString const& text,
                 std::vector<FieldFinding>& findings) {
   bool const isStation = record.type == LQFTraverseDataCollection::STA;
-  Fields targets;
+  Names targets;
   if (!isStation) targets.push_back(record.name);
   findings.push_back(
       {severity, isStation ? record.name : std::string(), std::move(targets), text, FieldFinding::kNoRow, record.line});
@@ -239,8 +244,9 @@ FieldTextCheck inspectTraverseText(std::istream& stream) {
   FieldTextCheck check;
   Findings findings(check.findings);
   std::string line;
+  Fields fields;
   for (detail::LineSource source(stream); source.next(line);) {
-    Fields const fields = CommonFunction::split(line, ',', false);
+    fields.cut(line, ',', false);
     findings.line = source.lineNumber();
     findings.row = check.rowLines.size();
     check.rowLines.push_back(findings.line);
@@ -250,7 +256,7 @@ FieldTextCheck inspectTraverseText(std::istream& stream) {
     if (fields.size() < 3) continue;
     bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
     if (!isSight) findings.station = fields[1];
-    findings.target = isSight ? fields[1] : std::string();
+    findings.target = isSight ? fields[1] : std::string_view();
     findings.lookAtNumber(fields[2]);
     if (isSight) findings.lookAtAngle(fields[4]);
     if (isSight) findings.lookAtAngle(fields[5]);

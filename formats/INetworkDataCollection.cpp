@@ -28,6 +28,10 @@ void INetworkDataCollection::setNetworkDataList(std::vector<NetworkDataInfo> lin
   networkDataList = std::move(lines);
 }
 
+Network INetworkDataCollection::takeNetwork() {
+  return {std::exchange(knownPointList, {}), std::exchange(networkDataList, {})};
+}
+
 NetworkDataInfo const* INetworkDataCollection::findData(std::string const& id) const {
   auto const found = std::find(networkDataList.begin(), networkDataList.end(), id);
   return found == networkDataList.end() ? nullptr : &*found;

@@ -49,6 +49,9 @@ class KELVANE_EXPORT INetworkDataCollection {
   std::vector<NetworkDataInfo> const& getNetworkDataList() const;
   void setNetworkDataList(std::vector<NetworkDataInfo> lines);
 
+  /// Both lists as a network, moved out of the collection.
+  Network takeNetwork();
+
   /// The first line whose `id` equals the text; null when there is none.
   NetworkDataInfo* findData(std::string const& id);
   NetworkDataInfo const* findData(std::string const& id) const;

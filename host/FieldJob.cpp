@@ -28,9 +28,13 @@ void takeKnownStations(Project& project) {
 }
 
 void readJob(Project& project, QString const& path) {
-  LQFTraverseDataCollection rows;
-  readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));
-  project.read(path);  // again, so that the project can export it
+  try {
+    project.read(path);
+  } catch (std::exception const&) {
+    LQFTraverseDataCollection rows;
+    readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));  // fails at the same place, and tells it
+    throw;
+  }
   takeKnownStations(project);
 }
 

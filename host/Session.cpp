@@ -110,9 +110,17 @@ void Session::openNetwork(QString const& path) {
   CarefulCosaCollection careful;
   CosaCollection& collection = openedAsRead ? plain : careful;
   collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
-  current->read(path);
+  Network network = collection.takeNetwork();
+  bool const isEmpty = network.lines.empty() && network.knownPoints.empty();
+  if (isEmpty) {
+    current->read(path);  // refuses an empty file, but not one of lines without an observation
+    current->setNetwork(std::move(network));
+  } else {
+    current->importCosaNetwork(path, std::move(network));
+    current->setFileType(Project::CosaFile);
+    current->setName(path);
+  }
   current->setConfigure(collection.getConfigure());  // which the project does not take from a network file
-  current->setNetwork({collection.getKnownPointList(), collection.getNetworkDataList()});
 }
 
 void sortFindings(std::vector<FieldFinding>& findings) {

@@ -1,10 +1,13 @@
 // The first name that comes twice in a list.
 #pragma once
 
+#include <utils/PlaceTable.h>
+
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 
 namespace kvn::detail {
 
@@ -13,11 +16,13 @@ namespace kvn::detail {
 /// @param nameOf  gives a reference to the name inside an entry of the list.
 template <typename List, typename NameOf>
 std::string const* firstRepeat(List const& list, NameOf nameOf) {
-  std::unordered_map<std::string, std::size_t> firstPlace;
+  utils::PlaceTable places;
   std::size_t earliest = list.size();
   for (std::size_t i = 0; i < list.size(); ++i) {
-    auto const [entry, isNew] = firstPlace.try_emplace(nameOf(list[i]), i);
-    if (!isNew) earliest = std::min(earliest, entry->second);
+    std::string_view const name = nameOf(list[i]);
+    auto const isAt = [&list, &nameOf, name](std::size_t place) { return nameOf(list[place]) == name; };
+    std::size_t const place = places.findOrAdd(std::hash<std::string_view>()(name), i, isAt);
+    if (place != i) earliest = std::min(earliest, place);
   }
   return earliest == list.size() ? nullptr : &nameOf(list[earliest]);
 }

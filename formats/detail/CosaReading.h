@@ -2,8 +2,9 @@
 #pragma once
 
 #include "adjust/NameIndex.h"
-#include "adjust/detail/PlaceTable.h"
 #include "records/Network.h"
+
+#include <utils/PlaceTable.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +53,7 @@ class CosaReading {
   /// later ones have, by `take(first, later)`. Those for which `isNothing` holds do not count.
   template <typename IsNothing, typename Take>
   void join(IsNothing const& isNothing, Take const& take) {
-    PlaceTable places;
+    utils::PlaceTable places;
     std::size_t kept = 0;
     for (Observation const observation : observations) {
       if (isNothing(observation)) continue;

@@ -1,4 +1,4 @@
-// PlaceTable: finds by hash the place of a thing in a list.
+// utils::PlaceTable: finds by hash the place of a thing in a list.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-namespace kvn::detail {
+namespace utils {
 
-/// An open table of eight bytes a slot: half of the hash, and the place. What stands at the place is compared by the
+/// An open table of eight bytes a cell: half of the hash, and the place. What stands at the place is compared by the
 /// caller, so that no key is copied; nothing can be erased. Holds up to 2^32 - 2 places.
 class PlaceTable {
  public:
@@ -18,26 +18,26 @@ class PlaceTable {
   /// @param isAt  tells of a place whether the thing stands there.
   template <typename IsAt>
   std::size_t find(std::size_t hash, IsAt const& isAt) const {
-    if (slots.empty()) return kNowhere;
-    Slot const& slot = slots[slotOf(mixed(hash), isAt)];
-    return slot.place == kFree ? kNowhere : slot.place;
+    if (cells.empty()) return kNowhere;
+    Cell const& cell = cells[cellOf(mixed(hash), isAt)];
+    return cell.place == kFree ? kNowhere : cell.place;
   }
 
   /// The same, but a thing that is not there gets the place `fresh`, which is returned then.
   template <typename IsAt>
   std::size_t findOrAdd(std::size_t hash, std::size_t fresh, IsAt const& isAt) {
-    if (2 * (count + 1) > slots.size()) grow();
+    if (2 * (count + 1) > cells.size()) grow();
     std::uint32_t const key = mixed(hash);
-    Slot& slot = slots[slotOf(key, isAt)];
-    if (slot.place != kFree) return slot.place;
-    slot = {key, static_cast<std::uint32_t>(fresh)};
+    Cell& cell = cells[cellOf(key, isAt)];
+    if (cell.place != kFree) return cell.place;
+    cell = {key, static_cast<std::uint32_t>(fresh)};
     ++count;
     return fresh;
   }
 
  private:
   static constexpr std::uint32_t kFree = 0xFFFFFFFFU;
-  struct Slot {
+  struct Cell {
     std::uint32_t key = 0;
     std::uint32_t place = kFree;
   };
@@ -47,32 +47,32 @@ class PlaceTable {
     return static_cast<std::uint32_t>((std::uint64_t{hash} * 0x9E3779B97F4A7C15U) >> 32U);
   }
 
-  /// The slot of the thing, or the free one where it would stand.
+  /// The cell of the thing, or the free one where it would stand.
   template <typename IsAt>
-  std::size_t slotOf(std::uint32_t key, IsAt const& isAt) const {
-    std::size_t const mask = slots.size() - 1;
+  std::size_t cellOf(std::uint32_t key, IsAt const& isAt) const {
+    std::size_t const mask = cells.size() - 1;
     std::size_t at = key & mask;
-    while (slots[at].place != kFree && !(slots[at].key == key && isAt(std::size_t{slots[at].place}))) {
+    while (cells[at].place != kFree && !(cells[at].key == key && isAt(std::size_t{cells[at].place}))) {
       at = (at + 1) & mask;
     }
     return at;
   }
 
   void grow() {
-    std::vector<Slot> old = std::exchange(slots, std::vector<Slot>(slots.empty() ? kLeastSlots : 2 * slots.size()));
-    std::size_t const mask = slots.size() - 1;
-    for (Slot const& slot : old) {
-      if (slot.place == kFree) continue;
-      std::size_t at = slot.key & mask;
-      while (slots[at].place != kFree) at = (at + 1) & mask;
-      slots[at] = slot;
+    std::vector<Cell> old = std::exchange(cells, std::vector<Cell>(cells.empty() ? kLeastCells : 2 * cells.size()));
+    std::size_t const mask = cells.size() - 1;
+    for (Cell const& cell : old) {
+      if (cell.place == kFree) continue;
+      std::size_t at = cell.key & mask;
+      while (cells[at].place != kFree) at = (at + 1) & mask;
+      cells[at] = cell;
     }
   }
 
-  static constexpr std::size_t kLeastSlots = 16;
+  static constexpr std::size_t kLeastCells = 16;
 
-  std::vector<Slot> slots;
+  std::vector<Cell> cells;
   std::size_t count = 0;
 };
 
-}  // namespace kvn::detail
+}  // namespace utils
