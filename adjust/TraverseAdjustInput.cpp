@@ -148,9 +148,9 @@ void TraverseAdjust::forgetResults() {
 // Known points first: they hold the numbers 0 to knPointsCount - 1, on which the iteration relies.
 void TraverseAdjust::numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations) {
   for (PointInfo const& point : knownPoints) place(getPointNumber(point.name), {point.x, point.y});
-  for (StationInfo const& station : stations) {
-    getPointNumber(station.name);
-    stationNames.push_back(station.name);
+  for (std::size_t i = 0; i < stations.size(); ++i) {
+    stationPoint.at(i) = getPointNumber(stations[i].name);
+    stationNames.push_back(stations[i].name);
   }
 }
 
@@ -160,7 +160,6 @@ void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
   for (std::size_t i = 0; i < stations.size(); ++i) {
     StationInfo const& station = stations[i];
     if (station.directions.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
-    stationPoint.at(i) = getPointNumber(station.name);
     for (LineInfo const& direction : station.directions) {
       directionTarget.at(index(next)) = getPointNumber(direction.end_name);
       directionValue.at(index(next)) = direction.value;
@@ -173,7 +172,8 @@ void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
 void TraverseAdjust::readDistances(std::vector<LineInfo> const& distances) {
   for (std::size_t e = 0; e < distances.size(); ++e) {
     LineInfo const& line = distances[e];
-    lineStart[e] = getPointNumber(line.start_name);
+    bool const isSameStation = e > 0 && distances[e - 1].start_name == line.start_name;
+    lineStart[e] = isSameStation ? lineStart[e - 1] : getPointNumber(line.start_name);
     lineEnd[e] = getPointNumber(line.end_name);
     lineValue[e] = line.value / line.count;
   }

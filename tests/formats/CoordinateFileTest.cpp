@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 #include <QTemporaryDir>
 #include <QTextCodec>
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <random>
 #include <sstream>
 
 #include "support/Support.h"
@@ -93,6 +96,40 @@ TEST_F(CoordinateFile, KeepsTheBytesOfTheLocalEncoding) {
   // A mark of UTF-16 changes nothing: guessed, this would be a good point.
   std::string const utf16("\xFF\xFEP\0,\0,\0001\0,\0002\0,\0003\0", 18);
   EXPECT_EQ(test::failureOf<DataException>([&] { read(utf16); }), "The Format of Data is wrong");
+}
+
+TEST_F(CoordinateFile, IsReadTheSameOnBothRoads) {
+  // A control character in the last line sends the whole file the general way, which decodes every line.
+  std::string const pieces[] = {"P1", "",    "M", "\xE7\x82\xB9", "1",    "-2.5", " 3 ",
+                                "+4", "1e3", "x", "0x1",          "1e39", "inf",  "\t7"};
+  std::mt19937 random(7);
+  auto const piece = [&] { return pieces[random() % std::size(pieces)]; };
+  auto const pointsOf = [this](std::string const& text, bool older) {
+    test::writeFile(path, text);
+    CoordinateDataCollection collection;
+    kvn::DatFileData data;
+    std::string failure = "none";
+    try {
+      older ? static_cast<void>(data.openDatFileData(path)) : collection.read(path);
+    } catch (DataException const& thrown) {
+      failure = thrown.what();
+    }
+    return (older ? described(data.getDatFileData()) : described(collection.getCoordinateDataList())) + failure;
+  };
+  for (int i = 0; i < 3000; ++i) {
+    std::string text;
+    for (auto line = random() % 3; line > 0; --line) {
+      text += piece();
+      for (auto field = random() % 8 == 0 ? random() % 6 : 4UL; field > 0; --field) text += ',' + piece();
+      text += random() % 2 == 0 ? "\n" : "\r\n";
+    }
+    for (bool const older : {false, true}) {
+      std::string const plain = pointsOf(text + "Q,1,2,3,4", older);
+      std::string general = pointsOf(text + "Q,\x01,2,3,4", older);
+      std::replace(general.begin(), general.end(), '\x01', '1');
+      ASSERT_EQ(plain, general) << text;
+    }
+  }
 }
 
 TEST_F(CoordinateFile, IsWrittenWithoutALastLineEnd) {

@@ -6,7 +6,9 @@
 #include <QByteArray>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <random>
+#include <string>
 
 #include "support/Support.h"
 
@@ -30,6 +32,19 @@ TEST(AngleReading, TakesTheFieldsFromTheDigits) {
     bool valid = true;
     EXPECT_EQ(Degree::stringtoDouble(text, utils::DegreeToDDPMMSS, &valid), 0.0) << text;
     EXPECT_FALSE(valid) << text;
+  }
+}
+
+TEST(AngleReading, IsTheSameWithManyDigitsAsWithFew) {
+  // Zeros behind the last digit change nothing but the road: short fields are read as whole numbers.
+  std::mt19937 random(4);
+  for (int i = 0; i < 20000; ++i) {
+    std::string text = std::to_string(random() % 1000) + '.';
+    for (auto digits = random() % 10; digits > 0; --digits) text += std::to_string(random() % 10);
+    std::string const padded = text + std::string(10, '0');
+    ASSERT_EQ(Degree::bytesToDouble(text, utils::DegreeToDDPMMSS),
+              Degree::bytesToDouble(padded, utils::DegreeToDDPMMSS))
+        << text;
   }
 }
 
@@ -85,6 +100,24 @@ TEST(LeadingNumber, ReadsAsStrtodOfTheCLocale) {
   }
   for (char const* text : {"-1e400", "1e-400", "1e-310"}) {
     EXPECT_EQ(test::failureOf<std::out_of_range>([text] { utils::leadingNumber(text); }), "stod argument out of range");
+  }
+}
+
+TEST(PlainDecimal, IsTheNearestDoubleOrNothing) {
+  std::mt19937_64 random(15);
+  for (int i = 0; i < 50000; ++i) {
+    std::string text = std::to_string(random() % 1000000000000000);
+    if (random() % 4 != 0) text.insert(random() % text.size() + 1, ".");
+    if (random() % 4 == 0) text.insert(0, "-");
+    std::optional<double> const number = utils::plainDecimal(text);
+    ASSERT_TRUE(number.has_value()) << text;
+    ASSERT_EQ(*number, QByteArray::fromStdString(text).toDouble()) << text;
+  }
+  EXPECT_TRUE(std::signbit(*utils::plainDecimal("-0")));
+  EXPECT_EQ(utils::plainDecimal("0000000000000000000123456789012345"), 123456789012345.0);
+  for (char const* text :
+       {"", "-", ".5", "+1", "1e3", " 1", "1 ", "1.2.3", "0x1", "1234567890123456", "0.0000000000000001"}) {
+    EXPECT_FALSE(utils::plainDecimal(text).has_value()) << text;
   }
 }
 

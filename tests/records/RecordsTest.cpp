@@ -1,9 +1,16 @@
 // Identities and comparisons of the records, their name tables, and the horizontal distance of a row.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <array>
 #include <cmath>
+#include <functional>
+#include <regex>
 #include <set>
+#include <string>
+#include <thread>
+#include <vector>
 
+#include "records/NewId.h"
 #include "support/Support.h"
 
 namespace {
@@ -20,6 +27,25 @@ TEST(Identity, IsNewForEveryRecordAndKeptByCopies) {
   EXPECT_NE(TraverseDataInfo(ElevationAngle).id, TraverseDataInfo(ElevationAngle).id);
   EXPECT_TRUE(NetworkDataInfo().id != NetworkDataInfo().id && CoordinatePointInfo().id != CoordinatePointInfo().id);
   EXPECT_EQ(KnownPoint("A", 1, 2, 3).id, "") << "a point made from its values is found by name";
+}
+
+TEST(Identity, IsARandomUuidInEveryThread) {
+  std::regex const form("\\{[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}\\}");
+  constexpr std::size_t kOfEach = 2000;
+  std::array<std::vector<std::string>, 3> lists;
+  auto const fill = [](std::vector<std::string>& list) {
+    for (std::size_t i = 0; i < kOfEach; ++i) list.push_back(newId());
+  };
+  std::thread first(fill, std::ref(lists[0]));
+  std::thread second(fill, std::ref(lists[1]));
+  fill(lists[2]);
+  first.join();
+  second.join();
+  // A thread that took the seed of another would repeat all of its identities.
+  std::set<std::string> distinct;
+  for (auto const& list : lists) distinct.insert(list.begin(), list.end());
+  EXPECT_EQ(distinct.size(), lists.size() * kOfEach);
+  for (std::string const& id : lists[0]) ASSERT_TRUE(std::regex_match(id, form)) << id;
 }
 
 TEST(TraverseRow, GivesTheHorizontalDistanceOfItsCircleReading) {
