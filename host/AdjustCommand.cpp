@@ -132,18 +132,6 @@ void saveResults(Session& session, QString const& path) {
   writeJob(session, path);
 }
 
-template <typename Report>
-int print(Session& session, Report const& finished, bool asJson) {
-  if (!asJson) {
-    printText(finished.text());
-    return Done;
-  }
-  Json::Value json = finished.json();
-  json["messages"] = session.messages().take();
-  printJson(json);
-  return Done;
-}
-
 int report(Session& session, Network const& network, bool asJson) {
   Project const& project = session.project();
   Configure const& configure = project.getConfigure();
@@ -154,11 +142,25 @@ int report(Session& session, Network const& network, bool asJson) {
       System::Instance()->sendMessage(
           "The unit weight error is far above 1: a gross error, or known points that do not fit", Warning);
     }
-    return print(session, AdjustReport(session.file(), configure, result, network), asJson);
+    AdjustReport const finished(session.file(), configure, result, network);
+    if (asJson) {
+      finished.writeJson(session.messages().take(), printBytes);
+    } else {
+      finished.writeText(printBytes);
+    }
+    finishPrinting();
+    return Done;
   }
   TraverseReport const finished(session.file(), configure, result, network);
   for (QString const& warning : finished.warnings()) System::Instance()->sendMessage(warning, Warning);
-  return print(session, finished, asJson);
+  if (!asJson) {
+    printText(finished.text());
+    return Done;
+  }
+  Json::Value json = finished.json();
+  json["messages"] = session.messages().take();
+  printJson(json);
+  return Done;
 }
 
 }  // namespace

@@ -8,16 +8,16 @@ namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-Json::Value targetJson(DirectionResult const& station, std::size_t i, double distanceError) {
-  Json::Value json;
-  json["name"] = jsonText(station.targetNames[i]);
-  json["observed"] = number(station.observedDirections[i]);
-  json["residual"] = number(station.residuals[i]);
-  json["azimuth"] = number(station.adjustedAzimuths[i]);
-  json["azimuthError"] = number(existing(station.azimuthErrors, i));
-  json["distance"] = number(station.distances[i]);
-  json["distanceError"] = number(distanceError);
-  return json;
+void writeTarget(JsonStream& json, DirectionResult const& station, std::size_t i, double distanceError) {
+  json.beginObject();
+  json.member("azimuth").number(station.adjustedAzimuths[i]);
+  json.member("azimuthError").number(existing(station.azimuthErrors, i));
+  json.member("distance").number(station.distances[i]);
+  json.member("distanceError").number(distanceError);
+  json.member("name").text(station.targetNames[i]);
+  json.member("observed").number(station.observedDirections[i]);
+  json.member("residual").number(station.residuals[i]);
+  json.endObject();
 }
 
 }  // namespace
@@ -39,22 +39,27 @@ double distanceErrorOf(AdjustSummary const& summary, std::size_t station, std::s
   return station < stations.size() ? existing(stations[station], target) : kNone;
 }
 
-Json::Value AdjustReport::json() const {
+// Members in the order of their names, as every other JSON of the program has them.
+void AdjustReport::writeJson(Json::Value const& messages, TextSink const& sink) const {
   AdjustSummary const& summary = result.getSummary();
-  Json::Value json;
-  json["file"] = file.toStdString();
-  json["method"] = "least-squares";
-  configure.write(json["configure"]);
-  json["counts"] = countsJson();
-  json["unitError"] = number(summary.unitError);
-  json["redundancy"] = summary.redundancy;
-  json["iterations"] = summary.iterations;
-  json["approximate"] = approximateJson();
-  json["points"] = pointsJson();
-  json["ellipses"] = ellipsesJson();
-  json["directions"] = directionsJson();
-  json["distances"] = distancesJson();
-  return json;
+  JsonStream json(sink);
+  json.beginObject();
+  writeApproximate(json);
+  Json::Value settings;
+  configure.write(settings);
+  json.member("configure").value(settings);
+  json.member("counts").value(countsJson());
+  writeDirections(json);
+  writeDistances(json);
+  writeEllipses(json);
+  json.member("file").value(file.toStdString());
+  json.member("iterations").number(summary.iterations);
+  json.member("messages").value(messages);
+  json.member("method").text("least-squares");
+  writePoints(json);
+  json.member("redundancy").number(summary.redundancy);
+  json.member("unitError").number(summary.unitError);
+  json.endObject();
 }
 
 Json::Value AdjustReport::countsJson() const {
@@ -68,77 +73,80 @@ Json::Value AdjustReport::countsJson() const {
   return json;
 }
 
-Json::Value AdjustReport::approximateJson() const {
-  Json::Value list(Json::arrayValue);
+void AdjustReport::writeApproximate(JsonStream& json) const {
+  json.member("approximate").beginArray();
   for (PointInfo const& point : result.getPointX0Y0List()) {
-    Json::Value json;
-    json["name"] = jsonText(point.name);
-    json["x"] = number(point.x);
-    json["y"] = number(point.y);
-    list.append(json);
+    json.beginObject();
+    json.member("name").text(point.name);
+    json.member("x").number(point.x);
+    json.member("y").number(point.y);
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value AdjustReport::pointsJson() const {
-  Json::Value list(Json::arrayValue);
+void AdjustReport::writePoints(JsonStream& json) const {
+  json.member("points").beginArray();
   for (PointErrorInfo const& point : result.getPointErrorInfoList()) {
-    Json::Value json;
-    json["name"] = jsonText(point.name);
-    json["x"] = number(point.x);
-    json["y"] = number(point.y);
-    json["known"] = isKnown(point.name);
-    json["mx"] = number(existing(point.mxValid, point.mx));
-    json["my"] = number(existing(point.myValid, point.my));
-    json["mp"] = number(existing(point.mpValid, point.mp));
-    list.append(json);
+    json.beginObject();
+    json.member("known").truth(isKnown(point.name));
+    json.member("mp").number(existing(point.mpValid, point.mp));
+    json.member("mx").number(existing(point.mxValid, point.mx));
+    json.member("my").number(existing(point.myValid, point.my));
+    json.member("name").text(point.name);
+    json.member("x").number(point.x);
+    json.member("y").number(point.y);
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value AdjustReport::ellipsesJson() const {
-  Json::Value list(Json::arrayValue);
+void AdjustReport::writeEllipses(JsonStream& json) const {
+  json.member("ellipses").beginArray();
   for (ErrorEllipse const& ellipse : result.getErrorEllipseList().ellipseList) {
-    Json::Value json;
-    json["name"] = jsonText(ellipse.name);
-    json["semiMajor"] = number(existing(ellipse.semiMajorValid, ellipse.semiMajor));
-    json["semiMinor"] = number(existing(ellipse.semiMinorValid, ellipse.semiMinor));
-    json["angle"] = number(existing(ellipse.angleValid, ellipse.angle));
-    list.append(json);
+    json.beginObject();
+    json.member("angle").number(existing(ellipse.angleValid, ellipse.angle));
+    json.member("name").text(ellipse.name);
+    json.member("semiMajor").number(existing(ellipse.semiMajorValid, ellipse.semiMajor));
+    json.member("semiMinor").number(existing(ellipse.semiMinorValid, ellipse.semiMinor));
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value AdjustReport::directionsJson() const {
-  Json::Value list(Json::arrayValue);
+void AdjustReport::writeDirections(JsonStream& json) const {
+  json.member("directions").beginArray();
   auto const& stations = result.getDirectionResultList();
   for (std::size_t i = 0; i < stations.size(); ++i) {
-    Json::Value json;
-    json["station"] = jsonText(stations[i].stationName);
-    Json::Value& targets = json["targets"] = Json::Value(Json::arrayValue);
+    json.beginObject();
+    json.member("station").text(stations[i].stationName);
+    json.member("targets").beginArray();
     for (std::size_t k = 0; k < stations[i].targetNames.size(); ++k) {
-      targets.append(targetJson(stations[i], k, distanceErrorOf(result.getSummary(), i, k)));
+      writeTarget(json, stations[i], k, distanceErrorOf(result.getSummary(), i, k));
     }
-    list.append(json);
+    json.endArray();
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value AdjustReport::distancesJson() const {
-  Json::Value list(Json::arrayValue);
-  for (LineErrorInfo const& line : result.getLineErrorInfoList()) {
-    Json::Value json;
-    json["from"] = jsonText(line.start_name);
-    json["to"] = jsonText(line.end_name);
-    json["observed"] = number(line.observedDistance);
-    json["residual"] = number(line.residual);
-    json["azimuth"] = number(line.azimuth);
-    json["azimuthError"] = number(existing(line.azimuthErrorValid, line.azimuthError));
-    json["adjusted"] = number(line.adjustedDistance);
-    json["distanceError"] = number(distanceErrorOf(result.getSummary(), list.size()));
-    list.append(json);
+void AdjustReport::writeDistances(JsonStream& json) const {
+  json.member("distances").beginArray();
+  auto const& lines = result.getLineErrorInfoList();
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    LineErrorInfo const& line = lines[i];
+    json.beginObject();
+    json.member("adjusted").number(line.adjustedDistance);
+    json.member("azimuth").number(line.azimuth);
+    json.member("azimuthError").number(existing(line.azimuthErrorValid, line.azimuthError));
+    json.member("distanceError").number(distanceErrorOf(result.getSummary(), i));
+    json.member("from").text(line.start_name);
+    json.member("observed").number(line.observedDistance);
+    json.member("residual").number(line.residual);
+    json.member("to").text(line.end_name);
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
 }  // namespace kvn::host

@@ -1,6 +1,9 @@
 // What a least-squares `adjust` has to tell, as text and as JSON.
 #pragma once
 
+#include "JsonStream.h"
+#include "Output.h"
+
 #include <Kelvane.h>
 #include <json/value.h>
 #include <QString>
@@ -16,25 +19,25 @@ class AdjustReport {
   AdjustReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment, Network const& network);
 
   /// Head, points, error ellipses, directions, distances: what is looked at first stands first.
-  QString text() const;
-  /// All but the messages.
-  Json::Value json() const;
+  void writeText(TextSink const& sink) const;
+  /// The same values with all their digits, and the messages of the run.
+  void writeJson(Json::Value const& messages, TextSink const& sink) const;
 
  private:
   bool isKnown(std::string const& pointName) const { return knownNames.count(pointName) != 0; }
 
   QString headText() const;
-  QString pointsText() const;
-  QString ellipsesText() const;
-  QString directionsText() const;
-  QString distancesText() const;
+  void writePoints(TextSink const& sink) const;
+  void writeEllipses(TextSink const& sink) const;
+  void writeDirections(TextSink const& sink) const;
+  void writeDistances(TextSink const& sink) const;
 
   Json::Value countsJson() const;
-  Json::Value approximateJson() const;
-  Json::Value pointsJson() const;
-  Json::Value ellipsesJson() const;
-  Json::Value directionsJson() const;
-  Json::Value distancesJson() const;
+  void writeApproximate(JsonStream& json) const;
+  void writePoints(JsonStream& json) const;
+  void writeEllipses(JsonStream& json) const;
+  void writeDirections(JsonStream& json) const;
+  void writeDistances(JsonStream& json) const;
 
   QString file;
   Configure const& configure;

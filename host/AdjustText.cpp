@@ -24,8 +24,12 @@ AdjustReport::AdjustReport(QString path, Configure const& settings, AlgorithmAdj
                            Network const& network)
     : file(std::move(path)), configure(settings), result(adjustment), knownNames(namesOf(network.knownPoints)) {}
 
-QString AdjustReport::text() const {
-  return headText() + pointsText() + ellipsesText() + directionsText() + distancesText();
+void AdjustReport::writeText(TextSink const& sink) const {
+  sink(headText().toStdString());
+  writePoints(sink);
+  writeEllipses(sink);
+  writeDirections(sink);
+  writeDistances(sink);
 }
 
 QString AdjustReport::headText() const {
@@ -46,7 +50,7 @@ QString AdjustReport::headText() const {
          });
 }
 
-QString AdjustReport::pointsText() const {
+void AdjustReport::writePoints(TextSink const& sink) const {
   TextTable table({{"Point", TextTable::Left},
                    {"North x [m]", TextTable::Right},
                    {"East y [m]", TextTable::Right},
@@ -54,34 +58,34 @@ QString AdjustReport::pointsText() const {
                    {"my [mm]", TextTable::Right},
                    {"mp [mm]", TextTable::Right}});
   for (PointErrorInfo const& point : result.getPointErrorInfoList()) {
-    QStringList cells{textOf(point.name), metres(point.x), metres(point.y)};
+    std::string const name = utf8Of(point.name);
     if (isKnown(point.name)) {
-      cells << "known";
+      table.addUtf8({name, metresText(point.x), metresText(point.y), "known"});
     } else {
-      cells << millimetres(existing(point.mxValid, point.mx)) << millimetres(existing(point.myValid, point.my))
-            << millimetres(existing(point.mpValid, point.mp));
+      table.addUtf8({name, metresText(point.x), metresText(point.y), millimetresText(existing(point.mxValid, point.mx)),
+                     millimetresText(existing(point.myValid, point.my)),
+                     millimetresText(existing(point.mpValid, point.mp))});
     }
-    table.add(cells);
   }
-  return titled("Points", table);
+  writeTitled("Points", table, sink);
 }
 
-QString AdjustReport::ellipsesText() const {
+void AdjustReport::writeEllipses(TextSink const& sink) const {
   auto const& ellipses = result.getErrorEllipseList().ellipseList;
-  if (ellipses.empty()) return {};
+  if (ellipses.empty()) return;
   TextTable table({{"Point", TextTable::Left},
                    {"Major [mm]", TextTable::Right},
                    {"Minor [mm]", TextTable::Right},
                    {"Azimuth", TextTable::Right}});
   for (ErrorEllipse const& ellipse : ellipses) {
-    table.add({textOf(ellipse.name), millimetres(existing(ellipse.semiMajorValid, ellipse.semiMajor)),
-               millimetres(existing(ellipse.semiMinorValid, ellipse.semiMinor)),
-               axisOfRadians(existing(ellipse.angleValid, ellipse.angle))});
+    table.addUtf8({utf8Of(ellipse.name), millimetresText(existing(ellipse.semiMajorValid, ellipse.semiMajor)),
+                   millimetresText(existing(ellipse.semiMinorValid, ellipse.semiMinor)),
+                   axisOfRadiansText(existing(ellipse.angleValid, ellipse.angle))});
   }
-  return titled("Error ellipses (semi-axes)", table);
+  writeTitled("Error ellipses (semi-axes)", table, sink);
 }
 
-QString AdjustReport::directionsText() const {
+void AdjustReport::writeDirections(TextSink const& sink) const {
   TextTable table({{"Station", TextTable::Left},
                    {"Target", TextTable::Left},
                    {"Observed", TextTable::Right},
@@ -94,18 +98,18 @@ QString AdjustReport::directionsText() const {
   for (std::size_t i = 0; i < stations.size(); ++i) {
     DirectionResult const& station = stations[i];
     for (std::size_t k = 0; k < station.targetNames.size(); ++k) {
-      table.add({k == 0 ? textOf(station.stationName) : QString(), textOf(station.targetNames[k]),
-                 angleOfDms(station.observedDirections[k]), seconds(station.residuals[k]),
-                 azimuthOfDms(station.adjustedAzimuths[k]), seconds(existing(station.azimuthErrors, k)),
-                 metres(station.distances[k]), millimetres(distanceErrorOf(result.getSummary(), i, k))});
+      table.addUtf8({k == 0 ? utf8Of(station.stationName) : std::string(), utf8Of(station.targetNames[k]),
+                     angleOfDmsText(station.observedDirections[k]), secondsText(station.residuals[k]),
+                     azimuthOfDmsText(station.adjustedAzimuths[k]), secondsText(existing(station.azimuthErrors, k)),
+                     metresText(station.distances[k]), millimetresText(distanceErrorOf(result.getSummary(), i, k))});
     }
   }
-  return titled("Directions (v residual, m standard error after adjustment)", table);
+  writeTitled("Directions (v residual, m standard error after adjustment)", table, sink);
 }
 
-QString AdjustReport::distancesText() const {
+void AdjustReport::writeDistances(TextSink const& sink) const {
   auto const& lines = result.getLineErrorInfoList();
-  if (lines.empty()) return {};
+  if (lines.empty()) return;
   TextTable table({{"From", TextTable::Left},
                    {"To", TextTable::Left},
                    {"Observed [m]", TextTable::Right},
@@ -114,11 +118,11 @@ QString AdjustReport::distancesText() const {
                    {"m [mm]", TextTable::Right}});
   for (std::size_t i = 0; i < lines.size(); ++i) {
     LineErrorInfo const& line = lines[i];
-    table.add({textOf(line.start_name), textOf(line.end_name), metres(line.observedDistance),
-               millimetres(line.residual), metres(line.adjustedDistance),
-               millimetres(distanceErrorOf(result.getSummary(), i))});
+    table.addUtf8({utf8Of(line.start_name), utf8Of(line.end_name), metresText(line.observedDistance),
+                   millimetresText(line.residual), metresText(line.adjustedDistance),
+                   millimetresText(distanceErrorOf(result.getSummary(), i))});
   }
-  return titled("Distances", table);
+  writeTitled("Distances", table, sink);
 }
 
 }  // namespace kvn::host

@@ -2,7 +2,10 @@
 
 #include <utils/Degree.h>
 
+#include <array>
+#include <charconv>
 #include <cmath>
+#include <cstdio>
 
 namespace kvn::host {
 namespace {
@@ -10,16 +13,52 @@ namespace {
 constexpr int kSecondDecimals = 2;
 double const kDegreesPerRadian = 180.0 / std::acos(-1.0);
 
-QString fixed(double value, int decimals) {
-  if (!std::isfinite(value)) return QStringLiteral("-");
-  QString const text = QString::number(value, 'f', decimals);
-  // What rounds to zero has no sign.
-  return text.startsWith('-') && text.toDouble() == 0.0 ? text.mid(1) : text;
+// Beyond, the digits are left to QString: up to here the next double is nearer than half of the last of four decimals.
+constexpr double kManyDigits = 1e10;
+
+/// What lies exactly between two texts goes away from zero, as QString rounds it, where the standard library takes the
+/// even digit. It can only be a whole number of 2^-(decimals + 1): the product is exact.
+double offTheMiddle(double value, int decimals) {
+  double const halves = std::ldexp(value, decimals + 1);
+  bool const isMiddle = std::trunc(halves) == halves && std::fmod(halves, 2.0) != 0.0;
+  return isMiddle ? std::nextafter(value, std::copysign(kManyDigits, value)) : value;
 }
 
-QString sexagesimal(double degrees) {
-  if (!std::isfinite(degrees)) return QStringLiteral("-");
-  return utils::Degree(degrees).toString(utils::DDRMMRSS, 0, kSecondDecimals);
+std::string fixed(double value, int decimals) {
+  if (!std::isfinite(value)) return "-";
+  if (std::abs(value) >= kManyDigits) return QString::number(value, 'f', decimals).toStdString();
+  std::array<char, 32> digits{};
+  auto const last = std::to_chars(digits.data(), digits.data() + digits.size(), offTheMiddle(value, decimals),
+                                  std::chars_format::fixed, decimals);
+  std::string text(digits.data(), last.ptr);
+  // What rounds to zero has no sign.
+  if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos) text.erase(0, 1);
+  return text;
+}
+
+void appendTwoDigits(std::string& text, long number) {
+  text += static_cast<char>('0' + number / 10);
+  text += static_cast<char>('0' + number % 10);
+}
+
+/// The text of `utils::Degree`, in UTF-8 from the start.
+std::string sexagesimal(double degrees) {
+  if (!std::isfinite(degrees)) return "-";
+  double const rounded = std::round(std::abs(degrees) * 3600.0 * 100.0);
+  if (rounded >= kManyDigits) {
+    return utils::Degree(degrees).toString(utils::DDRMMRSS, 0, kSecondDecimals).toStdString();
+  }
+  long const hundredths = static_cast<long>(rounded);
+  long const seconds = hundredths / 100;
+  std::string text(hundredths != 0 && degrees < 0.0 ? "-" : "");
+  text += std::to_string(seconds / 3600);
+  text += "°";
+  appendTwoDigits(text, seconds / 60 % 60);
+  text += "′";
+  appendTwoDigits(text, seconds % 60);
+  text += '.';
+  appendTwoDigits(text, hundredths % 100);
+  return text += "″";
 }
 
 /// The fields are whole numbers below a fraction that is not negative, so that cutting them off is exact.
@@ -31,7 +70,7 @@ double degreesOfDms(double dms) {
   return std::copysign(degrees + minutes / 60.0 + rest / 3600.0, dms);
 }
 
-QString belowFullCircle(double degrees) {
+std::string belowFullCircle(double degrees) {
   constexpr double kUnitsPerDegree = 360000.0;  // hundredths of a second, the last digit that is printed
   double const units = std::fmod(std::round(degrees * kUnitsPerDegree), 360.0 * kUnitsPerDegree);
   return sexagesimal(units / kUnitsPerDegree);
@@ -39,25 +78,41 @@ QString belowFullCircle(double degrees) {
 
 }  // namespace
 
-QString metres(double metres) { return fixed(metres, 4); }
+std::string metresText(double metres) { return fixed(metres, 4); }
 
-QString millimetres(double metres) { return fixed(metres * 1000.0, 2); }
+std::string millimetresText(double metres) { return fixed(metres * 1000.0, 2); }
 
-QString seconds(double seconds) { return fixed(seconds, 2); }
+std::string secondsText(double seconds) { return fixed(seconds, 2); }
 
-QString angleOfRadians(double radians) { return sexagesimal(radians * kDegreesPerRadian); }
+std::string angleOfDmsText(double dms) { return sexagesimal(degreesOfDms(dms)); }
 
-QString angleOfDms(double dms) { return sexagesimal(degreesOfDms(dms)); }
+std::string azimuthOfDmsText(double dms) { return belowFullCircle(degreesOfDms(dms)); }
 
-QString azimuthOfDms(double dms) { return belowFullCircle(degreesOfDms(dms)); }
-
-QString azimuthOfRadians(double radians) { return belowFullCircle(radians * kDegreesPerRadian); }
-
-QString axisOfRadians(double radians) {
-  if (!std::isfinite(radians)) return QStringLiteral("-");
+std::string axisOfRadiansText(double radians) {
+  if (!std::isfinite(radians)) return "-";
   long const minutes = std::lround(radians * kDegreesPerRadian * 60.0) % (180L * 60L);
-  return QString("%1°%2′").arg(minutes / 60).arg(minutes % 60, 2, 10, QLatin1Char('0'));
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%ld°%02ld′", minutes / 60, minutes % 60);
+  return text.data();
 }
+
+QString metres(double metres) { return QString::fromStdString(metresText(metres)); }
+
+QString millimetres(double metres) { return QString::fromStdString(millimetresText(metres)); }
+
+QString seconds(double seconds) { return QString::fromStdString(secondsText(seconds)); }
+
+QString angleOfRadians(double radians) { return QString::fromStdString(sexagesimal(radians * kDegreesPerRadian)); }
+
+QString angleOfDms(double dms) { return QString::fromStdString(angleOfDmsText(dms)); }
+
+QString azimuthOfDms(double dms) { return QString::fromStdString(azimuthOfDmsText(dms)); }
+
+QString azimuthOfRadians(double radians) {
+  return QString::fromStdString(belowFullCircle(radians * kDegreesPerRadian));
+}
+
+QString axisOfRadians(double radians) { return QString::fromStdString(axisOfRadiansText(radians)); }
 
 QString shortNumber(double value) { return QString::number(value, 'g', 7); }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <string>
 
 namespace kvn::host {
 
@@ -13,7 +14,16 @@ QString angleOfDms(double dms);          ///< the same of DDDMMSS.ss
 QString azimuthOfDms(double dms);        ///< the same, and never 360°00′00.00″
 QString azimuthOfRadians(double radians);
 QString axisOfRadians(double radians);  ///< 123°45′, the direction of an axis, below 180°
-QString shortNumber(double value);      ///< as few digits as tell a float
+
+// The same in UTF-8, for tables of millions of cells.
+std::string metresText(double metres);
+std::string millimetresText(double metres);
+std::string secondsText(double seconds);
+std::string angleOfDmsText(double dms);
+std::string azimuthOfDmsText(double dms);
+std::string axisOfRadiansText(double radians);
+
+QString shortNumber(double value);                                      ///< as few digits as tell a float
 QString counted(std::size_t count, char const* one, char const* many);  ///< "1 point", "2 points"
 
 }  // namespace kvn::host

@@ -4,29 +4,46 @@
 
 #include <json/writer.h>
 #include <QTextCodec>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
 
 namespace kvn::host {
+namespace {
+
+std::runtime_error notWritten() { return std::runtime_error("standard output cannot be written"); }
+
+}  // namespace
 
 QString versionLine() { return QStringLiteral("kelvane " KELVANE_VERSION "\n"); }
 
 void printText(QString const& text) {
   QByteArray const bytes = text.toUtf8();
-  auto const size = static_cast<std::size_t>(bytes.size());
-  if (std::fwrite(bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
-    throw std::runtime_error("standard output cannot be written");
-  }
+  printBytes({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+  finishPrinting();
 }
 
-void printJson(Json::Value const& value) {
+void printBytes(std::string_view utf8) {
+  if (std::fwrite(utf8.data(), 1, utf8.size(), stdout) != utf8.size()) throw notWritten();
+}
+
+void finishPrinting() {
+  if (std::fflush(stdout) != 0) throw notWritten();
+}
+
+std::string jsonOf(Json::Value const& value) {
   Json::StreamWriterBuilder builder;
   builder["precision"] = 17;
   builder["emitUTF8"] = true;
   builder["indentation"] = "  ";
   builder["enableYAMLCompatibility"] = true;  // no blank before a colon
-  printText(QString::fromStdString(Json::writeString(builder, value)) + '\n');
+  return Json::writeString(builder, value);
+}
+
+void printJson(Json::Value const& value) {
+  printBytes(jsonOf(value) + '\n');
+  finishPrinting();
 }
 
 void printLine(QString const& text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
@@ -41,13 +58,19 @@ QString textOf(std::string const& bytes) {
   return valid ? text : HTextCodec::FromLocal8Bit(bytes);
 }
 
-Json::Value jsonText(std::string const& bytes) { return textOf(bytes).toStdString(); }
+std::string utf8Of(std::string const& bytes) { return isPlainAscii(bytes) ? bytes : textOf(bytes).toStdString(); }
+
+Json::Value jsonText(std::string const& bytes) { return utf8Of(bytes); }
 
 QString printable(QString text) {
   for (QChar& c : text) {
     if (c.category() == QChar::Other_Control) c = QLatin1Char(' ');
   }
   return text;
+}
+
+bool isPlainAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 }  // namespace kvn::host

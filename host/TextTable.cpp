@@ -1,7 +1,5 @@
 #include "TextTable.h"
 
-#include "Output.h"
-
 #include <QVector>
 #include <algorithm>
 #include <utility>
@@ -40,56 +38,105 @@ QString padded(QString const& text, int width, TextTable::Align align) {
   return align == TextTable::Left ? text + blanks : blanks + text;
 }
 
-QString withoutTrailingBlanks(QString text) {
-  while (text.endsWith(QLatin1Char(' '))) text.chop(1);
-  return text;
+constexpr std::size_t kPiece = 1 << 16;
+
+/// Of valid UTF-8, sign by sign.
+std::size_t widthOfUtf8(std::string_view text) {
+  std::size_t width = 0;
+  uint sign = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    auto const byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x80) {
+      sign = byte;
+    } else if (byte >= 0xC0) {
+      sign = byte >= 0xF0 ? byte & 0x07U : byte >= 0xE0 ? byte & 0x0FU : byte & 0x1FU;
+    } else {
+      sign = sign << 6 | (byte & 0x3FU);
+    }
+    bool const isLast = i + 1 == text.size() || (static_cast<unsigned char>(text[i + 1]) & 0xC0) != 0x80;
+    if (isLast) width += byte < 0x80 ? 1 : static_cast<std::size_t>(widthOf(sign));
+  }
+  return width;
+}
+
+void appendPadded(std::string& line, std::string_view cell, std::size_t width, TextTable::Align align) {
+  std::size_t const own = widthOfUtf8(cell);
+  std::size_t const blanks = width > own ? width - own : 0;
+  if (align == TextTable::Right) line.append(blanks, ' ');
+  line += cell;
+  if (align == TextTable::Left) line.append(blanks, ' ');
 }
 
 }  // namespace
 
-int displayWidth(QString const& text) {
-  int width = 0;
-  for (uint const c : text.toUcs4()) width += widthOf(c);
-  return width;
+int displayWidth(QString const& text) { return static_cast<int>(widthOfUtf8(text.toStdString())); }
+
+TextTable::TextTable(std::vector<Column> tableColumns) : columns(std::move(tableColumns)), widths(columns.size()) {
+  for (Column const& column : columns) append(column.head.toStdString());
 }
 
-TextTable::TextTable(std::vector<Column> tableColumns) : columns(std::move(tableColumns)) {
-  for (Column const& column : columns) heads.append(column.head);
+void TextTable::add(QStringList const& cells) {
+  int const count = std::min(cells.size(), static_cast<int>(columns.size()));
+  for (int i = 0; i < count; ++i) append(printable(cells[i]).toStdString());
+  endRow();
 }
 
-void TextTable::add(QStringList cells) {
-  for (QString& cell : cells) cell = printable(cell);
-  while (cells.size() < heads.size()) cells.append(QString());
-  rows.push_back(std::move(cells));
+void TextTable::addUtf8(std::initializer_list<std::string_view> cells) {
+  for (std::string_view const cell : cells) {
+    if (isPlainAscii(cell)) {
+      append(cell);
+    } else {
+      append(printable(QString::fromUtf8(cell.data(), static_cast<int>(cell.size()))).toStdString());
+    }
+  }
+  endRow();
+}
+
+void TextTable::append(std::string_view printableUtf8) {
+  std::size_t& widest = widths[sizes.size() % columns.size()];
+  widest = std::max(widest, widthOfUtf8(printableUtf8));
+  bytes += printableUtf8;
+  sizes.push_back(static_cast<std::uint32_t>(printableUtf8.size()));
+}
+
+void TextTable::endRow() {
+  while (sizes.size() % columns.size() != 0) sizes.push_back(0);
+}
+
+void TextTable::write(TextSink const& sink) const {
+  std::string text;
+  std::size_t lineBegin = 0;
+  std::size_t at = 0;
+  for (std::size_t cell = 0; cell < sizes.size(); ++cell) {
+    std::size_t const column = cell % columns.size();
+    text += "  ";
+    appendPadded(text, std::string_view(bytes).substr(at, sizes[cell]), widths[column], columns[column].align);
+    at += sizes[cell];
+    if (column + 1 < columns.size()) continue;
+    while (text.size() > lineBegin && text.back() == ' ') text.pop_back();
+    text += '\n';
+    if (text.size() >= kPiece) {
+      sink(text);
+      text.clear();
+    }
+    lineBegin = text.size();
+  }
+  sink(text);
 }
 
 QString TextTable::toString() const {
-  std::vector<int> const width = widths();
-  QString text = line(heads, width);
-  for (QStringList const& row : rows) text += line(row, width);
-  return text;
-}
-
-std::vector<int> TextTable::widths() const {
-  std::vector<int> width;
-  for (int i = 0; i < heads.size(); ++i) {
-    int widest = displayWidth(heads[i]);
-    for (QStringList const& row : rows) widest = std::max(widest, displayWidth(row[i]));
-    width.push_back(widest);
-  }
-  return width;
-}
-
-QString TextTable::line(QStringList const& cells, std::vector<int> const& width) const {
-  QString text;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    text += QLatin1String("  ") + padded(cells[static_cast<int>(i)], width[i], columns[i].align);
-  }
-  return withoutTrailingBlanks(text) + QLatin1Char('\n');
+  std::string text;
+  write([&text](std::string_view piece) { text += piece; });
+  return QString::fromStdString(text);
 }
 
 QString titled(QString const& title, TextTable const& table) {
   return QString("\n%1\n%2").arg(title, table.toString());
+}
+
+void writeTitled(QString const& title, TextTable const& table, TextSink const& sink) {
+  sink(QString("\n%1\n").arg(title).toStdString());
+  table.write(sink);
 }
 
 QString labelled(std::vector<std::pair<QString, QString>> const& lines) {

@@ -1,0 +1,127 @@
+#include "JsonStream.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace kvn::host {
+namespace {
+
+constexpr std::size_t kPiece = 1 << 16;
+constexpr int kDigits = 17;
+
+/// Nothing in it that a JSON string would escape.
+bool isPlain(std::string const& bytes) {
+  return std::all_of(bytes.begin(), bytes.end(),
+                     [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\' && c != '/'; });
+}
+
+}  // namespace
+
+JsonStream::JsonStream(TextSink const& textSink) : sink(textSink) { pending.reserve(2 * kPiece); }
+
+// An element of an array begins on a line of its own; a bracket behind a name goes to the next line when something
+// stands in it, so that it waits for that.
+void JsonStream::begin(char bracket) {
+  if (!isBehindName && !levels.empty()) nextElement('[');
+  if (!isBehindName) pending += bracket;
+  levels.push_back({true, isBehindName});
+  isBehindName = false;
+}
+
+void JsonStream::nextElement(char bracket) {
+  Level& level = levels.back();
+  if (!level.isEmpty) {
+    pending += ',';
+  } else if (level.isMember) {
+    level.isEmpty = false;
+    levels.pop_back();
+    newLine();
+    levels.push_back({false, true});
+    pending += bracket;
+  }
+  levels.back().isEmpty = false;
+  newLine();
+}
+
+void JsonStream::end(char open, char close) {
+  Level const level = levels.back();
+  levels.pop_back();
+  if (!level.isEmpty) {
+    newLine();
+  } else if (level.isMember) {
+    pending += open;
+  }
+  pending += close;
+  if (levels.empty()) pending += '\n';
+  passOn(levels.empty() ? 0 : kPiece);
+}
+
+void JsonStream::newLine() {
+  pending += '\n';
+  pending.append(2 * levels.size(), ' ');
+}
+
+void JsonStream::passOn(std::size_t least) {
+  if (pending.size() < least) return;
+  sink(pending);
+  pending.clear();
+}
+
+JsonStream& JsonStream::member(std::string_view name) {
+  nextElement('{');
+  pending += '"';
+  pending += name;
+  pending += "\": ";
+  isBehindName = true;
+  return *this;
+}
+
+void JsonStream::number(double value) {
+  isBehindName = false;
+  if (!std::isfinite(value)) {
+    pending += "null";
+    return;
+  }
+  std::array<char, 32> digits{};
+  auto const last =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, kDigits);
+  std::string_view const text(digits.data(), static_cast<std::size_t>(last.ptr - digits.data()));
+  pending += text;
+  // So that a reader takes a whole value for a real number too.
+  if (text.find_first_of(".e") == std::string_view::npos) pending += ".0";
+}
+
+void JsonStream::number(int value) {
+  isBehindName = false;
+  pending += std::to_string(value);
+}
+
+void JsonStream::truth(bool value) {
+  isBehindName = false;
+  pending += value ? "true" : "false";
+}
+
+void JsonStream::text(std::string const& bytes) {
+  if (!isPlain(bytes)) return value(jsonText(bytes));
+  isBehindName = false;
+  pending += '"';
+  pending += bytes;
+  pending += '"';
+}
+
+void JsonStream::value(Json::Value const& smallValue) {
+  bool const isTree = (smallValue.isArray() || smallValue.isObject()) && !smallValue.empty();
+  if (isTree && isBehindName) newLine();
+  isBehindName = false;
+  for (char const c : jsonOf(smallValue)) {
+    if (c == '\n') {
+      newLine();  // a line end within a string is escaped
+    } else {
+      pending += c;
+    }
+  }
+}
+
+}  // namespace kvn::host
