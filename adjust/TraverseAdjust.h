@@ -15,6 +15,8 @@
 #include <complex>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -23,8 +25,17 @@
 namespace kvn {
 
 namespace detail {
+class NormalEquations;
 struct PlaneNetwork;
-}
+}  // namespace detail
+
+/// Where a least-squares run stands.
+struct AdjustProgress {
+  enum Stage { Start, Equations, Inverse, Results };
+  Stage stage;
+  int round;           ///< of the iteration, from 1 on
+  double largestMove;  ///< of a coordinate in the round before, metres; NaN in the first one
+};
 
 /// Indirect (parametric) adjustment. Unknowns are x and y of every point and one orientation of every station;
 /// minimised is the weighted sum of the squared residuals of directions and distances. x is north, y is east;
@@ -102,6 +113,13 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// Rounds after which an iteration that has not settled is given up, 10000 by default. What has not settled after
   /// some tens of rounds hardly ever does, and each of them costs an inversion.
   void setIterationLimit(int rounds);
+
+  /// Number of unknowns from which on the normal equations are kept sparse and the inverse only where results read it;
+  /// below it the matrix is full. The results are the same but for rounding.
+  void setSparseFrom(int unknowns);
+
+  /// Told on the calling thread when a stage begins.
+  void setProgressCall(std::function<void(AdjustProgress const&)> call);
 
   /// Whether the findings below are told as messages when they come up; on by default.
   void setTellFindings(bool tell);
@@ -189,7 +207,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   // Findings.
   detail::PlaneNetwork planeNetwork() const;
   bool placeRemainingPoints();
-  void findSuspects(bool improveStart);
+  void findSuspects(std::vector<double> const& coordinates, bool improveStart);
   void addControlSuspects();
   [[noreturn]] void failIteration();
   void determine(bool hasFailed);
@@ -203,15 +221,23 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   // Iteration.
   double orientationOf(int station) const;
   void holdKnownPoints();
+  enum class Outcome { Settled, Unsettled, Singular };
+  Outcome iterateUpTo(int rounds);
+  bool settlesFromWalk();
   void iterate();
+  void prepareNormals();
+  void tellProgress(AdjustProgress::Stage stage) const;
+  bool solve();
+  double inverse(int i, int j) const;
+  void judgeObservations();
+  bool hasMisfits() const;
   void calculateResults();
   int unknownsCount() const { return stationsCount + 2 * pointsCount; }
   double distanceVariance(double distance) const;
   int redundancy() const;
   int countedControlDistances() const;
   LineErrorInfo lineResult(int i, int j, double observed, double residual);
-  void checkInverse(std::vector<double> const& diagonal);
-  double cofactor(double const* a, int const* index) const;
+  double cofactor(double const* a, int const* index, int count = 4) const;
   PointInfo pointOf(int number, std::vector<double> const& coordinates) const;
   std::vector<PointInfo> pointsOf(std::vector<double> const& coordinates) const;
 
@@ -238,9 +264,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<double> azimuthV;
   NameIndex pointNames;
   std::vector<std::string> stationNames;
-  std::vector<double> X0Y0;          // x of point i at 2 i, y at 2 i + 1
-  std::vector<double> normalMatrix;  // packed; after an iteration its inverse Q
-  std::vector<double> normalVector;
+  std::vector<double> X0Y0;                          // x of point i at 2 i, y at 2 i + 1
+  std::shared_ptr<detail::NormalEquations> normals;  // after the iteration with the inverse Q; copies share it
   std::vector<double> dX;
   std::vector<double> XY;
   std::vector<double> mx;
@@ -260,6 +285,9 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   bool hasRedundancy = true;
   int iterations = 0;
   int iterationLimit = 10000;
+  int sparseFrom;
+  double largestMove;
+  std::function<void(AdjustProgress const&)> progressCall;
   std::vector<double> lineErrors;                        // errors of the distances without a threshold, metres
   std::vector<std::vector<double>> directionLineErrors;  // the same for the lines of the directions
   std::vector<UnplacedPoint> unplacedPoints;

@@ -26,6 +26,8 @@ constexpr double kSmallestSeconds = 1e-6;
 constexpr double kSmallestDistanceError = 1e-10;
 // A distance between known points is suspected from here on, in its a-priori errors, as all other observations are.
 constexpr double kCritical = 5.0;
+// An observation that so small a share of its errors would show in its residual is not checked by the others.
+constexpr double kUnchecked = 1e-4;
 // As the iteration of the adjustment; metres.
 constexpr double kSmallestMove = 0.01;
 // Pivots of the normal equations, in metres and with equal weights, as a share of their diagonal elements, below which
@@ -85,7 +87,7 @@ bool TraverseAdjust::placeRemainingPoints() {
   return false;
 }
 
-void TraverseAdjust::checkObservations() { findSuspects(false); }
+void TraverseAdjust::checkObservations() { findSuspects(XY, false); }
 
 std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinates) {
   std::vector<Place> places;
@@ -95,9 +97,9 @@ std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinat
 
 /// Where plain least squares do not settle about the coordinates of the walk, a search from the known points alone may
 /// give better ones: it weighs all that is observed to a point.
-void TraverseAdjust::findSuspects(bool improveStart) {
+void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool improveStart) {
   detail::PlaneNetwork const network = planeNetwork();
-  std::vector<Place> const places = placesOf(XY);
+  std::vector<Place> const places = placesOf(coordinates);
   auto const searched = [&network, &places] {
     detail::StartSearch search(network);
     for (int n = 0; n < network.known; ++n) search.place(n, places[index(n)]);
@@ -118,6 +120,43 @@ void TraverseAdjust::findSuspects(bool improveStart) {
   }
   addControlSuspects();
   if (!suspects.empty()) tell(worded(suspects), Warning);
+}
+
+/// About the finished adjustment. Where each observation fits the others within its errors nothing is searched for.
+void TraverseAdjust::judgeObservations() {
+  if (hasMisfits()) {
+    findSuspects(X0Y0, false);
+    return;
+  }
+  suspects.clear();
+  addControlSuspects();
+  if (!suspects.empty()) tell(worded(suspects), Warning);
+}
+
+/// The test of `detail::grossErrors`, with the residuals of all observations taken together.
+bool TraverseAdjust::hasMisfits() const {
+  double const critical = detail::criticalTest(index(directionsCount + linesCount));
+  auto const isMisfit = [critical](double residual, double error, double variance) {
+    double const checked = 1.0 - variance / (error * error);
+    return checked >= kUnchecked && !(std::abs(residual) <= critical * error * std::sqrt(checked));
+  };
+  double a[5];
+  int at[5];
+  double const seconds = std::max(angleError, kSmallestSeconds);
+  a[4] = -1.0;
+  for (int i = 0; i < stationsCount; ++i) {
+    at[4] = 2 * pointsCount + i;
+    for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      calculateAB(stationPoint[index(i)], directionTarget[index(d)], a, at);
+      if (isMisfit(directionV[index(d)], seconds, cofactor(a, at, 5))) return true;
+    }
+  }
+  for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    calculateCD(lineStart[e], lineEnd[e], a, at);
+    double const error = std::max(lineFixedError, kSmallestDistanceError) + lineProportionError * lineValue[e];
+    if (isMisfit(lineV[e], error, cofactor(a, at, 4))) return true;
+  }
+  return false;
 }
 
 /// @param observation  number of the direction or, behind all directions, of the distance.

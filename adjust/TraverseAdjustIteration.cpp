@@ -2,6 +2,7 @@
 #include "adjust/TraverseAdjust.h"
 #include "adjust/detail/CalculationFailure.h"
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/NormalEquations.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace kvn {
@@ -26,6 +28,11 @@ constexpr double kLostPivot = 1e13;
 // Below this in size a cofactor counts as zero.
 constexpr double kNoCofactor = 1e-8;
 
+// Rounds of the first attempt: enough for a network that comes to rest slowly, and few where each takes seconds.
+constexpr int kMostRounds = 200;
+constexpr int kLeastRounds = 20;
+constexpr int kRoundsTimesUnknowns = 2000000;
+
 using detail::index;
 
 }  // namespace
@@ -40,9 +47,17 @@ void TraverseAdjust::checkCancelAndThrow() const {
 
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
-  findSuspects(true);
-  iterate();
+  bool const settled = settlesFromWalk();
+  if (!settled) {
+    XY = X0Y0;
+    findSuspects(XY, true);
+    iterate();
+  }
+  tellProgress(AdjustProgress::Inverse);
+  if (!normals->invert([this] { checkCancelAndThrow(); })) failIteration();
+  tellProgress(AdjustProgress::Results);
   calculateResults();
+  if (settled) judgeObservations();
 }
 
 void TraverseAdjust::Adjust(AlgorithmData const& input) {
@@ -50,16 +65,44 @@ void TraverseAdjust::Adjust(AlgorithmData const& input) {
   calculateAdjust();
 }
 
+/// The first attempt. Most networks settle in a few rounds.
+bool TraverseAdjust::settlesFromWalk() {
+  int const rounds = std::max(kLeastRounds, std::min(kMostRounds, kRoundsTimesUnknowns / unknownsCount()));
+  return redundancy() >= 0 && iterateUpTo(std::min(iterationLimit, rounds)) == Outcome::Settled;
+}
+
 void TraverseAdjust::iterate() {
-  if (redundancy() < 0) failIteration();
+  Outcome const outcome = redundancy() < 0 ? Outcome::Singular : iterateUpTo(iterationLimit);
+  if (outcome == Outcome::Singular) failIteration();
+  if (outcome == Outcome::Unsettled) throw detail::CalculationFailure(System::tr("total station data is error"));
+}
+
+TraverseAdjust::Outcome TraverseAdjust::iterateUpTo(int rounds) {
   iterations = 0;
+  largestMove = std::numeric_limits<double>::quiet_NaN();
   for (double limit = 1.0; limit > kSmallestMove;) {
     checkCancelAndThrow();
+    tellProgress(AdjustProgress::Equations);
     calculateBTPB();
     holdKnownPoints();
-    limit = calculateDx();
-    if (++iterations >= iterationLimit) throw detail::CalculationFailure(System::tr("total station data is error"));
+    if (!solve()) return Outcome::Singular;
+    limit = largestMove;
+    if (++iterations >= rounds) return Outcome::Unsettled;
   }
+  return Outcome::Settled;
+}
+
+void TraverseAdjust::setSparseFrom(int unknowns) {
+  sparseFrom = unknowns;
+  normals.reset();
+}
+
+void TraverseAdjust::setProgressCall(std::function<void(AdjustProgress const&)> call) {
+  progressCall = std::move(call);
+}
+
+void TraverseAdjust::tellProgress(AdjustProgress::Stage stage) const {
+  if (progressCall) progressCall({stage, iterations + 1, largestMove});
 }
 
 /// Azimuth of the circle's zero: from the station's first direction, 0 to 2π, anew from the current coordinates.
@@ -70,12 +113,32 @@ double TraverseAdjust::orientationOf(int station) const {
   return orientation < 0.0 ? orientation + 2.0 * m_PI : orientation;
 }
 
+/// Empty ones. Made here and not with the arrays: approximate coordinates alone need no matrix.
+void TraverseAdjust::prepareNormals() {
+  if (normals && normals.use_count() == 1) {
+    normals->clear();
+    return;
+  }
+  detail::NormalEquations::Soundness const soundness{detail::PivotRule::NotZero, kLostPivot};
+  if (unknownsCount() < sparseFrom) {
+    normals = detail::fullNormals(unknownsCount(), soundness);
+    return;
+  }
+  detail::NormalEquations::Pattern pattern;
+  pattern.blockSizes.assign(index(pointsCount), 2);
+  pattern.blockSizes.insert(pattern.blockSizes.end(), index(stationsCount), 1);
+  for (int i = 0; i < stationsCount; ++i) {
+    for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      pattern.cliques.push_back({stationPoint[index(i)], directionTarget[index(d)], pointsCount + i});
+    }
+  }
+  for (std::size_t e = 0; e < lineValue.size(); ++e) pattern.cliques.push_back({lineStart[e], lineEnd[e], -1});
+  for (ControlDistance const& line : controlDistances) pattern.cliques.push_back({line.start, line.end, -1});
+  normals = detail::sparseNormals(pattern, soundness);
+}
+
 void TraverseAdjust::calculateBTPB() {
-  // Sized here and not with the other arrays: approximate coordinates alone need no matrix, and it grows with the
-  // square.
-  auto const unknowns = index(unknownsCount());
-  normalMatrix.assign(unknowns * (unknowns + 1) / 2, 0.0);
-  std::fill(normalVector.begin(), normalVector.end(), 0.0);
+  prepareNormals();
   double a[5];
   int at[5];
   double const directionWeight = 1.0 / (angleError * angleError);
@@ -101,13 +164,7 @@ void TraverseAdjust::calculateBTPB() {
 
 /// Adds v = a dx + l with the weight p to the normal equations.
 void TraverseAdjust::calculateBTPBi(double const* a, int const* at, double p, double l, int n) {
-  for (int r = 0; r < n; ++r) {
-    int const i = at[r];
-    normalVector[index(i)] -= p * a[r] * l;
-    for (int c = 0; c < n; ++c) {
-      if (i <= at[c]) normalMatrix[ij(i, at[c])] += p * a[r] * a[c];
-    }
-  }
+  normals->addEquation(a, at, n, p, l);
 }
 
 double TraverseAdjust::calculateAB(int i, int j, double* a, int* at) const {
@@ -142,45 +199,28 @@ double TraverseAdjust::calculateCD(int i, int j, double* a, int* at) const {
 }
 
 void TraverseAdjust::holdKnownPoints() {
-  for (int k = 0; k < 2 * knPointsCount; ++k) normalMatrix[ij(k, k)] += kKnownPointWeight;
+  for (int k = 0; k < 2 * knPointsCount; ++k) normals->add(k, k, kKnownPointWeight);
 }
 
 double TraverseAdjust::calculateDx() {
-  int const unknowns = unknownsCount();
-  std::vector<double> diagonal(index(unknowns));
-  for (int i = 0; i < unknowns; ++i) diagonal[index(i)] = normalMatrix[ij(i, i)];
-  if (!inverse(normalMatrix, unknowns)) failIteration();
-  checkInverse(diagonal);
+  if (!solve()) failIteration();
+  return largestMove;
+}
 
-  // dX = Q w, each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
-  std::fill(dX.begin(), dX.end(), 0.0);
-  double const* q = normalMatrix.data();
-  for (std::size_t r = 0; r < dX.size(); ++r) {
-    double sum = 0.0;
-    for (std::size_t c = 0; c < r; ++c) {
-      sum += q[c] * normalVector[c];
-      dX[c] += q[c] * normalVector[r];
-    }
-    dX[r] += sum + q[r] * normalVector[r];
-    q += r + 1;
-  }
-  double largest = 0.0;
-  for (std::size_t r = 0; r < dX.size(); ++r) {
-    if (!std::isfinite(dX[r])) failIteration();
-    if (r >= XY.size()) continue;
+/// False for a singular system; the coordinates are as they were then.
+bool TraverseAdjust::solve() {
+  if (!normals->factor([this] { checkCancelAndThrow(); })) return false;
+  dX = normals->solution();
+  if (!std::all_of(dX.begin(), dX.end(), [](double x) { return std::isfinite(x); })) return false;
+  largestMove = 0.0;
+  for (std::size_t r = 0; r < XY.size(); ++r) {
     XY[r] += dX[r];
-    largest = std::max(largest, std::abs(dX[r]));
+    largestMove = std::max(largestMove, std::abs(dX[r]));
   }
-  return largest;
+  return true;
 }
 
-/// The diagonal of the inverse of a sound normal matrix is positive and has not lost all its digits.
-void TraverseAdjust::checkInverse(std::vector<double> const& diagonal) {
-  for (int i = 0; i < unknownsCount(); ++i) {
-    double const q = normalMatrix[ij(i, i)];
-    if (!(q > 0.0) || !(q * diagonal[index(i)] < kLostPivot)) failIteration();
-  }
-}
+double TraverseAdjust::inverse(int i, int j) const { return normals->inverse(i, j); }
 
 double TraverseAdjust::calculateV() {
   pvv = 0.0;
@@ -215,10 +255,10 @@ double TraverseAdjust::distanceVariance(double s) const {
 }
 
 /// Variance factor of a function of the coordinates of two points: error propagation q = a Q a'.
-double TraverseAdjust::cofactor(double const* a, int const* at) const {
+double TraverseAdjust::cofactor(double const* a, int const* at, int count) const {
   double q = 0.0;
-  for (int r = 0; r < 4; ++r) {
-    for (int c = 0; c < 4; ++c) q += normalMatrix[ij(at[r], at[c])] * a[r] * a[c];
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < count; ++c) q += inverse(at[r], at[c]) * a[r] * a[c];
   }
   return q;
 }

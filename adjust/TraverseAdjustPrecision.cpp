@@ -79,8 +79,8 @@ void TraverseAdjust::calculateUnitError() {
 void TraverseAdjust::calculateMxMy() {
   if (!hasRedundancy) return;
   for (int i = 0; i < pointsCount; ++i) {
-    mx.push_back(std::sqrt(normalMatrix[ij(2 * i, 2 * i)]) * unitError);
-    my.push_back(std::sqrt(normalMatrix[ij(2 * i + 1, 2 * i + 1)]) * unitError);
+    mx.push_back(std::sqrt(inverse(2 * i, 2 * i)) * unitError);
+    my.push_back(std::sqrt(inverse(2 * i + 1, 2 * i + 1)) * unitError);
     mp.push_back(std::hypot(mx.back(), my.back()));
   }
 }
@@ -90,9 +90,9 @@ void TraverseAdjust::calculateErrorEllipse() {
   if (!hasRedundancy) return;
   double const m2 = unitError * unitError;
   for (int i = 0; i < pointsCount; ++i) {
-    double const qxx = normalMatrix[ij(2 * i, 2 * i)] * m2;
-    double const qyy = normalMatrix[ij(2 * i + 1, 2 * i + 1)] * m2;
-    double const qxy = normalMatrix[ij(2 * i, 2 * i + 1)] * m2;
+    double const qxx = inverse(2 * i, 2 * i) * m2;
+    double const qyy = inverse(2 * i + 1, 2 * i + 1) * m2;
+    double const qxy = inverse(2 * i, 2 * i + 1) * m2;
     if (std::sqrt(qxx + qyy) < kNoEllipse) continue;
     errorEllipses.ellipseList.push_back(ellipseOf(pointNames.names()[index(i)], qxx, qyy, qxy));
   }

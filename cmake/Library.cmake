@@ -19,7 +19,8 @@ else()
 endif()
 target_link_libraries(kelvane
   PUBLIC Qt5::Core JsonCpp::JsonCpp tinyxml2::tinyxml2 ${OPENSCENEGRAPH_LIBRARIES}
-  PRIVATE $<BUILD_INTERFACE:kelvane_warnings> $<BUILD_INTERFACE:Eigen3::Eigen>)
+  PRIVATE $<BUILD_INTERFACE:kelvane_warnings> $<BUILD_INTERFACE:Eigen3::Eigen>
+    $<BUILD_INTERFACE:METIS::METIS>)
 target_include_directories(kelvane SYSTEM PUBLIC
   $<BUILD_INTERFACE:${OPENSCENEGRAPH_INCLUDE_DIRS}>)
 target_include_directories(kelvane PUBLIC

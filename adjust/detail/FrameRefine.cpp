@@ -74,7 +74,7 @@ void Frame::refine() {
   for (Place const place : state.places) extent = std::max(extent, std::abs(place - state.places.front()));
   for (int const station : stationsInside) state.orientations.push_back(orientation(station));
   std::vector<Equation> equations = equationsOf(part, state);
-  SparseNormals normals(unknownsOf(part));
+  SparseNormals normals(part);
   for (int round = 0; round < kRounds; ++round) {
     std::vector<double> const weights = robustWeights(equations);
     if (!normals.factor(equations, weights)) return;

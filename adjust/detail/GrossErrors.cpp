@@ -12,7 +12,7 @@ namespace kvn::detail {
 namespace {
 
 // Beyond this many standard errors lie 6 of 10 million good observations.
-constexpr double kCritical = 5.0;
+constexpr double kLeastCritical = 5.0;
 constexpr int kPlainRounds = 15;
 constexpr int kManyRounds = 200;
 constexpr double kSettled = 1e-3;  // metres
@@ -31,7 +31,7 @@ class Fit {
         state(orientedState(network, places)),
         equations(equationsOf(network, state)),
         weights(equations.size()),
-        normals(unknownsOf(network)) {}
+        normals(network) {}
 
   std::size_t size() const { return equations.size(); }
   double normalised(std::size_t i) const { return std::abs(equations[i].misclosure) / equations[i].error; }
@@ -87,7 +87,7 @@ class Fit {
   }
 
   /// Of each observation, the residual over its standard error; of a suspect over that of its prediction.
-  std::vector<double> tests(std::vector<bool> const& isSuspect) const {
+  std::vector<double> tests(std::vector<bool> const& isSuspect) {
     std::vector<double> result = normals.cofactors(equations);
     for (std::size_t i = 0; i < size(); ++i) {
       double const share = result[i] / (equations[i].error * equations[i].error);
@@ -124,24 +124,30 @@ std::vector<double> factorsFor(std::vector<bool> const& isSuspect) {
 /// have no solution: then nothing can be said.
 bool testOneByOne(Fit& fit, double scale, std::vector<bool>& isSuspect) {
   std::vector<bool> wasTakenBack(isSuspect.size(), false);
+  double const critical = criticalTest(isSuspect.size()) * scale;
   for (int round = 0; round < kTestRounds; ++round) {
     if (!fit.settle(factorsFor(isSuspect), kPlainRounds, kSettled)) return false;
     std::vector<double> const tests = fit.tests(isSuspect);
     bool changed = false;
     for (std::size_t i = 0; i < tests.size(); ++i) {
-      if (!isSuspect[i] || wasTakenBack[i] || tests[i] > kCritical * scale) continue;
+      if (!isSuspect[i] || wasTakenBack[i] || tests[i] > critical) continue;
       isSuspect[i] = false;
       wasTakenBack[i] = changed = true;
     }
     if (changed) continue;
     std::size_t const worst = worstOf(tests, isSuspect);
-    if (worst == tests.size() || tests[worst] <= kCritical * scale) return true;
+    if (worst == tests.size() || tests[worst] <= critical) return true;
     isSuspect[worst] = true;
   }
   return true;
 }
 
 }  // namespace
+
+// Of n good observations, n exp(-t²/2) at most lie beyond t.
+double criticalTest(std::size_t observations) {
+  return std::max(kLeastCritical, std::sqrt(2.0 * std::log(20.0 * static_cast<double>(observations) + 1.0)));
+}
 
 bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove) {
   Fit fit(network, places);
@@ -162,7 +168,7 @@ Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places
   if (!fit.settleRobustly()) return verdict;
   double const scale = std::max(1.0, fit.median() / kNormalMedian);
   std::vector<bool> isSuspect(fit.size(), false);
-  for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > kCritical * scale;
+  for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > criticalTest(fit.size()) * scale;
   if (!testOneByOne(fit, scale, isSuspect)) return verdict;
   verdict.doubt = fit.doubt();
   for (std::size_t i = 0; i < fit.size(); ++i) {

@@ -3,6 +3,7 @@
 
 #include "adjust/detail/NetworkEquations.h"
 
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -13,10 +14,14 @@ struct GrossError {
   double difference;  ///< what the others say less what was observed, radians or metres
 };
 
+/// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
+/// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
+KELVANE_EXPORT double criticalTest(std::size_t observations);
+
 /// Suspected gross errors, in the order of the observations. An observation is suspected when it misses what the others
-/// say by more than 5 standard errors of that difference (Baarda's test, one observation after the other, behind a
-/// robust fit that gross errors pull little). The standard errors are the a-priori ones or, where the observations are
-/// worse than these throughout, those of the observations.
+/// say by more than `criticalTest` standard errors of that difference (Baarda's test, one observation after the other,
+/// behind a robust fit that gross errors pull little). The standard errors are the a-priori ones or, where the
+/// observations are worse than these throughout, those of the observations.
 ///
 /// @param places       of all points, to begin with.
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects.

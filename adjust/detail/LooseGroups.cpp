@@ -41,7 +41,7 @@ std::vector<Equation> equationsInMetres(PlaneNetwork const& network, NetworkStat
 Eigen::MatrixXd freeMotions(PlaneNetwork const& network, NetworkState const& state, double weakness) {
   int const unknowns = unknownsOf(network);
   std::vector<Equation> const equations = equationsInMetres(network, state);
-  SparseNormals normals(unknowns);
+  SparseNormals normals(network);
   Eigen::MatrixXd motions = Eigen::MatrixXd::Zero(unknowns, kProbes);
   if (!normals.factor(equations, std::vector<double>(equations.size(), 1.0), kRidge)) return motions;
   auto const vectors = normals.freeVectors(weakness, kProbes);

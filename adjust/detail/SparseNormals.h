@@ -1,18 +1,17 @@
-// SparseNormals: normal equations of large networks, of which each observation touches a few unknowns.
+// SparseNormals: normal equations of a plane network, of which each observation touches a few unknowns.
 #pragma once
 
 #include "adjust/detail/NetworkEquations.h"
+#include "adjust/sparse/SparseCholesky.h"
 
-#include <memory>
 #include <vector>
 
 namespace kvn::detail {
 
-/// N = A' P A, factored as L D L' after an ordering of minimum degree.
+/// N = A' P A for the equations of one network, again and again.
 class KELVANE_EXPORT SparseNormals {
  public:
-  explicit SparseNormals(int unknowns);
-  ~SparseNormals();
+  explicit SparseNormals(PlaneNetwork const& network);
 
   /// Adds `ridge` to every diagonal element. False when a pivot is not positive.
   bool factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge = 0.0);
@@ -20,16 +19,13 @@ class KELVANE_EXPORT SparseNormals {
   /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
   /// unknown. To be called after `factor` with a ridge far below that.
   std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
-  /// Solves N x = right.
-  std::vector<double> solve(std::vector<double> const& right) const;
   /// The corrections that make the weighted sum of squared residuals least: N dx = -A' P l.
   std::vector<double> correction(std::vector<Equation> const& equations, std::vector<double> const& weights) const;
   /// Cofactor a Q a' of each equation, Q being the inverse of N.
-  std::vector<double> cofactors(std::vector<Equation> const& equations) const;
+  std::vector<double> cofactors(std::vector<Equation> const& equations);
 
  private:
-  struct Factor;
-  std::unique_ptr<Factor> factored;
+  sparse::SparseCholesky cholesky;
 };
 
 }  // namespace kvn::detail

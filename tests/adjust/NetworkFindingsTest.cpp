@@ -1,7 +1,6 @@
 // Gross errors and points that nothing holds, as they are found and told.
 #include "adjust/Networks.h"
 #include "adjust/detail/LooseGroups.h"
-#include "adjust/detail/SparseNormals.h"
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
@@ -201,42 +200,6 @@ TEST(LooseMotions, AreWordedForTheSurveyor) {
   EXPECT_EQ(worded(std::vector<LooseMotion>{turn, shift}),
             "The observations do not hold all points: A, B can turn about K; C, D can move together along the azimuth "
             "45.0 degrees");
-}
-
-TEST(SparseNormals, GiveTheCofactorsOfTheFullInverse) {
-  std::mt19937 random(3);
-  std::uniform_real_distribution<double> number(-1.0, 1.0);
-  constexpr int kUnknowns = 60;
-  std::vector<kvn::detail::Equation> equations;
-  Eigen::MatrixXd normal = Eigen::MatrixXd::Zero(kUnknowns, kUnknowns);
-  for (int i = 0; i < 200; ++i) {
-    kvn::detail::Equation equation{{}, {}, 5, number(random), 1.0};
-    auto const base = static_cast<int>(random() % (kUnknowns - 8));
-    for (int k = 0; k < 5; ++k) {
-      equation.unknown[static_cast<std::size_t>(k)] = base + 2 * k;
-      equation.factor[static_cast<std::size_t>(k)] = number(random);
-    }
-    for (std::size_t r = 0; r < 5; ++r) {
-      for (std::size_t c = 0; c < 5; ++c) {
-        normal(equation.unknown[r], equation.unknown[c]) += equation.factor[r] * equation.factor[c];
-      }
-    }
-    equations.push_back(equation);
-  }
-  Eigen::MatrixXd const inverse = normal.inverse();
-  kvn::detail::SparseNormals sparse(kUnknowns);
-  ASSERT_TRUE(sparse.factor(equations, std::vector<double>(equations.size(), 1.0)));
-  std::vector<double> const cofactors = sparse.cofactors(equations);
-  for (std::size_t i = 0; i < equations.size(); ++i) {
-    double expected = 0.0;
-    for (std::size_t r = 0; r < 5; ++r) {
-      for (std::size_t c = 0; c < 5; ++c) {
-        expected +=
-            equations[i].factor[r] * equations[i].factor[c] * inverse(equations[i].unknown[r], equations[i].unknown[c]);
-      }
-    }
-    EXPECT_NEAR(cofactors[i], expected, 1e-11) << i;  // both inversions lose some digits: the condition is near 1e3
-  }
 }
 
 }  // namespace

@@ -1,0 +1,113 @@
+#include "adjust/sparse/BlockGraph.h"
+
+#include "adjust/detail/Missing.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <unordered_map>
+#include <utility>
+
+namespace kvn::sparse {
+namespace {
+
+using detail::index;
+
+template <typename Visit>
+void forPairs(std::vector<Clique> const& cliques, Visit visit) {
+  for (Clique const& clique : cliques) {
+    for (int const a : clique) {
+      for (int const b : clique) {
+        if (a >= 0 && b >= 0 && a != b) visit(a, b);
+      }
+    }
+  }
+}
+
+std::size_t mixed(std::uint64_t value) {
+  value = (value + 0x9e3779b97f4a7c15U) * 0xbf58476d1ce4e5b9U;
+  return static_cast<std::size_t>(value ^ (value >> 31U));
+}
+
+/// The same for blocks with the same neighbours that are neighbours of each other.
+std::size_t hashOf(BlockGraph const& graph, int block) {
+  std::size_t sum = mixed(static_cast<std::uint64_t>(block));
+  for (std::size_t p = graph.starts[index(block)]; p < graph.starts[index(block) + 1]; ++p) {
+    sum += mixed(static_cast<std::uint64_t>(graph.neighbours[p]));
+  }
+  return sum;
+}
+
+bool areTwins(BlockGraph const& graph, int a, int b) {
+  auto const from = [&graph](int block) {
+    return graph.neighbours.begin() + static_cast<std::ptrdiff_t>(graph.starts[index(block)]);
+  };
+  auto p = from(a);
+  auto q = from(b);
+  auto const pEnd = from(a + 1);
+  auto const qEnd = from(b + 1);
+  if (pEnd - p != qEnd - q || !std::binary_search(p, pEnd, b)) return false;
+  for (;;) {
+    while (p != pEnd && *p == b) ++p;
+    while (q != qEnd && *q == a) ++q;
+    if (p == pEnd || q == qEnd) return p == pEnd && q == qEnd;
+    if (*p++ != *q++) return false;
+  }
+}
+
+}  // namespace
+
+BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques) {
+  BlockGraph graph;
+  graph.sizes = std::move(sizes);
+  std::vector<std::size_t> ends(index(graph.blocks()) + 1, 0);
+  forPairs(cliques, [&ends](int a, int) { ++ends[index(a) + 1]; });
+  for (std::size_t b = 1; b < ends.size(); ++b) ends[b] += ends[b - 1];
+  graph.neighbours.resize(ends.back());
+  std::vector<std::size_t> next(ends.begin(), ends.end() - 1);
+  forPairs(cliques, [&](int a, int b) { graph.neighbours[next[index(a)]++] = b; });
+  // Most pairs are observed more than once.
+  graph.starts.assign(1, 0);
+  auto write = graph.neighbours.begin();
+  for (std::size_t b = 0; b + 1 < ends.size(); ++b) {
+    auto const begin = graph.neighbours.begin() + static_cast<std::ptrdiff_t>(ends[b]);
+    auto const end = graph.neighbours.begin() + static_cast<std::ptrdiff_t>(ends[b + 1]);
+    std::sort(begin, end);
+    write = std::copy(begin, std::unique(begin, end), write);
+    graph.starts.push_back(static_cast<std::size_t>(write - graph.neighbours.begin()));
+  }
+  graph.neighbours.erase(write, graph.neighbours.end());
+  return graph;
+}
+
+JoinedGraph joinTwins(BlockGraph const& graph) {
+  JoinedGraph joined;
+  joined.groupOf.resize(index(graph.blocks()));
+  std::unordered_map<std::size_t, int> firstOf;
+  std::vector<int> firsts;
+  for (int b = 0; b < graph.blocks(); ++b) {
+    auto const [entry, isNew] = firstOf.try_emplace(hashOf(graph, b), b);
+    if (!isNew && areTwins(graph, entry->second, b)) {
+      joined.groupOf[index(b)] = joined.groupOf[index(entry->second)];
+      joined.graph.sizes[index(joined.groupOf[index(b)])] += graph.sizes[index(b)];
+      continue;
+    }
+    joined.groupOf[index(b)] = joined.graph.blocks();
+    joined.graph.sizes.push_back(graph.sizes[index(b)]);
+    firsts.push_back(b);
+  }
+  joined.graph.starts.assign(1, 0);
+  for (int g = 0; g < joined.graph.blocks(); ++g) {
+    int const first = firsts[index(g)];
+    for (std::size_t p = graph.starts[index(first)]; p < graph.starts[index(first) + 1]; ++p) {
+      int const neighbour = joined.groupOf[index(graph.neighbours[p])];
+      if (neighbour != g) joined.graph.neighbours.push_back(neighbour);
+    }
+    auto const begin = joined.graph.neighbours.begin() + static_cast<std::ptrdiff_t>(joined.graph.starts.back());
+    std::sort(begin, joined.graph.neighbours.end());
+    joined.graph.neighbours.erase(std::unique(begin, joined.graph.neighbours.end()), joined.graph.neighbours.end());
+    joined.graph.starts.push_back(joined.graph.neighbours.size());
+  }
+  return joined;
+}
+
+}  // namespace kvn::sparse
