@@ -18,7 +18,7 @@ namespace {
 using detail::index;
 using detail::kMissing;
 
-// Unknowns from which on the sparse matrix is the faster one; measured on networks with four to eight sights a station.
+// Unknowns from which on the matrix is sparse: the full one grows with the cube of them.
 constexpr int kSparseFrom = 200;
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
