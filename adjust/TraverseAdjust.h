@@ -27,6 +27,7 @@ namespace kvn {
 namespace detail {
 class NormalEquations;
 struct PlaneNetwork;
+struct PolarSight;
 }  // namespace detail
 
 /// Where a least-squares run stands.
@@ -204,9 +205,14 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   bool placeFollowingPoint(int station);
   Point polarPoint(int station, int orientedBy, int direction, double distance) const;
 
+  // The start of the iteration.
+  std::vector<detail::PolarSight> polarSights() const;
+  std::vector<std::complex<double>> const& fitted();
+  bool placeRemainingPoints();
+  bool settles();
+
   // Findings.
   detail::PlaneNetwork planeNetwork() const;
-  bool placeRemainingPoints();
   void findSuspects(std::vector<double> const& coordinates, bool improveStart);
   void addControlSuspects();
   [[noreturn]] void failIteration();
@@ -223,7 +229,6 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   void holdKnownPoints();
   enum class Outcome { Settled, Unsettled, Singular };
   Outcome iterateUpTo(int rounds);
-  bool settlesFromWalk();
   void iterate();
   void prepareNormals();
   void tellProgress(AdjustProgress::Stage stage) const;
@@ -266,6 +271,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<std::string> stationNames;
   std::vector<double> X0Y0;                          // x of point i at 2 i, y at 2 i + 1
   std::shared_ptr<detail::NormalEquations> normals;  // after the iteration with the inverse Q; copies share it
+  std::vector<std::complex<double>> fittedPlaces;
+  std::vector<double> start;  // where the iteration began; as X0Y0 but for points that were moved before it
   std::vector<double> dX;
   std::vector<double> XY;
   std::vector<double> mx;

@@ -5,7 +5,6 @@
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/PlaneNetwork.h"
 #include "adjust/detail/StartSearch.h"
-#include "adjust/detail/UnplacedReasons.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -66,27 +65,6 @@ void TraverseAdjust::tell(QString const& text, MessType type) const {
   if (tellFindings && system != nullptr) system->sendMessage(text, type);
 }
 
-/// Everything that the walks do not do; false when points are left.
-bool TraverseAdjust::placeRemainingPoints() {
-  detail::PlaneNetwork const network = planeNetwork();
-  detail::StartSearch search(network);
-  for (int n = 0; n < pointsCount; ++n) {
-    if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
-  }
-  if (search.run()) {
-    for (int n = 0; n < pointsCount; ++n) {
-      if (!isPlaced(n)) place(n, {search.at(n).real(), search.at(n).imag()});
-    }
-    return true;
-  }
-  unplacedPoints.clear();
-  for (auto const& [n, reason] : detail::unplacedReasons(network, search)) {
-    unplacedPoints.push_back({nameOf(n), reason});
-  }
-  tell(worded(unplacedPoints), Error);
-  return false;
-}
-
 void TraverseAdjust::checkObservations() { findSuspects(XY, false); }
 
 std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinates) {
@@ -125,7 +103,7 @@ void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool i
 /// About the finished adjustment. Where each observation fits the others within its errors nothing is searched for.
 void TraverseAdjust::judgeObservations() {
   if (hasMisfits()) {
-    findSuspects(X0Y0, false);
+    findSuspects(start, false);
     return;
   }
   suspects.clear();

@@ -134,6 +134,7 @@ void TraverseAdjust::sizeArrays() {
   XY.assign(2 * index(pointsCount), 0.0);
   X0Y0.assign(2 * index(pointsCount), 0.0);
   dX.assign(unknowns, 0.0);
+  fittedPlaces.clear();
   normals.reset();
 }
 

@@ -28,11 +28,6 @@ constexpr double kLostPivot = 1e13;
 // Below this in size a cofactor counts as zero.
 constexpr double kNoCofactor = 1e-8;
 
-// Rounds of the first attempt: enough for a network that comes to rest slowly, and few where each takes seconds.
-constexpr int kMostRounds = 200;
-constexpr int kLeastRounds = 20;
-constexpr int kRoundsTimesUnknowns = 2000000;
-
 using detail::index;
 
 }  // namespace
@@ -47,7 +42,7 @@ void TraverseAdjust::checkCancelAndThrow() const {
 
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
-  bool const settled = settlesFromWalk();
+  bool const settled = settles();
   if (!settled) {
     XY = X0Y0;
     findSuspects(XY, true);
@@ -63,12 +58,6 @@ void TraverseAdjust::calculateAdjust() {
 void TraverseAdjust::Adjust(AlgorithmData const& input) {
   readAlgorithmData(input);
   calculateAdjust();
-}
-
-/// The first attempt. Most networks settle in a few rounds.
-bool TraverseAdjust::settlesFromWalk() {
-  int const rounds = std::max(kLeastRounds, std::min(kMostRounds, kRoundsTimesUnknowns / unknownsCount()));
-  return redundancy() >= 0 && iterateUpTo(std::min(iterationLimit, rounds)) == Outcome::Settled;
 }
 
 void TraverseAdjust::iterate() {

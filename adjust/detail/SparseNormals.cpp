@@ -2,9 +2,6 @@
 
 #include "adjust/detail/Missing.h"
 
-#include <algorithm>
-#include <random>
-
 namespace kvn::detail {
 namespace {
 
@@ -42,18 +39,7 @@ bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<d
 }
 
 std::vector<std::vector<double>> SparseNormals::freeVectors(double weakness, int count) const {
-  // L D L' v = 0 where L' v is 0 at every pivot that is one, and anything at the others.
-  std::vector<double> const pivots = cholesky.pivots();
-  std::mt19937 random(1);
-  std::vector<std::vector<double>> vectors(index(count), std::vector<double>(pivots.size(), 0.0));
-  for (std::vector<double>& v : vectors) {
-    for (std::size_t k = 0; k < pivots.size(); ++k) {
-      double const number = static_cast<double>(random()) / 2147483648.0 - 1.0;
-      if (!(pivots[k] > weakness * std::max(cholesky.diagonal(static_cast<int>(k)), 1.0))) v[k] = number;
-    }
-    cholesky.solveUpper(v);
-  }
-  return vectors;
+  return cholesky.freeVectors(weakness, count);
 }
 
 std::vector<double> SparseNormals::correction(std::vector<Equation> const& equations,

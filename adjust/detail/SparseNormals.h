@@ -15,9 +15,7 @@ class KELVANE_EXPORT SparseNormals {
 
   /// Adds `ridge` to every diagonal element. False when a pivot is not positive.
   bool factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge = 0.0);
-  /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
-  /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
-  /// unknown. To be called after `factor` with a ridge far below that.
+  /// As `SparseCholesky::freeVectors`.
   std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
   /// The corrections that make the weighted sum of squared residuals least: N dx = -A' P l.
   std::vector<double> correction(std::vector<Equation> const& equations, std::vector<double> const& weights) const;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <utility>
 
 namespace kvn::sparse {
@@ -223,12 +224,23 @@ void SparseCholesky::solve(std::vector<double>& x) const {
   for (std::size_t i = 0; i < x.size(); ++i) x[i] = y[index(placeOf[i])];
 }
 
-void SparseCholesky::solveUpper(std::vector<double>& x) const {
+/// N v = L D L' v = 0 where L' v is 0 at every pivot of D that is one, and anything at the others.
+std::vector<std::vector<double>> SparseCholesky::freeVectors(double weakness, int count) const {
   std::vector<double> const pivot = pivots();
-  std::vector<double> y(x.size());
-  for (std::size_t i = 0; i < x.size(); ++i) y[index(placeOf[i])] = x[i] * std::sqrt(pivot[i]);
-  substituteBackward(y);
-  for (std::size_t i = 0; i < x.size(); ++i) x[i] = y[index(placeOf[i])];
+  std::mt19937 random(1);
+  std::vector<std::vector<double>> vectors(index(count), std::vector<double>(pivot.size()));
+  std::vector<double> y;
+  for (std::vector<double>& v : vectors) {
+    y.assign(pivot.size(), 0.0);
+    for (std::size_t k = 0; k < pivot.size(); ++k) {
+      double const number = static_cast<double>(random()) / 2147483648.0 - 1.0;
+      if (pivot[k] > weakness * std::max(diagonal(static_cast<int>(k)), 1.0)) continue;
+      y[index(placeOf[k])] = number * std::sqrt(pivot[k]);
+    }
+    substituteBackward(y);
+    for (std::size_t k = 0; k < pivot.size(); ++k) v[k] = y[index(placeOf[k])];
+  }
+  return vectors;
 }
 
 void SparseCholesky::substituteForward(std::vector<double>& y) const {

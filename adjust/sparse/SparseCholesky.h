@@ -47,9 +47,10 @@ class KELVANE_EXPORT SparseCholesky {
 
   /// Solves N x = b in place. After `factor`.
   void solve(std::vector<double>& x) const;
-  /// Solves D^-½ L' x = b in place, D being the pivots: what is 0 in b but for pivots that are 0 gives the vectors that
-  /// N takes to nothing.
-  void solveUpper(std::vector<double>& x) const;
+  /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
+  /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
+  /// unknown. To be called after `factor` with a ridge far below that.
+  std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
 
   /// Calculates the elements of the inverse, from the last front to the first (Takahashi's recursion). After `factor`.
   void invert(Poll const& poll = {});

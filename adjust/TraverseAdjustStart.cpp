@@ -1,0 +1,110 @@
+// Where the iteration starts: points that the walks do not place, and better coordinates than theirs.
+#include "adjust/TraverseAdjust.h"
+#include "adjust/detail/Missing.h"
+#include "adjust/detail/PolarFit.h"
+#include "adjust/detail/StartSearch.h"
+#include "adjust/detail/UnplacedReasons.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kvn {
+namespace {
+
+using detail::index;
+using detail::kMissingFrom;
+using detail::Place;
+
+// From so many points on all places are fitted at once before anything is searched for point by point.
+constexpr int kManyPoints = 300;
+// A sight that misses its target by so much of its length keeps the iteration away from its goal, or long from it.
+constexpr double kFarOff = 0.1;
+// Rounds of an attempt: enough for a network that comes to rest slowly, and few where each takes seconds.
+constexpr int kMostRounds = 200;
+constexpr int kLeastRounds = 20;
+constexpr int kRoundsTimesUnknowns = 2000000;
+
+}  // namespace
+
+/// The directions that have a distance.
+std::vector<detail::PolarSight> TraverseAdjust::polarSights() const {
+  std::vector<detail::PolarSight> sights;
+  sights.reserve(directionTarget.size());
+  for (int s = 0; s < stationsCount; ++s) {
+    int const from = stationPoint[index(s)];
+    for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
+      int const target = directionTarget[index(d)];
+      double const distance = getLine(from, target);
+      if (distance > kMissingFrom || !(distance > 0.0)) continue;
+      double const error = std::hypot(lineFixedError + lineProportionError * distance, angleError / rho * distance);
+      sights.push_back({s, from, target, detail::polar(distance, directionValue[index(d)]), error});
+    }
+  }
+  return sights;
+}
+
+/// NaN where the sights with distances do not determine a point.
+std::vector<Place> const& TraverseAdjust::fitted() {
+  if (fittedPlaces.empty()) {
+    fittedPlaces =
+        detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), [this] { checkCancelAndThrow(); });
+  }
+  return fittedPlaces;
+}
+
+/// Everything that the walks do not do; false when points are left.
+bool TraverseAdjust::placeRemainingPoints() {
+  detail::PlaneNetwork const network = planeNetwork();
+  if (pointsCount >= kManyPoints) {
+    std::vector<Place> const& fit = fitted();
+    bool isComplete = true;
+    for (int n = 0; n < pointsCount; ++n) {
+      if (isPlaced(n)) continue;
+      if (std::isfinite(fit[index(n)].real())) {
+        place(n, {fit[index(n)].real(), fit[index(n)].imag()});
+      } else {
+        isComplete = false;
+      }
+    }
+    if (isComplete) return true;
+  }
+  detail::StartSearch search(network);
+  for (int n = 0; n < pointsCount; ++n) {
+    if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
+  }
+  if (search.run()) {
+    for (int n = 0; n < pointsCount; ++n) {
+      if (!isPlaced(n)) place(n, {search.at(n).real(), search.at(n).imag()});
+    }
+    return true;
+  }
+  unplacedPoints.clear();
+  for (auto const& [n, reason] : detail::unplacedReasons(network, search)) {
+    unplacedPoints.push_back({nameOf(n), reason});
+  }
+  tell(worded(unplacedPoints), Error);
+  return false;
+}
+
+/// An attempt without the searches that take long. Most networks settle in a few rounds.
+///
+/// A walk hands its errors on from station to station: where two fronts of it meet far from the known points, it is off
+/// by more than the iteration can take.
+bool TraverseAdjust::settles() {
+  if (redundancy() < 0) return false;
+  int const most = std::max(kLeastRounds, std::min(kMostRounds, kRoundsTimesUnknowns / unknownsCount()));
+  int const rounds = std::min(iterationLimit, most);
+  start = XY;
+  bool const isFarOff =
+      pointsCount >= kManyPoints && detail::largestMisfit(placesOf(XY), stationsCount, polarSights()) > kFarOff;
+  if (!isFarOff && iterateUpTo(rounds) == Outcome::Settled) return true;
+  XY = start;
+  std::vector<Place> const& fit = fitted();
+  for (int n = knPointsCount; n < pointsCount; ++n) {
+    if (std::isfinite(fit[index(n)].real())) place(n, {fit[index(n)].real(), fit[index(n)].imag()});
+  }
+  start = XY;
+  return iterateUpTo(rounds) == Outcome::Settled;
+}
+
+}  // namespace kvn
