@@ -12,6 +12,7 @@
 #include <utils/Export.h>
 #include <utils/IProcessCancel.h>
 
+#include <array>
 #include <complex>
 #include <cstddef>
 #include <cstdint>
@@ -231,6 +232,9 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   Outcome iterateUpTo(int rounds);
   void iterate();
   void prepareNormals();
+  std::vector<int> blockSizes() const;
+  std::vector<std::array<int, 3>> cliques() const;
+  std::vector<int> const& eliminationOrder();
   void tellProgress(AdjustProgress::Stage stage) const;
   bool solve();
   double inverse(int i, int j) const;
@@ -272,7 +276,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<double> X0Y0;                          // x of point i at 2 i, y at 2 i + 1
   std::shared_ptr<detail::NormalEquations> normals;  // after the iteration with the inverse Q; copies share it
   std::vector<std::complex<double>> fittedPlaces;
-  std::vector<double> start;  // where the iteration began; as X0Y0 but for points that were moved before it
+  std::vector<double> start;    // where the iteration began; as X0Y0 but for points that were moved before it
+  std::vector<int> blockOrder;  // of the elimination, once it is asked for
   std::vector<double> dX;
   std::vector<double> XY;
   std::vector<double> mx;

@@ -135,6 +135,7 @@ void TraverseAdjust::sizeArrays() {
   X0Y0.assign(2 * index(pointsCount), 0.0);
   dX.assign(unknowns, 0.0);
   fittedPlaces.clear();
+  blockOrder.clear();
   normals.reset();
 }
 

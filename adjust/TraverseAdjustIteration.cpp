@@ -113,17 +113,34 @@ void TraverseAdjust::prepareNormals() {
     normals = detail::fullNormals(unknownsCount(), soundness);
     return;
   }
-  detail::NormalEquations::Pattern pattern;
-  pattern.blockSizes.assign(index(pointsCount), 2);
-  pattern.blockSizes.insert(pattern.blockSizes.end(), index(stationsCount), 1);
+  normals = detail::sparseNormals({blockSizes(), cliques(), eliminationOrder()}, soundness);
+}
+
+/// x and y of each point, then the orientation of each station.
+std::vector<int> TraverseAdjust::blockSizes() const {
+  std::vector<int> sizes(index(pointsCount), 2);
+  sizes.insert(sizes.end(), index(stationsCount), 1);
+  return sizes;
+}
+
+/// Blocks that meet in an observation.
+std::vector<std::array<int, 3>> TraverseAdjust::cliques() const {
+  std::vector<std::array<int, 3>> result;
+  result.reserve(directionTarget.size() + lineValue.size() + controlDistances.size());
   for (int i = 0; i < stationsCount; ++i) {
     for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
-      pattern.cliques.push_back({stationPoint[index(i)], directionTarget[index(d)], pointsCount + i});
+      result.push_back({stationPoint[index(i)], directionTarget[index(d)], pointsCount + i});
     }
   }
-  for (std::size_t e = 0; e < lineValue.size(); ++e) pattern.cliques.push_back({lineStart[e], lineEnd[e], -1});
-  for (ControlDistance const& line : controlDistances) pattern.cliques.push_back({line.start, line.end, -1});
-  normals = detail::sparseNormals(pattern, soundness);
+  for (std::size_t e = 0; e < lineValue.size(); ++e) result.push_back({lineStart[e], lineEnd[e], -1});
+  for (ControlDistance const& line : controlDistances) result.push_back({line.start, line.end, -1});
+  return result;
+}
+
+/// Of the blocks. Found once: it takes as long as a factorisation.
+std::vector<int> const& TraverseAdjust::eliminationOrder() {
+  if (blockOrder.empty()) blockOrder = sparse::eliminationOrder(blockSizes(), cliques());
+  return blockOrder;
 }
 
 void TraverseAdjust::calculateBTPB() {

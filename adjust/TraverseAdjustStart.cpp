@@ -46,8 +46,8 @@ std::vector<detail::PolarSight> TraverseAdjust::polarSights() const {
 /// NaN where the sights with distances do not determine a point.
 std::vector<Place> const& TraverseAdjust::fitted() {
   if (fittedPlaces.empty()) {
-    fittedPlaces =
-        detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), [this] { checkCancelAndThrow(); });
+    fittedPlaces = detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), eliminationOrder(),
+                                    [this] { checkCancelAndThrow(); });
   }
   return fittedPlaces;
 }

@@ -66,7 +66,7 @@ class FullNormals : public NormalEquations {
 class SparseSystem : public NormalEquations {
  public:
   SparseSystem(Pattern const& pattern, Soundness limits)
-      : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques), limits) {}
+      : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques, pattern.blockOrder), limits) {}
 
   void clear() override {
     cholesky.clear();

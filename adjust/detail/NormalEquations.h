@@ -30,6 +30,7 @@ class KELVANE_EXPORT NormalEquations {
   struct Pattern {
     std::vector<int> blockSizes;
     std::vector<sparse::Clique> cliques;
+    std::vector<int> blockOrder = {};  ///< of elimination; nothing when none is known yet
   };
 
   virtual ~NormalEquations();

@@ -22,12 +22,12 @@ constexpr int kMostRounds = 8;
 class PolarSystem {
  public:
   PolarSystem(std::vector<Place>& all, int knownPoints, int stationCount, std::vector<PolarSight> const& allSights,
-              sparse::Poll const& call)
+              std::vector<int> const& blockOrder, sparse::Poll const& call)
       : places(all),
         known(knownPoints),
         sights(allSights),
         poll(call),
-        cholesky(blocks(stationCount), cliques()),
+        cholesky(blocks(stationCount), cliques(), blockOrder),
         turns(index(stationCount)),
         right(index(cholesky.unknowns())) {
     for (int n = 0; n < known; ++n) origin += places[index(n)] / static_cast<double>(known);
@@ -51,12 +51,11 @@ class PolarSystem {
     }
     cholesky.solve(right);
     for (std::size_t n = index(known); n < places.size(); ++n) {
-      std::size_t const at = 2 * (n - index(known));
-      places[n] = origin + Place(right[at], right[at + 1]);
+      places[n] = origin + Place(right[2 * n], right[2 * n + 1]);
     }
-    std::size_t const first = 2 * (places.size() - index(known));
     for (std::size_t s = 0; s < turns.size(); ++s) {
-      turns[s] = Place(right[first + 2 * s], right[first + 2 * s + 1]) / length;
+      std::size_t const at = 2 * (places.size() + s);
+      turns[s] = Place(right[at], right[at + 1]) / length;
     }
   }
 
@@ -75,23 +74,19 @@ class PolarSystem {
     if (isFree.empty()) return;
     double const nan = std::numeric_limits<double>::quiet_NaN();
     for (std::size_t n = index(known); n < places.size(); ++n) {
-      std::size_t const at = 2 * (n - index(known));
-      if (isFree[at] || isFree[at + 1]) places[n] = Place(nan, nan);
+      if (isFree[2 * n] || isFree[2 * n + 1]) places[n] = Place(nan, nan);
     }
   }
 
  private:
-  int moving() const { return static_cast<int>(places.size()) - known; }
-  int blockOf(int point) const { return point < known ? -1 : point - known; }
+  int blockOf(PolarSight const& sight) const { return static_cast<int>(places.size()) + sight.station; }
 
-  std::vector<int> blocks(int stationCount) const { return std::vector<int>(index(moving() + stationCount), 2); }
+  std::vector<int> blocks(int stationCount) const { return std::vector<int>(places.size() + index(stationCount), 2); }
 
   std::vector<sparse::Clique> cliques() const {
     std::vector<sparse::Clique> result;
     result.reserve(sights.size());
-    for (PolarSight const& sight : sights) {
-      result.push_back({blockOf(sight.from), blockOf(sight.target), moving() + sight.station});
-    }
+    for (PolarSight const& sight : sights) result.push_back({sight.from, sight.target, blockOf(sight)});
     return result;
   }
 
@@ -111,14 +106,15 @@ class PolarSystem {
           misclosure += sign * (places[index(point)] - origin);
           continue;
         }
-        at[count] = 2 * blockOf(point);
+        at[count] = 2 * point;
         a[count++] = sign;
       }
-      int const turn = 2 * (moving() + sight.station);
+      int const turn = 2 * blockOf(sight);
       add(a, at, count, turn, {-seen.real(), seen.imag()}, weight, misclosure.real());
       for (int k = 0; k < count; ++k) ++at[k];
       add(a, at, count, turn, {-seen.imag(), -seen.real()}, weight, misclosure.imag());
     }
+    for (int i = 0; i < 2 * known; ++i) cholesky.add(i, i, 1.0);  // no sight moves a known point
     for (int i = 0; ridge > 0.0 && i < cholesky.unknowns(); ++i) {
       cholesky.add(i, i, ridge * std::max(1.0, cholesky.diagonal(i)));
     }
@@ -163,13 +159,13 @@ double medianOf(std::vector<double> numbers) {
 }  // namespace
 
 std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, std::vector<PolarSight> const& sights,
-                            std::function<void()> const& poll) {
+                            std::vector<int> const& blockOrder, std::function<void()> const& poll) {
   double const nan = std::numeric_limits<double>::quiet_NaN();
   if (sights.empty()) {
     std::fill(places.begin() + known, places.end(), Place(nan, nan));
     return places;
   }
-  PolarSystem system(places, known, stations, sights, poll);
+  PolarSystem system(places, known, stations, sights, blockOrder, poll);
   std::vector<double> weights(sights.size(), 1.0);
   system.solve(weights);
   for (int round = 1; round < kMostRounds; ++round) {

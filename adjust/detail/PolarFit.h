@@ -24,11 +24,13 @@ struct PolarSight {
 /// the known points are and however far. The scale of each station is free then; the sights that it shares with others
 /// hold it. Sights that fit the others badly lose their weight.
 ///
-/// @param places  of all points; those from `known` on are not looked at.
-/// @param poll    called again and again; may throw to end the work.
+/// @param places      of all points; those from `known` on are not looked at.
+/// @param blockOrder  order of elimination of all points and, behind their number, all stations.
+/// @param poll        called again and again; may throw to end the work.
 /// @return places of all points, NaN for those that the sights do not determine.
 KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known, int stations,
                                            std::vector<PolarSight> const& sights,
+                                           std::vector<int> const& blockOrder,
                                            std::function<void()> const& poll = {});
 
 /// Largest misfit of a sight at the given places, as a share of its length, each station being turned and scaled as its

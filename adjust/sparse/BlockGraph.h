@@ -37,5 +37,7 @@ KELVANE_EXPORT JoinedGraph joinTwins(BlockGraph const& graph);
 ///
 /// @return the block that goes first, the one that goes next, and so on.
 KELVANE_EXPORT std::vector<int> eliminationOrder(BlockGraph const& graph);
+/// The same for blocks that meet in cliques.
+KELVANE_EXPORT std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques);
 
 }  // namespace kvn::sparse

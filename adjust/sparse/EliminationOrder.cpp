@@ -55,4 +55,16 @@ std::vector<int> eliminationOrder(BlockGraph const& graph) {
   return graph.blocks() < kDissectedFrom ? byMinimumDegree(graph) : byDissection(graph);
 }
 
+std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques) {
+  JoinedGraph const joined = joinTwins(graphOf(sizes, cliques));
+  std::vector<std::vector<int>> blocksOf(index(joined.graph.blocks()));
+  for (std::size_t b = 0; b < sizes.size(); ++b) blocksOf[index(joined.groupOf[b])].push_back(static_cast<int>(b));
+  std::vector<int> order;
+  order.reserve(sizes.size());
+  for (int const group : eliminationOrder(joined.graph)) {
+    order.insert(order.end(), blocksOf[index(group)].begin(), blocksOf[index(group)].end());
+  }
+  return order;
+}
+
 }  // namespace kvn::sparse

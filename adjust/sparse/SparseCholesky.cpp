@@ -18,13 +18,29 @@ std::unique_ptr<double[]> room(std::size_t size) {
   return std::unique_ptr<double[]>(new double[std::max<std::size_t>(size, 1)]);
 }
 
+/// Each where its first block stands.
+std::vector<int> groupsInOrder(JoinedGraph const& joined, std::vector<int> const& blockOrder) {
+  std::vector<bool> isIn(joined.graph.sizes.size(), false);
+  std::vector<int> groups;
+  groups.reserve(isIn.size());
+  for (int const block : blockOrder) {
+    int const group = joined.groupOf[index(block)];
+    if (isIn[index(group)]) continue;
+    isIn[index(group)] = true;
+    groups.push_back(group);
+  }
+  return groups;
+}
+
 }  // namespace
 
-SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques)
-    : SparseCholesky(blockSizes, joinTwins(graphOf(blockSizes, cliques))) {}
+SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
+                               std::vector<int> const& blockOrder)
+    : SparseCholesky(blockSizes, joinTwins(graphOf(blockSizes, cliques)), blockOrder) {}
 
-SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined)
-    : tree(joined.graph, eliminationOrder(joined.graph)) {
+SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined,
+                               std::vector<int> const& blockOrder)
+    : tree(joined.graph, blockOrder.empty() ? eliminationOrder(joined.graph) : groupsInOrder(joined, blockOrder)) {
   buildColumns(joined.graph, blockSizes, joined.groupOf);
   local.assign(placeOf.size(), -1);
   least.assign(placeOf.size(), 0.0);

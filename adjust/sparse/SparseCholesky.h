@@ -21,7 +21,10 @@ class KELVANE_EXPORT SparseCholesky {
   /// @param blockSizes  unknowns of each block: block 0 has the unknowns 0 to blockSizes[0] - 1, and so on. All
   ///                    elements within a block may hold values.
   /// @param cliques     blocks whose unknowns meet.
-  SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques);
+  /// @param blockOrder  order of elimination; nothing for one of its own. One that was found for more cliques, or for
+  ///                    blocks of other sizes, serves as well.
+  SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
+                 std::vector<int> const& blockOrder = {});
 
   int unknowns() const { return static_cast<int>(placeOf.size()); }
 
@@ -73,7 +76,7 @@ class KELVANE_EXPORT SparseCholesky {
     std::size_t at;
     bool exists;
   };
-  SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined);
+  SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined, std::vector<int> const& blockOrder);
   void buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes, std::vector<int> const& groupOf);
   void findLeast(Bounds const& bounds);
   Slot slot(int i, int j) const;

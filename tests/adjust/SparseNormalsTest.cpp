@@ -83,18 +83,19 @@ TEST(SparseCholesky, SolvesAndInvertsAsTheFullMatrix) {
 
 TEST(SparseCholesky, SolvesWhatIsOrderedByDissection) {
   constexpr int kSide = 60;  // a grid of 3,600 unknowns: a plate, whose diagonal dominates a little
+  constexpr int kCount = kSide * kSide;
   std::vector<Clique> cliques;
-  for (int i = 0; i < kSide * kSide; ++i) {
+  for (int i = 0; i < kCount; ++i) {
     if (i % kSide + 1 < kSide) cliques.push_back({i, i + 1, -1});
-    if (i + kSide < kSide * kSide) cliques.push_back({i, i + kSide, -1});
+    if (i + kSide < kCount) cliques.push_back({i, i + kSide, -1});
   }
-  SparseCholesky sparse(std::vector<int>(kSide * kSide, 1), cliques);
+  SparseCholesky sparse(std::vector<int>(kCount, 1), cliques);
   for (Clique const& clique : cliques) sparse.add(clique[0], clique[1], -1.0);
-  for (int i = 0; i < kSide * kSide; ++i) sparse.add(i, i, 4.01);
+  for (int i = 0; i < kCount; ++i) sparse.add(i, i, 4.01);
   ASSERT_TRUE(sparse.factor());
   sparse.invert();
-  int const middle = kSide * kSide / 2 + kSide / 2;
-  std::vector<double> x(kSide * kSide, 0.0);
+  int const middle = kCount / 2 + kSide / 2;
+  std::vector<double> x(kCount, 0.0);
   x[static_cast<std::size_t>(middle)] = 1.0;
   sparse.solve(x);
   for (int const other : {middle, middle + 1, middle - kSide}) {
