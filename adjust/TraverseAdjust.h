@@ -209,6 +209,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   // The start of the iteration.
   std::vector<detail::PolarSight> polarSights() const;
   std::vector<std::complex<double>> const& fitted();
+  bool hasFit();
   bool placeRemainingPoints();
   bool settles();
 

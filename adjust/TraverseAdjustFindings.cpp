@@ -44,6 +44,7 @@ detail::PlaneNetwork TraverseAdjust::planeNetwork() const {
   network.known = knPointsCount;
   network.stationPoint = stationPoint;
   network.directionStart = directionStart;
+  network.blockOrder = blockOrder;
   network.directionError = std::max(angleError, kSmallestSeconds) / rho;
   network.distanceFixed = std::max(lineFixedError, kSmallestDistanceError);
   network.distanceProportion = lineProportionError;
@@ -93,9 +94,10 @@ void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool i
     }
   }
   suspects.clear();
-  for (detail::GrossError const& error : detail::grossErrors(network, places, searched)) {
-    suspects.push_back(suspectOf(error.observation, error.difference));
-  }
+  // The fit looks at all sights at once, so that no gross error leads it astray: nothing else need be tried.
+  auto const errors =
+      hasFit() ? detail::grossErrors(network, fitted(), {}) : detail::grossErrors(network, places, searched);
+  for (detail::GrossError const& error : errors) suspects.push_back(suspectOf(error.observation, error.difference));
   addControlSuspects();
   if (!suspects.empty()) tell(worded(suspects), Warning);
 }

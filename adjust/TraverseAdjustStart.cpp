@@ -1,5 +1,6 @@
 // Where the iteration starts: points that the walks do not place, and better coordinates than theirs.
 #include "adjust/TraverseAdjust.h"
+#include "adjust/detail/GrossErrors.h"
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/PolarFit.h"
 #include "adjust/detail/StartSearch.h"
@@ -19,10 +20,6 @@ using detail::Place;
 constexpr int kManyPoints = 300;
 // A sight that misses its target by so much of its length keeps the iteration away from its goal, or long from it.
 constexpr double kFarOff = 0.1;
-// Rounds of an attempt: enough for a network that comes to rest slowly, and few where each takes seconds.
-constexpr int kMostRounds = 200;
-constexpr int kLeastRounds = 20;
-constexpr int kRoundsTimesUnknowns = 2000000;
 
 }  // namespace
 
@@ -50,6 +47,12 @@ std::vector<Place> const& TraverseAdjust::fitted() {
                                     [this] { checkCancelAndThrow(); });
   }
   return fittedPlaces;
+}
+
+/// Whether the network is large, and the fit places all its points.
+bool TraverseAdjust::hasFit() {
+  return pointsCount >= kManyPoints &&
+         std::all_of(fitted().begin(), fitted().end(), [](Place p) { return std::isfinite(p.real()); });
 }
 
 /// Everything that the walks do not do; false when points are left.
@@ -92,8 +95,7 @@ bool TraverseAdjust::placeRemainingPoints() {
 /// by more than the iteration can take.
 bool TraverseAdjust::settles() {
   if (redundancy() < 0) return false;
-  int const most = std::max(kLeastRounds, std::min(kMostRounds, kRoundsTimesUnknowns / unknownsCount()));
-  int const rounds = std::min(iterationLimit, most);
+  int const rounds = std::min(iterationLimit, detail::attemptRounds(unknownsCount()));
   start = XY;
   bool const isFarOff =
       pointsCount >= kManyPoints && detail::largestMisfit(placesOf(XY), stationsCount, polarSights()) > kFarOff;

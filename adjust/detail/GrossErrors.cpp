@@ -14,7 +14,10 @@ namespace {
 // Beyond this many standard errors lie 6 of 10 million good observations.
 constexpr double kLeastCritical = 5.0;
 constexpr int kPlainRounds = 15;
+// As many as come to rest slowly, and few where each takes seconds.
 constexpr int kManyRounds = 200;
+constexpr int kFewRounds = 20;
+constexpr int kRoundsTimesUnknowns = 2000000;
 constexpr double kSettled = 1e-3;  // metres
 constexpr int kRobustRounds = 30;
 constexpr int kTestRounds = 40;
@@ -149,9 +152,13 @@ double criticalTest(std::size_t observations) {
   return std::max(kLeastCritical, std::sqrt(2.0 * std::log(20.0 * static_cast<double>(observations) + 1.0)));
 }
 
+int attemptRounds(int unknowns) {
+  return std::max(kFewRounds, std::min(kManyRounds, kRoundsTimesUnknowns / std::max(unknowns, 1)));
+}
+
 bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove) {
   Fit fit(network, places);
-  return fit.settle(std::vector<double>(fit.size(), 1.0), kManyRounds, smallestMove);
+  return fit.settle(std::vector<double>(fit.size(), 1.0), attemptRounds(unknownsOf(network)), smallestMove);
 }
 
 namespace {
@@ -182,7 +189,7 @@ Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places
 std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
                                     std::function<std::vector<Place>()> const& otherPlaces) {
   Verdict best = judgedFrom(network, places, false);
-  if (best.errors.empty() && std::isfinite(best.doubt)) return {};
+  if (!otherPlaces || (best.errors.empty() && std::isfinite(best.doubt))) return best.errors;
   // A robust fit keeps near to where it began, and a gross error may have led the start astray.
   std::vector<Place> const others = otherPlaces();
   for (bool const plainFirst : {true, false}) {

@@ -24,12 +24,17 @@ KELVANE_EXPORT double criticalTest(std::size_t observations);
 /// observations are worse than these throughout, those of the observations.
 ///
 /// @param places       of all points, to begin with.
-/// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects.
+/// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
+///                     none when the places can be trusted not to follow a gross error.
 KELVANE_EXPORT std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
                                                    std::function<std::vector<Place>()> const& otherPlaces);
 
-/// Whether plain least squares come from these places, within 200 rounds, to one that moves no coordinate by more than
-/// `smallestMove`, metres. What has not settled by then swings to and fro or runs away.
+/// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
+/// swings to and fro or runs away.
+KELVANE_EXPORT int attemptRounds(int unknowns);
+
+/// Whether plain least squares come from these places, within so many rounds, to one that moves no coordinate by more
+/// than `smallestMove`, metres.
 KELVANE_EXPORT bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove);
 
 }  // namespace kvn::detail

@@ -39,6 +39,7 @@ struct KELVANE_EXPORT PlaneNetwork {
   std::vector<int> directionStart;  ///< station i owns directions directionStart[i] up to directionStart[i + 1]
   std::vector<Direction> directions;
   std::vector<Line> lines;
+  std::vector<int> blockOrder;  ///< of elimination: points and, behind their number, stations; empty when not known
   double directionError = 0.0;  ///< a-priori standard error of a direction, radians
   double distanceFixed = 0.0;   ///< of a distance S: distanceFixed + distanceProportion S, metres
   double distanceProportion = 0.0;

@@ -29,8 +29,7 @@ struct PolarSight {
 /// @param poll        called again and again; may throw to end the work.
 /// @return places of all points, NaN for those that the sights do not determine.
 KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known, int stations,
-                                           std::vector<PolarSight> const& sights,
-                                           std::vector<int> const& blockOrder,
+                                           std::vector<PolarSight> const& sights, std::vector<int> const& blockOrder,
                                            std::function<void()> const& poll = {});
 
 /// Largest misfit of a sight at the given places, as a share of its length, each station being turned and scaled as its

@@ -24,9 +24,18 @@ std::vector<sparse::Clique> cliquesOf(PlaneNetwork const& network) {
   return cliques;
 }
 
+std::vector<int> orderOf(PlaneNetwork const& network) {
+  std::vector<int> order;
+  for (int const block : network.blockOrder) {
+    if (block >= network.known) order.push_back(block - network.known);
+  }
+  return order;
+}
+
 }  // namespace
 
-SparseNormals::SparseNormals(PlaneNetwork const& network) : cholesky(blocksOf(network), cliquesOf(network)) {}
+SparseNormals::SparseNormals(PlaneNetwork const& network)
+    : cholesky(blocksOf(network), cliquesOf(network), orderOf(network)) {}
 
 bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge) {
   cholesky.clear();
