@@ -8,6 +8,7 @@
 #include <string>
 #include <type_traits>
 #include <unordered_map>
+#include <utility>
 
 namespace kvn {
 namespace {
@@ -32,6 +33,7 @@ void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection mi
 
 void AlgorithmAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
 void AlgorithmAdjust::setIterationLimit(int rounds) { iterationLimit = rounds; }
+void AlgorithmAdjust::setProgressCall(AdjustProgressCall call) { progressCall = std::move(call); }
 void AlgorithmAdjust::setFoldToNearest(bool fold) { foldToNearest = fold; }
 
 void AlgorithmAdjust::calculateAdjust() {
@@ -61,6 +63,7 @@ void AlgorithmAdjust::adjustLeastSquares() {
   adjustment.setCancelCall(getCancelCall());
   adjustment.setCountControlDistances(countControlDistances);
   adjustment.setIterationLimit(iterationLimit);
+  adjustment.setProgressCall(progressCall);
   adjustment.calculateAdjust();
   pointX0Y0List = adjustment.getPointX0Y0();
   directionResultList = adjustment.getDirrectionInfo();

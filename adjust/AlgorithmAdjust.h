@@ -1,6 +1,7 @@
 // AlgorithmAdjust: runs a plane calculation of a project and keeps its results.
 #pragma once
 
+#include "adjust/AdjustProgress.h"
 #include "adjust/AlgorithmData.h"
 #include "core/Configure.h"
 #include "records/CalculationRecords.h"
@@ -35,6 +36,8 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   void setCountControlDistances(bool count);
   /// See `TraverseAdjust::setIterationLimit`.
   void setIterationLimit(int rounds);
+  /// Told where a least-squares run stands.
+  void setProgressCall(AdjustProgressCall call);
   /// Whether a closed traverse takes polygons walked clockwise too; off by default. See
   /// `CloseTraverse::setFoldToNearest`.
   void setFoldToNearest(bool fold);
@@ -87,6 +90,7 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   TraverseSummary traverseSummary;
   bool countControlDistances = false;
   int iterationLimit = 10000;
+  AdjustProgressCall progressCall;
   bool foldToNearest = false;
 };
 

@@ -1,6 +1,7 @@
 // TraverseAdjust: least-squares adjustment of a plane network of directions and distances.
 #pragma once
 
+#include "adjust/AdjustProgress.h"
 #include "adjust/AlgorithmData.h"
 #include "adjust/Matrix.h"
 #include "adjust/NameIndex.h"
@@ -16,7 +17,6 @@
 #include <complex>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -30,14 +30,6 @@ class NormalEquations;
 struct PlaneNetwork;
 struct PolarSight;
 }  // namespace detail
-
-/// Where a least-squares run stands.
-struct AdjustProgress {
-  enum Stage { Start, Equations, Inverse, Results };
-  Stage stage;
-  int round;           ///< of the iteration, from 1 on
-  double largestMove;  ///< of a coordinate in the round before, metres; NaN in the first one
-};
 
 /// Indirect (parametric) adjustment. Unknowns are x and y of every point and one orientation of every station;
 /// minimised is the weighted sum of the squared residuals of directions and distances. x is north, y is east;
@@ -120,8 +112,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// below it the matrix is full. The results are the same but for rounding.
   void setSparseFrom(int unknowns);
 
-  /// Told on the calling thread when a stage begins.
-  void setProgressCall(std::function<void(AdjustProgress const&)> call);
+  void setProgressCall(AdjustProgressCall call);
 
   /// Whether the findings below are told as messages when they come up; on by default.
   void setTellFindings(bool tell);
@@ -300,7 +291,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   int iterationLimit = 10000;
   int sparseFrom;
   double largestMove;
-  std::function<void(AdjustProgress const&)> progressCall;
+  AdjustProgressCall progressCall;
   std::vector<double> lineErrors;                        // errors of the distances without a threshold, metres
   std::vector<std::vector<double>> directionLineErrors;  // the same for the lines of the directions
   std::vector<UnplacedPoint> unplacedPoints;

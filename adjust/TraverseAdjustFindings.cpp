@@ -77,6 +77,8 @@ std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinat
 /// Where plain least squares do not settle about the coordinates of the walk, a search from the known points alone may
 /// give better ones: it weighs all that is observed to a point.
 void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool improveStart) {
+  tellProgress(AdjustProgress::Check);
+  auto const poll = [this] { checkCancelAndThrow(); };
   detail::PlaneNetwork const network = planeNetwork();
   std::vector<Place> const places = placesOf(coordinates);
   auto const searched = [&network, &places] {
@@ -87,16 +89,16 @@ void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool i
     for (int n = 0; n < network.points; ++n) found.push_back(search.at(n));
     return found;
   };
-  if (improveStart && !detail::settles(network, places, kSmallestMove)) {
+  if (improveStart && !detail::settles(network, places, kSmallestMove, poll)) {
     std::vector<Place> const better = searched();
-    if (!better.empty() && detail::settles(network, better, kSmallestMove)) {
+    if (!better.empty() && detail::settles(network, better, kSmallestMove, poll)) {
       for (int n = knPointsCount; n < pointsCount; ++n) place(n, {better[index(n)].real(), better[index(n)].imag()});
     }
   }
   suspects.clear();
   // The fit looks at all sights at once, so that no gross error leads it astray: nothing else need be tried.
-  auto const errors =
-      hasFit() ? detail::grossErrors(network, fitted(), {}) : detail::grossErrors(network, places, searched);
+  auto const errors = hasFit() ? detail::grossErrors(network, fitted(), {}, poll)
+                               : detail::grossErrors(network, places, searched, poll);
   for (detail::GrossError const& error : errors) suspects.push_back(suspectOf(error.observation, error.difference));
   addControlSuspects();
   if (!suspects.empty()) tell(worded(suspects), Warning);

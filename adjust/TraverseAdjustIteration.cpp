@@ -86,9 +86,7 @@ void TraverseAdjust::setSparseFrom(int unknowns) {
   normals.reset();
 }
 
-void TraverseAdjust::setProgressCall(std::function<void(AdjustProgress const&)> call) {
-  progressCall = std::move(call);
-}
+void TraverseAdjust::setProgressCall(AdjustProgressCall call) { progressCall = std::move(call); }
 
 void TraverseAdjust::tellProgress(AdjustProgress::Stage stage) const {
   if (progressCall) progressCall({stage, iterations + 1, largestMove});

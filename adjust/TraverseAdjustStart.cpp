@@ -43,6 +43,7 @@ std::vector<detail::PolarSight> TraverseAdjust::polarSights() const {
 /// NaN where the sights with distances do not determine a point.
 std::vector<Place> const& TraverseAdjust::fitted() {
   if (fittedPlaces.empty()) {
+    tellProgress(AdjustProgress::Start);
     fittedPlaces = detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), eliminationOrder(),
                                     [this] { checkCancelAndThrow(); });
   }

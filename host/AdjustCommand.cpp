@@ -12,7 +12,9 @@
 #include "TraverseReport.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -73,6 +75,44 @@ Network prepared(Network const& network, int method, bool asRead) {
   return withForwardDistances(turnedCircles(network));
 }
 
+/// Shows where an adjustment stands, once it has taken long enough for someone to ask.
+class ProgressLine {
+ public:
+  explicit ProgressLine(std::size_t observations) : count(observations) {}
+  ProgressLine(ProgressLine const&) = delete;
+  ProgressLine& operator=(ProgressLine const&) = delete;
+  ~ProgressLine() { eraseProgress(); }
+
+  void show(AdjustProgress const& progress) const {
+    if (std::chrono::steady_clock::now() - start < kPatience) return;
+    showProgress(QString("Adjusting %1 observations: %2").arg(count).arg(textOf(progress)));
+  }
+
+ private:
+  static constexpr std::chrono::milliseconds kPatience{300};
+
+  static QString textOf(AdjustProgress const& progress) {
+    switch (progress.stage) {
+      case AdjustProgress::Start:
+        return "approximate coordinates";
+      case AdjustProgress::Equations:
+        break;
+      case AdjustProgress::Inverse:
+        return "inverse";
+      case AdjustProgress::Results:
+        return "errors of the results";
+      case AdjustProgress::Check:
+        return "search for gross errors";
+    }
+    QString const round = QString("round %1").arg(progress.round);
+    if (std::isnan(progress.largestMove)) return round;
+    return round + QString(", largest move %1 m").arg(progress.largestMove, 0, 'g', 3);
+  }
+
+  std::size_t count;
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+};
+
 /// Puts the finished adjustment into the project.
 void adjust(Session& session, Network const& network, bool asRead) {
   Project& project = session.project();
@@ -85,8 +125,11 @@ void adjust(Session& session, Network const& network, bool asRead) {
   adjustment->setFoldToNearest(!asRead);
   if (!asRead) adjustment->setIterationLimit(kIterationLimit);
   adjustment->setNetworkData(network, asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
+  ProgressLine const line(network.lines.size());
+  adjustment->setProgressCall([&line](AdjustProgress const& progress) { line.show(progress); });
   try {
     adjustment->calculateAdjust();
+    adjustment->setProgressCall({});
   } catch (AlgorithmException const& failure) {
     if (method == kLeastSquares) throw;
     throw Refusal(session.file(), explained(failure, method));

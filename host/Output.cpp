@@ -3,6 +3,7 @@
 #include <utils/HTextCodec.h>
 
 #include <json/writer.h>
+#include <unistd.h>
 #include <QTextCodec>
 #include <algorithm>
 #include <cmath>
@@ -11,6 +12,8 @@
 
 namespace kvn::host {
 namespace {
+
+bool isProgressShown = false;
 
 std::runtime_error notWritten() { return std::runtime_error("standard output cannot be written"); }
 
@@ -46,7 +49,23 @@ void printJson(Json::Value const& value) {
   finishPrinting();
 }
 
-void printLine(QString const& text) { std::fprintf(stderr, "%s\n", text.toUtf8().constData()); }
+void printLine(QString const& text) {
+  eraseProgress();
+  std::fprintf(stderr, "%s\n", text.toUtf8().constData());
+}
+
+void showProgress(QString const& text) {
+  if (isatty(STDERR_FILENO) == 0) return;
+  std::fprintf(stderr, "\r%s\x1b[K", text.toUtf8().constData());  // the sequence erases the rest of the line
+  std::fflush(stderr);
+  isProgressShown = true;
+}
+
+void eraseProgress() {
+  if (!isProgressShown) return;
+  std::fputs("\r\x1b[K", stderr);
+  isProgressShown = false;
+}
 
 Json::Value number(double value) { return std::isfinite(value) ? Json::Value(value) : Json::Value(); }
 

@@ -27,6 +27,10 @@ void printJson(Json::Value const& value);
 /// To standard error, with a line end.
 void printLine(QString const& text);
 
+/// A line of the error stream that the next one takes the place of; nothing where that is no terminal.
+void showProgress(QString const& text);
+void eraseProgress();
+
 /// A number, or null for a value that does not exist: NaN, and infinity, which JSON cannot hold.
 Json::Value number(double value);
 

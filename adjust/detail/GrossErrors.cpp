@@ -29,8 +29,9 @@ constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal va
 
 class Fit {
  public:
-  Fit(PlaneNetwork const& network, std::vector<Place> const& places)
+  Fit(PlaneNetwork const& network, std::vector<Place> const& places, Poll const& call)
       : net(network),
+        poll(call),
         state(orientedState(network, places)),
         equations(equationsOf(network, state)),
         weights(equations.size()),
@@ -43,7 +44,7 @@ class Fit {
   /// Weights 1 / error² times the given factors. The largest move of a coordinate; not finite when it cannot be solved.
   double step(std::vector<double> const& factors) {
     for (std::size_t i = 0; i < size(); ++i) weights[i] = factors[i] / (equations[i].error * equations[i].error);
-    if (!normals.factor(equations, weights)) return std::numeric_limits<double>::infinity();
+    if (!normals.factor(equations, weights, 0.0, poll)) return std::numeric_limits<double>::infinity();
     std::vector<double> const dx = normals.correction(equations, weights);
     double largest = 0.0;
     for (int i = 0; i < 2 * (net.points - net.known); ++i) {
@@ -91,7 +92,7 @@ class Fit {
 
   /// Of each observation, the residual over its standard error; of a suspect over that of its prediction.
   std::vector<double> tests(std::vector<bool> const& isSuspect) {
-    std::vector<double> result = normals.cofactors(equations);
+    std::vector<double> result = normals.cofactors(equations, poll);
     for (std::size_t i = 0; i < size(); ++i) {
       double const share = result[i] / (equations[i].error * equations[i].error);
       double const checked = isSuspect[i] ? 1.0 + share : 1.0 - share;
@@ -102,6 +103,7 @@ class Fit {
 
  private:
   PlaneNetwork const& net;
+  Poll const& poll;
   NetworkState state;
   std::vector<Equation> equations;
   std::vector<double> weights;
@@ -156,8 +158,8 @@ int attemptRounds(int unknowns) {
   return std::max(kFewRounds, std::min(kManyRounds, kRoundsTimesUnknowns / std::max(unknowns, 1)));
 }
 
-bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove) {
-  Fit fit(network, places);
+bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove, Poll const& poll) {
+  Fit fit(network, places, poll);
   return fit.settle(std::vector<double>(fit.size(), 1.0), attemptRounds(unknownsOf(network)), smallestMove);
 }
 
@@ -168,9 +170,9 @@ struct Verdict {
   std::vector<GrossError> errors;
 };
 
-Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places, bool plainFirst) {
+Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places, bool plainFirst, Poll const& poll) {
   Verdict verdict;
-  Fit fit(network, places);
+  Fit fit(network, places, poll);
   if (plainFirst && !fit.settle(std::vector<double>(fit.size(), 1.0), kPlainRounds, kSettled)) return verdict;
   if (!fit.settleRobustly()) return verdict;
   double const scale = std::max(1.0, fit.median() / kNormalMedian);
@@ -187,15 +189,15 @@ Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places
 }  // namespace
 
 std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
-                                    std::function<std::vector<Place>()> const& otherPlaces) {
-  Verdict best = judgedFrom(network, places, false);
+                                    std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll) {
+  Verdict best = judgedFrom(network, places, false, poll);
   if (!otherPlaces || (best.errors.empty() && std::isfinite(best.doubt))) return best.errors;
   // A robust fit keeps near to where it began, and a gross error may have led the start astray.
   std::vector<Place> const others = otherPlaces();
   for (bool const plainFirst : {true, false}) {
     for (std::vector<Place> const* start : {&places, &others}) {
       if (start->empty() || (start == &places && !plainFirst)) continue;
-      Verdict verdict = judgedFrom(network, *start, plainFirst);
+      Verdict verdict = judgedFrom(network, *start, plainFirst, poll);
       if (verdict.doubt < best.doubt) best = std::move(verdict);
     }
   }

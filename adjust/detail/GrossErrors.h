@@ -9,6 +9,9 @@
 
 namespace kvn::detail {
 
+/// Called again and again in long work; may throw to end it.
+using Poll = std::function<void()>;
+
 struct GrossError {
   int observation;    ///< number of the direction or, behind all directions, of the distance
   double difference;  ///< what the others say less what was observed, radians or metres
@@ -27,7 +30,8 @@ KELVANE_EXPORT double criticalTest(std::size_t observations);
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
 ///                     none when the places can be trusted not to follow a gross error.
 KELVANE_EXPORT std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
-                                                   std::function<std::vector<Place>()> const& otherPlaces);
+                                                   std::function<std::vector<Place>()> const& otherPlaces,
+                                                   Poll const& poll = {});
 
 /// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
 /// swings to and fro or runs away.
@@ -35,6 +39,7 @@ KELVANE_EXPORT int attemptRounds(int unknowns);
 
 /// Whether plain least squares come from these places, within so many rounds, to one that moves no coordinate by more
 /// than `smallestMove`, metres.
-KELVANE_EXPORT bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove);
+KELVANE_EXPORT bool settles(PlaneNetwork const& network, std::vector<Place> const& places, double smallestMove,
+                            Poll const& poll = {});
 
 }  // namespace kvn::detail

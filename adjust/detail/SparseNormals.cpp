@@ -37,14 +37,15 @@ std::vector<int> orderOf(PlaneNetwork const& network) {
 SparseNormals::SparseNormals(PlaneNetwork const& network)
     : cholesky(blocksOf(network), cliquesOf(network), orderOf(network)) {}
 
-bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge) {
+bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge,
+                           sparse::Poll const& poll) {
   cholesky.clear();
   for (std::size_t e = 0; e < equations.size(); ++e) {
     Equation const& q = equations[e];
     cholesky.addEquation(q.factor.data(), q.unknown.data(), q.count, weights[e]);
   }
   for (int i = 0; ridge != 0.0 && i < cholesky.unknowns(); ++i) cholesky.add(i, i, ridge);
-  return cholesky.factor();
+  return cholesky.factor({}, poll);
 }
 
 std::vector<std::vector<double>> SparseNormals::freeVectors(double weakness, int count) const {
@@ -64,8 +65,8 @@ std::vector<double> SparseNormals::correction(std::vector<Equation> const& equat
   return x;
 }
 
-std::vector<double> SparseNormals::cofactors(std::vector<Equation> const& equations) {
-  cholesky.invert();
+std::vector<double> SparseNormals::cofactors(std::vector<Equation> const& equations, sparse::Poll const& poll) {
+  cholesky.invert(poll);
   std::vector<double> result;
   result.reserve(equations.size());
   for (Equation const& q : equations) {

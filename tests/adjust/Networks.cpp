@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <set>
 
 namespace test {
@@ -50,23 +51,22 @@ kvn::NetworkDataInfo line(std::string const& from, std::string const& to, double
   return result;
 }
 
-SyntheticNetwork makeNetwork(NetworkPlan const& plan, std::mt19937& random) {
+namespace {
+
+using Targets = std::function<std::set<int>(int station)>;
+
+SyntheticNetwork observe(std::vector<kvn::PointInfo> const& points, std::vector<int> const& known,
+                         Targets const& targetsOf, NetworkPlan const& plan, std::mt19937& random) {
   std::normal_distribution<double> noise;
   std::uniform_real_distribution<double> share(0.0, 1.0);
-  std::vector<kvn::PointInfo> const points = scatter(plan.points, random);
   SyntheticNetwork made;
   for (kvn::PointInfo const& point : points) made.truth[point.name] = point;
-  for (int i = 0; i < plan.known; ++i) {
+  for (int const i : known) {
     auto const& point = points[static_cast<std::size_t>(i)];
     made.network.knownPoints.emplace_back(point.name, point.x, point.y, 0.0);
   }
-  std::uniform_int_distribution<int> anyPoint(0, plan.points - 1);
-  for (int s = 0; s < plan.points; ++s) {
-    std::set<int> targets{s > 0 ? s - 1 : 1, s + 1 < plan.points ? s + 1 : s - 1};
-    while (static_cast<int>(targets.size()) < std::min(plan.sights, plan.points - 1)) {
-      int const target = anyPoint(random);
-      if (target != s) targets.insert(target);
-    }
+  for (int s = 0; s < static_cast<int>(points.size()); ++s) {
+    std::set<int> const targets = targetsOf(s);
     double const zero = plan.circleZero < 0.0 ? share(random) * kFullCircle : plan.circleZero;
     auto const& station = points[static_cast<std::size_t>(s)];
     for (int const t : targets) {
@@ -81,6 +81,43 @@ SyntheticNetwork makeNetwork(NetworkPlan const& plan, std::mt19937& random) {
     }
   }
   return made;
+}
+
+}  // namespace
+
+SyntheticNetwork makeNetwork(NetworkPlan const& plan, std::mt19937& random) {
+  std::vector<kvn::PointInfo> const points = scatter(plan.points, random);
+  std::vector<int> known;
+  for (int i = 0; i < plan.known; ++i) known.push_back(i);
+  std::uniform_int_distribution<int> anyPoint(0, plan.points - 1);
+  auto const targetsOf = [&](int s) {
+    std::set<int> targets{s > 0 ? s - 1 : 1, s + 1 < plan.points ? s + 1 : s - 1};
+    while (static_cast<int>(targets.size()) < std::min(plan.sights, plan.points - 1)) {
+      int const target = anyPoint(random);
+      if (target != s) targets.insert(target);
+    }
+    return targets;
+  };
+  return observe(points, known, targetsOf, plan, random);
+}
+
+SyntheticNetwork makeGrid(int side, NetworkPlan const& plan, std::mt19937& random) {
+  std::uniform_real_distribution<double> offset(-20.0, 20.0);
+  std::vector<kvn::PointInfo> points;
+  for (int i = 0; i < side * side; ++i) {
+    double const north = 100.0 * (i / side) + offset(random);
+    points.push_back(namedPoint(i, north, 100.0 * (i % side) + offset(random)));
+  }
+  auto const targetsOf = [side](int s) {
+    std::set<int> targets;
+    for (int row = std::max(0, s / side - 1); row <= std::min(side - 1, s / side + 1); ++row) {
+      for (int column = std::max(0, s % side - 1); column <= std::min(side - 1, s % side + 1); ++column) {
+        if (row * side + column != s) targets.insert(row * side + column);
+      }
+    }
+    return targets;
+  };
+  return observe(points, {0, side - 1, side * (side - 1), side * side - 1}, targetsOf, plan, random);
 }
 
 }  // namespace test

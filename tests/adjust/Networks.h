@@ -29,6 +29,11 @@ struct SyntheticNetwork {
 /// points before and after it in the list and random others, so that the network hangs together.
 SyntheticNetwork makeNetwork(NetworkPlan const& plan, std::mt19937& random);
 
+/// side x side points 100 m apart, each moved by up to 20 m north or south and east or west; every one sights those
+/// around it, up to 8. Known are the four corners, which do not see each other. Of the plan only noise, distances and
+/// circles count.
+SyntheticNetwork makeGrid(int side, NetworkPlan const& plan, std::mt19937& random);
+
 /// Azimuth from a to b, 0 to 2π.
 double azimuth(kvn::PointInfo const& a, kvn::PointInfo const& b);
 

@@ -1,5 +1,4 @@
 // The sparse factor and its inverse against full matrices.
-#include "Networks.h"
 #include "adjust/sparse/SparseCholesky.h"
 
 #include <gtest/gtest.h>
@@ -122,41 +121,6 @@ TEST(SparseCholesky, RefusesPivotsThatAreNotPositiveOrLost) {
   EXPECT_FALSE(isSound(1.0, 1.0, 1.0 + 1e-13, {0.0, 1e-12}));
   EXPECT_TRUE(isSound(1.0, 1.0, 1.0 + 1e-13, {0.0, 1e-15}));
   EXPECT_FALSE(isSound(1.0, 0.0, 0.1, {0.1, 0.0}));
-}
-
-TEST(TraverseAdjust, GivesTheSameResultsWithAFullAndASparseMatrix) {
-  for (unsigned const seed : {1U, 2U, 3U}) {
-    std::mt19937 random(seed);
-    test::NetworkPlan plan;
-    plan.points = 60;
-    plan.directionNoise = 2.0;
-    plan.distanceFixed = 0.003;
-    plan.distanceProportion = 3e-6;
-    kvn::AlgorithmData data;
-    data.readNetworkData(test::makeNetwork(plan, random).network);
-    kvn::TraverseAdjust full;
-    kvn::TraverseAdjust sparse;
-    full.setSparseFrom(std::numeric_limits<int>::max());
-    sparse.setSparseFrom(0);
-    full.Adjust(data);
-    sparse.Adjust(data);
-    auto const expected = full.getPointErrorInfo();
-    auto const points = sparse.getPointErrorInfo();
-    ASSERT_EQ(points.size(), expected.size());
-    EXPECT_EQ(sparse.getSummary().iterations, full.getSummary().iterations);
-    for (std::size_t i = 0; i < points.size(); ++i) {
-      EXPECT_NEAR(points[i].x, expected[i].x, 1e-9) << points[i].name;
-      EXPECT_NEAR(points[i].y, expected[i].y, 1e-9) << points[i].name;
-      EXPECT_NEAR(points[i].mx, expected[i].mx, 1e-6 * expected[i].mp) << points[i].name;
-      EXPECT_NEAR(points[i].my, expected[i].my, 1e-6 * expected[i].mp) << points[i].name;
-    }
-    auto const expectedLines = full.getLineErrorInfo();
-    auto const lines = sparse.getLineErrorInfo();
-    ASSERT_EQ(lines.size(), expectedLines.size());
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      EXPECT_NEAR(lines[i].azimuthError, expectedLines[i].azimuthError, 1e-6 * expectedLines[i].azimuthError);
-    }
-  }
 }
 
 }  // namespace
