@@ -137,7 +137,8 @@ std::vector<std::array<int, 3>> TraverseAdjust::cliques() const {
 
 /// Of the blocks. Found once: it takes as long as a factorisation.
 std::vector<int> const& TraverseAdjust::eliminationOrder() {
-  if (blockOrder.empty()) blockOrder = sparse::eliminationOrder(blockSizes(), cliques());
+  if (blockOrder.empty())
+    blockOrder = sparse::eliminationOrder(blockSizes(), cliques(), [this] { checkCancelAndThrow(); });
   return blockOrder;
 }
 

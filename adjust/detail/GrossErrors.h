@@ -2,15 +2,13 @@
 #pragma once
 
 #include "adjust/detail/NetworkEquations.h"
+#include "adjust/detail/Poll.h"
 
 #include <cstddef>
 #include <functional>
 #include <vector>
 
 namespace kvn::detail {
-
-/// Called again and again in long work; may throw to end it.
-using Poll = std::function<void()>;
 
 struct GrossError {
   int observation;    ///< number of the direction or, behind all directions, of the distance

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "adjust/detail/PackedInverse.h"
+#include "adjust/detail/Poll.h"
 #include "adjust/sparse/BlockGraph.h"
 
 #include <utils/Export.h>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,9 +16,6 @@ namespace kvn::detail {
 /// `inverse`; all that may be repeated with other values.
 class KELVANE_EXPORT NormalEquations {
  public:
-  /// Called again and again in long work; may throw to end it.
-  using Poll = std::function<void()>;
-
   /// When a system counts as singular.
   struct Soundness {
     PivotRule rule;

@@ -22,7 +22,7 @@ constexpr int kMostRounds = 8;
 class PolarSystem {
  public:
   PolarSystem(std::vector<Place>& all, int knownPoints, int stationCount, std::vector<PolarSight> const& allSights,
-              std::vector<int> const& blockOrder, sparse::Poll const& call)
+              std::vector<int> const& blockOrder, Poll const& call)
       : places(all),
         known(knownPoints),
         sights(allSights),
@@ -140,7 +140,7 @@ class PolarSystem {
   std::vector<Place>& places;
   int known;
   std::vector<PolarSight> const& sights;
-  sparse::Poll const& poll;
+  Poll const& poll;
   sparse::SparseCholesky cholesky;
   std::vector<Place> turns;
   std::vector<double> right;
@@ -159,7 +159,7 @@ double medianOf(std::vector<double> numbers) {
 }  // namespace
 
 std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, std::vector<PolarSight> const& sights,
-                            std::vector<int> const& blockOrder, std::function<void()> const& poll) {
+                            std::vector<int> const& blockOrder, Poll const& poll) {
   double const nan = std::numeric_limits<double>::quiet_NaN();
   if (sights.empty()) {
     std::fill(places.begin() + known, places.end(), Place(nan, nan));

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "adjust/detail/PlaneNetwork.h"
+#include "adjust/detail/Poll.h"
 
 #include <utils/Export.h>
 
-#include <functional>
 #include <vector>
 
 namespace kvn::detail {
@@ -30,7 +30,7 @@ struct PolarSight {
 /// @return places of all points, NaN for those that the sights do not determine.
 KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known, int stations,
                                            std::vector<PolarSight> const& sights, std::vector<int> const& blockOrder,
-                                           std::function<void()> const& poll = {});
+                                           Poll const& poll = {});
 
 /// Largest misfit of a sight at the given places, as a share of its length, each station being turned and scaled as its
 /// sights ask for together.

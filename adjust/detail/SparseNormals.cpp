@@ -38,7 +38,7 @@ SparseNormals::SparseNormals(PlaneNetwork const& network)
     : cholesky(blocksOf(network), cliquesOf(network), orderOf(network)) {}
 
 bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge,
-                           sparse::Poll const& poll) {
+                           Poll const& poll) {
   cholesky.clear();
   for (std::size_t e = 0; e < equations.size(); ++e) {
     Equation const& q = equations[e];
@@ -65,7 +65,7 @@ std::vector<double> SparseNormals::correction(std::vector<Equation> const& equat
   return x;
 }
 
-std::vector<double> SparseNormals::cofactors(std::vector<Equation> const& equations, sparse::Poll const& poll) {
+std::vector<double> SparseNormals::cofactors(std::vector<Equation> const& equations, Poll const& poll) {
   cholesky.invert(poll);
   std::vector<double> result;
   result.reserve(equations.size());

@@ -15,13 +15,13 @@ class KELVANE_EXPORT SparseNormals {
 
   /// Adds `ridge` to every diagonal element. False when a pivot is not positive.
   bool factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge = 0.0,
-              sparse::Poll const& poll = {});
+              Poll const& poll = {});
   /// As `SparseCholesky::freeVectors`.
   std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
   /// The corrections that make the weighted sum of squared residuals least: N dx = -A' P l.
   std::vector<double> correction(std::vector<Equation> const& equations, std::vector<double> const& weights) const;
   /// Cofactor a Q a' of each equation, Q being the inverse of N.
-  std::vector<double> cofactors(std::vector<Equation> const& equations, sparse::Poll const& poll = {});
+  std::vector<double> cofactors(std::vector<Equation> const& equations, Poll const& poll = {});
 
  private:
   sparse::SparseCholesky cholesky;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <unordered_map>
 #include <utility>
 
 namespace kvn::sparse {
@@ -54,6 +53,22 @@ bool areTwins(BlockGraph const& graph, int a, int b) {
   }
 }
 
+/// Of each block, the first one that is its twin: itself when there is none before it.
+std::vector<int> firstTwins(BlockGraph const& graph) {
+  std::vector<std::pair<std::size_t, int>> byHash;
+  byHash.reserve(index(graph.blocks()));
+  for (int b = 0; b < graph.blocks(); ++b) byHash.emplace_back(hashOf(graph, b), b);
+  std::sort(byHash.begin(), byHash.end());
+  std::vector<int> first(byHash.size());
+  std::size_t run = 0;
+  for (std::size_t i = 0; i < byHash.size(); ++i) {
+    if (byHash[i].first != byHash[run].first) run = i;
+    int const b = byHash[i].second;
+    first[index(b)] = i > run && areTwins(graph, byHash[run].second, b) ? byHash[run].second : b;
+  }
+  return first;
+}
+
 }  // namespace
 
 BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques) {
@@ -82,12 +97,11 @@ BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques) {
 JoinedGraph joinTwins(BlockGraph const& graph) {
   JoinedGraph joined;
   joined.groupOf.resize(index(graph.blocks()));
-  std::unordered_map<std::size_t, int> firstOf;
+  std::vector<int> const firstTwin = firstTwins(graph);
   std::vector<int> firsts;
   for (int b = 0; b < graph.blocks(); ++b) {
-    auto const [entry, isNew] = firstOf.try_emplace(hashOf(graph, b), b);
-    if (!isNew && areTwins(graph, entry->second, b)) {
-      joined.groupOf[index(b)] = joined.groupOf[index(entry->second)];
+    if (firstTwin[index(b)] != b) {
+      joined.groupOf[index(b)] = joined.groupOf[index(firstTwin[index(b)])];
       joined.graph.sizes[index(joined.groupOf[index(b)])] += graph.sizes[index(b)];
       continue;
     }

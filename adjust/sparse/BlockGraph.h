@@ -1,6 +1,8 @@
 // BlockGraph: which unknowns of a network meet in an observation.
 #pragma once
 
+#include "adjust/detail/Poll.h"
+
 #include <utils/Export.h>
 
 #include <array>
@@ -8,6 +10,8 @@
 #include <vector>
 
 namespace kvn::sparse {
+
+using detail::Poll;
 
 /// Blocks whose unknowns meet in one observation; -1 for none.
 using Clique = std::array<int, 3>;
@@ -36,8 +40,9 @@ KELVANE_EXPORT JoinedGraph joinTwins(BlockGraph const& graph);
 /// same graph has the same order always.
 ///
 /// @return the block that goes first, the one that goes next, and so on.
-KELVANE_EXPORT std::vector<int> eliminationOrder(BlockGraph const& graph);
+KELVANE_EXPORT std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll = {});
 /// The same for blocks that meet in cliques.
-KELVANE_EXPORT std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques);
+KELVANE_EXPORT std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques,
+                                                 Poll const& poll = {});
 
 }  // namespace kvn::sparse

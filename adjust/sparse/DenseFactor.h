@@ -2,16 +2,15 @@
 #pragma once
 
 #include "adjust/detail/DenseKernels.h"
+#include "adjust/detail/Poll.h"
 
 #include <utils/Export.h>
 
 #include <cstddef>
-#include <functional>
 
 namespace kvn::sparse {
 
-/// Called again and again in long work; may throw to end it.
-using Poll = std::function<void()>;
+using detail::Poll;
 
 /// Calls the poll whenever some milliseconds of work are done.
 class KELVANE_EXPORT Effort {

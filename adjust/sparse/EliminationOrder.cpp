@@ -5,6 +5,8 @@
 #include <metis.h>
 #include <Eigen/OrderingMethods>
 #include <Eigen/SparseCore>
+#include <algorithm>
+#include <cstddef>
 #include <new>
 #include <stdexcept>
 
@@ -15,6 +17,7 @@ using detail::index;
 
 // Below this number of blocks minimum degree is the faster one, and fills as little.
 constexpr int kDissectedFrom = 2000;
+constexpr int kMostAtOnce = 100000;  // some tenths of a second
 
 std::vector<int> byMinimumDegree(BlockGraph const& graph) {
   Eigen::SparseMatrix<double> matrix(graph.blocks(), graph.blocks());
@@ -31,37 +34,198 @@ std::vector<int> byMinimumDegree(BlockGraph const& graph) {
   return {order.indices().data(), order.indices().data() + graph.blocks()};
 }
 
-std::vector<int> byDissection(BlockGraph const& graph) {
-  idx_t blocks = graph.blocks();
-  std::vector<idx_t> starts(graph.starts.begin(), graph.starts.end());
-  std::vector<idx_t> neighbours(graph.neighbours.begin(), graph.neighbours.end());
-  std::vector<idx_t> sizes(graph.sizes.begin(), graph.sizes.end());
-  std::vector<idx_t> order(index(blocks));
-  std::vector<idx_t> placeOf(index(blocks));
+// Blocks with more neighbours than this are not compared with each other.
+constexpr std::size_t kMostCompared = 64;
+
+std::size_t degree(BlockGraph const& graph, int block) {
+  return graph.starts[index(block) + 1] - graph.starts[index(block)];
+}
+
+/// Whether `block` meets all that its neighbour `inner` meets.
+bool surrounds(BlockGraph const& graph, int block, int inner) {
+  auto const from = [&graph](int b) {
+    return graph.neighbours.begin() + static_cast<std::ptrdiff_t>(graph.starts[index(b)]);
+  };
+  auto q = from(block);
+  for (auto p = from(inner); p != from(inner + 1); ++p) {
+    if (*p == block) continue;
+    while (q != from(block + 1) && *q < *p) ++q;
+    if (q == from(block + 1) || *q != *p) return false;
+  }
+  return true;
+}
+
+/// A block that meets nothing but what one of its neighbours meets is eliminated just before that one, as the
+/// orientation of a station before its point: the graph of the others is a quarter as large.
+class Absorption {
+ public:
+  explicit Absorption(BlockGraph const& all) : graph(all), owner(index(all.blocks())), absorbed(owner.size()) {
+    for (int b = 0; b < graph.blocks(); ++b) owner[index(b)] = b;
+    std::vector<int> byDegree = owner;
+    std::stable_sort(byDegree.begin(), byDegree.end(), [&](int a, int b) { return degree(all, a) < degree(all, b); });
+    for (int const b : byDegree) absorb(b);
+  }
+
+  BlockGraph rest() {
+    BlockGraph result;
+    numberOf.assign(owner.size(), -1);
+    for (int b = 0; b < graph.blocks(); ++b) {
+      if (owner[index(b)] != b) continue;
+      numberOf[index(b)] = result.blocks();
+      result.sizes.push_back(graph.sizes[index(b)]);
+      kept.push_back(b);
+    }
+    result.starts.assign(1, 0);
+    for (int const b : kept) {
+      for (int const inner : absorbed[index(b)]) result.sizes[index(numberOf[index(b)])] += sizeOf(inner);
+      for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
+        int const neighbour = numberOf[index(graph.neighbours[p])];
+        if (neighbour >= 0) result.neighbours.push_back(neighbour);
+      }
+      result.starts.push_back(result.neighbours.size());
+    }
+    return result;
+  }
+
+  std::vector<int> expanded(std::vector<int> const& order) const {
+    std::vector<int> result;
+    result.reserve(owner.size());
+    for (int const number : order) append(kept[index(number)], result);
+    return result;
+  }
+
+ private:
+  void absorb(int inner) {
+    if (degree(graph, inner) > kMostCompared) return;
+    for (std::size_t p = graph.starts[index(inner)]; p < graph.starts[index(inner) + 1]; ++p) {
+      int const block = graph.neighbours[p];
+      bool const isLarger = degree(graph, block) >= degree(graph, inner) && degree(graph, block) <= kMostCompared;
+      if (!isLarger || owner[index(block)] != block || !surrounds(graph, block, inner)) continue;
+      owner[index(inner)] = block;
+      absorbed[index(block)].push_back(inner);
+      return;
+    }
+  }
+
+  int sizeOf(int block) const {
+    int size = graph.sizes[index(block)];
+    for (int const inner : absorbed[index(block)]) size += sizeOf(inner);
+    return size;
+  }
+
+  void append(int block, std::vector<int>& result) const {
+    for (int const inner : absorbed[index(block)]) append(inner, result);
+    result.push_back(block);
+  }
+
+  BlockGraph const& graph;
+  std::vector<int> owner;
+  std::vector<std::vector<int>> absorbed;  // of each block, in the order of elimination
+  std::vector<int> numberOf;
+  std::vector<int> kept;
+};
+
+/// What METIS asks for: the graph in its types, and the settings.
+struct Dissection {
+  explicit Dissection(BlockGraph const& graph)
+      : blocks(graph.blocks()),
+        starts(graph.starts.begin(), graph.starts.end()),
+        neighbours(graph.neighbours.begin(), graph.neighbours.end()),
+        sizes(graph.sizes.begin(), graph.sizes.end()) {
+    METIS_SetDefaultOptions(options);
+    options[METIS_OPTION_SEED] = 1;
+    options[METIS_OPTION_COMPRESS] = 0;  // twins are joined already
+  }
+
+  std::vector<idx_t> order() {
+    std::vector<idx_t> result(index(blocks));
+    std::vector<idx_t> placeOf(index(blocks));
+    require(
+        METIS_NodeND(&blocks, starts.data(), neighbours.data(), sizes.data(), options, result.data(), placeOf.data()));
+    return result;
+  }
+
+  /// Of each block 0 or 1, its side, or 2 for one that separates the sides.
+  std::vector<idx_t> sides() {
+    std::vector<idx_t> result(index(blocks));
+    idx_t separatorSize = 0;
+    require(METIS_ComputeVertexSeparator(&blocks, starts.data(), neighbours.data(), sizes.data(), options,
+                                         &separatorSize, result.data()));
+    return result;
+  }
+
+  static void require(int status) {
+    if (status == METIS_ERROR_MEMORY) throw std::bad_alloc();
+    if (status != METIS_OK) throw std::runtime_error("The network cannot be dissected");
+  }
+
+  idx_t blocks;
+  std::vector<idx_t> starts;
+  std::vector<idx_t> neighbours;
+  std::vector<idx_t> sizes;
   idx_t options[METIS_NOPTIONS];
-  METIS_SetDefaultOptions(options);
-  options[METIS_OPTION_SEED] = 1;
-  options[METIS_OPTION_COMPRESS] = 0;  // twins are joined already
-  int const status =
-      METIS_NodeND(&blocks, starts.data(), neighbours.data(), sizes.data(), options, order.data(), placeOf.data());
-  if (status == METIS_ERROR_MEMORY) throw std::bad_alloc();
-  if (status != METIS_OK) throw std::runtime_error("The network cannot be dissected");
-  return {order.begin(), order.end()};
+};
+
+/// The blocks of one side, and what they meet within it.
+BlockGraph partOf(BlockGraph const& graph, std::vector<idx_t> const& sides, idx_t side, std::vector<int>& members) {
+  std::vector<int> numberOf(sides.size(), -1);
+  for (int b = 0; b < graph.blocks(); ++b) {
+    if (sides[index(b)] != side) continue;
+    numberOf[index(b)] = static_cast<int>(members.size());
+    members.push_back(b);
+  }
+  BlockGraph part;
+  part.starts.assign(1, 0);
+  for (int const b : members) {
+    part.sizes.push_back(graph.sizes[index(b)]);
+    for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
+      int const neighbour = numberOf[index(graph.neighbours[p])];
+      if (neighbour >= 0) part.neighbours.push_back(neighbour);
+    }
+    part.starts.push_back(part.neighbours.size());
+  }
+  return part;
+}
+
+/// Both sides of a separator, and then what separates them. Large graphs are cut step by step, since no call of METIS
+/// can be ended before its time.
+std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
+  if (poll) poll();
+  if (graph.blocks() <= kMostAtOnce) {
+    std::vector<idx_t> const order = Dissection(graph).order();
+    return {order.begin(), order.end()};
+  }
+  std::vector<idx_t> const sides = Dissection(graph).sides();
+  std::vector<int> order;
+  order.reserve(sides.size());
+  for (idx_t side = 0; side < 2; ++side) {
+    std::vector<int> members;
+    BlockGraph const part = partOf(graph, sides, side, members);
+    if (part.blocks() == graph.blocks()) throw std::runtime_error("The network cannot be dissected");
+    if (members.empty()) continue;
+    for (int const inPart : byDissection(part, poll)) order.push_back(members[index(inPart)]);
+  }
+  for (int b = 0; b < graph.blocks(); ++b) {
+    if (sides[index(b)] == 2) order.push_back(b);
+  }
+  return order;
 }
 
 }  // namespace
 
-std::vector<int> eliminationOrder(BlockGraph const& graph) {
-  return graph.blocks() < kDissectedFrom ? byMinimumDegree(graph) : byDissection(graph);
+std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll) {
+  if (graph.blocks() < kDissectedFrom) return byMinimumDegree(graph);
+  Absorption absorption(graph);
+  return absorption.expanded(byDissection(absorption.rest(), poll));
 }
 
-std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques) {
+std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques, Poll const& poll) {
   JoinedGraph const joined = joinTwins(graphOf(sizes, cliques));
   std::vector<std::vector<int>> blocksOf(index(joined.graph.blocks()));
   for (std::size_t b = 0; b < sizes.size(); ++b) blocksOf[index(joined.groupOf[b])].push_back(static_cast<int>(b));
   std::vector<int> order;
   order.reserve(sizes.size());
-  for (int const group : eliminationOrder(joined.graph)) {
+  for (int const group : eliminationOrder(joined.graph, poll)) {
     order.insert(order.end(), blocksOf[index(group)].begin(), blocksOf[index(group)].end());
   }
   return order;
