@@ -18,7 +18,8 @@ namespace {
 using detail::index;
 using detail::kMissing;
 
-// Unknowns from which on the matrix is sparse: the full one grows with the cube of them.
+// Unknowns from which on the matrix is sparse: both take the same time there on a grid, and the full one grows with the
+// cube of them.
 constexpr int kSparseFrom = 200;
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {

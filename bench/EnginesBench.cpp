@@ -1,0 +1,73 @@
+// The full and the sparse matrix of an adjustment on the same networks: time of both, and how far their results differ.
+#include "SyntheticNetworks.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::uint64_t kSeed = 1;
+
+class Watch {
+ public:
+  double seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); }
+
+ private:
+  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+};
+
+kvn::TraverseAdjust adjusted(kvn::AlgorithmData const& data, int sparseFrom, double& seconds) {
+  kvn::TraverseAdjust adjustment;
+  adjustment.setSparseFrom(sparseFrom);
+  adjustment.readAlgorithmData(data);
+  Watch const watch;
+  adjustment.calculateAdjust();
+  seconds = watch.seconds();
+  return adjustment;
+}
+
+double relative(double a, double b) { return a == b ? 0.0 : std::abs(a - b) / std::max(std::abs(a), std::abs(b)); }
+
+/// A matrix of 9,000 unknowns, for 3,000 points, takes a minute: only where KELVANE_ENGINE_POINTS asks for it.
+void sizes(benchmark::internal::Benchmark* engines) {
+  for (int const points : {16, 25, 36, 49, 64, 81, 100, 200, 400}) engines->Arg(points);
+  char const* const wanted = std::getenv("KELVANE_ENGINE_POINTS");
+  if (wanted != nullptr) engines->Arg(std::stol(wanted));
+}
+
+void fullAndSparse(benchmark::State& state) {
+  kvn::AlgorithmData data;
+  data.readNetworkData(bench::gridNetwork(static_cast<std::size_t>(state.range(0)), kSeed).network());
+  double fullSeconds = std::numeric_limits<double>::infinity();
+  double sparseSeconds = fullSeconds;
+  double positions = 0.0;
+  double errors = 0.0;
+  for (auto _ : state) {
+    double seconds = 0.0;
+    kvn::TraverseAdjust const full = adjusted(data, std::numeric_limits<int>::max(), seconds);
+    fullSeconds = std::min(fullSeconds, seconds);
+    kvn::TraverseAdjust const sparse = adjusted(data, 0, seconds);
+    sparseSeconds = std::min(sparseSeconds, seconds);
+    std::vector<kvn::PointErrorInfo> const expected = full.getPointErrorInfo();
+    std::vector<kvn::PointErrorInfo> const points = sparse.getPointErrorInfo();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      positions = std::max(positions, std::hypot(points[i].x - expected[i].x, points[i].y - expected[i].y));
+      if (expected[i].mp > 1e-9) errors = std::max(errors, relative(points[i].mp, expected[i].mp));
+    }
+  }
+  state.counters["full_ms"] = 1e3 * fullSeconds;
+  state.counters["sparse_ms"] = 1e3 * sparseSeconds;
+  state.counters["ratio"] = sparseSeconds / fullSeconds;
+  state.counters["apart_m"] = positions;
+  state.counters["errors_apart"] = errors;
+}
+BENCHMARK(fullAndSparse)->Apply(sizes)->Unit(benchmark::kMillisecond);
+
+}  // namespace
