@@ -8,6 +8,7 @@
 #include <cmath>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 
 namespace kvn {
 namespace {
@@ -165,15 +166,17 @@ class Conversion {
     row.slant_distance = row.horizontal_distance / std::cos(row.vertical_angle);
   }
 
+  /// To be called last: takes the rows away.
   std::vector<TraverseDataInfo> keptRows() {
     std::vector<TraverseDataInfo> result;
+    result.reserve(rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
       bool const isStation = rows[i].pointType == TraversePointType::StationPoint;
       if (rows[i].pointType == TraversePointType::PrismPoint && !kept[i]) continue;
       if (isStation) rows[i].instrument = book.firstInstrument.at(rows[i].name);
-      result.push_back(rows[i]);
+      result.push_back(std::move(rows[i]));
       if (!isSingle[i] || !kept[i]) continue;
-      result.push_back(rows[i]);
+      result.push_back(result.back());
       result.back().id = newId();
     }
     return result;

@@ -3,12 +3,14 @@
 #include "adjust/Matrix.h"
 #include "adjust/detail/CalculationFailure.h"
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/NormalEquations.h"
 #include "adjust/detail/PackedInverse.h"
 #include "adjust/detail/SweepQueue.h"
 #include "core/System.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kvn {
 namespace {
@@ -19,6 +21,9 @@ using detail::isPresent;
 constexpr double kUnset = -9999.9;     // height that is not known yet, metres
 constexpr double kSetAbove = -9999.0;  // a height above this is set
 constexpr double kKnownWeight = 1e30;  // a standard error of 1e-15 m for a line weight of 1
+// Points from which on the matrix is sparse. Either one solves a levelling grid of 100 points in 0.15 ms; at 50 points
+// the full one takes half the time of the sparse one, at 1,000 twenty times as long.
+constexpr int kSparseFrom = 100;
 
 bool isSet(double height) { return height > kSetAbove && isPresent(height); }
 
@@ -28,7 +33,7 @@ struct PackedIndex : Matrix {
 
 }  // namespace
 
-TriangleHeightAdjust::TriangleHeightAdjust() = default;
+TriangleHeightAdjust::TriangleHeightAdjust() : sparseFrom(kSparseFrom) {}
 TriangleHeightAdjust::TriangleHeightAdjust(TriangleHeightAdjust const&) = default;
 TriangleHeightAdjust& TriangleHeightAdjust::operator=(TriangleHeightAdjust const&) = default;
 TriangleHeightAdjust::~TriangleHeightAdjust() = default;
@@ -49,16 +54,17 @@ void TriangleHeightAdjust::fail() {
 }
 
 void TriangleHeightAdjust::clearCalData() {
-  for (auto* list : {&H0, &H, &P, &normalMatrix, &normalVector, &dX, &V}) list->clear();
+  for (auto* list : {&H0, &H, &P, &cofactors, &dX, &V}) list->clear();
 }
 
 // ---- Input.
 
 /// All names in the order in which an empty table would number them.
-NameIndex TriangleHeightAdjust::namesOf(TriangleHeightDataConvert const& convert) {
+NameIndex TriangleHeightAdjust::namesOf(std::vector<TriangleStationData> const& stations,
+                                        std::vector<TriangleViewData> const& views) {
   NameIndex names;
-  for (TriangleStationData const& station : convert.getTriangleStationData()) names.numberOf(station.name);
-  for (TriangleViewData const& view : convert.getTraingleViewData()) {
+  for (TriangleStationData const& station : stations) names.numberOf(station.name);
+  for (TriangleViewData const& view : views) {
     names.numberOf(view.start_name);
     names.numberOf(view.end_name);
   }
@@ -78,9 +84,8 @@ bool TriangleHeightAdjust::keepsNumbers(NameIndex const& names) const {
 void TriangleHeightAdjust::sizeArrays() {
   auto const points = index(pointsCount);
   auto const lines = index(linesCount);
-  for (auto* list : {&H, &dX, &normalVector}) list->assign(points, 0.0);
+  for (auto* list : {&H, &dX, &cofactors}) list->assign(points, 0.0);
   for (auto* list : {&lineHeight, &V, &P}) list->assign(lines, 0.0);
-  normalMatrix.assign(points * (points + 1) / 2, 0.0);
   lineStart.assign(lines, -1);
   lineEnd.assign(lines, -1);
   H0.clear();
@@ -91,13 +96,14 @@ void TriangleHeightAdjust::setTriangleHeightDataConvert(TriangleHeightDataConver
   linesCount = convert.getLnumber();
   pointsCount = convert.getPnumber();
   sizeArrays();
-  NameIndex const names = namesOf(convert);
-  if (!keepsNumbers(names)) pointNames = NameIndex();
-  for (TriangleStationData const& station : convert.getTriangleStationData()) {
+  std::vector<TriangleStationData> const stations = convert.getTriangleStationData();
+  std::vector<TriangleViewData> const views = convert.getTraingleViewData();
+  if (!keepsNumbers(namesOf(stations, views))) pointNames = NameIndex();
+  for (TriangleStationData const& station : stations) {
     H[index(getStationNumber(station.name))] = station.height;
   }
   std::size_t l = 0;
-  for (TriangleViewData const& view : convert.getTraingleViewData()) {
+  for (TriangleViewData const& view : views) {
     lineStart[l] = getStationNumber(view.start_name);
     lineEnd[l] = getStationNumber(view.end_name);
     lineHeight[l] = view.heightDifference;
@@ -165,36 +171,52 @@ void TriangleHeightAdjust::calculateH0() {
 
 // ---- The solve.
 
+void TriangleHeightAdjust::setSparseFrom(int points) { sparseFrom = points; }
+
+/// Empty ones, with an unknown for each point.
+void TriangleHeightAdjust::prepareNormals() {
+  // How much of a pivot elimination takes away is no matter: the walk has found a way from every point to a known one.
+  detail::NormalEquations::Soundness const soundness{detail::PivotRule::ChangesOne,
+                                                     std::numeric_limits<double>::infinity()};
+  if (pointsCount < sparseFrom) {
+    normals = detail::fullNormals(pointsCount, soundness);
+    return;
+  }
+  detail::NormalEquations::Pattern pattern;
+  pattern.blockSizes.assign(index(pointsCount), 1);
+  pattern.cliques.reserve(lineHeight.size());
+  for (std::size_t l = 0; l < lineHeight.size(); ++l) pattern.cliques.push_back({lineStart[l], lineEnd[l], -1});
+  normals = detail::sparseNormals(pattern, soundness);
+}
+
 void TriangleHeightAdjust::calculateATPA() {
-  auto const points = index(pointsCount);
-  normalMatrix.assign(points * (points + 1) / 2, 0.0);
-  normalVector.assign(points, 0.0);
+  prepareNormals();
   for (std::size_t l = 0; l < lineHeight.size(); ++l) {
     int const a = lineStart[l];
     int const b = lineEnd[l];
     double const p = P[l];
     double const w = lineHeight[l] - (H[index(b)] - H[index(a)]);
-    normalVector[index(a)] -= p * w;
-    normalVector[index(b)] += p * w;
-    normalMatrix[ij(a, a)] += p;
-    normalMatrix[ij(b, b)] += p;
-    normalMatrix[ij(a, b)] -= p;
+    normals->addRight(a, -p * w);
+    normals->addRight(b, p * w);
+    normals->add(a, a, p);
+    normals->add(b, b, p);
+    normals->add(a, b, -p);
   }
 }
 
+// The weight stands in place of those of the point's lines, which the sum does not feel: doubles near 1e30 are 1.4e14
+// apart, and a line weighs 1e6 at most, since the reduction takes none below 1e-6 m.
 void TriangleHeightAdjust::holdKnownPoints() {
-  for (int k = 0; k < knPointsCount; ++k) normalMatrix[ij(k, k)] = kKnownWeight;
+  for (int k = 0; k < knPointsCount; ++k) normals->add(k, k, kKnownWeight);
 }
 
 void TriangleHeightAdjust::calculatedX() {
-  if (!inverse(normalMatrix, pointsCount)) fail();
-  for (int i = 0; i < pointsCount; ++i) {
-    double sum = 0.0;
-    for (int j = 0; j < pointsCount; ++j) sum += normalMatrix[ij(i, j)] * normalVector[index(j)];
-    dX[index(i)] = sum;
-    H[index(i)] += sum;
-  }
-  if (!std::all_of(H.begin(), H.end(), isPresent)) fail();
+  std::shared_ptr<detail::NormalEquations> const equations = std::exchange(normals, nullptr);
+  if (!equations || !equations->factor({})) fail();
+  dX = equations->solution();
+  for (std::size_t i = 0; i < dX.size(); ++i) H[i] += dX[i];
+  if (!std::all_of(H.begin(), H.end(), isPresent) || !equations->invert({})) fail();
+  for (int i = 0; i < pointsCount; ++i) cofactors[index(i)] = equations->inverse(i, i);
 }
 
 double TriangleHeightAdjust::calculateV() {
@@ -208,7 +230,7 @@ double TriangleHeightAdjust::calculateV() {
 
 void TriangleHeightAdjust::calculateHeightError() {
   for (int i = 0; i < pointsCount; ++i) {
-    double const error = std::sqrt(normalMatrix[ij(i, i)]) * unitError;
+    double const error = std::sqrt(cofactors[index(i)]) * unitError;
     pointInfoList.push_back({pointNames.names()[index(i)], H[index(i)], error});
   }
 }

@@ -10,10 +10,15 @@
 
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace kvn {
+
+namespace detail {
+class NormalEquations;
+}
 
 /// One linear solve. Unknowns are the heights of all points; minimised is the sum of the squared residuals of the
 /// height differences, each weighted by 1 / length in metres, so that a line of 1 m has the weight 1 and the unit
@@ -40,6 +45,10 @@ class KELVANE_EXPORT TriangleHeightAdjust {
   ///         a known one; when a height, known or approximate, is -9999.0 or below, 1e29 or above, or not finite; for a
   ///         height difference that is missing or not finite; for a singular system.
   void heightLSAdjust();
+
+  /// Number of points from which on the normal equations are kept sparse, and the inverse only where lines meet; below
+  /// it the matrix is full. The results are the same but for rounding. 100 by default.
+  void setSparseFrom(int points);
 
   /// Adjusted heights in number order, known points too. Each run appends its points to those of the runs before it.
   std::vector<TriangleHeightPointInfo> getTriangleHeightPointInfo() const;
@@ -69,10 +78,12 @@ class KELVANE_EXPORT TriangleHeightAdjust {
  private:
   class HeightWalk;
 
-  static NameIndex namesOf(TriangleHeightDataConvert const& convert);
+  static NameIndex namesOf(std::vector<TriangleStationData> const& stations,
+                           std::vector<TriangleViewData> const& views);
   bool keepsNumbers(NameIndex const& names) const;
   void sizeArrays();
   void requireUsableInput();
+  void prepareNormals();
   void holdKnownPoints();
   [[noreturn]] void fail();
 
@@ -82,14 +93,16 @@ class KELVANE_EXPORT TriangleHeightAdjust {
   std::vector<int> lineStart;
   std::vector<int> lineEnd;
   NameIndex pointNames;
-  std::vector<double> lineHeight;    // metres
-  std::vector<double> H0;            // metres
-  std::vector<double> H;             // metres
-  std::vector<double> P;             // 1 / metres
-  std::vector<double> normalMatrix;  // packed; after the solve its inverse Q
-  std::vector<double> normalVector;
-  std::vector<double> dX;  // metres
-  std::vector<double> V;   // metres
+  std::vector<double> lineHeight;  // metres
+  std::vector<double> H0;          // metres
+  std::vector<double> H;           // metres
+  std::vector<double> P;           // 1 / metres
+  // From `calculateATPA` until `calculatedX` has solved them; copies made between the two share them.
+  std::shared_ptr<detail::NormalEquations> normals;
+  std::vector<double> cofactors;  // diagonal of the inverse of the normal matrix, metres
+  std::vector<double> dX;         // metres
+  std::vector<double> V;          // metres
+  int sparseFrom;
   double unitError = std::numeric_limits<double>::quiet_NaN();
   std::vector<TriangleHeightPointInfo> pointInfoList;
 };

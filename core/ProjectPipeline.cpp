@@ -19,6 +19,19 @@
 #include <utils/QLogicError.h>
 
 namespace kvn {
+namespace {
+
+// The reader keeps a copy of the rows, for which there is no need while the heights are adjusted.
+TriangleHeightDataConvert heightDifferences(std::vector<TraverseDataInfo> const& rows, VerticalAngleType type,
+                                            double refraction) {
+  TriangleHeightDataRead reader(type);
+  reader.setTraverseDataList(rows, refraction);
+  TriangleHeightDataConvert convert;
+  convert.setTriangleHeightDataRead(reader);
+  return convert;
+}
+
+}  // namespace
 
 void Project::buildStationMap() { stationMap = DataManager().buildStationMap(*traverseDataList); }
 
@@ -35,10 +48,8 @@ bool Project::generateNetworkData() {
 }
 
 void Project::calculateTriangleHeight() {
-  TriangleHeightDataRead reader(verticalAngleType);
-  reader.setTraverseDataList(*traverseDataList, double(configure.AtmosphericIndex));
-  TriangleHeightDataConvert convert;
-  convert.setTriangleHeightDataRead(reader);
+  TriangleHeightDataConvert const convert =
+      heightDifferences(*traverseDataList, verticalAngleType, double(configure.AtmosphericIndex));
   if (triangleHeightAdjust == nullptr) triangleHeightAdjust = std::make_unique<TriangleHeightAdjust>();
   triangleHeightAdjust->clearCalData();
   triangleHeightAdjust->setTriangleHeightDataConvert(convert);
