@@ -104,7 +104,7 @@ class ProgressLine {
       case AdjustProgress::Check:
         return "search for gross errors";
     }
-    QString const round = QString("round %1").arg(progress.round);
+    QString round = QString("round %1").arg(progress.round);
     if (std::isnan(progress.largestMove)) return round;
     return round + QString(", largest move %1 m").arg(progress.largestMove, 0, 'g', 3);
   }
