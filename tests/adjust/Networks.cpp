@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numeric>
 #include <set>
 
 namespace test {
@@ -87,8 +88,8 @@ SyntheticNetwork observe(std::vector<kvn::PointInfo> const& points, std::vector<
 
 SyntheticNetwork makeNetwork(NetworkPlan const& plan, std::mt19937& random) {
   std::vector<kvn::PointInfo> const points = scatter(plan.points, random);
-  std::vector<int> known;
-  for (int i = 0; i < plan.known; ++i) known.push_back(i);
+  std::vector<int> known(static_cast<std::size_t>(plan.known));
+  std::iota(known.begin(), known.end(), 0);
   std::uniform_int_distribution<int> anyPoint(0, plan.points - 1);
   auto const targetsOf = [&](int s) {
     std::set<int> targets{s > 0 ? s - 1 : 1, s + 1 < plan.points ? s + 1 : s - 1};
@@ -105,7 +106,8 @@ SyntheticNetwork makeGrid(int side, NetworkPlan const& plan, std::mt19937& rando
   std::uniform_real_distribution<double> offset(-20.0, 20.0);
   std::vector<kvn::PointInfo> points;
   for (int i = 0; i < side * side; ++i) {
-    double const north = 100.0 * (i / side) + offset(random);
+    int const row = i / side;
+    double const north = 100.0 * row + offset(random);
     points.push_back(namedPoint(i, north, 100.0 * (i % side) + offset(random)));
   }
   auto const targetsOf = [side](int s) {

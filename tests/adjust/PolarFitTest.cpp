@@ -22,7 +22,9 @@ struct Truth {
     }
     std::uniform_real_distribution<double> offset(-20.0, 20.0);
     for (int const cell : cells) {
-      places.emplace_back(3e6 + 100.0 * (cell / kSide) + offset(random), 5e5 + 100.0 * (cell % kSide) + offset(random));
+      int const row = cell / kSide;
+      double const north = 3e6 + 100.0 * row + offset(random);
+      places.emplace_back(north, 5e5 + 100.0 * (cell % kSide) + offset(random));
     }
     for (std::size_t from = 0; from < places.size(); ++from) {
       double const zero = offset(random);
