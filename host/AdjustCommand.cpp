@@ -78,14 +78,14 @@ Network prepared(Network const& network, int method, bool asRead) {
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
  public:
-  explicit ProgressLine(std::size_t observations) : count(observations) {}
+  explicit ProgressLine(std::size_t sights) : count(sights) {}
   ProgressLine(ProgressLine const&) = delete;
   ProgressLine& operator=(ProgressLine const&) = delete;
   ~ProgressLine() { eraseProgress(); }
 
   void show(AdjustProgress const& progress) const {
     if (std::chrono::steady_clock::now() - start < kPatience) return;
-    showProgress(QString("Adjusting %1 observations: %2").arg(count).arg(textOf(progress)));
+    showProgress(QString("Adjusting %1 sights: %2").arg(count).arg(textOf(progress)));
   }
 
  private:

@@ -97,7 +97,7 @@ Color::~Color() = default;
 
 unsigned Color::as(Format format) const {
   unsigned result = 0;
-  for (int i = 0; i < 4; ++i) result = (result << 8u) | byteOf((*this)[format == RGBA ? i : 3 - i]);
+  for (unsigned i = 0; i < 4; ++i) result = (result << 8u) | byteOf((*this)[format == RGBA ? i : 3u - i]);
   return result;
 }
 
