@@ -1,63 +1,73 @@
 // Input, approximate coordinates and the whole adjustment against the number of points.
-#include "Grid.h"
-
+#include "SyntheticNetworks.h"
+#include "Timing.h"
 #include "adjust/detail/MergeLines.h"
 
 #include <benchmark/benchmark.h>
 
+#include <cmath>
+#include <string>
+#include <vector>
+
 namespace {
 
-int sideOf(benchmark::State const& state) { return static_cast<int>(std::lround(std::sqrt(double(state.range(0))))); }
+kvn::Network gridOf(benchmark::State const& state) {
+  return bench::gridNetwork(static_cast<std::size_t>(state.range(0)), 1).network();
+}
+
+kvn::Network chainOf(benchmark::State const& state) {
+  return bench::chainNetwork(static_cast<std::size_t>(state.range(0)), 1).network();
+}
 
 /// Everything before the matrix: near-linear in the number of points.
 void readNetworkData(benchmark::State& state) {
-  kvn::Network const network = bench::grid(sideOf(state), true);
-  for (auto _ : state) {
+  static bench::Growth growth;
+  kvn::Network const network = gridOf(state);
+  bench::measure(state, growth, [&network] {
     kvn::AlgorithmData data;
     data.readNetworkData(network);
     benchmark::DoNotOptimize(data.pointsCount);
-  }
-  state.SetComplexityN(state.range(0));
+  });
 }
-BENCHMARK(readNetworkData)->RangeMultiplier(4)->Range(1024, 65536)->Complexity()->Unit(benchmark::kMillisecond);
 
 /// Distances of a grid, every line from both ends.
 void mergeRepeatedLines(benchmark::State& state) {
+  static bench::Growth growth;
   kvn::AlgorithmData data;
-  data.readNetworkData(bench::grid(sideOf(state), true));
+  data.readNetworkData(gridOf(state));
   std::vector<kvn::LineInfo> lines;
   for (auto const& station : data.stations) lines.insert(lines.end(), station.lines.begin(), station.lines.end());
-  for (auto _ : state) {
+  bench::measure(state, growth, [&lines] {
     std::vector<kvn::LineInfo> merged = lines;
     kvn::detail::mergeRepeatedLines(merged);
     benchmark::DoNotOptimize(merged.data());
-  }
-  state.SetComplexityN(state.range(0));
+  });
 }
-BENCHMARK(mergeRepeatedLines)->RangeMultiplier(4)->Range(1024, 65536)->Complexity()->Unit(benchmark::kMillisecond);
 
-/// The walk of a network alone; no matrix is made.
-void approximate(benchmark::State& state, kvn::Network const& network) {
+/// The coordinates from which an adjustment starts.
+void approximate(benchmark::State& state, bench::Growth& growth, kvn::Network const& network) {
   kvn::AlgorithmData data;
   data.readNetworkData(network);
-  kvn::TraverseAdjust read;
-  read.readAlgorithmData(data);
-  for (auto _ : state) {
-    read.calculateApproximate();
-    benchmark::DoNotOptimize(read);
-  }
-  state.SetComplexityN(state.range(0));
+  kvn::TraverseAdjust adjustment;
+  adjustment.readAlgorithmData(data);
+  bench::measure(state, growth, [&adjustment] {
+    adjustment.calculateApproximate();
+    benchmark::DoNotOptimize(adjustment);
+  });
 }
 
-void approximateWithDistances(benchmark::State& state) { approximate(state, bench::grid(sideOf(state), true)); }
-BENCHMARK(approximateWithDistances)
-    ->RangeMultiplier(4)
-    ->Range(1024, 65536)
-    ->Complexity()
-    ->Unit(benchmark::kMillisecond);
+void approximateGrid(benchmark::State& state) {
+  static bench::Growth growth;
+  approximate(state, growth, gridOf(state));
+}
 
-void approximateWithAnglesOnly(benchmark::State& state) {
-  // A band of triangles: each station sights the two before it and the two after it.
+void approximateChain(benchmark::State& state) {
+  static bench::Growth growth;
+  approximate(state, growth, chainOf(state));
+}
+
+/// A band of triangles: each station sights the two before it and the two after it, by directions alone.
+kvn::Network bandOf(benchmark::State const& state) {
   int const points = static_cast<int>(state.range(0));
   kvn::Network network;
   double const fullCircle = 2.0 * std::acos(-1.0);
@@ -75,25 +85,50 @@ void approximateWithAnglesOnly(benchmark::State& state) {
       network.lines.push_back(line);
     }
   }
-  approximate(state, network);
+  return network;
 }
-BENCHMARK(approximateWithAnglesOnly)
-    ->RangeMultiplier(4)
-    ->Range(1024, 65536)
-    ->Complexity()
-    ->Unit(benchmark::kMillisecond);
 
-/// The inversion of the full matrix rules: cubic.
-void adjust(benchmark::State& state) {
+void approximateWithAnglesOnly(benchmark::State& state) {
+  static bench::Growth growth;
+  approximate(state, growth, bandOf(state));
+}
+
+/// From the input to the precision results.
+void adjust(benchmark::State& state, bench::Growth& growth, kvn::Network const& network) {
   kvn::AlgorithmData data;
-  data.readNetworkData(bench::grid(sideOf(state), true));
-  for (auto _ : state) {
-    kvn::TraverseAdjust adjustment;
+  data.readNetworkData(network);
+  bench::measure(state, growth, [&data] {
+    kvn::TraverseAdjust adjustment(bench::kDirectionErrorSeconds, bench::kDistanceErrorMm * 1e-3,
+                                   bench::kDistanceErrorPpm * 1e-6, true);
     adjustment.Adjust(data);
     benchmark::DoNotOptimize(adjustment);
-  }
-  state.SetComplexityN(state.range(0));
+  });
 }
-BENCHMARK(adjust)->RangeMultiplier(2)->Range(64, 512)->Complexity()->Unit(benchmark::kMillisecond);
+
+void adjustGrid(benchmark::State& state) {
+  static bench::Growth growth;
+  adjust(state, growth, gridOf(state));
+}
+
+void adjustChain(benchmark::State& state) {
+  static bench::Growth growth;
+  adjust(state, growth, chainOf(state));
+}
+
+void inputs(benchmark::internal::Benchmark* input) {
+  input->RangeMultiplier(4)->Range(1024, 65536)->Complexity()->Unit(benchmark::kMillisecond);
+}
+
+void networks(benchmark::internal::Benchmark* network) {
+  network->RangeMultiplier(4)->Range(64, 16384)->Complexity()->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(readNetworkData)->Apply(inputs);
+BENCHMARK(mergeRepeatedLines)->Apply(inputs);
+BENCHMARK(approximateGrid)->Apply(inputs);
+BENCHMARK(approximateChain)->Apply(inputs);
+BENCHMARK(approximateWithAnglesOnly)->Apply(inputs);
+BENCHMARK(adjustGrid)->Apply(networks);
+BENCHMARK(adjustChain)->Apply(networks);
 
 }  // namespace

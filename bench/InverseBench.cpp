@@ -1,10 +1,10 @@
 // The inversion of the normal equations against their number, and as a ratio to LAPACK where there is one.
+#include "Timing.h"
 #include "adjust/detail/PackedInverse.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 #include <random>
 #include <vector>
@@ -40,10 +40,10 @@ double lapackSeconds(Packed const& a, int n) {
     Packed packed(a.size());
     int info = 0;
     dtpttf_("N", "U", &n, a.data(), packed.data(), &info);
-    auto const begin = std::chrono::steady_clock::now();
+    bench::ProcessorWatch watch;
     dpftrf_("N", "U", &n, packed.data(), &info);
     dpftri_("N", "U", &n, packed.data(), &info);
-    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+    best = std::min(best, watch.lap());
   }
   return best;
 }
@@ -55,9 +55,9 @@ void invertPacked(benchmark::State& state) {
   double best = std::numeric_limits<double>::infinity();
   for (auto _ : state) {
     Packed q = a;
-    auto const begin = std::chrono::steady_clock::now();
+    bench::ProcessorWatch watch;
     benchmark::DoNotOptimize(kvn::detail::invertPacked(q.data(), n, kvn::detail::PivotRule::NotZero));
-    double const seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    double const seconds = watch.lap();
     state.SetIterationTime(seconds);
     best = std::min(best, seconds);
   }

@@ -1,15 +1,14 @@
 // The readers against the number of lines, and against the least that a reader of the same bytes has to do.
-#include "Grid.h"
 #include "Job.h"
+#include "SyntheticNetworks.h"
+#include "Timing.h"
 
 #include <benchmark/benchmark.h>
 #include <QDir>
 #include <QFile>
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <fstream>
-#include <limits>
 #include <sstream>
 #include <string_view>
 
@@ -29,27 +28,13 @@ double bareLoop(std::string_view text) {
   return sum;
 }
 
-double secondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// The best of a few runs, as the reader's time is a mean of many.
-double secondsOfBareLoop(std::string const& text) {
-  double best = std::numeric_limits<double>::infinity();
-  for (int i = 0; i < 5; ++i) {
-    auto const start = std::chrono::steady_clock::now();
-    benchmark::DoNotOptimize(bareLoop(text));
-    best = std::min(best, secondsSince(start));
-  }
-  return best;
-}
-
 template <typename Read>
 void run(benchmark::State& state, std::string const& text, Read const& read) {
-  double const bare = secondsOfBareLoop(text);
-  auto const start = std::chrono::steady_clock::now();
+  // The best of a few runs, as the reader's time is a mean of many.
+  double const bare = bench::bestSeconds(5, [&text] { benchmark::DoNotOptimize(bareLoop(text)); });
+  bench::ProcessorWatch watch;
   for (auto _ : state) read();
-  double const mean = secondsSince(start) / double(state.iterations());
+  double const mean = watch.lap() / double(state.iterations());
   state.counters["bare_MB/s"] = double(text.size()) / bare / 1e6;
   state.counters["ratio"] = mean / bare;
   state.SetComplexityN(state.range(0));
@@ -63,11 +48,12 @@ std::string textOf(Collection& collection) {
   return text.str();
 }
 
-/// About `lines` lines of a network, nine a point.
+kvn::Network networkOf(int64_t points) { return bench::gridNetwork(static_cast<std::size_t>(points), 1).network(); }
+
+/// About `lines` lines of a network: a point has one of its own, and two for each of its six sights.
 std::string networkText(int64_t lines) {
-  int const side = static_cast<int>(std::lround(std::sqrt(double(lines) / 9.0)));
   kvn::CosaCollection written;
-  kvn::Network network = bench::grid(side, true);
+  kvn::Network network = networkOf(lines / 13);
   written.setKnownPointList(std::move(network.knownPoints));
   written.setNetworkDataList(std::move(network.lines));
   return textOf<kvn::INetworkDataCollection>(written);
@@ -196,8 +182,7 @@ BENCHMARK(readWholeNetworkFile)->RangeMultiplier(4)->Range(kLeast, kMost)->Compl
 
 /// From the network to the input of the calculators, and to that of the adjustment; the range is the points.
 void networkToInput(benchmark::State& state) {
-  int const side = static_cast<int>(std::lround(std::sqrt(double(state.range(0)))));
-  kvn::Network const network = bench::grid(side, true);
+  kvn::Network const network = networkOf(state.range(0));
   for (auto _ : state) {
     kvn::AlgorithmData data;
     data.readNetworkData(network, kvn::MissingDirection::IsLeftOut);
@@ -207,9 +192,8 @@ void networkToInput(benchmark::State& state) {
 }
 
 void inputToAdjustment(benchmark::State& state) {
-  int const side = static_cast<int>(std::lround(std::sqrt(double(state.range(0)))));
   kvn::AlgorithmData data;
-  data.readNetworkData(bench::grid(side, true), kvn::MissingDirection::IsLeftOut);
+  data.readNetworkData(networkOf(state.range(0)), kvn::MissingDirection::IsLeftOut);
   for (auto _ : state) {
     kvn::TraverseAdjust adjustment(2.0, 0.003, 3e-6, true);
     adjustment.readAlgorithmData(data);

@@ -1,19 +1,18 @@
 // The whole road of `kelvane adjust`: network file, input, least squares, results, coordinate file.
 #include "SyntheticNetworks.h"
+#include "Timing.h"
 
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -23,8 +22,8 @@
 
 namespace {
 
-/// Points of the grids, unless KELVANE_ROAD_POINTS lists others: "100,1000,10000".
-constexpr char kSizes[] = "100,400";
+/// Points of the networks, unless KELVANE_ROAD_POINTS lists others.
+constexpr char kSizes[] = "100,1000,10000";
 
 constexpr std::uint64_t kSeed = 1;
 constexpr int kIterationLimit = 50;  // as `kelvane adjust`
@@ -42,19 +41,6 @@ struct Road {
   double promisedErrorMm = 0.0;  // root mean square of the point errors that the adjustment gives
   double peakMegabytes = 0.0;    // of the process of the run
   char failure[200] = "";
-};
-
-class Watch {
- public:
-  double lap() {
-    auto const now = std::chrono::steady_clock::now();
-    double const seconds = std::chrono::duration<double>(now - start).count();
-    start = now;
-    return seconds;
-  }
-
- private:
-  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 };
 
 /// The peak memory is one of a whole process and never falls, so that each run has a process of its own. The parent
@@ -126,12 +112,12 @@ double promisedErrorMm(std::vector<kvn::PointErrorInfo> const& points) {
   return 1e3 * std::sqrt(sum / static_cast<double>(points.size()));
 }
 
-void run(Folder const& folder, Road& road) {
+void travel(Folder const& folder, Road& road) {
   kvn::System system;
   system.init();
   auto const project = system.createProject();
-  Watch watch;
-  project->read(QString::fromStdString(folder.file("grid.in2")));
+  bench::Watch watch;
+  project->read(QString::fromStdString(folder.file("network.in2")));
   road.read = watch.lap();
 
   auto adjustment = std::make_unique<kvn::AlgorithmAdjust>();
@@ -158,10 +144,11 @@ void run(Folder const& folder, Road& road) {
 }
 
 /// In a child of its own, so that the peak of the run is its own: the truth is made anew from the seed.
-void compare(std::size_t points, Folder const& folder, Road& road) {
+void compare(std::vector<bench::TruePoint> const& truth, Folder const& folder, Road& road) {
   kvn::CoordinateDataCollection adjusted;
   adjusted.read(QString::fromStdString(folder.file("adjusted.dat")));
-  if (adjusted.getCoordinateDataList().size() != points) throw std::runtime_error("points are missing in the result");
+  if (adjusted.getCoordinateDataList().size() != truth.size())
+    throw std::runtime_error("points are missing in the result");
   std::vector<kvn::PointErrorInfo> positions;
   for (kvn::CoordinatePointInfo const& coordinate : adjusted.getCoordinateDataList()) {
     kvn::PointErrorInfo point;
@@ -170,35 +157,26 @@ void compare(std::size_t points, Folder const& folder, Road& road) {
     point.y = coordinate.E;
     positions.push_back(std::move(point));
   }
-  road.trueErrorMm = 1e3 * bench::positionError(positions, bench::gridNetwork(points, kSeed).points);
+  road.trueErrorMm = 1e3 * bench::positionError(positions, truth);
 }
 
-/// Exponent of the time between this size and the one before it; NaN for the first.
-double slope(double points, double seconds) {
-  static double lastPoints = 0.0;
-  static double lastSeconds = 0.0;
-  double const result = lastPoints > 0.0 ? std::log(seconds / lastSeconds) / std::log(points / lastPoints)
-                                         : std::numeric_limits<double>::quiet_NaN();
-  lastPoints = points;
-  lastSeconds = seconds;
-  return result;
-}
+using MakeNetwork = bench::SyntheticNetwork (*)(std::size_t points, std::uint64_t seed);
 
-void wholeRoad(benchmark::State& state) {
+void run(benchmark::State& state, bench::Growth& growth, MakeNetwork make) {
   auto const points = static_cast<std::size_t>(state.range(0));
   try {
     Folder const folder;
-    Road const made = inChild([&](Road&) { writeNetwork(bench::gridNetwork(points, kSeed), folder.file("grid.in2")); });
+    Road const made = inChild([&](Road&) { writeNetwork(make(points, kSeed), folder.file("network.in2")); });
     if (made.failure[0] != '\0') throw std::runtime_error(made.failure);
     Road road;
     double seconds = 0.0;
     for (auto _ : state) {
-      road = inChild([&](Road& result) { run(folder, result); });
+      road = inChild([&](Road& result) { travel(folder, result); });
       if (road.failure[0] != '\0') throw std::runtime_error(road.failure);
       seconds = road.read + road.input + road.adjust + road.results + road.write;
       state.SetIterationTime(seconds);
     }
-    Road const compared = inChild([&](Road& result) { compare(points, folder, result); });
+    Road const compared = inChild([&](Road& result) { compare(make(points, kSeed).points, folder, result); });
     if (compared.failure[0] != '\0') throw std::runtime_error(compared.failure);
     state.counters["1_read_s"] = road.read;
     state.counters["2_input_s"] = road.input;
@@ -210,19 +188,31 @@ void wholeRoad(benchmark::State& state) {
     state.counters["iterations"] = road.iterations;
     state.counters["error_mm"] = compared.trueErrorMm;
     state.counters["error_over_mp"] = compared.trueErrorMm / road.promisedErrorMm;
-    state.counters["slope"] = slope(static_cast<double>(points), seconds);
+    state.counters["slope"] = growth.exponent(state.range(0), seconds);
     state.SetComplexityN(state.range(0));
   } catch (std::exception const& failure) {
     state.SkipWithError(failure.what());
   }
 }
 
+void wholeRoad(benchmark::State& state) {
+  static bench::Growth growth;
+  run(state, growth, bench::gridNetwork);
+}
+
+void wholeRoadOfChain(benchmark::State& state) {
+  static bench::Growth growth;
+  run(state, growth, bench::chainNetwork);
+}
+
 void sizes(benchmark::internal::Benchmark* road) {
   char const* const wanted = std::getenv("KELVANE_ROAD_POINTS");
   std::istringstream list(wanted != nullptr ? wanted : kSizes);
   for (std::string size; std::getline(list, size, ',');) road->Arg(std::stol(size));
+  road->Iterations(1)->UseManualTime()->Complexity()->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(wholeRoad)->Apply(sizes)->Iterations(1)->UseManualTime()->Complexity()->Unit(benchmark::kMillisecond);
+BENCHMARK(wholeRoad)->Apply(sizes);
+BENCHMARK(wholeRoadOfChain)->Apply(sizes);
 
 }  // namespace
