@@ -39,7 +39,7 @@ sanitize: test-packages
 bench: bench-packages
 	cmake --preset bench
 	cmake --build --preset bench -j $(JOBS)
-	build/bench/bin/kelvane_bench
+	OPENBLAS_NUM_THREADS=1 OMP_THREAD_LIMIT=1 build/bench/bin/kelvane_bench
 
 lint: lint-packages
 	cmake --preset debug > /dev/null
