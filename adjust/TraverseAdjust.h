@@ -202,6 +202,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<std::complex<double>> const& fitted();
   bool hasFit();
   bool placeRemainingPoints();
+  bool placeRemainingPoints(detail::PlaneNetwork const& network, std::vector<std::complex<double>> const& fit);
   bool settles();
 
   // Findings.

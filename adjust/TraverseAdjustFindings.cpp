@@ -97,8 +97,9 @@ void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool i
   }
   suspects.clear();
   // The fit looks at all sights at once, so that no gross error leads it astray: nothing else need be tried.
-  auto const errors = hasFit() ? detail::grossErrors(network, fitted(), {}, poll)
-                               : detail::grossErrors(network, places, searched, poll);
+  std::vector<detail::GrossError> errors;
+  if (hasFit()) errors = detail::grossErrors(network, fitted(), {}, poll);
+  if (errors.empty()) errors = detail::grossErrors(network, places, searched, poll);
   for (detail::GrossError const& error : errors) suspects.push_back(suspectOf(error.observation, error.difference));
   addControlSuspects();
   if (!suspects.empty()) tell(worded(suspects), Warning);

@@ -59,29 +59,28 @@ bool TraverseAdjust::hasFit() {
 /// Everything that the walks do not do; false when points are left.
 bool TraverseAdjust::placeRemainingPoints() {
   detail::PlaneNetwork const network = planeNetwork();
-  if (pointsCount >= kManyPoints) {
-    std::vector<Place> const& fit = fitted();
-    bool isComplete = true;
-    for (int n = 0; n < pointsCount; ++n) {
-      if (isPlaced(n)) continue;
-      if (std::isfinite(fit[index(n)].real())) {
-        place(n, {fit[index(n)].real(), fit[index(n)].imag()});
-      } else {
-        isComplete = false;
-      }
-    }
-    if (isComplete) return true;
-  }
+  std::vector<Place> const none;
+  if (pointsCount >= kManyPoints && placeRemainingPoints(network, fitted())) return true;
+  return placeRemainingPoints(network, none);
+}
+
+/// @param fit  places that the search takes over; NaN, or nothing at all, where there are none.
+bool TraverseAdjust::placeRemainingPoints(detail::PlaneNetwork const& network, std::vector<Place> const& fit) {
   detail::StartSearch search(network);
+  int found = 0;
   for (int n = 0; n < pointsCount; ++n) {
-    if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
+    bool const isFitted = !fit.empty() && std::isfinite(fit[index(n)].real());
+    if (!isPlaced(n) && !isFitted) continue;
+    search.place(n, isPlaced(n) ? Place(x(n), y(n)) : fit[index(n)]);
+    ++found;
   }
-  if (search.run()) {
+  if (found == pointsCount || search.run()) {
     for (int n = 0; n < pointsCount; ++n) {
       if (!isPlaced(n)) place(n, {search.at(n).real(), search.at(n).imag()});
     }
     return true;
   }
+  if (!fit.empty()) return false;  // the walk alone may lead further
   unplacedPoints.clear();
   for (auto const& [n, reason] : detail::unplacedReasons(network, search)) {
     unplacedPoints.push_back({nameOf(n), reason});
@@ -101,6 +100,7 @@ bool TraverseAdjust::settles() {
   bool const isFarOff =
       pointsCount >= kManyPoints && detail::largestMisfit(placesOf(XY), stationsCount, polarSights()) > kFarOff;
   if (!isFarOff && iterateUpTo(rounds) == Outcome::Settled) return true;
+  if (pointsCount < kManyPoints) return false;
   XY = start;
   std::vector<Place> const& fit = fitted();
   for (int n = knPointsCount; n < pointsCount; ++n) {

@@ -18,6 +18,9 @@ constexpr double kFreeMove = 1e-6;
 // Residuals beyond so many of their median call for another round with other weights.
 constexpr double kMisfit = 20.0;
 constexpr int kMostRounds = 8;
+// A station whose scale is off by more than this is not held by what it shares with others. Nothing but the known
+// points keeps the equations from being solved by zeros: a group that hangs on one point shrinks into it.
+constexpr double kScale = 0.1;
 
 class PolarSystem {
  public:
@@ -40,6 +43,7 @@ class PolarSystem {
 
   /// One round, with weights besides those of the errors.
   void solve(std::vector<double> const& weights) {
+    isFree.clear();
     build(weights, 0.0);
     if (!cholesky.factor({0.0, kLostPivot}, poll)) {
       build(weights, kRidge);
@@ -68,6 +72,18 @@ class PolarSystem {
       result.push_back(std::abs(across - sight.seen * turns[index(sight.station)]) / sight.error);
     }
     return result;
+  }
+
+  /// Takes the sights of stations that are scaled out of the system: their weights become 0. False when there are none.
+  bool dropScaled(std::vector<double>& weights) const {
+    bool hasDropped = false;
+    for (std::size_t i = 0; i < sights.size(); ++i) {
+      bool const isScaled = !(std::abs(std::abs(turns[index(sights[i].station)]) - 1.0) <= kScale);
+      if (!isScaled || weights[i] == 0.0) continue;
+      weights[i] = 0.0;
+      hasDropped = true;
+    }
+    return hasDropped;
   }
 
   void forgetFree() {
@@ -179,23 +195,24 @@ std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, 
     }
     system.solve(weights);
   }
+  while (system.dropScaled(weights)) system.solve(weights);
   system.forgetFree();
   return places;
 }
 
 double largestMisfit(std::vector<Place> const& places, int stations, std::vector<PolarSight> const& sights) {
   std::vector<Place> turned(index(stations));
-  std::vector<double> squares(index(stations), 0.0);
   for (PolarSight const& sight : sights) {
     turned[index(sight.station)] +=
         (places[index(sight.target)] - places[index(sight.from)]) * std::conj(sight.seen) / std::norm(sight.seen);
-    squares[index(sight.station)] += 1.0;
   }
   double largest = 0.0;
   for (PolarSight const& sight : sights) {
-    Place const turn = turned[index(sight.station)] / squares[index(sight.station)];
+    Place const turn = turned[index(sight.station)] / std::abs(turned[index(sight.station)]);
     Place const across = places[index(sight.target)] - places[index(sight.from)];
-    largest = std::max(largest, std::abs(across / sight.seen - turn));
+    double const misfit = std::abs(across / sight.seen - turn);
+    if (!std::isfinite(misfit)) return std::numeric_limits<double>::infinity();
+    largest = std::max(largest, misfit);
   }
   return largest;
 }

@@ -32,8 +32,8 @@ KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known,
                                            std::vector<PolarSight> const& sights, std::vector<int> const& blockOrder,
                                            Poll const& poll = {});
 
-/// Largest misfit of a sight at the given places, as a share of its length, each station being turned and scaled as its
-/// sights ask for together.
+/// Largest misfit of a sight at the given places, as a share of its length, each station being turned as its sights ask
+/// for together. Infinite where no turn can be told.
 KELVANE_EXPORT double largestMisfit(std::vector<Place> const& places, int stations,
                                     std::vector<PolarSight> const& sights);
 

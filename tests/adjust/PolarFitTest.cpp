@@ -99,4 +99,25 @@ TEST(PolarFit, LeavesOutWhatIsNotDetermined) {
   }
 }
 
+// Without noise the turn and the scale of such a group are free; with noise the sights are met best when it shrinks
+// into the point that it hangs on.
+TEST(PolarFit, LeavesOutAGroupThatHangsOnOnePoint) {
+  Truth truth(1);
+  std::normal_distribution<double> noise(0.0, 0.003);
+  auto const first = truth.places.size();
+  for (int i = 0; i < 9; ++i) {
+    int const row = i / 3;
+    truth.places.emplace_back(3e6 - 150.0 - 100.0 * row, 5e5 - 150.0 - 100.0 * (i % 3));
+  }
+  for (std::size_t from = first; from < truth.places.size(); ++from) {
+    for (std::size_t to = first; to < truth.places.size(); ++to) {
+      if (from != to && std::abs(truth.places[to] - truth.places[from]) < 170.0) truth.sight(from, to, 0.1);
+    }
+    if (from < first + 2) truth.sight(from, 5, 0.1);
+  }
+  for (PolarSight& sight : truth.sights) sight.seen += Place(noise(truth.random), noise(truth.random));
+  std::vector<Place> const places = truth.fit();
+  for (std::size_t n = 0; n < places.size(); ++n) EXPECT_EQ(std::isnan(places[n].real()), n >= first) << n;
+}
+
 }  // namespace
