@@ -76,7 +76,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   void calculateApproximate();
 
   /// Looks for observations that do not fit the others, about the approximate coordinates, and lists them in one
-  /// `Warning`. `calculateAdjust` does it before its iteration. Needs `calculateApproximate`.
+  /// `Warning`. `calculateAdjust` does it where its iteration does not settle or a residual asks for it. Needs
+  /// `calculateApproximate`.
   void checkObservations();
 
   /// Looks for points that can move without any observation feeling it, and for observations between points at one
@@ -87,8 +88,9 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// The full run: approximation, iteration until no coordinate moves by more than 0.01 m, precision results. Two
   /// iterations for good approximate coordinates.
   ///
-  /// Where the iteration would not settle from the coordinates of the walk, which one gross error can lead astray, and
-  /// would from others, it starts from these; `getPointX0Y0` still gives those of the walk.
+  /// Where the iteration would not settle from the coordinates of the walk, and would from others, it starts from
+  /// these: one gross error can lead a walk astray, and in a network of 300 points and more its errors add up.
+  /// `getPointX0Y0` still gives those of the walk.
   ///
   /// @throws AlgorithmException as `calculateApproximate`; DataError, name "Calculate failed", for a singular system, a
   ///         correction that is not finite, or fewer observations than unknowns. Before that one `Error` message tells
@@ -109,9 +111,10 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   void setIterationLimit(int rounds);
 
   /// Number of unknowns from which on the normal equations are kept sparse and the inverse only where results read it;
-  /// below it the matrix is full. The results are the same but for rounding.
+  /// below it the matrix is full. The results are the same but for rounding. 200 by default.
   void setSparseFrom(int unknowns);
 
+  /// Told where a run stands.
   void setProgressCall(AdjustProgressCall call);
 
   /// Whether the findings below are told as messages when they come up; on by default.
@@ -202,7 +205,9 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<std::complex<double>> const& fitted();
   bool hasFit();
   bool placeRemainingPoints();
-  bool placeRemainingPoints(detail::PlaneNetwork const& network, std::vector<std::complex<double>> const& fit);
+  bool searchRemainingPoints(bool tellsLeft);
+  template <typename Chosen>
+  void takeFit(Chosen const& chosen);
   bool settles();
 
   // Findings.
@@ -268,7 +273,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   std::vector<std::string> stationNames;
   std::vector<double> X0Y0;                          // x of point i at 2 i, y at 2 i + 1
   std::shared_ptr<detail::NormalEquations> normals;  // after the iteration with the inverse Q; copies share it
-  std::vector<std::complex<double>> fittedPlaces;
+  std::vector<std::complex<double>> fittedPlaces;    // metres, once they are asked for
   std::vector<double> start;    // where the iteration began; as X0Y0 but for points that were moved before it
   std::vector<int> blockOrder;  // of the elimination, once it is asked for
   std::vector<double> dX;

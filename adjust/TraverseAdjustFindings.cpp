@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -96,11 +97,13 @@ void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool i
     }
   }
   suspects.clear();
-  // The fit looks at all sights at once, so that no gross error leads it astray: nothing else need be tried.
-  std::vector<detail::GrossError> errors;
+  // The fit looks at all sights at once. A gross error hardly leads it astray, and no other start need be tried.
+  std::optional<std::vector<detail::GrossError>> errors;
   if (hasFit()) errors = detail::grossErrors(network, fitted(), {}, poll);
-  if (errors.empty()) errors = detail::grossErrors(network, places, searched, poll);
-  for (detail::GrossError const& error : errors) suspects.push_back(suspectOf(error.observation, error.difference));
+  if (!errors) errors = detail::grossErrors(network, places, searched, poll);
+  for (detail::GrossError const& error : errors.value_or(std::vector<detail::GrossError>())) {
+    suspects.push_back(suspectOf(error.observation, error.difference));
+  }
   addControlSuspects();
   if (!suspects.empty()) tell(worded(suspects), Warning);
 }

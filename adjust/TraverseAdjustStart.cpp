@@ -56,31 +56,42 @@ bool TraverseAdjust::hasFit() {
          std::all_of(fitted().begin(), fitted().end(), [](Place p) { return std::isfinite(p.real()); });
 }
 
-/// Everything that the walks do not do; false when points are left.
-bool TraverseAdjust::placeRemainingPoints() {
-  detail::PlaneNetwork const network = planeNetwork();
-  std::vector<Place> const none;
-  if (pointsCount >= kManyPoints && placeRemainingPoints(network, fitted())) return true;
-  return placeRemainingPoints(network, none);
+/// Gives the points that `chosen` names the places of the fit, where it has some.
+template <typename Chosen>
+void TraverseAdjust::takeFit(Chosen const& chosen) {
+  std::vector<Place> const& fit = fitted();
+  for (int n = knPointsCount; n < pointsCount; ++n) {
+    Place const at = fit[index(n)];
+    if (std::isfinite(at.real()) && chosen(n)) place(n, {at.real(), at.imag()});
+  }
 }
 
-/// @param fit  places that the search takes over; NaN, or nothing at all, where there are none.
-bool TraverseAdjust::placeRemainingPoints(detail::PlaneNetwork const& network, std::vector<Place> const& fit) {
+/// Everything that the walks do not do; false when points are left.
+bool TraverseAdjust::placeRemainingPoints() {
+  if (pointsCount < kManyPoints) return searchRemainingPoints(true);
+  std::vector<double> const walked = XY;
+  takeFit([this](int n) { return !isPlaced(n); });
+  bool isComplete = true;
+  for (int n = 0; n < pointsCount; ++n) isComplete = isComplete && isPlaced(n);
+  if (isComplete || searchRemainingPoints(false)) return true;
+  XY = walked;  // the walk alone may lead further
+  return searchRemainingPoints(true);
+}
+
+/// From the points that are placed. Points that are left are told when `tellsLeft`.
+bool TraverseAdjust::searchRemainingPoints(bool tellsLeft) {
+  detail::PlaneNetwork const network = planeNetwork();
   detail::StartSearch search(network);
-  int found = 0;
   for (int n = 0; n < pointsCount; ++n) {
-    bool const isFitted = !fit.empty() && std::isfinite(fit[index(n)].real());
-    if (!isPlaced(n) && !isFitted) continue;
-    search.place(n, isPlaced(n) ? Place(x(n), y(n)) : fit[index(n)]);
-    ++found;
+    if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
   }
-  if (found == pointsCount || search.run()) {
+  if (search.run()) {
     for (int n = 0; n < pointsCount; ++n) {
       if (!isPlaced(n)) place(n, {search.at(n).real(), search.at(n).imag()});
     }
     return true;
   }
-  if (!fit.empty()) return false;  // the walk alone may lead further
+  if (!tellsLeft) return false;
   unplacedPoints.clear();
   for (auto const& [n, reason] : detail::unplacedReasons(network, search)) {
     unplacedPoints.push_back({nameOf(n), reason});
@@ -102,10 +113,7 @@ bool TraverseAdjust::settles() {
   if (!isFarOff && iterateUpTo(rounds) == Outcome::Settled) return true;
   if (pointsCount < kManyPoints) return false;
   XY = start;
-  std::vector<Place> const& fit = fitted();
-  for (int n = knPointsCount; n < pointsCount; ++n) {
-    if (std::isfinite(fit[index(n)].real())) place(n, {fit[index(n)].real(), fit[index(n)].imag()});
-  }
+  takeFit([](int) { return true; });
   start = XY;
   return iterateUpTo(rounds) == Outcome::Settled;
 }

@@ -45,25 +45,17 @@ void mergeRepeatedLines(benchmark::State& state) {
 }
 
 /// The coordinates from which an adjustment starts.
-void approximate(benchmark::State& state, bench::Growth& growth, kvn::Network const& network) {
+template <kvn::Network (*make)(benchmark::State const&)>
+void approximate(benchmark::State& state) {
+  static bench::Growth growth;
   kvn::AlgorithmData data;
-  data.readNetworkData(network);
+  data.readNetworkData(make(state));
   kvn::TraverseAdjust adjustment;
   adjustment.readAlgorithmData(data);
   bench::measure(state, growth, [&adjustment] {
     adjustment.calculateApproximate();
     benchmark::DoNotOptimize(adjustment);
   });
-}
-
-void approximateGrid(benchmark::State& state) {
-  static bench::Growth growth;
-  approximate(state, growth, gridOf(state));
-}
-
-void approximateChain(benchmark::State& state) {
-  static bench::Growth growth;
-  approximate(state, growth, chainOf(state));
 }
 
 /// A band of triangles: each station sights the two before it and the two after it, by directions alone.
@@ -88,31 +80,18 @@ kvn::Network bandOf(benchmark::State const& state) {
   return network;
 }
 
-void approximateWithAnglesOnly(benchmark::State& state) {
-  static bench::Growth growth;
-  approximate(state, growth, bandOf(state));
-}
-
 /// From the input to the precision results.
-void adjust(benchmark::State& state, bench::Growth& growth, kvn::Network const& network) {
+template <kvn::Network (*make)(benchmark::State const&)>
+void adjust(benchmark::State& state) {
+  static bench::Growth growth;
   kvn::AlgorithmData data;
-  data.readNetworkData(network);
+  data.readNetworkData(make(state));
   bench::measure(state, growth, [&data] {
     kvn::TraverseAdjust adjustment(bench::kDirectionErrorSeconds, bench::kDistanceErrorMm * 1e-3,
                                    bench::kDistanceErrorPpm * 1e-6, true);
     adjustment.Adjust(data);
     benchmark::DoNotOptimize(adjustment);
   });
-}
-
-void adjustGrid(benchmark::State& state) {
-  static bench::Growth growth;
-  adjust(state, growth, gridOf(state));
-}
-
-void adjustChain(benchmark::State& state) {
-  static bench::Growth growth;
-  adjust(state, growth, chainOf(state));
 }
 
 void inputs(benchmark::internal::Benchmark* input) {
@@ -125,10 +104,10 @@ void networks(benchmark::internal::Benchmark* network) {
 
 BENCHMARK(readNetworkData)->Apply(inputs);
 BENCHMARK(mergeRepeatedLines)->Apply(inputs);
-BENCHMARK(approximateGrid)->Apply(inputs);
-BENCHMARK(approximateChain)->Apply(inputs);
-BENCHMARK(approximateWithAnglesOnly)->Apply(inputs);
-BENCHMARK(adjustGrid)->Apply(networks);
-BENCHMARK(adjustChain)->Apply(networks);
+BENCHMARK_TEMPLATE(approximate, gridOf)->Apply(inputs);
+BENCHMARK_TEMPLATE(approximate, chainOf)->Apply(inputs);
+BENCHMARK_TEMPLATE(approximate, bandOf)->Apply(inputs);
+BENCHMARK_TEMPLATE(adjust, gridOf)->Apply(networks);
+BENCHMARK_TEMPLATE(adjust, chainOf)->Apply(networks);
 
 }  // namespace

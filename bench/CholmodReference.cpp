@@ -6,6 +6,8 @@
 #include <cholmod.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 #endif
 
@@ -14,6 +16,11 @@ namespace bench {
 #if defined(KELVANE_BENCH_CHOLMOD)
 
 namespace {
+
+bool isOne(char const* variable) {
+  char const* const value = std::getenv(variable);
+  return value != nullptr && std::strcmp(value, "1") == 0;
+}
 
 /// As many runs as one of our own benchmarks has, and at least three: the first one asks the system for its memory.
 template <typename Work>
@@ -101,6 +108,7 @@ void Cholmod::assemble(SyntheticNormals const& normals) {
 }  // namespace
 
 std::optional<CholmodReference> cholmodReference(SyntheticNormals const& normals) {
+  if (!isOne("OPENBLAS_NUM_THREADS") || !isOne("OMP_THREAD_LIMIT")) return std::nullopt;
   Cholmod cholmod;
   CholmodReference result{};
   cholmod.assemble(normals);

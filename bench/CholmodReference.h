@@ -16,8 +16,8 @@ struct CholmodReference {
   std::vector<double> solution;
 };
 
-/// The best of some runs, nothing where the benchmarks are built without CHOLMOD. It decides on its threads:
-/// OPENBLAS_NUM_THREADS=1 and OMP_THREAD_LIMIT=1 compare one with one.
+/// The best of some runs. Nothing where the benchmarks are built without CHOLMOD, and unless OPENBLAS_NUM_THREADS and
+/// OMP_THREAD_LIMIT are 1: what several threads take together is no measure for one.
 /// @throws std::runtime_error where CHOLMOD finds no factor.
 std::optional<CholmodReference> cholmodReference(SyntheticNormals const& normals);
 

@@ -1,10 +1,10 @@
 // The full and the sparse matrix of an adjustment on the same networks: time of both, and how far their results differ.
 #include "SyntheticNetworks.h"
+#include "Timing.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -15,21 +15,13 @@ namespace {
 
 constexpr std::uint64_t kSeed = 1;
 
-class Watch {
- public:
-  double seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); }
-
- private:
-  std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-};
-
 kvn::TraverseAdjust adjusted(kvn::AlgorithmData const& data, int sparseFrom, double& seconds) {
   kvn::TraverseAdjust adjustment;
   adjustment.setSparseFrom(sparseFrom);
   adjustment.readAlgorithmData(data);
-  Watch const watch;
+  bench::Watch watch;
   adjustment.calculateAdjust();
-  seconds = watch.seconds();
+  seconds = watch.lap();
   return adjustment;
 }
 

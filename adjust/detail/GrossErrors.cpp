@@ -188,20 +188,24 @@ Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places
 
 }  // namespace
 
-std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
-                                    std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll) {
+std::optional<std::vector<GrossError>> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
+                                                   std::function<std::vector<Place>()> const& otherPlaces,
+                                                   Poll const& poll) {
   Verdict best = judgedFrom(network, places, false, poll);
-  if (!otherPlaces || (best.errors.empty() && std::isfinite(best.doubt))) return best.errors;
-  // A robust fit keeps near to where it began, and a gross error may have led the start astray.
-  std::vector<Place> const others = otherPlaces();
-  for (bool const plainFirst : {true, false}) {
-    for (std::vector<Place> const* start : {&places, &others}) {
-      if (start->empty() || (start == &places && !plainFirst)) continue;
-      Verdict verdict = judgedFrom(network, *start, plainFirst, poll);
-      if (verdict.doubt < best.doubt) best = std::move(verdict);
+  bool const isClean = best.errors.empty() && std::isfinite(best.doubt);
+  if (otherPlaces && !isClean) {
+    // A robust fit keeps near to where it began, and a gross error may have led the start astray.
+    std::vector<Place> const others = otherPlaces();
+    for (bool const plainFirst : {true, false}) {
+      for (std::vector<Place> const* start : {&places, &others}) {
+        if (start->empty() || (start == &places && !plainFirst)) continue;
+        Verdict verdict = judgedFrom(network, *start, plainFirst, poll);
+        if (verdict.doubt < best.doubt) best = std::move(verdict);
+      }
     }
   }
-  return best.errors;
+  if (!std::isfinite(best.doubt)) return std::nullopt;
+  return std::move(best.errors);
 }
 
 }  // namespace kvn::detail

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace kvn::detail {
@@ -27,9 +28,10 @@ KELVANE_EXPORT double criticalTest(std::size_t observations);
 /// @param places       of all points, to begin with.
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
 ///                     none when the places can be trusted not to follow a gross error.
-KELVANE_EXPORT std::vector<GrossError> grossErrors(PlaneNetwork const& network, std::vector<Place> const& places,
-                                                   std::function<std::vector<Place>()> const& otherPlaces,
-                                                   Poll const& poll = {});
+/// @return nothing when nothing can be said: the observations that are not suspected have no solution.
+KELVANE_EXPORT std::optional<std::vector<GrossError>> grossErrors(
+    PlaneNetwork const& network, std::vector<Place> const& places,
+    std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll = {});
 
 /// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
 /// swings to and fro or runs away.

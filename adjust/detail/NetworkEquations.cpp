@@ -79,6 +79,13 @@ std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState cons
   return equations;
 }
 
+double medianOf(std::vector<double> numbers) {
+  if (numbers.empty()) return 0.0;
+  auto const middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
+  std::nth_element(numbers.begin(), middle, numbers.end());
+  return *middle;
+}
+
 double medianMisfit(std::vector<Equation> const& equations) {
   std::vector<double> sizes;
   sizes.reserve(equations.size());
@@ -86,10 +93,7 @@ double medianMisfit(std::vector<Equation> const& equations) {
     double const size = std::abs(e.misclosure) / e.error;
     if (std::isfinite(size)) sizes.push_back(size);
   }
-  if (sizes.empty()) return 0.0;
-  auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
-  std::nth_element(sizes.begin(), middle, sizes.end());
-  return *middle;
+  return medianOf(std::move(sizes));
 }
 
 void move(PlaneNetwork const& network, NetworkState& state, std::vector<double> const& step) {

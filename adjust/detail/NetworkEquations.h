@@ -32,6 +32,8 @@ KELVANE_EXPORT NetworkState orientedState(PlaneNetwork const& network, std::vect
 /// First those of the directions, in radians, then those of the distances, in metres. An observation between points at
 /// one place has an equation without unknowns.
 KELVANE_EXPORT std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state);
+/// The upper one of two; 0 of none.
+KELVANE_EXPORT double medianOf(std::vector<double> numbers);
 /// Median of the misclosures' sizes over their a-priori errors; those that are no numbers do not count.
 KELVANE_EXPORT double medianMisfit(std::vector<Equation> const& equations);
 KELVANE_EXPORT void move(PlaneNetwork const& network, NetworkState& state, std::vector<double> const& step);

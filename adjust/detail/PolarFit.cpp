@@ -1,6 +1,7 @@
 #include "adjust/detail/PolarFit.h"
 
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/NetworkEquations.h"
 #include "adjust/sparse/SparseCholesky.h"
 
 #include <algorithm>
@@ -165,12 +166,6 @@ class PolarSystem {
   double length = 0.0;  // means: with them weights and factors are near 1
   double error = 0.0;
 };
-
-double medianOf(std::vector<double> numbers) {
-  auto const middle = numbers.begin() + static_cast<std::ptrdiff_t>(numbers.size() / 2);
-  std::nth_element(numbers.begin(), middle, numbers.end());
-  return *middle;
-}
 
 }  // namespace
 

@@ -6,8 +6,10 @@
 #include <Eigen/OrderingMethods>
 #include <Eigen/SparseCore>
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <new>
+#include <numeric>
 #include <stdexcept>
 
 namespace kvn::sparse {
@@ -55,41 +57,48 @@ bool surrounds(BlockGraph const& graph, int block, int inner) {
   return true;
 }
 
+/// What is left of a graph when only its `members` are.
+BlockGraph restricted(BlockGraph const& graph, std::vector<int> const& members) {
+  std::vector<int> numberOf(index(graph.blocks()), -1);
+  for (std::size_t i = 0; i < members.size(); ++i) numberOf[index(members[i])] = static_cast<int>(i);
+  BlockGraph part;
+  part.starts.assign(1, 0);
+  for (int const b : members) {
+    part.sizes.push_back(graph.sizes[index(b)]);
+    for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
+      int const neighbour = numberOf[index(graph.neighbours[p])];
+      if (neighbour >= 0) part.neighbours.push_back(neighbour);
+    }
+    part.starts.push_back(part.neighbours.size());
+  }
+  return part;
+}
+
 /// A block that meets nothing but what one of its neighbours meets is eliminated just before that one, as the
 /// orientation of a station before its point: the graph of the others is a quarter as large.
 class Absorption {
  public:
-  explicit Absorption(BlockGraph const& all) : graph(all), owner(index(all.blocks())), absorbed(owner.size()) {
-    for (int b = 0; b < graph.blocks(); ++b) owner[index(b)] = b;
-    std::vector<int> byDegree = owner;
+  explicit Absorption(BlockGraph const& all)
+      : graph(all), sizes(all.sizes), isAbsorbed(all.sizes.size(), false), absorbed(all.sizes.size()) {
+    std::vector<int> byDegree(sizes.size());
+    std::iota(byDegree.begin(), byDegree.end(), 0);
     std::stable_sort(byDegree.begin(), byDegree.end(), [&](int a, int b) { return degree(all, a) < degree(all, b); });
     for (int const b : byDegree) absorb(b);
+    for (int b = 0; b < graph.blocks(); ++b) {
+      if (!isAbsorbed[index(b)]) kept.push_back(b);
+    }
   }
 
-  BlockGraph rest() {
-    BlockGraph result;
-    numberOf.assign(owner.size(), -1);
-    for (int b = 0; b < graph.blocks(); ++b) {
-      if (owner[index(b)] != b) continue;
-      numberOf[index(b)] = result.blocks();
-      result.sizes.push_back(graph.sizes[index(b)]);
-      kept.push_back(b);
-    }
-    result.starts.assign(1, 0);
-    for (int const b : kept) {
-      for (int const inner : absorbed[index(b)]) result.sizes[index(numberOf[index(b)])] += sizeOf(inner);
-      for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
-        int const neighbour = numberOf[index(graph.neighbours[p])];
-        if (neighbour >= 0) result.neighbours.push_back(neighbour);
-      }
-      result.starts.push_back(result.neighbours.size());
-    }
+  /// The graph of the others, whose sizes count what they have taken up.
+  BlockGraph rest() const {
+    BlockGraph result = restricted(graph, kept);
+    for (std::size_t i = 0; i < kept.size(); ++i) result.sizes[i] = sizes[index(kept[i])];
     return result;
   }
 
   std::vector<int> expanded(std::vector<int> const& order) const {
     std::vector<int> result;
-    result.reserve(owner.size());
+    result.reserve(sizes.size());
     for (int const number : order) append(kept[index(number)], result);
     return result;
   }
@@ -100,17 +109,12 @@ class Absorption {
     for (std::size_t p = graph.starts[index(inner)]; p < graph.starts[index(inner) + 1]; ++p) {
       int const block = graph.neighbours[p];
       bool const isLarger = degree(graph, block) >= degree(graph, inner) && degree(graph, block) <= kMostCompared;
-      if (!isLarger || owner[index(block)] != block || !surrounds(graph, block, inner)) continue;
-      owner[index(inner)] = block;
+      if (!isLarger || isAbsorbed[index(block)] || !surrounds(graph, block, inner)) continue;
+      isAbsorbed[index(inner)] = true;
+      sizes[index(block)] += sizes[index(inner)];
       absorbed[index(block)].push_back(inner);
       return;
     }
-  }
-
-  int sizeOf(int block) const {
-    int size = graph.sizes[index(block)];
-    for (int const inner : absorbed[index(block)]) size += sizeOf(inner);
-    return size;
   }
 
   void append(int block, std::vector<int>& result) const {
@@ -119,9 +123,9 @@ class Absorption {
   }
 
   BlockGraph const& graph;
-  std::vector<int> owner;
-  std::vector<std::vector<int>> absorbed;  // of each block, in the order of elimination
-  std::vector<int> numberOf;
+  std::vector<int> sizes;
+  std::vector<bool> isAbsorbed;
+  std::vector<std::vector<int>> absorbed;  // by each block, in the order of elimination
   std::vector<int> kept;
 };
 
@@ -166,27 +170,6 @@ struct Dissection {
   idx_t options[METIS_NOPTIONS];
 };
 
-/// The blocks of one side, and what they meet within it.
-BlockGraph partOf(BlockGraph const& graph, std::vector<idx_t> const& sides, idx_t side, std::vector<int>& members) {
-  std::vector<int> numberOf(sides.size(), -1);
-  for (int b = 0; b < graph.blocks(); ++b) {
-    if (sides[index(b)] != side) continue;
-    numberOf[index(b)] = static_cast<int>(members.size());
-    members.push_back(b);
-  }
-  BlockGraph part;
-  part.starts.assign(1, 0);
-  for (int const b : members) {
-    part.sizes.push_back(graph.sizes[index(b)]);
-    for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
-      int const neighbour = numberOf[index(graph.neighbours[p])];
-      if (neighbour >= 0) part.neighbours.push_back(neighbour);
-    }
-    part.starts.push_back(part.neighbours.size());
-  }
-  return part;
-}
-
 /// Both sides of a separator, and then what separates them. Large graphs are cut step by step, since no call of METIS
 /// can be ended before its time.
 std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
@@ -198,16 +181,15 @@ std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
   std::vector<idx_t> const sides = Dissection(graph).sides();
   std::vector<int> order;
   order.reserve(sides.size());
-  for (idx_t side = 0; side < 2; ++side) {
-    std::vector<int> members;
-    BlockGraph const part = partOf(graph, sides, side, members);
-    if (part.blocks() == graph.blocks()) throw std::runtime_error("The network cannot be dissected");
-    if (members.empty()) continue;
-    for (int const inPart : byDissection(part, poll)) order.push_back(members[index(inPart)]);
+  std::array<std::vector<int>, 3> members;  // of the sides, and of what separates them
+  for (int b = 0; b < graph.blocks(); ++b) members.at(index(sides[index(b)])).push_back(b);
+  for (int side = 0; side < 2; ++side) {
+    std::vector<int> const& blocks = members.at(index(side));
+    if (blocks.size() == sides.size()) throw std::runtime_error("The network cannot be dissected");
+    if (blocks.empty()) continue;
+    for (int const inPart : byDissection(restricted(graph, blocks), poll)) order.push_back(blocks[index(inPart)]);
   }
-  for (int b = 0; b < graph.blocks(); ++b) {
-    if (sides[index(b)] == 2) order.push_back(b);
-  }
+  order.insert(order.end(), members[2].begin(), members[2].end());
   return order;
 }
 
