@@ -112,24 +112,6 @@ TEST_P(DenseProduct, CrossesTheEdgesOfItsBlocks) {
   }
 }
 
-TEST_P(DenseProduct, RoundsLikeASumOfItsProducts) {
-  std::mt19937 random(11);
-  std::uniform_real_distribution<double> value(-1.0, 1.0);
-  std::size_t const n = 70;
-  Stored const a(n, n, 0, [&] { return value(random); });
-  Stored const b(n, n, 2, [&] { return value(random); });
-  std::vector<double> c(n * n, 0.0);
-  addProduct(n, n, n, 1.0, a.view, b.view, c.data(), n);
-  for (std::size_t i = 0; i < n; ++i) {
-    for (std::size_t j = 0; j < n; ++j) {
-      long double sum = 0.0L;
-      for (std::size_t p = 0; p < n; ++p) sum += static_cast<long double>(a(i, p)) * b(p, j);
-      // k products of at most 1 and as many sums of at most k, each rounded to half an epsilon at worst.
-      ASSERT_NEAR(c[i + j * n], double(sum), 0.5 * n * (n + 1) * std::numeric_limits<double>::epsilon());
-    }
-  }
-}
-
 TEST_P(DenseProduct, KeepsEqualRowsEqualWhereverTheyStand) {
   std::mt19937 random(12);
   std::uniform_real_distribution<double> value(-1.0, 1.0);

@@ -3,6 +3,7 @@
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
+#include <Eigen/Dense>
 #include <algorithm>
 #include <map>
 #include <random>
@@ -155,69 +156,43 @@ std::map<std::string, double> plainWalk(Network const& net) {
   return heights;
 }
 
-/// Inverse of a full matrix by elimination with row exchanges.
-std::vector<std::vector<double>> inverted(std::vector<std::vector<double>> m) {
-  std::size_t const n = m.size();
-  for (std::size_t i = 0; i < n; ++i) {
-    m[i].resize(2 * n, 0.0);
-    m[i][n + i] = 1.0;
-  }
-  for (std::size_t k = 0; k < n; ++k) {
-    for (std::size_t i = k + 1; i < n; ++i) {
-      if (std::abs(m[i][k]) > std::abs(m[k][k])) std::swap(m[i], m[k]);
-    }
-    for (std::size_t i = 0; i < n; ++i) {
-      double const factor = i == k ? 0.0 : m[i][k] / m[k][k];
-      for (std::size_t j = 0; j < 2 * n; ++j) m[i][j] -= factor * m[k][j];
-    }
-  }
-  for (std::size_t i = 0; i < n; ++i) {
-    double const pivot = m[i][i];
-    m[i].erase(m[i].begin(), m[i].begin() + static_cast<std::ptrdiff_t>(n));
-    for (double& value : m[i]) value /= pivot;
-  }
-  return m;
-}
-
 /// Heights and errors with the known points taken out of the equations instead of held by a weight.
 std::map<std::string, std::pair<double, double>> secondWay(Network const& net) {
   std::map<std::string, double> fixed;
   for (auto const& row : net.rows) {
     if (row.isKnown) fixed[row.name] = row.Z;
   }
-  auto const unknowns = std::size_t(net.points - net.known);
-  auto const number = [&](std::string const& name) { return std::size_t(std::stoi(name.substr(1)) - net.known); };
-  std::vector<std::vector<double>> normal(unknowns, std::vector<double>(unknowns, 0.0));
-  std::vector<double> right(unknowns, 0.0), x(unknowns, 0.0);
+  Eigen::Index const unknowns = net.points - net.known;
+  auto const number = [&](std::string const& name) { return Eigen::Index(std::stoi(name.substr(1)) - net.known); };
+  Eigen::MatrixXd normal = Eigen::MatrixXd::Zero(unknowns, unknowns);
+  Eigen::VectorXd right = Eigen::VectorXd::Zero(unknowns);
   for (auto const& line : net.lines) {
     double const p = 1.0 / line.horizontalDistance;
     for (auto const& [from, to, sign] :
          {std::tuple(line.start_name, line.end_name, 1.0), std::tuple(line.end_name, line.start_name, -1.0)}) {
       if (fixed.count(to) != 0) continue;
-      normal[number(to)][number(to)] += p;
-      right[number(to)] += p * sign * line.heightDifference;
+      normal(number(to), number(to)) += p;
+      right(number(to)) += p * sign * line.heightDifference;
       if (fixed.count(from) != 0) {
-        right[number(to)] += p * fixed[from];
+        right(number(to)) += p * fixed[from];
       } else {
-        normal[number(to)][number(from)] -= p;
+        normal(number(to), number(from)) -= p;
       }
     }
   }
-  auto const q = inverted(normal);
-  for (std::size_t i = 0; i < unknowns; ++i) {
-    for (std::size_t j = 0; j < unknowns; ++j) x[i] += q[i][j] * right[j];
-  }
-  auto const height = [&](std::string const& name) { return fixed.count(name) ? fixed[name] : x[number(name)]; };
+  Eigen::MatrixXd const q = normal.fullPivLu().inverse();
+  Eigen::VectorXd const x = q * right;
+  auto const height = [&](std::string const& name) { return fixed.count(name) ? fixed[name] : x(number(name)); };
   double sum = 0.0;
   for (auto const& line : net.lines) {
     sum +=
         std::pow(height(line.end_name) - height(line.start_name) - line.heightDifference, 2) / line.horizontalDistance;
   }
-  double const unitError = std::sqrt(sum / double(net.lines.size() - unknowns));
+  double const unitError = std::sqrt(sum / (double(net.lines.size()) - double(unknowns)));
   std::map<std::string, std::pair<double, double>> result;
   for (auto const& [name, value] : fixed) result[name] = {value, 0.0};
-  for (std::size_t i = 0; i < unknowns; ++i) {
-    result[point(int(i) + net.known)] = {x[i], unitError * std::sqrt(q[i][i])};
+  for (Eigen::Index i = 0; i < unknowns; ++i) {
+    result[point(int(i) + net.known)] = {x(i), unitError * std::sqrt(q(i, i))};
   }
   return result;
 }

@@ -120,20 +120,6 @@ TEST(LargeHeights, FailAlikeWithAFullAndASparseMatrix) {
   }
 }
 
-TEST(LargeHeights, GiveTheTruthOfALongGridWithoutNoise) {
-  constexpr int kPoints = 100000;
-  TriangleHeightAdjust run;
-  run.setTriangleHeightDataConvert(converted(levellingGrid(kPoints, 10, 0.0, 1)));
-  run.heightLSAdjust();
-  auto const points = run.getTriangleHeightPointInfo();
-  ASSERT_EQ(points.size(), std::size_t(kPoints));
-  double largest = 0.0;
-  for (auto const& at : points) {
-    largest = std::max(largest, std::abs(at.height - trueHeight(std::stoi(at.name.substr(1)))));
-  }
-  EXPECT_LT(largest, 1e-9);
-}
-
 // At the minimum of the sum of p v² its derivative by every height that is not held is 0.
 TEST(LargeHeights, LeaveResidualsThatCancelAtEveryPoint) {
   Rows const rows = levellingGrid(20000, 140, 1e-3, 1);

@@ -113,6 +113,35 @@ TEST(LargeNetworks, NameTheObservationsThatAreWrong) {
   EXPECT_NEAR(suspects[1].difference, 0.2, 0.02);
 }
 
+// A second grid hangs on one point of the first, and on a distance from there to another of its points: it may lie on
+// either side of that distance.
+TEST(LargeNetworks, AreNotPlacedByChanceWhereTwoSolutionsAgree) {
+  std::mt19937 random(8);
+  auto made = test::makeGrid(18, noisyPlan(0), random);
+  auto wing = test::makeGrid(4, noisyPlan(0), random);
+  for (kvn::NetworkDataInfo line : wing.network.lines) {
+    if (line.start_name == "P0") continue;  // its place is that of P0, which has its own circle
+    line.start_name = "W" + line.start_name;
+    line.end_name = line.end_name == "P0" ? "P0" : "W" + line.end_name;
+    made.network.lines.push_back(line);
+  }
+  kvn::PointInfo const& joint = made.truth.at("P0");
+  kvn::PointInfo const& hinge = wing.truth.at("P0");
+  kvn::PointInfo const& tip = wing.truth.at("P15");
+  kvn::PointInfo const& end = made.truth.at("P40");
+  kvn::NetworkDataInfo tie =
+      test::line("WP15", "P40", 0.0, std::hypot(joint.x + tip.x - hinge.x - end.x, joint.y + tip.y - hinge.y - end.y));
+  tie.horizontalAngleFlag = false;
+  made.network.lines.push_back(tie);
+  kvn::AlgorithmData data;
+  data.readNetworkData(made.network, kvn::MissingDirection::IsLeftOut);
+  kvn::TraverseAdjust adjustment;
+  adjustment.readAlgorithmData(data);
+  EXPECT_THROW(adjustment.calculateAdjust(), kvn::AlgorithmException);
+  ASSERT_EQ(adjustment.getUnplacedPoints().size(), 15U);
+  for (kvn::UnplacedPoint const& point : adjustment.getUnplacedPoints()) EXPECT_EQ(point.name[0], 'W');
+}
+
 /// A grid and, far from it, one that hangs on no known point.
 kvn::Network withLooseGrid() {
   std::mt19937 random(5);
