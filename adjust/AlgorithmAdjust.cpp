@@ -59,8 +59,8 @@ void AlgorithmAdjust::adjustLeastSquares() {
   // Seconds, millimetres and parts per million to seconds, metres and a ratio.
   TraverseAdjust adjustment(double(configure.AngleError), double(configure.LineFixedError) / 1000.0,
                             double(configure.LineProportionError) / 1e6, configure.LineCalculateExpression);
-  adjustment.readAlgorithmData(algorithmData);
   adjustment.setCancelCall(getCancelCall());
+  adjustment.readAlgorithmData(algorithmData);
   adjustment.setCountControlDistances(countControlDistances);
   adjustment.setIterationLimit(iterationLimit);
   adjustment.setProgressCall(progressCall);

@@ -4,6 +4,7 @@
 #include "adjust/detail/FirstRepeat.h"
 #include "adjust/detail/KnownEnds.h"
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/Poll.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
@@ -157,12 +158,14 @@ void AlgorithmData::judgeSightPointNameRepeat() const {
 
 // A name that the station has or that its direction of the same place has is known already: most distances are those of
 // the directions beside them, so that a glance spares the look-up.
-NameIndex observedNames(AlgorithmData const& data) {
+NameIndex observedNames(AlgorithmData const& data, std::function<void()> const& poll) {
+  detail::Effort effort(poll);
   NameIndex names;
   for (StationInfo const& station : data.stations) {
     names.numberOf(station.name);
     for (LineInfo const& direction : station.directions) names.numberOf(direction.end_name);
     for (std::size_t i = 0; i < station.lines.size(); ++i) {
+      effort.step();
       LineInfo const& line = station.lines[i];
       if (line.start_name != station.name) names.numberOf(line.start_name);
       bool const isSighted = i < station.directions.size() && station.directions[i].end_name == line.end_name;

@@ -9,6 +9,7 @@
 #include <utils/Export.h>
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace kvn {
@@ -97,6 +98,6 @@ class KELVANE_EXPORT AlgorithmData {
 };
 
 /// The distinct names of all observations, in the order of their first use.
-KELVANE_EXPORT NameIndex observedNames(AlgorithmData const& data);
+KELVANE_EXPORT NameIndex observedNames(AlgorithmData const& data, std::function<void()> const& poll = {});
 
 }  // namespace kvn

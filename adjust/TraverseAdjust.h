@@ -16,10 +16,9 @@
 #include <array>
 #include <complex>
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,6 +26,7 @@ namespace kvn {
 
 namespace detail {
 class NormalEquations;
+class PairTable;
 struct PlaneNetwork;
 struct PolarSight;
 }  // namespace detail
@@ -62,6 +62,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   ///
   /// @throws AlgorithmException DataError for azimuth observations or inconsistent counts; AllStationKnown when every
   ///         observed point is known; StationNotEnough for a station without a direction.
+  /// @throws QLogicError "User Cancel", in a large network.
   void readAlgorithmData(AlgorithmData const& input);
 
   /// Approximate coordinates by a walk over the network: polar from known stations where there are distances, else by
@@ -178,8 +179,12 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
     double value;  ///< metres
   };
 
+  /// For work that another part does: `checkCancelAndThrow`.
+  std::function<void()> cancelPoll() const;
+
   // Input.
-  static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control);
+  static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control,
+                                                std::function<void()> const& poll);
   void sizeArrays();
   void forgetResults();
   void numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations);
@@ -307,10 +312,10 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   bool tellFindings = true;
 
   // Look-ups, filled with the arrays.
-  std::vector<std::vector<int>> stationsAt;              // of each point
-  std::vector<std::vector<int>> stationsSighting;        // of each point, one entry for each direction to it
-  std::unordered_map<std::uint64_t, double> distanceOf;  // of a pair of points, the first entry of the arrays
-  std::unordered_map<std::uint64_t, int> directionOf;    // of (station, target), the last direction
+  std::vector<std::vector<int>> stationsAt;               // of each point
+  std::vector<std::vector<int>> stationsSighting;         // of each point, one entry for each direction to it
+  std::shared_ptr<detail::PairTable const> linesOf;       // of two points, the smaller number first
+  std::shared_ptr<detail::PairTable const> directionsOf;  // of (station, target)
 };
 
 }  // namespace kvn

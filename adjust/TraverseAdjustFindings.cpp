@@ -79,11 +79,11 @@ std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinat
 /// give better ones: it weighs all that is observed to a point.
 void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool improveStart) {
   tellProgress(AdjustProgress::Check);
-  auto const poll = [this] { checkCancelAndThrow(); };
+  detail::Poll const poll = cancelPoll();
   detail::PlaneNetwork const network = planeNetwork();
   std::vector<Place> const places = placesOf(coordinates);
-  auto const searched = [&network, &places] {
-    detail::StartSearch search(network);
+  auto const searched = [&network, &places, &poll] {
+    detail::StartSearch search(network, poll);
     for (int n = 0; n < network.known; ++n) search.place(n, places[index(n)]);
     std::vector<Place> found;
     if (!search.run()) return found;
@@ -121,6 +121,8 @@ void TraverseAdjust::judgeObservations() {
 
 /// The test of `detail::grossErrors`, with the residuals of all observations taken together.
 bool TraverseAdjust::hasMisfits() const {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   double const critical = detail::criticalTest(index(directionsCount + linesCount));
   auto const isMisfit = [critical](double residual, double error, double variance) {
     double const checked = 1.0 - variance / (error * error);
@@ -133,11 +135,13 @@ bool TraverseAdjust::hasMisfits() const {
   for (int i = 0; i < stationsCount; ++i) {
     at[4] = 2 * pointsCount + i;
     for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      effort.step();
       calculateAB(stationPoint[index(i)], directionTarget[index(d)], a, at);
       if (isMisfit(directionV[index(d)], seconds, cofactor(a, at, 5))) return true;
     }
   }
   for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    effort.step();
     calculateCD(lineStart[e], lineEnd[e], a, at);
     double const error = std::max(lineFixedError, kSmallestDistanceError) + lineProportionError * lineValue[e];
     if (isMisfit(lineV[e], error, cofactor(a, at, 4))) return true;
@@ -176,7 +180,8 @@ void TraverseAdjust::addControlSuspects() {
 /// The system has no solution: what the points can do tells more than that it failed.
 void TraverseAdjust::failIteration() {
   determine(true);
-  if (coincidentPoints.empty() && looseMotions.empty()) {
+  // Gross errors that have been told may be the reason.
+  if (coincidentPoints.empty() && looseMotions.empty() && suspects.empty()) {
     tell(System::tr("The normal equations lose their digits: the a-priori errors or the lengths of the sights are too "
                     "different in size"),
          Error);
@@ -220,9 +225,10 @@ void TraverseAdjust::findCoincidentPoints() {
 void TraverseAdjust::findLooseMotions(bool hasFailed) {
   detail::PlaneNetwork const network = planeNetwork();
   std::vector<Place> const places = placesOf(X0Y0);
-  detail::NetworkState const state = detail::orientedState(network, places);
-  std::vector<detail::LooseGroup> groups = detail::looseGroups(network, state, kWeakness);
-  if (groups.empty() && hasFailed) groups = detail::looseGroups(network, state, kWeaknessOfFailure);
+  detail::Poll const poll = cancelPoll();
+  detail::NetworkState const state = detail::orientedState(network, places, poll);
+  std::vector<detail::LooseGroup> groups = detail::looseGroups(network, state, kWeakness, poll);
+  if (groups.empty() && hasFailed) groups = detail::looseGroups(network, state, kWeaknessOfFailure, poll);
   for (detail::LooseGroup const& group : groups) {
     LooseMotion motion;
     motion.kind = group.motion;

@@ -3,13 +3,17 @@
 #include "adjust/detail/KnownEnds.h"
 #include "adjust/detail/MergeLines.h"
 #include "adjust/detail/Missing.h"
-#include "adjust/detail/PairKey.h"
+#include "adjust/detail/PairTable.h"
+#include "adjust/detail/Poll.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
 #include <QStringList>
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
+#include <tuple>
 #include <utility>
 
 namespace kvn {
@@ -62,7 +66,9 @@ TraverseAdjust::TraverseAdjust(double directionError, double fixedError, double 
       m_PI(std::acos(-1.0)),
       rho(1.0 / m_PI * 180.0 * 3600.0),
       sparseFrom(kSparseFrom),
-      largestMove(std::numeric_limits<double>::quiet_NaN()) {}
+      largestMove(std::numeric_limits<double>::quiet_NaN()),
+      linesOf(std::make_shared<detail::PairTable>()),
+      directionsOf(linesOf) {}
 
 TraverseAdjust::TraverseAdjust(TraverseAdjust const&) = default;
 TraverseAdjust& TraverseAdjust::operator=(TraverseAdjust const&) = default;
@@ -76,7 +82,8 @@ bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
 }
 
 void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
-  NameIndex const observed = observedNames(input);
+  detail::Poll const poll = cancelPoll();
+  NameIndex const observed = observedNames(input, poll);
   std::vector<PointInfo> const knownPoints = observedKnownPoints(input, observed);
   pointsCount = input.pointsCount;
   stationsCount = input.stationsCount;
@@ -87,19 +94,21 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
 
   if (!countsFit(input, observed)) throw AlgorithmException(AlgorithmException::DataError, "Data error");
 
-  std::vector<LineInfo> const distances = collectDistances(input, false);
+  std::vector<LineInfo> const distances = collectDistances(input, false, poll);
   linesCount = static_cast<int>(distances.size());
   sizeArrays();
   numberPoints(knownPoints, input.stations);
   readDirections(input.stations);
   readDistances(distances);
-  readControlDistances(collectDistances(input, true));
+  readControlDistances(collectDistances(input, true, poll));
   indexObservations();
   warnOfUnobserved(input.knPoints, observed);
 }
 
 /// The merged distances that have an end that is not known or, for `control`, those between two known points.
-std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control) {
+std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control,
+                                                       std::function<void()> const& poll) {
+  detail::Effort effort(poll);
   std::vector<LineInfo> distances;
   if (!control && input.linesCount < 1) return distances;
   std::size_t all = 0;
@@ -108,10 +117,11 @@ std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& inpu
   detail::KnownEnds known(input.knPoints);
   for (StationInfo const& station : input.stations) {
     for (LineInfo const& line : station.lines) {
+      effort.step();
       if (known.areBoth(line) == control) distances.push_back(line);
     }
   }
-  detail::mergeRepeatedLines(distances);
+  detail::mergeRepeatedLines(distances, poll);
   return distances;
 }
 
@@ -120,8 +130,6 @@ void TraverseAdjust::sizeArrays() {
   pointNames = NameIndex();
   stationNames.clear();
   controlDistances.clear();
-  directionOf.clear();
-  distanceOf.clear();
   forgetResults();
   stationPoint.assign(index(stationsCount), -1);
   directionStart.assign(index(stationsCount) + 1, -1);
@@ -164,12 +172,15 @@ void TraverseAdjust::numberPoints(std::vector<PointInfo> const& knownPoints, std
 }
 
 void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   int next = 0;
   directionStart[0] = 0;
   for (std::size_t i = 0; i < stations.size(); ++i) {
     StationInfo const& station = stations[i];
     if (station.directions.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
     for (LineInfo const& direction : station.directions) {
+      effort.step();
       directionTarget.at(index(next)) = getPointNumber(direction.end_name);
       directionValue.at(index(next)) = direction.value;
       ++next;
@@ -179,7 +190,10 @@ void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
 }
 
 void TraverseAdjust::readDistances(std::vector<LineInfo> const& distances) {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   for (std::size_t e = 0; e < distances.size(); ++e) {
+    effort.step();
     LineInfo const& line = distances[e];
     bool const isSameStation = e > 0 && distances[e - 1].start_name == line.start_name;
     lineStart[e] = isSameStation ? lineStart[e - 1] : getPointNumber(line.start_name);
@@ -201,29 +215,29 @@ void TraverseAdjust::indexObservations() {
   std::vector<std::size_t> sightings(index(pointsCount), 0);
   for (int const target : directionTarget) ++sightings[index(target)];
   for (std::size_t i = 0; i < sightings.size(); ++i) stationsSighting[i].reserve(sightings[i]);
-  directionOf.reserve(directionTarget.size());
+  std::vector<int> stationOf;
+  stationOf.reserve(directionTarget.size());
   for (int s = 0; s < stationsCount; ++s) {
     stationsAt[index(stationPoint[index(s)])].push_back(s);
     for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
-      int const target = directionTarget[index(d)];
-      stationsSighting[index(target)].push_back(s);
-      directionOf[detail::orderedKey(s, target)] = d;
+      stationsSighting[index(directionTarget[index(d)])].push_back(s);
+      stationOf.push_back(s);
     }
   }
-  distanceOf.reserve(lineValue.size());
-  for (std::size_t e = 0; e < lineValue.size(); ++e) {
-    distanceOf.emplace(detail::unorderedKey(lineStart[e], lineEnd[e]), lineValue[e]);
+  directionsOf = std::make_shared<detail::PairTable>(stationsCount, stationOf, directionTarget);
+  std::vector<int> smaller(lineStart.size());
+  std::vector<int> larger(lineStart.size());
+  for (std::size_t e = 0; e < lineStart.size(); ++e) {
+    std::tie(smaller[e], larger[e]) = std::minmax(lineStart[e], lineEnd[e]);
   }
+  linesOf = std::make_shared<detail::PairTable>(pointsCount, smaller, larger);
 }
 
-int TraverseAdjust::lastDirection(int station, int target) const {
-  auto const entry = directionOf.find(detail::orderedKey(station, target));
-  return entry == directionOf.end() ? -1 : entry->second;
-}
+int TraverseAdjust::lastDirection(int station, int target) const { return directionsOf->lastOf(station, target); }
 
 double TraverseAdjust::getLine(int i, int j) const {
-  auto const entry = distanceOf.find(detail::unorderedKey(i, j));
-  return entry == distanceOf.end() ? kMissing : entry->second;
+  int const line = linesOf->firstOf(std::min(i, j), std::max(i, j));
+  return line < 0 ? kMissing : lineValue[index(line)];
 }
 
 double TraverseAdjust::getAzimuth(int i, int j) const {

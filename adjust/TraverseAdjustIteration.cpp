@@ -3,6 +3,7 @@
 #include "adjust/detail/CalculationFailure.h"
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/NormalEquations.h"
+#include "adjust/detail/Poll.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -40,6 +41,10 @@ void TraverseAdjust::checkCancelAndThrow() const {
   if (isCancel()) throw QLogicError(System::tr("User Cancel"));
 }
 
+std::function<void()> TraverseAdjust::cancelPoll() const {
+  return [this] { checkCancelAndThrow(); };
+}
+
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
   bool const settled = settles();
@@ -49,7 +54,7 @@ void TraverseAdjust::calculateAdjust() {
     iterate();
   }
   tellProgress(AdjustProgress::Inverse);
-  if (!normals->invert([this] { checkCancelAndThrow(); })) failIteration();
+  if (!normals->invert(cancelPoll())) failIteration();
   tellProgress(AdjustProgress::Results);
   calculateResults();
   if (settled) judgeObservations();
@@ -111,7 +116,7 @@ void TraverseAdjust::prepareNormals() {
     normals = detail::fullNormals(unknownsCount(), soundness);
     return;
   }
-  normals = detail::sparseNormals({blockSizes(), cliques(), eliminationOrder()}, soundness);
+  normals = detail::sparseNormals({blockSizes(), cliques(), eliminationOrder()}, soundness, cancelPoll());
 }
 
 /// x and y of each point, then the orientation of each station.
@@ -137,13 +142,14 @@ std::vector<std::array<int, 3>> TraverseAdjust::cliques() const {
 
 /// Of the blocks. Found once: it takes as long as a factorisation.
 std::vector<int> const& TraverseAdjust::eliminationOrder() {
-  if (blockOrder.empty())
-    blockOrder = sparse::eliminationOrder(blockSizes(), cliques(), [this] { checkCancelAndThrow(); });
+  if (blockOrder.empty()) blockOrder = sparse::eliminationOrder(blockSizes(), cliques(), cancelPoll());
   return blockOrder;
 }
 
 void TraverseAdjust::calculateBTPB() {
   prepareNormals();
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   double a[5];
   int at[5];
   double const directionWeight = 1.0 / (angleError * angleError);
@@ -152,6 +158,7 @@ void TraverseAdjust::calculateBTPB() {
     at[4] = 2 * pointsCount + i;
     double const orientation = orientationOf(i);
     for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      effort.step();
       double const azimuth = calculateAB(stationPoint[index(i)], directionTarget[index(d)], a, at);
       double const oriented = azimuth - directionValue[index(d)];
       // The difference of two orientations on the circle: one of them may lie just above 0 and the other just below 2π.
@@ -161,6 +168,7 @@ void TraverseAdjust::calculateBTPB() {
     }
   }
   for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    effort.step();
     double const m = lineFixedError + lineProportionError * lineValue[e];
     double const distance = calculateCD(lineStart[e], lineEnd[e], a, at);
     calculateBTPBi(a, at, 1.0 / (m * m + kSmallestVariance), distance - lineValue[e], 4);
@@ -214,8 +222,9 @@ double TraverseAdjust::calculateDx() {
 
 /// False for a singular system; the coordinates are as they were then.
 bool TraverseAdjust::solve() {
-  if (!normals->factor([this] { checkCancelAndThrow(); })) return false;
-  dX = normals->solution();
+  detail::Poll const poll = cancelPoll();
+  if (!normals->factor(poll)) return false;
+  dX = normals->solution(poll);
   if (!std::all_of(dX.begin(), dX.end(), [](double x) { return std::isfinite(x); })) return false;
   largestMove = 0.0;
   for (std::size_t r = 0; r < XY.size(); ++r) {
@@ -228,6 +237,8 @@ bool TraverseAdjust::solve() {
 double TraverseAdjust::inverse(int i, int j) const { return normals->inverse(i, j); }
 
 double TraverseAdjust::calculateV() {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   pvv = 0.0;
   double a[5];
   int at[5];
@@ -236,6 +247,7 @@ double TraverseAdjust::calculateV() {
   for (int i = 0; i < stationsCount; ++i) {
     at[4] = 2 * pointsCount + i;
     for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      effort.step();
       calculateAB(stationPoint[index(i)], directionTarget[index(d)], a, at);
       double v = directionV[index(d)];
       for (int r = 0; r < 5; ++r) v += a[r] * dX[index(at[r])];
@@ -244,6 +256,7 @@ double TraverseAdjust::calculateV() {
     }
   }
   for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    effort.step();
     double const s = lineValue[e];
     double const v = calculateCD(lineStart[e], lineEnd[e], a, at) - s;
     lineV[e] = v;

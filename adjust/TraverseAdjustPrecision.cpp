@@ -2,6 +2,7 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/TraverseAdjust.h"
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/Poll.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
@@ -78,7 +79,10 @@ void TraverseAdjust::calculateUnitError() {
 
 void TraverseAdjust::calculateMxMy() {
   if (!hasRedundancy) return;
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   for (int i = 0; i < pointsCount; ++i) {
+    effort.step();
     mx.push_back(std::sqrt(inverse(2 * i, 2 * i)) * unitError);
     my.push_back(std::sqrt(inverse(2 * i + 1, 2 * i + 1)) * unitError);
     mp.push_back(std::hypot(mx.back(), my.back()));
@@ -89,7 +93,10 @@ void TraverseAdjust::calculateErrorEllipse() {
   errorEllipses.isValid = hasRedundancy;
   if (!hasRedundancy) return;
   double const m2 = unitError * unitError;
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   for (int i = 0; i < pointsCount; ++i) {
+    effort.step();
     double const qxx = inverse(2 * i, 2 * i) * m2;
     double const qyy = inverse(2 * i + 1, 2 * i + 1) * m2;
     double const qxy = inverse(2 * i, 2 * i + 1) * m2;
@@ -99,6 +106,8 @@ void TraverseAdjust::calculateErrorEllipse() {
 }
 
 void TraverseAdjust::calculateDirectionResult() {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   double a[4];
   int at[4];
   for (int i = 0; i < stationsCount; ++i) {
@@ -109,6 +118,7 @@ void TraverseAdjust::calculateDirectionResult() {
     result.azimuthErrorValid = hasRedundancy;
     result.distanceErrorValid = hasRedundancy;
     for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+      effort.step();
       int const target = directionTarget[index(d)];
       if (target < 0) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
       result.targetNames.push_back(pointNames.names()[index(target)]);
@@ -127,7 +137,10 @@ void TraverseAdjust::calculateDirectionResult() {
 }
 
 void TraverseAdjust::calculateLineErrorInfo() {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   for (std::size_t e = 0; e < lineValue.size(); ++e) {
+    effort.step();
     lineErrorInfos.push_back(lineResult(lineStart[e], lineEnd[e], lineValue[e], lineV[e]));
   }
   double a[4];

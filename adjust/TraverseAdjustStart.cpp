@@ -44,8 +44,8 @@ std::vector<detail::PolarSight> TraverseAdjust::polarSights() const {
 std::vector<Place> const& TraverseAdjust::fitted() {
   if (fittedPlaces.empty()) {
     tellProgress(AdjustProgress::Start);
-    fittedPlaces = detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), eliminationOrder(),
-                                    [this] { checkCancelAndThrow(); });
+    fittedPlaces =
+        detail::polarFit(placesOf(XY), knPointsCount, stationsCount, polarSights(), eliminationOrder(), cancelPoll());
   }
   return fittedPlaces;
 }
@@ -81,7 +81,7 @@ bool TraverseAdjust::placeRemainingPoints() {
 /// From the points that are placed. Points that are left are told when `tellsLeft`.
 bool TraverseAdjust::searchRemainingPoints(bool tellsLeft) {
   detail::PlaneNetwork const network = planeNetwork();
-  detail::StartSearch search(network);
+  detail::StartSearch search(network, cancelPoll());
   for (int n = 0; n < pointsCount; ++n) {
     if (isPlaced(n)) search.place(n, Place(x(n), y(n)));
   }
@@ -108,8 +108,8 @@ bool TraverseAdjust::settles() {
   if (redundancy() < 0) return false;
   int const rounds = std::min(iterationLimit, detail::attemptRounds(unknownsCount()));
   start = XY;
-  bool const isFarOff =
-      pointsCount >= kManyPoints && detail::largestMisfit(placesOf(XY), stationsCount, polarSights()) > kFarOff;
+  bool const isFarOff = pointsCount >= kManyPoints &&
+                        detail::largestMisfit(placesOf(XY), stationsCount, polarSights(), cancelPoll()) > kFarOff;
   if (!isFarOff && iterateUpTo(rounds) == Outcome::Settled) return true;
   if (pointsCount < kManyPoints) return false;
   XY = start;

@@ -15,6 +15,7 @@ constexpr double kSharpness[] = {0.1, 0.017, 0.0015};
 constexpr int kRoot = 0;
 // So few new points have not let errors grow.
 constexpr std::size_t kFewPoints = 10;
+constexpr double kMeeting = 1e4;  // multiplications in the time of a look at one point
 
 }  // namespace
 
@@ -191,15 +192,17 @@ bool Frame::tryNext(Rigour rigour) {
   return true;
 }
 
-void Frame::grow() {
+void Frame::grow(Poll const& poll) {
+  Effort effort(poll);
   if (anchors < 0) {
     anchors = static_cast<int>(placed.size());
     refinedAt = placed.size();
   }
   while (takeScale() || tryNext(Sharp) || orientByPartner() || tryNext(Fair) || tryNext(Weak)) {
-    if (2 * placed.size() >= 3 * refinedAt + kFewPoints) refine();
+    effort.spend(kMeeting);
+    if (2 * placed.size() >= 3 * refinedAt + kFewPoints) refine(poll);
   }
-  if (placed.size() > refinedAt + kFewPoints) refine();
+  if (placed.size() > refinedAt + kFewPoints) refine(poll);
 }
 
 }  // namespace kvn::detail

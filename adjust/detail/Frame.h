@@ -3,6 +3,7 @@
 
 #include "adjust/detail/Locus.h"
 #include "adjust/detail/PlaneNetwork.h"
+#include "adjust/detail/Poll.h"
 
 #include <optional>
 #include <queue>
@@ -36,7 +37,7 @@ class KELVANE_EXPORT Frame {
   /// Places and orients what follows, until nothing moves. Whenever the frame has grown by half, all of it is refined:
   /// errors that each point hands on to the next would grow with the distance. The points placed before the first
   /// growth stay.
-  void grow();
+  void grow(Poll const& poll = {});
   /// z becomes factor z + shift; the orientations turn with it.
   void transform(Place factor, Place shift);
   /// What the frame says of a point that it does not have.
@@ -65,7 +66,7 @@ class KELVANE_EXPORT Frame {
   void addArcs(int station, std::vector<Locus>& loci) const;
   bool tryNext(Rigour rigour);
   PlaneNetwork inside(std::vector<int>& stationsInside) const;
-  void refine();
+  void refine(Poll const& poll);
 
   PlaneNetwork const& net;
   std::vector<int>& ownerOf;

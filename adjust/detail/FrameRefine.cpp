@@ -63,7 +63,7 @@ PlaneNetwork Frame::inside(std::vector<int>& stationsInside) const {
   return part;
 }
 
-void Frame::refine() {
+void Frame::refine(Poll const& poll) {
   refinedAt = placed.size();
   std::vector<int> stationsInside;
   PlaneNetwork const part = inside(stationsInside);
@@ -73,17 +73,17 @@ void Frame::refine() {
   for (int const point : placed) state.places.push_back(at(point));
   for (Place const place : state.places) extent = std::max(extent, std::abs(place - state.places.front()));
   for (int const station : stationsInside) state.orientations.push_back(orientation(station));
-  std::vector<Equation> equations = equationsOf(part, state);
-  SparseNormals normals(part);
+  std::vector<Equation> equations = equationsOf(part, state, poll);
+  SparseNormals normals(part, poll);
   for (int round = 0; round < kRounds; ++round) {
     std::vector<double> const weights = robustWeights(equations);
-    if (!normals.factor(equations, weights)) return;
-    std::vector<double> const step = normals.correction(equations, weights);
+    if (!normals.factor(equations, weights, 0.0, poll)) return;
+    std::vector<double> const step = normals.correction(equations, weights, poll);
     double largest = 0.0;
     for (int i = 0; i < 2 * (part.points - part.known); ++i) largest = std::max(largest, std::abs(step[index(i)]));
     if (!(largest < kLargestMove * extent)) return;
     move(part, state, step);
-    equations = equationsOf(part, state);
+    equations = equationsOf(part, state, poll);
     if (largest < kSettled * extent) break;
   }
   for (std::size_t i = 0; i < placed.size(); ++i) places[placed[i]] = state.places[i];

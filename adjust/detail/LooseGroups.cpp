@@ -38,12 +38,12 @@ std::vector<Equation> equationsInMetres(PlaneNetwork const& network, NetworkStat
 }
 
 /// Columns: motions at random among those that no observation feels.
-Eigen::MatrixXd freeMotions(PlaneNetwork const& network, NetworkState const& state, double weakness) {
+Eigen::MatrixXd freeMotions(PlaneNetwork const& network, NetworkState const& state, double weakness, Poll const& poll) {
   int const unknowns = unknownsOf(network);
   std::vector<Equation> const equations = equationsInMetres(network, state);
-  SparseNormals normals(network);
+  SparseNormals normals(network, poll);
   Eigen::MatrixXd motions = Eigen::MatrixXd::Zero(unknowns, kProbes);
-  if (!normals.factor(equations, std::vector<double>(equations.size(), 1.0), kRidge)) return motions;
+  if (!normals.factor(equations, std::vector<double>(equations.size(), 1.0), kRidge, poll)) return motions;
   auto const vectors = normals.freeVectors(weakness, kProbes);
   for (int probe = 0; probe < kProbes; ++probe) {
     for (int i = 0; i < unknowns; ++i) motions(i, probe) = vectors[index(probe)][index(i)];
@@ -145,8 +145,9 @@ void describe(PlaneNetwork const& network, NetworkState const& state, Eigen::Mat
 
 }  // namespace
 
-std::vector<LooseGroup> looseGroups(PlaneNetwork const& network, NetworkState const& state, double weakness) {
-  Eigen::MatrixXd const motions = freeMotions(network, state, weakness);
+std::vector<LooseGroup> looseGroups(PlaneNetwork const& network, NetworkState const& state, double weakness,
+                                    Poll const& poll) {
+  Eigen::MatrixXd const motions = freeMotions(network, state, weakness, poll);
   std::vector<bool> isLoose(index(network.points), false);
   double const least = motions.size() > 0 ? kMoves * motions.cwiseAbs().maxCoeff() : 0.0;
   for (int p = network.known; p < network.points; ++p) {

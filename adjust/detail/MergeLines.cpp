@@ -40,13 +40,14 @@ class EndNumbers {
   int start = -1;
 };
 
-Grouping groupByEnds(std::vector<LineInfo> const& lines) {
+Grouping groupByEnds(std::vector<LineInfo> const& lines, Effort& effort) {
   Grouping result;
   EndNumbers ends;
   utils::PlaceTable groupOfEnds;
   std::vector<std::uint64_t> keys;
   result.groupOf.reserve(lines.size());
   for (LineInfo const& line : lines) {
+    effort.step();
     std::uint64_t const key = ends.keyOf(line);
     auto const isAt = [&keys, key](std::size_t group) { return keys[group] == key; };
     std::size_t const group =
@@ -75,12 +76,14 @@ Grouping groupByEnds(std::vector<LineInfo> const& lines) {
 
 // A pass of line i visits what is left of its own group only. Of neighbours in the list every second one is passed
 // over, so a pass erases at least half of the group: all passes together cost twice its size.
-void mergeRepeatedLines(std::vector<LineInfo>& lines) {
-  Grouping grouping = groupByEnds(lines);
+void mergeRepeatedLines(std::vector<LineInfo>& lines, Poll const& poll) {
+  Effort effort(poll);
+  Grouping grouping = groupByEnds(lines, effort);
   LiveList live(lines.size());
   std::vector<LineInfo> merged;
   merged.reserve(grouping.groups.size());
   for (std::size_t i = live.begin(); i != live.end(); i = live.next(i)) {
+    effort.step();
     Group& group = grouping.groups[grouping.groupOf[i]];
     std::size_t* const members = grouping.members.data() + group.begin;
     std::size_t left = 0;

@@ -1,6 +1,7 @@
 // Merging of distances that were measured more than once.
 #pragma once
 
+#include "adjust/detail/Poll.h"
 #include "records/CalculationRecords.h"
 
 #include <utils/Export.h>
@@ -16,6 +17,6 @@ namespace kvn::detail {
 ///     for i in lines: for j > i: if the ends of i and j match in either order { add j to i; erase j; }
 ///
 /// so of a run of neighbouring repeats every second one stays and is merged again on its own turn.
-KELVANE_EXPORT void mergeRepeatedLines(std::vector<LineInfo>& lines);
+KELVANE_EXPORT void mergeRepeatedLines(std::vector<LineInfo>& lines, Poll const& poll = {});
 
 }  // namespace kvn::detail

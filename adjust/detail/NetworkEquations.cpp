@@ -55,12 +55,14 @@ int unknownOf(PlaneNetwork const& network, int point) {
   return point < network.known ? -1 : 2 * (point - network.known);
 }
 
-NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places) {
+NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places, Poll const& poll) {
+  Effort effort(poll);
   NetworkState state{std::move(places), std::vector<double>(index(network.stations()), 0.0)};
   std::vector<SeenAngle> seen;
   for (int s = 0; s < network.stations(); ++s) {
     seen.clear();
     for (int d = network.firstDirection(s); d < network.endDirection(s); ++d) {
+      effort.step();
       Place const sight = state.places[index(network.direction(d).target)] - state.places[index(network.pointOf(s))];
       if (sight != Place()) seen.push_back({std::arg(sight) - network.direction(d).value, std::abs(sight)});
     }
@@ -69,13 +71,18 @@ NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> place
   return state;
 }
 
-std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state) {
+std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state, Poll const& poll) {
+  Effort effort(poll);
   std::vector<Equation> equations;
   equations.reserve(network.directions.size() + network.lines.size());
   for (PlaneNetwork::Direction const& d : network.directions) {
+    effort.step();
     equations.push_back(directionEquation(network, state, d));
   }
-  for (PlaneNetwork::Line const& line : network.lines) equations.push_back(lineEquation(network, state, line));
+  for (PlaneNetwork::Line const& line : network.lines) {
+    effort.step();
+    equations.push_back(lineEquation(network, state, line));
+  }
   return equations;
 }
 

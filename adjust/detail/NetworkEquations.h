@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/detail/PlaneNetwork.h"
+#include "adjust/detail/Poll.h"
 
 #include <array>
 #include <vector>
@@ -28,10 +29,12 @@ KELVANE_EXPORT int unknownsOf(PlaneNetwork const& network);
 /// First unknown of a point, -1 for a known one.
 KELVANE_EXPORT int unknownOf(PlaneNetwork const& network, int point);
 /// Orients every station by the angle with which most of its directions agree.
-KELVANE_EXPORT NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places);
+KELVANE_EXPORT NetworkState orientedState(PlaneNetwork const& network, std::vector<Place> places,
+                                          Poll const& poll = {});
 /// First those of the directions, in radians, then those of the distances, in metres. An observation between points at
 /// one place has an equation without unknowns.
-KELVANE_EXPORT std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state);
+KELVANE_EXPORT std::vector<Equation> equationsOf(PlaneNetwork const& network, NetworkState const& state,
+                                                 Poll const& poll = {});
 /// The upper one of two; 0 of none.
 KELVANE_EXPORT double medianOf(std::vector<double> numbers);
 /// Median of the misclosures' sizes over their a-priori errors; those that are no numbers do not count.

@@ -39,7 +39,7 @@ class FullNormals : public NormalEquations {
   }
 
   /// Q w, each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
-  std::vector<double> solution() const override {
+  std::vector<double> solution(Poll const&) const override {
     std::vector<double> x(n, 0.0);
     double const* q = packed.data();
     for (std::size_t r = 0; r < n; ++r) {
@@ -65,8 +65,8 @@ class FullNormals : public NormalEquations {
 
 class SparseSystem : public NormalEquations {
  public:
-  SparseSystem(Pattern const& pattern, Soundness limits)
-      : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques, pattern.blockOrder), limits) {}
+  SparseSystem(Pattern const& pattern, Soundness limits, Poll const& poll)
+      : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques, pattern.blockOrder, poll), limits) {}
 
   void clear() override {
     cholesky.clear();
@@ -81,15 +81,17 @@ class SparseSystem : public NormalEquations {
     return cholesky.factor({least, 1.0 / soundness.lostPivot}, poll);
   }
 
-  std::vector<double> solution() const override {
+  std::vector<double> solution(Poll const& poll) const override {
     std::vector<double> x = right;
-    cholesky.solve(x);
+    cholesky.solve(x, poll);
     return x;
   }
 
   bool invert(Poll const& poll) override {
     cholesky.invert(poll);
+    Effort effort(poll);
     for (int i = 0; i < cholesky.unknowns(); ++i) {
+      effort.step();
       double const q = cholesky.inverse(i, i);
       if (!(q > 0.0) || !(q * cholesky.diagonal(i) < soundness.lostPivot)) return false;
     }
@@ -122,8 +124,8 @@ std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soun
 }
 
 std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
-                                               NormalEquations::Soundness soundness) {
-  return std::make_unique<SparseSystem>(pattern, soundness);
+                                               NormalEquations::Soundness soundness, Poll const& poll) {
+  return std::make_unique<SparseSystem>(pattern, soundness, poll);
 }
 
 }  // namespace kvn::detail

@@ -43,7 +43,7 @@ class KELVANE_EXPORT NormalEquations {
   /// False for a singular system.
   virtual bool factor(Poll const& poll) = 0;
   /// x, after `factor`.
-  virtual std::vector<double> solution() const = 0;
+  virtual std::vector<double> solution(Poll const& poll = {}) const = 0;
   /// Makes `inverse` known. False for a system that turns out to be singular.
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.
@@ -58,6 +58,7 @@ class KELVANE_EXPORT NormalEquations {
 KELVANE_EXPORT std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness);
 /// Only the elements that are not 0.
 KELVANE_EXPORT std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
-                                                              NormalEquations::Soundness soundness);
+                                                              NormalEquations::Soundness soundness,
+                                                              Poll const& poll = {});
 
 }  // namespace kvn::detail

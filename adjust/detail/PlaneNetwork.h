@@ -1,11 +1,12 @@
 // PlaneNetwork: the observations of a plane network by numbers, with look-ups in both ways.
 #pragma once
 
+#include "adjust/detail/PairTable.h"
+
 #include <utils/Export.h>
 
 #include <complex>
-#include <cstdint>
-#include <unordered_map>
+#include <cstddef>
 #include <vector>
 
 namespace kvn::detail {
@@ -66,7 +67,7 @@ struct KELVANE_EXPORT PlaneNetwork {
   std::vector<std::vector<int>> stationsOfPoint;
   std::vector<std::vector<int>> directionsToPoint;
   std::vector<std::vector<int>> linesOfPoint;
-  std::unordered_map<std::uint64_t, int> directionOf;  // of (station, target)
+  PairTable directionsOf;  // of (station, target)
 };
 
 }  // namespace kvn::detail

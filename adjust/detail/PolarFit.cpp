@@ -16,7 +16,7 @@ namespace {
 constexpr double kLostPivot = 1e-12;
 constexpr double kRidge = 1e-14;
 constexpr double kFreeMove = 1e-6;
-// Residuals beyond so many of their median call for another round with other weights.
+// Residuals beyond so many of their median call for another round with other weights, and moves beyond as many errors.
 constexpr double kMisfit = 20.0;
 constexpr int kMostRounds = 8;
 // A station whose scale is off by more than this is not held by what it shares with others. Nothing but the known
@@ -31,7 +31,7 @@ class PolarSystem {
         known(knownPoints),
         sights(allSights),
         poll(call),
-        cholesky(blocks(stationCount), cliques(), blockOrder),
+        cholesky(blocks(stationCount), cliques(), blockOrder, call),
         turns(index(stationCount)),
         right(index(cholesky.unknowns())) {
     for (int n = 0; n < known; ++n) origin += places[index(n)] / static_cast<double>(known);
@@ -54,7 +54,7 @@ class PolarSystem {
       }
       findFree();
     }
-    cholesky.solve(right);
+    cholesky.solve(right, poll);
     for (std::size_t n = index(known); n < places.size(); ++n) {
       places[n] = origin + Place(right[2 * n], right[2 * n + 1]);
     }
@@ -87,6 +87,8 @@ class PolarSystem {
     return hasDropped;
   }
 
+  double meanError() const { return error; }
+
   void forgetFree() {
     if (isFree.empty()) return;
     double const nan = std::numeric_limits<double>::quiet_NaN();
@@ -110,7 +112,9 @@ class PolarSystem {
   void build(std::vector<double> const& weights, double ridge) {
     cholesky.clear();
     std::fill(right.begin(), right.end(), 0.0);
+    Effort effort(poll);
     for (std::size_t i = 0; i < sights.size(); ++i) {
+      effort.step();
       PolarSight const& sight = sights[i];
       double const weight = weights[i] * (error / sight.error) * (error / sight.error);
       Place const seen = sight.seen / length;
@@ -167,6 +171,12 @@ class PolarSystem {
   double error = 0.0;
 };
 
+double largestMove(std::vector<Place> const& before, std::vector<Place> const& after) {
+  double largest = 0.0;
+  for (std::size_t n = 0; n < after.size(); ++n) largest = std::max(largest, std::abs(after[n] - before[n]));
+  return largest;
+}
+
 }  // namespace
 
 std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, std::vector<PolarSight> const& sights,
@@ -188,21 +198,27 @@ std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, 
       double const relative = residuals[i] / (3.0 * scale);
       weights[i] = 1.0 / (1.0 + relative * relative);
     }
+    std::vector<Place> const before = places;
     system.solve(weights);
+    if (largestMove(before, places) < kMisfit * scale * system.meanError()) break;
   }
   while (system.dropScaled(weights)) system.solve(weights);
   system.forgetFree();
   return places;
 }
 
-double largestMisfit(std::vector<Place> const& places, int stations, std::vector<PolarSight> const& sights) {
+double largestMisfit(std::vector<Place> const& places, int stations, std::vector<PolarSight> const& sights,
+                     Poll const& poll) {
+  Effort effort(poll);
   std::vector<Place> turned(index(stations));
   for (PolarSight const& sight : sights) {
+    effort.step();
     turned[index(sight.station)] +=
         (places[index(sight.target)] - places[index(sight.from)]) * std::conj(sight.seen) / std::norm(sight.seen);
   }
   double largest = 0.0;
   for (PolarSight const& sight : sights) {
+    effort.step();
     Place const turn = turned[index(sight.station)] / std::abs(turned[index(sight.station)]);
     Place const across = places[index(sight.target)] - places[index(sight.from)];
     double const misfit = std::abs(across / sight.seen - turn);

@@ -35,6 +35,6 @@ KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known,
 /// Largest misfit of a sight at the given places, as a share of its length, each station being turned as its sights ask
 /// for together. Infinite where no turn can be told.
 KELVANE_EXPORT double largestMisfit(std::vector<Place> const& places, int stations,
-                                    std::vector<PolarSight> const& sights);
+                                    std::vector<PolarSight> const& sights, Poll const& poll = {});
 
 }  // namespace kvn::detail

@@ -34,13 +34,15 @@ std::vector<int> orderOf(PlaneNetwork const& network) {
 
 }  // namespace
 
-SparseNormals::SparseNormals(PlaneNetwork const& network)
-    : cholesky(blocksOf(network), cliquesOf(network), orderOf(network)) {}
+SparseNormals::SparseNormals(PlaneNetwork const& network, Poll const& poll)
+    : cholesky(blocksOf(network), cliquesOf(network), orderOf(network), poll) {}
 
 bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge,
                            Poll const& poll) {
   cholesky.clear();
+  Effort effort(poll);
   for (std::size_t e = 0; e < equations.size(); ++e) {
+    effort.step();
     Equation const& q = equations[e];
     cholesky.addEquation(q.factor.data(), q.unknown.data(), q.count, weights[e]);
   }
@@ -53,15 +55,17 @@ std::vector<std::vector<double>> SparseNormals::freeVectors(double weakness, int
 }
 
 std::vector<double> SparseNormals::correction(std::vector<Equation> const& equations,
-                                              std::vector<double> const& weights) const {
+                                              std::vector<double> const& weights, Poll const& poll) const {
   std::vector<double> x(index(cholesky.unknowns()), 0.0);
+  Effort effort(poll);
   for (std::size_t e = 0; e < equations.size(); ++e) {
+    effort.step();
     Equation const& q = equations[e];
     for (int r = 0; r < q.count; ++r) {
       x[index(q.unknown[index(r)])] -= weights[e] * q.factor[index(r)] * q.misclosure;
     }
   }
-  cholesky.solve(x);
+  cholesky.solve(x, poll);
   return x;
 }
 
@@ -69,7 +73,9 @@ std::vector<double> SparseNormals::cofactors(std::vector<Equation> const& equati
   cholesky.invert(poll);
   std::vector<double> result;
   result.reserve(equations.size());
+  Effort effort(poll);
   for (Equation const& q : equations) {
+    effort.step();
     result.push_back(cholesky.cofactor(q.factor.data(), q.unknown.data(), q.count));
   }
   return result;

@@ -24,14 +24,15 @@ constexpr double kEffortOfSpot = 10.0;
 
 }  // namespace
 
-StartSearch::StartSearch(PlaneNetwork const& network)
+StartSearch::StartSearch(PlaneNetwork const& network, Poll call)
     : net(network),
+      poll(std::move(call)),
       owner(index(network.stations()), -1),
       root(network, owner, 0, true),
       seeded(index(network.stations()), false) {}
 
 bool StartSearch::run() {
-  root.grow();
+  root.grow(poll);
   while (!isComplete()) {
     buildFrames();
     if (joinToRoot() || joinFrames() || solveBodies()) continue;
@@ -49,7 +50,7 @@ void StartSearch::buildFrames() {
     seeded[index(s)] = true;
     auto frame = std::make_unique<Frame>(net, owner, ++lastFrame, false);
     bool const begun = seed(*frame, s);
-    if (begun) frame->grow();
+    if (begun) frame->grow(poll);
     if (frame->points().size() >= kLeastPoints) {
       frames.push_back(std::move(frame));
     } else {
@@ -114,7 +115,7 @@ bool StartSearch::joinToRoot() {
     joined = true;
   }
   frames.erase(std::remove(frames.begin(), frames.end(), nullptr), frames.end());
-  if (joined) root.grow();
+  if (joined) root.grow(poll);
   return joined;
 }
 
@@ -152,7 +153,7 @@ bool StartSearch::joinPair(std::size_t a, std::size_t b) {
   from->release();
   transfer(*from, *into, *motion);
   from.reset();
-  into->grow();
+  into->grow(poll);
   return true;
 }
 
@@ -165,8 +166,9 @@ bool StartSearch::solveBodies() {
   triedSets.clear();
   bool solved = false;
   for (std::size_t b = 0; b < bodies.size(); ++b) {
+    if (poll) poll();
     if (isTaken(bodies[b]) || !solveFrom(b)) continue;
-    root.grow();
+    root.grow(poll);
     solved = true;
   }
   frames.erase(std::remove(frames.begin(), frames.end(), nullptr), frames.end());

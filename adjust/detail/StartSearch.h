@@ -16,7 +16,8 @@ namespace kvn::detail {
 /// other; what is left is solved a few bodies at a time. It goes on until nothing moves.
 class KELVANE_EXPORT StartSearch {
  public:
-  explicit StartSearch(PlaneNetwork const& network);
+  /// @param call  called again and again by `run`; may throw to end it.
+  explicit StartSearch(PlaneNetwork const& network, Poll call = {});
 
   /// A point that is placed already.
   void place(int point, Place at) { root.place(point, at); }
@@ -50,6 +51,7 @@ class KELVANE_EXPORT StartSearch {
   void link(std::vector<int> const& points);
 
   PlaneNetwork const& net;
+  Poll poll;
   std::vector<int> owner;
   Frame root;
   std::vector<std::unique_ptr<Frame>> frames;

@@ -12,8 +12,9 @@ namespace {
 using detail::index;
 
 template <typename Visit>
-void forPairs(std::vector<Clique> const& cliques, Visit visit) {
+void forPairs(std::vector<Clique> const& cliques, Effort& effort, Visit visit) {
   for (Clique const& clique : cliques) {
+    effort.step();
     for (int const a : clique) {
       for (int const b : clique) {
         if (a >= 0 && b >= 0 && a != b) visit(a, b);
@@ -54,14 +55,18 @@ bool areTwins(BlockGraph const& graph, int a, int b) {
 }
 
 /// Of each block, the first one that is its twin: itself when there is none before it.
-std::vector<int> firstTwins(BlockGraph const& graph) {
+std::vector<int> firstTwins(BlockGraph const& graph, Effort& effort) {
   std::vector<std::pair<std::size_t, int>> byHash;
   byHash.reserve(index(graph.blocks()));
-  for (int b = 0; b < graph.blocks(); ++b) byHash.emplace_back(hashOf(graph, b), b);
+  for (int b = 0; b < graph.blocks(); ++b) {
+    byHash.emplace_back(hashOf(graph, b), b);
+    effort.step();
+  }
   std::sort(byHash.begin(), byHash.end());
   std::vector<int> first(byHash.size());
   std::size_t run = 0;
   for (std::size_t i = 0; i < byHash.size(); ++i) {
+    effort.step();
     if (byHash[i].first != byHash[run].first) run = i;
     int const b = byHash[i].second;
     first[index(b)] = i > run && areTwins(graph, byHash[run].second, b) ? byHash[run].second : b;
@@ -71,19 +76,21 @@ std::vector<int> firstTwins(BlockGraph const& graph) {
 
 }  // namespace
 
-BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques) {
+BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques, Poll const& poll) {
+  Effort effort(poll);
   BlockGraph graph;
   graph.sizes = std::move(sizes);
   std::vector<std::size_t> ends(index(graph.blocks()) + 1, 0);
-  forPairs(cliques, [&ends](int a, int) { ++ends[index(a) + 1]; });
+  forPairs(cliques, effort, [&ends](int a, int) { ++ends[index(a) + 1]; });
   for (std::size_t b = 1; b < ends.size(); ++b) ends[b] += ends[b - 1];
   graph.neighbours.resize(ends.back());
   std::vector<std::size_t> next(ends.begin(), ends.end() - 1);
-  forPairs(cliques, [&](int a, int b) { graph.neighbours[next[index(a)]++] = b; });
+  forPairs(cliques, effort, [&](int a, int b) { graph.neighbours[next[index(a)]++] = b; });
   // Most pairs are observed more than once.
   graph.starts.assign(1, 0);
   auto write = graph.neighbours.begin();
   for (std::size_t b = 0; b + 1 < ends.size(); ++b) {
+    effort.step();
     auto const begin = graph.neighbours.begin() + static_cast<std::ptrdiff_t>(ends[b]);
     auto const end = graph.neighbours.begin() + static_cast<std::ptrdiff_t>(ends[b + 1]);
     std::sort(begin, end);
@@ -94,10 +101,11 @@ BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques) {
   return graph;
 }
 
-JoinedGraph joinTwins(BlockGraph const& graph) {
+JoinedGraph joinTwins(BlockGraph const& graph, Poll const& poll) {
+  Effort effort(poll);
   JoinedGraph joined;
   joined.groupOf.resize(index(graph.blocks()));
-  std::vector<int> const firstTwin = firstTwins(graph);
+  std::vector<int> const firstTwin = firstTwins(graph, effort);
   std::vector<int> firsts;
   for (int b = 0; b < graph.blocks(); ++b) {
     if (firstTwin[index(b)] != b) {
@@ -111,6 +119,7 @@ JoinedGraph joinTwins(BlockGraph const& graph) {
   }
   joined.graph.starts.assign(1, 0);
   for (int g = 0; g < joined.graph.blocks(); ++g) {
+    effort.step();
     int const first = firsts[index(g)];
     for (std::size_t p = graph.starts[index(first)]; p < graph.starts[index(first) + 1]; ++p) {
       int const neighbour = joined.groupOf[index(graph.neighbours[p])];

@@ -11,6 +11,7 @@
 
 namespace kvn::sparse {
 
+using detail::Effort;
 using detail::Poll;
 
 /// Blocks whose unknowns meet in one observation; -1 for none.
@@ -26,7 +27,7 @@ struct BlockGraph {
   int blocks() const { return static_cast<int>(sizes.size()); }
 };
 
-KELVANE_EXPORT BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques);
+KELVANE_EXPORT BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques, Poll const& poll = {});
 
 /// Blocks with the same neighbours are eliminated one behind the other, so that they need only one place in an order.
 struct JoinedGraph {
@@ -34,7 +35,7 @@ struct JoinedGraph {
   std::vector<int> groupOf;  ///< of each block, its block in the joined graph
 };
 
-KELVANE_EXPORT JoinedGraph joinTwins(BlockGraph const& graph);
+KELVANE_EXPORT JoinedGraph joinTwins(BlockGraph const& graph, Poll const& poll = {});
 
 /// An order of elimination that fills little: minimum degree for small graphs, nested dissection for large ones. The
 /// same graph has the same order always.

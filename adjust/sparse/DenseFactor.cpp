@@ -9,8 +9,8 @@ namespace {
 using detail::ConstView;
 using detail::Region;
 
-// Multiplications between two polls.
-constexpr double kPollEvery = 5e7;
+// Multiplications in one piece, between two polls.
+constexpr double kPiece = 5e7;
 
 // Up to here columns are worked on one by one.
 constexpr std::size_t kNarrow = 16;
@@ -84,22 +84,15 @@ std::size_t halfOf(std::size_t columns) {
 
 }  // namespace
 
-void Effort::spend(double multiplications) {
-  spent += multiplications;
-  if (spent < kPollEvery || !poll) return;
-  spent = 0.0;
-  poll();
-}
-
 void addProduct(Effort& effort, std::size_t m, std::size_t n, std::size_t k, double alpha, ConstView a, ConstView b,
                 double* c, std::size_t stride, Region region) {
   auto const size = static_cast<double>(n) * static_cast<double>(k);
-  if (size * static_cast<double>(m) < 2.0 * kPollEvery) {
+  if (size * static_cast<double>(m) < 2.0 * kPiece) {
     detail::addProduct(m, n, k, alpha, a, b, c, stride, region);
     effort.spend(size * static_cast<double>(m));
     return;
   }
-  std::size_t const step = std::max<std::size_t>(128, static_cast<std::size_t>(kPollEvery / size));
+  std::size_t const step = std::max<std::size_t>(128, static_cast<std::size_t>(kPiece / size));
   for (std::size_t i = 0; i < m; i += step) {
     std::size_t const rows = std::min(step, m - i);
     // What lies right of the diagonal in all these rows is not needed.

@@ -10,18 +10,7 @@
 
 namespace kvn::sparse {
 
-using detail::Poll;
-
-/// Calls the poll whenever some milliseconds of work are done.
-class KELVANE_EXPORT Effort {
- public:
-  explicit Effort(Poll const& function) : poll(function) {}
-  void spend(double multiplications);
-
- private:
-  Poll const& poll;
-  double spent = 0.0;
-};
+using detail::Effort;
 
 inline detail::ConstView byColumns(double const* data, std::size_t stride) {
   return {data, 1, static_cast<std::ptrdiff_t>(stride)};

@@ -78,12 +78,16 @@ BlockGraph restricted(BlockGraph const& graph, std::vector<int> const& members) 
 /// orientation of a station before its point: the graph of the others is a quarter as large.
 class Absorption {
  public:
-  explicit Absorption(BlockGraph const& all)
+  Absorption(BlockGraph const& all, Poll const& poll)
       : graph(all), sizes(all.sizes), isAbsorbed(all.sizes.size(), false), absorbed(all.sizes.size()) {
     std::vector<int> byDegree(sizes.size());
     std::iota(byDegree.begin(), byDegree.end(), 0);
     std::stable_sort(byDegree.begin(), byDegree.end(), [&](int a, int b) { return degree(all, a) < degree(all, b); });
-    for (int const b : byDegree) absorb(b);
+    Effort effort(poll);
+    for (int const b : byDegree) {
+      effort.step();
+      absorb(b);
+    }
     for (int b = 0; b < graph.blocks(); ++b) {
       if (!isAbsorbed[index(b)]) kept.push_back(b);
     }
@@ -197,12 +201,12 @@ std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
 
 std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll) {
   if (graph.blocks() < kDissectedFrom) return byMinimumDegree(graph);
-  Absorption absorption(graph);
+  Absorption const absorption(graph, poll);
   return absorption.expanded(byDissection(absorption.rest(), poll));
 }
 
 std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques, Poll const& poll) {
-  JoinedGraph const joined = joinTwins(graphOf(sizes, cliques));
+  JoinedGraph const joined = joinTwins(graphOf(sizes, cliques, poll), poll);
   std::vector<std::vector<int>> blocksOf(index(joined.graph.blocks()));
   for (std::size_t b = 0; b < sizes.size(); ++b) blocksOf[index(joined.groupOf[b])].push_back(static_cast<int>(b));
   std::vector<int> order;

@@ -39,7 +39,7 @@ std::vector<int> postorderOf(std::vector<std::vector<int>> const& children) {
 }
 
 /// The graph with its blocks renumbered: block order[i] becomes block i.
-BlockGraph permuted(BlockGraph const& graph, std::vector<int> const& order) {
+BlockGraph permuted(BlockGraph const& graph, std::vector<int> const& order, Effort& effort) {
   std::vector<int> placeOf(order.size());
   for (std::size_t i = 0; i < order.size(); ++i) placeOf[index(order[i])] = static_cast<int>(i);
   BlockGraph result;
@@ -47,6 +47,7 @@ BlockGraph permuted(BlockGraph const& graph, std::vector<int> const& order) {
   result.starts.assign(1, 0);
   result.neighbours.reserve(graph.neighbours.size());
   for (int const block : order) {
+    effort.step();
     result.sizes.push_back(graph.sizes[index(block)]);
     for (std::size_t p = graph.starts[index(block)]; p < graph.starts[index(block) + 1]; ++p) {
       result.neighbours.push_back(placeOf[index(graph.neighbours[p])]);
@@ -57,10 +58,11 @@ BlockGraph permuted(BlockGraph const& graph, std::vector<int> const& order) {
 }
 
 /// The first block, after each one, that its elimination touches (Liu's algorithm with path compression).
-std::vector<int> eliminationTree(BlockGraph const& graph) {
+std::vector<int> eliminationTree(BlockGraph const& graph, Effort& effort) {
   std::vector<int> parents(index(graph.blocks()), -1);
   std::vector<int> ancestors(parents.size(), -1);
   for (int b = 0; b < graph.blocks(); ++b) {
+    effort.step();
     for (std::size_t p = graph.starts[index(b)]; p < graph.starts[index(b) + 1]; ++p) {
       for (int earlier = graph.neighbours[p]; earlier >= 0 && earlier < b;) {
         int const next = std::exchange(ancestors[index(earlier)], b);
@@ -87,11 +89,14 @@ struct Group {
 class Gathering {
  public:
   /// @param blockGraph  numbered in an order in which each block stands behind all below it in `tree`.
-  Gathering(BlockGraph const& blockGraph, std::vector<int> const& tree)
-      : graph(blockGraph), treeParents(tree), groupOf(tree.size(), -1) {
+  Gathering(BlockGraph const& blockGraph, std::vector<int> const& tree, Effort& count)
+      : graph(blockGraph), treeParents(tree), effort(count), groupOf(tree.size(), -1) {
     gather();
     findParents();
-    for (int g = 0; g < static_cast<int>(groups.size()); ++g) joinChildren(g);
+    for (int g = 0; g < static_cast<int>(groups.size()); ++g) {
+      effort.step();
+      joinChildren(g);
+    }
   }
 
   std::vector<Group> groups;
@@ -105,6 +110,7 @@ class Gathering {
     std::vector<int> seenBy(treeParents.size(), -1);
     std::vector<int> rows;
     for (int b = 0; b < graph.blocks(); ++b) {
+      effort.step();
       rows.clear();
       double size = 0.0;
       auto const take = [&](int row) {
@@ -201,6 +207,7 @@ class Gathering {
 
   BlockGraph const& graph;
   std::vector<int> const& treeParents;
+  Effort& effort;
   std::vector<int> groupOf;  // of each block
 };
 
@@ -208,22 +215,24 @@ double squared(double value) { return value * value; }
 
 }  // namespace
 
-FrontTree::FrontTree(BlockGraph const& graph, std::vector<int> const& order) {
+FrontTree::FrontTree(BlockGraph const& graph, std::vector<int> const& order, Poll const& poll) {
+  Effort effort(poll);
   std::vector<int> places = order;
-  BlockGraph ordered = permuted(graph, places);
-  std::vector<int> tree = eliminationTree(ordered);
+  BlockGraph ordered = permuted(graph, places, effort);
+  std::vector<int> tree = eliminationTree(ordered, effort);
   {
     std::vector<int> const post = postorderOf(childrenOf(tree));
     std::vector<int> const before = places;
     for (std::size_t i = 0; i < post.size(); ++i) places[i] = before[index(post[i])];
-    ordered = permuted(graph, places);
-    tree = eliminationTree(ordered);
+    ordered = permuted(graph, places, effort);
+    tree = eliminationTree(ordered, effort);
   }
-  Gathering gathering(ordered, tree);
+  Gathering gathering(ordered, tree, effort);
 
   // The order of children in which the least has to wait: first those that need much and leave little.
   std::vector<double> peak(gathering.groups.size(), 0.0);
   for (std::size_t g = 0; g < gathering.groups.size(); ++g) {
+    effort.step();
     std::vector<int>& children = gathering.below[g];
     auto const left = [&](int c) { return squared(gathering.groups[index(c)].rowSize); };
     std::sort(children.begin(), children.end(),
@@ -253,6 +262,7 @@ FrontTree::FrontTree(BlockGraph const& graph, std::vector<int> const& order) {
   std::vector<int> placeOf(index(graph.blocks()), 0);  // of the first unknown of each ordered block
   int unknowns = 0;
   for (int const g : post) {
+    effort.step();
     frontOf[index(g)] = static_cast<int>(firstColumns.size());
     firstColumns.push_back(unknowns);
     for (int const block : gathering.groups[index(g)].columns) {
@@ -266,6 +276,7 @@ FrontTree::FrontTree(BlockGraph const& graph, std::vector<int> const& order) {
   rowStarts.assign(1, 0);
   factorStarts.assign(1, 0);
   for (int const g : post) {
+    effort.step();
     Group& group = gathering.groups[index(g)];
     int const above = gathering.parents[index(g)];
     parents.push_back(above < 0 ? -1 : frontOf[index(above)]);

@@ -14,7 +14,7 @@ namespace kvn::sparse {
 /// that their elimination touches; these are all among the columns and rows of its parent.
 struct KELVANE_EXPORT FrontTree {
   /// @param order  of the blocks of the graph, as `eliminationOrder` gives it.
-  FrontTree(BlockGraph const& graph, std::vector<int> const& order);
+  FrontTree(BlockGraph const& graph, std::vector<int> const& order, Poll const& poll = {});
 
   int fronts() const { return static_cast<int>(parents.size()); }
   int columns(int f) const { return firstColumns[index(f) + 1] - firstColumns[index(f)]; }

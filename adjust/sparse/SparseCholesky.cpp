@@ -13,6 +13,9 @@ namespace {
 using detail::index;
 using detail::Region;
 
+// Multiplications in the time of moving an element between memory and a front.
+constexpr double kOverhead = 10.0;
+
 /// Not filled: what is calculated first is written first.
 std::unique_ptr<double[]> room(std::size_t size) {
   return std::unique_ptr<double[]>(new double[std::max<std::size_t>(size, 1)]);
@@ -35,13 +38,15 @@ std::vector<int> groupsInOrder(JoinedGraph const& joined, std::vector<int> const
 }  // namespace
 
 SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
-                               std::vector<int> const& blockOrder)
-    : SparseCholesky(blockSizes, joinTwins(graphOf(blockSizes, cliques)), blockOrder) {}
+                               std::vector<int> const& blockOrder, Poll const& poll)
+    : SparseCholesky(blockSizes, joinTwins(graphOf(blockSizes, cliques, poll), poll), blockOrder, poll) {}
 
 SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined,
-                               std::vector<int> const& blockOrder)
-    : tree(joined.graph, blockOrder.empty() ? eliminationOrder(joined.graph) : groupsInOrder(joined, blockOrder)) {
-  buildColumns(joined.graph, blockSizes, joined.groupOf);
+                               std::vector<int> const& blockOrder, Poll const& poll)
+    : tree(joined.graph, blockOrder.empty() ? eliminationOrder(joined.graph, poll) : groupsInOrder(joined, blockOrder),
+           poll) {
+  Effort effort(poll);
+  buildColumns(joined.graph, blockSizes, joined.groupOf, effort);
   local.assign(placeOf.size(), -1);
   least.assign(placeOf.size(), 0.0);
 }
@@ -49,7 +54,7 @@ SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph c
 // ---- Places.
 
 void SparseCholesky::buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes,
-                                  std::vector<int> const& groupOf) {
+                                  std::vector<int> const& groupOf, Effort& effort) {
   std::vector<int> rankOf(tree.blockOrder.size());
   for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
     int const group = tree.blockOrder[rank];
@@ -69,6 +74,7 @@ void SparseCholesky::buildColumns(BlockGraph const& graph, std::vector<int> cons
   valueStart.assign(1, 0);
   laterStart.assign(1, 0);
   for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
+    effort.step();
     int const group = tree.blockOrder[rank];
     for (std::size_t p = graph.starts[index(group)]; p < graph.starts[index(group) + 1]; ++p) {
       int const other = rankOf[index(graph.neighbours[p])];
@@ -148,8 +154,9 @@ void SparseCholesky::rememberPlaces(int f) {
 
 // ---- The factor.
 
-void SparseCholesky::findLeast(Bounds const& bounds) {
+void SparseCholesky::findLeast(Bounds const& bounds, Effort& effort) {
   for (std::size_t i = 0; i < placeOf.size(); ++i) {
+    effort.step();
     double const element = diagonal(static_cast<int>(i));
     least[index(placeOf[i])] = std::max(bounds.least, element * bounds.shareOfDiagonal);
   }
@@ -176,8 +183,8 @@ void SparseCholesky::addUpdate(int child, double const* update, FrontColumns con
 
 bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
   if (!l) l = room(factorSize());
-  findLeast(bounds);
   Effort effort(poll);
+  findLeast(bounds, effort);
   auto const memory = room(tree.updateStackSize);
   double* const stack = memory.get();
   std::size_t top = 0;
@@ -190,6 +197,7 @@ bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
     std::size_t const below = front.height - front.width;
     int const first = tree.firstColumns[index(f)];
     rememberPlaces(f);
+    effort.spend(kOverhead * static_cast<double>(front.height * front.height));
     std::fill(front.data, front.data + front.width * front.height, 0.0);
     for (std::size_t k = 0; k < front.width; ++k) {
       double* const column = front.data + k * front.height;
@@ -232,11 +240,12 @@ std::vector<double> SparseCholesky::pivots() const {
 
 // ---- Solutions.
 
-void SparseCholesky::solve(std::vector<double>& x) const {
+void SparseCholesky::solve(std::vector<double>& x, Poll const& poll) const {
+  Effort effort(poll);
   std::vector<double> y(x.size());
   for (std::size_t i = 0; i < x.size(); ++i) y[index(placeOf[i])] = x[i];
-  substituteForward(y);
-  substituteBackward(y);
+  substituteForward(y, effort);
+  substituteBackward(y, effort);
   for (std::size_t i = 0; i < x.size(); ++i) x[i] = y[index(placeOf[i])];
 }
 
@@ -246,6 +255,8 @@ std::vector<std::vector<double>> SparseCholesky::freeVectors(double weakness, in
   std::mt19937 random(1);
   std::vector<std::vector<double>> vectors(index(count), std::vector<double>(pivot.size()));
   std::vector<double> y;
+  Poll const poll;
+  Effort effort(poll);
   for (std::vector<double>& v : vectors) {
     y.assign(pivot.size(), 0.0);
     for (std::size_t k = 0; k < pivot.size(); ++k) {
@@ -253,15 +264,16 @@ std::vector<std::vector<double>> SparseCholesky::freeVectors(double weakness, in
       if (pivot[k] > weakness * std::max(diagonal(static_cast<int>(k)), 1.0)) continue;
       y[index(placeOf[k])] = number * std::sqrt(pivot[k]);
     }
-    substituteBackward(y);
+    substituteBackward(y, effort);
     for (std::size_t k = 0; k < pivot.size(); ++k) v[k] = y[index(placeOf[k])];
   }
   return vectors;
 }
 
-void SparseCholesky::substituteForward(std::vector<double>& y) const {
+void SparseCholesky::substituteForward(std::vector<double>& y, Effort& effort) const {
   for (int f = 0; f < tree.fronts(); ++f) {
     FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.width * front.height));
     double* const own = y.data() + tree.firstColumns[index(f)];
     for (std::size_t k = 0; k < front.width; ++k) {
       double const* const column = front.data + k * front.height;
@@ -274,9 +286,10 @@ void SparseCholesky::substituteForward(std::vector<double>& y) const {
   }
 }
 
-void SparseCholesky::substituteBackward(std::vector<double>& y) const {
+void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) const {
   for (int f = tree.fronts() - 1; f >= 0; --f) {
     FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.width * front.height));
     double* const own = y.data() + tree.firstColumns[index(f)];
     for (std::size_t k = front.width; k-- > 0;) {
       double const* const column = front.data + k * front.height;
@@ -309,6 +322,7 @@ void SparseCholesky::invert(Poll const& poll) {
   for (int f = tree.fronts() - 1; f >= 0; --f) {
     while (!path.empty() && path.back().front != tree.parents[index(f)]) path.pop_back();
     FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.height * front.height));
     Waiting next{f, room(front.height * front.height)};
     if (!path.empty()) {
       rememberPlaces(path.back().front);

@@ -24,7 +24,7 @@ class KELVANE_EXPORT SparseCholesky {
   /// @param blockOrder  order of elimination; nothing for one of its own. One that was found for more cliques, or for
   ///                    blocks of other sizes, serves as well.
   SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
-                 std::vector<int> const& blockOrder = {});
+                 std::vector<int> const& blockOrder = {}, Poll const& poll = {});
 
   int unknowns() const { return static_cast<int>(placeOf.size()); }
 
@@ -49,7 +49,7 @@ class KELVANE_EXPORT SparseCholesky {
   double diagonal(int unknown) const;
 
   /// Solves N x = b in place. After `factor`.
-  void solve(std::vector<double>& x) const;
+  void solve(std::vector<double>& x, Poll const& poll = {}) const;
   /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
   /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
   /// unknown. To be called after `factor` with a ridge far below that.
@@ -76,17 +76,19 @@ class KELVANE_EXPORT SparseCholesky {
     std::size_t at;
     bool exists;
   };
-  SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined, std::vector<int> const& blockOrder);
-  void buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes, std::vector<int> const& groupOf);
-  void findLeast(Bounds const& bounds);
+  SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined, std::vector<int> const& blockOrder,
+                 Poll const& poll);
+  void buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes, std::vector<int> const& groupOf,
+                    Effort& effort);
+  void findLeast(Bounds const& bounds, Effort& effort);
   Slot slot(int i, int j) const;
   template <typename Visit>
   void visitColumn(int place, Visit visit) const;
   FrontColumns frontColumns(int f) const;
   void rememberPlaces(int f);
   void addUpdate(int child, double const* update, FrontColumns const& parent, double* parentUpdate) const;
-  void substituteForward(std::vector<double>& y) const;
-  void substituteBackward(std::vector<double>& y) const;
+  void substituteForward(std::vector<double>& y, Effort& effort) const;
+  void substituteBackward(std::vector<double>& y, Effort& effort) const;
   void gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight, double* z) const;
   void invertFront(FrontColumns const& front, double* z, Effort& effort);
 
