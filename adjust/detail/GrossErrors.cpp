@@ -21,21 +21,24 @@ constexpr int kRoundsTimesUnknowns = 2000000;
 constexpr double kSettled = 1e-3;  // metres
 constexpr int kRobustRounds = 30;
 constexpr int kTestRounds = 40;
+constexpr double kSameScale = 1.01;
 // Weight of a suspect against its own: it decides where nothing else does.
 constexpr double kSuspectWeight = 1e-8;
 // An observation that so small a share of its errors would show in its residual is not checked by the others.
 constexpr double kUnchecked = 1e-4;
 constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
+// A median of fewer observations may be that of gross errors.
+constexpr std::size_t kFewOfAKind = 20;
 
 class Fit {
  public:
   Fit(PlaneNetwork const& network, std::vector<Place> const& places, Poll const& call)
       : net(network),
         poll(call),
-        state(orientedState(network, places)),
-        equations(equationsOf(network, state)),
+        state(orientedState(network, places, call)),
+        equations(equationsOf(network, state, call)),
         weights(equations.size()),
-        normals(network) {}
+        normals(network, call) {}
 
   std::size_t size() const { return equations.size(); }
   double normalised(std::size_t i) const { return std::abs(equations[i].misclosure) / equations[i].error; }
@@ -45,14 +48,14 @@ class Fit {
   double step(std::vector<double> const& factors) {
     for (std::size_t i = 0; i < size(); ++i) weights[i] = factors[i] / (equations[i].error * equations[i].error);
     if (!normals.factor(equations, weights, 0.0, poll)) return std::numeric_limits<double>::infinity();
-    std::vector<double> const dx = normals.correction(equations, weights);
+    std::vector<double> const dx = normals.correction(equations, weights, poll);
     double largest = 0.0;
     for (int i = 0; i < 2 * (net.points - net.known); ++i) {
       if (!std::isfinite(dx[index(i)])) return std::numeric_limits<double>::infinity();
       largest = std::max(largest, std::abs(dx[index(i)]));
     }
     move(net, state, dx);
-    equations = equationsOf(net, state);
+    equations = equationsOf(net, state, poll);
     return largest;
   }
 
@@ -65,24 +68,27 @@ class Fit {
     return false;
   }
 
-  /// Weights that fall with the square of the residual (Cauchy), with a scale that comes down to the a-priori errors.
+  /// Weights that fall with the square of the residual (Cauchy), with a scale that comes down to the a-priori errors
+  /// or, where residuals are larger throughout, to these.
   bool settleRobustly() {
-    double scale = std::max(1.0, median());
+    double width = std::max(1.0, medianMisfit(equations));
     std::vector<double> factors(size());
     for (int round = 0; round < kRobustRounds; ++round) {
       for (std::size_t i = 0; i < size(); ++i) {
-        double const relative = normalised(i) / (2.0 * scale);
+        double const relative = normalised(i) / (2.0 * width);
         factors[i] = 1.0 / (1.0 + relative * relative);
       }
       double const largest = step(factors);
       if (!std::isfinite(largest)) return false;
-      if (largest < kSettled && scale <= 1.0) return true;
-      scale = std::max(1.0, 0.5 * scale);
+      double const least = scale();
+      if (largest < kSettled && width <= kSameScale * least) return true;
+      width = std::max(least, 0.5 * width);
     }
     return true;
   }
 
-  double median() const { return medianMisfit(equations); }
+  /// How many times as large as the a-priori errors the residuals are, 1 at least.
+  double scale() const { return std::max(1.0, medianMisfit(equations) / kNormalMedian); }
 
   double doubt() const {
     double sum = 0.0;
@@ -90,14 +96,27 @@ class Fit {
     return std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
   }
 
-  /// Of each observation, the residual over its standard error; of a suspect over that of its prediction.
+  /// Of each observation, the residual over its standard error; of a suspect over that of its prediction. Where those
+  /// of its kind that are no suspects are larger throughout than the a-priori errors, these are taken larger.
   std::vector<double> tests(std::vector<bool> const& isSuspect) {
     std::vector<double> result = normals.cofactors(equations, poll);
+    std::size_t const firstDistance = net.directions.size();
+    std::vector<double> ofDirections;
+    std::vector<double> ofDistances;
     for (std::size_t i = 0; i < size(); ++i) {
       double const share = result[i] / (equations[i].error * equations[i].error);
       double const checked = isSuspect[i] ? 1.0 + share : 1.0 - share;
       result[i] = checked < kUnchecked ? 0.0 : normalised(i) / std::sqrt(checked);
+      if (!isSuspect[i] && result[i] > 0.0) (i < firstDistance ? ofDirections : ofDistances).push_back(result[i]);
     }
+    std::vector<double> all = ofDirections;
+    all.insert(all.end(), ofDistances.begin(), ofDistances.end());
+    auto const scaleOf = [&all](std::vector<double> const& kind) {
+      return std::max(1.0, medianOf(kind.size() < kFewOfAKind ? all : kind) / kNormalMedian);
+    };
+    double const directionScale = scaleOf(ofDirections);
+    double const distanceScale = scaleOf(ofDistances);
+    for (std::size_t i = 0; i < size(); ++i) result[i] /= i < firstDistance ? directionScale : distanceScale;
     return result;
   }
 
@@ -127,9 +146,9 @@ std::vector<double> factorsFor(std::vector<bool> const& isSuspect) {
 
 /// Takes back suspects that fit what the others say; the observation that fits least becomes one. False when the others
 /// have no solution: then nothing can be said.
-bool testOneByOne(Fit& fit, double scale, std::vector<bool>& isSuspect) {
+bool testOneByOne(Fit& fit, std::vector<bool>& isSuspect) {
   std::vector<bool> wasTakenBack(isSuspect.size(), false);
-  double const critical = criticalTest(isSuspect.size()) * scale;
+  double const critical = criticalTest(isSuspect.size());
   for (int round = 0; round < kTestRounds; ++round) {
     if (!fit.settle(factorsFor(isSuspect), kPlainRounds, kSettled)) return false;
     std::vector<double> const tests = fit.tests(isSuspect);
@@ -175,10 +194,10 @@ Verdict judgedFrom(PlaneNetwork const& network, std::vector<Place> const& places
   Fit fit(network, places, poll);
   if (plainFirst && !fit.settle(std::vector<double>(fit.size(), 1.0), kPlainRounds, kSettled)) return verdict;
   if (!fit.settleRobustly()) return verdict;
-  double const scale = std::max(1.0, fit.median() / kNormalMedian);
+  double const critical = criticalTest(fit.size()) * fit.scale();
   std::vector<bool> isSuspect(fit.size(), false);
-  for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > criticalTest(fit.size()) * scale;
-  if (!testOneByOne(fit, scale, isSuspect)) return verdict;
+  for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > critical;
+  if (!testOneByOne(fit, isSuspect)) return verdict;
   verdict.doubt = fit.doubt();
   for (std::size_t i = 0; i < fit.size(); ++i) {
     if (isSuspect[i]) verdict.errors.push_back({static_cast<int>(i), fit.misclosure(i)});

@@ -50,6 +50,19 @@ TEST(GrossErrors, NothingIsSuspectedInGoodNetworks) {
   for (unsigned seed = 0; seed < 40; ++seed) EXPECT_TRUE(suspectsOf(redundant(seed).network).empty()) << seed;
 }
 
+TEST(GrossErrors, GoodObservationsAreNotSuspectedWhereTheAPrioriErrorsAreTooSmall) {
+  // Three times as large as a surveyor believes: of 5,200 good observations some hundred miss by five of his errors.
+  std::mt19937 random(3);
+  test::NetworkPlan plan;
+  plan.directionNoise = 6.0;
+  plan.distanceFixed = 0.009;
+  Network network = test::makeGrid(20, plan, random).network;
+  EXPECT_THAT(suspectsOf(network), testing::IsEmpty());
+  kvn::NetworkDataInfo& wrong = network.lines[1000];
+  wrong.horizontal_angle = std::fmod(wrong.horizontal_angle + 200.0 / test::kSecondsPerRadian, 2.0 * kPi);
+  EXPECT_THAT(suspectsOf(network), testing::ElementsAre("direction " + wrong.start_name + " " + wrong.end_name));
+}
+
 TEST(GrossErrors, TheWrongObservationIsTheSuspect) {
   int right = 0;
   int networks = 0;
