@@ -65,11 +65,11 @@ void AlgorithmAdjust::adjustLeastSquares() {
   adjustment.setIterationLimit(iterationLimit);
   adjustment.setProgressCall(progressCall);
   adjustment.calculateAdjust();
-  pointX0Y0List = adjustment.getPointX0Y0();
-  directionResultList = adjustment.getDirrectionInfo();
-  errorEllipseList = adjustment.getErrorEllipsoid();
-  lineErrorInfoList = adjustment.getLineErrorInfo();
   traverseAdjustInfoList = adjustment.getStationInfo();
+  pointX0Y0List = adjustment.getPointX0Y0();
+  directionResultList = std::move(adjustment.directionResults);
+  errorEllipseList = std::move(adjustment.errorEllipses);
+  lineErrorInfoList = std::move(adjustment.lineErrorInfos);
   pointList = adjustment.getPoints();
   pointErrorInfoList = adjustment.getPointErrorInfo();
   summary = adjustment.getSummary();

@@ -168,6 +168,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   static double rad_dms(double radians);  ///< DDDMMSS.ss
 
  private:
+  friend class AlgorithmAdjust;  // takes the results out: copies of a million points take seconds
+
   struct Point {
     double x;
     double y;

@@ -215,22 +215,25 @@ void TraverseAdjust::indexObservations() {
   std::vector<std::size_t> sightings(index(pointsCount), 0);
   for (int const target : directionTarget) ++sightings[index(target)];
   for (std::size_t i = 0; i < sightings.size(); ++i) stationsSighting[i].reserve(sightings[i]);
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   std::vector<int> stationOf;
   stationOf.reserve(directionTarget.size());
   for (int s = 0; s < stationsCount; ++s) {
     stationsAt[index(stationPoint[index(s)])].push_back(s);
     for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
+      effort.step();
       stationsSighting[index(directionTarget[index(d)])].push_back(s);
       stationOf.push_back(s);
     }
   }
-  directionsOf = std::make_shared<detail::PairTable>(stationsCount, stationOf, directionTarget);
+  directionsOf = std::make_shared<detail::PairTable>(stationsCount, stationOf, directionTarget, poll);
   std::vector<int> smaller(lineStart.size());
   std::vector<int> larger(lineStart.size());
   for (std::size_t e = 0; e < lineStart.size(); ++e) {
     std::tie(smaller[e], larger[e]) = std::minmax(lineStart[e], lineEnd[e]);
   }
-  linesOf = std::make_shared<detail::PairTable>(pointsCount, smaller, larger);
+  linesOf = std::make_shared<detail::PairTable>(pointsCount, smaller, larger, poll);
 }
 
 int TraverseAdjust::lastDirection(int station, int target) const { return directionsOf->lastOf(station, target); }

@@ -213,6 +213,7 @@ std::vector<PointInfo> TraverseAdjust::getPoints() const { return pointsOf(XY); 
 
 std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   std::vector<PointErrorInfo> points;
+  points.reserve(index(pointsCount));
   for (int i = 0; i < pointsCount; ++i) {
     PointErrorInfo point;
     static_cast<PointInfo&>(point) = pointOf(i, XY);
@@ -233,13 +234,18 @@ ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return errorEllip
 std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return directionResults; }
 
 std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
+  detail::Poll const poll = cancelPoll();
+  detail::Effort effort(poll);
   std::vector<TraverseInfo> stations;
+  stations.reserve(index(stationsCount));
   for (int i = 0; i < stationsCount; ++i) {
     TraverseInfo station;
     station.stationPoint = pointOf(stationPoint[index(i)], XY);
     int const first = directionStart[index(i)];
     station.backPoint = pointOf(directionTarget[index(first)], XY);
+    station.forePoints.reserve(index(directionStart[index(i) + 1] - first - 1));
     for (int d = first + 1; d < directionStart[index(i) + 1]; ++d) {
+      effort.step();
       station.forePoints.push_back(pointOf(directionTarget[index(d)], XY));
     }
     stations.push_back(std::move(station));

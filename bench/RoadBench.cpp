@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +36,7 @@ struct Road {
   double adjust = 0.0;
   double results = 0.0;
   double write = 0.0;
+  double longestWait = 0.0;  // seconds between two questions whether to go on
   double unitError = 0.0;
   double iterations = 0.0;
   double trueErrorMm = 0.0;      // root mean square of the errors against the truth
@@ -124,9 +126,17 @@ void travel(Folder const& folder, Road& road) {
   adjustment->setConfigure(project->getConfigure());
   adjustment->setCountControlDistances(true);
   adjustment->setIterationLimit(kIterationLimit);
+  bench::Watch sinceAsked;
+  adjustment->setCancelCall([&sinceAsked, &road] {
+    road.longestWait = std::max(road.longestWait, sinceAsked.lap());
+    return false;
+  });
   adjustment->setNetworkData(project->getNetwork(), kvn::MissingDirection::IsLeftOut);
   road.input = watch.lap();
+  sinceAsked.lap();
   adjustment->calculateAdjust();
+  road.longestWait = std::max(road.longestWait, sinceAsked.lap());
+  adjustment->setCancelCall({});
   road.adjust = watch.lap();
 
   road.unitError = adjustment->getSummary().unitError;
@@ -183,6 +193,7 @@ void run(benchmark::State& state, bench::Growth& growth, MakeNetwork make) {
     state.counters["3_adjust_s"] = road.adjust;
     state.counters["4_results_s"] = road.results;
     state.counters["5_write_s"] = road.write;
+    state.counters["longest_wait_s"] = road.longestWait;
     state.counters["peak_MB"] = road.peakMegabytes;
     state.counters["unitError"] = road.unitError;
     state.counters["iterations"] = road.iterations;

@@ -22,8 +22,8 @@ KELVANE_EXPORT double criticalTest(std::size_t observations);
 
 /// Suspected gross errors, in the order of the observations. An observation is suspected when it misses what the others
 /// say by more than `criticalTest` standard errors of that difference (Baarda's test, one observation after the other,
-/// behind a robust fit that gross errors pull little). The standard errors are the a-priori ones or, where the
-/// observations are worse than these throughout, those of the observations.
+/// behind a robust fit that gross errors pull little). The standard errors are the a-priori ones or, where
+/// directions or distances are worse than these throughout, those that the tests of all of them show.
 ///
 /// @param places       of all points, to begin with.
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself

@@ -8,15 +8,18 @@
 
 namespace kvn::detail {
 
-PairTable::PairTable(int count, std::vector<int> const& firsts, std::vector<int> const& seconds)
+PairTable::PairTable(int count, std::vector<int> const& firsts, std::vector<int> const& seconds, Poll const& poll)
     : starts(index(count) + 1, 0), entries(firsts.size()) {
+  Effort effort(poll);
   for (int const first : firsts) ++starts[index(first) + 1];
   for (std::size_t f = 1; f < starts.size(); ++f) starts[f] += starts[f - 1];
   std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
   for (std::size_t i = 0; i < firsts.size(); ++i) {
+    effort.step();
     entries[next[index(firsts[i])]++] = {seconds[i], static_cast<int>(i)};
   }
   for (std::size_t f = 0; f + 1 < starts.size(); ++f) {
+    effort.step();
     auto const begin = entries.begin();
     std::sort(begin + static_cast<std::ptrdiff_t>(starts[f]), begin + static_cast<std::ptrdiff_t>(starts[f + 1]));
   }

@@ -1,6 +1,8 @@
 // PairTable: which entries of a list belong to a pair of numbers.
 #pragma once
 
+#include "adjust/detail/Poll.h"
+
 #include <utils/Export.h>
 
 #include <cstddef>
@@ -15,7 +17,7 @@ class KELVANE_EXPORT PairTable {
  public:
   PairTable() = default;
   /// Entry i belongs to the pair (firsts[i], seconds[i]); firsts are from 0 to `count` - 1.
-  PairTable(int count, std::vector<int> const& firsts, std::vector<int> const& seconds);
+  PairTable(int count, std::vector<int> const& firsts, std::vector<int> const& seconds, Poll const& poll = {});
 
   /// The first and the last entry of the pair; -1 for none.
   int firstOf(int first, int second) const;

@@ -19,7 +19,7 @@ using detail::index;
 
 // Below this number of blocks minimum degree is the faster one, and fills as little.
 constexpr int kDissectedFrom = 2000;
-constexpr int kMostAtOnce = 100000;  // some tenths of a second
+constexpr int kMostAtOnce = 50000;  // some tenths of a second
 
 std::vector<int> byMinimumDegree(BlockGraph const& graph) {
   Eigen::SparseMatrix<double> matrix(graph.blocks(), graph.blocks());
