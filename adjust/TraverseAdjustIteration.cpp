@@ -274,11 +274,7 @@ double TraverseAdjust::distanceVariance(double s) const {
 
 /// Variance factor of a function of the coordinates of two points: error propagation q = a Q a'.
 double TraverseAdjust::cofactor(double const* a, int const* at, int count) const {
-  double q = 0.0;
-  for (int r = 0; r < count; ++r) {
-    for (int c = 0; c < count; ++c) q += inverse(at[r], at[c]) * a[r] * a[c];
-  }
-  return q;
+  return normals->cofactor(a, at, count);
 }
 
 double TraverseAdjust::calculateQQ(double const* a, int const* at) const {

@@ -98,7 +98,14 @@ class SparseSystem : public NormalEquations {
     return true;
   }
 
+  void addEquation(double const* a, int const* at, int count, double p, double l) override {
+    for (int r = 0; r < count; ++r) addRight(at[r], -p * a[r] * l);
+    cholesky.addEquation(a, at, count, p);
+  }
+
   double inverse(int i, int j) const override { return cholesky.inverse(i, j); }
+
+  double cofactor(double const* a, int const* at, int count) const override { return cholesky.cofactor(a, at, count); }
 
  private:
   SparseSystem(sparse::SparseCholesky system, Soundness limits)
@@ -117,6 +124,14 @@ void NormalEquations::addEquation(double const* a, int const* at, int count, dou
     addRight(at[r], -p * a[r] * l);
     for (int c = 0; c <= r; ++c) add(at[r], at[c], p * a[r] * a[c]);
   }
+}
+
+double NormalEquations::cofactor(double const* a, int const* at, int count) const {
+  double q = 0.0;
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < count; ++c) q += inverse(at[r], at[c]) * a[r] * a[c];
+  }
+  return q;
 }
 
 std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness) {

@@ -38,7 +38,7 @@ class KELVANE_EXPORT NormalEquations {
   /// Adds to the element i of w.
   void addRight(int i, double value) { right[static_cast<std::size_t>(i)] += value; }
   /// Adds the error equation v = a x + l with the weight p: `count` unknowns, whose numbers stand in `at`.
-  void addEquation(double const* a, int const* at, int count, double p, double l);
+  virtual void addEquation(double const* a, int const* at, int count, double p, double l);
 
   /// False for a singular system.
   virtual bool factor(Poll const& poll) = 0;
@@ -48,6 +48,8 @@ class KELVANE_EXPORT NormalEquations {
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.
   virtual double inverse(int i, int j) const = 0;
+  /// Variance factor a Q a' of a function of `count` unknowns, whose numbers stand in `at` and whose blocks meet.
+  virtual double cofactor(double const* a, int const* at, int count) const;
 
  protected:
   explicit NormalEquations(std::size_t unknowns) : right(unknowns, 0.0) {}

@@ -117,10 +117,36 @@ void SparseCholesky::add(int i, int j, double value) {
   if (place.exists) values[place.at] += value;
 }
 
-void SparseCholesky::addEquation(double const* a, int const* at, int count, double p) {
-  for (int r = 0; r < count; ++r) {
-    for (int c = 0; c <= r; ++c) add(at[r], at[c], p * a[r] * a[c]);
+/// Calls visit(r, c, index of the element (at[r], at[c])) for each pair of unknowns once, c up to r, if it has an
+/// element. Unknowns that stand side by side in one group, as x and y of a point do, are looked up together.
+template <typename Visit>
+void SparseCholesky::visitPairs(int const* at, int count, Visit visit) const {
+  auto const endOfRun = [&](int begin) {
+    int end = begin + 1;
+    while (end < count && placeOf[index(at[end])] == placeOf[index(at[end - 1])] + 1 &&
+           groupAt[index(placeOf[index(at[end])])] == groupAt[index(placeOf[index(at[begin])])])
+      ++end;
+    return end;
+  };
+  for (int r = 0; r < count; r = endOfRun(r)) {
+    int const rEnd = endOfRun(r);
+    for (int c = 0; c <= r; c = endOfRun(c)) {
+      Slot const first = slot(at[r], at[c]);
+      if (!first.exists) continue;
+      int const cEnd = endOfRun(c);
+      bool const isBelow = placeOf[index(at[r])] >= placeOf[index(at[c])];
+      auto const height = index(groupHeight[index(groupAt[index(placeOf[index(at[isBelow ? c : r])])])]);
+      for (int i = r; i < rEnd; ++i) {
+        for (int j = c; j < cEnd && j <= i; ++j) {
+          visit(i, j, first.at + index(i - r) * (isBelow ? 1 : height) + index(j - c) * (isBelow ? height : 1));
+        }
+      }
+    }
   }
+}
+
+void SparseCholesky::addEquation(double const* a, int const* at, int count, double p) {
+  visitPairs(at, count, [&](int r, int c, std::size_t element) { values[element] += p * a[r] * a[c]; });
 }
 
 double SparseCholesky::diagonal(int unknown) const { return values[slot(unknown, unknown).at]; }
@@ -380,10 +406,9 @@ double SparseCholesky::inverse(int i, int j) const {
 
 double SparseCholesky::cofactor(double const* a, int const* at, int count) const {
   double q = 0.0;
-  for (int r = 0; r < count; ++r) {
-    q += a[r] * a[r] * inverse(at[r], at[r]);
-    for (int c = 0; c < r; ++c) q += 2.0 * a[r] * a[c] * inverse(at[r], at[c]);
-  }
+  visitPairs(at, count, [&](int r, int c, std::size_t element) {
+    q += (r == c ? 1.0 : 2.0) * a[r] * a[c] * inverseValues[element];
+  });
   return q;
 }
 

@@ -83,6 +83,8 @@ class KELVANE_EXPORT SparseCholesky {
   void findLeast(Bounds const& bounds, Effort& effort);
   Slot slot(int i, int j) const;
   template <typename Visit>
+  void visitPairs(int const* at, int count, Visit visit) const;
+  template <typename Visit>
   void visitColumn(int place, Visit visit) const;
   FrontColumns frontColumns(int f) const;
   void rememberPlaces(int f);
