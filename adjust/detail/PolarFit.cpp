@@ -42,26 +42,29 @@ class PolarSystem {
     }
   }
 
-  /// One round, with weights besides those of the errors.
-  void solve(std::vector<double> const& weights) {
+  /// One round, with weights besides those of the errors. Returns the largest move of a place, metres.
+  double solve(std::vector<double> const& weights) {
     isFree.clear();
     build(weights, 0.0);
     if (!cholesky.factor({0.0, kLostPivot}, poll)) {
       build(weights, kRidge);
       if (!cholesky.factor({}, poll)) {
         isFree.assign(index(cholesky.unknowns()), true);
-        return;
+        return 0.0;
       }
       findFree();
     }
     cholesky.solve(right, poll);
+    double largestMove = 0.0;
     for (std::size_t n = index(known); n < places.size(); ++n) {
-      places[n] = origin + Place(right[2 * n], right[2 * n + 1]);
+      Place const before = std::exchange(places[n], origin + Place(right[2 * n], right[2 * n + 1]));
+      largestMove = std::max(largestMove, std::abs(places[n] - before));
     }
     for (std::size_t s = 0; s < turns.size(); ++s) {
       std::size_t const at = 2 * (places.size() + s);
       turns[s] = Place(right[at], right[at + 1]) / length;
     }
+    return largestMove;
   }
 
   /// Of each sight, over its a-priori error.
@@ -171,12 +174,6 @@ class PolarSystem {
   double error = 0.0;
 };
 
-double largestMove(std::vector<Place> const& before, std::vector<Place> const& after) {
-  double largest = 0.0;
-  for (std::size_t n = 0; n < after.size(); ++n) largest = std::max(largest, std::abs(after[n] - before[n]));
-  return largest;
-}
-
 }  // namespace
 
 std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, std::vector<PolarSight> const& sights,
@@ -198,9 +195,7 @@ std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, 
       double const relative = residuals[i] / (3.0 * scale);
       weights[i] = 1.0 / (1.0 + relative * relative);
     }
-    std::vector<Place> const before = places;
-    system.solve(weights);
-    if (largestMove(before, places) < kMisfit * scale * system.meanError()) break;
+    if (system.solve(weights) < kMisfit * scale * system.meanError()) break;
   }
   while (system.dropScaled(weights)) system.solve(weights);
   system.forgetFree();
