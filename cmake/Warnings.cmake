@@ -4,6 +4,8 @@ target_compile_options(kelvane_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   # Qt's logging macros leave their variadic part empty, which clang tells at every place that uses them.
   $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
+  # An enumerator of a class hides none of the namespace: its name is not looked for there.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-shadow>
   # IEEE arithmetic as written: results must not depend on the optimisation level.
   -ffp-contract=off)
 if(KELVANE_SANITIZE)
