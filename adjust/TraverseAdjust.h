@@ -74,16 +74,21 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// @throws AlgorithmException KnownPointNotEnough (with distances) or DataError (without), name "No enough data",
   ///         when points are left. Before that one `Error` message lists them with the reasons, and
   ///         `getUnplacedPoints` has them.
+  /// @throws QLogicError "User Cancel", where the walk does not place all points; the walk itself does not ask.
   void calculateApproximate();
 
   /// Looks for observations that do not fit the others, about the approximate coordinates, and lists them in one
   /// `Warning`. `calculateAdjust` does it where its iteration does not settle or a residual asks for it. Needs
   /// `calculateApproximate`.
+  ///
+  /// @throws QLogicError "User Cancel".
   void checkObservations();
 
   /// Looks for points that can move without any observation feeling it, and for observations between points at one
   /// place, about the approximate coordinates; each is told in one `Error` message. `calculateAdjust` does it when its
   /// system has no solution. Needs `calculateApproximate`.
+  ///
+  /// @throws QLogicError "User Cancel".
   void checkDetermination();
 
   /// The full run: approximation, iteration until no coordinate moves by more than 0.01 m, precision results. Two

@@ -234,8 +234,6 @@ ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return errorEllip
 std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return directionResults; }
 
 std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
   std::vector<TraverseInfo> stations;
   stations.reserve(index(stationsCount));
   for (int i = 0; i < stationsCount; ++i) {
@@ -245,7 +243,6 @@ std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
     station.backPoint = pointOf(directionTarget[index(first)], XY);
     station.forePoints.reserve(index(directionStart[index(i) + 1] - first - 1));
     for (int d = first + 1; d < directionStart[index(i) + 1]; ++d) {
-      effort.step();
       station.forePoints.push_back(pointOf(directionTarget[index(d)], XY));
     }
     stations.push_back(std::move(station));

@@ -51,7 +51,7 @@ TEST(GrossErrors, NothingIsSuspectedInGoodNetworks) {
 }
 
 TEST(GrossErrors, GoodObservationsAreNotSuspectedWhereTheAPrioriErrorsAreTooSmall) {
-  // Three times as large as a surveyor believes: of 5,200 good observations some hundred miss by five of his errors.
+  // Three times as large as a surveyor believes: of 2,964 directions some 280 are off by more than five of his errors.
   std::mt19937 random(3);
   test::NetworkPlan plan;
   plan.directionNoise = 6.0;
