@@ -86,6 +86,7 @@
 #include <mvz/SelectablePlaceNode.h>
 #include <mvz/View.h>
 #include <mvz/ViewerManager.h>
+#include <utils/ByteStream.h>
 #include <utils/Degree.h>
 #include <utils/FileText.h>
 #include <utils/Formater.h>

@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 APT := cmake/install-packages
 
-.PHONY: demo test bench lint format sanitize fuzz install clean
+.PHONY: demo test bench lint format sanitize faults fuzz install clean
 
 build-packages:
 	@$(APT) build
@@ -47,6 +47,12 @@ lint: lint-packages
 
 format: lint-packages
 	git ls-files -- '*.cpp' '*.h' 'platform/osgEarth/include' | xargs clang-format -i
+
+# Every call and every allocation fails once, where `make test` takes a few of the allocations.
+faults: test-packages
+	cmake --preset debug
+	cmake --build --preset debug -j $(JOBS) --target kelvane_fault_tests
+	KELVANE_ALL_FAULTS=1 build/debug/bin/kelvane_fault_tests
 
 fuzz: fuzz-packages
 	cmake --preset fuzz

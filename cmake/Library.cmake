@@ -8,7 +8,8 @@ foreach(folder records core formats reduction adjust map legend commands)
   endif()
 endforeach()
 
-target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform> $<TARGET_OBJECTS:kelvane_map_platform>)
+target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform> $<TARGET_OBJECTS:kelvane_map_platform>
+  $<TARGET_OBJECTS:kelvane_osg_platform>)
 if(TARGET kvn_osgearth_standin)
   target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kvn_osgearth_standin>)
   target_include_directories(kelvane PUBLIC

@@ -14,6 +14,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
@@ -60,7 +61,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   ~Project() override;
 
   // Import and export. Each import but that of a project file reads the whole file before it replaces anything: the
-  // project is unchanged after a failure.
+  // project is unchanged after a failure. Each throws a DataException with the reason for a file that could not be read
+  // to its end, and leaves the project as it was.
 
   /// Reads a project file: after `resetData`, settings, rows or network, and coordinate list come from the file, and
   /// the network of rows is generated. The legend codes stay as they are.
@@ -93,6 +95,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// one of the known kinds imports nothing and is not reported, but the path and the name are taken all the same.
   /// @throws what the import throws.
   virtual void read(QString const& path);
+  /// The same for a file whose bytes the caller has read already, so that what was looked at is what is imported; the
+  /// imports that a derived class has in place of ours are not called.
+  void readContents(QString const& path, std::string const& bytes);
   /// Writes to the source file that the project was made from, by the export of its kind; nothing happens when there
   /// is none. The modified state stays.
   /// @throws what the export throws; QLogicError "View Data is empty" rather than empty a traverse file that the
@@ -104,7 +109,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   ///
   /// Of a project that came from a traverse file the rows are written and not the network, also when a network command
   /// has emptied them: a `Warning` tells that the lines are not in the file.
-  /// @throws QLogicError "Can not write file".
+  /// @throws QLogicError "Can not write file" with the reason.
   virtual void saveAs(QString path);
 
   virtual void clearMapData();  ///< takes everything off the map and repaints it; the layers stay
@@ -237,9 +242,15 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
  protected:
   /// Resets the project and takes in what the file holds. @throws QLogicError "Can not open file".
   void readProject(QString path);
-  void writeProject(QString path) const;  ///< @throws QLogicError "Can not write file"
+  void writeProject(QString path) const;  ///< @throws QLogicError "Can not write file" with the reason
 
  private:
+  void takeProject(QString const& path, std::string const& bytes);
+  void finishProject(QString const& path);
+  void takeTraverse(QString const& path, std::istream& stream);
+  void takeJob(QString const& path, std::istream& stream);
+  void takeNetwork(QString const& path, std::istream& stream);
+  void takeCoordinates(QString const& path, std::string const& bytes);
   void forgetSources();
   void readViewData(tinyxml2::XMLElement const* element);
   void readNetworkData(tinyxml2::XMLElement const* element);

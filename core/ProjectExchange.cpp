@@ -14,8 +14,8 @@
 #include "legend/XmlMannager.h"
 #include "map/MapScene.h"
 
+#include <utils/ByteStream.h>
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
@@ -45,6 +45,30 @@ void Project::read(QString const& path) {
   setName(path);
 }
 
+void Project::readContents(QString const& path, std::string const& bytes) {
+  QString const suffix = QFileInfo(path).suffix().toUpper();
+  utils::ByteStream stream(bytes);
+  if (suffix == QLatin1String("KVN")) {
+    takeProject(path, bytes);
+    finishProject(path);
+  } else if (suffix == QLatin1String("IN2")) {
+    takeNetwork(path, stream);
+    fileType = CosaFile;
+  } else if (suffix == QLatin1String("TXT")) {
+    takeTraverse(path, stream);
+    fileType = VrdFile;
+    verticalAngleType = FullCircleZenith;
+  } else if (suffix == QLatin1String("DAT")) {
+    takeCoordinates(path, bytes);
+    fileType = CoordFile;
+  } else if (suffix == QLatin1String("LQF")) {
+    takeJob(path, stream);
+    fileType = LqfFile;
+    verticalAngleType = FullCircleZenith;
+  }
+  setName(path);
+}
+
 void Project::save() const {
   switch (fileType) {
     case LqfFile:
@@ -64,8 +88,12 @@ void Project::save() const {
 }
 
 void Project::importVRDFile(QString const& path) {
+  detail::readFile(path, [&](std::istream& stream) { takeTraverse(path, stream); });
+}
+
+void Project::takeTraverse(QString const& path, std::istream& stream) {
   VRDTraverseDataCollcetion collection;
-  collection.ITraverseDataCollcetion::read(HTextCodec::ToLocal8Bit(path));
+  collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
   if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
   collection.correctData(rows);  // rows without approximate coordinates are good all the same
@@ -80,8 +108,12 @@ void Project::importVRDFile(QString const& path) {
 }
 
 void Project::importVRDLQFFile(QString const& path) {
+  detail::readFile(path, [&](std::istream& stream) { takeJob(path, stream); });
+}
+
+void Project::takeJob(QString const& path, std::istream& stream) {
   auto collection = std::make_unique<LQFTraverseDataCollection>();
-  if (!collection->ITraverseDataCollcetion::read(path.toLocal8Bit().toStdString())) return;
+  collection->read(stream);
   if (collection->getTraverseDataList().empty()) throw QLogicError(System::tr("There is no observation data"));
   lqfCollection = std::move(collection);
   lqfFile = path;
@@ -91,10 +123,14 @@ void Project::importVRDLQFFile(QString const& path) {
 }
 
 void Project::importCoordFile(QString const& path) {
-  QFile file;
-  if (!detail::openForReading(file, path, QIODevice::ReadOnly)) throw QLogicError(System::tr("Can not open file"));
+  auto const bytes = detail::wholeFile(utils::readFile(path));
+  if (!bytes) throw QLogicError(System::tr("Can not open file"));
+  takeCoordinates(path, *bytes);
+}
+
+void Project::takeCoordinates(QString const& path, std::string const& bytes) {
   CoordinateDataCollection collection;
-  collection.read(path);
+  collection.readContents(bytes);
   if (!coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
   *coordinatePointList = std::move(collection.getCoordinateDataList());
   coordFile = path;
@@ -102,8 +138,12 @@ void Project::importCoordFile(QString const& path) {
 }
 
 void Project::importCosaFile(QString const& path) {
+  detail::readFile(path, [&](std::istream& stream) { takeNetwork(path, stream); });
+}
+
+void Project::takeNetwork(QString const& path, std::istream& stream) {
   CosaCollection collection;
-  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
+  collection.read(stream);
   importCosaNetwork(path, collection.takeNetwork());
 }
 
@@ -125,7 +165,8 @@ bool Project::exportCosaTraverseFile(QString const& path) const {
   CosaCollection collection;
   collection.setKnownPointList(network->knownPoints);
   collection.setNetworkDataList(network->lines);
-  return collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
+  detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  return true;
 }
 
 bool Project::exportVRDTraverseFile(QString const& path) const {
@@ -133,20 +174,23 @@ bool Project::exportVRDTraverseFile(QString const& path) const {
   utils::createFolderOf(path);
   VRDTraverseDataCollcetion collection;
   collection.setTraverseDataList(*traverseDataList);
-  return collection.ITraverseDataCollcetion::write(HTextCodec::ToLocal8Bit(path));
+  detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  return true;
 }
 
 bool Project::exportLQFFile(QString const& path) const {
   if (traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
   if (lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
   lqfCollection->setTraverseDataList(*traverseDataList);
-  return lqfCollection->write(path.toLocal8Bit().toStdString());
+  detail::replaceFile(path, [this](std::ostream& stream) { lqfCollection->write(stream); });
+  return true;
 }
 
 bool Project::exportCoordFile(QString const& path) const {
   CoordinateDataCollection collection;
   collection.setCoordinateDataList(*coordinatePointList);
-  return collection.write(HTextCodec::ToLocal8Bit(path));
+  detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  return true;
 }
 
 bool Project::exportVRDTraverseFile() const { return !viewFile.isEmpty() && exportVRDTraverseFile(viewFile); }

@@ -3,6 +3,7 @@
 #include "adjust/AlgorithmData.h"
 #include "adjust/TriangleHeightAdjust.h"
 #include "commands/CommandManager.h"
+#include "core/DataException.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
 #include "core/System.h"
@@ -26,7 +27,7 @@ namespace {
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 
-Q_LOGGING_CATEGORY(projectLog, "kvn.project")
+Q_LOGGING_CATEGORY(projectLog, "kelvane.project", QtWarningMsg)
 
 // The version whose files tell what kind of data they were made from.
 constexpr char const* kTypedVersion = "1.0.1";
@@ -61,16 +62,14 @@ std::string printed(XMLDocument const& document) {
   return withControlsEscaped(printer.CStr(), static_cast<std::size_t>(printer.CStrSize()) - 1);
 }
 
-/// Not `LoadFile`, which knows nothing of the charset of file names. What cannot be read is an empty document.
-void load(XMLDocument& document, QString const& path) {
-  std::string const bytes = utils::readFile(path).value_or(std::string());
-  document.Parse(bytes.data(), bytes.size());
-}
-
 }  // namespace
 
 void Project::importKVNFile(QString const& path) {
   readProject(path);
+  finishProject(path);
+}
+
+void Project::finishProject(QString const& path) {
   setName(path);
   if (isUsingViewData()) generateNetworkData();
 }
@@ -107,15 +106,23 @@ void Project::writeProject(QString path) const {
 
   QString const error = utils::replaceFile(path, printed(document));
   if (error.isEmpty()) return;
-  qCDebug(projectLog).noquote() << error;
-  throw QLogicError(System::tr("Can not write file"));
+  qCDebug(projectLog).noquote() << utils::readablePath(path) << error;
+  throw QLogicError(System::tr("Can not write file") + QStringLiteral(": ") + error);
 }
 
 void Project::readProject(QString path) {
+  utils::FileBytes const file = utils::readFile(path);
+  if (file.state == utils::FileBytes::State::Broken) throw DataException(file.reason.toStdString());
+  takeProject(path, file.bytes);
+}
+
+/// What could not be opened is an empty document. Not tinyxml2's `LoadFile`, which knows nothing of the charset of file
+/// names and takes a read error for the end.
+void Project::takeProject(QString const& path, std::string const& bytes) {
   resetData();
   forgetSources();
   XMLDocument document;
-  load(document, path);
+  document.Parse(bytes.data(), bytes.size());
   XMLElement const* const root = document.RootElement();
   if (root == nullptr) {
     qCDebug(projectLog).noquote() << path << document.ErrorStr();

@@ -16,6 +16,7 @@
 
 #include <mvz/ViewerManager.h>
 
+#include <new>
 #include <utility>
 
 namespace kvn {
@@ -88,6 +89,8 @@ void Project::buildMapInputData() {
       input.calculateApproximate();
       input.handle();
     }
+  } catch (std::bad_alloc const&) {
+    throw;  // says nothing about the points
   } catch (std::exception const& failure) {
     tell(QString::fromUtf8(failure.what()) + "," + System::tr("generate map data failed"), Error);
     return;

@@ -139,6 +139,8 @@ void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading&
       if (detail::hasLostBytes(line)) throw QLogicError(System::tr("the line is no UTF-8"));
       fields.cut(line, ',', false);
       readLine(source.lineNumber(), line, fields, reading);
+    } catch (std::bad_alloc const&) {
+      throw;
     } catch (std::exception const& failure) {
       throw DataException(source.lineNumber(), failure.what());
     }

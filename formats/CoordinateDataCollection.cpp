@@ -5,11 +5,13 @@
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/PointText.h"
 
+#include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 #include <utils/HTextStream.h>
 #include <utils/Pieces.h>
 #include <utils/QLogicError.h>
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QStringList>
 #include <string_view>
@@ -58,12 +60,15 @@ void appendPoints(std::string_view text, std::vector<CoordinatePointInfo>& point
 CoordinateDataCollection::CoordinateDataCollection() = default;
 
 void CoordinateDataCollection::read(QString const& path) {
-  QFile file;
-  if (!detail::openForReading(file, path, QIODevice::ReadOnly)) return;
-  QByteArray const bytes = detail::bytesOf(file);
-  std::string_view const text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  if (detail::isSameInLocal8Bit(text)) return appendPoints(text, coordinateDataList);
-  HTextStream stream(&file);
+  if (auto const bytes = detail::wholeFile(utils::readFile(path))) readContents(*bytes);
+}
+
+void CoordinateDataCollection::readContents(std::string const& bytes) {
+  if (detail::isSameInLocal8Bit(bytes)) return appendPoints(bytes, coordinateDataList);
+  QByteArray copy = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
+  QBuffer buffer(&copy);
+  buffer.open(QIODevice::ReadOnly);
+  HTextStream stream(&buffer);
   while (!stream.atEnd()) {
     coordinateDataList.push_back(pointOf(stream.readLine().split(QLatin1Char(','), Qt::KeepEmptyParts)));
   }

@@ -25,8 +25,11 @@ class KELVANE_EXPORT CoordinateDataCollection : public utils::IProcessCancel {
   /// Appends the points of a file; one that cannot be opened has none. Names and marks are kept in the local 8-bit
   /// encoding.
   /// @throws DataException "The Format of Data is wrong" for a line that has not five fields, an empty one included, or
-  ///         a coordinate that is no number. The list holds the points before it.
+  ///         a coordinate that is no number, the list holding the points before it;
+  ///         DataException with the reason for a file that could not be read to its end.
   void read(QString const& path);
+  /// The same of the bytes of a file that the caller has read already.
+  void readContents(std::string const& bytes);
   /// Replaces the file at a path in the local 8-bit encoding when the new one is complete. When that fails the old file
   /// stays as it was, and an `Error` message says why.
   /// @return true when no exception passes.

@@ -4,9 +4,11 @@
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/PointText.h"
 
+#include <utils/FileText.h>
 #include <utils/Number.h>
 #include <utils/Pieces.h>
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QStringList>
 #include <cstddef>
@@ -61,14 +63,15 @@ void appendPoints(std::string_view text, QVector<CoordinatePointInfo>& points) {
 DatFileData::DatFileData() = default;
 
 bool DatFileData::openDatFileData(QString const& path) {
-  QFile file;
-  if (!detail::openForReading(file, path, QIODevice::ReadOnly | QIODevice::Text)) return false;
-  QByteArray const bytes = detail::bytesOf(file);
-  std::string_view const all(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-  if (detail::isSameInUtf8(all)) {
-    appendPoints(all, points);
+  auto const bytes = detail::wholeFile(utils::readFile(path));
+  if (!bytes) return false;
+  if (detail::isSameInUtf8(*bytes)) {
+    appendPoints(*bytes, points);
     return true;
   }
+  QByteArray copy = QByteArray::fromRawData(bytes->data(), static_cast<int>(bytes->size()));
+  QBuffer file(&copy);
+  file.open(QIODevice::ReadOnly | QIODevice::Text);
   for (int line = 1; !file.atEnd(); ++line) {
     QByteArray const lineBytes = file.readLine();
     QString const text = QString::fromUtf8(lineBytes.constData(), lineBytes.size());

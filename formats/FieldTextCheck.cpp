@@ -226,7 +226,10 @@ class LineCountingBuffer : public std::streambuf {
 
  protected:
   int_type underflow() override {
-    if (!std::getline(in, text)) return traits_type::eof();
+    if (!std::getline(in, text)) {
+      detail::requireNoReadError(in);
+      return traits_type::eof();
+    }
     ++line;
     if (!in.eof()) text += '\n';
     setg(text.data(), text.data(), text.data() + text.size());
@@ -275,11 +278,16 @@ FieldTextCheck inspectJobText(std::istream& stream, std::vector<TraverseDataInfo
 }
 
 void readNamingTheLine(ITraverseDataCollcetion& collection, std::string const& path) {
-  std::ifstream file = detail::openForReading(path);
+  detail::readFile(path, [&collection](std::istream& file) { readNamingTheLine(collection, file); });
+}
+
+void readNamingTheLine(ITraverseDataCollcetion& collection, std::istream& file) {
   LineCountingBuffer buffer(file);
   std::istream stream(&buffer);
   try {
     collection.read(stream);
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const& failure) {
     std::string const text = failure.what();
     bool const hasLine = text == System::tr("The line %1 is wrong").arg(buffer.line).toStdString();

@@ -29,7 +29,9 @@ KELVANE_EXPORT FieldTextCheck inspectJobText(std::istream& stream, std::vector<T
 /// Reads a file into a collection like its `read` of a path, but a failure names the line.
 ///
 /// @param path  in the local 8-bit encoding.
-/// @throws DataException with the line and the text of whatever the reader throws.
+/// @throws DataException with the line and the text of whatever the reader throws; std::bad_alloc.
 KELVANE_EXPORT void readNamingTheLine(ITraverseDataCollcetion& collection, std::string const& path);
+/// The same of a file that the caller has open.
+KELVANE_EXPORT void readNamingTheLine(ITraverseDataCollcetion& collection, std::istream& file);
 
 }  // namespace kvn

@@ -10,6 +10,8 @@
 #include "formats/detail/LineSource.h"
 #include "records/VRDStations.h"
 
+#include <utils/ByteStream.h>
+#include <utils/FileText.h>
 #include <utils/Number.h>
 
 #include <algorithm>
@@ -206,8 +208,9 @@ bool FileData::readFileData(std::string const& path) {
 }
 
 bool FileData::readVRDFileData(std::string const& path) {
-  std::ifstream stream = detail::openForReading(path);
-  if (!stream.is_open()) return false;
+  auto const bytes = detail::wholeFile(utils::readLocalFile(path));
+  if (!bytes) return false;
+  utils::ByteStream stream(*bytes);
   clear();
   TraverseReader reader{*this};
   std::string line;
@@ -224,8 +227,13 @@ bool FileData::readVRDFileData(std::string const& path) {
 }
 
 bool FileData::readCosaFileData(std::string const& path) {
-  std::ifstream stream = detail::openForReading(path);
-  if (!stream.is_open()) return false;
+  auto const bytes = detail::wholeFile(utils::readLocalFile(path));
+  if (bytes) readCosaContents(*bytes);
+  return bytes.has_value();
+}
+
+void FileData::readCosaContents(std::string const& bytes) {
+  utils::ByteStream stream(bytes);
   clear();
   CosaReader reader{*this};
   std::string line;
@@ -242,12 +250,14 @@ bool FileData::readCosaFileData(std::string const& path) {
   }
   reader.finish();
   checkAndCount();
-  return true;
 }
 
 bool FileData::readCosaFileFirstLine(std::string const& path) {
-  if (suffixOf(path) != "IN2" || !readCosaFileData(path)) return false;
-  std::ifstream stream = detail::openForReading(path);
+  if (suffixOf(path) != "IN2") return false;
+  auto const bytes = detail::wholeFile(utils::readLocalFile(path));
+  if (!bytes) return false;
+  readCosaContents(*bytes);
+  utils::ByteStream stream(*bytes);
   std::string line;
   detail::LineSource source(stream);
   if (!nextRecord(source, line)) return false;

@@ -85,6 +85,7 @@ class KELVANE_EXPORT FileData {
   struct TraverseReader;
 
   void clear();
+  void readCosaContents(std::string const& bytes);
   void readHead(int line, utils::Pieces const& fields);
   void checkAndCount();
   void judgetKnpointCountZero() const;

@@ -7,8 +7,7 @@ namespace kvn {
 ICoordinateDataCollection::~ICoordinateDataCollection() = default;
 
 bool ICoordinateDataCollection::read(std::string const& path) {
-  std::ifstream stream = detail::openForReading(path);
-  read(stream);
+  detail::readFile(path, [this](std::istream& stream) { read(stream); });
   return true;
 }
 

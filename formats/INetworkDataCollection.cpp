@@ -10,8 +10,7 @@ namespace kvn {
 INetworkDataCollection::~INetworkDataCollection() = default;
 
 bool INetworkDataCollection::read(std::string const& path) {
-  std::ifstream stream = detail::openForReading(path);
-  read(stream);
+  detail::readFile(path, [this](std::istream& stream) { read(stream); });
   return true;
 }
 

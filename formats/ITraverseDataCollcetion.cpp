@@ -15,8 +15,7 @@ ITraverseDataCollcetion& ITraverseDataCollcetion::operator=(ITraverseDataCollcet
 ITraverseDataCollcetion::~ITraverseDataCollcetion() = default;
 
 bool ITraverseDataCollcetion::read(std::string const& path) {
-  std::ifstream stream = detail::openForReading(path);
-  read(stream);
+  detail::readFile(path, [this](std::istream& stream) { read(stream); });
   return true;
 }
 

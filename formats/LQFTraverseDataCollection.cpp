@@ -2,6 +2,7 @@
 
 #include "core/DataException.h"
 #include "core/System.h"
+#include "formats/detail/FileAccess.h"
 #include "formats/detail/LineSource.h"
 
 #include <utils/Degree.h>
@@ -189,6 +190,7 @@ LQFTraverseDataCollection::LQFLabType LQFTraverseDataCollection::getLQFLabType(s
 
 void LQFTraverseDataCollection::read(std::istream& stream) {
   if (stream.peek() == std::istream::traits_type::eof()) {
+    detail::requireNoReadError(stream);
     throw DataException(System::tr("The file is empty").toStdString());
   }
   Rows rows(traverseDataList);

@@ -3,6 +3,7 @@
 #include "formats/VRDTraverseDataCollcetion.h"
 #include "map/MapShowData.h"
 
+#include <new>
 #include <string>
 #include <unordered_map>
 
@@ -15,6 +16,8 @@ bool VRDTraverseDataCollcetion::correctData(std::vector<TraverseDataInfo>& rows)
   try {
     map.calculateApproximate();
     map.handle();
+  } catch (std::bad_alloc const&) {
+    throw;  // says nothing about the job
   } catch (...) {
     return false;  // a job whose points cannot be placed yet is no failure of its reading
   }

@@ -150,6 +150,8 @@ void adjustHeights(Session& session) {
     heights->setTriangleHeightDataConvert(observations);
     heights->heightLSAdjust();
     project.setTriangleHeightAdjust(std::move(heights));
+  } catch (std::bad_alloc const&) {
+    throw;  // says nothing about the heights
   } catch (std::exception const& failure) {
     warn(QString("No heights are adjusted: %1").arg(QString::fromUtf8(failure.what())));
   }

@@ -16,7 +16,10 @@ namespace {
 
 QByteArray standardInput() {
   QFile file;
-  return file.open(stdin, QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  if (!file.open(stdin, QIODevice::ReadOnly)) return {};
+  QByteArray bytes = file.readAll();
+  if (file.error() != QFileDevice::NoError) throw Refusal({}, "standard input could not be read to its end");
+  return bytes;
 }
 
 /// @throws Json::Exception for input that is nested too deep, Refusal for input that is no JSON.

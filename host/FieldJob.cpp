@@ -4,14 +4,13 @@
 #include "Output.h"
 #include "ProjectFileCheck.h"
 
-#include <utils/FileText.h>
-#include <utils/HTextCodec.h>
+#include <utils/ByteStream.h>
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
 #include <algorithm>
-#include <fstream>
 #include <iterator>
+#include <new>
 #include <utility>
 
 namespace kvn::host {
@@ -27,23 +26,29 @@ void takeKnownStations(Project& project) {
   for (KnownPoint const& point : getKnownPoint(project.getTraverseDataList())) project.addKnownPoint(point);
 }
 
-void readJob(Project& project, QString const& path) {
+void readJob(Project& project, QString const& path, std::string const& bytes) {
   try {
-    project.read(path);
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const&) {
     LQFTraverseDataCollection rows;
-    readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));  // fails at the same place, and tells it
+    utils::ByteStream stream(bytes);
+    readNamingTheLine(rows, stream);  // fails at the same place, and tells it
     throw;
   }
   takeKnownStations(project);
 }
 
-void readTraverse(Project& project, QString const& path) {
+void readTraverse(Project& project, QString const& path, std::string const& bytes) {
   VRDTraverseDataCollcetion rows;
-  readNamingTheLine(rows, HTextCodec::ToLocal8Bit(path));
+  utils::ByteStream stream(bytes);
+  readNamingTheLine(rows, stream);
   if (rows.getTraverseDataList().empty()) throw QLogicError(System::tr("The import file data is empty"));
   try {
-    project.read(path);  // again, so that the project knows its file
+    project.readContents(path, bytes);  // again, so that the project knows its file
+  } catch (std::bad_alloc const&) {
+    throw;  // says nothing about the rows
   } catch (std::exception const&) {
     // The library pairs the faces by their places: it may refuse rows that are good.
     project.setFileType(Project::VrdFile);
@@ -66,9 +71,11 @@ void restoreMarks(Project& project) {
   if (project.getFileType() == Project::LqfFile) takeKnownStations(project);
 }
 
-void readProject(Project& project, QString const& path) {
+void readProject(Project& project, QString const& path, std::string const& bytes) {
   try {
-    project.read(path);
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const&) {
     // The rows are there, but not a network by the library's pairing.
     if (project.getTraverseDataList().empty()) throw;
@@ -77,21 +84,21 @@ void readProject(Project& project, QString const& path) {
   restoreMarks(project);
 }
 
-void readRows(Project& project, QString const& path) {
+void readRows(Project& project, QString const& path, std::string const& bytes) {
   QString const kind = kindOf(path);
   if (kind == "lqf") {
-    readJob(project, path);
+    readJob(project, path, bytes);
   } else if (kind == "txt") {
-    readTraverse(project, path);
+    readTraverse(project, path, bytes);
   } else {
-    readProject(project, path);
+    readProject(project, path, bytes);
   }
   project.checkVRDData();
 }
 
-FieldTextCheck inspectText(Project const& project, QString const& path) {
-  if (kindOf(path) == "kvn") return inspectProjectFile(path);
-  std::ifstream stream(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
+FieldTextCheck inspectText(Project const& project, QString const& path, std::string const& bytes) {
+  if (kindOf(path) == "kvn") return inspectProjectFile(path, bytes);
+  utils::ByteStream stream(bytes);
   return kindOf(path) == "lqf" ? inspectJobText(stream, project.getTraverseDataList()) : inspectTraverseText(stream);
 }
 
@@ -124,19 +131,19 @@ std::vector<FieldFinding> FieldJob::placed(std::vector<FieldFinding> list) const
   return list;
 }
 
-FieldJob openFieldJob(Project& project, QString const& path) {
+FieldJob openFieldJob(Project& project, QString const& path, std::string const& bytes) {
   FieldJob job;
-  if (kindOf(path) == "kvn") job.text = inspectText(project, path);  // a reader would say less of what is wrong
-  readRows(project, path);
-  if (kindOf(path) != "kvn") job.text = inspectText(project, path);
+  if (kindOf(path) == "kvn") job.text = inspectText(project, path, bytes);  // a reader would say less of what is wrong
+  readRows(project, path, bytes);
+  if (kindOf(path) != "kvn") job.text = inspectText(project, path, bytes);
   if (project.getTraverseDataList().empty()) return job;
   job.reduction = reduceField(project.getTraverseDataList());
   project.setNetwork(job.reduction.network);
   return job;
 }
 
-void openFieldJobAsRead(Project& project, QString const& path) {
-  project.read(path);
+void openFieldJobAsRead(Project& project, QString const& path, std::string const& bytes) {
+  project.readContents(path, bytes);
   if (project.getFileType() == Project::LqfFile) {
     takeKnownStations(project);
     project.buildStationMap();

@@ -18,14 +18,14 @@ struct FieldJob {
   std::vector<FieldFinding> placed(std::vector<FieldFinding> list) const;
 };
 
-/// Reads a traverse file, an instrument job file or a project file: rows, marked by the row checks, network and known
-/// points go into the project, the rows with the readings of the file. Stations of a job that have coordinates are
-/// known. A project file may hold a network or coordinates in place of rows.
+/// Takes in the bytes of a traverse file, an instrument job file or a project file: rows, marked by the row checks,
+/// network and known points go into the project, the rows with the readings of the file. Stations of a job that have
+/// coordinates are known. A project file may hold a network or coordinates in place of rows.
 /// @throws DataException with the line; QLogicError for a field book without rows; Refusal as `inspectProjectFile`.
-FieldJob openFieldJob(Project& project, QString const& path);
+FieldJob openFieldJob(Project& project, QString const& path, std::string const& bytes);
 
 /// The same as the library does it: the two faces paired by their place, or the station map. @throws what it throws.
-void openFieldJobAsRead(Project& project, QString const& path);
+void openFieldJobAsRead(Project& project, QString const& path, std::string const& bytes);
 
 /// "line 12: S to A: text".
 QString worded(FieldFinding const& finding);

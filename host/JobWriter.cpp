@@ -3,6 +3,7 @@
 #include "Failures.h"
 #include "FieldJob.h"
 #include "Output.h"
+#include "Saving.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -79,10 +80,10 @@ void writeRows(Session& session, QString const& path) {
   Project& project = session.project();
   Rows const rows = writable(path, project.getTraverseDataList());
   tellLoss(rows, kindOf(path));
-  utils::createFolderOf(path);
   if (kindOf(path) == "lqf" && kindOf(session.file()) == "lqf") {
     // The project keeps the names of the job.
     project.setTraverseDataList(rows);
+    utils::createFolderOf(path);
     project.exportLQFFile(path);
     return;
   }
@@ -91,7 +92,7 @@ void writeRows(Session& session, QString const& path) {
   VRDTraverseDataCollcetion traverse;
   ITraverseDataCollcetion& collection = kindOf(path) == "lqf" ? static_cast<ITraverseDataCollcetion&>(job) : traverse;
   collection.setTraverseDataList(rows);
-  collection.write(HTextCodec::ToLocal8Bit(path));
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// The coordinate list; without one the known points of a job or of a network.
@@ -117,8 +118,7 @@ void writeCoordinates(Session& session, QString const& path) {
   if (collection.getCoordinateDataList().empty()) throw Refusal(path, "there is no point with coordinates to write");
   for (CoordinatePointInfo const& point : collection.getCoordinateDataList()) requireName(path, point.name);
   if (!session.project().isCoordinateData()) warn("Only the known points have coordinates to write");
-  utils::createFolderOf(path);
-  collection.write(HTextCodec::ToLocal8Bit(path));
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// A list of coordinates alone becomes known points; the network of rows is made of them as they are now.
@@ -151,8 +151,7 @@ void writeNetwork(Session& session, QString const& path) {
   collection.setConfigure(session.project().getConfigure());
   collection.setKnownPointList(network.knownPoints);
   collection.setNetworkDataList(network.lines);
-  utils::createFolderOf(path);
-  collection.INetworkDataCollection::write(HTextCodec::ToLocal8Bit(path));
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// A project file tells a direction of 0 from none by nothing.

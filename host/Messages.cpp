@@ -26,7 +26,7 @@ Messages::Messages(System& system) {
 }
 
 Json::Value Messages::take() {
-  errors = false;
+  errors = 0;
   return std::exchange(kept, Json::Value(Json::arrayValue));
 }
 
@@ -35,7 +35,7 @@ void Messages::receive(QString const& text, MessType type) {
   message["type"] = nameOf(type);
   message["text"] = text.toStdString();
   kept.append(message);
-  errors = errors || type == Error;
+  if (type == Error) ++errors;
   printLine(printable(QString("%1: %2").arg(QLatin1String(nameOf(type)), text)));
 }
 

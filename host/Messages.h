@@ -16,14 +16,15 @@ class Messages {
 
   /// The messages since the last call, [{type, text}].
   Json::Value take();
-  /// Whether one of the messages since the last `take` is an `Error`.
-  bool hasError() const { return errors; }
+  /// `Error` messages since the last `take`.
+  int errorCount() const { return errors; }
+  bool hasError() const { return errors > 0; }
 
  private:
   void receive(QString const& text, MessType type);
 
   Json::Value kept{Json::arrayValue};
-  bool errors = false;
+  int errors = 0;
 };
 
 }  // namespace kvn::host

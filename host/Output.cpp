@@ -1,5 +1,6 @@
 #include "Output.h"
 
+#include <utils/FileName.h>
 #include <utils/HTextCodec.h>
 
 #include <json/writer.h>
@@ -8,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <memory>
+#include <sstream>
 #include <stdexcept>
 
 namespace kvn::host {
@@ -35,13 +38,18 @@ void finishPrinting() {
   if (std::fflush(stdout) != 0) throw notWritten();
 }
 
+/// With a stream that passes a failed allocation on: its text would be short, and nobody would know.
 std::string jsonOf(Json::Value const& value) {
   Json::StreamWriterBuilder builder;
   builder["precision"] = 17;
   builder["emitUTF8"] = true;
   builder["indentation"] = "  ";
   builder["enableYAMLCompatibility"] = true;  // no blank before a colon
-  return Json::writeString(builder, value);
+  std::ostringstream text;
+  text.exceptions(std::ios::badbit);
+  std::unique_ptr<Json::StreamWriter> const writer(builder.newStreamWriter());
+  writer->write(value, &text);
+  return text.str();
 }
 
 void printJson(Json::Value const& value) {
@@ -82,6 +90,7 @@ std::string utf8Of(std::string const& bytes) { return isPlainAscii(bytes) ? byte
 Json::Value jsonText(std::string const& bytes) { return utf8Of(bytes); }
 
 QString printable(QString text) {
+  text = utils::readablePath(text);
   for (QChar& c : text) {
     if (c.category() == QChar::Other_Control) c = QLatin1Char(' ');
   }

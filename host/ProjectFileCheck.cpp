@@ -3,7 +3,6 @@
 #include "Failures.h"
 #include "Output.h"
 
-#include <utils/FileText.h>
 #include <utils/Number.h>
 
 #include <tinyxml2.h>
@@ -120,8 +119,7 @@ bool isProject(XMLElement const& root) {
 
 }  // namespace
 
-FieldTextCheck inspectProjectFile(QString const& path) {
-  std::string const bytes = utils::readFile(path).value_or(std::string());
+FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes) {
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {

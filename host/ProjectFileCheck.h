@@ -9,6 +9,6 @@ namespace kvn::host {
 /// `Error`: a number, a truth value or a kind of row that cannot be read, for which the reader takes the default.
 /// `Warning`: a version or a kind of data that is not known. The lines are those of the rows.
 /// @throws Refusal for a file that is not well-formed, with the line, or that holds nothing of a project.
-FieldTextCheck inspectProjectFile(QString const& path);
+FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes);
 
 }  // namespace kvn::host

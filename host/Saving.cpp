@@ -4,34 +4,40 @@
 #include "Output.h"
 
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
 #include <QFileInfo>
 #include <QStringList>
-#include <filesystem>
-#include <system_error>
+#include <new>
+#include <sstream>
 
 namespace kvn::host {
 
 void requireWritableKind(QString const& path, QStringList const& kinds) {
-  requireNameInEncoding(path);
   if (kinds.contains(QFileInfo(path).suffix().toLower())) return;
   throw Refusal(path, "unknown kind of file; what can be written: ." + kinds.join(", ."));
 }
 
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write) {
-  bool const hadError = session.messages().hasError();
+  int const errorsBefore = session.messages().errorCount();
   try {
     write(session, path);
+  } catch (std::bad_alloc const&) {
+    throw;  // there may be no memory for a message
   } catch (std::exception const& failure) {
-    printLine(printable(QString("kelvane: %1: %2").arg(path, QString::fromUtf8(failure.what()))));
-    return false;
+    QString const text =
+        QString("%1 was not written: %2").arg(utils::readablePath(path), QString::fromUtf8(failure.what()));
+    System::Instance()->sendMessage(text, Error);
   }
-  std::error_code error;
-  bool const isThere = std::filesystem::is_regular_file(utils::nativePath(HTextCodec::ToLocal8Bit(path)), error);
-  if (isThere && (hadError || !session.messages().hasError())) return true;
-  printLine(printable(QString("kelvane: %1: the file was not written").arg(path)));
-  return false;
+  return session.messages().errorCount() == errorsBefore;
+}
+
+void writeWhole(QString const& path, std::function<void(std::ostream&)> const& print) {
+  std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the file
+  print(text);
+  utils::createFolderOf(path);
+  QString const error = utils::replaceFile(path, text.str());
+  if (!error.isEmpty()) throw Refusal(path, error);
 }
 
 }  // namespace kvn::host

@@ -3,30 +3,23 @@
 #include "Failures.h"
 #include "Output.h"
 
+#include <utils/ByteStream.h>
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
 #include <QFileInfo>
 #include <QTextCodec>
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
+#include <new>
 #include <utility>
 
 namespace kvn::host {
 namespace {
 
 /// The library opens a file that is missing as an empty one, so that the reason is found here.
-void requireReadableFile(QString const& path) {
-  requireNameInEncoding(path);
-  // Not QFileInfo: it looks for the name in the local 8-bit encoding, which need not be that of the file system.
-  std::filesystem::path const native(utils::nativePath(HTextCodec::ToLocal8Bit(path)));
-  std::error_code error;
-  auto const status = std::filesystem::status(native, error);
-  if (!std::filesystem::exists(status)) throw Refusal(path, "no such file");
-  if (!std::filesystem::is_regular_file(status)) throw Refusal(path, "not a regular file");
-  if (!std::ifstream(native).is_open()) throw Refusal(path, "the file cannot be read");
+std::string bytesOf(QString const& path) {
+  utils::FileBytes file = utils::readFile(path);
+  if (!file.isWhole()) throw Refusal(path, file.reason);
+  return std::move(file.bytes);
 }
 
 /// The library passes over a suffix that it does not know.
@@ -57,6 +50,8 @@ int runGuarded(Session& session, bool json, std::function<int(Session&)> const& 
     return refuse(failure.file, QString::fromUtf8(failure.what()), json);
   } catch (AlgorithmException const& failure) {
     return refuse(session.file(), describe(failure, session.project().getNetwork()), json);
+  } catch (std::bad_alloc const&) {
+    return refuse(session.file(), "not enough memory", json);
   } catch (std::exception const& failure) {
     return refuse(session.file(), QString::fromUtf8(failure.what()), json);
   }
@@ -72,12 +67,6 @@ void useEncoding(QString const& name) {
 
 }  // namespace
 
-void requireNameInEncoding(QString const& path) {
-  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) == path) return;
-  throw Refusal(
-      path, "the name cannot be written in the encoding " + QString::fromLatin1(QTextCodec::codecForLocale()->name()));
-}
-
 Session::Session() : received(system), current(system.createProject()) {
   system.init();
   system.setConfigFile(QString());
@@ -88,32 +77,33 @@ Session::~Session() { system.setSendMessageFunc({}); }
 
 void Session::open(QString const& path, bool asRead) {
   openFile = path;
-  requireReadableFile(path);
+  std::string const bytes = bytesOf(path);
   requireKnownKind(path);
   QString const suffix = QFileInfo(path).suffix().toLower();
   openedAsRead = asRead;
   if (suffix == "txt" || suffix == "lqf" || suffix == "kvn") {
     if (asRead) {
-      openFieldJobAsRead(*current, path);
+      openFieldJobAsRead(*current, path, bytes);
     } else {
-      fieldJob = openFieldJob(*current, path);
+      fieldJob = openFieldJob(*current, path, bytes);
     }
   } else if (suffix == "in2") {
-    openNetwork(path);
+    openNetwork(path, bytes);
   } else {
-    current->read(path);
+    current->readContents(path, bytes);
   }
 }
 
-void Session::openNetwork(QString const& path) {
+void Session::openNetwork(QString const& path, std::string const& bytes) {
   CosaCollection plain;
   CarefulCosaCollection careful;
   CosaCollection& collection = openedAsRead ? plain : careful;
-  collection.INetworkDataCollection::read(HTextCodec::ToLocal8Bit(path));
+  utils::ByteStream stream(bytes);
+  collection.read(stream);
   Network network = collection.takeNetwork();
   bool const isEmpty = network.lines.empty() && network.knownPoints.empty();
   if (isEmpty) {
-    current->read(path);  // refuses an empty file, but not one of lines without an observation
+    current->readContents(path, bytes);  // refuses an empty file, but not one of lines without an observation
     current->setNetwork(std::move(network));
   } else {
     current->importCosaNetwork(path, std::move(network));
@@ -217,6 +207,8 @@ int runInSession(CommonOptions const& options, std::function<int(Session&)> cons
   Session session;
   try {
     return runGuarded(session, options.json, run);
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const& failure) {  // the failure itself could not be printed
     printLine(QString("kelvane: %1").arg(QString::fromUtf8(failure.what())));
     return Refused;

@@ -32,7 +32,7 @@ class Session {
   bool isAsRead() const { return openedAsRead; }    ///< as told to `open`
 
  private:
-  void openNetwork(QString const& path);
+  void openNetwork(QString const& path, std::string const& bytes);
 
   System system;
   Messages received;
@@ -51,9 +51,6 @@ std::vector<FieldFinding> findingsOnStart(Project const& project);
 
 /// By line, then by severity.
 void sortFindings(std::vector<FieldFinding>& findings);
-
-/// @throws Refusal for a name that is another one when it goes through the local 8-bit encoding.
-void requireNameInEncoding(QString const& path);
 
 /// Text of a failure with the line, the station or the point that it concerns.
 QString describe(AlgorithmException const& failure, Network const& network);

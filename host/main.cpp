@@ -4,11 +4,16 @@
 #include "Options.h"
 #include "Output.h"
 
+#include <utils/FileText.h>
+#include <utils/ResourceFile.h>
+
 #include <QCoreApplication>
-#include <QLoggingCategory>
 #include <QTextCodec>
 #include <clocale>
+#include <csignal>
+#include <cstdio>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -31,13 +36,6 @@ void readEncodingOfLocale() {
   }
 }
 
-/// The library logs the time of every command and each feature that it draws; here that shows only on request.
-void silenceLibraryLog() {
-  if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) {
-    QLoggingCategory::setFilterRules(QStringLiteral("kelvane.*.debug=false\nkelvane.*.info=false"));
-  }
-}
-
 int dispatch(QStringList arguments) {
   if (arguments.size() < 2) {
     printLine(programUsage().trimmed());
@@ -53,15 +51,44 @@ int dispatch(QStringList arguments) {
   return Done;
 }
 
+/// Not those of QCoreApplication, which cannot hold a file name that is no text.
+QStringList argumentsOf(int argc, char const* const* argv) {
+  QStringList arguments;
+  for (int i = 0; i < argc; ++i) arguments << utils::pathOfNative(argv[i]);
+  return arguments;
+}
+
+extern "C" void endBySignal(int signal) {
+  utils::removeUnfinishedFile();
+  std::raise(signal);  // ends the program as if there had been no handler: it is reset when it is called
+}
+
+/// What asks the program to end must not leave half a file about; what it was told to pass over, as by nohup, stays so.
+void handleSignals() {
+  struct sigaction action {};
+  action.sa_handler = endBySignal;
+  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
+    struct sigaction before {};
+    bool const isDefault = ::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL;
+    if (isDefault) ::sigaction(signal, &action, nullptr);
+  }
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit to the size of files is told like any other failure
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   readEncodingOfLocale();
+  handleSignals();
   QCoreApplication const application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("kelvane"));
-  silenceLibraryLog();
+  utils::setResourcesFromWorkingDirectory(false);
   try {
-    return dispatch(QCoreApplication::arguments());
+    return dispatch(argumentsOf(argc, argv));
+  } catch (std::bad_alloc const&) {
+    std::fputs("kelvane: not enough memory\n", stderr);
+    return Refused;
   } catch (UsageError const& failure) {
     printLine(printable(QString("kelvane: %1 (see kelvane --help)").arg(QString::fromUtf8(failure.what()))));
     return WrongUsage;

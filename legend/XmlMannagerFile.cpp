@@ -6,9 +6,7 @@
 #include <utils/ResourceFile.h>
 
 #include <tinyxml2.h>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 namespace kvn {
 namespace {
@@ -36,12 +34,6 @@ struct Field {
 
 constexpr Field kFields[] = {{"Name", &LegendCode::Name}, {"Group", &LegendCode::Group}, {"Code", &LegendCode::Code},
                              {"ID", &LegendCode::ID},     {"Scale", &LegendCode::Scale}, {"Color", &LegendCode::Color}};
-
-/// Whether a path leads to a file; a folder is none.
-bool isFile(std::string const& nativeFile) {
-  std::error_code error;
-  return std::filesystem::is_regular_file(nativeFile, error);
-}
 
 /// Calls `use` for every child element of that name (null for any) of a section, which may be missing.
 template <typename Use>
@@ -128,14 +120,15 @@ class Document {
 bool XmlMannager::readPrjCode(QString const& path) {
   clearData();
   file = path;
-  std::string found = utils::nativePath(HTextCodec::ToLocal8Bit(file));
-  if (!isFile(found)) {
+  utils::FileBytes read = utils::readFile(file);
+  if (read.state == utils::FileBytes::State::Missing || read.state == utils::FileBytes::State::NotAFile) {
     file =
         isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml") : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
-    found = utils::resourceFile(file);
+    read = utils::readFile(utils::pathOfNative(utils::resourceFile(file)));
   }
+  if (!read.isWhole()) return false;
   tinyxml2::XMLDocument document;
-  if (document.LoadFile(found.c_str()) != tinyxml2::XML_SUCCESS) return false;
+  if (document.Parse(read.bytes.data(), read.bytes.size()) != tinyxml2::XML_SUCCESS) return false;
   XMLElement const* const root = document.FirstChildElement();
   if (root == nullptr) return false;
 

@@ -14,7 +14,7 @@
 namespace kvn {
 namespace detail {
 
-Q_LOGGING_CATEGORY(mapLog, "kelvane.map")
+Q_LOGGING_CATEGORY(mapLog, "kelvane.map", QtWarningMsg)
 
 osgEarth::Style withIcon(osgEarth::Style style, QString const& icon) {
   if (icon.isEmpty()) return style;

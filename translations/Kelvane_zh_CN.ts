@@ -183,6 +183,42 @@
         <translation>未能写入文件：%1</translation>
     </message>
     <message>
+        <source>no such file</source>
+        <translation>没有此文件</translation>
+    </message>
+    <message>
+        <source>the file cannot be read</source>
+        <translation>文件无法读取</translation>
+    </message>
+    <message>
+        <source>the file could not be read to its end</source>
+        <translation>文件未能读到末尾</translation>
+    </message>
+    <message>
+        <source>it has become shorter meanwhile</source>
+        <translation>文件在读取过程中变短</translation>
+    </message>
+    <message>
+        <source>not a regular file</source>
+        <translation>不是普通文件</translation>
+    </message>
+    <message>
+        <source>the file is write-protected</source>
+        <translation>文件受写保护</translation>
+    </message>
+    <message>
+        <source>the file has a second name (a hard link), which would keep the old contents</source>
+        <translation>该文件另有名称（硬链接），其内容将保持旧状</translation>
+    </message>
+    <message>
+        <source>the link leads nowhere</source>
+        <translation>链接指向的文件不存在</translation>
+    </message>
+    <message>
+        <source>the name cannot be written in the encoding of file names</source>
+        <translation>该名称无法用文件名的编码表示</translation>
+    </message>
+    <message>
         <source>the number is not finite: %1</source>
         <translation>数值不是有限数：%1</translation>
     </message>

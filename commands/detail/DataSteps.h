@@ -7,6 +7,7 @@
 #include <json/value.h>
 #include <QString>
 #include <exception>
+#include <new>
 #include <optional>
 #include <set>
 #include <string>
@@ -48,11 +49,14 @@ std::vector<Record> takeOut(std::vector<Record>& list, Predicate const& matches)
   return taken;
 }
 
-/// Text of the std::exception that the call throws; nothing when it comes to its end.
+/// Text of the std::exception that the call throws; nothing when it comes to its end. Want of memory is passed on: it
+/// says nothing about the data.
 template <typename Call>
 std::optional<QString> failureOf(Call const& call) {
   try {
     call();
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const& failure) {
     return QString::fromUtf8(failure.what());
   }

@@ -1,46 +1,62 @@
 #include "formats/detail/FileAccess.h"
 
+#include "core/DataException.h"
 #include "core/System.h"
 
+#include <utils/ByteStream.h>
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
-#include <cstdio>
-#include <filesystem>
 #include <sstream>
-#include <system_error>
+#include <utility>
 
 namespace kvn::detail {
 namespace {
 
-// A folder opens like a file on some platforms and fails only when it is read, and a pipe may never end.
-bool isFile(std::string const& nativePath) {
-  std::error_code none;
-  return std::filesystem::is_regular_file(nativePath, none);
+/// A stream takes a failed allocation for an error of its own, and what it holds is short then; so it is passed on.
+std::string printed(std::function<void(std::ostream&)> const& print) {
+  std::ostringstream text;
+  text.exceptions(std::ios::badbit);
+  print(text);
+  return text.str();
+}
+
+void readStream(std::optional<std::string> const& bytes, std::function<void(std::istream&)> const& read) {
+  utils::ByteStream stream(bytes ? std::string_view(*bytes) : std::string_view());
+  if (!bytes) stream.setstate(std::ios::failbit);
+  read(stream);
+}
+
+void tellFailure(QString const& path, QString const& reason) {
+  System const* const system = System::Instance();
+  if (reason.isEmpty() || system == nullptr) return;
+  system->sendMessage(System::tr("The file was not written: %1").arg(utils::readablePath(path) + ": " + reason), Error);
 }
 
 }  // namespace
 
-std::ifstream openForReading(std::string const& path) {
-  std::string const native = utils::nativePath(path);
-  return isFile(native) ? std::ifstream(native) : std::ifstream();
+std::optional<std::string> wholeFile(utils::FileBytes read) {
+  if (read.state == utils::FileBytes::State::Broken) throw DataException(read.reason.toStdString());
+  return read.isWhole() ? std::optional(std::move(read.bytes)) : std::nullopt;
 }
 
-// Not by the name: Qt encodes it with the local 8-bit codec, which need not be that of the file system.
-bool openForReading(QFile& file, QString const& path, QIODevice::OpenMode mode) {
-  std::string const native = utils::nativePath(HTextCodec::ToLocal8Bit(path));
-  std::FILE* const handle = isFile(native) ? std::fopen(native.c_str(), "rb") : nullptr;
-  return handle != nullptr && file.open(handle, mode, QFileDevice::AutoCloseHandle);
+void readFile(QString const& path, std::function<void(std::istream&)> const& read) {
+  readStream(wholeFile(utils::readFile(path)), read);
 }
 
-void replaceFile(std::string const& path, std::function<void(std::ostream&)> const& print) {
-  std::ostringstream text;
-  print(text);
-  QString const error = utils::replaceFile(HTextCodec::FromLocal8Bit(path), text.str());
-  System const* const system = System::Instance();
-  if (!error.isEmpty() && system != nullptr) {
-    system->sendMessage(System::tr("The file was not written: %1").arg(error), Error);
-  }
+void readFile(std::string const& localPath, std::function<void(std::istream&)> const& read) {
+  readStream(wholeFile(utils::readLocalFile(localPath)), read);
+}
+
+void requireNoReadError(std::istream const& stream) {
+  if (stream.bad()) throw DataException(System::tr("the file could not be read to its end").toStdString());
+}
+
+void replaceFile(QString const& path, std::function<void(std::ostream&)> const& print) {
+  tellFailure(path, utils::replaceFile(path, printed(print)));
+}
+
+void replaceFile(std::string const& localPath, std::function<void(std::ostream&)> const& print) {
+  tellFailure(utils::pathOfLocal(localPath), utils::replaceLocalFile(localPath, printed(print)));
 }
 
 }  // namespace kvn::detail

@@ -1,23 +1,34 @@
-// Exchange files by path: opening one, and replacing one only when the new one is complete.
+// Exchange files by path: the bytes of one, and replacing one only when the new one is complete.
 #pragma once
 
-#include <QFile>
-#include <fstream>
+#include <QString>
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
+
+namespace utils {
+struct FileBytes;
+}
 
 namespace kvn::detail {
 
-/// The file at a path in the local 8-bit encoding. A stream that has failed, and so reads as an empty file, when it
-/// cannot be opened or is no regular file.
-std::ifstream openForReading(std::string const& path);
+/// The bytes of a file that was read. Nothing when it could not be opened or is no regular file, which the readers take
+/// as an empty one or refuse, each in its way.
+/// @throws DataException for a file that could not be read to its end: what is missing must not pass for its end.
+std::optional<std::string> wholeFile(utils::FileBytes read);
 
-/// The same for a reader that goes through Qt; false when it cannot be opened or is no regular file.
-bool openForReading(QFile& file, QString const& path, QIODevice::OpenMode mode);
+/// Reads a file as a stream, once. One that cannot be opened or is no regular
+/// file is a stream that has failed, and so reads as an empty file. @throws as `wholeFile`; what `read` throws.
+void readFile(QString const& path, std::function<void(std::istream&)> const& read);
+void readFile(std::string const& localPath, std::function<void(std::istream&)> const& read);
 
-/// Replaces the file at a path in the local 8-bit encoding by what `print` prints. When that fails the old file stays
-/// as it was, and an `Error` message says why.
-void replaceFile(std::string const& path, std::function<void(std::ostream&)> const& print);
+/// For a stream from which nothing more comes. @throws DataException when that is not its end but an error.
+void requireNoReadError(std::istream const& stream);
+
+/// Replaces a file by what `print` prints. When that fails the old file stays as it was, and an `Error` message says
+/// why. @throws what `print` throws; std::bad_alloc.
+void replaceFile(QString const& path, std::function<void(std::ostream&)> const& print);
+void replaceFile(std::string const& localPath, std::function<void(std::ostream&)> const& print);
 
 }  // namespace kvn::detail

@@ -1,5 +1,7 @@
 #include "formats/detail/LineSource.h"
 
+#include "formats/detail/FileAccess.h"
+
 #include <QString>
 #include <algorithm>
 #include <istream>
@@ -47,7 +49,10 @@ bool LineSource::next(std::string& line) {
 }
 
 bool LineSource::nextBytes(std::string& line) {
-  if (!std::getline(in, line)) return false;
+  if (!std::getline(in, line)) {
+    requireNoReadError(in);
+    return false;
+  }
   ++number;
   if (number == 1 && line.rfind(kByteOrderMark, 0) == 0) line.erase(0, 3);
   if (!line.empty() && line.back() == '\r') line.pop_back();

@@ -14,6 +14,7 @@ class LineSource {
   explicit LineSource(std::istream& stream);
 
   /// The next line that has a character, simplified; false at the end. Empty lines are passed over, but counted.
+  /// @throws DataException, as `nextBytes`, when the stream has an error in place of an end.
   bool next(std::string& line);
 
   /// The next line, an empty one too, with its bytes as they are.

@@ -1,6 +1,5 @@
 #include "formats/detail/PointText.h"
 
-#include <QFile>
 #include <QTextCodec>
 #include <algorithm>
 #include <array>
@@ -56,14 +55,5 @@ bool isSameInLocal8Bit(std::string_view text) {
 }
 
 bool isSameInUtf8(std::string_view text) { return isPlain(text, true); }
-
-QByteArray bytesOf(QFile& file) {
-  bool const isText = file.isTextModeEnabled();
-  file.setTextModeEnabled(false);
-  QByteArray bytes = file.readAll();
-  file.seek(0);
-  file.setTextModeEnabled(isText);
-  return bytes;
-}
 
 }  // namespace kvn::detail

@@ -1,11 +1,8 @@
 // Coordinate files in one piece: the lines of a file that means the same in every encoding it may be read in.
 #pragma once
 
-#include <QByteArray>
 #include <cstddef>
 #include <string_view>
-
-class QFile;
 
 namespace kvn::detail {
 
@@ -16,9 +13,6 @@ bool isSameInLocal8Bit(std::string_view text);
 
 /// The same for UTF-8.
 bool isSameInUtf8(std::string_view text);
-
-/// The bytes of a file that is open for reading, which stands at its start again afterwards.
-QByteArray bytesOf(QFile& file);
 
 /// Lines of a text without their line ends, "\n" or "\r\n"; no empty one behind a line end at the very end.
 class TextLines {

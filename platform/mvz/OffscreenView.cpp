@@ -1,6 +1,7 @@
 #include <mvz/OffscreenView.h>
 #include <mvz/detail/EglContext.h>
 #include <utils/FileText.h>
+#include <utils/InstalledCode.h>
 #include <utils/QLogicError.h>
 
 #include <algorithm>
@@ -157,15 +158,18 @@ void OffscreenView::setScene(osg::Node* node) {
 }
 
 osg::ref_ptr<osg::Image> OffscreenView::render() {
+  utils::InstalledCode const guard;
   if (!canvas) canvas = std::make_unique<Canvas>(getCamera());
   drawn();
   return canvas->draw();
 }
 
 void OffscreenView::writeImage(QString const& path) {
+  utils::InstalledCode const guard;
   osgDB::ReaderWriter* const png = osgDB::Registry::instance()->getReaderWriterForExtension("png");
   if (png == nullptr) throw QLogicError(QStringLiteral("OpenSceneGraph has no plug-in for PNG pictures."));
   std::ostringstream bytes;
+  bytes.exceptions(std::ios::badbit);  // else a failed allocation would leave half a picture
   osgDB::ReaderWriter::WriteResult const result = png->writeImage(*render(), bytes);
   if (!result.success()) throw QLogicError(QString::fromStdString(result.statusMessage()));
   QString const error = utils::replaceFile(path, bytes.str());

@@ -2,9 +2,11 @@
 
 #include <mvz/SelectableFeatureNode.h>
 #include <mvz/SelectablePlaceNode.h>
+#include <utils/InstalledCode.h>
 #include <utils/ResourceFile.h>
 
 #include <QLoggingCategory>
+#include <filesystem>
 #include <map>
 #include <osg/Image>
 #include <osgDB/ReadFile>
@@ -12,11 +14,13 @@
 namespace mvz {
 namespace {
 
-Q_LOGGING_CATEGORY(mapLog, "kelvane.map")
+Q_LOGGING_CATEGORY(mapLog, "kelvane.map", QtWarningMsg)
 
 osg::ref_ptr<osg::Image> readIcon(std::string const& url) {
   std::string const file = utils::resourceFile(QString::fromStdString(url));
-  osg::ref_ptr<osg::Image> const image = file.empty() ? nullptr : osgDB::readRefImageFile(file);
+  utils::InstalledCode const guard;
+  osg::ref_ptr<osg::Image> const image =
+      file.empty() ? nullptr : osgDB::readRefImageFile(std::filesystem::absolute(file).string());
   if (image == nullptr) qCWarning(mapLog) << "Kelvane:no icon" << url.c_str();
   return image;
 }

@@ -1,11 +1,9 @@
 #include <utils/Config.h>
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
 #include <json/reader.h>
 #include <json/writer.h>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <system_error>
@@ -28,16 +26,10 @@ Config::ReadResult parse(std::string const& bytes, Json::Value& tree) {
   }
 }
 
-/// @param path  as the operating system knows it: reading and writing must mean the same file.
-Config::ReadResult readTree(fs::path const& path, Json::Value& tree) {
-  std::error_code none;
-  auto const status = fs::status(path, none);
-  if (path.empty() || status.type() == fs::file_type::not_found) return Config::ReadResult::Missing;
-  std::ifstream file(path, std::ios::binary);
-  if (!fs::is_regular_file(status) || !file) return Config::ReadResult::Unreadable;
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return parse(bytes.str(), tree);
+Config::ReadResult readTree(std::string const& localPath, Json::Value& tree) {
+  FileBytes const file = readLocalFile(localPath);
+  if (file.state == FileBytes::State::Missing) return Config::ReadResult::Missing;
+  return file.isWhole() ? parse(file.bytes, tree) : Config::ReadResult::Unreadable;
 }
 
 /// Moves a file aside; the number that its name was given, 0 when that failed.
@@ -52,11 +44,23 @@ int moveAside(fs::path const& path) {
   return 0;
 }
 
+/// A stream takes a failed allocation for an error of its own, and what it holds is short then; so it is passed on.
+std::string printed(Json::Value const& tree) {
+  Json::StreamWriterBuilder builder;
+  builder["indentation"] = "  ";
+  builder["emitUTF8"] = true;
+  std::ostringstream text;
+  text.exceptions(std::ios::badbit);
+  std::unique_ptr<Json::StreamWriter> const writer(builder.newStreamWriter());
+  writer->write(tree.isNull() ? Json::Value(Json::objectValue) : tree, &text);
+  return text.str();
+}
+
 }  // namespace
 
 Config::ReadResult Config::read(std::string const& path) {
   Json::Value fresh;
-  ReadResult const result = readTree(nativePath(path), fresh);
+  ReadResult const result = readTree(path, fresh);
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
   readFrom = path;
@@ -65,18 +69,17 @@ Config::ReadResult Config::read(std::string const& path) {
 
 Config::WriteResult Config::write(std::string const& localPath) const {
   WriteResult result;
-  QString const path = HTextCodec::FromLocal8Bit(localPath);
+  QString const path = pathOfLocal(localPath);
   if (path.isEmpty()) return result;
   Json::Value old;
-  fs::path const native = nativePath(localPath);
-  ReadResult const state = readTree(native, old);
+  ReadResult const state = readTree(localPath, old);
   if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
   if (state == ReadResult::Unreadable) {
     result.error = QStringLiteral("%1: it cannot be read").arg(path);
     return result;
   }
   if (state == ReadResult::Invalid) {
-    int const number = moveAside(native);
+    int const number = moveAside(nativePath(localPath));
     if (number == 0) {
       result.error = QStringLiteral("%1: not valid JSON, and it cannot be renamed").arg(path);
       return result;
@@ -84,10 +87,8 @@ Config::WriteResult Config::write(std::string const& localPath) const {
     result.keptAs = QStringLiteral("%1.invalid-%2").arg(path).arg(number);
   }
   createFolderOf(path);
-  Json::StreamWriterBuilder builder;
-  builder["indentation"] = "  ";
-  builder["emitUTF8"] = true;
-  result.error = replaceFile(path, Json::writeString(builder, tree.isNull() ? Json::Value(Json::objectValue) : tree));
+  QString const reason = replaceLocalFile(localPath, printed(tree));
+  if (!reason.isEmpty()) result.error = QStringLiteral("%1: %2").arg(readablePath(path), reason);
   return result;
 }
 

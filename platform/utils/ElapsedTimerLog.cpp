@@ -5,7 +5,7 @@
 
 namespace utils {
 namespace {
-Q_LOGGING_CATEGORY(timerLog, "kelvane.timer")
+Q_LOGGING_CATEGORY(timerLog, "kelvane.timer", QtWarningMsg)
 }
 
 ElapsedTimerLog::ElapsedTimerLog(QString label) : text(std::move(label)) { timer.start(); }

@@ -8,7 +8,8 @@
 
 namespace utils {
 
-/// Logs its life time in milliseconds under its text, at debug level, category "kelvane.timer".
+/// Logs its life time in milliseconds under its text, at debug level, category "kelvane.timer", which is off until the
+/// host switches it on.
 class KELVANE_EXPORT ElapsedTimerLog {
  public:
   explicit ElapsedTimerLog(QString text);

@@ -1,123 +1,129 @@
 #include <utils/FileText.h>
-#include <utils/HTextCodec.h>
 
-#include <QTextCodec>
+#include <QCoreApplication>
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <system_error>
 
-#if defined(_WIN32)
-#include <QSaveFile>
-#else
-#include <langinfo.h>
+#if !defined(_WIN32)
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cstdlib>
+#else
+#include <fstream>
+#include <sstream>
 #endif
 
 namespace utils {
 namespace {
 
-std::filesystem::path nativeFile(QString const& path) { return nativePath(HTextCodec::ToLocal8Bit(path)); }
+using State = FileBytes::State;
 
-QString lastError() { return QString::fromStdString(std::generic_category().message(errno)); }
+// In the words of the whole library, which has one table of translations for them.
+QString translated(char const* text) { return QCoreApplication::translate("kvn::System", text); }
+
+QString worded(int error) { return QString::fromStdString(std::generic_category().message(error)); }
+
+FileBytes failed(State state, QString const& reason) { return {state, {}, reason}; }
+
+FileBytes missing() { return failed(State::Missing, translated(QT_TRANSLATE_NOOP("kvn::System", "no such file"))); }
+
+FileBytes unreadable(int error) {
+  return failed(State::Unreadable,
+                translated(QT_TRANSLATE_NOOP("kvn::System", "the file cannot be read")) + ": " + worded(error));
+}
+
+FileBytes broken(QString const& reason) {
+  return failed(State::Broken,
+                translated(QT_TRANSLATE_NOOP("kvn::System", "the file could not be read to its end")) + ": " + reason);
+}
+
+FileBytes notAFile() {
+  return failed(State::NotAFile, translated(QT_TRANSLATE_NOOP("kvn::System", "not a regular file")));
+}
 
 #if defined(_WIN32)
 
-QString replace(std::filesystem::path const& target, std::string const& bytes) {
-  QSaveFile file(QString::fromStdWString(target.wstring()));
-  bool const written =
-      file.open(QIODevice::WriteOnly) &&
-      file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) && file.commit();
-  return written ? QString() : file.errorString();
+FileBytes readNative(std::filesystem::path const& name) {
+  std::error_code error;
+  auto const status = std::filesystem::status(name, error);
+  if (!std::filesystem::exists(status)) return missing();
+  if (!std::filesystem::is_regular_file(status)) return notAFile();
+  std::ifstream stream(name, std::ios::binary);
+  if (!stream.is_open()) return unreadable(errno);
+  std::ostringstream bytes;
+  if (stream.peek() != std::ifstream::traits_type::eof()) bytes << stream.rdbuf();
+  if (stream.bad() || bytes.fail()) return broken(worded(EIO));
+  return {State::Whole, bytes.str(), {}};
 }
 
 #else
 
-bool writeAll(int file, std::string const& bytes) {
-  for (std::size_t done = 0; done < bytes.size();) {
-    ssize_t const count = ::write(file, bytes.data() + done, bytes.size() - done);
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : file(number) {}
+  Descriptor(Descriptor const&) = delete;
+  Descriptor& operator=(Descriptor const&) = delete;
+  ~Descriptor() {
+    if (file >= 0) ::close(file);
+  }
+  int number() const { return file; }
+
+ private:
+  int file;
+};
+
+constexpr int kShrunk = -1;
+
+/// Reads on until the end; the system's number of the error, 0 when there was none, `kShrunk` when the file has become
+/// shorter: somebody else is making it anew, and what is missing would be missing without a word.
+int readAll(int file, std::size_t expected, std::string& bytes) {
+  constexpr std::size_t kPiece = std::size_t{1} << 16U;
+  std::size_t size = 0;
+  bytes.resize(expected + 1);  // one more, so that the end shows without another piece
+  for (;;) {
+    if (size == bytes.size()) bytes.resize(size + kPiece);
+    ssize_t const count = ::read(file, bytes.data() + size, bytes.size() - size);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    done += static_cast<std::size_t>(count);
+    if (count < 0) return errno;
+    if (count == 0) break;
+    size += static_cast<std::size_t>(count);
   }
-  return ::fsync(file) == 0;
+  bytes.resize(size);
+  return size < expected ? kShrunk : 0;
 }
 
-/// The rights of the old file; those that the process gives to new files when there is none.
-mode_t rightsFor(std::filesystem::path const& target) {
-  struct stat old {};
-  if (::stat(target.c_str(), &old) == 0) return old.st_mode & 07777U;
-  mode_t const mask = ::umask(0);
-  ::umask(mask);
-  return 0666U & ~mask;
-}
-
-// Written beside the old file and renamed over it. Not QSaveFile: it encodes the name with the local 8-bit codec, which
-// need not be that of the file system.
-QString replace(std::filesystem::path const& target, std::string const& bytes) {
-  std::error_code none;
-  if (std::filesystem::exists(target, none) && !std::filesystem::is_regular_file(target, none)) {
-    return QStringLiteral("not a regular file");
+FileBytes readNative(std::string const& name) {
+  // Asked before it is opened, since opening a pipe may wait for ever, and again afterwards, since it may have changed.
+  struct stat status {};
+  if (name.empty() || ::stat(name.c_str(), &status) != 0) {
+    bool const isMissing = name.empty() || errno == ENOENT || errno == ENOTDIR;
+    return isMissing ? missing() : unreadable(errno);
   }
-  // Not the name of the file with something behind it, which could be too long.
-  std::string name = (target.parent_path() / ".kelvane-XXXXXX").string();
-  int const file = ::mkstemp(name.data());
-  if (file < 0) return lastError();
-  bool const written = writeAll(file, bytes) && ::fchmod(file, rightsFor(target)) == 0;
-  QString error = written ? QString() : lastError();
-  ::close(file);
-  if (written && ::rename(name.c_str(), target.c_str()) == 0) return {};
-  if (error.isEmpty()) error = lastError();
-  ::unlink(name.c_str());
-  return error;
+  if (!S_ISREG(status.st_mode)) return notAFile();
+  Descriptor const file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (file.number() < 0 || ::fstat(file.number(), &status) != 0) return unreadable(errno);
+  if (!S_ISREG(status.st_mode)) return notAFile();
+  FileBytes result;
+  if (int const error = readAll(file.number(), static_cast<std::size_t>(status.st_size), result.bytes)) {
+    return broken(error == kShrunk ? translated(QT_TRANSLATE_NOOP("kvn::System", "it has become shorter meanwhile"))
+                                   : worded(error));
+  }
+  result.state = State::Whole;
+  return result;
 }
 
 #endif
 
 }  // namespace
 
-std::string nativePath(std::string const& path) {
-#if defined(_WIN32)
-  return path;
-#else
-  QByteArray charset(nl_langinfo(CODESET));
-  if (charset.isEmpty() || charset == "ANSI_X3.4-1968" || charset == "US-ASCII") charset = "UTF-8";
-  QTextCodec const* const names = QTextCodec::codecForName(charset);
-  if (names == nullptr || names == QTextCodec::codecForLocale()) return path;
-  return names->fromUnicode(HTextCodec::FromLocal8Bit(path)).toStdString();
-#endif
-}
+FileBytes readFile(QString const& path) { return readNative(nativePathOf(path)); }
+FileBytes readLocalFile(std::string const& localPath) { return readNative(nativePath(localPath)); }
 
 void createFolderOf(QString const& path) {
   std::error_code ignored;  // what could not be created shows when the file is written
-  std::filesystem::create_directories(nativeFile(path).parent_path(), ignored);
-}
-
-std::optional<std::string> readFile(QString const& path) {
-  std::filesystem::path const file = nativeFile(path);
-  std::error_code none;
-  if (!std::filesystem::is_regular_file(file, none)) return std::nullopt;
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream bytes;
-  if (stream.peek() != std::ifstream::traits_type::eof()) bytes << stream.rdbuf();
-  if (!stream.is_open() || stream.bad() || bytes.fail()) return std::nullopt;
-  return bytes.str();
-}
-
-QString replaceFile(QString const& path, std::string const& bytes) {
-  if (HTextCodec::FromLocal8Bit(HTextCodec::ToLocal8Bit(path)) != path) {
-    return QStringLiteral("%1: the name cannot be written in the local encoding").arg(path);
-  }
-  std::filesystem::path target = nativeFile(path);
-  std::error_code none;
-  // A link stays a link: what it leads to is replaced.
-  if (std::filesystem::is_symlink(target, none)) target = std::filesystem::canonical(target, none);
-  QString const error = target.empty() ? QStringLiteral("the link leads nowhere") : replace(target, bytes);
-  return error.isEmpty() ? QString() : QStringLiteral("%1: %2").arg(path, error);
+  std::filesystem::path const folder = std::filesystem::path(nativePathOf(path)).parent_path();
+  if (!folder.empty()) std::filesystem::create_directories(folder, ignored);
 }
 
 }  // namespace utils

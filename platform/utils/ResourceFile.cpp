@@ -1,5 +1,4 @@
-#include <utils/FileText.h>
-#include <utils/HTextCodec.h>
+#include <utils/FileName.h>
 #include <utils/ResourceFile.h>
 
 #include <dlfcn.h>
@@ -13,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path native(QString const& path) { return nativePath(HTextCodec::ToLocal8Bit(path)); }
+fs::path native(QString const& path) { return nativePathOf(path); }
 
 /// Any address of the library will do to ask the loader where the library is.
 fs::path folderOfLibrary() {
@@ -25,8 +24,11 @@ fs::path folderOfLibrary() {
   return error ? fs::path() : file.parent_path();
 }
 
+bool fromWorkingDirectory = true;
+
 std::vector<fs::path> installations() {
-  std::vector<fs::path> all{fs::path()};
+  std::vector<fs::path> all;
+  if (fromWorkingDirectory) all.emplace_back();
   if (QCoreApplication::instance() != nullptr) all.push_back(native(QCoreApplication::applicationDirPath()));
   static fs::path const library = folderOfLibrary();
   if (!library.empty()) all.insert(all.end(), {library / KELVANE_DATA_FROM_LIBRARY, library / "../share/kelvane"});
@@ -41,6 +43,9 @@ std::vector<fs::path> candidates(QString const& relative) {
 }
 
 }  // namespace
+
+void setResourcesFromWorkingDirectory(bool value) { fromWorkingDirectory = value; }
+bool areResourcesFromWorkingDirectory() { return fromWorkingDirectory; }
 
 std::string resourceFile(QString const& relative) {
   for (fs::path const& candidate : candidates(relative)) {

@@ -72,6 +72,38 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   }
 }
 
+TEST(CommandLine, OpensAndWritesFilesAsAShellKnowsThem) {
+  Program const program;
+  program.write("net.in2", "2,3,2\nA,1000,1000\nB,1000,1200\nA\nB,L,0.0000\nP,L,315.0000\nP,S,141.42\n");
+  struct Case {
+    char const* command;
+    int exitCode;
+    char const* out;
+    char const* err;
+  };
+  Case const cases[] = {
+      // A name in Latin-1, which is no text in UTF-8.
+      {R"sh(n=$(printf 'raw\351.in2'); cp net.in2 "$n"; "$KELVANE" convert "$n" "2$n" && test -s "2$n" && ls | wc -l)sh",
+       0, "3\n", ""},
+      {R"sh("$KELVANE" show "$(printf 'none\351.in2')")sh", 1, "", "kelvane: none\\xE9.in2: no such file\n"},
+      {R"sh(rm -f *2raw* raw*; mkfifo p.dat; cat p.dat & "$KELVANE" convert net.in2 p.dat 2> /dev/null; wait)sh", 0,
+       "A,,1000.0000,1000.0000,0.0000\nB,,1200.0000,1000.0000,0.0000", ""},
+      {R"sh(ln -s /dev/stdout out.dat; echo first; "$KELVANE" convert net.in2 out.dat 2> /dev/null)sh", 0,
+       "first\nA,,1000.0000,1000.0000,0.0000\nB,,1200.0000,1000.0000,0.0000", ""},
+      {R"sh(cp net.in2 kept.in2; chmod 444 kept.in2; "$KELVANE" convert net.in2 kept.in2)sh", 1, "",
+       "Error: kept.in2 was not written: the file is write-protected\n"},
+      {R"sh((ulimit -f 0; "$KELVANE" convert net.in2 large.in2))sh", 1, "",
+       "Error: large.in2 was not written: File too large\n"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.command);
+    test::Run const run = program.shell(c.command);
+    EXPECT_EQ(run.exitCode, c.exitCode);
+    EXPECT_EQ(run.out, c.out);
+    EXPECT_EQ(run.err, c.err);
+  }
+}
+
 TEST(CommandLine, CheckTellsWhatAnAdjustmentWouldRunInto) {
   Program const program;
   // A square of 100 m: all sides and diagonals are seen; P is seen from A alone.

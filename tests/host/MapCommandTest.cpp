@@ -3,6 +3,7 @@
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
+#include <osg/Version>
 
 namespace {
 
@@ -43,6 +44,24 @@ TEST(MapCommand, DrawsEveryKindOfFile) {
     EXPECT_EQ(run.json()["lines"].asUInt(), test.lines) << test.file.toStdString();
     EXPECT_EQ(sizeOf(program.read("图/map.png")), "300x200");
   }
+}
+
+TEST(MapCommand, RunsNothingThatLiesInTheWorkingDirectory) {
+  Program const clean;
+  clean.write("net.dat", "A,,0,0,0\nB,,100,100,0");
+  test::Run const good = clean.run({"map", "net.dat", "map.png", "--size", "300x200"});
+  ASSERT_EQ(good.exitCode, 0) << good.err;
+  Program const planted;
+  planted.write("net.dat", "A,,0,0,0\nB,,100,100,0");
+  for (char const* plugIn : {"png", "freetype", "glsl"}) {
+    planted.write(QString("osgPlugins-%1/osgdb_%2.so").arg(osgGetVersion(), plugIn), "no library");
+  }
+  for (char const* shader : {"vert", "frag"})
+    planted.write(QString("shaders/osgText_Text.%1").arg(shader), "void main() {}");
+  test::Run const run = planted.run({"map", "net.dat", "map.png", "--size", "300x200"});
+  EXPECT_EQ(run.out, good.out);
+  EXPECT_EQ(run.err, good.err);
+  EXPECT_TRUE(planted.read("map.png") == clean.read("map.png")) << "names drawn by a foreign shader";
 }
 
 TEST(MapCommand, LeavesOutAndTellsWhatHasNoCoordinates) {

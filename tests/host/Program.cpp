@@ -18,13 +18,20 @@ Json::Value Run::json() const {
 }
 
 Run Program::run(QStringList const& arguments, std::string const& input) const {
+  return start(KELVANE_HOST_PROGRAM, arguments, input);
+}
+
+Run Program::shell(QString const& command) const { return start("/bin/sh", {"-c", command}, {}); }
+
+Run Program::start(QString const& program, QStringList const& arguments, std::string const& input) const {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert("HOME", homeDirectory.path());
+  environment.insert("KELVANE", KELVANE_HOST_PROGRAM);
   environment.insert("XDG_CONFIG_HOME", homeDirectory.filePath(".config"));
   QProcess process;
   process.setProcessEnvironment(environment);
   process.setWorkingDirectory(directory.path());
-  process.start(KELVANE_HOST_PROGRAM, arguments);
+  process.start(program, arguments);
   process.write(QByteArray::fromStdString(input));
   process.closeWriteChannel();
   Run run;

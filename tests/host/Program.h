@@ -19,6 +19,8 @@ struct Run {
 class Program {
  public:
   Run run(QStringList const& arguments, std::string const& input = {}) const;
+  /// Runs a command of the shell, in which the program is "$KELVANE".
+  Run shell(QString const& command) const;
   /// Writes a file into the working directory of the program.
   void write(QString const& name, std::string const& bytes) const;
   std::string read(QString const& name) const;
@@ -26,6 +28,8 @@ class Program {
   QStringList home() const;
 
  private:
+  Run start(QString const& program, QStringList const& arguments, std::string const& input) const;
+
   QTemporaryDir homeDirectory;
   QTemporaryDir directory;
 };

@@ -20,6 +20,10 @@ TEST(ResourceFile, TheWorkingDirectoryComesBeforeWhatCameWithTheLibrary) {
   std::string const own = utils::resourceFile(kIcon);
   std::string const dotted = utils::resourceFile(QStringLiteral(".\\") + kIcon);
   std::vector<std::string> const folders = utils::resourceFolders("config\\earth");
+  utils::setResourcesFromWorkingDirectory(false);
+  EXPECT_EQ(utils::resourceFile(kIcon), shipped) << "a program that opens a job beside somebody else's files";
+  EXPECT_EQ(utils::resourceFolders("config\\earth").size(), folders.size() - 1);
+  utils::setResourcesFromWorkingDirectory(true);
   QDir::setCurrent(before);
   EXPECT_EQ(test::fileBytes(QString::fromStdString(shipped)).substr(1, 3), "PNG");
   EXPECT_EQ(own, "config/earth/img/kvn_stationpoint.png");

@@ -1,7 +1,9 @@
 #include "support/Support.h"
 
 #include <json/reader.h>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <sstream>
 
 namespace test {
@@ -33,6 +35,7 @@ std::string fileBytes(QString const& path) {
 }
 
 void writeFile(QString const& path, std::string const& bytes) {
+  QDir().mkpath(QFileInfo(path).path());
   QFile file(path);
   if (file.open(QIODevice::WriteOnly)) file.write(bytes.data(), static_cast<qint64>(bytes.size()));
 }

@@ -44,7 +44,7 @@ QString samplePath(QString const& name);
 /// Bytes of a whole file; empty when it is not there.
 std::string fileBytes(QString const& path);
 
-/// Writes a file of the test's own.
+/// Writes a file of the test's own, in a folder that is made where it is not there.
 void writeFile(QString const& path, std::string const& bytes);
 
 }  // namespace test

@@ -1,6 +1,7 @@
 #include <mvz/detail/Decoration.h>
 #include <mvz/detail/MapFont.h>
 #include <mvz/detail/PlanScale.h>
+#include <utils/InstalledCode.h>
 
 #include <osg/Geometry>
 #include <osgText/Text>
@@ -51,6 +52,7 @@ osg::ref_ptr<osg::Geometry> box(float left, float bottom, float right, float top
 }
 
 osg::ref_ptr<osgText::Text> text(std::string const& utf8, osg::Vec2 const& place) {
+  utils::InstalledCode const guard;
   osg::ref_ptr<osgText::Text> label = new osgText::Text;
   if (!mapFontFile().empty()) label->setFont(mapFontFile());
   label->setText(utf8, osgText::String::ENCODING_UTF8);

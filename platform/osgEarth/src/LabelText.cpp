@@ -2,6 +2,8 @@
 
 #include "SharedCache.h"
 
+#include <utils/InstalledCode.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -22,6 +24,7 @@ osg::ref_ptr<osgText::Font> fontOf(std::string const& file) {
   std::lock_guard<std::mutex> const hold(*mutex);
   auto const found = fonts->find(file);
   if (found != fonts->end()) return found->second;
+  utils::InstalledCode const guard;
   return fonts->emplace(file, osgText::readRefFontFile(file)).first->second;
 }
 
@@ -141,6 +144,7 @@ void LabelText::placeBeside(osg::BoundingBox const& icon) {
 }
 
 osg::StateSet* LabelText::createStateSet() {
+  utils::InstalledCode const guard;
   osg::ref_ptr<osg::StateSet> const common = osgText::Text::createStateSet();
   if (!common.valid()) return nullptr;
   // Never destroyed: nodes of a host may outlive the statics of this library.

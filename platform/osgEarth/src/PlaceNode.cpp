@@ -4,6 +4,7 @@
 #include "PlaceIcon.h"
 #include "SharedCache.h"
 
+#include <utils/InstalledCode.h>
 #include <osgEarth/PlaceNode>
 
 namespace osgEarth {
@@ -71,6 +72,7 @@ void PlaceNode::buildLabel() {
   osg::BoundingBox const beside = icon_.valid() ? icon_->getBoundingBox() : osg::BoundingBox();
   osg::ref_ptr<LabelText> label;
   if (!shownText().empty()) {
+    utils::InstalledCode const guard;  // around the constructor of the base too
     label = new LabelText(shownText(), getStyle().get<TextSymbol>(), beside);
     label->priority = getPriority();
     label->setDataVariance(getDataVariance());

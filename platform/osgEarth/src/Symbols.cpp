@@ -1,6 +1,8 @@
+#include <utils/InstalledCode.h>
 #include <osgEarth/Style>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <mutex>
 #include <osgDB/FileUtils>
@@ -19,7 +21,8 @@ osg::ref_ptr<osg::Image> readImage(URI const& uri) {
   auto const found = cache->find(path);
   if (found != cache->end()) return found->second;
   if (!osgDB::fileExists(path)) return nullptr;
-  osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(path);
+  utils::InstalledCode const guard;
+  osg::ref_ptr<osg::Image> image = osgDB::readRefImageFile(std::filesystem::absolute(path).string());
   if (image.valid()) cache->emplace(path, image);
   return image;
 }

@@ -1,0 +1,342 @@
+// Replacing a file: the new one is written without a name, or beside the old one, and takes its place when it is whole.
+#include <utils/FileText.h>
+
+#include <QCoreApplication>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#if defined(_WIN32)
+#include <QSaveFile>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <csignal>
+#include <ctime>
+#include <random>
+#endif
+
+namespace utils {
+namespace {
+
+namespace fs = std::filesystem;
+
+QString translated(char const* text) { return QCoreApplication::translate("kvn::System", text); }
+
+#if defined(_WIN32)
+
+QString replace(std::string const& name, std::string const& bytes) {
+  QSaveFile file(QString::fromLocal8Bit(name.c_str()));
+  bool const written =
+      file.open(QIODevice::WriteOnly) &&
+      file.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size()) && file.commit();
+  return written ? QString() : file.errorString();
+}
+
+#else
+
+QString worded(int error) { return QString::fromStdString(std::generic_category().message(error)); }
+
+/// Signals that a thread does not take for a while. What has come by then is taken afterwards, or thrown away.
+class HeldSignals {
+ public:
+  enum class Afterwards { Taken, ThrownAway };
+
+  HeldSignals(std::initializer_list<int> numbers, Afterwards what) : afterwards(what) {
+    sigemptyset(&held);
+    for (int const number : numbers) sigaddset(&held, number);
+    sigpending(&pendingBefore);
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+  }
+  HeldSignals(HeldSignals const&) = delete;
+  HeldSignals& operator=(HeldSignals const&) = delete;
+  ~HeldSignals() {
+    int const error = errno;
+    if (afterwards == Afterwards::ThrownAway) throwAway();
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    errno = error;
+  }
+
+ private:
+  void throwAway() {
+    sigset_t mine = held;
+    for (int signal = 1; signal < NSIG; ++signal) {
+      if (sigismember(&pendingBefore, signal) == 1) sigdelset(&mine, signal);
+    }
+    timespec const now{};
+    while (sigtimedwait(&mine, nullptr, &now) > 0) {
+    }
+  }
+
+  Afterwards afterwards;
+  sigset_t held{};
+  sigset_t before{};
+  sigset_t pendingBefore{};
+};
+
+// The name of the file that is being written, for a signal handler; it may only look at what is there already.
+std::array<char, PATH_MAX> unfinishedName{};
+volatile std::sig_atomic_t hasUnfinished = 0;
+
+/// What asks a program to end. It waits for the few calls in which a file has a name that `removeUnfinishedFile` does
+/// not know yet, or no more.
+class HeldEnd : HeldSignals {
+ public:
+  HeldEnd() : HeldSignals({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}, Afterwards::Taken) {}
+};
+
+void rememberUnfinished(std::string const& name) {
+  if (name.size() >= unfinishedName.size()) return;
+  std::copy_n(name.c_str(), name.size() + 1, unfinishedName.begin());
+  hasUnfinished = 1;
+}
+
+void forgetUnfinished() { hasUnfinished = 0; }
+
+/// The system's number of the error; 0 when there was none.
+int writeAll(int file, std::string const& bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    ssize_t const count = ::write(file, bytes.data() + done, bytes.size() - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    done += static_cast<std::size_t>(count);
+  }
+  return 0;
+}
+
+/// A name in the folder that nobody has. Not the name of the file with something behind it, which could be too long.
+std::string freshName(fs::path const& folder) {
+  static char const letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+  std::random_device source;
+  std::uniform_int_distribution<std::size_t> any(0, sizeof letters - 2);
+  std::string name = ".kelvane-";
+  for (int i = 0; i < 12; ++i) name += letters[any(source)];
+  return (folder / name).string();
+}
+
+/// The new file until it takes its place; what has not is removed.
+class NewFile {
+ public:
+  NewFile() = default;
+  NewFile(NewFile const&) = delete;
+  NewFile& operator=(NewFile const&) = delete;
+  ~NewFile() {
+    if (file >= 0) ::close(file);
+    if (name.empty()) return;
+    HeldEnd const held;
+    ::unlink(name.c_str());
+    forgetUnfinished();
+  }
+
+  int number() const { return file; }
+  bool isAnonymous() const { return name.empty(); }
+
+  int createAnonymous(fs::path const& folder, mode_t mode) {
+#if defined(O_TMPFILE)
+    file = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
+    return file >= 0 ? 0 : errno;
+#else
+    return EOPNOTSUPP;
+#endif
+  }
+
+  int createNamed(fs::path const& folder, mode_t mode) {
+    std::string const wanted = freshName(folder);
+    HeldEnd const held;
+    file = ::open(wanted.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, mode);
+    if (file < 0) return errno;
+    take(wanted);
+    return 0;
+  }
+
+  /// Gives an anonymous file a name. The operating system has no call by which it could take the place of another one.
+  bool link(std::string const& wanted) const {
+    std::string const self = "/proc/self/fd/" + std::to_string(file);
+    return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, wanted.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  }
+
+  bool linkAside(fs::path const& folder) {
+    std::string const wanted = freshName(folder);
+    if (!link(wanted)) return false;
+    take(wanted);
+    return true;
+  }
+
+  bool rename(std::string const& target) {
+    if (::rename(name.c_str(), target.c_str()) != 0) return false;
+    name.clear();
+    forgetUnfinished();
+    return true;
+  }
+
+ private:
+  void take(std::string const& wanted) {
+    name = wanted;
+    rememberUnfinished(wanted);
+  }
+
+  int file = -1;
+  std::string name;
+};
+
+/// Mode and group of the old file, and its owner where the process may give files away. With another owner it must not
+/// run with the rights of this one.
+int keepRights(int file, struct stat const& old) {
+  struct stat fresh {};
+  if (::fstat(file, &fresh) != 0) return errno;
+  if (fresh.st_gid != old.st_gid && ::fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) return errno;
+  bool const isOwned = fresh.st_uid == old.st_uid || ::fchown(file, old.st_uid, static_cast<gid_t>(-1)) == 0;
+  mode_t const mode = old.st_mode & (isOwned ? 07777U : 01777U);
+  return ::fchmod(file, mode) == 0 ? 0 : errno;
+}
+
+int syncFolder(fs::path const& folder) {
+  int const handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle < 0) return errno == EACCES ? 0 : errno;  // a folder that may be written but not listed
+  int error = ::fsync(handle) == 0 ? 0 : errno;
+  ::close(handle);
+  if (error == EINVAL || error == ENOTSUP) error = 0;  // file systems that know nothing of it
+  return error;
+}
+
+struct Target {
+  std::string name;
+  fs::path folder;
+  bool isThere = false;
+  struct stat status {};
+};
+
+// Errors of the system are positive.
+constexpr int kNoAnonymousFiles = -1;
+
+int place(NewFile& fresh, Target const& target) {
+  if (fresh.isAnonymous()) {
+    if (!target.isThere && fresh.link(target.name)) return 0;
+    HeldEnd const held;
+    if (!fresh.linkAside(target.folder)) return kNoAnonymousFiles;
+    return fresh.rename(target.name) ? 0 : errno;
+  }
+  return fresh.rename(target.name) ? 0 : errno;
+}
+
+int fill(NewFile& fresh, Target const& target, std::string const& bytes) {
+  if (int const error = writeAll(fresh.number(), bytes)) return error;
+  if (target.isThere) {
+    if (int const error = keepRights(fresh.number(), target.status)) return error;
+  }
+  return ::fsync(fresh.number()) == 0 ? 0 : errno;
+}
+
+/// What kernels and file systems say that have no files without a name.
+bool saysNoAnonymousFiles(int error) { return error == EOPNOTSUPP || error == EISDIR || error == EINVAL; }
+
+int putInPlace(Target const& target, std::string const& bytes, bool anonymous) {
+  // Nobody else may open it before it has the rights of the old one.
+  mode_t const mode = target.isThere ? 0600 : 0666;
+  NewFile fresh;
+  int error = anonymous ? fresh.createAnonymous(target.folder, mode) : fresh.createNamed(target.folder, mode);
+  if (anonymous && saysNoAnonymousFiles(error)) return kNoAnonymousFiles;
+  if (error == 0) error = fill(fresh, target, bytes);
+  if (error == 0) error = place(fresh, target);
+  return error;
+}
+
+int replaceWhole(Target const& target, std::string const& bytes) {
+  int error = putInPlace(target, bytes, true);
+  if (error == kNoAnonymousFiles) error = putInPlace(target, bytes, false);
+  return error == 0 ? syncFolder(target.folder) : error;
+}
+
+/// To a pipe, a device or a file that the process has open, such as its standard output.
+int writeThrough(int file, std::string const& bytes) {
+  if (file < 0) return errno;
+  int error = writeAll(file, bytes);
+  if (::close(file) != 0 && error == 0) error = errno;
+  return error;
+}
+
+/// What a name leads to when its links are followed.
+struct End {
+  fs::path path;
+  int openFile = -1;  ///< number of the open file of this process that it stands for, as /dev/stdout does
+};
+
+End endOf(fs::path path) {
+  constexpr int kMostLinks = 40;  // as the operating system has it
+  fs::path const openFiles = "/proc/" + std::to_string(::getpid()) + "/fd";
+  std::error_code none;
+  for (int i = 0; i < kMostLinks && fs::is_symlink(path, none); ++i) {
+    fs::path const folder = fs::canonical(path.has_parent_path() ? path.parent_path() : fs::path("."), none);
+    if (folder == openFiles) return {path, std::stoi(path.filename().string())};
+    path = folder / fs::read_symlink(path, none);
+  }
+  return {path, -1};
+}
+
+/// Why a regular file must not be replaced; empty when it may.
+QString objection(Target const& target) {
+  // The superuser may write everything, but has the protection in mind just the same.
+  bool const isProtected =
+      (target.status.st_mode & 0222U) == 0 || ::faccessat(AT_FDCWD, target.name.c_str(), W_OK, AT_EACCESS) != 0;
+  if (isProtected) return translated(QT_TRANSLATE_NOOP("kvn::System", "the file is write-protected"));
+  if (target.status.st_nlink > 1) {
+    return translated(QT_TRANSLATE_NOOP("kvn::System",
+                                        "the file has a second name (a hard link), which would keep the old contents"));
+  }
+  return {};
+}
+
+QString replace(std::string const& name, std::string const& bytes) {
+  if (name.empty()) {
+    return translated(QT_TRANSLATE_NOOP("kvn::System", "the name cannot be written in the encoding of file names"));
+  }
+  // A pipe whose reader has gone and a limit to the size of files are errors here and not the end of the process.
+  HeldSignals const held({SIGPIPE, SIGXFSZ}, HeldSignals::Afterwards::ThrownAway);
+  End const end = endOf(name);
+  Target target;
+  if (end.openFile >= 0) {
+    int const error = writeThrough(::fcntl(end.openFile, F_DUPFD_CLOEXEC, 0), bytes);
+    return error == 0 ? QString() : worded(error);
+  }
+  target.name = end.path.string();
+  target.folder = end.path.has_parent_path() ? end.path.parent_path() : fs::path(".");
+  target.isThere = ::stat(target.name.c_str(), &target.status) == 0;
+  if (!target.isThere && errno != ENOENT) return worded(errno);
+  if (!target.isThere && end.path != fs::path(name)) {
+    return translated(QT_TRANSLATE_NOOP("kvn::System", "the link leads nowhere"));
+  }
+  int error = 0;
+  if (target.isThere && S_ISDIR(target.status.st_mode)) {
+    error = EISDIR;
+  } else if (target.isThere && !S_ISREG(target.status.st_mode)) {
+    error = writeThrough(::open(target.name.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC), bytes);
+  } else {
+    if (QString const reason = target.isThere ? objection(target) : QString(); !reason.isEmpty()) return reason;
+    error = replaceWhole(target, bytes);
+  }
+  return error == 0 ? QString() : worded(error);
+}
+
+#endif
+
+}  // namespace
+
+QString replaceFile(QString const& path, std::string const& bytes) { return replace(nativePathOf(path), bytes); }
+
+QString replaceLocalFile(std::string const& localPath, std::string const& bytes) {
+  return replace(nativePath(localPath), bytes);
+}
+
+void removeUnfinishedFile() noexcept {
+#if !defined(_WIN32)
+  if (hasUnfinished != 0) ::unlink(unfinishedName.data());
+  hasUnfinished = 0;
+#endif
+}
+
+}  // namespace utils
