@@ -95,6 +95,10 @@
         <translation>观测数据为空</translation>
     </message>
     <message>
+        <source>The observations come from a file whose import failed: they are not written over the file that was open before</source>
+        <translation>观测数据来自导入失败的文件，不会覆盖先前打开的文件</translation>
+    </message>
+    <message>
         <source>No instrument job was read into the project</source>
         <translation>项目尚未读入仪器作业文件</translation>
     </message>
