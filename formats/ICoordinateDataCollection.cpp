@@ -6,13 +6,13 @@ namespace kvn {
 
 ICoordinateDataCollection::~ICoordinateDataCollection() = default;
 
-bool ICoordinateDataCollection::read(std::string const& path) {
+bool ICoordinateDataCollection::read(std::string path) {
   std::ifstream stream = detail::openForReading(path);
   read(stream);
   return true;
 }
 
-bool ICoordinateDataCollection::write(std::string const& path) {
+bool ICoordinateDataCollection::write(std::string path) {
   detail::replaceFile(path, [this](std::ostream& stream) { write(stream); });
   return true;
 }
