@@ -311,6 +311,18 @@
         <translation>测站 [%1] 的距离为 0</translation>
     </message>
     <message>
+        <source>Known points without an observation: %1</source>
+        <translation>没有观测值的已知点：%1</translation>
+    </message>
+    <message>
+        <source>Known stations with different heights, of which the first counts: %1</source>
+        <translation>已知测站的高程前后不一致，以第一个为准：%1</translation>
+    </message>
+    <message>
+        <source>Stations that were set up with different instrument heights, of which the first counts: %1</source>
+        <translation>测站各次设站的仪器高不一致，以第一个为准：%1</translation>
+    </message>
+    <message>
         <source>Known points without an observation are left out: %1</source>
         <translation>没有观测值的已知点不参与计算：%1</translation>
     </message>
