@@ -1,5 +1,6 @@
 // Groups and codes in memory.
 #include <gtest/gtest.h>
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <memory>
 
@@ -163,7 +164,11 @@ TEST_F(LegendCodes, AHostReachesTheOperationsByTheirNames) {
   EXPECT_GE(library.metaObject()->indexOfSignal("reloadData()"), 0);
   ASSERT_TRUE(
       QMetaObject::invokeMethod(&library, "addGroup", Q_ARG(QString, "D"), Q_ARG(kvn::AttributeType, kvn::Point)));
+  EXPECT_TRUE(QMetaObject::invokeMethod(&library, "addGroup", Qt::QueuedConnection, Q_ARG(QString, "E"),
+                                        Q_ARG(kvn::AttributeType, kvn::Point)));
   EXPECT_EQ(contentOf(library), "A(a1 a2 a3) B(b1) C() D() + H(h1)");
+  QCoreApplication::sendPostedEvents(&library);
+  EXPECT_EQ(contentOf(library), "A(a1 a2 a3) B(b1) C() D() E() + H(h1)");
 }
 
 }  // namespace
