@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QMetaObject>
+#include <QMetaType>
 #include <memory>
 
 #include "legend/LegendSupport.h"
@@ -162,6 +163,7 @@ TEST_F(LegendCodes, ATypeThatIsNoneKeepsNothing) {
 TEST_F(LegendCodes, AHostReachesTheOperationsByTheirNames) {
   EXPECT_STREQ(library.metaObject()->className(), "kvn::XmlMannager");
   EXPECT_GE(library.metaObject()->indexOfSignal("reloadData()"), 0);
+  EXPECT_NE(QMetaType::type("kvn::AttributeType"), int(QMetaType::UnknownType));
   ASSERT_TRUE(
       QMetaObject::invokeMethod(&library, "addGroup", Q_ARG(QString, "D"), Q_ARG(kvn::AttributeType, kvn::Point)));
   EXPECT_TRUE(QMetaObject::invokeMethod(&library, "addGroup", Qt::QueuedConnection, Q_ARG(QString, "E"),
