@@ -356,8 +356,7 @@ Network tangled(unsigned seed) {
   std::vector<std::vector<kvn::NetworkDataInfo>> stations;
   for (int i = 1; i < count; ++i) {
     if (percent(random) < 5) continue;
-    bool const closes =
-        i == count - 1 && percent(random) < 50;  // on the first station that is known with its back point
+    bool const closes = i == count - 1 && percent(random) < 50;  // on P1, which is known with its back point
     int const fore = closes ? 1 : percent(random) < 90 ? i + 1 : any(random);
     stations.push_back(
         {line(named(i).name, named(i - 1).name, 1.0, 0.0), line(named(i).name, named(fore).name, 2.0, 9.0)});
