@@ -3,6 +3,8 @@
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/TraverseStations.h"
 
+#include <utility>
+
 namespace kvn {
 namespace {
 
@@ -22,9 +24,12 @@ void CloseTraverse::readAlgorithmData(AlgorithmData const& data) {
   yCorrections.clear();
   std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
   for (TraverseInfo& station : list) takeKnown(station.stationPoint);
-  stations = {list[findStart(list)]};
+  std::size_t const start = findStart(list);
+  stations = {list[start]};
   getStations(list);
-  requireKnownEnd();
+  std::vector<TraverseInfo> chain = std::exchange(stations, {});
+  requireClosed(chain);
+  takeChain(std::move(chain), data);
 }
 
 /// Begun at another known station than the one that is oriented, the chain would close on a leg that was measured and
@@ -49,11 +54,12 @@ bool CloseTraverse::getStations(std::vector<TraverseInfo> const& list) {
   return stations.size() == detail::index(stationsCount);
 }
 
-void CloseTraverse::requireKnownEnd() const {
-  TraverseInfo const& last = stations.back();
-  for (PointInfo const* point : {&last.stationPoint, &last.forePoints.front()}) {
-    if (!isKnown(*point)) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, point->name);
-  }
+void CloseTraverse::requireClosed(std::vector<TraverseInfo> const& chain) const {
+  PointInfo const& last = chain.back().stationPoint;
+  if (!isKnown(last)) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, last.name);
+  PointInfo const& fore = chain.back().forePoints.front();
+  if (fore.number == chain.front().stationPoint.number) return;
+  throw AlgorithmException(AlgorithmException::KnownPointNotEnough, fore.name);
 }
 
 bool CloseTraverse::judgeStartStation(TraverseInfo const& station) const { return isKnown(station.stationPoint); }

@@ -27,8 +27,8 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
   /// failure: compare its length with that of the input. A station's first two directions count.
   ///
   /// @throws AlgorithmException StationNotEnough with the name of a station with fewer than two directions or two equal
-  ///         ones; KnownPointNotEnough, name "No start data", when no station is known, and with the name of the last
-  ///         station or its fore point when that is not known.
+  ///         ones; KnownPointNotEnough, name "No start data", when no station is known, with the name of the last
+  ///         station when that is not known, and with the name of its fore point when that is not the first station.
   void readAlgorithmData(AlgorithmData const& data);
 
   /// Whether the angular misclosure is folded into ±π instead of ±2π; off by default. The sum of the outer angles of a
@@ -51,7 +51,7 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
 
  private:
   std::size_t findStart(std::vector<TraverseInfo> const& list) const;
-  void requireKnownEnd() const;
+  void requireClosed(std::vector<TraverseInfo> const& chain) const;
 
   bool foldsToNearest = false;
   int stationsCount = 0;

@@ -30,15 +30,13 @@ void ConnectTraverse::readAlgorithmData(AlgorithmData const& data) {
   std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
-  stations = {list[start]};
-  if (!detail::followForePoints(stations, list)) {
-    throw AlgorithmException(AlgorithmException::DataError, "Data error");
-  }
-  takeEnd();
+  std::vector<TraverseInfo> chain{list[start]};
+  if (!detail::followForePoints(chain, list)) throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  takeEnd(chain.back());
+  takeChain(std::move(chain), data);
 }
 
-void ConnectTraverse::takeEnd() {
-  TraverseInfo& last = stations.back();
+void ConnectTraverse::takeEnd(TraverseInfo& last) const {
   PointInfo& fore = last.forePoints.front();
   if (!isKnown(last.stationPoint) || !isKnown(fore)) throw TraverseEndException(last.stationPoint.name, fore.name);
   takeKnown(last.stationPoint);

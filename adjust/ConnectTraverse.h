@@ -54,7 +54,7 @@ class KELVANE_EXPORT ConnectTraverse : public ClosingTraverse {
   bool judgeStartStation(TraverseInfo const& station) const;
 
  private:
-  void takeEnd();
+  void takeEnd(TraverseInfo& last) const;
   double startAzimuth() const;
   double endAzimuth() const;
 

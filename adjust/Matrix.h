@@ -14,10 +14,10 @@ namespace kvn {
 /// element (i, j), i >= j, at i (i + 1) / 2 + j, all indices from 0.
 class KELVANE_EXPORT Matrix {
  public:
-  Matrix();                                                       ///< 0 by 0
-  Matrix(int r, int c);                                           ///< r rows, c columns, all 0.0
-  Matrix(std::vector<double> const& packed, int n);               ///< n by n from packed storage
-  explicit Matrix(std::vector<std::vector<double>> const& rows);  ///< column count from the first row
+  Matrix();                                              ///< 0 by 0
+  Matrix(int r, int c);                                  ///< r rows, c columns, all 0.0
+  Matrix(std::vector<double> const& packed, int n);      ///< n by n from packed storage
+  Matrix(std::vector<std::vector<double>> const& rows);  ///< column count from the first row
 
   int getRow() const;
   int getColumn() const;
@@ -40,6 +40,11 @@ class KELVANE_EXPORT Matrix {
   ///
   /// @param packed  at least n (n + 1) / 2 elements.
   /// @return        false at a pivot of exactly 0.0; the matrix is then partly transformed and must not be used.
+  ///
+  /// A pivot that only rounding keeps from zero is no 0.0: a remainder of about 1e-16 times what was subtracted there
+  /// passes, the result is true, and elements of the inverse are of the size of its reciprocal. Up to 64 unknowns are
+  /// eliminated one after the other, more of them in blocks, which may leave another remainder or none where the
+  /// processor rounds a product and its subtraction together.
   bool inverse(std::vector<double>& packed, int n) const;
 
  protected:

@@ -3,6 +3,8 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/detail/TraverseStations.h"
 
+#include <utility>
+
 namespace kvn {
 namespace {
 
@@ -20,11 +22,10 @@ void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
   std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
-  stations = {list[start]};
-  bool const ends = detail::followForePoints(stations, list);
-  if (!ends || stations.size() != list.size()) {
-    throw AlgorithmException(AlgorithmException::DataError, "Data error");
-  }
+  std::vector<TraverseInfo> chain{list[start]};
+  bool const ends = detail::followForePoints(chain, list);
+  if (!ends || chain.size() != list.size()) throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  takeChain(std::move(chain), data);
 }
 
 bool OpenTraverse::judgeStartStation(TraverseInfo const& station) const { return isOrientedStart(station); }

@@ -3,12 +3,14 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/detail/Azimuth.h"
 #include "adjust/detail/Missing.h"
+#include "adjust/detail/Unobserved.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
 #include <utils/QLogicError.h>
 
 #include <cmath>
+#include <utility>
 
 namespace kvn {
 
@@ -54,6 +56,11 @@ void SingleTraverse::readKnownPoints(AlgorithmData const& data) {
   for (PointInfo& point : knPoints) point.number = getPointNumber(point.name);
   stations.clear();
   azimuths.clear();
+}
+
+void SingleTraverse::takeChain(std::vector<TraverseInfo> chain, AlgorithmData const& data) {
+  stations = std::move(chain);
+  detail::warnOfUnobserved(data.knPoints, observedNames(data), System::tr("Known points without an observation: %1"));
 }
 
 bool SingleTraverse::isKnown(PointInfo const& point) const { return detail::index(point.number) < knPoints.size(); }

@@ -21,15 +21,18 @@ namespace kvn {
 /// The circle of a station must read less on the back point than on the fore point: that alone tells the two apart. Leg
 /// i runs from station i forward and has the distance of station i.
 ///
-/// Call `readAlgorithmData`, then `calculateAdjust` once, then the result operations. Names of stations and known
-/// points are unique in the input, as its own checks see to.
+/// Call `readAlgorithmData`, then `calculateAdjust` once, then the result operations. A `readAlgorithmData` that fails
+/// leaves no chain. Names of stations and known points are unique in the input, as its own checks see to.
+///
+/// A known point that no observation mentions stays in the list of known points, and one `Warning` lists all of them.
 class KELVANE_EXPORT SingleTraverse : public utils::IProcessCancel {
  public:
   ~SingleTraverse() override;
 
   /// Appends the azimuths of `TraverseSummary` in sexagesimal fields; false when there is none.
   bool getAzimuth(std::vector<Degree>& list) const;
-  /// Replaces the list by the known points; false when there is none.
+  /// Replaces the list by the known points, each with its place in the list as its `number`, those that nothing
+  /// observes included; false when there is none.
   bool getKnPoints(std::vector<PointInfo>& list) const;
   /// The azimuths; no misclosure.
   TraverseSummary getSummary() const;
@@ -50,6 +53,8 @@ class KELVANE_EXPORT SingleTraverse : public utils::IProcessCancel {
 
   /// Counts and known points, which get the first numbers: a number below `knPoints.size()` is the index of its point.
   void readKnownPoints(AlgorithmData const& data);
+  /// The end of reading: the chain, with a `Warning` that lists the known points that no observation mentions.
+  void takeChain(std::vector<TraverseInfo> chain, AlgorithmData const& data);
   bool isKnown(PointInfo const& point) const;
   /// The known point of that number in its place, if there is one.
   void takeKnown(PointInfo& point) const;

@@ -5,10 +5,10 @@
 #include "adjust/detail/Missing.h"
 #include "adjust/detail/PairTable.h"
 #include "adjust/detail/Poll.h"
+#include "adjust/detail/Unobserved.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
-#include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -40,18 +40,6 @@ bool countsFit(AlgorithmData const& input, NameIndex const& observed) {
   for (StationInfo const& station : input.stations) directions += station.directions.size();
   return index(input.stationsCount) == input.stations.size() && index(input.directionsCount) == directions &&
          input.pointsCount == observed.size();
-}
-
-void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameIndex const& observed) {
-  QStringList names;
-  for (PointInfo const& point : knownPoints) {
-    if (!observed.contains(point.name)) names.append(QString::fromStdString(point.name));
-  }
-  System const* const system = System::Instance();
-  if (names.isEmpty() || system == nullptr) return;
-  system->sendMessage(
-      System::tr("Known points without an observation are left out: %1").arg(names.join(QStringLiteral(", "))),
-      Warning);
 }
 
 }  // namespace
@@ -102,7 +90,8 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
   readDistances(distances);
   readControlDistances(collectDistances(input, true, poll));
   indexObservations();
-  warnOfUnobserved(input.knPoints, observed);
+  detail::warnOfUnobserved(input.knPoints, observed,
+                           System::tr("Known points without an observation are left out: %1"));
 }
 
 /// The merged distances that have an end that is not known or, for `control`, those between two known points.

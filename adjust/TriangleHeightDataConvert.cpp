@@ -1,6 +1,36 @@
 #include "adjust/TriangleHeightDataConvert.h"
 
+#include "adjust/detail/Missing.h"
+#include "core/System.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <utility>
+
 namespace kvn {
+namespace {
+
+/// Stations that come again with another value than at first, each once.
+QStringList namesWithSeveral(std::vector<TriangleStationData> const& stations, double TriangleStationData::*value) {
+  NameIndex names;
+  std::vector<double> first;
+  NameIndex several;
+  for (TriangleStationData const& station : stations) {
+    std::size_t const number = detail::index(names.numberOf(station.name));
+    if (number == first.size()) first.push_back(station.*value);
+    if (station.*value != first[number]) several.numberOf(station.name);
+  }
+  QStringList list;
+  for (std::string const& name : several.names()) list.append(QString::fromStdString(name));
+  return list;
+}
+
+void warn(QString const& text, QStringList const& names) {
+  System const* const system = System::Instance();
+  if (!names.isEmpty() && system != nullptr) system->sendMessage(text.arg(names.join(QStringLiteral(", "))), Warning);
+}
+
+}  // namespace
 
 TriangleHeightDataConvert::TriangleHeightDataConvert() = default;
 TriangleHeightDataConvert::TriangleHeightDataConvert(TriangleHeightDataConvert const&) = default;
@@ -9,10 +39,18 @@ TriangleHeightDataConvert::~TriangleHeightDataConvert() = default;
 
 void TriangleHeightDataConvert::setTriangleHeightDataRead(TriangleHeightDataRead const& read) {
   triangleViewData = read.getTriangleViewData();
+  std::vector<TriangleStationData> stations = read.getTriangleStationData();
+  warn(System::tr("Stations that were set up with different instrument heights, of which the first counts: %1"),
+       namesWithSeveral(stations, &TriangleStationData::instrumentHeight));
+  stations.erase(std::remove_if(stations.begin(), stations.end(),
+                                [](TriangleStationData const& station) { return station.state == 1; }),
+                 stations.end());
+  warn(System::tr("Known stations with different heights, of which the first counts: %1"),
+       namesWithSeveral(stations, &TriangleStationData::height));
   triangleStationData.clear();
   NameIndex known;
-  for (TriangleStationData& station : read.getTriangleStationData()) {
-    if (station.state == 1 || known.contains(station.name)) continue;
+  for (TriangleStationData& station : stations) {
+    if (known.contains(station.name)) continue;
     known.numberOf(station.name);
     triangleStationData.push_back(std::move(station));
   }

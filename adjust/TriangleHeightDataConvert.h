@@ -9,7 +9,9 @@
 
 namespace kvn {
 
-/// The known stations, each once however often it was occupied (its first entry counts), and all lines.
+/// The known stations, each once however often it was occupied (its first entry counts), and all lines. A `Warning`
+/// lists the known stations whose entries have different heights, and another one the stations that were set up with
+/// different instrument heights, which the reduction takes from their first entries too.
 class KELVANE_EXPORT TriangleHeightDataConvert {
  public:
   TriangleHeightDataConvert();

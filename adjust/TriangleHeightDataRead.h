@@ -30,7 +30,7 @@ namespace kvn {
 class KELVANE_EXPORT TriangleHeightDataRead {
  public:
   TriangleHeightDataRead();  ///< as `TriangleHeightDataRead(FullCircleZenith)`
-  explicit TriangleHeightDataRead(VerticalAngleType type);
+  TriangleHeightDataRead(VerticalAngleType type);
   TriangleHeightDataRead(TriangleHeightDataRead const&);
   TriangleHeightDataRead& operator=(TriangleHeightDataRead const&);
   ~TriangleHeightDataRead();

@@ -15,8 +15,8 @@ namespace kvn {
 class KELVANE_EXPORT Configure {
  public:
   Configure();
-  explicit Configure(tinyxml2::XMLElement const* element);
-  explicit Configure(Json::Value const& value);
+  Configure(tinyxml2::XMLElement const* element);
+  Configure(Json::Value const& value);
 
   /// Standard error of one direction, seconds of arc, above 0. Twice the value weighs directions four times less
   /// against distances.

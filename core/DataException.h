@@ -12,7 +12,7 @@ namespace kvn {
 /// under the wrong suffix. The text names the line or the point to look at.
 class KELVANE_EXPORT DataException : public std::exception {
  public:
-  explicit DataException(std::string message);           ///< `what()` is the message unchanged
+  DataException(std::string message);                    ///< `what()` is the message unchanged
   DataException(int line, std::string message);          ///< `what()` is "line N message"
   DataException(std::string name, std::string message);  ///< `what()` is "line 0 message name:NAME"
   ~DataException() override;

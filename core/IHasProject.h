@@ -12,7 +12,7 @@ class KELVANE_EXPORT IHasProject {
   /// Looks for a project through the Qt parents. A constructor runs before the derived QObject can be seen, so the
   /// search usually succeeds only later, in `getProject`.
   IHasProject();
-  explicit IHasProject(Project* project);
+  IHasProject(Project* project);
   virtual ~IHasProject();
 
   /// The stored project, else the one of the nearest Qt ancestor that is an `IHasProject`; may be null.

@@ -60,9 +60,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   Project& operator=(Project const&) = delete;
   ~Project() override;
 
-  // Import and export. Each import but that of a project file reads the whole file before it replaces anything: the
-  // project is unchanged after a failure. Each throws a DataException with the reason for a file that could not be read
-  // to its end, and leaves the project as it was.
+  // Import and export. Each import but that of a project file reads the whole file before it replaces anything: a file
+  // that cannot be read leaves the project as it was. Each throws a DataException with the reason for a file that could
+  // not be read to its end; then a project file leaves the project as it was, too.
 
   /// Reads a project file: after `resetData`, settings, rows or network, and coordinate list come from the file, and
   /// the network of rows is generated. The legend codes stay as they are.
@@ -72,8 +72,10 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// Reads a traverse file: the rows are replaced, the network emptied, an earlier calculation dropped. The rows get
   /// approximate coordinates where the observations give them, the row checks set their flags, and the legend codes
   /// are read.
-  /// @throws QLogicError "The import file data is empty" when it has no rows; what the reader and
-  ///         `VRDTraverseDataCollcetion::correctData` throw.
+  /// @throws QLogicError "The import file data is empty" when it has no rows, and what the reader throws: nothing has
+  ///         changed then. What `VRDTraverseDataCollcetion::correctData` throws of rows that make no network, such as a
+  ///         station with an odd number of sights: the rows are replaced and the network is empty by then, while the
+  ///         source files are still those of the data before, which `save` does not replace.
   virtual void importVRDFile(QString const& path);
   /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped,
   /// and the legend codes read.
@@ -101,8 +103,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// Writes to the source file that the project was made from, by the export of its kind; nothing happens when there
   /// is none. The modified state stays.
   /// @throws what the export throws; QLogicError "View Data is empty" rather than empty a traverse file that the
-  /// project
-  ///         came from, when a network command has emptied the rows.
+  ///         project came from, when a network command has emptied the rows; a QLogicError that says so while the rows
+  ///         are those of a traverse file whose import failed and the source files are those of the data before: until
+  ///         another import of rows or a network succeeds.
   virtual void save() const;
   /// Writes the project file, which replaces an old one only when it is complete, and makes it the project's own.
   /// `name` and the modified state stay.
@@ -122,12 +125,15 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// Writes known points and lines as a COSA network file, creating the directory.
   /// @throws QLogicError "Network Data is empty" without lines on a project that does not come from observations.
   bool exportCosaTraverseFile(QString const& path) const;
-  /// To the network file that the project came from; false when there is none.
+  /// To the network file that the project came from; false when there is none. @throws QLogicError as `save` after an
+  /// import that failed.
   bool exportCosaTraverseFile() const;
   /// Writes the rows as a traverse file.
   /// @throws QLogicError "View Data is empty" without rows on a project that came from a traverse file.
   bool exportVRDTraverseFile(QString const& path) const;
-  bool exportVRDTraverseFile() const;  ///< to the traverse file that the project came from; false when there is none
+  /// To the traverse file that the project came from; false when there is none. @throws QLogicError as `save` after an
+  /// import that failed.
+  bool exportVRDTraverseFile() const;
   /// Writes the rows as an instrument job file, with the names of the job that was read.
   /// @throws QLogicError "View Data is empty" without rows, and on a project that no job file was read into.
   bool exportLQFFile(QString const& path) const;
@@ -146,10 +152,11 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// before `generateNetworkData` of an instrument job.
   void buildStationMap();
   /// The network of the rows: of an instrument job from the station map and the known points of `addKnownPoint`; of a
-  /// traverse file from the rows, known points included. Without rows, and for the other kinds, nothing changes.
+  /// traverse file from the rows, known points included. For the other kinds nothing changes.
   ///
   /// A station map that was built is built again, so that it is never older than the rows; one that was not stays
-  /// empty, and the network of the job too.
+  /// empty. Without rows the network of a job becomes empty, as its station map is, lines added by hand included; that
+  /// of a traverse file stays.
   /// @return true. @throws what `INetworkDataCollection::TraverseDataListToNetwork` throws.
   bool generateNetworkData();
   /// Adjusts the heights of the rows; read them from `getTriangleHeightAdjust`.
@@ -162,7 +169,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
 
   // The map. Nothing is cleared before something is drawn.
 
-  MapScene* getOrCreateMapScene();  ///< on the viewer manager of the system, which may be null
+  /// On the viewer manager of the system, which may be null: such a scene has no views of its own, and what frames or
+  /// repaints it goes to the system's viewer manager once there is one.
+  MapScene* getOrCreateMapScene();
   /// Draws everything. @throws QLogicError "User Cancel".
   void build();
   /// Draws the observation rows or, where they are not to be shown or there are none, the network, and frames it. A
@@ -252,6 +261,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void takeNetwork(QString const& path, std::istream& stream);
   void takeCoordinates(QString const& path, std::string const& bytes);
   void forgetSources();
+  void requireOwnSources() const;
   void readViewData(tinyxml2::XMLElement const* element);
   void readNetworkData(tinyxml2::XMLElement const* element);
   void readCoordinateData(tinyxml2::XMLElement const* element);
@@ -266,6 +276,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   QString viewFile;
   QString coordFile;
   QString lqfFile;
+  /// `viewFile` and `networkFile` name files that rows and network did not come from: an import ended half-way.
+  bool sourcesAreOfOtherData = false;
   QString version = QStringLiteral("1.0.1");
   FileType fileType = VrdFile;
   Configure configure;

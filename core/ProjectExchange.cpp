@@ -96,12 +96,15 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
   if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
-  collection.correctData(rows);  // rows without approximate coordinates are good all the same
   fileType = VrdFile;
   network->clear();
+  stationMap.clear();  // it leads into the rows that go
   *traverseDataList = std::move(rows);
+  sourcesAreOfOtherData = true;
+  collection.correctData(*traverseDataList);  // rows without approximate coordinates are good all the same
   networkFile.clear();
   viewFile = path;
+  sourcesAreOfOtherData = false;
   algorithmAdjust.reset();
   checkVRDData();  // the flags of the rows are what counts
   readLegendCode();
@@ -154,6 +157,8 @@ void Project::importCosaNetwork(QString const& path, Network read) {
   *network = std::move(read);
   networkFile = path;
   viewFile.clear();
+  sourcesAreOfOtherData = false;
+  stationMap.clear();  // it leads into the rows that go
   traverseDataList->clear();
   algorithmAdjust.reset();
   readLegendCode();
@@ -193,10 +198,25 @@ bool Project::exportCoordFile(QString const& path) const {
   return true;
 }
 
-bool Project::exportVRDTraverseFile() const { return !viewFile.isEmpty() && exportVRDTraverseFile(viewFile); }
+void Project::requireOwnSources() const {
+  if (!sourcesAreOfOtherData) return;
+  throw QLogicError(
+      System::tr("The observations come from a file whose import failed: they are not written over the file that was "
+                 "open before"));
+}
+
+bool Project::exportVRDTraverseFile() const {
+  requireOwnSources();
+  return !viewFile.isEmpty() && exportVRDTraverseFile(viewFile);
+}
+
+bool Project::exportCosaTraverseFile() const {
+  requireOwnSources();
+  return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile);
+}
+
 bool Project::exportLQFFile() const { return !lqfFile.isEmpty() && exportLQFFile(lqfFile); }
 bool Project::exportCoordFile() const { return !coordFile.isEmpty() && exportCoordFile(coordFile); }
-bool Project::exportCosaTraverseFile() const { return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile); }
 
 bool Project::readLegendCode() {
   try {

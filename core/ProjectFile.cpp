@@ -94,7 +94,7 @@ void Project::writeProject(QString path) const {
   configure.write(children.touchInElement("Config"));
   XMLElement& data = *children.touchInElement(isUsingViewData() ? "ViewData" : "NetworkData");
   if (isUsingViewData()) {
-    setFileName(data, viewFile);
+    setFileName(data, sourcesAreOfOtherData ? QString() : viewFile);
     kvn::write(*traverseDataList, &data);
   } else {
     setFileName(data, networkFile);
@@ -140,6 +140,7 @@ void Project::takeProject(QString const& path, std::string const& bytes) {
 /// into the rows that are gone.
 void Project::forgetSources() {
   for (QString* path : {&viewFile, &networkFile, &coordFile, &lqfFile}) path->clear();
+  sourcesAreOfOtherData = false;
   lqfCollection.reset();
   stationMap.clear();
 }

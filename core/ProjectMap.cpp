@@ -32,10 +32,13 @@ void tell(QString const& text, MessType type) {
   if (system != nullptr) system->sendMessage(text, type);
 }
 
-/// Framing needs a scene, since it is the scene that has layers.
+/// Framing needs a scene, since it is the scene that has layers. A scene that was made before the system had viewers
+/// is framed by those of the system.
 void frame(MapScene* scene, FeatureDataType type) {
-  if (scene == nullptr || scene->getMvzViewerManager() == nullptr) return;
-  scene->getMvzViewerManager()->fullMapAllView({scene->getLayer(type)});
+  if (scene == nullptr) return;
+  mvz::ViewerManager* const own = scene->getMvzViewerManager();
+  mvz::ViewerManager* const manager = own == nullptr ? viewers() : own;
+  if (manager != nullptr) manager->fullMapAllView({scene->getLayer(type)});
 }
 
 /// An end that found no point has no name either.

@@ -17,6 +17,7 @@
 #include <QMetaType>
 #include <QPointer>
 #include <QStandardPaths>
+#include <QStringList>
 #include <QTranslator>
 #include <algorithm>
 #include <osg/ref_ptr>
@@ -43,6 +44,7 @@ struct System::Data {
   QString configFile;
   QPointer<utils::UserBehavior> userBehavior;
   osg::ref_ptr<osg::Referenced> viewerManager;
+  QStringList unsentWarnings;  ///< of the reading of the configuration, while there is no message function
 };
 
 System::System() {
@@ -55,10 +57,11 @@ System::System() {
   data->userBehavior = new utils::UserBehavior(QStringLiteral("Kelvane"), QCoreApplication::instance());
 }
 
+// Without a message: what the host's function needs may be gone by now.
 System::~System() {
   try {
-    writeConfig();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the host's message function threw, and there is nobody left to tell
+    data->config.write(HTextCodec::ToLocal8Bit(data->configFile));
+  } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody left to tell
   }
   g_System = nullptr;
   data.reset();
@@ -83,16 +86,23 @@ void System::init() {
 void System::readConfig() {
   switch (data->config.read(HTextCodec::ToLocal8Bit(data->configFile))) {
     case utils::Config::ReadResult::Invalid:
-      sendMessage(
-          tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile),
-          Warning);
+      tellOfConfig(
+          tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile));
       break;
     case utils::Config::ReadResult::Unreadable:
-      sendMessage(tr("The configuration file %1 cannot be read; the default settings are used").arg(data->configFile),
-                  Warning);
+      tellOfConfig(tr("The configuration file %1 cannot be read; the default settings are used").arg(data->configFile));
       break;
     default:
       break;
+  }
+}
+
+/// Hosts call `init` before they have a place for messages.
+void System::tellOfConfig(QString const& text) {
+  if (sendMessageFunc) {
+    sendMessage(text, Warning);
+  } else {
+    data->unsentWarnings.append(text);
   }
 }
 
@@ -167,6 +177,8 @@ std::function<void(QString const&, MessType)> const& System::getSendMessageFunc(
 
 void System::setSendMessageFunc(std::function<void(QString const&, MessType)> function) {
   sendMessageFunc = std::move(function);
+  if (!sendMessageFunc) return;
+  for (QString const& text : std::exchange(data->unsentWarnings, {})) sendMessage(text, Warning);
 }
 
 mvz::ViewerManager* System::getMvzViewerManager() const {

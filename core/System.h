@@ -26,7 +26,8 @@ class Project;
 /// The list of open projects, the configuration file, the translators and the one way of messages to the host.
 ///
 /// The host constructs exactly one, calls `init()`, gives it the viewer manager and the message function, and destroys
-/// it at the end; the destructor writes the configuration. Used from the host's thread; it has no lock.
+/// it at the end; the destructor writes the configuration and sends no message. Used from the host's thread; it has no
+/// lock.
 class KELVANE_EXPORT System {
  public:
   /// Neither reads the configuration nor installs translators: `init()` does.
@@ -44,7 +45,8 @@ class KELVANE_EXPORT System {
   static System* Instance();  ///< null before construction and after destruction
 
   void init();  ///< reads the configuration and installs the translators
-  /// A missing file is no failure; one that is not valid JSON is reported as a `Warning` and the defaults hold.
+  /// A missing file is no failure; one that is not valid JSON is reported as a `Warning` and the defaults hold. The
+  /// warning waits for a message function where none is set yet.
   void readConfig();
   /// Creates the directory. A file that is not valid JSON is kept under another name, with a `Warning`.
   void writeConfig() const;
@@ -66,6 +68,7 @@ class KELVANE_EXPORT System {
 
   void sendMessage(QString const& text, MessType type) const;  ///< to the host's function; silent without one
   std::function<void(QString const&, MessType)> const& getSendMessageFunc() const;
+  /// The function also gets what the reading of the configuration had to say before there was one.
   void setSendMessageFunc(std::function<void(QString const&, MessType)> function);
 
   mvz::ViewerManager* getMvzViewerManager() const;      ///< may be null: a host without a map
@@ -84,6 +87,7 @@ class KELVANE_EXPORT System {
   struct Data;
 
   void initTranslators();
+  void tellOfConfig(QString const& text);
 
   std::weak_ptr<Project> currentProject;
   std::list<std::shared_ptr<Project>> projectList;

@@ -33,7 +33,7 @@ namespace kvn {
 class KELVANE_EXPORT FileData {
  public:
   /// Reads the file when the path is not empty, as `readFileData`.
-  explicit FileData(std::string const& path);
+  FileData(std::string const& path);
 
   /// Reads a traverse file with the suffix "txt" or a COSA file with "IN2"; the case counts. A file with another suffix
   /// is not read.

@@ -6,12 +6,12 @@ namespace kvn {
 
 ICoordinateDataCollection::~ICoordinateDataCollection() = default;
 
-bool ICoordinateDataCollection::read(std::string const& path) {
+bool ICoordinateDataCollection::read(std::string path) {
   detail::readFile(path, [this](std::istream& stream) { read(stream); });
   return true;
 }
 
-bool ICoordinateDataCollection::write(std::string const& path) {
+bool ICoordinateDataCollection::write(std::string path) {
   detail::replaceFile(path, [this](std::ostream& stream) { write(stream); });
   return true;
 }

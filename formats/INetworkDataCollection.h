@@ -16,7 +16,7 @@ namespace kvn {
 /// Holds the known points and lines of a network file while it is read or written.
 class KELVANE_EXPORT INetworkDataCollection {
  public:
-  virtual ~INetworkDataCollection();
+  // Callers find the virtual operations by their order, in which the destructor comes last.
 
   /// Replaces both lists by the network of a field job, as `TraverseDataListToNetwork`.
   virtual void read(std::vector<TraverseDataInfo> const& rows);
@@ -30,6 +30,7 @@ class KELVANE_EXPORT INetworkDataCollection {
   /// stays as it was, and an `Error` message says why.
   /// @return true when no exception passes.
   virtual bool write(std::string path);
+  virtual ~INetworkDataCollection();
 
   /// The lines of one station over all its occupations, directions counted from the first one, radians.
   ///

@@ -30,6 +30,13 @@ void ITraverseDataCollcetion::setTraverseDataList(std::vector<TraverseDataInfo> 
   traverseDataList = rows;
 }
 
+std::string const& ITraverseDataCollcetion::getJobName() const { return jobName; }
+void ITraverseDataCollcetion::setJobName(std::string value) { jobName = std::move(value); }
+std::string const& ITraverseDataCollcetion::getInstrumentName() const { return instrumentName; }
+void ITraverseDataCollcetion::setInstrumentName(std::string value) { instrumentName = std::move(value); }
+std::string const& ITraverseDataCollcetion::getVersion() const { return version; }
+void ITraverseDataCollcetion::setVersion(std::string value) { version = std::move(value); }
+
 TraverseDataInfo const* ITraverseDataCollcetion::findData(std::string const& id) const {
   auto const found = std::find(traverseDataList.begin(), traverseDataList.end(), id);
   return found == traverseDataList.end() ? nullptr : &*found;

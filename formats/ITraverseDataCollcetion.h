@@ -43,6 +43,14 @@ class KELVANE_EXPORT ITraverseDataCollcetion {
   TraverseDataInfo const* findData(std::string const& id) const;
   bool isTraverseNameExist(std::string const& name) const;  ///< some row has this `name`
 
+  // Of the instrument job format, in the bytes of its file; the other formats neither read nor write them.
+  std::string const& getJobName() const;
+  void setJobName(std::string value);
+  std::string const& getInstrumentName() const;
+  void setInstrumentName(std::string value);
+  std::string const& getVersion() const;
+  void setVersion(std::string value);
+
  protected:
   std::vector<TraverseDataInfo> traverseDataList;  ///< in file order
   // Of the instrument job format; empty in the others.

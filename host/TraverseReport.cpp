@@ -48,12 +48,6 @@ QStringList TraverseReport::leftOut() const {
 
 QStringList TraverseReport::polygonWarnings() const {
   QStringList list;
-  std::string const& end = stations.back().forePoints.front().name;
-  if (end != stations.front().stationPoint.name) {
-    list.append(
-        QString("The traverse does not come back to %1: %2 looks forward to %3")
-            .arg(textOf(stations.front().stationPoint.name), textOf(stations.back().stationPoint.name), textOf(end)));
-  }
   // No faults of observing add up to a half circle, but outer angles are off by a full one.
   if (std::abs(angularMisclosure()) > CommonFunction::m_PI) {
     list.append(QString("The angles are off by %1; the stations must go around counter-clockwise")

@@ -26,7 +26,10 @@ void renameInList(QStringList& names, QString const& newName, QString const& old
 
 }  // namespace
 
-XmlMannager::XmlMannager(QObject* parent) : QObject(parent) {}
+XmlMannager::XmlMannager(QObject* parent) : QObject(parent) {
+  // For calls of the slots that wait in a queue.
+  qRegisterMetaType<AttributeType>("kvn::AttributeType");
+}
 XmlMannager::~XmlMannager() = default;
 
 bool XmlMannager::isChinese() { return QLocale().language() == QLocale::Chinese; }

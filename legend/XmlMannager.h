@@ -45,7 +45,7 @@ class KELVANE_EXPORT XmlMannager : public QObject {
     friend bool operator!=(LegendCodeAttribute const& a, LegendCodeAttribute const& b) { return !(a == b); }
   };
 
-  explicit XmlMannager(QObject* parent = nullptr);
+  XmlMannager(QObject* parent = nullptr);
   ~XmlMannager() override;
 
   /// "无分组" when the default QLocale is Chinese, else "None Group".

@@ -14,7 +14,7 @@ namespace kvn {
 /// Draws points and finds them in the list of the scene's project. The list is not owned and may be null.
 class KELVANE_EXPORT CoordinateDataTool : public GeometryDataTool {
  public:
-  explicit CoordinateDataTool(MapScene* scene);
+  CoordinateDataTool(MapScene* scene);
   CoordinateDataTool(CoordinateDataTool const&);
   CoordinateDataTool& operator=(CoordinateDataTool const&);
   ~CoordinateDataTool() override;

@@ -3,6 +3,7 @@
 #include "core/Project.h"
 #include "core/System.h"
 #include "map/FeatureLook.h"
+#include "map/detail/LineEnds.h"
 #include "map/detail/MapLog.h"
 #include "mvz/detail/OsgEarthVersions.h"
 
@@ -55,6 +56,8 @@ void LineDataTool::drawLine(DrawLine const& line) {
   coord::xyh const to(line.end.x, line.end.y, 0.0);
   osgEarth::FeatureNode* const node = drawLine(layer, from, to, style, getSelectedStyle());
   setFeatureInfo(node, std::string(), GetDataTypeName().toStdString(), std::string());
+  bool const isOfNetwork = !line.start.name.empty() && !line.end.name.empty();
+  if (isOfNetwork) detail::storeLineEnds(*node, {line.start.name, line.end.name});
 }
 
 void LineDataTool::checkCancelAndThrow() const {

@@ -11,10 +11,11 @@
 
 namespace kvn {
 
-/// Lines lie at height 0, show no text and have no record of their own to find.
+/// Lines lie at height 0, show no text and have no id. A line whose ends have names keeps them, by which
+/// `MapScene::findNetworkRecords` finds the line of the network.
 class KELVANE_EXPORT LineDataTool : public GeometryDataTool, public utils::IProcessCancel {
  public:
-  explicit LineDataTool(MapScene* scene);
+  LineDataTool(MapScene* scene);
   LineDataTool(LineDataTool const&);
   LineDataTool& operator=(LineDataTool const&);
   ~LineDataTool() override;

@@ -1,10 +1,39 @@
 #include "map/MapScene.h"
 
+#include "core/Project.h"
 #include "map/KVNLayer.h"
+#include "map/detail/LineEnds.h"
 
 #include <mvz/ViewerManager.h>
 
+#include <algorithm>
+
 namespace kvn {
+namespace {
+
+NetworkRecords recordsOfPoint(std::string const& name, Network& network) {
+  NetworkRecords records;
+  for (KnownPoint& point : network.knownPoints) {
+    if (records.knownPoint == nullptr && point.name == name) records.knownPoint = &point;
+  }
+  for (NetworkDataInfo& line : network.lines) {
+    if (line.start_name == name || line.end_name == name) records.lines.push_back(&line);
+  }
+  if (records.knownPoint != nullptr || !records.lines.empty()) records.point = name;
+  return records;
+}
+
+NetworkRecords recordsOfLine(detail::LineEnds const& ends, Network& network) {
+  NetworkRecords records;
+  auto const isLine = [&ends](NetworkDataInfo const& line) {
+    return line.start_name == ends.start && line.end_name == ends.end;
+  };
+  auto const found = std::find_if(network.lines.begin(), network.lines.end(), isLine);
+  if (found != network.lines.end()) records.lines.push_back(&*found);
+  return records;
+}
+
+}  // namespace
 
 ILayer::~ILayer() = default;
 
@@ -63,6 +92,18 @@ std::vector<osgEarth::AnnotationNode*> MapScene::getSelectFeatureList(FeatureDat
     if (typeKey.compare(0, wanted.size(), wanted) == 0) selected.push_back(feature);
   }
   return selected;
+}
+
+NetworkRecords MapScene::findNetworkRecords(osgEarth::AnnotationNode* node) {
+  if (project == nullptr || mvz::ProjectMapScene::getLayer(node) == nullptr) return {};
+  if (auto const ends = detail::lineEndsOf(*node)) return recordsOfLine(*ends, project->getNetwork());
+  std::string id;
+  std::string typeKey;
+  std::string name;
+  mvz::ILayer::GetFeatureInfo(node, &id, &typeKey, &name, nullptr, nullptr);
+  std::string const points = FeatureDataType(FeatureDataType::ViewPointData).toString();
+  if (!id.empty() || typeKey.compare(0, points.size(), points) != 0) return {};
+  return recordsOfPoint(name, project->getNetwork());
 }
 
 void MapScene::selectFeature(QString id, FeatureDataType t) { selectFeature(QVector<QString>{id}, t); }

@@ -13,7 +13,7 @@ namespace kvn {
 /// Icons by point type, with the point's name beside them.
 class KELVANE_EXPORT PointDataTool : public GeometryDataTool {
  public:
-  explicit PointDataTool(MapScene* scene);
+  PointDataTool(MapScene* scene);
   PointDataTool(PointDataTool const&);
   PointDataTool& operator=(PointDataTool const&);
   ~PointDataTool() override;

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <random>
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
 
 namespace kvn {
 namespace {
@@ -19,6 +23,24 @@ std::mt19937_64 seeded() {
   return std::mt19937_64(seed);
 }
 
+std::atomic<unsigned> forks{0};
+
+#if !defined(_WIN32)
+void countFork() { ++forks; }
+[[maybe_unused]] bool const isCounted = pthread_atfork(nullptr, nullptr, countFork) == 0;
+#endif
+
+/// The generator of this thread. A process that was forked off has its state, and would go on with the same numbers.
+std::mt19937_64& generator() {
+  thread_local std::mt19937_64 random = seeded();
+  thread_local unsigned seededAfter = forks;
+  if (seededAfter != forks) {
+    random = seeded();
+    seededAfter = forks;
+  }
+  return random;
+}
+
 char* putHex(char* out, std::uint64_t bits, int digits) {
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) *out++ = "0123456789abcdef"[(bits >> shift) & 0xFU];
   return out;
@@ -27,7 +49,7 @@ char* putHex(char* out, std::uint64_t bits, int digits) {
 }  // namespace
 
 std::string newId() {
-  thread_local std::mt19937_64 random = seeded();
+  std::mt19937_64& random = generator();
   // Version 4 in the third group, the variant of RFC 4122 in the fourth.
   std::uint64_t const high = (random() & ~std::uint64_t{0xF000}) | std::uint64_t{0x4000};
   std::uint64_t const low = (random() >> 2) | (std::uint64_t{1} << 63);

@@ -19,7 +19,7 @@ namespace kvn {
 class KELVANE_EXPORT TraverseDataInfo {
  public:
   TraverseDataInfo();
-  explicit TraverseDataInfo(VerticalAngleType type);
+  TraverseDataInfo(VerticalAngleType type);
 
   std::string id;       ///< identity, unique within the project; a new UUID text, copied by copies
   std::string groupId;  ///< `id` of the station row that opened the set; starts as the row's own `id`

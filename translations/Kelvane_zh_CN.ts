@@ -95,6 +95,10 @@
         <translation>观测数据为空</translation>
     </message>
     <message>
+        <source>The observations come from a file whose import failed: they are not written over the file that was open before</source>
+        <translation>观测数据来自导入失败的文件，不会覆盖先前打开的文件</translation>
+    </message>
+    <message>
         <source>No instrument job was read into the project</source>
         <translation>项目尚未读入仪器作业文件</translation>
     </message>
@@ -341,6 +345,18 @@
     <message>
         <source>Station name [%1] distance is 0</source>
         <translation>测站 [%1] 的距离为 0</translation>
+    </message>
+    <message>
+        <source>Known points without an observation: %1</source>
+        <translation>没有观测值的已知点：%1</translation>
+    </message>
+    <message>
+        <source>Known stations with different heights, of which the first counts: %1</source>
+        <translation>已知测站的高程前后不一致，以第一个为准：%1</translation>
+    </message>
+    <message>
+        <source>Stations that were set up with different instrument heights, of which the first counts: %1</source>
+        <translation>测站各次设站的仪器高不一致，以第一个为准：%1</translation>
     </message>
     <message>
         <source>Known points without an observation are left out: %1</source>

@@ -19,6 +19,9 @@ namespace {
 double const kPi = std::acos(-1.0);
 // From here up to the full circle a first target is taken as just below zero: 359.5 degrees.
 double const kNearFullCircle = 1.9972222222222222 * kPi;
+double const kHalfDegree = kPi / 360;
+// What the two faces of one sight may differ by; 1 minute.
+double const kFaceDifference = kPi / 10800;
 // A distance at or below this is none; metres.
 constexpr double kNoDistance = 1e-8;
 
@@ -33,8 +36,9 @@ std::vector<double> firstFaceReadings(std::vector<VRDSightInfo> const& sights) {
     if (h[k] < 0) h[k] += 2 * kPi;
   }
   // The second face of a first target near zero may read just below 180 degrees: without this the mean of 0°00'02" and
-  // 179°59'58" would be 180 degrees and not 0.
-  if (h[n - 1] - h[0] > kPi) h[n - 1] -= 2 * kPi;
+  // 179°59'58" would be 180 degrees and not 0. Farther from zero two readings that differ by more than a half circle
+  // are no pair of faces, and stay as they are: nothing tells which of them is wrong.
+  if (std::abs(h[0]) < kHalfDegree && h[n - 1] > kNearFullCircle - kFaceDifference) h[n - 1] -= 2 * kPi;
   return h;
 }
 

@@ -15,7 +15,9 @@ namespace kvn::detail {
 /// @param station  an even number of sights, at least two: the first half on the first face, the second half on the
 ///                 second face backward, so that sight k pairs with sight n - k - 1.
 /// @return         directions as circle readings of the first face, radians, not reduced to the first one, which may
-///                 come out a little below 0; horizontal distances above 1e-8 m.
+///                 come out a little below 0; horizontal distances above 1e-8 m. The mean of a pair that is no pair of
+///                 faces, 10° and 120°, is that of the two numbers once the second is brought onto the first face:
+///                 155°.
 KELVANE_EXPORT StationInfo faceMeans(VRDStations const& station);
 
 /// A distance measured from both ends becomes the mean, at both stations.

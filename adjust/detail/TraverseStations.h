@@ -26,9 +26,8 @@ struct StationRule {
 /// point, whatever their order; the angle runs clockwise from it to the fore point.
 ///
 /// @param names  gives the points their numbers; those of the known points are in it already.
-/// @throws AlgorithmException with the station's name: the rule's for a wrong count, StationNotEnough for fewer than
-/// two
-///         directions or two equal ones, DataError for an angle that is none.
+/// @throws AlgorithmException with the station's name: the rule's for a wrong count, StationNotEnough for two equal
+///         directions, DataError for an angle that is none.
 KELVANE_EXPORT std::vector<TraverseInfo> readStations(AlgorithmData const& data, StationRule const& rule,
                                                       NameIndex& names);
 

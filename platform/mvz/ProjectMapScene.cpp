@@ -83,20 +83,30 @@ void ProjectMapScene::selectFeature(QVector<QString> ids, QString layerName) {
     auto* const node = dynamic_cast<osgEarth::AnnotationNode*>(features->getChild(i));
     std::string id;
     ILayer::GetFeatureInfo(node, &id, nullptr, nullptr, nullptr, nullptr);
-    if (node == nullptr || !wanted.contains(QString::fromStdString(id))) continue;
+    // Features without an id of their own are not meant by an empty one.
+    if (node == nullptr || id.empty() || !wanted.contains(QString::fromStdString(id))) continue;
     detail::highlight(node, true);
     highlighted.emplace_back(node);
   }
-  if (viewers != nullptr) viewers->requestRedraw();
+  repaint();
 }
 
 void ProjectMapScene::clearSelect() {
   ViewerManager::Lock const hold = ViewerManager::LockOf(viewers.get());
   for (auto const& node : highlighted) detail::highlight(node.get(), false);
   highlighted.clear();
-  if (viewers == nullptr) return;
-  for (auto const& layer : layers) viewers->unpick(detail::featuresOf(layer.get()));
-  viewers->requestRedraw();
+  for (auto const& layer : layers) {
+    if (viewers != nullptr) viewers->unpick(detail::featuresOf(layer.get()));
+  }
+  repaint();
+}
+
+void ProjectMapScene::repaint() {
+  if (viewers != nullptr) {
+    viewers->requestRedraw();
+  } else {
+    reDraw();
+  }
 }
 
 void ProjectMapScene::clearAllFeature() {

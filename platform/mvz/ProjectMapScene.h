@@ -21,7 +21,7 @@ namespace mvz {
 class ViewerManager;
 
 /// Layers by name. They are part of the viewers' map as long as the scene lives; a scene without viewers keeps them for
-/// itself.
+/// itself, and asks the views of every manager of the process to repaint.
 class KELVANE_EXPORT ProjectMapScene : public QObject {
   Q_OBJECT
 
@@ -44,7 +44,8 @@ class KELVANE_EXPORT ProjectMapScene : public QObject {
   std::string getLayerName(QString const& type) const;  ///< the type name is the layer's name
   /// Asks whoever draws that kind of record to make a feature: emits `featureRequested`.
   void addFeature(QString id, QString type);
-  /// Highlights the features of these ids in the layer, and no other of this scene. Unknown ids are passed over.
+  /// Highlights the features of these ids in the layer, and no other of this scene. Unknown ids are passed over, and an
+  /// empty one too: features without an id cannot be told apart by it.
   void selectFeature(QVector<QString> ids, QString layerName);
   void clearSelect();      ///< drops highlight and picks of this scene's features
   void clearAllFeature();  ///< empties all layers of this scene
@@ -56,6 +57,8 @@ class KELVANE_EXPORT ProjectMapScene : public QObject {
   Q_SIGNAL void featureRequested(QString id, QString type);
 
  private:
+  void repaint();
+
   osg::ref_ptr<ViewerManager> viewers;
   std::vector<osg::ref_ptr<osgEarth::Layer>> layers;
   std::vector<osg::observer_ptr<osgEarth::AnnotationNode>> highlighted;

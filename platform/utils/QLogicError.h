@@ -9,8 +9,8 @@
 /// Refusal with a translated text; `what()` gives the text in UTF-8.
 class KELVANE_EXPORT QLogicError : public std::logic_error {
  public:
-  explicit QLogicError(char const* text);
-  explicit QLogicError(QString const& text);
+  QLogicError(char const* text);
+  QLogicError(QString const& text);
   QLogicError(QLogicError const&) = default;
   QLogicError& operator=(QLogicError const&) = default;
   ~QLogicError() override;

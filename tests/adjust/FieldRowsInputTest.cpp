@@ -72,6 +72,10 @@ TEST(InitVrdData, TakesTheMeanOfTheFaces) {
       {"both below zero", {sight("A", 360 - 2 * s, 90), sight("A", 180 - 4 * s, 270)}, "S: A -0.00083\n"},
       {"359.5 degrees and more are below zero", {sight("A", 359.6, 90), sight("A", 179.6, 270)}, "S: A -0.40000\n"},
       {"less is not", {sight("A", 359.4, 90), sight("A", 179.4, 270)}, "S: A 359.40000\n"},
+      {"the bound between the faces", {sight("A", 359.5 + s, 90), sight("A", 179.5 - s, 270)}, "S: A -0.50000\n"},
+      {"the second face too far from zero", {sight("A", 0.4, 90), sight("A", 179, 270)}, "S: A 179.70000\n"},
+      {"the first face too far from zero", {sight("A", 0.6, 90), sight("A", 179.8, 270)}, "S: A 180.20000\n"},
+      {"no pair of faces", {sight("A", 10, 90), sight("A", 120, 270)}, "S: A 155.00000\n"},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.what);

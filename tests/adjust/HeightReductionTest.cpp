@@ -103,6 +103,23 @@ TEST(HeightReduction, BelongsSightsToTheStationBeforeThem) {
   EXPECT_EQ(views[0].heightDifference, 1.0);
 }
 
+TEST(HeightReduction, TellsStationsWhoseHeightsDiffer) {
+  Host const host;
+  Rows rows{knownRow("K", 1.5, 100), knownRow("L", 1.5, 7), knownRow("K", 1.5, 100.5), knownRow("K", 1.6, 101),
+            stationRow("A", 1.5)};
+  rows.push_back(rows[1]);
+  rows.push_back(rows[4]);
+  rows.back().Z = 3;  // of no meaning where it is not known
+  auto const known = converted(rows).getTriangleStationData();
+  ASSERT_EQ(known.size(), 2U);
+  EXPECT_EQ(known[0].height, 100);
+  ASSERT_EQ(host.messages.size(), 2U);
+  EXPECT_EQ(host.messages[0].first,
+            "Stations that were set up with different instrument heights, of which the first counts: K");
+  EXPECT_EQ(host.messages[1].first, "Known stations with different heights, of which the first counts: K");
+  EXPECT_EQ(host.messages[1].second, Warning);
+}
+
 TEST(HeightReduction, DropsLinesBetweenKnownStationsButNotTheSecondOfTwoNeighbours) {
   Rows rows{knownRow("K1", 0, 10), knownRow("K2", 0, 11), knownRow("K3", 0, 12), knownRow("K1", 0, 99)};
   addLine(rows, "K1", "K2", 1, 100);

@@ -234,9 +234,19 @@ TEST(ConnectTraverse, SharesTheCoordinateMisclosureByLength) {
   EXPECT_EQ(result.getPointList()[3].y, 200.0);
 }
 
-/// What a run on the changed straight traverse says: failure as "text|name|index" or the text of another type.
-std::string refusal(Method method, std::function<void(Network&)> const& change) {
+/// The straight traverse, or for the closed one the polygon K2, P, K3 with the same lines but for its ends.
+Network chainFor(Method method) {
   Network network = straight(50.0, 150.0);
+  if (method == Closed) {
+    network.lines[0].end_name = "K3";
+    network.lines[5].end_name = "K2";
+  }
+  return network;
+}
+
+/// What a run on the changed traverse says: failure as "text|name|index" or the text of another type.
+std::string refusal(Method method, std::function<void(Network&)> const& change) {
+  Network network = chainFor(method);
   change(network);
   try {
     return test::algorithmFailureOf([&] { adjusted(method, network); });
@@ -256,7 +266,8 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
   auto const noKnown = [](Network& n) { n.knownPoints = {{"Q", 0, 0, 0}, {"R", 1, 1, 0}}; };
   auto const allKnown = [](Network& n) { n.knownPoints.emplace_back("P", 0.0, 50.0, 0.0); };
   auto const comesBack = [](Network& n) { n.lines[5].end_name = "P"; };
-  auto const onePlace = [](Network& n) { n.knownPoints[0].y = 0.0; };
+  auto const passesBy = [](Network& n) { n.lines[5].end_name = "K4"; };
+  auto const onePlace = [](Network& n) { n.knownPoints[0].y = n.knownPoints[2].y = 0.0; };
   auto const noLegs = [](Network& n) { n.lines[1].horizontal_distance = n.lines[3].horizontal_distance = 0.0; };
   auto const bothWays = [](Network& n) { n.lines[2].horizontal_distance = 50.0; };
   struct Case {
@@ -264,7 +275,6 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
     std::function<void(Network&)> change;
     std::string says[3];  ///< open, connecting, closed
   };
-  // The straight traverse is a polygon only in that its end is known, which is all that the closed one asks for.
   std::string const fewStations = "Station point is not enough|";
   std::string const fewKnown = "Known points are not enough|";
   Case const cases[] = {
@@ -274,7 +284,8 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
       {"one direction", single, {fewStations + "K3|-1", "Station Point Name K3 Repeat|K3|-1", fewStations + "K3|-1"}},
       {"no known back point", noBack, {fewKnown + "No start data|-1", fewStations + "|-1", fewKnown + "|-1"}},
       {"end not known", noEnd, {"no failure", fewKnown + "|-1", fewKnown + "K3|-1"}},
-      {"fore point not known", noFore, {"no failure", fewKnown + "|-1", fewKnown + "K4|-1"}},
+      {"fore point not known", noFore, {"no failure", fewKnown + "|-1", "no failure"}},
+      {"known, but not the first corner", passesBy, {"no failure", "no failure", fewKnown + "K4|-1"}},
       {"every corner known", allKnown, {"no failure", "no failure", fewKnown + "|-1"}},
       {"no station known",
        noKnown,
@@ -294,7 +305,7 @@ TEST(SingleTraverses, RefuseWhatTheyCannotCompute) {
 
 TEST(SingleTraverses, EndAtTheUsersWishInEveryMethod) {
   for (Method const method : kMethods) {
-    kvn::AlgorithmAdjust driver = adjusted(method, straight(50.0, 150.0));
+    kvn::AlgorithmAdjust driver = adjusted(method, chainFor(method));
     std::size_t const before = driver.getPointList().size();
     driver.setCancelCall([] { return true; });
     EXPECT_EQ(test::failureOf<QLogicError>([&] { driver.calculateAdjust(); }), "User Cancel") << method;
@@ -345,7 +356,8 @@ Network tangled(unsigned seed) {
   std::vector<std::vector<kvn::NetworkDataInfo>> stations;
   for (int i = 1; i < count; ++i) {
     if (percent(random) < 5) continue;
-    int const fore = percent(random) < 90 ? i + 1 : any(random);
+    bool const closes = i == count - 1 && percent(random) < 50;  // on P1, which is known with its back point
+    int const fore = closes ? 1 : percent(random) < 90 ? i + 1 : any(random);
     stations.push_back(
         {line(named(i).name, named(i - 1).name, 1.0, 0.0), line(named(i).name, named(fore).name, 2.0, 9.0)});
   }
@@ -394,7 +406,8 @@ std::string plainChain(Method method, kvn::AlgorithmData const& data) {
   }
   if (method == Open && chain.size() != list.size()) return "data";
   if (method == Connect && inChain.size() != chain.size()) return "data";
-  if (method != Open && !(isKnown(chain.back().at) && isKnown(chain.back().fore))) return "few known";
+  if (method == Connect && !(isKnown(chain.back().at) && isKnown(chain.back().fore))) return "few known";
+  if (method == Closed && !(isKnown(chain.back().at) && chain.back().fore == chain.front().at)) return "few known";
   std::string names;
   for (Entry const& e : chain) names += e.at + " ";
   return names;
@@ -469,11 +482,49 @@ TEST(WithForwardDistances, LeavesTheMeanOfBothWaysOnTheLineForward) {
             "XY -3.00; XZ -4.00; ");
 }
 
-TEST(SingleTraverse, RefusesToRunWithoutAChain) {
-  std::string const expected = "Known points are not enough|No start data|-1";
-  EXPECT_EQ(test::algorithmFailureOf([] { kvn::OpenTraverse().calculateAdjust(); }), expected);
-  EXPECT_EQ(test::algorithmFailureOf([] { kvn::ConnectTraverse().calculateAdjust(); }), expected);
-  EXPECT_EQ(test::algorithmFailureOf([] { kvn::CloseTraverse().calculateAdjust(); }), expected);
+template <typename Traverse>
+void expectNoChain() {
+  Network network = straight(50.0, 150.0);
+  network.lines[5].end_name = "P";  // comes back to its middle
+  kvn::AlgorithmData data;
+  data.readNetworkData(network);
+  Traverse traverse;
+  for (int failed = 0; failed < 2; ++failed) {
+    std::vector<PointInfo> points;
+    EXPECT_FALSE(traverse.getPoints(points));
+    EXPECT_EQ(test::algorithmFailureOf([&] { traverse.calculateAdjust(); }),
+              "Known points are not enough|No start data|-1");
+    EXPECT_NE(test::algorithmFailureOf([&] { traverse.readAlgorithmData(data); }), "no failure");
+  }
+}
+
+TEST(SingleTraverses, HaveNoChainBeforeReadingAndAfterAReadingThatFailed) {
+  expectNoChain<kvn::OpenTraverse>();
+  expectNoChain<kvn::ConnectTraverse>();
+  expectNoChain<kvn::CloseTraverse>();
+}
+
+TEST(SingleTraverses, KeepKnownPointsThatNobodyObserves) {
+  for (Method const method : kMethods) {
+    SCOPED_TRACE(method);
+    test::Host const host;
+    Network network = chainFor(method);
+    if (method == Closed) network.knownPoints = {network.knownPoints[1], network.knownPoints[2]};
+    network.knownPoints.insert(network.knownPoints.begin(), {"far", 1, 2, 0});
+    network.knownPoints.emplace_back("away", 3, 4, 0);
+    auto const result = adjusted(method, network);
+    std::vector<PointInfo> const& known = result.getKnPointInfoList();
+    ASSERT_EQ(known.size(), network.knownPoints.size());
+    for (std::size_t i = 0; i < known.size(); ++i) {
+      EXPECT_EQ(known[i].name, network.knownPoints[i].name);
+      EXPECT_EQ(known[i].number, static_cast<int>(i));
+    }
+    std::set<int> numbers;
+    for (PointInfo const& p : result.getPointList()) numbers.insert(p.number);
+    EXPECT_EQ(numbers.size(), result.getPointList().size()) << "each name has a number of its own";
+    EXPECT_EQ(host.messages,
+              (decltype(host.messages){{"Known points without an observation: far, away", kvn::Warning}}));
+  }
 }
 
 }  // namespace

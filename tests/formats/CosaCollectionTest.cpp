@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <random>
 #include <sstream>
 
@@ -227,6 +229,37 @@ TEST(CosaWriter, WritesWhatReadsBackTheSame) {
   EXPECT_NE(second.getNetworkDataList()[0].id, first.getNetworkDataList()[0].id);
   // Two decimals of a second: half a unit of the last place, 2.4e-8 rad.
   EXPECT_NEAR(second.getNetworkDataList()[1].horizontal_angle, first.getNetworkDataList()[1].horizontal_angle, 2.5e-8);
+}
+
+/// Place of a virtual operation in the table of its class, as the C++ ABI of this platform counts.
+template <typename Operation>
+std::ptrdiff_t placeOf(Operation operation) {
+  std::ptrdiff_t offset = 0;
+  static_assert(sizeof(operation) >= sizeof(offset));
+  std::memcpy(&offset, &operation, sizeof(offset));
+  return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+// A host that was built against the operations finds them by their places, and passes a path as it was declared.
+TEST(CollectionInterfaces, KeepTheOrderOfTheirOperations) {
+#if defined(__GNUC__) && defined(__x86_64__)
+  using Base = kvn::INetworkDataCollection;
+  void (Base::*const ofRows)(std::vector<kvn::TraverseDataInfo> const&) = &Base::read;
+  void (Base::*const ofStream)(std::istream&) = &Base::read;
+  bool (Base::*const ofPath)(std::string const&) = &Base::read;
+  void (Base::*const toStream)(std::ostream&) = &Base::write;
+  bool (Base::*const toPath)(std::string) = &Base::write;
+  EXPECT_EQ(placeOf(ofRows), 0);
+  EXPECT_EQ(placeOf(ofStream), 1);
+  EXPECT_EQ(placeOf(ofPath), 2);
+  EXPECT_EQ(placeOf(toStream), 3);
+  EXPECT_EQ(placeOf(toPath), 4);
+  using Coordinates = kvn::ICoordinateDataCollection;
+  bool (Coordinates::*const read)(std::string) = &Coordinates::read;
+  bool (Coordinates::*const write)(std::string) = &Coordinates::write;
+  EXPECT_EQ(placeOf(read), 1);
+  EXPECT_EQ(placeOf(write), 3);
+#endif
 }
 
 TEST(CosaCollection, FindsALineByItsIdentity) {

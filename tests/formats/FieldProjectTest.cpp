@@ -64,7 +64,6 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
   };
   for (Case const& c : {Case{"empty.txt", "\n\n", "The import file data is empty"},
                         {"bad.txt", "STA,A,1,,0,0,0\nSTA", "The line 2 is wrong"},
-                        {"odd.txt", "STA,A,1,,0,0,0\nSC,B,1,,0,90,,0,0,0\n", "Station point name A error"},
                         {"empty.lqf", "", "The file is empty"},
                         {"none.lqf", "JOB x\n", "There is no observation data"},
                         {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"}}) {
@@ -82,6 +81,33 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
   EXPECT_EQ(project->getName(), "nothing");
 }
 
+TEST_F(FieldProject, NeverSavesTheRowsOfAFailedImportOverTheFileBefore) {
+  QString const odd = file("odd.txt", "STA,N,1,,0,0,0\nSC,B,1,,0,90,,0,0,0\n");
+  std::string const refused = "The observations come from a file whose import failed: they are not written over the ";
+  std::string const network = "2,3,3\nA,1.0000,2.0000\nA\nB,L,0.000000\n";
+  for (auto const& [name, text] : {std::pair<char const*, std::string>{"good.txt", kTraverse}, {"net.in2", network}}) {
+    SCOPED_TRACE(name);
+    QString const good = file(name, text);
+    project->read(good);
+    EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(odd); }), "Station point name N error");
+    EXPECT_EQ(project->getTraverseDataList().front().name, "N");
+    EXPECT_TRUE(project->getNetwork().knownPoints.empty());
+    EXPECT_NE(project->getViewFile(), odd);
+    for (auto const& save : std::initializer_list<std::function<void()>>{
+             [this] { project->save(); }, [this] { project->exportVRDTraverseFile(); },
+             [this] { project->exportCosaTraverseFile(); }}) {
+      EXPECT_EQ(test::failureOf<QLogicError>(save).substr(0, refused.size()), refused);
+    }
+    EXPECT_EQ(test::fileBytes(good), text);
+    project->saveAs(folder.filePath("p.kvn"));
+    auto const reopened = host.system.createProject();
+    test::failureOf<QLogicError>([&] { reopened->read(folder.filePath("p.kvn")); });
+    EXPECT_EQ(reopened->getViewFile(), "");
+    project->read(good);
+    EXPECT_EQ(test::failureOf<QLogicError>([this] { project->save(); }), "no failure");
+  }
+}
+
 TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
   project->read(file("job.lqf", kJob));
   EXPECT_TRUE(project->generateNetworkData());
@@ -92,16 +118,24 @@ TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
   EXPECT_EQ(test::shortText(project->getNetwork().lines), "A>B 0.0000 100.0000\nA>P 10.0000 50.0000\n");
   EXPECT_EQ(project->getNetwork().knownPoints.size(), 1U);
   EXPECT_NEAR(project->getTraverseDataList()[2].reduced_horizontal_angle, 10 * test::kDegree, 1e-14);
+  project->setTraverseDataList({});  // a network without rows is that of an empty station map: none
+  project->generateNetworkData();
+  EXPECT_TRUE(project->getNetwork().isEmpty());
+  EXPECT_EQ(project->getNetwork().knownPoints.size(), 1U);
 
   project->read(file("job.txt", kTraverse));
   project->generateNetworkData();
   EXPECT_EQ(project->getNetwork().lines.size(), 2U);
   EXPECT_EQ(project->getNetwork().knownPoints.size(), 2U);
   project->setTraverseDataList({});
+  project->getNetwork().lines.emplace_back();  // by hand
   project->generateNetworkData();
   project->setFileType(kvn::Project::CosaFile);
   project->generateNetworkData();
-  EXPECT_EQ(project->getNetwork().lines.size(), 2U);
+  EXPECT_EQ(project->getNetwork().lines.size(), 3U);
+  project->setFileType(kvn::Project::LqfFile);  // the job's rows are gone, and its station map with them
+  project->generateNetworkData();
+  EXPECT_TRUE(project->getNetwork().isEmpty());
 }
 
 TEST_F(FieldProject, BringsResultsIntoTheCoordinateList) {

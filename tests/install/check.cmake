@@ -13,6 +13,13 @@ run(${CMAKE_COMMAND} --build ${WORK}/build)
 run(${WORK}/build/foreign ${SOURCE}/samples/net_charamza1990_p238.in2)
 run(${WORK}/prefix/bin/kelvane adjust ${SOURCE}/samples/net_charamza1990_p238.in2)
 
+# Helpers of the library's own are not for hosts.
+file(GLOB_RECURSE headers RELATIVE ${WORK}/prefix/include ${WORK}/prefix/include/*.h)
+list(FILTER headers INCLUDE REGEX "/(detail|sparse)/|/ListIndex\\.h$")
+if(headers)
+  message(FATAL_ERROR "installed, and for the library alone: ${headers}")
+endif()
+
 # What the build translates, the installed library translates too.
 file(GLOB tables RELATIVE ${BUILD}/share ${BUILD}/share/kelvane/translations/*.qm)
 foreach(table ${tables})

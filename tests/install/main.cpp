@@ -3,6 +3,9 @@
 #include <kelvane/adjust/TraverseAdjust.h>
 #include <osgEarth/AnnotationLayer>
 #include <osgEarth/PlaceNode>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -15,6 +18,28 @@ class CountPointsCMD : public kvn::Command {
   char const* className() const override { return "CountPointsCMD"; }
 };
 kvn::CommandRegistration<CountPointsCMD> const registration("CountPointsCMD");
+
+// What hosts write without naming the class: a setting from its JSON, a refusal from its text.
+template <typename Class, typename... Values>
+constexpr bool kConverts = (std::is_convertible_v<Values, Class> && ...);
+static_assert(kConverts<kvn::Configure, tinyxml2::XMLElement const*, Json::Value> &&
+              kConverts<kvn::Matrix, std::vector<std::vector<double>>> && kConverts<kvn::DataException, std::string> &&
+              kConverts<QLogicError, char const*, QString> && kConverts<kvn::IHasProject, kvn::Project*> &&
+              kConverts<kvn::TraverseDataInfo, kvn::VerticalAngleType> && kConverts<kvn::FileData, std::string> &&
+              kConverts<kvn::TriangleHeightDataRead, kvn::VerticalAngleType>);
+
+// Objects that cannot be copied, and tools, where a parameter takes them.
+void takesLibrary(kvn::XmlMannager const& /*library*/) {}
+void takesTools(kvn::LineDataTool const& /*lines*/, kvn::PointDataTool const& /*points*/,
+                kvn::CoordinateDataTool const& /*coordinates*/) {}
+
+bool converts() {
+  QObject* const noParent = nullptr;
+  kvn::MapScene* const noScene = nullptr;
+  takesLibrary(noParent);
+  takesTools(noScene, noScene, noScene);
+  return true;
+}
 
 bool adjusts(kvn::Project& project, char const* file) {
   project.read(QString::fromUtf8(file));
@@ -57,5 +82,5 @@ int main(int, char** argv) {
   kvn::System system;
   system.setConfigFile(QString());
   auto const project = system.createProject();
-  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() ? 0 : 1;
+  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() && converts() ? 0 : 1;
 }

@@ -1,6 +1,8 @@
 // Groups and codes in memory.
 #include <gtest/gtest.h>
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QMetaType>
 #include <memory>
 
 #include "legend/LegendSupport.h"
@@ -161,9 +163,14 @@ TEST_F(LegendCodes, ATypeThatIsNoneKeepsNothing) {
 TEST_F(LegendCodes, AHostReachesTheOperationsByTheirNames) {
   EXPECT_STREQ(library.metaObject()->className(), "kvn::XmlMannager");
   EXPECT_GE(library.metaObject()->indexOfSignal("reloadData()"), 0);
+  EXPECT_NE(QMetaType::type("kvn::AttributeType"), int(QMetaType::UnknownType));
   ASSERT_TRUE(
       QMetaObject::invokeMethod(&library, "addGroup", Q_ARG(QString, "D"), Q_ARG(kvn::AttributeType, kvn::Point)));
+  EXPECT_TRUE(QMetaObject::invokeMethod(&library, "addGroup", Qt::QueuedConnection, Q_ARG(QString, "E"),
+                                        Q_ARG(kvn::AttributeType, kvn::Point)));
   EXPECT_EQ(contentOf(library), "A(a1 a2 a3) B(b1) C() D() + H(h1)");
+  QCoreApplication::sendPostedEvents(&library);
+  EXPECT_EQ(contentOf(library), "A(a1 a2 a3) B(b1) C() D() E() + H(h1)");
 }
 
 }  // namespace

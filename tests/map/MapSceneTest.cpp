@@ -75,13 +75,66 @@ TEST_F(MapSceneTest, HighlightsByIdAndDropsTheFormerSelection) {
                             Q_ARG(kvn::FeatureDataType, FeatureDataType::CoordData));
   EXPECT_EQ(selected(FeatureDataType::CoordData), "c");
   QMetaObject::invokeMethod(&scene, "selectFeature", Qt::QueuedConnection,
-                            Q_ARG(QVector<QString>, (QVector<QString>{"t", "unknown"})),
+                            Q_ARG(QVector<QString>, (QVector<QString>{"t", "unknown", ""})),
                             Q_ARG(kvn::FeatureDataType, FeatureDataType::ViewPointData));
   QCoreApplication::sendPostedEvents(&scene);
   EXPECT_EQ(selected(FeatureDataType::CoordData) + selected(FeatureDataType::ViewPointData), "t");
   scene.clearSelect();
   EXPECT_EQ(selected(FeatureDataType::ViewPointData), "");
+  for (QString const id : {"", "unknown"}) {
+    scene.selectFeature(id, FeatureDataType::NetworkData);  // the line has no id
+    for (osgEarth::AnnotationNode* node : featuresOf(scene, FeatureDataType::NetworkData)) {
+      EXPECT_FALSE(dynamic_cast<mvz::ISelectable&>(*node).isSelected());
+    }
+  }
   EXPECT_STREQ(scene.metaObject()->className(), "kvn::MapScene");
+}
+
+/// "point known lines" of what a feature stands for.
+std::string described(NetworkRecords const& records) {
+  std::string text = records.point + (records.knownPoint == nullptr ? "" : "=" + records.knownPoint->name);
+  for (NetworkDataInfo const* line : records.lines) text += " " + line->start_name + ">" + line->end_name;
+  return text;
+}
+
+TEST_F(MapSceneTest, FindsTheRecordsBehindTheFeaturesOfANetwork) {
+  project->read(test::samplePath("trav_open_2legs.in2"));
+  std::vector<NetworkDataInfo>& network = project->getNetwork().lines;
+  network.insert(network.begin(), NetworkDataInfo(network[0]));  // twice: the first is found
+  project->build();
+  MapScene& scene = *project->getMapScene();
+  auto const points = featuresOf(scene, FeatureDataType::ViewPointData);
+  ASSERT_EQ(points.size(), 4U);  // by name: 1, 2, A, B
+  EXPECT_EQ(described(scene.findNetworkRecords(points[0])), "1 B>1 1>B 1>2");
+  EXPECT_EQ(described(scene.findNetworkRecords(points[1])), "2 1>2");
+  EXPECT_EQ(described(scene.findNetworkRecords(points[2])), "A=A B>A B>A");
+  auto const lines = featuresOf(scene, FeatureDataType::NetworkData);
+  ASSERT_EQ(lines.size(), 5U);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    NetworkRecords const records = scene.findNetworkRecords(lines[i]);
+    ASSERT_EQ(records.lines.size(), 1U);
+    EXPECT_EQ(records.lines[0], &network[i == 1 ? 0 : i]);
+    EXPECT_EQ(records.point, "");
+    EXPECT_EQ(test::infoOf(lines[i])[0], "");
+  }
+  auto const other = system.createProject();
+  EXPECT_EQ(described(other->getOrCreateMapScene()->findNetworkRecords(lines[0])), "") << "of another project";
+  project->setNetwork({});
+  EXPECT_EQ(described(scene.findNetworkRecords(points[2])) + described(scene.findNetworkRecords(lines[0])), "");
+  EXPECT_EQ(described(scene.findNetworkRecords(nullptr)), "");
+}
+
+TEST_F(MapSceneTest, FindsNoRecordOfTheNetworkBehindFeaturesOfRows) {
+  drawOneOfEach();
+  project->getNetwork().lines.resize(1);
+  project->getNetwork().lines[0].start_name = "s";
+  project->getNetwork().lines[0].end_name = "t";
+  MapScene& scene = *project->getMapScene();
+  for (auto const type : {FeatureDataType::CoordData, FeatureDataType::NetworkData, FeatureDataType::ViewPointData}) {
+    for (osgEarth::AnnotationNode* node : featuresOf(scene, type)) {
+      EXPECT_EQ(described(scene.findNetworkRecords(node)), "");
+    }
+  }
 }
 
 TEST_F(MapSceneTest, ForwardsTheRequestForAFeatureWithThePlainTypeName) {
@@ -134,6 +187,20 @@ TEST(MapScene, WorksWithoutViewers) {
   EXPECT_TRUE(scene.getSelectIDList(FeatureDataType::CoordData).empty());
   EXPECT_TRUE(scene.getSelectFeatureList(FeatureDataType::CoordData).empty());
   scene.clearSelect();
+  // Viewers that come later frame and repaint it, and are none of its own.
+  osg::ref_ptr<test::FramingRecorder> const late = new test::FramingRecorder;
+  osg::ref_ptr<mvz::View> const view = new mvz::View(300, 200);
+  late->addView(view);
+  host.system.setMvzViewerManager(late);
+  project->fullShowMap();
+  EXPECT_THAT(late->framed, ElementsAre("CoordData;"));
+  for (auto const& change : std::initializer_list<std::function<void()>>{
+           [&] { scene.selectFeature("x", FeatureDataType::CoordData); }, [&] { scene.clearSelect(); }}) {
+    view->drawn();
+    change();
+    EXPECT_TRUE(view->needsRedraw());
+  }
+  EXPECT_EQ(scene.getMvzViewerManager(), nullptr);
   project->clearMapData();
   EXPECT_EQ(featuresOf(scene, FeatureDataType::CoordData).size(), 0U);
 }

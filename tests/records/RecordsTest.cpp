@@ -1,6 +1,8 @@
 // Identities and comparisons of the records, their name tables, and the horizontal distance of a row.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <array>
 #include <cmath>
 #include <functional>
@@ -46,6 +48,25 @@ TEST(Identity, IsARandomUuidInEveryThread) {
   for (auto const& list : lists) distinct.insert(list.begin(), list.end());
   EXPECT_EQ(distinct.size(), lists.size() * kOfEach);
   for (std::string const& id : lists[0]) ASSERT_TRUE(std::regex_match(id, form)) << id;
+}
+
+TEST(Identity, IsAnotherInAForkedProcess) {
+  newId();  // the generator is running
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  pid_t const child = fork();
+  if (child == 0) {
+    std::string const id = newId();
+    _exit(write(ends[1], id.data(), id.size()) == ssize_t(id.size()) ? 0 : 1);
+  }
+  std::array<char, 38> id{};
+  EXPECT_EQ(read(ends[0], id.data(), id.size()), ssize_t(id.size()));
+  EXPECT_NE(std::string(id.data(), id.size()), newId());
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  close(ends[0]);
+  close(ends[1]);
 }
 
 TEST(TraverseRow, GivesTheHorizontalDistanceOfItsCircleReading) {

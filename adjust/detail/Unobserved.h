@@ -1,0 +1,28 @@
+// Known points that no observation mentions.
+#pragma once
+
+#include "adjust/NameIndex.h"
+#include "core/System.h"
+#include "records/CalculationRecords.h"
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+namespace kvn::detail {
+
+/// Sends one `Warning` that lists them, if there are any.
+///
+/// @param text  with %1 for the names.
+inline void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameIndex const& observed,
+                             QString const& text) {
+  QStringList names;
+  for (PointInfo const& point : knownPoints) {
+    if (!observed.contains(point.name)) names.append(QString::fromStdString(point.name));
+  }
+  System const* const system = System::Instance();
+  if (names.isEmpty() || system == nullptr) return;
+  system->sendMessage(text.arg(names.join(QStringLiteral(", "))), Warning);
+}
+
+}  // namespace kvn::detail
