@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #if defined(_WIN32)
 #include <QSaveFile>
@@ -146,11 +147,11 @@ class NewFile {
   }
 
   int createNamed(fs::path const& folder, mode_t mode) {
-    std::string const wanted = freshName(folder);
+    std::string wanted = freshName(folder);
     HeldEnd const held;
     file = ::open(wanted.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, mode);
     if (file < 0) return errno;
-    take(wanted);
+    take(std::move(wanted));
     return 0;
   }
 
@@ -161,9 +162,9 @@ class NewFile {
   }
 
   bool linkAside(fs::path const& folder) {
-    std::string const wanted = freshName(folder);
+    std::string wanted = freshName(folder);
     if (!link(wanted)) return false;
-    take(wanted);
+    take(std::move(wanted));
     return true;
   }
 
@@ -175,9 +176,10 @@ class NewFile {
   }
 
  private:
-  void take(std::string const& wanted) {
-    name = wanted;
-    rememberUnfinished(wanted);
+  /// Behind the call that makes the name there may be no want of memory: nobody would know what to remove.
+  void take(std::string&& wanted) noexcept {
+    name = std::move(wanted);
+    rememberUnfinished(name);
   }
 
   int file = -1;
