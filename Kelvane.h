@@ -97,3 +97,4 @@
 #include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
 #include <utils/XMLHandleEx.h>
+#include <utils/XmlText.h>

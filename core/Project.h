@@ -13,9 +13,11 @@
 #include <utils/IProcessCancel.h>
 
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace tinyxml2 {
@@ -64,8 +66,9 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
 
   /// Reads a project file: after `resetData`, settings, rows or network, and coordinate list come from the file, and
   /// the network of rows is generated. The legend codes stay as they are.
-  /// @throws QLogicError "Can not open file" for a file that is missing or not well-formed: the project has been reset
-  ///         by then. What `generateNetworkData` throws: the rows are there then, and the network is empty.
+  /// @throws QLogicError "Can not open file" for a file that is missing or not well-formed, "Line N: an element with
+  ///         more than 100 attributes": the project has been reset by then. What `generateNetworkData` throws: the rows
+  ///         are there then, and the network is empty.
   virtual void importKVNFile(QString const& path);
   /// Reads a traverse file: the rows are replaced, the network emptied, an earlier calculation dropped. The rows get
   /// approximate coordinates where the observations give them, the row checks set their flags, and the legend codes
@@ -235,12 +238,13 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void setOperationType(OperationType value);
 
  protected:
-  /// Resets the project and takes in what the file holds. @throws QLogicError "Can not open file".
+  /// Resets the project and takes in what the file holds. @throws QLogicError as `importKVNFile`.
   void readProject(QString path);
   void writeProject(QString path) const;  ///< @throws QLogicError "Can not write file"
 
  private:
   void forgetSources();
+  void setKnownPointList(std::vector<KnownPoint> points);
   void readViewData(tinyxml2::XMLElement const* element);
   void readNetworkData(tinyxml2::XMLElement const* element);
   void readCoordinateData(tinyxml2::XMLElement const* element);
@@ -273,6 +277,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   OperationType operationType = ObservationView;
   StationMap stationMap;
   std::vector<KnownPoint> knownPointList;
+  std::unordered_multimap<std::string, std::size_t>
+      knownPointPlaces;  ///< by name; of another size than the list, made anew
 };
 
 }  // namespace kvn

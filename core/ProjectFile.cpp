@@ -14,6 +14,7 @@
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
 #include <utils/XMLHandleEx.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <QFileInfo>
@@ -62,8 +63,13 @@ std::string printed(XMLDocument const& document) {
 }
 
 /// Not `LoadFile`, which knows nothing of the charset of file names. What cannot be read is an empty document.
+/// @throws QLogicError for an element with more attributes than the parser can take in reasonable time.
 void load(XMLDocument& document, QString const& path) {
   std::string const bytes = utils::readFile(path).value_or(std::string());
+  if (int const line = utils::lineOfCrowdedElement(bytes)) {
+    throw QLogicError(
+        System::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+  }
   document.Parse(bytes.data(), bytes.size());
 }
 
@@ -150,7 +156,7 @@ void Project::readNetworkData(XMLElement const* element) {
   if (element == nullptr) return;
   networkFile = attribute(*element, "Name");
   kvn::read(element, *network);
-  knownPointList = getKnownPoint(*traverseDataList);
+  setKnownPointList(getKnownPoint(*traverseDataList));
   if (version.isEmpty()) fileType = CosaFile;
 }
 

@@ -5,6 +5,7 @@
 
 #include <utils/FileText.h>
 #include <utils/Number.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <cmath>
@@ -122,6 +123,10 @@ bool isProject(XMLElement const& root) {
 
 FieldTextCheck inspectProjectFile(QString const& path) {
   std::string const bytes = utils::readFile(path).value_or(std::string());
+  if (int const line = utils::lineOfCrowdedElement(bytes)) {
+    throw Refusal(path,
+                  QString("line %1: an element has more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+  }
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {

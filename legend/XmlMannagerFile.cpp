@@ -4,9 +4,12 @@
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 #include <utils/ResourceFile.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <system_error>
 
@@ -41,6 +44,14 @@ constexpr Field kFields[] = {{"Name", &LegendCode::Name}, {"Group", &LegendCode:
 bool isFile(std::string const& nativeFile) {
   std::error_code error;
   return std::filesystem::is_regular_file(nativeFile, error);
+}
+
+/// Nothing where the file cannot be read.
+std::string bytesOf(std::string const& nativeFile) {
+  std::ifstream stream(nativeFile, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << stream.rdbuf();
+  return stream.bad() || bytes.bad() ? std::string() : bytes.str();
 }
 
 /// Calls `use` for every child element of that name (null for any) of a section, which may be missing.
@@ -134,8 +145,10 @@ bool XmlMannager::readPrjCode(QString const& path) {
         isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml") : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
     found = utils::resourceFile(file);
   }
+  std::string const bytes = bytesOf(found);
   tinyxml2::XMLDocument document;
-  if (document.LoadFile(found.c_str()) != tinyxml2::XML_SUCCESS) return false;
+  if (utils::lineOfCrowdedElement(bytes) > 0) return false;
+  if (document.Parse(bytes.data(), bytes.size()) != tinyxml2::XML_SUCCESS) return false;
   XMLElement const* const root = document.FirstChildElement();
   if (root == nullptr) return false;
 

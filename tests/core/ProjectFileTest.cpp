@@ -226,6 +226,16 @@ TEST_F(ProjectFile, IsRefusedWhenItCannotBeReadAndThenTheProjectIsEmpty) {
     EXPECT_TRUE(project->isEmpty() && project->getVersion().isEmpty() && project->getProjectFile().isEmpty());
     EXPECT_EQ(project->getName(), "job");
   }
+  // Of as many attributes as the parser takes in reasonable time, and one more. What only looks like them is none.
+  std::string const most =
+      "<K><!-- <K a='' --><P b=\"'<>'\"/>\n<![CDATA[<K a='']]><Q" + test::xmlAttributes(100) + "/></K>";
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(file("most.kvn", most)); }), "no failure");
+  for (char const* end : {"/></K>", ">", " ", " a", ""}) {
+    QString const path = file("bad.kvn", "<K><!-- > -->\n<?p '?><Q" + test::xmlAttributes(101) + end);
+    EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(path); }),
+              "Line 2: an element with more than 100 attributes");
+    EXPECT_TRUE(project->isEmpty());
+  }
   for (char const* name : {"missing.kvn", "folder.kvn", "pipe.kvn", "folder.dat", "pipe.dat"}) {
     SCOPED_TRACE(name);
     if (QString(name).startsWith("folder")) QDir(folder.path()).mkdir(name);
