@@ -49,9 +49,8 @@ void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameIndex const
   }
   System const* const system = System::Instance();
   if (names.isEmpty() || system == nullptr) return;
-  system->sendMessage(
-      System::tr("Known points without an observation are left out: %1").arg(names.join(QStringLiteral(", "))),
-      Warning);
+  system->sendMessage(System::tr("Known points without an observation are left out: %1").arg(listedNames(names)),
+                      Warning);
 }
 
 }  // namespace
