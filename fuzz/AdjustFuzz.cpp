@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kMostLines = 60;
 constexpr int kIterations = 12;
-constexpr int kPolls = 3000;
+constexpr int kPolls = 400;
 
 /// "The iteration does not settle" and the failures of the heights are plain exceptions of their own kind; those of the
 /// standard library come of mistakes.

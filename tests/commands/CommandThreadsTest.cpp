@@ -67,17 +67,21 @@ TEST(CommandThreads, RunOneOperationAfterTheOther) {
       engine.redo(1);
     }
   };
-  auto const ask = [&] {
+  auto const set = [&] {
     for (int i = 0; i < kOfEach; ++i) {
       engine.setMaxQueueLen(std::size_t(100 + i));
       engine.setExecuteAfterCall([](int const&) {});
-      engine.setErrorCallFunc([](Engine*) {});
+    }
+  };
+  engine.setErrorCallFunc([](Engine*) {});
+  auto const fail = [&] {
+    for (int i = 0; i < kOfEach; ++i) {
       int out = 0;
       EXPECT_FALSE(engine.execute("NoSuchCMD", 0, out, {}));
       EXPECT_EQ(engine.getErrorMessage(), "noCommand");
     }
   };
-  together({run, run, undo, ask});
+  together({run, run, undo, set, fail});
   EXPECT_EQ(good, 2 * kOfEach);
   EXPECT_EQ(done.size(), std::size_t(2 * kOfEach));
 }
