@@ -165,6 +165,17 @@ TEST_F(ProjectFile, HoldsANetworkWithoutHeightsAndOnlyWhenThereAreNoRows) {
   EXPECT_EQ(test::fileBytes(path("net.kvn")).find("NetworkData"), std::string::npos);
 }
 
+TEST_F(ProjectFile, BringsItsKnownPointsInPlaceOfThoseBefore) {
+  project->addKnownPoint({"A", 1, 2, 3});
+  project->read(file("both.kvn", "<K><ViewData><Point name='B' isKnown='1'/></ViewData><NetworkData/></K>"));
+  project->addKnownPoint({"A", 4, 5, 6});
+  project->setFileType(Project::LqfFile);
+  project->generateNetworkData();
+  std::vector<KnownPoint> const& known = project->getNetwork().knownPoints;
+  ASSERT_EQ(known.size(), 2U);
+  EXPECT_TRUE(known[0].name == "B" && known[1].name == "A");
+}
+
 TEST_F(ProjectFile, TellsItsKindByItsVersion) {
   std::string const view = "<ViewData/>";
   std::string const network = "<NetworkData/>";
