@@ -136,11 +136,6 @@ bool isRead(Collection& collection, std::string const& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   std::string const text(reinterpret_cast<char const*>(bytes), size);
   kvn::CarefulCosaCollection network;

@@ -95,12 +95,6 @@ void run(kvn::Project& on, std::string const& name, Json::Value in) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-  static QCoreApplication const application(*argc, *argv);  // owns what the system makes
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   auto const* const text = reinterpret_cast<char const*>(bytes);
   Json::CharReaderBuilder builder;

@@ -69,11 +69,6 @@ void toTheLetter(std::string const& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   static fuzz::File const file("cosa.IN2");
   std::string const text(reinterpret_cast<char const*>(bytes), size);

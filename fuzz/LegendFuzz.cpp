@@ -39,11 +39,6 @@ void requireRightNames(kvn::XmlMannager& library) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   static fuzz::File const file("legend.xml");
   file.write(std::string(reinterpret_cast<char const*>(bytes), size));

@@ -37,11 +37,6 @@ bool read(kvn::Project& project, QString const& path) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   static fuzz::File const file("project.kvn");
   file.write(std::string(reinterpret_cast<char const*>(bytes), size));

@@ -5,8 +5,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QLoggingCategory>
-#include <QTextCodec>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -99,11 +97,5 @@ inline bool isNearOnCircle(double a, double b, double unit) {
 }
 
 constexpr double kSecond = 3.14159265358979323846 / 648000.0;
-
-/// Names in UTF-8, as the host program has them, and no log.
-inline void prepare() {
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-  QLoggingCategory::setFilterRules(QStringLiteral("*=false"));
-}
 
 }  // namespace fuzz

@@ -47,11 +47,6 @@ void import(fuzz::File const& file) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  fuzz::prepare();
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   static fuzz::File const file("traverse.txt");
   std::string const text(reinterpret_cast<char const*>(bytes), size);

@@ -17,6 +17,7 @@ constexpr int kOfEach = 300;
 void together(std::vector<std::function<void()>> const& tasks) {
   std::atomic<bool> go{false};
   std::vector<std::thread> threads;
+  threads.reserve(tasks.size());
   for (auto const& task : tasks) {
     threads.emplace_back([&go, &task] {
       while (!go) std::this_thread::yield();
@@ -68,8 +69,8 @@ TEST(CommandThreads, RunOneOperationAfterTheOther) {
     }
   };
   auto const set = [&] {
-    for (int i = 0; i < kOfEach; ++i) {
-      engine.setMaxQueueLen(std::size_t(100 + i));
+    for (std::size_t i = 0; i < kOfEach; ++i) {
+      engine.setMaxQueueLen(100 + i);
       engine.setExecuteAfterCall([](int const&) {});
     }
   };

@@ -15,6 +15,7 @@ TEST(RedrawThreads, AskWhileViewsAndManagersComeAndGo) {
   osg::ref_ptr<mvz::View> const view(new mvz::View(10, 10));
   lasting->addView(view);
   std::vector<std::thread> threads;
+  threads.reserve(3);
   for (int i = 0; i < 2; ++i) {
     threads.emplace_back([] {
       for (int n = 0; n < kTimes; ++n) mvz::ProjectMapScene::reDraw();
