@@ -34,6 +34,7 @@ bool isReadAsWritten(std::vector<kvn::TraverseDataInfo> const& rows) {
     if (row.pointType != kvn::TraversePointType::PrismPoint) continue;
     bool const isFore = row.sightType == kvn::ForeSight;
     if (isFore && (row.name == backSight || backSight.find('_') != std::string::npos)) return false;
+    if (isFore && row.name.find_first_of("^$\\.*+?()[]{}|") != std::string::npos) return false;  // a pattern
     backSight = isFore ? std::string() : row.name;
   }
   return true;
