@@ -98,3 +98,4 @@
 #include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
 #include <utils/XMLHandleEx.h>
+#include <utils/XmlText.h>

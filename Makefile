@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 APT := cmake/install-packages
 
-.PHONY: demo test bench lint format sanitize faults fuzz install clean
+.PHONY: demo test bench lint format sanitize tsan faults fuzz install clean
 
 build-packages:
 	@$(APT) build
@@ -35,6 +35,12 @@ sanitize: test-packages
 	cmake --preset sanitize
 	cmake --build --preset sanitize -j $(JOBS)
 	ctest --preset sanitize -j $(JOBS)
+
+# The thread tests alone: Qt and OpenSceneGraph are not instrumented, so that nothing can be said of what they do.
+tsan: test-packages
+	cmake --preset tsan
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan
 
 bench: bench-packages
 	cmake --preset bench

@@ -13,10 +13,12 @@
 #include <utils/IProcessCancel.h>
 
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace tinyxml2 {
@@ -67,7 +69,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// Reads a project file: after `resetData`, settings, rows or network, and coordinate list come from the file, and
   /// the network of rows is generated. The legend codes stay as they are.
   /// @throws QLogicError "Can not open file" for a file that is missing or not well-formed: the project has been reset
-  ///         by then. What `generateNetworkData` throws: the rows are there then, and the network is empty.
+  ///         by then. QLogicError "Line N: an element with more than 100 attributes", before the reset. What
+  ///         `generateNetworkData` throws: the rows are there then, and the network is empty.
   virtual void importKVNFile(QString const& path);
   /// Reads a traverse file: the rows are replaced, the network emptied, an earlier calculation dropped. The rows get
   /// approximate coordinates where the observations give them, the row checks set their flags, and the legend codes
@@ -249,7 +252,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void setOperationType(OperationType value);
 
  protected:
-  /// Resets the project and takes in what the file holds. @throws QLogicError "Can not open file".
+  /// Resets the project and takes in what the file holds. @throws QLogicError as `importKVNFile`.
   void readProject(QString path);
   void writeProject(QString path) const;  ///< @throws QLogicError "Can not write file" with the reason
 
@@ -262,6 +265,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void takeCoordinates(QString const& path, std::string const& bytes);
   void forgetSources();
   void requireOwnSources() const;
+  void setKnownPointList(std::vector<KnownPoint> points);
   void readViewData(tinyxml2::XMLElement const* element);
   void readNetworkData(tinyxml2::XMLElement const* element);
   void readCoordinateData(tinyxml2::XMLElement const* element);
@@ -296,6 +300,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   OperationType operationType = ObservationView;
   StationMap stationMap;
   std::vector<KnownPoint> knownPointList;
+  /// Places in `knownPointList` by name; made anew when its size is not that of the list.
+  std::unordered_multimap<std::string, std::size_t> knownPointPlaces;
 };
 
 }  // namespace kvn

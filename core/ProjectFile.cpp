@@ -15,6 +15,7 @@
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
 #include <utils/XMLHandleEx.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <QFileInfo>
@@ -119,6 +120,10 @@ void Project::readProject(QString path) {
 /// What could not be opened is an empty document. Not tinyxml2's `LoadFile`, which knows nothing of the charset of file
 /// names and takes a read error for the end.
 void Project::takeProject(QString const& path, std::string const& bytes) {
+  if (int const line = utils::lineOfCrowdedElement(bytes)) {
+    throw QLogicError(
+        System::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+  }
   resetData();
   forgetSources();
   XMLDocument document;
@@ -158,7 +163,7 @@ void Project::readNetworkData(XMLElement const* element) {
   if (element == nullptr) return;
   networkFile = attribute(*element, "Name");
   kvn::read(element, *network);
-  knownPointList = getKnownPoint(*traverseDataList);
+  setKnownPointList(getKnownPoint(*traverseDataList));
   if (version.isEmpty()) fileType = CosaFile;
 }
 

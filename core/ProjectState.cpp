@@ -80,14 +80,21 @@ bool Project::isTraverseNameExist(std::string const& pointName) const {
                      [&pointName](TraverseDataInfo const& row) { return row.name == pointName; });
 }
 
+void Project::setKnownPointList(std::vector<KnownPoint> points) {
+  knownPointList = std::move(points);
+  knownPointPlaces.clear();
+}
+
 void Project::addKnownPoint(KnownPoint const& point) {
-  bool found = false;
-  for (KnownPoint& entry : knownPointList) {
-    if (entry.name != point.name) continue;
-    entry = point;
-    found = true;
+  if (knownPointPlaces.size() != knownPointList.size()) {
+    knownPointPlaces.clear();
+    for (std::size_t i = 0; i < knownPointList.size(); ++i) knownPointPlaces.emplace(knownPointList[i].name, i);
   }
-  if (!found) knownPointList.push_back(point);
+  auto const [begin, end] = knownPointPlaces.equal_range(point.name);
+  for (auto place = begin; place != end; ++place) knownPointList[place->second] = point;
+  if (begin != end) return;
+  knownPointPlaces.emplace(point.name, knownPointList.size());
+  knownPointList.push_back(point);
 }
 
 bool Project::removeKnownPoint(std::string const& pointName) {
@@ -95,6 +102,7 @@ bool Project::removeKnownPoint(std::string const& pointName) {
                                   [&pointName](KnownPoint const& entry) { return entry.name == pointName; });
   if (found == knownPointList.end()) return false;
   knownPointList.erase(found);
+  knownPointPlaces.clear();  // those behind it have moved
   return true;
 }
 

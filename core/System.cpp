@@ -21,6 +21,7 @@
 #include <QTranslator>
 #include <algorithm>
 #include <osg/ref_ptr>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,7 @@ struct System::Data {
   QPointer<utils::UserBehavior> userBehavior;
   osg::ref_ptr<osg::Referenced> viewerManager;
   QStringList unsentWarnings;  ///< of the reading of the configuration, while there is no message function
+  std::unordered_map<Project const*, std::list<std::shared_ptr<Project>>::iterator> placeOf;  // in the project list
 };
 
 System::System() {
@@ -129,24 +131,27 @@ QString System::getOutPath() const {
 
 bool System::addProject(std::shared_ptr<Project> project) {
   if (project == nullptr) return false;
-  if (!hasProject(project.get())) projectList.push_back(std::move(project));
+  if (hasProject(project.get())) return true;
+  std::list<std::shared_ptr<Project>> added{std::move(project)};
+  data->placeOf.emplace(added.front().get(), added.begin());
+  projectList.splice(projectList.end(), added);  // the entry keeps its place
   return true;
 }
 
 bool System::removeProject(Project* project) {
-  auto const found = std::find_if(projectList.begin(), projectList.end(),
-                                  [project](auto const& entry) { return entry.get() == project; });
-  if (found == projectList.end()) return false;
-  projectList.erase(found);
+  auto const found = data->placeOf.find(project);
+  if (found == data->placeOf.end()) return false;
+  auto const place = found->second;
+  data->placeOf.erase(found);
+  projectList.erase(place);
   return true;
 }
 
 bool System::hasProject(Project* project) const { return findProject(project) != nullptr; }
 
 std::shared_ptr<Project> System::findProject(Project* project) const {
-  auto const found = std::find_if(projectList.begin(), projectList.end(),
-                                  [project](auto const& entry) { return entry.get() == project; });
-  return found == projectList.end() ? nullptr : *found;
+  auto const found = data->placeOf.find(project);
+  return found == data->placeOf.end() ? nullptr : *found->second;
 }
 
 std::shared_ptr<Project> System::findProject(QString const& path) const {

@@ -73,11 +73,22 @@ bool matches(std::string const& text, std::string const& pattern) {
   return std::regex_match(text, std::regex(pattern));
 }
 
+/// A reference to a group, or a repetition, of ten digits and more: no expression has as many, and the standard library
+/// counts past its largest number there.
+bool hasHugeCount(std::string const& pattern) {
+  for (std::size_t at = 0; (at = pattern.find_first_of("\\{", at)) != std::string::npos; ++at) {
+    std::size_t const end = std::min(pattern.find_first_not_of("0123456789", at + 1), pattern.size());
+    if (end > at + 10) return true;
+  }
+  return false;
+}
+
 /// The back sight has the target's name with an underscore and one digit behind it. A name with pattern characters
 /// acts as a pattern.
 bool isNumberedName(std::string const& backSight, std::string const& name) {
   bool const isPattern = name.find_first_of(kPatternCharacters) != std::string::npos;
   if (isPattern && std::max(name.size(), backSight.size()) <= kLongestPattern) {
+    if (hasHugeCount(name)) throw std::regex_error(std::regex_constants::error_complexity);
     return matches(backSight, "^" + name + "_\\d");
   }
   return backSight.size() == name.size() + 2 && backSight.compare(0, name.size(), name) == 0 &&

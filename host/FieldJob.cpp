@@ -8,6 +8,8 @@
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
+#include <QHash>
+#include <QRegularExpression>
 #include <algorithm>
 #include <iterator>
 #include <new>
@@ -115,6 +117,37 @@ QString placeOf(FieldFinding const& finding) {
   return finding.row == FieldFinding::kNoRow ? QString() : QString("row %1").arg(finding.row + 1);
 }
 
+/// The text without what differs from place to place: what is quoted behind a colon, a Chinese one too, and numbers.
+QString kindOfText(QString const& text) {
+  static QRegularExpression const quoted("(: |：).*");
+  static QRegularExpression const numbers("[0-9][0-9.]*");
+  return QString(text).remove(quoted).replace(numbers, "#");
+}
+
+/// One message: a warning with the places that it holds for.
+struct Told {
+  QString text;
+  QStringList places;  ///< the first ones
+  int count = 0;       ///< of all places
+  int others = 0;      ///< warnings of the same kind whose text is not told
+
+  void add(FieldFinding const& finding) {
+    if (finding.text != text) {
+      ++others;
+    } else if (++count <= kNamedPlaces) {
+      QString const names = namesOf(finding);
+      places << (names.isEmpty() ? placeOf(finding) : names);
+    }
+  }
+
+  void send() const {
+    QString message = text + ": " + places.join("; ");
+    if (count > kNamedPlaces) message += QString("; and %1 more").arg(count - kNamedPlaces);
+    if (others > 0) message += QString("; and %1 more of this kind").arg(others);
+    System::Instance()->sendMessage(message, Warning);
+  }
+};
+
 }  // namespace
 
 std::vector<FieldFinding> FieldJob::findings() const {
@@ -158,20 +191,25 @@ QString worded(FieldFinding const& finding) {
 }
 
 void tellWarnings(std::vector<FieldFinding> const& findings) {
-  std::vector<std::pair<QString, QStringList>> placesOf;
+  std::vector<Told> list;
+  QHash<QString, std::size_t> placeOfText;
+  QHash<QString, int> textsOfKind;
+  QHash<QString, std::size_t> lastOfKind;
   for (FieldFinding const& finding : findings) {
     if (finding.severity != FieldFinding::Warning) continue;
-    auto kind = std::find_if(placesOf.begin(), placesOf.end(),
-                             [&finding](auto const& entry) { return entry.first == finding.text; });
-    if (kind == placesOf.end()) kind = placesOf.insert(placesOf.end(), {finding.text, {}});
-    QString const names = namesOf(finding);
-    kind->second << (names.isEmpty() ? placeOf(finding) : names);
+    auto known = placeOfText.constFind(finding.text);
+    if (known == placeOfText.cend()) {
+      QString const kind = kindOfText(finding.text);
+      bool const isNamed = ++textsOfKind[kind] <= kNamedPlaces;
+      if (isNamed) {
+        list.push_back({finding.text, {}, 0, 0});
+        lastOfKind[kind] = list.size() - 1;
+      }
+      known = placeOfText.insert(finding.text, isNamed ? list.size() - 1 : lastOfKind[kind]);
+    }
+    list[*known].add(finding);
   }
-  for (auto const& [text, places] : placesOf) {
-    QString message = text + ": " + places.mid(0, kNamedPlaces).join("; ");
-    if (places.size() > kNamedPlaces) message += QString("; and %1 more").arg(places.size() - kNamedPlaces);
-    System::Instance()->sendMessage(message, Warning);
-  }
+  for (Told const& told : list) told.send();
 }
 
 void requireNoError(QString const& file, std::vector<FieldFinding> const& findings) {

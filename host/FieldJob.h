@@ -30,7 +30,8 @@ void openFieldJobAsRead(Project& project, QString const& path, std::string const
 /// "line 12: S to A: text".
 QString worded(FieldFinding const& finding);
 
-/// Sends a `Warning` for each kind of warning, naming the first places.
+/// Sends a `Warning` for each text of a warning, naming the first places. Of texts that differ in a number alone, or in
+/// what they quote, the first are sent, and how many more there are.
 void tellWarnings(std::vector<FieldFinding> const& findings);
 
 /// @throws Refusal for an `Error` among the findings.

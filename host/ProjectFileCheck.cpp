@@ -4,6 +4,7 @@
 #include "Output.h"
 
 #include <utils/Number.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <cmath>
@@ -120,6 +121,10 @@ bool isProject(XMLElement const& root) {
 }  // namespace
 
 FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes) {
+  if (int const line = utils::lineOfCrowdedElement(bytes)) {
+    throw Refusal(path,
+                  QString("line %1: an element has more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+  }
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {

@@ -13,6 +13,12 @@ QList<XmlMannager::LegendCodeAttribute> regrouped(QList<XmlMannager::LegendCodeA
   return codes;
 }
 
+XmlMannager::LegendCodeAttribute const* lastOf(QList<XmlMannager::LegendCodeAttribute> const& codes,
+                                               QString const& name) {
+  auto const found = std::find_if(codes.crbegin(), codes.crend(), [&](auto const& code) { return code.Name == name; });
+  return found == codes.crend() ? nullptr : &*found;
+}
+
 /// A name that is there already keeps its own place. Groups that are not listed stay so.
 void renameInList(QStringList& names, QString const& newName, QString const& oldName) {
   int const place = names.indexOf(oldName);
@@ -41,12 +47,17 @@ QString XmlMannager::getDefaultGroupName() {
 void XmlMannager::clearData() {
   groups.fill({});
   codes.fill({});
+  names.fill({});
 }
 
 QStringList XmlMannager::getGroupList(AttributeType type) const { return isType(type) ? groups[type] : QStringList(); }
 
 QList<XmlMannager::LegendCodeAttribute>& XmlMannager::getLegendCodeList(QString group, AttributeType type) {
-  if (isType(type)) return codes[type][group];
+  if (isType(type)) {
+    forgetNames(type);
+    names[type].handedOut.insert(group);
+    return codes[type][group];
+  }
   none.clear();  // what an earlier caller put there
   return none;
 }
@@ -54,11 +65,28 @@ QList<XmlMannager::LegendCodeAttribute>& XmlMannager::getLegendCodeList(QString 
 XmlMannager::LegendCodeAttribute const* XmlMannager::find(QString const& name, AttributeType type) const {
   if (!isType(type)) return nullptr;
   for (Codes const& group : codes[type]) {
-    auto const found =
-        std::find_if(group.crbegin(), group.crend(), [&](auto const& code) { return code.Name == name; });
-    if (found != group.crend()) return &*found;
+    if (auto const* const found = lastOf(group, name)) return found;
   }
   return nullptr;
+}
+
+bool XmlMannager::contains(QString const& name, AttributeType type) const {
+  if (!isType(type)) return false;
+  CodeMap const& map = codes[type];
+  Names& table = names[type];
+  if (!table.isMade) {
+    table.known.clear();
+    for (auto group = map.cbegin(); group != map.cend(); ++group) {
+      if (table.handedOut.contains(group.key())) continue;
+      for (LegendCodeAttribute const& code : *group) table.known.insert(code.Name);
+    }
+    table.isMade = true;
+  }
+  return table.known.contains(name) ||
+         std::any_of(table.handedOut.cbegin(), table.handedOut.cend(), [&](QString const& group) {
+           auto const list = map.constFind(group);
+           return list != map.cend() && lastOf(*list, name) != nullptr;
+         });
 }
 
 XmlMannager::LegendCodeAttribute* XmlMannager::getLegendCodeData(QString name, AttributeType type) const {
@@ -70,7 +98,7 @@ XmlMannager::LegendCodeAttribute* XmlMannager::getLegendCodeData(QString name, A
   return unknown;
 }
 
-bool XmlMannager::isContainLegendCode(LegendCodeAttribute code) const { return find(code.Name, code.Type) != nullptr; }
+bool XmlMannager::isContainLegendCode(LegendCodeAttribute code) const { return contains(code.Name, code.Type); }
 
 bool XmlMannager::deleteGroup(QString group, AttributeType Type) {
   // The codes of the default group have nowhere to go.
@@ -78,6 +106,7 @@ bool XmlMannager::deleteGroup(QString group, AttributeType Type) {
   if (group.isEmpty() || group == defaultGroup || !isType(Type)) return false;
   CodeMap& map = codes[Type];
   if (!map.contains(group)) return Type != Point;
+  forgetNames(Type);
   Codes const moved = regrouped(map.take(group), defaultGroup);
   groups[Type].removeOne(group);
   if (!moved.isEmpty()) map[defaultGroup] += moved;
@@ -95,6 +124,7 @@ bool XmlMannager::addGroup(QString group, AttributeType Type) {
 bool XmlMannager::updateGroup(QString newName, QString oldName, AttributeType Type) {
   if (newName.isEmpty() || oldName.isEmpty() || !isType(Type)) return false;
   CodeMap& map = codes[Type];
+  forgetNames(Type);
   if (map.contains(oldName)) renameInList(groups[Type], newName, oldName);
   Codes const moved = regrouped(map.take(oldName), newName);
   map[newName] += moved;  // also when empty: an unknown old name leaves the new one behind, not listed
@@ -116,23 +146,28 @@ bool XmlMannager::updateElement(LegendCodeAttribute* beforeP, LegendCodeAttribut
     return true;
   }
   list.removeAt(place);
+  forgetNames(before.Type);
   bool const isMoved = add(after);
   // A file may hold a second code of that name, which keeps this one from its new group.
   if (!isMoved) codes[before.Type][before.Group].insert(place, before);
+  forgetNames(before.Type);
   return isMoved;
 }
 
 bool XmlMannager::addElement(LegendCodeAttribute* p) { return p != nullptr && add(*p); }
 
 bool XmlMannager::add(LegendCodeAttribute const& code) {
-  if (!isType(code.Type) || isContainLegendCode(code)) return false;
+  if (!isType(code.Type) || contains(code.Name, code.Type)) return false;
   codes[code.Type][code.Group].append(code);
+  if (!names[code.Type].handedOut.contains(code.Group)) names[code.Type].known.insert(code.Name);
   return true;
 }
 
 bool XmlMannager::deleteElement(LegendCodeAttribute* p) {
   if (p == nullptr) return false;
-  if (isType(p->Type) && codes[p->Type].contains(p->Group)) codes[p->Type][p->Group].removeAll(*p);
+  if (!isType(p->Type) || !codes[p->Type].contains(p->Group)) return true;
+  codes[p->Type][p->Group].removeAll(*p);
+  forgetNames(p->Type);
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -71,7 +72,8 @@ class KELVANE_EXPORT XmlMannager : public QObject {
   /// is. Texts are in the local 8-bit encoding, whatever the file declares. A code whose group the file does not list
   /// is dropped; codes of one name all stay.
   ///
-  /// @return  false, and the library is empty, when the file cannot be read or is no XML.
+  /// @return  false, and the library is empty, when the file cannot be read or is no XML, or has an element with more
+  ///          than a hundred attributes.
   bool readPrjCode(QString const& path);
 
   /// Writes the listed groups and their codes; the file is replaced only when the new one is complete.
@@ -114,12 +116,22 @@ class KELVANE_EXPORT XmlMannager : public QObject {
   static bool isChinese();
   void clearData();
   LegendCodeAttribute const* find(QString const& name, AttributeType type) const;
+  bool contains(QString const& name, AttributeType type) const;
+  void forgetNames(AttributeType type) { names[type].isMade = false; }
   bool add(LegendCodeAttribute const& code);
 
   QString file;                       ///< as given to, or chosen by, `readPrjCode`
   std::array<QStringList, 3> groups;  ///< by AttributeType, in display order
   std::array<CodeMap, 3> codes;       ///< by AttributeType, by group name
   Codes none;                         ///< what is handed out for a type that is none
+
+  /// Names of the codes of a type. Groups that were handed out can change at any time: they are looked through.
+  struct Names {
+    bool isMade = false;
+    QSet<QString> known;
+    QSet<QString> handedOut;  ///< groups
+  };
+  mutable std::array<Names, 3> names;  ///< by AttributeType
 };
 
 }  // namespace kvn

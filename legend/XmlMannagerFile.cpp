@@ -4,6 +4,7 @@
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 #include <utils/ResourceFile.h>
+#include <utils/XmlText.h>
 
 #include <tinyxml2.h>
 #include <string>
@@ -126,7 +127,7 @@ bool XmlMannager::readPrjCode(QString const& path) {
         isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml") : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
     read = utils::readFile(utils::pathOfNative(utils::resourceFile(file)));
   }
-  if (!read.isWhole()) return false;
+  if (!read.isWhole() || utils::lineOfCrowdedElement(read.bytes) > 0) return false;
   tinyxml2::XMLDocument document;
   if (document.Parse(read.bytes.data(), read.bytes.size()) != tinyxml2::XML_SUCCESS) return false;
   XMLElement const* const root = document.FirstChildElement();

@@ -14,16 +14,10 @@ constexpr std::size_t kNamedObservations = 20;
 
 QString nameOf(std::string const& name) { return QString::fromStdString(name); }
 
-QString listed(QStringList const& names) {
-  if (names.size() <= kNamedPoints) return names.join(QStringLiteral(", "));
-  return System::tr("%1 and %2 more")
-      .arg(names.mid(0, kNamedPoints).join(QStringLiteral(", ")), QString::number(names.size() - kNamedPoints));
-}
-
 QString listed(std::vector<std::string> const& names) {
   QStringList list;
   for (std::string const& name : names) list << nameOf(name);
-  return listed(list);
+  return listedNames(list);
 }
 
 QString degreesOf(double radians) { return QString::number(radians * 180.0 / std::acos(-1.0), 'f', 1); }
@@ -59,6 +53,12 @@ QString worded(LooseMotion const& motion) {
 }
 
 }  // namespace
+
+QString listedNames(QStringList const& names) {
+  if (names.size() <= kNamedPoints) return names.join(QStringLiteral(", "));
+  return System::tr("%1 and %2 more")
+      .arg(names.mid(0, kNamedPoints).join(QStringLiteral(", ")), QString::number(names.size() - kNamedPoints));
+}
 
 QString worded(UnplacedPoint::Reason reason) {
   switch (reason) {
@@ -101,7 +101,7 @@ QString worded(std::vector<UnplacedPoint> const& points) {
   QStringList parts;
   for (std::size_t i = 0; i < namesOf.size(); ++i) {
     if (namesOf.at(i).isEmpty()) continue;
-    parts << QStringLiteral("%1 (%2)").arg(listed(namesOf.at(i)), worded(static_cast<UnplacedPoint::Reason>(i)));
+    parts << QStringLiteral("%1 (%2)").arg(listedNames(namesOf.at(i)), worded(static_cast<UnplacedPoint::Reason>(i)));
   }
   return System::tr("No approximate coordinates: %1").arg(parts.join(QStringLiteral("; ")));
 }

@@ -4,6 +4,7 @@
 #include <utils/Export.h>
 
 #include <QString>
+#include <QStringList>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,9 @@ struct LooseMotion {
 KELVANE_EXPORT QString worded(std::vector<UnplacedPoint> const& points);
 KELVANE_EXPORT QString worded(std::vector<SuspectObservation> const& observations);
 KELVANE_EXPORT QString worded(std::vector<LooseMotion> const& motions);
+/// "a, b, c": names for a message, the first hundred and the number of the others.
+KELVANE_EXPORT QString listedNames(QStringList const& names);
+
 /// One of them, without its names: the reason; by how much an observation is off.
 KELVANE_EXPORT QString worded(UnplacedPoint::Reason reason);
 KELVANE_EXPORT QString wordedSize(SuspectObservation const& observation);

@@ -459,6 +459,10 @@
         <translation>无法写入文件</translation>
     </message>
     <message>
+        <source>Line %1: an element with more than %2 attributes</source>
+        <translation>第 %1 行：元素的属性超过 %2 个</translation>
+    </message>
+    <message>
         <source>Can not open file</source>
         <translation>无法打开文件</translation>
     </message>

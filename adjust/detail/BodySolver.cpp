@@ -483,7 +483,7 @@ struct Solution {
 
 }  // namespace
 
-BodySolver::Outcome BodySolver::solve() {
+BodySolver::Outcome BodySolver::solve(Poll const& poll) {
   std::mt19937 random(1);
   if (system->rows() < system->unknowns || system->holdAt(system->start(random)) == System::Hold::Loose)
     return Outcome::Undetermined;
@@ -491,6 +491,7 @@ BodySolver::Outcome BodySolver::solve() {
   auto const better = [](Solution const& a, Solution const& b) { return a.misfit < b.misfit; };
   int const most = std::clamp(kStartsForEach * system->unknowns, kFewestStarts, kMostStarts);
   for (int i = 0; i < most; ++i) {
+    if (poll) poll();
     spent += std::pow(system->unknowns, 3);
     Vector x = system->start(random);
     double const misfit = system->iterate(x) / system->size;

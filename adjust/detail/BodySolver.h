@@ -3,6 +3,7 @@
 
 #include "adjust/detail/Frame.h"
 #include "adjust/detail/PlaneNetwork.h"
+#include "adjust/detail/Poll.h"
 
 #include <memory>
 #include <unordered_map>
@@ -29,7 +30,8 @@ class KELVANE_EXPORT BodySolver {
   BodySolver(PlaneNetwork const& network, Frame const& base, std::vector<Body> bodies);
   ~BodySolver();
 
-  Outcome solve();
+  /// @param poll  called before each start; may throw to end the work.
+  Outcome solve(Poll const& poll = {});
   std::vector<Pose> const& poses() const { return found; }
   /// What it took: starts times the cube of the unknowns.
   double effort() const { return spent; }

@@ -256,7 +256,7 @@ bool StartSearch::solve(std::vector<int> const& chosen) {
   Bodies together;
   for (int const b : chosen) together.push_back(bodies[index(b)]);
   BodySolver solver(net, root, together);
-  BodySolver::Outcome const outcome = solver.solve();
+  BodySolver::Outcome const outcome = solver.solve(poll);
   effort += solver.effort() + kEffortOfSpot * solver.size();
   if (outcome == BodySolver::Outcome::Ambiguous) {
     for (BodySolver::Body const& body : together) {

@@ -4,6 +4,7 @@
 #include "adjust/NameIndex.h"
 #include "core/System.h"
 #include "records/CalculationRecords.h"
+#include "records/NetworkFindings.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,7 +12,7 @@
 
 namespace kvn::detail {
 
-/// Sends one `Warning` that lists them, if there are any.
+/// Sends one `Warning` that lists them as `listedNames` does, if there are any.
 ///
 /// @param text  with %1 for the names.
 inline void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameIndex const& observed,
@@ -22,7 +23,7 @@ inline void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameInde
   }
   System const* const system = System::Instance();
   if (names.isEmpty() || system == nullptr) return;
-  system->sendMessage(text.arg(names.join(QStringLiteral(", "))), Warning);
+  system->sendMessage(text.arg(listedNames(names)), Warning);
 }
 
 }  // namespace kvn::detail

@@ -186,6 +186,9 @@ TEST(LeastSquares, LeavesOutKnownPointsThatNobodyObserves) {
   }
   ASSERT_EQ(host.messages.size(), 1U);
   EXPECT_EQ(host.messages[0].first, "Known points without an observation are left out: far, away");
+  for (int i = 0; i < 1000; ++i) made.network.knownPoints.emplace_back("k" + std::to_string(i), 3.0, 4.0, 0.0);
+  adjusted(made.network);
+  EXPECT_TRUE(host.messages.back().first.endsWith("k97 and 902 more")) << "the first hundred are named";
   EXPECT_EQ(host.messages[0].second, kvn::Warning);
 }
 

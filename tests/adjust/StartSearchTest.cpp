@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utils/QLogicError.h>
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
@@ -107,6 +108,13 @@ TEST(StartSearch, PlacesWhatFewObservationsDetermine) {
     EXPECT_GE(worst, 0.0);
     EXPECT_LT(worst, 1e-6);
   }
+  // A group that is turned and moved as a body is solved from 25 starts, each of which asks whether to go on.
+  Case const& body = cases[10];
+  TraverseAdjust adjustment;
+  adjustment.readAlgorithmData(loaded(networkOf(places, body.known, body.stations)));
+  int asked = 0;
+  adjustment.setCancelCall([&asked] { return ++asked == 30; });
+  EXPECT_THROW(adjustment.calculateApproximate(), QLogicError);
 }
 
 /// The reasons of all points that are left, sorted by name: "P SeenOnce".

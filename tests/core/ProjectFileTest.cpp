@@ -165,6 +165,17 @@ TEST_F(ProjectFile, HoldsANetworkWithoutHeightsAndOnlyWhenThereAreNoRows) {
   EXPECT_EQ(test::fileBytes(path("net.kvn")).find("NetworkData"), std::string::npos);
 }
 
+TEST_F(ProjectFile, BringsItsKnownPointsInPlaceOfThoseBefore) {
+  project->addKnownPoint({"A", 1, 2, 3});
+  project->read(file("both.kvn", "<K><ViewData><Point name='B' isKnown='1'/></ViewData><NetworkData/></K>"));
+  project->addKnownPoint({"A", 4, 5, 6});
+  project->setFileType(Project::LqfFile);
+  project->generateNetworkData();
+  std::vector<KnownPoint> const& known = project->getNetwork().knownPoints;
+  ASSERT_EQ(known.size(), 2U);
+  EXPECT_TRUE(known[0].name == "B" && known[1].name == "A");
+}
+
 TEST_F(ProjectFile, TellsItsKindByItsVersion) {
   std::string const view = "<ViewData/>";
   std::string const network = "<NetworkData/>";
@@ -225,6 +236,16 @@ TEST_F(ProjectFile, IsRefusedWhenItCannotBeReadAndThenTheProjectIsEmpty) {
     EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(path); }), "Can not open file");
     EXPECT_TRUE(project->isEmpty() && project->getVersion().isEmpty() && project->getProjectFile().isEmpty());
     EXPECT_EQ(project->getName(), "job");
+  }
+  // Of as many attributes as the parser takes in reasonable time, and one more. What only looks like them is none.
+  std::string const most =
+      "<K><!-- <K a='' --><P b=\"'<>'\"/>\n<![CDATA[<K a='']]><Q" + test::xmlAttributes(100) + "/></K>";
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(file("most.kvn", most)); }), "no failure");
+  for (char const* end : {"/></K>", ">", " ", " a", ""}) {
+    QString const path = file("bad.kvn", "<K><!-- > -->\n<?p '?><Q" + test::xmlAttributes(101) + end);
+    EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(path); }),
+              "Line 2: an element with more than 100 attributes");
+    EXPECT_TRUE(project->isEmpty());
   }
   for (char const* name : {"missing.kvn", "folder.kvn", "pipe.kvn", "folder.dat", "pipe.dat"}) {
     SCOPED_TRACE(name);

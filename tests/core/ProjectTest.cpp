@@ -63,6 +63,15 @@ TEST(Project, KeepsOneKnownPointANameAndRemovesOneCoordinateAnId) {
   project.addKnownPoint(KnownPoint("K", 1, 2, 3));
   project.addKnownPoint(KnownPoint("K", 4, 5, 6));
   EXPECT_TRUE(project.removeKnownPoint("K") && !project.removeKnownPoint("K")) << "the second point replaced the first";
+  // Those behind a removed one move; a name that comes back stands at the end.
+  for (char const* name : {"A", "B", "C"}) project.addKnownPoint(KnownPoint(name, 0, 0, 0));
+  project.removeKnownPoint("A");
+  for (char const* name : {"C", "A", "B"}) project.addKnownPoint(KnownPoint(name, 1, 0, 0));
+  project.setFileType(Project::LqfFile);
+  project.generateNetworkData();
+  std::string known;
+  for (KnownPoint const& point : project.getNetwork().knownPoints) known += point.name + std::to_string(int(point.x));
+  EXPECT_EQ(known, "B1C1A1");
   fill(project, 0, 0, 0, 3);
   auto const points = project.getCoordinatePointList();
   project.removeCoordinatePoint(QString::fromStdString(points[1].id));

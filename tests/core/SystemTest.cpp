@@ -31,6 +31,7 @@ TEST(System, KeepsTheOpenProjectsInOrderAndTheCurrentOneWhileAnyIsListed) {
   system.removeProject(first.get());
   EXPECT_EQ(system.getCurrentProject(), nullptr) << "alive, but the list is empty";
   system.addProject(first);
+  EXPECT_TRUE(system.findProject(first.get()) == first && !system.hasProject(second.get()));
   second.reset();
   EXPECT_EQ(system.getCurrentProject(), nullptr);
 }

@@ -89,6 +89,7 @@ TEST(JobReader, LetsAForeSightTakeThePlaceOfTheSameBackSight) {
       {"a pattern that has to match as a whole", "STA S,1|BS PA1_23,1|SC P.1,1", "S:(PA1_23)P.1 "},
       {"a back reference", "STA S,1|BS aa_1,1|SC (a)\\1,1", "S:(a)\\1 "},
       {"the pattern does not look at itself", "STA S,1|BS [K_1,1|SC [K,1|SC B,1", "malformed"},
+      {"a number that is beyond all groups", "STA S,1|BS B_1,1|SC B\\99999999999999999999,1", "malformed"},
       {"a malformed name without a back sight", "STA S,1|SC (K,1", "S:(K "},
       {"equal names are no pattern", "STA S,1|BS (K,1|SC (K,1", "S:(K "},
       {"twice the back sight's point", "STA S,1|BS K1,1|SC K1,1|SC K1,1|SC B,1", "S:K1 B "},

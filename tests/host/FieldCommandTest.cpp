@@ -45,6 +45,18 @@ TEST(FieldAdjust, AgreesWithThePublishedTraverseAndTurnsCirclesThatReadBelowZero
   EXPECT_NEAR(literal["misclosure"]["angleCorrection"].asDouble() / second, 80.76 / 6, 0.01);
 }
 
+TEST(FieldAdjust, TellsAFewOfTheWarningsThatDifferInWhatTheyQuoteAlone) {
+  std::string job = kJob;
+  char letter = 'a';
+  for (std::size_t at = 0; (at = job.find(",1.6,", at)) != std::string::npos; at += 5) job.insert(at + 4, 1, letter++);
+  Program const program;
+  program.write("job.txt", job);
+  std::string const said = program.run({"adjust", "job.txt"}).err;
+  EXPECT_THAT(said, HasSubstr("Warning: something stands behind the number: 1.6b: A to P\n"));
+  EXPECT_THAT(said, HasSubstr("something stands behind the number: 1.6c: A to P; and 5 more of this kind\n"));
+  EXPECT_EQ(said.find("1.6d"), std::string::npos);
+}
+
 TEST(FieldAdjust, GivesTheSameForTheSameJobInEveryFormat) {
   Program const program;
   program.write("job.txt", kJob);

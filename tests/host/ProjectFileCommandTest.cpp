@@ -108,6 +108,8 @@ TEST(ProjectFileCommands, NameTheLineOfAFault) {
            Case{"<Kelvane>\n<ViewData>\n</Kelvane>", "line 2: the file is not well-formed XML"},
            Case{"", "the file is not well-formed XML"},
            Case{"<html/>", "the file is no project file"},
+           Case{head + "<P" + test::xmlAttributes(101) + "/></Kelvane>",
+                "line 2: an element has more than 100 attributes"},
            Case{head + "<ViewData><Point name='A' N='12,5'/></ViewData></Kelvane>",
                 "line 2: A: the attribute N is no number: 12,5"},
            Case{head + "<ViewData>\n<Point name='A' isKnown='yes'/></ViewData></Kelvane>",

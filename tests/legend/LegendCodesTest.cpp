@@ -102,6 +102,28 @@ TEST_F(LegendCodes, ANameIsUniqueInItsTypeAndNotInItsGroup) {
   EXPECT_EQ(contentOf(library), "A(a1 a2 a3) B(b1 A1) C() + H(h1)");
 }
 
+TEST_F(LegendCodes, ANameIsFreeOrInUseAsTheListsAreNow) {
+  auto const isFree = [this](char const* name) { return !library.isContainLegendCode(makeCode(name, "?")); };
+  EXPECT_TRUE(isFree("new") && !isFree("a1"));
+  // The host changes a list that it has got, a code that it holds, and once more.
+  QList<Code>& list = library.getLegendCodeList("A", kvn::Point);
+  Code& held = list[0];
+  Code added = makeCode("new", "A");
+  EXPECT_TRUE(isFree("newer") && library.addElement(&added) && !isFree("new"));
+  held.Name = "renamed";
+  EXPECT_TRUE(isFree("a1") && !isFree("renamed"));
+  list.removeLast();
+  EXPECT_TRUE(isFree("new")) << "what was added is gone again";
+  library.updateGroup("X", "B", kvn::Point);
+  EXPECT_TRUE(!isFree("b1"));
+  Code moved = makeCode("b1", "H");
+  Code before = makeCode("b1", "X");
+  EXPECT_TRUE(library.updateElement(&before, &moved) && !isFree("b1"));
+  EXPECT_TRUE(library.deleteElement(&moved) && isFree("b1"));
+  library.deleteGroup("A", kvn::Point);
+  EXPECT_TRUE(!isFree("a2")) << "the codes of a deleted group stay";
+}
+
 TEST_F(LegendCodes, ACodeIsChangedInPlaceOrMovesToTheEndOfAnotherGroup) {
   QList<Code>& list = library.getLegendCodeList("A", kvn::Point);
   Code const before = list[1];

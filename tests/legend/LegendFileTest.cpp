@@ -72,7 +72,9 @@ TEST_F(LegendFile, SectionsAndFieldsMayBeMissingAndUnlistedGroupsDropTheirCodes)
 }
 
 TEST_F(LegendFile, AFileThatIsNoXmlLeavesTheLibraryEmpty) {
-  for (char const* text : {"", " \n", "<R>", "<R></S>", "<R a=></R>", "<!-- no element -->", "\xff\xfe<\0R\0"}) {
+  std::string const crowded = "<R" + test::xmlAttributes(101) + "/>";
+  for (std::string const text :
+       {"", " \n", "<R>", "<R></S>", "<R a=></R>", "<!-- no element -->", "\xff\xfe<\0R\0", crowded.c_str()}) {
     SCOPED_TRACE(text);
     ASSERT_TRUE(library.addGroup("G", kvn::Point));
     EXPECT_FALSE(read(text));

@@ -27,6 +27,12 @@ std::string algorithmFailureOf(std::function<void()> const& call) {
   return "no failure";
 }
 
+std::string xmlAttributes(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += " a" + std::to_string(i) + "=''";
+  return text;
+}
+
 QString samplePath(QString const& name) { return QStringLiteral(KELVANE_SOURCE_DIR "/samples/") + name; }
 
 std::string fileBytes(QString const& path) {

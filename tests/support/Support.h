@@ -38,6 +38,9 @@ Json::Value json(std::string const& document);
 /// The AlgorithmException that the call throws, as "text|name|index"; "no failure" when it throws none.
 std::string algorithmFailureOf(std::function<void()> const& call);
 
+/// " a0='' a1=''": attributes of an XML element.
+std::string xmlAttributes(int count);
+
 /// Path of a file of the samples folder.
 QString samplePath(QString const& name);
 
