@@ -116,7 +116,7 @@ TEST_F(CoordinateFile, IsReadTheSameOnBothRoads) {
     }
     return (older ? described(data.getDatFileData()) : described(collection.getCoordinateDataList())) + failure;
   };
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 400; ++i) {
     std::string text;
     for (auto line = random() % 3; line > 0; --line) {
       text += piece();
