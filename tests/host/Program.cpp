@@ -24,6 +24,7 @@ Run Program::run(QStringList const& arguments, std::string const& input) const {
   QProcess process;
   process.setProcessEnvironment(environment);
   process.setWorkingDirectory(directory.path());
+  if (!outputFile.isEmpty()) process.setStandardOutputFile(outputFile);
   process.start(KELVANE_HOST_PROGRAM, arguments);
   process.write(QByteArray::fromStdString(input));
   process.closeWriteChannel();

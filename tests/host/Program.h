@@ -18,6 +18,9 @@ struct Run {
 
 class Program {
  public:
+  /// Where it is set, standard output goes there.
+  QString outputFile;
+
   Run run(QStringList const& arguments, std::string const& input = {}) const;
   /// Writes a file into the working directory of the program.
   void write(QString const& name, std::string const& bytes) const;
