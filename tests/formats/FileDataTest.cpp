@@ -23,7 +23,7 @@ class WholeFile : public testing::Test {
     return path.toStdString();
   }
   FileData traverse(std::string const& text) const {
-    FileData data;
+    FileData data("");
     EXPECT_TRUE(data.readFileData(file("txt", text)));
     return data;
   }
