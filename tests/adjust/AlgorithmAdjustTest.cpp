@@ -36,10 +36,8 @@ TEST(AlgorithmAdjust, HandsTheSettingsOverInTheUnitsOfTheCalculator) {
   driver.setNetworkData(network);
   driver.calculateAdjust();
 
-  kvn::AlgorithmData data;
-  data.readNetworkData(network);
   kvn::TraverseAdjust calculator(2.5, 0.004, 0.000007, true);
-  calculator.Adjust(data);
+  calculator.Adjust(test::loaded(network));
   EXPECT_EQ(driver.getPointList().back().x, calculator.getPoints().back().x);
   EXPECT_EQ(driver.getSummary().unitError, calculator.getSummary().unitError);
   EXPECT_EQ(driver.getPointX0Y0List().back().x, calculator.getPointX0Y0().back().x);
@@ -58,14 +56,6 @@ TEST(AlgorithmAdjust, DoesNothingForAnUnknownMethodAndRefusesWithoutANetwork) {
   EXPECT_TRUE(driver.getPointList().empty());
   EXPECT_EQ(test::failureOf<kvn::AlgorithmException>([] { AlgorithmAdjust().calculateAdjust(); }),
             "All Station Point is known");
-}
-
-TEST(AlgorithmAdjust, KeepsItsListsWhenARunFails) {
-  AlgorithmAdjust driver = adjustedDriver();
-  double const before = driver.getPointList().back().x;
-  driver.setCancelCall([] { return true; });
-  EXPECT_EQ(test::failureOf<QLogicError>([&] { driver.calculateAdjust(); }), "User Cancel");
-  EXPECT_EQ(driver.getPointList().back().x, before);
 }
 
 TEST(AlgorithmAdjust, WritesBackToTheRowsThatAreNotKnown) {

@@ -138,24 +138,6 @@ Network randomNetwork(unsigned seed) {
   return net;
 }
 
-/// Passes over all lines until nothing moves.
-std::map<std::string, double> plainWalk(Network const& net) {
-  std::map<std::string, double> heights;
-  for (auto const& row : net.rows) {
-    if (row.isKnown) heights[row.name] = row.Z;
-  }
-  for (std::size_t before = 0; before != heights.size();) {
-    before = heights.size();
-    for (auto const& line : net.lines) {
-      bool const start = heights.count(line.start_name) != 0;
-      bool const end = heights.count(line.end_name) != 0;
-      if (start && !end) heights[line.end_name] = heights[line.start_name] + line.heightDifference;
-      if (!start && end) heights[line.start_name] = heights[line.end_name] - line.heightDifference;
-    }
-  }
-  return heights;
-}
-
 /// Heights and errors with the known points taken out of the equations instead of held by a weight.
 std::map<std::string, std::pair<double, double>> secondWay(Network const& net) {
   std::map<std::string, double> fixed;
@@ -197,30 +179,22 @@ std::map<std::string, std::pair<double, double>> secondWay(Network const& net) {
   return result;
 }
 
-TEST(HeightAdjust, TakesEachApproximateHeightFromTheLineOfThePlainPasses) {
-  for (unsigned seed = 0; seed < 200; ++seed) {
-    SCOPED_TRACE(seed);
-    Network const net = randomNetwork(seed);
-    auto const expected = plainWalk(net);
-    auto const found = adjusted(net.rows).getTriangleHeightPointInfoH0();
-    ASSERT_EQ(found.size(), std::size_t(net.points));
-    for (auto const& at : found) EXPECT_EQ(at.height, expected.at(at.name)) << at.name;  // the same operations
-  }
-}
-
 TEST(HeightAdjust, EqualsTheEquationsWithoutTheKnownPoints) {
+  int compared = 0;
   for (unsigned seed = 0; seed < 100; ++seed) {
     SCOPED_TRACE(seed);
     Network const net = randomNetwork(seed);
     auto const expected = secondWay(net);
     TriangleHeightAdjust const run = adjusted(net.rows);
     if (run.getRedundancy() == 0) continue;
+    ++compared;
     for (auto const& at : run.getTriangleHeightPointInfo()) {
       // A millionth of a millimetre: rounding times a condition of some thousands.
       EXPECT_NEAR(at.height, expected.at(at.name).first, 1e-9) << at.name;
       EXPECT_NEAR(at.heightError, expected.at(at.name).second, 1e-9) << at.name;
     }
   }
+  EXPECT_GT(compared, 90);
 }
 
 // ---- Failures and the life of the object.

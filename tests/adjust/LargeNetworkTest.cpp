@@ -22,16 +22,10 @@ test::NetworkPlan noisyPlan(int points) {
   return plan;
 }
 
-kvn::AlgorithmData dataOf(kvn::Network const& network) {
-  kvn::AlgorithmData data;
-  data.readNetworkData(network);
-  return data;
-}
-
 kvn::TraverseAdjust adjusterOf(kvn::Network const& network, int sparseFrom) {
   kvn::TraverseAdjust adjustment;
   adjustment.setSparseFrom(sparseFrom);
-  adjustment.readAlgorithmData(dataOf(network));
+  adjustment.readAlgorithmData(test::loaded(network));
   return adjustment;
 }
 
@@ -133,10 +127,8 @@ TEST(LargeNetworks, AreNotPlacedByChanceWhereTwoSolutionsAgree) {
       test::line("WP15", "P40", 0.0, std::hypot(joint.x + tip.x - hinge.x - end.x, joint.y + tip.y - hinge.y - end.y));
   tie.horizontalAngleFlag = false;
   made.network.lines.push_back(tie);
-  kvn::AlgorithmData data;
-  data.readNetworkData(made.network, kvn::MissingDirection::IsLeftOut);
   kvn::TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(made.network, kvn::MissingDirection::IsLeftOut));
   EXPECT_THROW(adjustment.calculateAdjust(), kvn::AlgorithmException);
   ASSERT_EQ(adjustment.getUnplacedPoints().size(), 15U);
   for (kvn::UnplacedPoint const& point : adjustment.getUnplacedPoints()) EXPECT_EQ(point.name[0], 'W');
@@ -156,7 +148,7 @@ kvn::Network withLooseGrid() {
 
 std::string failureOf(kvn::Network const& network, kvn::TraverseAdjust adjustment, int sparseFrom) {
   adjustment.setSparseFrom(sparseFrom);
-  adjustment.readAlgorithmData(dataOf(network));
+  adjustment.readAlgorithmData(test::loaded(network));
   try {
     adjustment.calculateAdjust();
   } catch (kvn::AlgorithmException const& failure) {
@@ -185,7 +177,7 @@ TEST(LargeNetworks, FailWithTheSameExceptionInBothMatrices) {
 
 TEST(LargeNetworks, TellTheirProgressAndEndWhereverTheyAreCancelled) {
   std::mt19937 random(7);
-  auto const data = dataOf(test::makeGrid(40, noisyPlan(0), random).network);
+  auto const data = test::loaded(test::makeGrid(40, noisyPlan(0), random).network);
   std::vector<kvn::AdjustProgress::Stage> stages;
   std::vector<double> moves;
   int asked = 0;

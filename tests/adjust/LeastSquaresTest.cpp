@@ -11,22 +11,11 @@ namespace {
 using kvn::AlgorithmData;
 using kvn::Network;
 using kvn::TraverseAdjust;
+using test::adjusted;
 using test::line;
+using test::loaded;
 
 double const kPi = std::acos(-1.0);
-
-AlgorithmData loaded(Network const& network) {
-  AlgorithmData data;
-  data.readNetworkData(network);
-  return data;
-}
-
-/// An adjustment of the network with 2", 3 mm and 3 ppm, the parts of the distance error added.
-TraverseAdjust adjusted(Network const& network) {
-  TraverseAdjust adjustment;
-  adjustment.Adjust(loaded(network));
-  return adjustment;
-}
 
 class Coefficients : public TraverseAdjust {
  public:
@@ -305,22 +294,6 @@ TEST(LeastSquares, StartsAnewWithANewInput) {
   EXPECT_EQ(reused.getPointX0Y0()[2].x, fresh.getPointX0Y0()[2].x);
   EXPECT_EQ(reused.getPointErrorInfo()[2].mx, fresh.getPointErrorInfo()[2].mx);
   EXPECT_EQ(reused.getLineErrorInfo().size(), fresh.getLineErrorInfo().size());
-}
-
-TEST(LeastSquares, AsksForCancelOnceAnIteration) {
-  AlgorithmData const data = loaded(triangle());
-  for (int const allowed : {0, 1}) {
-    TraverseAdjust adjustment;
-    adjustment.readAlgorithmData(data);
-    int asked = 0;
-    adjustment.setCancelCall([&asked, allowed] { return asked++ == allowed; });
-    std::string const outcome = test::failureOf<QLogicError>([&] { adjustment.calculateAdjust(); });
-    if (allowed == 0) {
-      EXPECT_EQ(outcome, "User Cancel");
-    } else {
-      EXPECT_EQ(asked, adjustment.getSummary().iterations);
-    }
-  }
 }
 
 }  // namespace

@@ -30,10 +30,8 @@ test::SyntheticNetwork redundant(unsigned seed) {
 
 /// The suspects of a network, sorted: "direction P1 P2".
 std::vector<std::string> suspectsOf(Network const& network) {
-  AlgorithmData data;
-  data.readNetworkData(network);
   TraverseAdjust adjustment(2.0, 0.003, 0.0, true);
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(network));
   adjustment.calculateApproximate();
   adjustment.checkObservations();
   std::vector<std::string> names;
@@ -106,10 +104,8 @@ TEST(GrossErrors, AreToldWithTheirSizeBeforeTheIteration) {
   auto const bad =
       std::find_if(network.lines.begin(), network.lines.end(), [](auto const& l) { return l.end_name == "P7"; });
   bad->horizontal_angle += 0.01;  // 2062.6"
-  AlgorithmData data;
-  data.readNetworkData(network);
   TraverseAdjust adjustment(2.0, 0.003, 0.0, true);
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(network));
   adjustment.calculateAdjust();
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].second, kvn::Warning);
@@ -129,10 +125,8 @@ TEST(LooseMotions, AreFoundInTheFactorsOfTheNormalEquations) {
   network.lines = {test::line("K1", "K2", 0.0, 0.0), test::line("K1", "P", off, 0.0),
                    test::line("K2", "K1", off, 0.0), test::line("K2", "P", 0.0, 0.0),
                    test::line("P", "K1", 0.0, 0.0),  test::line("P", "K2", kPi - 2.0 * off, 0.0)};
-  AlgorithmData data;
-  data.readNetworkData(network);
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(network));
   EXPECT_EQ(test::algorithmFailureOf([&] { adjustment.calculateAdjust(); }), "Data error|Calculate failed|-1");
   ASSERT_EQ(adjustment.getLooseMotions().size(), 1U);
   LooseMotion const& motion = adjustment.getLooseMotions().front();
@@ -175,10 +169,8 @@ TEST(LooseMotions, AnObservationBetweenPointsAtOnePlaceIsNamed) {
   network.knownPoints = {{"K1", 0.0, 0.0, 0.0}, {"K2", 0.0, 100.0, 0.0}, {"K3", 0.0, 0.0, 0.0}};
   network.lines = {test::line("K1", "K2", kPi / 2.0, 0.0), test::line("K1", "K3", 0.0, 0.0),
                    test::line("K1", "P", kPi / 4.0, 70.71)};
-  AlgorithmData data;
-  data.readNetworkData(network);
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(network));
   EXPECT_EQ(test::algorithmFailureOf([&] { adjustment.calculateAdjust(); }), "Data error|Calculate failed|-1");
   EXPECT_EQ(errors, QStringList{"Observations between points at one place: K1, K3"});
 }
@@ -192,13 +184,17 @@ TEST(LooseMotions, ALongTraverseIsHeld) {
     network.lines.push_back(test::line(here, "P" + std::to_string(i - 1), 0.0, 100.0));
     network.lines.push_back(test::line(here, "P" + std::to_string(i + 1), kPi + (i % 2 == 0 ? 0.3 : -0.3), 100.0));
   }
-  AlgorithmData data;
-  data.readNetworkData(network);
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(data);
+  adjustment.readAlgorithmData(test::loaded(network));
   adjustment.calculateApproximate();
   adjustment.checkDetermination();
   EXPECT_TRUE(adjustment.getLooseMotions().empty());
+}
+
+TEST(GrossErrors, AreNamedUpToTwentyAndTheRestCounted) {
+  QString const text = worded(std::vector<kvn::SuspectObservation>(23));
+  EXPECT_EQ(text.count(';'), 19);
+  EXPECT_TRUE(text.endsWith(" and 3 more")) << text.toStdString();
 }
 
 TEST(LooseMotions, AreWordedForTheSurveyor) {

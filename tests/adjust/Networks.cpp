@@ -122,4 +122,16 @@ SyntheticNetwork makeGrid(int side, NetworkPlan const& plan, std::mt19937& rando
   return observe(points, {0, side - 1, side * (side - 1), side * side - 1}, targetsOf, plan, random);
 }
 
+kvn::AlgorithmData loaded(kvn::Network const& network, kvn::MissingDirection missing) {
+  kvn::AlgorithmData data;
+  data.readNetworkData(network, missing);
+  return data;
+}
+
+kvn::TraverseAdjust adjusted(kvn::Network const& network) {
+  kvn::TraverseAdjust adjustment;
+  adjustment.Adjust(loaded(network));
+  return adjustment;
+}
+
 }  // namespace test

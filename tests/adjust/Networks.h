@@ -40,6 +40,12 @@ double azimuth(kvn::PointInfo const& a, kvn::PointInfo const& b);
 /// An observed line, a direction and a distance (0 for none).
 kvn::NetworkDataInfo line(std::string const& from, std::string const& to, double direction, double distance);
 
+/// The calculators' input of a network.
+kvn::AlgorithmData loaded(kvn::Network const& network, kvn::MissingDirection missing = kvn::MissingDirection::IsZero);
+
+/// An adjustment of the network with the default errors: 2", 3 mm and 3 ppm.
+kvn::TraverseAdjust adjusted(kvn::Network const& network);
+
 constexpr double kSecondsPerRadian = 206264.80624709636;
 
 }  // namespace test

@@ -9,7 +9,9 @@ namespace {
 
 using kvn::AlgorithmData;
 using kvn::TraverseAdjust;
+using test::adjusted;
 using test::line;
+using test::loaded;
 
 double const kPi = std::acos(-1.0);
 
@@ -25,14 +27,6 @@ kvn::Network polarPoint(bool more) {
   }
   network.lines[1].horizontal_angle = 1.5 * kPi;  // north of K1, whose zero points east
   return network;
-}
-
-TraverseAdjust adjusted(kvn::Network const& network) {
-  AlgorithmData data;
-  data.readNetworkData(network);
-  TraverseAdjust adjustment;
-  adjustment.Adjust(data);
-  return adjustment;
 }
 
 TEST(Precision, SaysSoWhereNothingIsRedundant) {
@@ -79,10 +73,8 @@ TEST(Precision, OfAPolarPointIsThatOfItsObservations) {
 
 TEST(Precision, KeepsDistanceErrorsThatTheLineResultsRoundToZero) {
   // A cofactor of a distance below 1e-8 m², an error of 0.1 mm, counts as zero there; instruments of 0.02 mm exist.
-  AlgorithmData data;
-  data.readNetworkData(polarPoint(true));
   TraverseAdjust fine(0.05, 0.00002, 0.0, true);
-  fine.Adjust(data);
+  fine.Adjust(test::loaded(polarPoint(true)));
   EXPECT_EQ(fine.getLineErrorInfo()[0].distanceError, 0.0);
   EXPECT_EQ(fine.getDirrectionInfo()[0].distanceErrors[1], 0.0);
   EXPECT_NEAR(fine.getSummary().distanceErrors[0], fine.getPointErrorInfo()[2].mx, 1e-9);
@@ -109,6 +101,11 @@ TEST(Precision, CountsControlDistancesOnlyWhenAsked) {
   double const before = std::pow(without.getSummary().unitError, 2) * r;
   double const after = std::pow(with.getSummary().unitError, 2) * (r + 1.0);
   EXPECT_NEAR(after - before, std::pow(0.01 / (0.003 + 3e-6 * 100.01), 2), 1e-6);
+  network.lines[0].horizontal_distance = 101.5;  // all that is adjusted fits
+  test::Host host;
+  with.Adjust(test::loaded(network));
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].second, kvn::Warning) << host.messages[0].first.toStdString();
 }
 
 class Results : public TraverseAdjust {

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -33,13 +35,15 @@ struct RandomSystem {
 
   void addObservation(std::vector<int> const& first, Clique const& clique) {
     std::uniform_real_distribution<double> number(-1.0, 1.0);
-    Eigen::VectorXd row = Eigen::VectorXd::Zero(full.rows());
+    std::vector<std::pair<int, double>> row;  // only where it is not zero: the matrix has 640,000 elements
     for (int const block : clique) {
       for (int i = 0; block >= 0 && i < sizes[static_cast<std::size_t>(block)]; ++i) {
-        row(first[static_cast<std::size_t>(block)] + i) = number(random);
+        row.emplace_back(first[static_cast<std::size_t>(block)] + i, number(random));
       }
     }
-    full += row * row.transpose();
+    for (auto const& [i, a] : row) {
+      for (auto const& [j, b] : row) full(i, j) += a * b;
+    }
   }
 
   SparseCholesky sparse() const {

@@ -47,16 +47,10 @@ Network networkOf(Places const& places, std::vector<std::string> const& known,
   return network;
 }
 
-AlgorithmData loaded(Network const& network) {
-  AlgorithmData data;
-  data.readNetworkData(network, kvn::MissingDirection::IsLeftOut);
-  return data;
-}
-
 /// Largest distance of an approximate place from the truth; -1 when the start fails.
 double missBy(Network const& network, Places const& truth) {
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(loaded(network));
+  adjustment.readAlgorithmData(test::loaded(network, kvn::MissingDirection::IsLeftOut));
   try {
     adjustment.calculateApproximate();
   } catch (kvn::AlgorithmException const&) {
@@ -122,7 +116,7 @@ std::vector<std::string> reasonsOf(Network const& network) {
   char const* const names[] = {"NoConnection", "SeenOnce",    "OneDistance", "FewTargets", "OnUnplaced",
                                "TooFew",       "OnOneCircle", "TwoPlaces",   "NoStart"};
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(loaded(network));
+  adjustment.readAlgorithmData(test::loaded(network, kvn::MissingDirection::IsLeftOut));
   std::string const failure = test::algorithmFailureOf([&] { adjustment.calculateApproximate(); });
   EXPECT_THAT(failure, testing::HasSubstr("No enough data"));
   std::vector<std::string> reasons;
@@ -184,7 +178,7 @@ TEST(StartSearch, TellsTheUnplacedPointsInOneMessage) {
       {"A", {0.0, 0.0}}, {"B", {0.0, 100.0}}, {"P", {50.0, 50.0}}, {"Q", {70.0, 20.0}}, {"R", {90.0, 9.0}}};
   Network const network = networkOf(places, {"A", "B"}, {"A: B P R*", "B: A Q"});
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(loaded(network));
+  adjustment.readAlgorithmData(test::loaded(network, kvn::MissingDirection::IsLeftOut));
   EXPECT_THROW(adjustment.calculateApproximate(), kvn::AlgorithmException);
   ASSERT_EQ(messages.size(), 1U);
   EXPECT_EQ(messages[0].second, kvn::Error);
@@ -359,7 +353,7 @@ void judge(Stripped const& made, unsigned seed, Rates& rates) {
   std::set<std::string> const held = equations.held(made.truth);
   TraverseAdjust adjustment;
   try {
-    adjustment.readAlgorithmData(loaded(made.network));
+    adjustment.readAlgorithmData(test::loaded(made.network, kvn::MissingDirection::IsLeftOut));
   } catch (kvn::AlgorithmException const&) {
     return;  // a point too few for any calculation
   }
@@ -418,7 +412,7 @@ TEST(StartSearch, GivesALargeNetworkAStartFromWhichTheIterationSettles) {
   };
   lines.erase(std::remove_if(lines.begin(), lines.end(), isAtKnown), lines.end());
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(loaded(made.network));
+  adjustment.readAlgorithmData(test::loaded(made.network, kvn::MissingDirection::IsLeftOut));
   EXPECT_EQ(test::algorithmFailureOf([&] { adjustment.calculateAdjust(); }), "no failure");
   EXPECT_LE(adjustment.getSummary().iterations, 3);
   for (auto const& point : adjustment.getPoints()) {

@@ -1,5 +1,4 @@
 // Removing and modifying points of the coordinate list.
-#include <QTextCodec>
 #include <random>
 #include <set>
 #include <sstream>
@@ -88,11 +87,7 @@ TEST_F(CoordinateData, AModificationTakesTheValuesOfTheRightType) {
 }
 
 TEST_F(CoordinateData, TextsAreStoredInTheLocalEncoding) {
-  struct Restore {
-    QTextCodec* before = QTextCodec::codecForLocale();
-    ~Restore() { QTextCodec::setCodecForLocale(before); }
-  } const restore;
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+  test::LocalEncoding const gbk("GBK");
   expect("ModifyCoordinateDataCMD", R"({"data": {"id": "a", "Name": "点", "Signal": "点"}})");
   EXPECT_EQ(project->getCoordinatePointList()[0].name + project->getCoordinatePointList()[0].signal,
             "\xB5\xE3\xB5\xE3");

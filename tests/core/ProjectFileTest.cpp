@@ -22,11 +22,6 @@ namespace {
 
 using namespace kvn;
 
-constexpr char const* kTraverse =
-    "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,,0,0,0\nSC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
-    "SC,P,1.6,,240.0000,273.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,,0,0,0\n"
-    "STA,B,1.5,,1000,1100,50\n";
-
 class ProjectFile : public testing::Test {
  protected:
   QString path(QString const& name) const { return folder.filePath(name); }
@@ -50,7 +45,7 @@ class ProjectFile : public testing::Test {
 };
 
 TEST_F(ProjectFile, IsWrittenInTheFormThatOtherProgramsRead) {
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   std::vector<TraverseDataInfo>& rows = project->getTraverseDataList();
   rows.resize(1);
   rows[0].id = "1";
@@ -231,7 +226,7 @@ TEST_F(ProjectFile, ReadsWhatIsAbsentOrWrongAsTheDefaultOfItsField) {
 TEST_F(ProjectFile, IsRefusedWhenItCannotBeReadAndThenTheProjectIsEmpty) {
   for (char const* bad : {"", "no xml", "<K><ViewData></K>", "<K a='1", "<?xml version='1.0'?>", "\xff\xfe<"}) {
     SCOPED_TRACE(bad);
-    project->read(file("job.txt", kTraverse));
+    project->read(file("job.txt", test::kFieldBook));
     QString const path = file("bad.kvn", bad);
     EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(path); }), "Can not open file");
     EXPECT_TRUE(project->isEmpty() && project->getVersion().isEmpty() && project->getProjectFile().isEmpty());
@@ -264,16 +259,16 @@ TEST_F(ProjectFile, LeavesTheFilesAloneThatTheProjectWasMadeFromBefore) {
   project->save();
   EXPECT_EQ(test::fileBytes(coordinates), points);
   // Coordinates have joined a traverse, and a network command has emptied its rows.
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   project->read(coordinates);
   project->setTraverseDataList({});
   project->setFileType(Project::VrdFile);
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->save(); }), "View Data is empty");
-  EXPECT_EQ(test::fileBytes(path("job.txt")), kTraverse);
+  EXPECT_EQ(test::fileBytes(path("job.txt")), test::kFieldBook);
 }
 
 TEST_F(ProjectFile, GeneratesTheNetworkOfRowsAndLeavesTheLegendCodes) {
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   project->saveAs(path("job.kvn"));
   auto const back = readBack("job.kvn");
   EXPECT_EQ(back->getNetwork().lines.size(), 2U);
@@ -320,7 +315,7 @@ class FileSizeLimit {
 };
 
 TEST_F(ProjectFile, StaysWholeWhenTheNewOneCannotBeWritten) {
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   project->saveAs(path("job.kvn"));
   std::string const saved = test::fileBytes(path("job.kvn"));
   project->getTraverseDataList().resize(100);

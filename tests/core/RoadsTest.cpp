@@ -56,10 +56,7 @@ void expectP(CoordinatePointInfo const& p, double tolerance = 1e-6) {
 
 TEST_F(Roads, ATraverseFileIsOpenedEditedComputedAndSaved) {
   QString const source = folder.filePath("job.txt");
-  test::writeFile(source,
-                  "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,,0,0,0\nSC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
-                  "SC,P,1.6,,240.0000,273.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,,0,0,0\n"
-                  "STA,B,1.5,,1000,1090,50\n");
+  test::writeFile(source, QString(test::kFieldBook).replace("1000,1100", "1000,1090").toStdString());
   open(source);
   // The command has made the network and drawn the rows.
   EXPECT_EQ(test::shortText(project->getNetwork().lines), "A>B 0.0000 0.0000\nA>P 60.0000 99.8630\n");

@@ -145,60 +145,6 @@ TEST(CosaReader, ReadsAwkwardBytes) {
   EXPECT_EQ(readText("2,3,3\n\xB5\xE3\nP,S,1\n").getNetworkDataList().at(0).start_name, "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-/// Completing all pairs and then removing the later of each, as plain loops.
-std::vector<NetworkDataInfo> plainlyJoined(std::vector<NetworkDataInfo> lines) {
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    for (std::size_t j = i + 1; j < lines.size(); ++j) {
-      if (!(lines[i] == lines[j])) continue;
-      if (lines[i].horizontal_angle < 1e-06) lines[i].horizontal_angle = lines[j].horizontal_angle;
-      if (lines[i].horizontal_distance < 1e-06) lines[i].horizontal_distance = lines[j].horizontal_distance;
-    }
-  }
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    for (std::size_t j = lines.size() - 1; j > i; --j) {
-      if (lines[i] == lines[j]) lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(j));
-    }
-  }
-  return lines;
-}
-
-TEST(CosaReader, JoinsRepeatsAsThePlainLoopsDo) {
-  for (unsigned seed = 0; seed < 200; ++seed) {
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    std::uniform_int_distribution<int> name(0, 3);
-    std::uniform_int_distribution<int> kind(0, 3);
-    std::string text = "2,3,3\n";
-    std::vector<NetworkDataInfo> lines;
-    for (int i = 0; i < 40; ++i) {
-      NetworkDataInfo line;
-      line.start_name = "S" + std::to_string(name(random));
-      line.end_name = "T" + std::to_string(name(random));
-      text += line.start_name + "\n" + line.end_name;
-      switch (kind(random)) {
-        case 0:
-          text += ",L,0.0\n";
-          break;
-        case 1:
-          text += ",L,-1.0\n";
-          line.horizontal_angle = -kPi / 180.0;
-          break;
-        case 2:
-          text += ",L,5.0\n";
-          line.horizontal_angle = 5.0 * kPi / 180.0;
-          break;
-        default:
-          text += ",S," + std::to_string(i) + "\n";
-          line.horizontal_distance = i;
-      }
-      lines.push_back(line);
-    }
-    CosaCollection expected;
-    expected.setNetworkDataList(plainlyJoined(lines));
-    EXPECT_EQ(described(readText(text)), described(expected));
-  }
-}
-
 TEST(CosaWriter, PrintsBlocksInTheFormOfTheFormat) {
   CosaCollection collection = readText(
       "2.5,3,0\nK1,1000,2000\nK2,1500.00004,2500\nK1\nK2,L,0.0\nP1,L,123.453012\nP1,S,256.1234\nP1\nK1,S,256.1\nK1\nP2,"

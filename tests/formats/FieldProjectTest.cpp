@@ -9,13 +9,6 @@
 
 namespace {
 
-constexpr char const* kTraverse =
-    "STA,A,1.5,,1000,1000,50\n"
-    "SC,B,1.6,,0.0000,90.0000,,0,0,0\n"
-    "SC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
-    "SC,P,1.6,,240.0000,273.0000,100,0,0,0\n"
-    "SC,B,1.6,,180.0000,270.0000,,0,0,0\n"
-    "STA,B,1.5,,1000,1100,50\n";
 constexpr char const* kJob =
     "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 1000,1000,50\nSC B,1,\nHVD 36000,324000,100\nSC P,1,\nHVD 72000,324000,50\n"
     "STA B,1,\nXYZ 1100,1000,50\n";
@@ -36,14 +29,14 @@ TEST_F(FieldProject, TakesATraverseFileWithApproximateCoordinatesAndFlags) {
   project->getNetwork().lines.emplace_back();
   project->setAlgorithmAdjust(std::make_unique<kvn::AlgorithmAdjust>());
   project->setVerticalAngleType(kvn::ElevationAngle);
-  std::string doubtful = kTraverse;
+  std::string doubtful = test::kFieldBook;
   doubtful.replace(doubtful.find("240.0000"), 8, "240.0100");
   doubtful.replace(doubtful.find("1000,1100,50"), 12, "0,0,0");
   project->read(file("a.b.TXT", doubtful));
   // One face of P in error, one known point only: marked, and without coordinates, but there.
   EXPECT_FALSE(project->getTraverseDataList()[2].isHorizontalAngleValid);
   EXPECT_EQ(project->getTraverseDataList()[2].N, 0);
-  project->read(file("a.b.TXT", kTraverse));
+  project->read(file("a.b.TXT", test::kFieldBook));
   kvn::TraverseDataInfo const& p = project->getTraverseDataList()[3];
   EXPECT_NEAR(p.N, 1000 + 100 * std::cos(3 * test::kDegree) * std::cos(150 * test::kDegree), 1e-6);
   EXPECT_EQ(project->getName(), "a.b");
@@ -55,7 +48,7 @@ TEST_F(FieldProject, TakesATraverseFileWithApproximateCoordinatesAndFlags) {
 }
 
 TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
-  project->read(file("good.txt", kTraverse));
+  project->read(file("good.txt", test::kFieldBook));
   project->read(file("good.dat", "P,,1,2,3"));
   struct Case {
     char const* name;
@@ -66,7 +59,11 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
                         {"bad.txt", "STA,A,1,,0,0,0\nSTA", "The line 2 is wrong"},
                         {"empty.lqf", "", "The file is empty"},
                         {"none.lqf", "JOB x\n", "There is no observation data"},
-                        {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"}}) {
+                        {"bad.dat", "P,,1,2\n", "The Format of Data is wrong"},
+                        {"empty.in2", "", "The import file data is empty"},
+                        {"head.in2", "2,3,3\n", "The import file data is empty"},
+                        {"bad.in2", "K1,0,0,0\n", "The Format of Data is wrong"},
+                        {"number.in2", "2,3,3\nK9,,0\n", "invalid stod argument"}}) {
     SCOPED_TRACE(c.name);
     QString const path = file(c.name, c.text);
     EXPECT_EQ(test::failureOf<std::exception>([&] { project->read(path); }).substr(0, std::string(c.says).size()),
@@ -77,6 +74,8 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
     EXPECT_EQ(project->getViewFile(), folder.filePath("good.txt"));
     EXPECT_EQ(project->getFileType(), kvn::Project::CoordFile);
   }
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->read(folder.filePath("missing.in2")); }),
+            "The import file data is empty");
   project->read("nothing.xyz");
   EXPECT_EQ(project->getName(), "nothing");
 }
@@ -123,7 +122,7 @@ TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
   EXPECT_TRUE(project->getNetwork().isEmpty());
   EXPECT_EQ(project->getNetwork().knownPoints.size(), 1U);
 
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   project->generateNetworkData();
   EXPECT_EQ(project->getNetwork().lines.size(), 2U);
   EXPECT_EQ(project->getNetwork().knownPoints.size(), 2U);
@@ -139,7 +138,7 @@ TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
 }
 
 TEST_F(FieldProject, BringsResultsIntoTheCoordinateList) {
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   project->generateNetworkData();
   project->getCoordinatePointList().emplace_back();
   EXPECT_EQ(test::failureOf<QLogicError>([this] { project->algorithmPointConvertCoord(); }),
@@ -171,7 +170,7 @@ TEST_F(FieldProject, WritesEachKindToItsPathAndToItsSource) {
   EXPECT_FALSE(project->exportVRDTraverseFile() || project->exportLQFFile() || project->exportCoordFile());
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
             "View Data is empty");
-  project->read(file("job.txt", kTraverse));
+  project->read(file("job.txt", test::kFieldBook));
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
             "No instrument job was read into the project");
   EXPECT_TRUE(project->exportVRDTraverseFile(folder.filePath("new/job.txt")));

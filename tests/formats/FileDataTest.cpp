@@ -22,7 +22,11 @@ class WholeFile : public testing::Test {
     test::writeFile(path, text);
     return path.toStdString();
   }
-  FileData traverse(std::string const& text) const { return FileData(file("txt", text)); }
+  FileData traverse(std::string const& text) const {
+    FileData data("");
+    EXPECT_TRUE(data.readFileData(file("txt", text)));
+    return data;
+  }
   FileData cosa(std::string const& text) const { return FileData(file("IN2", text)); }
 
   /// The failure, its text first.

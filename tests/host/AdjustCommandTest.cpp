@@ -132,12 +132,13 @@ TEST(AdjustCommand, MakesNoDirectionOfADistanceAlone) {
 
 TEST(AdjustCommand, PrintsNullWhereNothingIsRedundant) {
   Program const program;
-  program.write("net.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n");
+  program.write("net.in2", test::kNetworkFile);
   Json::Value const json = program.run({"adjust", "net.in2", "--json"}).json();
   EXPECT_EQ(json["redundancy"].asInt(), 0);
   for (Json::Value const& value :
        {json["unitError"], json["points"][2]["mx"], json["points"][2]["mp"], json["distances"][0]["distanceError"],
-        json["directions"][0]["targets"][1]["azimuthError"], json["directions"][0]["targets"][1]["distanceError"]}) {
+        json["distances"][0]["azimuthError"], json["directions"][0]["targets"][1]["azimuthError"],
+        json["directions"][0]["targets"][1]["distanceError"]}) {
     EXPECT_TRUE(value.isNull()) << value.toStyledString();
   }
   EXPECT_TRUE(json["ellipses"].isArray() && json["ellipses"].empty());

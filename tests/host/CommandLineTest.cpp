@@ -5,22 +5,23 @@
 
 namespace {
 
+using test::kNetworkFile;
 using test::Program;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr char const* kNetwork = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n";
-
 TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   Program const program;
-  program.write("net.in2", kNetwork);
-  program.write("net.xyz", kNetwork);
-  program.write("NET.TXT", kNetwork);
+  program.write("net.in2", kNetworkFile);
+  program.write("net.xyz", kNetworkFile);
+  program.write("NET.TXT", kNetworkFile);
   program.write("empty.in2", "");
   program.write("one.in2", "3,5,0\nA,0,0\nA\nB,L,0\nP,L,45.0\n");
   program.write("far.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nC,L,0\nC,S,9\nP\nQ,L,0\nQ,S,5\n");
   program.write("minus.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,-7\n");
   program.write("head.in2", "0,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\n");
+  program.write("nan.in2", "nan,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
+  program.write("below.in2", "3,-5,3\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
   program.write("exact.in2", "3,0,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
   struct Case {
     QStringList arguments;
@@ -52,6 +53,8 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "far.in2"}, 1, "kelvane: far.in2: Known points are not enough: No enough data\n"},
       {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: Data error: line from A to P\n"},
       {{"adjust", "head.in2"}, 1, "kelvane: head.in2: the a-priori error of a direction"},
+      {{"adjust", "nan.in2"}, 1, "kelvane: nan.in2: the a-priori error of a direction"},
+      {{"adjust", "below.in2"}, 1, "kelvane: below.in2: the a-priori errors of a distance (second and third"},
       {{"adjust", "exact.in2"}, 1, "kelvane: exact.in2: the a-priori errors of a distance are both 0"},
       {{"exec", "--save", "x.xml"}, 1, "kelvane: x.xml: unknown kind of file; what can be written: .txt, .lqf, .in2"},
   };
@@ -145,12 +148,24 @@ TEST(CommandLine, PrintsHelpAndVersionOnStandardOutput) {
   EXPECT_THAT(program.run({"--version"}).out, StartsWith("kelvane "));
 }
 
+TEST(CommandLine, FailsWhereItsOutputCannotBeWritten) {
+  Program program;
+  program.write("net.in2", kNetworkFile);
+  program.outputFile = "/dev/full";
+  for (QStringList const& arguments :
+       {QStringList{"adjust", "net.in2"}, {"adjust", "net.in2", "--json"}, {"show", "net.in2"}, {"check", "net.in2"}}) {
+    EXPECT_EQ(program.run(arguments).exitCode, 1) << arguments.join(' ').toStdString();
+  }
+}
+
 TEST(ShowCommand, PrintsWhatTheFileHolds) {
   Program const program;
-  program.write(u8"网.IN2", kNetwork);
+  program.write(u8"网.IN2", kNetworkFile);
   test::Run const text = program.run({"show", u8"网.IN2"});
   EXPECT_THAT(text.out, HasSubstr("B        0.0000  100.0000"));
   EXPECT_THAT(text.out, HasSubstr(u8"P   45°00′00.00″       70.7100\n"));
+  program.write("tie.in2", "3,5,0\nA,0.03125,-0.03125\n");
+  EXPECT_THAT(program.run({"show", "tie.in2"}).out, HasSubstr("A        0.0313   -0.0313 ")) << "away from zero";
   // The name of the file stays in the charset of the system, whatever the texts in it are.
   EXPECT_EQ(program.run({"show", u8"网.IN2", "--encoding", "GBK"}).out, text.out);
 
@@ -167,7 +182,7 @@ TEST(ShowCommand, PrintsWhatTheFileHolds) {
 
 TEST(CommandLine, KeepsOutOfTheUsersHome) {
   Program const program;
-  program.write("net.in2", kNetwork);
+  program.write("net.in2", kNetworkFile);
   ASSERT_EQ(program.run({"adjust", "net.in2"}).exitCode, 0);
   ASSERT_EQ(program.run({"exec"}, "[]").exitCode, 0);
   EXPECT_EQ(program.home(), QStringList());

@@ -1,13 +1,14 @@
 #include "Program.h"
+#include "support/Support.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
+using test::kNetworkFile;
 using test::Program;
 using testing::HasSubstr;
 
-constexpr char const* kNetwork = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n";
 constexpr char const* kLine = R"({"name": "AddNetworkDataCMD", "in": {"data":
     {"index": 2, "StartName": "A", "EndName": "Q", "HorizontalAngle": 0.5, "horizontalDistance": 12.5}}})";
 
@@ -19,7 +20,7 @@ TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
                                R"(, {"name": "NoSuchCMD", "in": {}},
       {"name": "AddTraverseDataCMD", "in": {"data": {"index": 0, "Name": "基点", "N": 1.5}}},
       {"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "C", "Mark": "m", "N": 1, "E": 2, "Z": 3}}})";
-  program.write("net.in2", kNetwork);
+  program.write("net.in2", kNetworkFile);
   test::Run const run = program.run({"exec", "--open", "net.in2"}, listOf(commands));
   EXPECT_EQ(run.exitCode, 1) << "one command failed";
   Json::Value const results = run.json();
@@ -38,12 +39,12 @@ TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
 
 TEST(ExecCommand, SavesWhatTheProjectHolds) {
   Program const program;
-  program.write("net.in2", kNetwork);
+  program.write("net.in2", kNetworkFile);
   test::Run const run = program.run({"exec", "--open", "net.in2", "--save", "new.in2"}, listOf(kLine));
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_THAT(program.read("new.in2"), testing::StartsWith("3,5,0\n")) << "the a-priori errors of the file";
   EXPECT_THAT(program.read("new.in2"), HasSubstr("Q,S,12.5000\n"));
-  EXPECT_EQ(program.read("net.in2"), kNetwork);
+  EXPECT_EQ(program.read("net.in2"), kNetworkFile);
 
   // A file cannot become a directory, so that nothing can be written below it; the results are told all the same.
   test::Run const refused = program.run({"exec", "--open", "net.in2", "--save", "net.in2/new.in2"}, listOf(kLine));
@@ -75,7 +76,7 @@ TEST(ExecCommand, EveryKindOfFileIsOpenedEditedSavedAndOpenedAgain) {
   program.write("job.txt",
                 "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n");
   program.write("job.lqf", "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 10,10,5\nSC B,1.6,\nHVD 3600,324000,7\n");
-  program.write("job.in2", kNetwork);
+  program.write("job.in2", kNetworkFile);
   program.write("job.dat", "C,m,1,2,3");
   struct Case {
     char const* file;
@@ -100,7 +101,7 @@ TEST(ExecCommand, EveryKindOfFileIsOpenedEditedSavedAndOpenedAgain) {
 
 TEST(ExecCommand, EditsTheRecordsOfAProjectFileByTheirIds) {
   Program const program;
-  program.write("net.in2", kNetwork);
+  program.write("net.in2", kNetworkFile);
   ASSERT_EQ(program.run({"convert", "net.in2", "net.kvn"}).exitCode, 0);
   std::string const id = program.run({"show", "net.kvn", "--json"}).json()["lines"][1]["id"].asString();
   std::string const edit = R"({"name": "ModifyNetworkDataCMD", "in": {"data": {"id": ")" + id +

@@ -31,6 +31,7 @@ Run Program::start(QString const& program, QStringList const& arguments, std::st
   QProcess process;
   process.setProcessEnvironment(environment);
   process.setWorkingDirectory(directory.path());
+  if (!outputFile.isEmpty()) process.setStandardOutputFile(outputFile);
   process.start(program, arguments);
   process.write(QByteArray::fromStdString(input));
   process.closeWriteChannel();

@@ -18,6 +18,9 @@ struct Run {
 
 class Program {
  public:
+  /// Where it is set, standard output goes there.
+  QString outputFile;
+
   Run run(QStringList const& arguments, std::string const& input = {}) const;
   /// Runs a command of the shell, in which the program is "$KELVANE".
   Run shell(QString const& command) const;

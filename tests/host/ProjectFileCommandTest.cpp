@@ -6,18 +6,14 @@
 
 namespace {
 
+using test::kNetworkFile;
 using test::Program;
 using testing::HasSubstr;
 
-/// Two known stations, a point seen from one of them on both faces.
-constexpr char const* kTraverse =
-    "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,,0,0,0\nSC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
-    "SC,P,1.6,,240.0000,273.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,,0,0,0\nSTA,B,1.5,,1000,1100,50\n";
-/// The same as an instrument job, with a point code.
+/// The field book as an instrument job, with a point code.
 constexpr char const* kJob =
     "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 1000,1000,50\nSC B,1.6,\nHVD 0,324000\nSC P,1.6,TREE\nHVD 216000,313200,100\n"
     "STA B,1.5,\nXYZ 1100,1000,50\n";
-constexpr char const* kNetwork = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n";
 
 /// Adjusted coordinates, with all their digits.
 std::string point(Program const& program, QString const& file, char const* name) {
@@ -30,9 +26,9 @@ std::string point(Program const& program, QString const& file, char const* name)
 
 TEST(ProjectFileCommands, AJobComputesTheSameFromItsProjectFile) {
   Program const program;
-  program.write("job.txt", kTraverse);
+  program.write("job.txt", test::kFieldBook);
   program.write("job.lqf", kJob);
-  program.write("job.in2", kNetwork);
+  program.write("job.in2", kNetworkFile);
   for (char const* job : {"job.txt", "job.lqf", "job.in2"}) {
     SCOPED_TRACE(job);
     test::Run const run = program.run({"convert", job, "job.kvn"});
@@ -65,8 +61,8 @@ TEST(ProjectFileCommands, ASightWithoutReadingsIsNoDirectionOfZero) {
 
 TEST(ProjectFileCommands, AdjustSavesItsResults) {
   Program const program;
-  program.write("job.txt", kTraverse);
-  program.write("net.in2", kNetwork);
+  program.write("job.txt", test::kFieldBook);
+  program.write("net.in2", kNetworkFile);
   EXPECT_EQ(program.run({"adjust", "job.txt", "--save", "out/job.kvn", "--angle-error", "5"}).exitCode, 0);
   Json::Value const shown = program.run({"show", "out/job.kvn", "--json"}).json();
   EXPECT_EQ(shown["rows"].size(), 6U);
@@ -84,7 +80,7 @@ TEST(ProjectFileCommands, AdjustSavesItsResults) {
   EXPECT_EQ(plane.json()["messages"].size(), 1U);
   EXPECT_THAT(program.read("net.dat"), HasSubstr("P,,49.9995,-49.9995,0.0000"));
   EXPECT_EQ(program.run({"adjust", "net.in2", "--save", "net.in2/x.dat"}).exitCode, 1);
-  EXPECT_EQ(program.read("net.in2"), kNetwork);
+  EXPECT_EQ(program.read("net.in2"), kNetworkFile);
 }
 
 TEST(ProjectFileCommands, WhatAProjectFileCannotHoldIsNotWritten) {

@@ -4,7 +4,6 @@
 #include <legend/XmlMannager.h>
 
 #include <QLocale>
-#include <QTextCodec>
 
 using Code = kvn::XmlMannager::LegendCodeAttribute;
 
@@ -26,16 +25,4 @@ class Language {
 
  private:
   QLocale before;
-};
-
-/// Another local 8-bit encoding, until the end of the block.
-class Encoding {
- public:
-  explicit Encoding(char const* name) { QTextCodec::setCodecForLocale(QTextCodec::codecForName(name)); }
-  Encoding(Encoding const&) = delete;
-  Encoding& operator=(Encoding const&) = delete;
-  ~Encoding() { QTextCodec::setCodecForLocale(before); }
-
- private:
-  QTextCodec* before = QTextCodec::codecForLocale();
 };

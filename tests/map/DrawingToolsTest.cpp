@@ -136,15 +136,6 @@ TEST_F(DrawingTools, RemovingTakesAllPointsOfTheIdOutOfTheListAndNoneOffTheMap) 
   EXPECT_FALSE(tool.updateMap("b") || tool.modify(point("b", "Q", 0, 0)) || tool.GeometryDataTool::remove("b"));
 }
 
-TEST_F(DrawingTools, ACancelledLineIsNotDrawn) {
-  LineDataTool tool(&scene);
-  int left = 1;
-  tool.setCancelCall([&left] { return left-- == 0; });
-  tool.build(DrawLine());
-  EXPECT_EQ(test::failureOf<QLogicError>([&tool] { tool.build(DrawLine()); }), "User Cancel");
-  EXPECT_EQ(featuresOf(scene, FeatureDataType::NetworkData).size(), 1U);
-}
-
 TEST_F(DrawingTools, ALayerOfAnotherClassIsNotDrawnInto) {
   osg::ref_ptr<osgEarth::AnnotationLayer> const foreign = new osgEarth::AnnotationLayer;
   foreign->setName("NetworkData");
@@ -153,62 +144,6 @@ TEST_F(DrawingTools, ALayerOfAnotherClassIsNotDrawnInto) {
   EXPECT_EQ(tool.getOrCreateLayer(), nullptr);
   tool.build(DrawLine());
   EXPECT_EQ(foreign->getGroup()->getNumChildren(), 0U);
-}
-
-TEST_F(DrawingTools, GiveTheDatumOfTheProject) {
-  VRD_DAM_PARA_T datum{};
-  datum.bytes[5] = 7;
-  project->setDatumParam(datum);
-  PointDataTool tool(&scene);
-  PointDataTool const copy = tool;
-  tool.setProject(nullptr);
-  VRD_DAM_PARA_T got{};
-  EXPECT_TRUE(copy.getVrd_dam_para(got));
-  EXPECT_EQ(got.bytes, datum.bytes);
-  scene.setProject(nullptr);
-  EXPECT_FALSE(copy.getVrd_dam_para(got));
-}
-
-template <typename Tool>
-struct Watching : Tool {
-  using Tool::Tool;
-  mvz::ViewerManager* watched = nullptr;
-  mutable test::Other other;
-  mutable bool wasFree = true;
-  osgEarth::Style getStyle() const override {
-    wasFree = other.canLock(*watched);
-    return Tool::getStyle();
-  }
-};
-
-TEST_F(DrawingTools, DrawUnderTheViewersLock) {
-  Watching<PointDataTool> points(&scene);
-  points.watched = viewers;
-  points.build(DrawPoint(1, 2, 3, "A"));
-  Watching<LineDataTool> lines(&scene);
-  lines.watched = viewers;
-  lines.build(DrawLine());
-  EXPECT_FALSE(points.wasFree || lines.wasFree);
-}
-
-QStringList& logged() {
-  static QStringList lines;
-  return lines;
-}
-
-TEST_F(DrawingTools, LogEachRecord) {
-  QtMessageHandler const before =
-      qInstallMessageHandler([](QtMsgType type, QMessageLogContext const&, QString const& text) {
-        if (type == QtInfoMsg) logged() << text;
-      });
-  LineDataTool(&scene).build(DrawLine());
-  PointDataTool(&scene).build(DrawPoint());
-  CoordinateDataTool(&scene).build(point("1", "P", 0, 0));
-  CoordinateDataTool(&scene).remove("1");
-  qInstallMessageHandler(before);
-  EXPECT_EQ(logged(), (QStringList{"Kelvane:build network map", "Kelvane:draw network line map",
-                                   "Kelvane:draw network line map", "Kelvane:build viewpoint map",
-                                   "Kelvane:build coordinate map", "Kelvane:remove coordinate map"}));
 }
 
 TEST_F(DrawingTools, WithoutASceneNothingIsDrawn) {

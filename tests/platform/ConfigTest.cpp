@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTextCodec>
 
 #include "support/Support.h"
 
@@ -69,20 +68,16 @@ TEST_F(ConfigFile, ADirectoryInItsPlaceStays) {
 
 TEST_F(ConfigFile, IsTheSameFileToReadAndToWriteWhateverTheCodec) {
   write("\u6D4B.json", R"({"a": 1})");
-  QTextCodec* const former = QTextCodec::codecForLocale();
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+  test::LocalEncoding const gbk("GBK");
   std::string const local = directory.filePath("\u6D4B.json").toLocal8Bit().toStdString();
   EXPECT_TRUE(Config().write(local).error.isEmpty());
   EXPECT_EQ(config.read(local), Config::ReadResult::Good) << "an empty tree did not replace it";
   EXPECT_EQ(config.value("a"), 1);
-  QTextCodec::setCodecForLocale(former);
 }
 
 TEST(NativePath, IsInTheCharsetOfFileNames) {
-  QTextCodec* const former = QTextCodec::codecForLocale();
-  QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+  test::LocalEncoding const gbk("GBK");
   EXPECT_EQ(utils::nativePath("\xB2\xE2.txt"), "测.txt");
-  QTextCodec::setCodecForLocale(former);
 }
 
 }  // namespace

@@ -77,40 +77,6 @@ TEST(RowChecks, AResetLeavesTheNameOfATarget) {
   EXPECT_EQ(flagsOf(rows), ".N.");
 }
 
-/// The checks of pairs as plain loops.
-void checkAllPairs(Rows& rows) {
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    for (std::size_t j = i + 1; j < rows.size(); ++j) {
-      bool const iStands = rows[i].pointType == kvn::TraversePointType::StationPoint;
-      bool const jStands = rows[j].pointType == kvn::TraversePointType::StationPoint;
-      if (rows[i].name != rows[j].name) continue;
-      bool const sameGroup = rows[i].groupId == rows[j].groupId;
-      if (iStands && (jStands || sameGroup)) rows[i].isNameValid = rows[j].isNameValid = false;
-      double const d = std::abs(std::abs(rows[i].horizontal_angle - rows[j].horizontal_angle) - 3.141592653589793);
-      if (!iStands && !jStands && sameGroup && d > 0.0001454441043328608) {
-        rows[i].isHorizontalAngleValid = rows[j].isHorizontalAngleValid = false;
-      }
-    }
-  }
-}
-
-TEST(RowChecks, MarkWhatPlainLoopsOverAllPairsMark) {
-  std::mt19937 random(1);
-  for (int run = 0; run < 500; ++run) {
-    Rows rows;
-    for (int i = 0; i < 12; ++i) {
-      std::string const name(1, static_cast<char>('A' + random() % 3));
-      // Groups in any order, as a list that was edited may have them.
-      rows.push_back(random() % 4 == 0 ? station(name) : sight(name, random() % 2 == 0 ? 5 : 185, 90));
-      rows.back().groupId = std::to_string(random() % 3);
-    }
-    Rows expected = rows;
-    checkAllPairs(expected);
-    TraverseDataManage::checkData(rows);
-    EXPECT_EQ(flagsOf(rows), flagsOf(expected)) << "run " << run;
-  }
-}
-
 TEST(Gate, TellsOnceThatAFileCannotBeRight) {
   struct Case {
     char const* what;

@@ -4,6 +4,7 @@
 #include <Kelvane.h>
 #include <json/value.h>
 #include <QString>
+#include <QTextCodec>
 #include <functional>
 #include <string>
 #include <utility>
@@ -19,6 +20,26 @@ class Host {
   std::vector<std::pair<QString, kvn::MessType>> messages;
   kvn::System system;  ///< goes first: its end may still send messages
 };
+
+/// Another local 8-bit encoding, until the end of the block.
+class LocalEncoding {
+ public:
+  explicit LocalEncoding(char const* name) { QTextCodec::setCodecForLocale(QTextCodec::codecForName(name)); }
+  LocalEncoding(LocalEncoding const&) = delete;
+  LocalEncoding& operator=(LocalEncoding const&) = delete;
+  ~LocalEncoding() { QTextCodec::setCodecForLocale(before); }
+
+ private:
+  QTextCodec* before = QTextCodec::codecForLocale();
+};
+
+/// A field book: two known stations, a point seen from one of them on both faces, 100 m away and 3 degrees up.
+constexpr char const* kFieldBook =
+    "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,,0,0,0\nSC,P,1.6,,60.0000,87.0000,100,0,0,0\n"
+    "SC,P,1.6,,240.0000,273.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,,0,0,0\nSTA,B,1.5,,1000,1100,50\n";
+
+/// A network: two known points, and one that is seen from the first.
+constexpr char const* kNetworkFile = "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\n";
 
 /// `what()` of the exception of type Failure that the call throws; "no failure" or "other failure: ..." else.
 template <typename Failure>

@@ -1,0 +1,27 @@
+# Sources that a unity build (preset sanitize) compiles alone: a name in their unnamed namespace is one of a neighbour's
+# too, or would hide it. Another source that does not compile beside its neighbours is named here as well.
+function(kelvane_alone target)
+  set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
+set(alone_in_library
+  adjust/AlgorithmData.cpp
+  adjust/ConnectTraverse.cpp
+  adjust/OpenTraverse.cpp
+  adjust/TraverseAdjustIteration.cpp
+  adjust/detail/BodySolver.cpp
+  adjust/detail/FaceMeans.cpp
+  adjust/detail/GrossErrors.cpp
+  adjust/detail/MeetingPlace.cpp
+  adjust/detail/TraverseStations.cpp
+  adjust/TriangleHeightDataRead.cpp
+  adjust/sparse/FrontTree.cpp
+  reduction/TraverseDataManage.cpp)
+
+if(NOT CMAKE_UNITY_BUILD)
+  return()
+endif()
+file(GLOB commands CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/commands/*CMD.cpp)
+kelvane_alone(kelvane ${commands})
+list(TRANSFORM alone_in_library PREPEND ${CMAKE_SOURCE_DIR}/)
+kelvane_alone(kelvane ${alone_in_library})
