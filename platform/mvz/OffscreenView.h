@@ -27,7 +27,7 @@ class KELVANE_EXPORT OffscreenView : public View {
 
   /// Draws a picture into a PNG file; an old file is replaced when the new one is complete.
   ///
-  /// @throws QLogicError as `render`, and when the file cannot be written.
+  /// @throws QLogicError as `render`, and with the reason when the file cannot be written.
   void writeImage(QString const& path);
 
  protected:

@@ -105,7 +105,7 @@ TEST(StartSearch, PlacesWhatFewObservationsDetermine) {
   // A group that is turned and moved as a body is solved from 25 starts, each of which asks whether to go on.
   Case const& body = cases[10];
   TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(loaded(networkOf(places, body.known, body.stations)));
+  adjustment.readAlgorithmData(test::loaded(networkOf(places, body.known, body.stations)));
   int asked = 0;
   adjustment.setCancelCall([&asked] { return ++asked == 30; });
   EXPECT_THROW(adjustment.calculateApproximate(), QLogicError);

@@ -149,7 +149,7 @@ class Fault : public testing::Test {
 /// Distance between the allocations that fail; the other calls are few and all fail.
 long stepOfAllocations(long count) {
   char const* const all = std::getenv("KELVANE_ALL_FAULTS");
-  return all != nullptr ? 1 : std::max(1L, count / 12);
+  return all != nullptr ? 1 : std::max(1L, count / 40);
 }
 
 TEST_F(Fault, LeavesTheOldFileOrTheNewOneAndSaysSo) {

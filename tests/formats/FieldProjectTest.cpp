@@ -84,7 +84,8 @@ TEST_F(FieldProject, NeverSavesTheRowsOfAFailedImportOverTheFileBefore) {
   QString const odd = file("odd.txt", "STA,N,1,,0,0,0\nSC,B,1,,0,90,,0,0,0\n");
   std::string const refused = "The observations come from a file whose import failed: they are not written over the ";
   std::string const network = "2,3,3\nA,1.0000,2.0000\nA\nB,L,0.000000\n";
-  for (auto const& [name, text] : {std::pair<char const*, std::string>{"good.txt", kTraverse}, {"net.in2", network}}) {
+  for (auto const& [name, text] :
+       {std::pair<char const*, std::string>{"good.txt", test::kFieldBook}, {"net.in2", network}}) {
     SCOPED_TRACE(name);
     QString const good = file(name, text);
     project->read(good);
