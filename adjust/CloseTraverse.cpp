@@ -55,11 +55,12 @@ bool CloseTraverse::getStations(std::vector<TraverseInfo> const& list) {
 }
 
 void CloseTraverse::requireClosed(std::vector<TraverseInfo> const& chain) const {
+  // First what the polygon ends on: of a target misspelt half-way the station before it is no fault.
+  PointInfo const& fore = chain.back().forePoints.front();
+  bool const isClosed = fore.number == chain.front().stationPoint.number;
+  if (!isClosed) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, fore.name);
   PointInfo const& last = chain.back().stationPoint;
   if (!isKnown(last)) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, last.name);
-  PointInfo const& fore = chain.back().forePoints.front();
-  if (fore.number == chain.front().stationPoint.number) return;
-  throw AlgorithmException(AlgorithmException::KnownPointNotEnough, fore.name);
 }
 
 bool CloseTraverse::judgeStartStation(TraverseInfo const& station) const { return isKnown(station.stationPoint); }

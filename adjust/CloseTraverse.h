@@ -28,7 +28,8 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
   ///
   /// @throws AlgorithmException StationNotEnough with the name of a station with fewer than two directions or two equal
   ///         ones; KnownPointNotEnough, name "No start data", when no station is known, with the name of the last
-  ///         station when that is not known, and with the name of its fore point when that is not the first station.
+  ///         fore point when that is not the first station, and with the name of the last station when that is not
+  ///         known.
   void readAlgorithmData(AlgorithmData const& data);
 
   /// Whether the angular misclosure is folded into ±π instead of ±2π; off by default. The sum of the outer angles of a

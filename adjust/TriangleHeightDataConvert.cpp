@@ -2,6 +2,7 @@
 
 #include "adjust/detail/Missing.h"
 #include "core/System.h"
+#include "records/NetworkFindings.h"
 
 #include <QStringList>
 #include <algorithm>
@@ -27,7 +28,7 @@ QStringList namesWithSeveral(std::vector<TriangleStationData> const& stations, d
 
 void warn(QString const& text, QStringList const& names) {
   System const* const system = System::Instance();
-  if (!names.isEmpty() && system != nullptr) system->sendMessage(text.arg(names.join(QStringLiteral(", "))), Warning);
+  if (!names.isEmpty() && system != nullptr) system->sendMessage(text.arg(listedNames(names)), Warning);
 }
 
 }  // namespace

@@ -78,7 +78,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// @throws QLogicError "The import file data is empty" when it has no rows, and what the reader throws: nothing has
   ///         changed then. What `VRDTraverseDataCollcetion::correctData` throws of rows that make no network, such as a
   ///         station with an odd number of sights: the rows are replaced and the network is empty by then, while the
-  ///         source files are still those of the data before, which `save` does not replace.
+  ///         source files, which `save` does not replace then, and an earlier calculation are still those of the data
+  ///         before.
   virtual void importVRDFile(QString const& path);
   /// Reads a COSA network file: lines and known points are replaced, the rows emptied, an earlier calculation dropped,
   /// and the legend codes read.
@@ -108,7 +109,7 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// @throws what the export throws; QLogicError "View Data is empty" rather than empty a traverse file that the
   ///         project came from, when a network command has emptied the rows; a QLogicError that says so while the rows
   ///         are those of a traverse file whose import failed and the source files are those of the data before: until
-  ///         another import of rows or a network succeeds.
+  ///         another traverse file, a network file or a project file is read.
   virtual void save() const;
   /// Writes the project file, which replaces an old one only when it is complete, and makes it the project's own.
   /// `name` and the modified state stay.
@@ -280,8 +281,6 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   QString viewFile;
   QString coordFile;
   QString lqfFile;
-  /// `viewFile` and `networkFile` name files that rows and network did not come from: an import ended half-way.
-  bool sourcesAreOfOtherData = false;
   QString version = QStringLiteral("1.0.1");
   FileType fileType = VrdFile;
   Configure configure;
@@ -300,6 +299,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   OperationType operationType = ObservationView;
   StationMap stationMap;
   std::vector<KnownPoint> knownPointList;
+  /// The source files are not what rows and network came from: the import of a traverse file ended half-way.
+  bool sourcesAreOfOtherData = false;
   /// Places in `knownPointList` by name; made anew when its size is not that of the list.
   std::unordered_multimap<std::string, std::size_t> knownPointPlaces;
 };

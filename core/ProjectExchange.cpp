@@ -215,7 +215,11 @@ bool Project::exportCosaTraverseFile() const {
   return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile);
 }
 
-bool Project::exportLQFFile() const { return !lqfFile.isEmpty() && exportLQFFile(lqfFile); }
+bool Project::exportLQFFile() const {
+  requireOwnSources();
+  return !lqfFile.isEmpty() && exportLQFFile(lqfFile);
+}
+
 bool Project::exportCoordFile() const { return !coordFile.isEmpty() && exportCoordFile(coordFile); }
 
 bool Project::readLegendCode() {

@@ -65,7 +65,7 @@ void CoordinateDataCollection::read(QString const& path) {
 
 void CoordinateDataCollection::readContents(std::string const& bytes) {
   if (detail::isSameInLocal8Bit(bytes)) return appendPoints(bytes, coordinateDataList);
-  QByteArray copy = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
+  QByteArray copy = detail::qtBytes(bytes);
   QBuffer buffer(&copy);
   buffer.open(QIODevice::ReadOnly);
   HTextStream stream(&buffer);

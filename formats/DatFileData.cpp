@@ -69,7 +69,7 @@ bool DatFileData::openDatFileData(QString const& path) {
     appendPoints(*bytes, points);
     return true;
   }
-  QByteArray copy = QByteArray::fromRawData(bytes->data(), static_cast<int>(bytes->size()));
+  QByteArray copy = detail::qtBytes(*bytes);
   QBuffer file(&copy);
   file.open(QIODevice::ReadOnly | QIODevice::Text);
   for (int line = 1; !file.atEnd(); ++line) {

@@ -8,28 +8,36 @@
 #include "Session.h"
 
 #include <json/reader.h>
-#include <QFile>
+#include <unistd.h>
+#include <cerrno>
 #include <memory>
+#include <string>
+#include <system_error>
 
 namespace kvn::host {
 namespace {
 
-QByteArray standardInput() {
-  QFile file;
-  if (!file.open(stdin, QIODevice::ReadOnly)) return {};
-  QByteArray bytes = file.readAll();
-  if (file.error() != QFileDevice::NoError) throw Refusal({}, "standard input could not be read to its end");
-  return bytes;
+std::string standardInput() {
+  std::string bytes;
+  char piece[65536];
+  for (;;) {
+    ssize_t const count = ::read(STDIN_FILENO, piece, sizeof piece);
+    if (count == 0) return bytes;
+    if (count > 0) bytes.append(piece, static_cast<std::size_t>(count));
+    if (count > 0 || errno == EINTR) continue;
+    throw Refusal({}, "standard input could not be read to its end: " +
+                          QString::fromStdString(std::generic_category().message(errno)));
+  }
 }
 
 /// @throws Json::Exception for input that is nested too deep, Refusal for input that is no JSON.
-Json::Value parse(QByteArray const& bytes) {
+Json::Value parse(std::string const& bytes) {
   Json::CharReaderBuilder builder;
   Json::CharReaderBuilder::strictMode(&builder.settings_);
   std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
   Json::Value value;
   std::string errors;
-  if (!reader->parse(bytes.constData(), bytes.constData() + bytes.size(), &value, &errors)) {
+  if (!reader->parse(bytes.data(), bytes.data() + bytes.size(), &value, &errors)) {
     throw Refusal({}, "standard input is not JSON: " + QString::fromStdString(errors).simplified());
   }
   return value;

@@ -7,18 +7,22 @@
 #include <unistd.h>
 #include <QTextCodec>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
 
 namespace kvn::host {
 namespace {
 
 bool isProgressShown = false;
 
-std::runtime_error notWritten() { return std::runtime_error("standard output cannot be written"); }
+std::runtime_error notWritten() {
+  return std::runtime_error("standard output cannot be written: " + std::generic_category().message(errno));
+}
 
 }  // namespace
 

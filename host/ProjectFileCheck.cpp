@@ -7,6 +7,7 @@
 #include <utils/XmlText.h>
 
 #include <tinyxml2.h>
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <optional>
@@ -128,7 +129,7 @@ FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes)
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {
-    throw Refusal(path, QString("line %1: the file is not well-formed XML").arg(document.ErrorLineNum()));
+    throw Refusal(path, QString("line %1: the file is not well-formed XML").arg(std::max(1, document.ErrorLineNum())));
   }
   if (document.RootElement() == nullptr || !isProject(*document.RootElement())) {
     throw Refusal(path, "the file is no project file");

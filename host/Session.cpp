@@ -5,11 +5,13 @@
 
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
+#include <utils/HTextCodec.h>
 
 #include <QFileInfo>
 #include <QTextCodec>
 #include <algorithm>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 namespace kvn::host {
@@ -20,6 +22,21 @@ std::string bytesOf(QString const& path) {
   utils::FileBytes file = utils::readFile(path);
   if (!file.isWhole()) throw Refusal(path, file.reason);
   return std::move(file.bytes);
+}
+
+/// Names of a coordinate file in another encoding would become question marks, and several points one.
+void requireEncoding(QString const& path, std::string const& bytes) {
+  if (bytes.empty()) throw Refusal(path, "the file is empty");
+  int number = 0;
+  for (std::size_t at = 0; at < bytes.size(); ++number) {
+    std::size_t const end = std::min(bytes.find('\n', at), bytes.size());
+    std::string const line = bytes.substr(at, end - at);
+    at = end + 1;
+    if (isPlainAscii(line) || HTextCodec::ToLocal8Bit(HTextCodec::FromLocal8Bit(line)) == line) continue;
+    throw Refusal(path, QString("line %1 is no text in the encoding %2; --encoding names another one")
+                            .arg(number + 1)
+                            .arg(QString::fromLatin1(QTextCodec::codecForLocale()->name())));
+  }
 }
 
 /// The library passes over a suffix that it does not know.
@@ -38,7 +55,10 @@ int refuse(QString const& file, QString const& text, bool json) {
     Json::Value failure;
     failure["code"] = 0;  // unknown, as the commands tell a failure that has no number of its own
     failure["message"] = text.toStdString();
-    printJson(failure);
+    try {
+      printJson(failure);
+    } catch (std::runtime_error const&) {  // NOLINT(bugprone-empty-catch): the failure itself has been told
+    }
   }
   return Refused;
 }
@@ -90,6 +110,7 @@ void Session::open(QString const& path, bool asRead) {
   } else if (suffix == "in2") {
     openNetwork(path, bytes);
   } else {
+    requireEncoding(path, bytes);
     current->readContents(path, bytes);
   }
 }

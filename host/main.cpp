@@ -68,7 +68,7 @@ void handleSignals() {
   struct sigaction action {};
   action.sa_handler = endBySignal;
   action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-  for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}) {
+  for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGUSR1, SIGUSR2, SIGALRM, SIGVTALRM, SIGPROF}) {
     struct sigaction before {};
     bool const isDefault = ::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL;
     if (isDefault) ::sigaction(signal, &action, nullptr);

@@ -165,9 +165,10 @@ bool XmlMannager::add(LegendCodeAttribute const& code) {
 
 bool XmlMannager::deleteElement(LegendCodeAttribute* p) {
   if (p == nullptr) return false;
-  if (!isType(p->Type) || !codes[p->Type].contains(p->Group)) return true;
-  codes[p->Type][p->Group].removeAll(*p);
-  forgetNames(p->Type);
+  LegendCodeAttribute const code = *p;  // it may be an entry of the list that changes here
+  if (!isType(code.Type) || !codes[code.Type].contains(code.Group)) return true;
+  codes[code.Type][code.Group].removeAll(code);
+  forgetNames(code.Type);
   return true;
 }
 

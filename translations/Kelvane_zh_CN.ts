@@ -187,6 +187,18 @@
         <translation>未能写入文件：%1</translation>
     </message>
     <message>
+        <source>the file belongs to a group that the new one cannot be given</source>
+        <translation>文件所属的组无法赋予新文件</translation>
+    </message>
+    <message>
+        <source>it is in its place, but may be lost if the power fails now</source>
+        <translation>文件已就位，但若此时断电可能丢失</translation>
+    </message>
+    <message>
+        <source>the file is larger than 2 GB</source>
+        <translation>文件大于 2 GB</translation>
+    </message>
+    <message>
         <source>no such file</source>
         <translation>没有此文件</translation>
     </message>

@@ -6,6 +6,7 @@
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
 
+#include <limits>
 #include <sstream>
 #include <utility>
 
@@ -45,6 +46,13 @@ void readFile(QString const& path, std::function<void(std::istream&)> const& rea
 
 void readFile(std::string const& localPath, std::function<void(std::istream&)> const& read) {
   readStream(wholeFile(utils::readLocalFile(localPath)), read);
+}
+
+QByteArray qtBytes(std::string const& bytes) {
+  if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    throw DataException(System::tr("the file is larger than 2 GB").toStdString());
+  }
+  return QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 void requireNoReadError(std::istream const& stream) {

@@ -1,6 +1,7 @@
 // Exchange files by path: the bytes of one, and replacing one only when the new one is complete.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <functional>
 #include <iosfwd>
@@ -22,6 +23,9 @@ std::optional<std::string> wholeFile(utils::FileBytes read);
 /// file is a stream that has failed, and so reads as an empty file. @throws as `wholeFile`; what `read` throws.
 void readFile(QString const& path, std::function<void(std::istream&)> const& read);
 void readFile(std::string const& localPath, std::function<void(std::istream&)> const& read);
+
+/// Bytes for the readers that go through Qt, which counts them in 32 bits. @throws DataException beyond 2 GB.
+QByteArray qtBytes(std::string const& bytes);
 
 /// For a stream from which nothing more comes. @throws DataException when that is not its end but an error.
 void requireNoReadError(std::istream const& stream);

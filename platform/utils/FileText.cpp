@@ -29,7 +29,9 @@ FileBytes failed(State state, QString const& reason) { return {state, {}, reason
 FileBytes missing() { return failed(State::Missing, translated(QT_TRANSLATE_NOOP("kvn::System", "no such file"))); }
 
 FileBytes unreadable(int error) {
-  return failed(State::Unreadable,
+  // Not a matter of what the user may do, but a failure on the way, which must not pass for an empty file.
+  bool const isFailure = error == EIO || error == EMFILE || error == ENFILE || error == ENOMEM;
+  return failed(isFailure ? State::Broken : State::Unreadable,
                 translated(QT_TRANSLATE_NOOP("kvn::System", "the file cannot be read")) + ": " + worded(error));
 }
 

@@ -16,7 +16,7 @@ struct FileBytes {
     Missing,     ///< no such file
     NotAFile,    ///< a folder, a pipe, a device
     Unreadable,  ///< it could not be opened
-    Broken,      ///< it could not be read to its end
+    Broken,      ///< it could not be read to its end, or for a fault of the system not at all
   };
 
   State state = State::Missing;

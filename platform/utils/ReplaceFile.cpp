@@ -12,12 +12,14 @@
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <climits>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 #include <random>
 #endif
@@ -41,7 +43,7 @@ QString replace(std::string const& name, std::string const& bytes) {
 
 #else
 
-QString worded(int error) { return QString::fromStdString(std::generic_category().message(error)); }
+QString wordedBySystem(int error) { return QString::fromStdString(std::generic_category().message(error)); }
 
 /// Signals that a thread does not take for a while. What has come by then is taken afterwards, or thrown away.
 class HeldSignals {
@@ -88,7 +90,9 @@ volatile std::sig_atomic_t hasUnfinished = 0;
 /// not know yet, or no more.
 class HeldEnd : HeldSignals {
  public:
-  HeldEnd() : HeldSignals({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU}, Afterwards::Taken) {}
+  HeldEnd()
+      : HeldSignals({SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGUSR1, SIGUSR2, SIGALRM, SIGVTALRM, SIGPROF},
+                    Afterwards::Taken) {}
 };
 
 void rememberUnfinished(std::string const& name) {
@@ -186,12 +190,41 @@ class NewFile {
   std::string name;
 };
 
-/// Mode and group of the old file, and its owner where the process may give files away. With another owner it must not
-/// run with the rights of this one.
-int keepRights(int file, struct stat const& old) {
+// What may go wrong beside the errors of the system, which are positive.
+constexpr int kNoAnonymousFiles = -1;
+constexpr int kGroupNotKept = -2;
+constexpr int kFolderNotSynced = -3;
+
+/// An access list says more than the mode, whose group bits are only its mask: without it others could read what they
+/// must not. Where the old file has none, the one that the folder hands down goes. Users' own attributes are kept too.
+int keepAttributes(int file, std::string const& old) {
+  constexpr char const* kAccess = "system.posix_acl_access";
+  if (::fremovexattr(file, kAccess) != 0 && errno != ENODATA && errno != ENOTSUP) return errno;
+  ssize_t const size = ::listxattr(old.c_str(), nullptr, 0);
+  if (size <= 0) return 0;  // none, or a file system that has none
+  std::string list(static_cast<std::size_t>(size), '\0');
+  ssize_t const read = ::listxattr(old.c_str(), list.data(), list.size());
+  if (read < 0) return errno;
+  list.resize(static_cast<std::size_t>(read));
+  for (std::size_t at = 0; at < list.size(); at += std::strlen(list.c_str() + at) + 1) {
+    std::string const name = list.c_str() + at;
+    if (name != kAccess && name.rfind("user.", 0) != 0) continue;
+    ssize_t const valueSize = ::getxattr(old.c_str(), name.c_str(), nullptr, 0);
+    if (valueSize < 0) return errno;
+    std::string value(static_cast<std::size_t>(valueSize), '\0');
+    if (::getxattr(old.c_str(), name.c_str(), value.data(), value.size()) != valueSize) return EIO;
+    if (::fsetxattr(file, name.c_str(), value.data(), value.size(), 0) != 0) return errno;
+  }
+  return 0;
+}
+
+/// Mode and group of the old file, its access list, and its owner where the process may give files away. With another
+/// owner it must not run with the rights of this one.
+int keepRights(int file, std::string const& name, struct stat const& old) {
   struct stat fresh {};
   if (::fstat(file, &fresh) != 0) return errno;
-  if (fresh.st_gid != old.st_gid && ::fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) return errno;
+  if (fresh.st_gid != old.st_gid && ::fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) return kGroupNotKept;
+  if (int const error = keepAttributes(file, name)) return error;
   bool const isOwned = fresh.st_uid == old.st_uid || ::fchown(file, old.st_uid, static_cast<gid_t>(-1)) == 0;
   mode_t const mode = old.st_mode & (isOwned ? 07777U : 01777U);
   return ::fchmod(file, mode) == 0 ? 0 : errno;
@@ -213,12 +246,10 @@ struct Target {
   struct stat status {};
 };
 
-// Errors of the system are positive.
-constexpr int kNoAnonymousFiles = -1;
-
 int place(NewFile& fresh, Target const& target) {
   if (fresh.isAnonymous()) {
     if (!target.isThere && fresh.link(target.name)) return 0;
+    if (!target.isThere && errno == EEXIST) return EEXIST;  // somebody else was faster
     HeldEnd const held;
     if (!fresh.linkAside(target.folder)) return kNoAnonymousFiles;
     return fresh.rename(target.name) ? 0 : errno;
@@ -229,7 +260,7 @@ int place(NewFile& fresh, Target const& target) {
 int fill(NewFile& fresh, Target const& target, std::string const& bytes) {
   if (int const error = writeAll(fresh.number(), bytes)) return error;
   if (target.isThere) {
-    if (int const error = keepRights(fresh.number(), target.status)) return error;
+    if (int const error = keepRights(fresh.number(), target.name, target.status)) return error;
   }
   return ::fsync(fresh.number()) == 0 ? 0 : errno;
 }
@@ -251,7 +282,18 @@ int putInPlace(Target const& target, std::string const& bytes, bool anonymous) {
 int replaceWhole(Target const& target, std::string const& bytes) {
   int error = putInPlace(target, bytes, true);
   if (error == kNoAnonymousFiles) error = putInPlace(target, bytes, false);
-  return error == 0 ? syncFolder(target.folder) : error;
+  if (error != 0) return error;
+  return syncFolder(target.folder) == 0 ? 0 : kFolderNotSynced;
+}
+
+QString worded(int error) {
+  if (error == kGroupNotKept) {
+    return translated(QT_TRANSLATE_NOOP("kvn::System", "the file belongs to a group that the new one cannot be given"));
+  }
+  if (error == kFolderNotSynced) {
+    return translated(QT_TRANSLATE_NOOP("kvn::System", "it is in its place, but may be lost if the power fails now"));
+  }
+  return wordedBySystem(error);
 }
 
 /// To a pipe, a device or a file that the process has open, such as its standard output.
@@ -271,10 +313,12 @@ struct End {
 End endOf(fs::path path) {
   constexpr int kMostLinks = 40;  // as the operating system has it
   fs::path const openFiles = "/proc/" + std::to_string(::getpid()) + "/fd";
+  fs::path const threads = "/proc/" + std::to_string(::getpid()) + "/task";
   std::error_code none;
   for (int i = 0; i < kMostLinks && fs::is_symlink(path, none); ++i) {
     fs::path const folder = fs::canonical(path.has_parent_path() ? path.parent_path() : fs::path("."), none);
-    if (folder == openFiles) return {path, std::stoi(path.filename().string())};
+    bool const isThread = folder.parent_path().parent_path() == threads && folder.filename() == "fd";
+    if (folder == openFiles || isThread) return {path, std::stoi(path.filename().string())};
     path = folder / fs::read_symlink(path, none);
   }
   return {path, -1};
@@ -299,6 +343,11 @@ QString replace(std::string const& name, std::string const& bytes) {
   }
   // A pipe whose reader has gone and a limit to the size of files are errors here and not the end of the process.
   HeldSignals const held({SIGPIPE, SIGXFSZ}, HeldSignals::Afterwards::ThrownAway);
+  // The system says first whether the links may be followed: in a folder where everybody may write it refuses those of
+  // strangers.
+  int const probe = ::open(name.c_str(), O_PATH | O_CLOEXEC);
+  if (probe < 0 && errno != ENOENT && errno != ENXIO) return worded(errno);
+  if (probe >= 0) ::close(probe);
   End const end = endOf(name);
   Target target;
   if (end.openFile >= 0) {

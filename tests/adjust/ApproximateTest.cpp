@@ -1,4 +1,4 @@
-// Approximate coordinates against the plain sweeps over all stations.
+// Approximate coordinates: the walks over the stations.
 #include "adjust/Networks.h"
 #include "adjust/detail/MergeLines.h"
 #include "support/Support.h"

@@ -1,4 +1,4 @@
-// Merging of repeated distances against the plain loops.
+// Merging of repeated distances.
 #include "adjust/detail/MergeLines.h"
 
 #include <gtest/gtest.h>

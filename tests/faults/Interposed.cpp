@@ -2,7 +2,7 @@
 //
 //   KELVANE_FAULT=read:3       the third call fails; open, read, write, fsync, rename, link or malloc
 //   KELVANE_FAULT_SIGNAL=15    it does not fail, but the process gets this signal first
-//   KELVANE_FAULT_LINKS=no     no file gets a name by a link, as in file systems that cannot do it
+//   KELVANE_FAULT_LINKS=no     no file can be without a name, as in some file systems
 //   KELVANE_FAULT_UNDER=DIR    only calls on files in this folder count; allocations count everywhere
 //   KELVANE_FAULT_COUNT=FILE   where the numbers of calls are written at the end
 //
@@ -106,6 +106,9 @@ __attribute__((destructor)) void end() {
 }
 
 int opened(char const* path, int flags, mode_t mode) {
+#if defined(O_TMPFILE)
+  if (!hasLinks && (flags & O_TMPFILE) == O_TMPFILE) return failed(EOPNOTSUPP);
+#endif
   if (isUnder(path) && fails(Open)) return failed(EIO);
   static auto* const real = next<int(int, char const*, int, ...)>("openat");
   return real(AT_FDCWD, path, flags, mode);

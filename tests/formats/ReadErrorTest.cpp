@@ -32,25 +32,25 @@ class BreakingBuffer : public std::streambuf {
 };
 
 TEST(EveryReader, TellsAReadErrorFromTheEnd) {
-  constexpr char const* kTraverse = "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,100,0,0,0\n";
-  constexpr char const* kNetwork = "2,3,2\nA,1000,1000\nA\nB,L,0.0000\n";
+  constexpr char const* kRowsText = "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,100,0,0,0\n";
+  constexpr char const* kCosaText = "2,3,2\nA,1000,1000\nA\nB,L,0.0000\n";
   struct Case {
     char const* reader;
     std::string text;
     std::function<void(std::istream&)> read;
   };
   Case const cases[] = {
-      {"traverse", kTraverse, [](std::istream& in) { VRDTraverseDataCollcetion().read(in); }},
+      {"traverse", kRowsText, [](std::istream& in) { VRDTraverseDataCollcetion().read(in); }},
       {"job", "JOB J\nINST I\nSTN A,1.5,\n", [](std::istream& in) { LQFTraverseDataCollection().read(in); }},
       {"job, at once", "", [](std::istream& in) { LQFTraverseDataCollection().read(in); }},
-      {"network", kNetwork, [](std::istream& in) { CosaCollection().read(in); }},
-      {"network, with care", kNetwork, [](std::istream& in) { CarefulCosaCollection().read(in); }},
-      {"naming the line", kTraverse,
+      {"network", kCosaText, [](std::istream& in) { CosaCollection().read(in); }},
+      {"network, with care", kCosaText, [](std::istream& in) { CarefulCosaCollection().read(in); }},
+      {"naming the line", kRowsText,
        [](std::istream& in) {
          VRDTraverseDataCollcetion rows;
          readNamingTheLine(rows, in);
        }},
-      {"looking at the text", kTraverse, [](std::istream& in) { inspectTraverseText(in); }},
+      {"looking at the text", kRowsText, [](std::istream& in) { inspectTraverseText(in); }},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.reader);

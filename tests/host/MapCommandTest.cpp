@@ -58,6 +58,7 @@ TEST(MapCommand, RunsNothingThatLiesInTheWorkingDirectory) {
   }
   for (char const* shader : {"vert", "frag"})
     planted.write(QString("shaders/osgText_Text.%1").arg(shader), "void main() {}");
+  planted.write("libQt5Core.so.5", "no library");
   test::Run const run = planted.run({"map", "net.dat", "map.png", "--size", "300x200"});
   EXPECT_EQ(run.out, good.out);
   EXPECT_EQ(run.err, good.err);
@@ -90,7 +91,7 @@ TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
     int exitCode;
     char const* says;
   } const cases[] = {
-      {{"empty.dat", "map.png"}, 1, "there is no point with coordinates to draw"},
+      {{"empty.dat", "map.png"}, 1, "the file is empty"},
       {{"free.in2", "map.png"}, 1, "generate map data failed"},
       {{"gbk.in2", "map.png", "--encoding", "GBK"}, 1, "gbk.in2: line 2 the line is no UTF-8"},
       {{"none.dat", "map.png"}, 1, "none.dat: no such file"},

@@ -119,7 +119,7 @@ TEST(TraverseCommand, NamesWhereATraverseFails) {
   Case const cases[] = {
       {"connect", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n",
        "Known points are not enough: the traverse ends at P and looks forward to Q, which both have to be known\n"},
-      {"closed", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n", "Known points are not enough: P (the last station is known"},
+      {"closed", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n", "Known points are not enough: Q (the last station is known"},
       {"open", start + "P\nB,L,0\nQ,L,90\n", "Station name [P] distance is 0\n"},
       {"open", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station point is not enough: P (a station has just two"},
       {"connect", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station Point Name P Repeat (a station has just two"},

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
@@ -59,7 +60,8 @@ TEST_F(FileText, NamesOfAnyBytesAreTheSameFileForReadingAndWriting) {
   }
   QTextCodec::setCodecForLocale(before);
   EXPECT_EQ(utils::nativePathOf(QString::fromLatin1("a\0b", 3)), "");
-  EXPECT_THAT(utils::replaceFile(QString::fromLatin1("a\0b", 3), "").toStdString(), HasSubstr("cannot be written in the encoding"));
+  EXPECT_THAT(utils::replaceFile(QString::fromLatin1("a\0b", 3), "").toStdString(),
+              HasSubstr("cannot be written in the encoding"));
 }
 
 TEST_F(FileText, SaysWhyAFileIsNotRead) {
@@ -84,6 +86,7 @@ TEST_F(FileText, KeepsTheRightsOfTheFileThatItReplaces) {
   ASSERT_EQ(::chmod(native("old").c_str(), 0664), 0);
   bool const mayGive = ::chown(native("old").c_str(), 1234, 4321) == 0;  // the superuser alone
   ASSERT_EQ(::symlink("old", native("link").c_str()), 0);
+  bool const hasAttributes = ::setxattr(native("old").c_str(), "user.note", "kept", 4, 0) == 0;
   EXPECT_EQ(utils::replaceFile(path("link"), "2"), QString());
   ::umask(mask);
   struct stat status {};
@@ -97,6 +100,8 @@ TEST_F(FileText, KeepsTheRightsOfTheFileThatItReplaces) {
     EXPECT_EQ(status.st_uid, 1234U);
     EXPECT_EQ(status.st_gid, 4321U);
   }
+  char note[4] = {};
+  EXPECT_EQ(::getxattr(native("old").c_str(), "user.note", note, 4), hasAttributes ? 4 : -1);
   EXPECT_EQ(test::fileBytes(path("old")), "2");
   EXPECT_EQ(names(), QStringList({"link", "new", "old"}));
 }
