@@ -173,6 +173,7 @@ TEST(LargeNetworks, FailWithTheSameExceptionInBothMatrices) {
     EXPECT_NE(failure, "none");
     EXPECT_EQ(failureOf(network, adjustment, kSparse), failure);
   }
+  EXPECT_EQ(failureOf(withLooseGrid(), {}, kSparse), "Known points are not enough16") << "the whole loose grid is told";
 }
 
 TEST(LargeNetworks, TellTheirProgressAndEndWhereverTheyAreCancelled) {

@@ -94,11 +94,6 @@ TEST(JobNetwork, IsTheWorkedFieldBookOfTwoFullRounds) {
   }
 }
 
-Rows operator+(Rows a, Rows const& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
-
 TEST(RowNetwork, HasOneLineForEachStationAndTarget) {
   Rows const rows = Rows{known("K1", 0, 0)} + twoFaces({sight("K2", 5, 90, 100), sight("P", 50, 90, 60)}) +
                     Rows{station("P")} + twoFaces({sight("K1", 7, 90, 60.02), sight("Q", 90, 90)});
