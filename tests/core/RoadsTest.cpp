@@ -72,6 +72,8 @@ TEST_F(Roads, ATraverseFileIsOpenedEditedComputedAndSaved) {
   EXPECT_EQ(project->getNetwork().knownPoints[1].y, 1100);
   EXPECT_TRUE(project->isModified());
 
+  EXPECT_EQ(test::failureOf<QLogicError>([this] { project->algorithmPointConvertCoord(); }),
+            "There is no adjustment result");
   adjust();
   project->setTraverseDataList(elevationRows(project->getTraverseDataList()).rows);
   project->setVerticalAngleType(ElevationAngle);
@@ -109,6 +111,7 @@ TEST_F(Roads, AnInstrumentJobIsReducedByTheHostAndExported) {
   project->getConfigure().TraversePointAdjust = 1;  // heights are another road
   project->algorithmPointConvertCoord();
   expectP(pointOf("P"));
+  EXPECT_EQ(pointOf("P").Z, 0);
   project->build();
   EXPECT_EQ(drawn(FeatureDataType::CoordData), 3U);
 
@@ -121,26 +124,6 @@ TEST_F(Roads, AnInstrumentJobIsReducedByTheHostAndExported) {
   run("RemoveTraverseDataCMD", R"({"data": {"ids": [")" + rows[0].id + R"("]}})");
   EXPECT_EQ(rows.size(), 1U);
   EXPECT_TRUE(project->getNetwork().isEmpty());
-}
-
-TEST_F(Roads, ANetworkIsEditedAndExportedAndCoordinatesJoinIt) {
-  open(test::samplePath("trav_open_2legs.in2"));
-  adjust(1);
-  project->algorithmPointConvertCoord();
-  EXPECT_EQ(project->getCoordinatePointList().size(), 4U);
-  test::writeFile(folder.filePath("c.dat"), "Q,,250,150,0");
-  open(folder.filePath("c.dat"));
-  EXPECT_EQ(project->getFileType(), Project::CoordFile);
-  EXPECT_EQ(project->getNetwork().lines.size(), 4U) << "rows and network stay";
-  EXPECT_EQ(drawn(FeatureDataType::CoordData), 1U);
-  std::string const id = project->getCoordinatePointList()[0].id;
-  run("ModifyCoordinateDataCMD", R"({"data": {"id": ")" + id + R"(", "Name": "R", "Z": 3}})");
-  project->save();
-  EXPECT_EQ(test::fileBytes(folder.filePath("c.dat")), "R,,250.0000,150.0000,3.0000");
-  run("RemoveNetworkDataCMD", R"({"data": {"ids": [")" + project->getNetwork().lines[3].id + R"("]}})");
-  EXPECT_TRUE(project->exportCosaTraverseFile(folder.filePath("n.in2")));
-  open(folder.filePath("n.in2"));
-  EXPECT_EQ(project->getNetwork().lines.size(), 3U);
 }
 
 TEST_F(Roads, TheStationMapIsNeverOlderThanTheRows) {

@@ -73,22 +73,6 @@ TEST(CarefulCosaReader, NamesTheLineOfAFailure) {
   EXPECT_EQ(test::failureOf<kvn::DataException>([] { readText("2,3,3\n\nK1,,5\n"); }), "line 3 invalid stod argument");
 }
 
-TEST(CarefulCosaReader, AgreesWithThePlainOneOnSoundFiles) {
-  test::Host host;
-  for (char const* file : {"net_charamza1990_p238.in2", "net_lother_strehle2007_directions.in2"}) {
-    CarefulCosaCollection careful;
-    kvn::CosaCollection plain;
-    careful.read(test::samplePath(file).toStdString());
-    plain.read(test::samplePath(file).toStdString());
-    ASSERT_EQ(careful.getNetworkDataList().size(), plain.getNetworkDataList().size());
-    for (std::size_t i = 0; i < plain.getNetworkDataList().size(); ++i) {
-      EXPECT_EQ(careful.getNetworkDataList()[i].horizontal_angle, plain.getNetworkDataList()[i].horizontal_angle);
-      EXPECT_EQ(careful.getNetworkDataList()[i].horizontal_distance, plain.getNetworkDataList()[i].horizontal_distance);
-    }
-  }
-  EXPECT_TRUE(host.messages.empty());
-}
-
 TEST(CarefulCosaWriter, RefusesWhatWouldNotReadBack) {
   CarefulCosaCollection collection = readText("2,3,3\nA\nP,S,7\n");
   auto const refusal = [&collection](std::function<void(kvn::NetworkDataInfo&)> const& spoil) {

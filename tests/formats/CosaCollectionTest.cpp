@@ -51,9 +51,7 @@ std::string described(CosaCollection const& collection) {
 
 TEST(CosaReader, TakesEachKindOfLine) {
   struct Case {
-    char const* what;
-    char const* text;
-    char const* result;
+    char const *what, *text, *result;
   };
   Case const cases[] = {
       {"the head alone", "2,3,3", ""},
@@ -97,9 +95,7 @@ TEST(CosaReader, TellsALineWithoutADirection) {
 
 TEST(CosaReader, SaysWhatIsWrong) {
   struct Case {
-    char const* what;
-    char const* text;
-    char const* says;
+    char const *what, *text, *says;
   };
   Case const cases[] = {
       {"head of two fields", "2,3\nK1,1,2\n", "The Format of Data is wrong"},

@@ -14,9 +14,7 @@ Rows readText(std::string const& text) { return test::rowsOf<Job>(text); }
 
 TEST(JobReader, TakesEachRecord) {
   struct Case {
-    char const* what;
-    char const* text;
-    char const* rows;
+    char const *what, *text, *rows;
   };
   Case const cases[] = {
       {"a blank alone is not an empty file", " ", ""},
@@ -72,9 +70,7 @@ std::string sights(std::string const& records) {
 
 TEST(JobReader, LetsAForeSightTakeThePlaceOfTheSameBackSight) {
   struct Case {
-    char const* what;
-    char const* records;
-    char const* sights;
+    char const *what, *records, *sights;
   };
   Case const cases[] = {
       {"the same point", "STA S,1|BS K1,1|HVD 1,2|NEZ 0,0,0|SC K1,1|HVD 3,4|NEZ 0,0,0|SC B2,1|HVD 5,6", "S:K1 B2 "},
