@@ -84,9 +84,7 @@ TEST(FieldAdjust, GivesTheSameForTheSameJobInEveryFormat) {
 
 TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
   struct Case {
-    char const* from;
-    char const* to;
-    char const* says;
+    char const *from, *to, *says;
   };
   Case const cases[] = {
       {"60.0000,90", "6o.0000,90", "job.txt: line 3: A to P: the angle is no number: 6o.0000"},
@@ -112,9 +110,7 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
 
 TEST(FieldAdjust, TellsWhatMakesItsResultDoubtful) {
   struct Case {
-    char const* from;
-    char const* to;
-    char const* says;
+    char const *from, *to, *says;
   };
   for (Case const& c :
        {Case{"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle"},
@@ -153,8 +149,7 @@ TEST(FieldAdjust, RefusesAJobWhoseRecordsDoNotHold) {
 
 TEST(Check, TellsWhatIsWrongAndWhereItStands) {
   struct Case {
-    char const* from;
-    char const* to;
+    char const *from, *to;
     int exitCode;
     char const* says;
   };
@@ -230,9 +225,7 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
                       "' pointType='StationPoint' isKnown='true'/></ViewData></K>");
   }
   struct Case {
-    char const* in;
-    char const* out;
-    char const* says;
+    char const *in, *out, *says;
   };
   for (Case const& c : {Case{"job.txt", "old.lqf", "the name \"P 1\" cannot stand"},
                         {"comma.kvn", "old.txt", "the name \"B,1\" cannot stand"},

@@ -1,6 +1,5 @@
 // What a project draws, and when.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <utils/QLogicError.h>
 #include <QTemporaryDir>
 

@@ -1,6 +1,5 @@
 // The configuration file, what must not be lost in writing it, and paths in the local 8-bit encoding.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <utils/Config.h>
 #include <utils/FileText.h>
 #include <QDir>

@@ -1,6 +1,5 @@
 // Identities and comparisons of the records, their name tables, and the horizontal distance of a row.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <array>
