@@ -130,4 +130,14 @@ TEST(ElevationRows, FillsADistanceOverTheGroundAndTakesOffTheIndexError) {
   EXPECT_NEAR(converted[5].vertical_angle, degrees(45), 1e-12);
 }
 
+TEST(ElevationRows, CarriesTheHeightsOfTheFirstOccupationAndSight) {
+  Rows const rows{stationRow("A", 1.5), sightRow("B", degrees(90), 100, 1.6), stationRow("A", 1.7),
+                  sightRow("B", degrees(90), 100, 1.6)};
+  Rows const converted = elevationRows(rows).rows;
+  ASSERT_EQ(converted.size(), 4U);
+  EXPECT_EQ(converted[2].instrument, 1.5);
+  EXPECT_EQ(converted[3].instrument, 1.6);
+  EXPECT_NEAR(converted[3].vertical_angle, std::atan(0.2 / 100), 1e-15);
+}
+
 }  // namespace

@@ -1,6 +1,5 @@
 // What the careful reader and writer do beside the plain ones.
 #include <gtest/gtest.h>
-#include <cmath>
 #include <limits>
 #include <sstream>
 

@@ -74,9 +74,4 @@ TEST_F(ConfigFile, IsTheSameFileToReadAndToWriteWhateverTheCodec) {
   EXPECT_EQ(config.value("a"), 1);
 }
 
-TEST(NativePath, IsInTheCharsetOfFileNames) {
-  test::LocalEncoding const gbk("GBK");
-  EXPECT_EQ(utils::nativePath("\xB2\xE2.txt"), "测.txt");
-}
-
 }  // namespace

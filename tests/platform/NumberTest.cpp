@@ -35,19 +35,6 @@ TEST(AngleReading, TakesTheFieldsFromTheDigits) {
   }
 }
 
-TEST(AngleReading, IsTheSameWithManyDigitsAsWithFew) {
-  // Zeros behind the last digit change nothing but the road: short fields are read as whole numbers.
-  std::mt19937 random(4);
-  for (int i = 0; i < 20000; ++i) {
-    std::string text = std::to_string(random() % 1000) + '.';
-    for (auto digits = random() % 10; digits > 0; --digits) text += std::to_string(random() % 10);
-    std::string const padded = text + std::string(10, '0');
-    ASSERT_EQ(Degree::bytesToDouble(text, utils::DegreeToDDPMMSS),
-              Degree::bytesToDouble(padded, utils::DegreeToDDPMMSS))
-        << text;
-  }
-}
-
 TEST(AngleText, HasEveryFormAndCarriesSoThatNoFieldShowsSixty) {
   using namespace utils;
   std::tuple<double, DMSFormat, int, char const*> const cases[] = {

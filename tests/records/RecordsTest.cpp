@@ -115,19 +115,6 @@ TEST(Records, CompareEachByItsOwnRule) {
   EXPECT_FALSE(DrawLine(a, b) == DrawLine(a, a) || DrawLine(a, a) == DrawLine(a, b));
 }
 
-TEST(Records, KnownPointsAreTheRowsThatAreKnown) {
-  std::vector<TraverseDataInfo> rows(3);
-  rows[1].isKnown = true;
-  rows[1].name = "K";
-  rows[1].N = 1.0;
-  rows[1].E = 2.0;
-  auto const points = getKnownPoint(rows);
-  ASSERT_EQ(points.size(), 1U);
-  EXPECT_EQ(points[0].name, "K");
-  EXPECT_EQ(points[0].y, 2.0);
-  EXPECT_EQ(points[0].id, "");
-}
-
 template <typename Type>
 void expectNames(std::vector<std::string> const& names) {
   for (std::size_t i = 0; i < names.size(); ++i) {

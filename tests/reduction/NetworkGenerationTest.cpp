@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 #include <utils/QLogicError.h>
-#include <random>
 
 namespace {
 

@@ -11,7 +11,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QTranslator>
-#include <algorithm>
 #include <map>
 #include <set>
 
