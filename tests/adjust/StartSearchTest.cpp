@@ -320,22 +320,4 @@ TEST(StartSearch, SolvesWhatHasFullRankAndNamesTheRest) {
   EXPECT_EQ(rates.named, rates.refused);
 }
 
-TEST(StartSearch, GivesALargeNetworkAStartFromWhichTheIterationSettles) {
-  // No known point is occupied, so that the walk cannot even begin.
-  Stripped made = stripped(150, 6, 1.0, 6, 0.7, 5);
-  auto& lines = made.network.lines;
-  auto const isAtKnown = [&](kvn::NetworkDataInfo const& line) {
-    auto const& known = made.network.knownPoints;
-    return std::any_of(known.begin(), known.end(), [&](auto const& point) { return point.name == line.start_name; });
-  };
-  lines.erase(std::remove_if(lines.begin(), lines.end(), isAtKnown), lines.end());
-  TraverseAdjust adjustment;
-  adjustment.readAlgorithmData(test::loaded(made.network, kvn::MissingDirection::IsLeftOut));
-  EXPECT_EQ(test::algorithmFailureOf([&] { adjustment.calculateAdjust(); }), "no failure");
-  EXPECT_LE(adjustment.getSummary().iterations, 3);
-  for (auto const& point : adjustment.getPoints()) {
-    EXPECT_LT(std::abs(Place(point.x, point.y) - made.truth.at(point.name)), 1e-5) << point.name;
-  }
-}
-
 }  // namespace

@@ -49,10 +49,7 @@ std::string described(CosaCollection const& collection) {
 }
 
 TEST(CosaReader, TakesEachKindOfLine) {
-  struct Case {
-    char const *what, *text, *result;
-  };
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"the head alone", "2,3,3", ""},
       {"everything", "2,3,3\nK1,1000.5,-2\nK1\nP,L,123.453012\nP,S,256.1234\n",
        "K1=1000.5,-2\nK1>P 445530.120 256.1234\n"},
@@ -78,7 +75,7 @@ TEST(CosaReader, TakesEachKindOfLine) {
       {"a distance behind a second point", "2,3,3\nA\nP,S,1.2.3\n", "A>P 0.000 1.2\n"},
       {"sixty minutes count as they stand", "2,3,3\nA\nP,L,10.6\n", "A>P 39600.000 0\n"},
   };
-  for (Case const& c : cases) {
+  for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
     EXPECT_EQ(described(readText(c.text)), c.result);
   }
@@ -93,10 +90,7 @@ TEST(CosaReader, TellsALineWithoutADirection) {
 }
 
 TEST(CosaReader, SaysWhatIsWrong) {
-  struct Case {
-    char const *what, *text, *says;
-  };
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"head of two fields", "2,3\nK1,1,2\n", "The Format of Data is wrong"},
       {"head of four fields", "2,3,3,3\n", "The Format of Data is wrong"},
       {"head of blanks", "   \n2,3,3\n", "The Format of Data is wrong"},
@@ -108,9 +102,9 @@ TEST(CosaReader, SaysWhatIsWrong) {
       {"a lone point", "2,3,3\nK1,.,5\n", "invalid stod argument"},
       {"a distance behind a minus", "2,3,3\nP,S,-x\n", "invalid stod argument"},
   };
-  for (Case const& c : cases) {
+  for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.says);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.result);
   }
 }
 

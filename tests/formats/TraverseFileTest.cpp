@@ -16,11 +16,8 @@ Rows readText(std::string const& text) { return test::rowsOf<VRDTraverseDataColl
 std::string written(Rows const& rows) { return test::textOf<VRDTraverseDataCollcetion>(rows); }
 
 TEST(TraverseReader, TakesStationsAndSightings) {
-  struct Case {
-    char const *what, *text, *rows;
-  };
   // 100 m at 30 degrees from the zenith are 50 m on the plane, at 330 degrees, the second face, as well.
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"an empty file", "", ""},
       {"empty lines alone", "\n\r\n\n", ""},
       {"a station", "STA,A1,1.5,,1000.0000,2000.0000,50.0000", "0 sta [A1] 1.5 (1000,2000,50) known\n"},
@@ -44,18 +41,15 @@ TEST(TraverseReader, TakesStationsAndSightings) {
        "0 sta [A 1] 1 (1,2,3) known\n"},
       {"what a double may be", "STA,A,1,,inf,-inf,nan", "0 sta [A] 1 (inf,-inf,nan) known\n"},
   };
-  for (Case const& c : cases) {
+  for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(described(readText(c.text)), c.rows);
+    EXPECT_EQ(described(readText(c.text)), c.result);
   }
 }
 
 TEST(TraverseReader, NamesTheLineOrTheFieldThatIsWrong) {
-  struct Case {
-    char const *fault, *text, *says;
-  };
   char const* const format = "The Format of Data is wrong";
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"station line one field short", "STA,A1,1.5,,1,2", "The line 1 is wrong"},
       {"station line one field long", "STA,A1,1.5,,1,2,3,4", "The line 1 is wrong"},
       {"blank lines count, as in an editor", "\n\nSTA,A1,1.5,,1,2", "The line 3 is wrong"},
@@ -79,9 +73,9 @@ TEST(TraverseReader, NamesTheLineOrTheFieldThatIsWrong) {
       {"no target height", "SC,B,m,,1.0,90.0,x,0,0,0", "invalid stod argument"},
       {"height out of range", "SC,B,1e999,,1.0,90.0,,0,0,0", "stod argument out of range"},
   };
-  for (Case const& c : cases) {
-    SCOPED_TRACE(c.fault);
-    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.says);
+  for (test::TextCase const& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.result);
   }
 }
 
