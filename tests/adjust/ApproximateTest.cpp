@@ -1,4 +1,4 @@
-// Approximate coordinates: the walks over the stations.
+// Approximate coordinates by the walks, and the merging of repeated distances.
 #include "adjust/Networks.h"
 #include "adjust/detail/MergeLines.h"
 #include "support/Support.h"
@@ -7,13 +7,9 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <optional>
-#include <set>
 
 namespace {
 
-using kvn::AlgorithmData;
-using kvn::AlgorithmException;
 using kvn::TraverseAdjust;
 
 double const kPi = std::acos(-1.0);
@@ -81,6 +77,17 @@ TEST(ApproximateCoordinates, TheNarrowWalkFollowsTheNumbers) {
   EXPECT_EQ(points[2].name, "P1");
   EXPECT_NEAR(points[2].y, 100.0, 1e-10);
   EXPECT_NEAR(points[4].y, 300.0, 1e-10);
+}
+
+TEST(MergeRepeatedLines, LetsEverySecondOfNeighbouringRepeatsStand) {
+  std::vector<kvn::LineInfo> lines{{"A", "B", 10.0, 1}, {"A", "B", 10.2, 1}, {"B", "A", 10.4, 1}, {"A", "C", 5.0, 1}};
+  kvn::detail::mergeRepeatedLines(lines);
+  std::string text;
+  for (kvn::LineInfo const& line : lines) {
+    text += line.start_name + line.end_name + std::to_string(line.value) + "/" + std::to_string(line.count) + " ";
+  }
+  // The second joins the first; the third moved into its place and is stepped past.
+  EXPECT_EQ(text, "AB20.200000/2 BA10.400000/1 AC5.000000/1 ");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // Conversions between the angle forms, and tests and cuts of texts.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <cmath>
 #include <random>
 

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 #include <utils/QLogicError.h>
-#include <random>
 
 namespace {
 
@@ -12,11 +11,6 @@ using namespace test;
 using kvn::AlgorithmData;
 
 constexpr double kSecondInDegrees = 1 / 3600.0;
-
-Rows operator+(Rows a, Rows const& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
 
 /// Two known points and the rows.
 Rows withControl(Rows const& rows) { return Rows{known("K1", 0, 0), known("K2", 0, 9)} + rows; }

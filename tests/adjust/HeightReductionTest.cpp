@@ -58,12 +58,6 @@ TEST(HeightReduction, ReducesTheFacesByTheKindOfCircle) {
   }
 }
 
-TEST(HeightReduction, AddsCurvatureLessRefraction) {
-  Rows const rows{stationRow("A", 0), sightRow("B", 0, 1000), sightRow("B", 0, 1000)};
-  EXPECT_NEAR(reduced(rows, ElevationAngle, 0.16)[0].heightDifference, 0.0659196, 1e-7);  // 1e6 / 12742786 * 0.84
-  EXPECT_EQ(reduced(rows, ElevationAngle, 1.0)[0].heightDifference, 0.0);
-}
-
 TEST(HeightReduction, RefusesALineWithoutAUsableValue) {
   double const nan = std::nan("");
   Rows const good{stationRow("A", 1.5), sightRow("B", 0.01, 100, 1.6), sightRow("B", 0.01, 100, 1.6)};

@@ -94,8 +94,7 @@ TEST(LargeHeights, TakeALineOfOnePointForAPullToTheApproximateHeight) {
 
 TEST(LargeHeights, FailAlikeWithAFullAndASparseMatrix) {
   struct Case {
-    char const* what;
-    char const* from;
+    char const *what, *from;
     double length;
     bool isSolved;
   };

@@ -1,4 +1,4 @@
-// The iteration: coefficients, networks of known truth, and networks that cannot be adjusted.
+// The iteration: networks of known truth, and networks that cannot be adjusted.
 #include "adjust/Networks.h"
 #include "support/Support.h"
 
@@ -17,11 +17,9 @@ using test::loaded;
 
 double const kPi = std::acos(-1.0);
 
-class Coefficients : public TraverseAdjust {
+class Lookups : public TraverseAdjust {
  public:
-  using TraverseAdjust::calculateAB;
   using TraverseAdjust::calculateAzimuth;
-  using TraverseAdjust::calculateCD;
   using TraverseAdjust::getAngle;
   using TraverseAdjust::getLine;
 };
@@ -34,20 +32,9 @@ Network eastAndNorth() {
   return network;
 }
 
-TEST(ErrorEquations, HaveTheCoefficientsOfTheClosedForm) {
-  Coefficients c;
+TEST(LeastSquares, LooksAnglesAndDistancesUpBetweenPoints) {
+  Lookups c;
   c.readAlgorithmData(loaded(eastAndNorth()));
-  double a[4];
-  int at[4];
-  // d(azimuth) = rho / s^2 (-dy dx_j + dx dy_j ...): 206264.806 / 100 seconds a metre across a line of 100 m.
-  EXPECT_EQ(c.calculateAB(0, 1, a, at), 0.0);
-  double const expected[] = {0.0, -2062.6480624709636, 0.0, 2062.6480624709636};
-  for (int i = 0; i < 4; ++i) EXPECT_NEAR(a[i], expected[i], 1e-9);
-  EXPECT_EQ(at[0], 0);
-  EXPECT_EQ(at[3], 3);
-  EXPECT_EQ(c.calculateCD(0, 1, a, at), 100.0);
-  double const distance[] = {-1.0, 0.0, 1.0, 0.0};
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(a[i], distance[i]);
   EXPECT_EQ(c.calculateAzimuth(0, 2), kPi / 2.0);
   EXPECT_EQ(c.calculateAzimuth(0, 3), 3.0 * kPi / 2.0);
   EXPECT_EQ(c.getAngle(0, 1, 2), kPi / 2.0);
@@ -55,37 +42,6 @@ TEST(ErrorEquations, HaveTheCoefficientsOfTheClosedForm) {
   EXPECT_EQ(c.getAngle(1, 0, 2), -1.0);
   EXPECT_EQ(c.getLine(4, 0), 50.1);  // the mean of both ends
   EXPECT_EQ(c.getLine(0, 1), 1e30);
-}
-
-TEST(LeastSquares, FindsTheTruthWhereNothingIsWrong) {
-  for (unsigned seed = 0; seed < 20; ++seed) {
-    for (double const distances : {1.0, 0.3}) {
-      SCOPED_TRACE(testing::Message() << "seed " << seed << " distances " << distances);
-      std::mt19937 random(seed);
-      test::NetworkPlan plan;
-      plan.points = 5 + static_cast<int>(seed * 2);
-      plan.distances = distances;
-      test::SyntheticNetwork made = test::makeNetwork(plan, random);
-      if (distances < 1.0) {  // a distance along the spine, so that the walk reaches every point
-        for (auto& l : made.network.lines) {
-          double const s = std::hypot(made.truth[l.end_name].x - made.truth[l.start_name].x,
-                                      made.truth[l.end_name].y - made.truth[l.start_name].y);
-          int const step = std::stoi(l.end_name.substr(1)) - std::stoi(l.start_name.substr(1));
-          if (std::abs(step) == 1) l.horizontal_distance = s;
-        }
-      }
-      TraverseAdjust const result = adjusted(made.network);
-      EXPECT_LE(result.getSummary().iterations, 2);
-      for (auto const& point : result.getPoints()) {
-        EXPECT_NEAR(point.x, made.truth[point.name].x, 1e-6);
-        EXPECT_NEAR(point.y, made.truth[point.name].y, 1e-6);
-      }
-      for (auto const& station : result.getDirrectionInfo()) {
-        for (double const v : station.residuals) EXPECT_NEAR(v, 0.0, 1e-6);
-      }
-      for (auto const& l : result.getLineErrorInfo()) EXPECT_NEAR(l.residual, 0.0, 1e-9);
-    }
-  }
 }
 
 TEST(LeastSquares, DoesNotCareWhereTheCirclesPointTo) {
@@ -109,12 +65,6 @@ TEST(LeastSquares, DoesNotCareWhereTheCirclesPointTo) {
       // A corrected centimetre of the last iteration leaves second-order terms below 1e-6 m on lines over 30 m.
       EXPECT_NEAR(points[i].x, reference.getPoints()[i].x, 1e-6);
       EXPECT_NEAR(points[i].y, reference.getPoints()[i].y, 1e-6);
-    }
-    auto const stations = turned.getDirrectionInfo();
-    for (std::size_t s = 0; s < stations.size(); ++s) {
-      for (std::size_t d = 0; d < stations[s].residuals.size(); ++d) {
-        EXPECT_NEAR(stations[s].residuals[d], reference.getDirrectionInfo()[s].residuals[d], 1e-2);
-      }
     }
   }
 }
@@ -199,21 +149,6 @@ TEST(LeastSquares, RefusesWhatItCannotSolve) {
   Case const cases[] = {
       {"every observed point is known", [](Network& n) { n.knownPoints.emplace_back("P", 50.0, 50.0, 0.0); },
        "All Station Point is known||-1"},
-      {"two points at one place",
-       [](Network& n) {
-         n.knownPoints.emplace_back("K3", 0.0, 0.0, 0.0);
-         n.lines.insert(n.lines.begin() + 2, line("K1", "K3", 0.0, 0.0));
-       },
-       "Data error|Calculate failed|-1"},
-      // The line lies askew, so that its normal equations lose their digits: without a look at them the errors are NaN.
-      {"a point on the line between two others, by directions alone: nothing holds it along the line",
-       [](Network& n) {
-         double const off = 1e-8;  // radians; half a micrometre beside the middle of the 100 m
-         n.knownPoints[1] = {"K2", 80.0, 60.0, 0.0};
-         n.lines = {line("K1", "K2", 0.0, 0.0), line("K1", "P", off, 0.0), line("K2", "K1", off, 0.0),
-                    line("K2", "P", 0.0, 0.0),  line("P", "K1", 0.0, 0.0), line("P", "K2", kPi - 2.0 * off, 0.0)};
-       },
-       "Data error|Calculate failed|-1"},
       {"nothing oriented",
        [](Network& n) {
          n.lines = {line("K1", "P", 0.0, 70.71), line("K2", "P", 0.0, 70.71)};

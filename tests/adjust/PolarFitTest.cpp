@@ -1,4 +1,4 @@
-// Places of all points at once, from sights of known truth.
+// Places of all points at once, from sights of known truth with gross errors.
 #include "adjust/detail/PolarFit.h"
 
 #include <gtest/gtest.h>
@@ -29,14 +29,11 @@ struct Truth {
     for (std::size_t from = 0; from < places.size(); ++from) {
       double const zero = offset(random);
       for (std::size_t to = 0; to < places.size(); ++to) {
-        if (from != to && std::abs(places[to] - places[from]) < 170.0) sight(from, to, zero);
+        if (from == to || std::abs(places[to] - places[from]) > 170.0) continue;
+        Place const seen = (places[to] - places[from]) * std::polar(1.0, -zero);
+        sights.push_back({static_cast<int>(from), static_cast<int>(from), static_cast<int>(to), seen, 0.003});
       }
     }
-  }
-
-  void sight(std::size_t from, std::size_t to, double zero) {
-    Place const seen = (places[to] - places[from]) * std::polar(1.0, -zero);
-    sights.push_back({static_cast<int>(from), static_cast<int>(from), static_cast<int>(to), seen, 0.003});
   }
 
   std::vector<Place> fit() const {
@@ -49,14 +46,6 @@ struct Truth {
   std::vector<Place> places;
   std::vector<PolarSight> sights;
 };
-
-TEST(PolarFit, FindsAllPlacesWithoutApproximateOnes) {
-  Truth const truth(1);
-  std::vector<Place> const places = truth.fit();
-  // Coordinates of 3e6 m carry 5e-10 m; the chain of scales from corner to corner takes three digits more.
-  for (std::size_t n = 0; n < places.size(); ++n) EXPECT_LT(std::abs(places[n] - truth.places[n]), 1e-6) << n;
-  EXPECT_LT(largestMisfit(places, static_cast<int>(places.size()), truth.sights), 1e-8);
-}
 
 TEST(PolarFit, FollowsNoGrossErrors) {
   for (unsigned const seed : {1U, 2U, 3U, 4U, 5U}) {
@@ -72,52 +61,6 @@ TEST(PolarFit, FollowsNoGrossErrors) {
     }
     EXPECT_GT(largestMisfit(truth.places, static_cast<int>(places.size()), truth.sights), 0.5);
   }
-}
-
-TEST(PolarFit, LeavesOutWhatIsNotDetermined) {
-  Truth truth(1);
-  auto const first = static_cast<int>(truth.places.size());
-  // A pair of stations that see each other and nothing else, a point that nobody sees, and one that a station places.
-  for (int i = 0; i < 4; ++i) truth.places.emplace_back(3e6 - 200.0, 5e5 + 90.0 * i);
-  for (auto const& [from, to] : {std::pair(first, first + 1), std::pair(first + 1, first)}) {
-    truth.sight(static_cast<std::size_t>(from), static_cast<std::size_t>(to), 0.3);
-  }
-  for (std::size_t i = 0; i < truth.sights.size(); ++i) {
-    PolarSight const& sight = truth.sights[i];
-    if (sight.station != 5) continue;
-    Place const turn = sight.seen / (truth.places[static_cast<std::size_t>(sight.target)] - truth.places[5]);
-    truth.sights.push_back({5, 5, first + 3, (truth.places.back() - truth.places[5]) * turn, 0.003});
-    break;
-  }
-  std::vector<Place> const places = truth.fit();
-  for (int n = 0; n < first + 4; ++n) {
-    auto const at = static_cast<std::size_t>(n);
-    bool const isFree = n >= first && n < first + 3;
-    EXPECT_EQ(std::isnan(places[at].real()), isFree) << n;
-    if (isFree) continue;
-    EXPECT_LT(std::abs(places[at] - truth.places[at]), 1e-3) << n;
-  }
-}
-
-// Without noise the turn and the scale of such a group are free; with noise the sights are met best when it shrinks
-// into the point that it hangs on.
-TEST(PolarFit, LeavesOutAGroupThatHangsOnOnePoint) {
-  Truth truth(1);
-  std::normal_distribution<double> noise(0.0, 0.003);
-  auto const first = truth.places.size();
-  for (int i = 0; i < 9; ++i) {
-    int const row = i / 3;
-    truth.places.emplace_back(3e6 - 150.0 - 100.0 * row, 5e5 - 150.0 - 100.0 * (i % 3));
-  }
-  for (std::size_t from = first; from < truth.places.size(); ++from) {
-    for (std::size_t to = first; to < truth.places.size(); ++to) {
-      if (from != to && std::abs(truth.places[to] - truth.places[from]) < 170.0) truth.sight(from, to, 0.1);
-    }
-    if (from < first + 2) truth.sight(from, 5, 0.1);
-  }
-  for (PolarSight& sight : truth.sights) sight.seen += Place(noise(truth.random), noise(truth.random));
-  std::vector<Place> const places = truth.fit();
-  for (std::size_t n = 0; n < places.size(); ++n) EXPECT_EQ(std::isnan(places[n].real()), n >= first) << n;
 }
 
 }  // namespace

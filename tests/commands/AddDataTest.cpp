@@ -1,6 +1,5 @@
 // The three commands that insert a record: what they read, where they put it, and what they refuse.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sstream>
 
 #include "support/Support.h"

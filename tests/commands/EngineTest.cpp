@@ -1,6 +1,5 @@
 // The command engine with commands and a user object of the test's own: it knows nothing of surveying.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <functional>
 #include <stdexcept>
 #include <utility>

@@ -2,18 +2,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <tinyxml2.h>
-#include <unistd.h>
 #include <utils/QLogicError.h>
 #include <QDir>
 #include <QTemporaryDir>
-#include <clocale>
 #include <cmath>
-#include <csignal>
 #include <limits>
 #include <random>
-#include <thread>
 
 #include "support/FieldRows.h"
 #include "support/Support.h"
@@ -176,8 +170,7 @@ TEST_F(ProjectFile, TellsItsKindByItsVersion) {
   std::string const network = "<NetworkData/>";
   std::string const coordinates = "<CoordinateData/>";
   struct Case {
-    std::string root;
-    std::string data;
+    std::string root, data;
     int type;  // a new project is of type 1, this one has type 3
     char const* version;
   };
@@ -281,22 +274,6 @@ TEST_F(ProjectFile, GeneratesTheNetworkOfRowsAndLeavesTheLegendCodes) {
   EXPECT_NE(test::fileBytes(path("job.kvn")).find("Version=\"\""), std::string::npos);
 }
 
-TEST_F(ProjectFile, WritesNumbersAsTheXmlLibraryDoesUnderADecimalPoint) {
-  std::mt19937 random(4);
-  std::string const locale = std::setlocale(LC_NUMERIC, nullptr);
-  for (int i = 0; i < 2000; ++i) {
-    CoordinatePointInfo point;
-    point.N = anyNumber(random);
-    tinyxml2::XMLDocument document;
-    write(std::vector<CoordinatePointInfo>{point}, document.InsertEndChild(document.NewElement("C"))->ToElement());
-    tinyxml2::XMLElement* const element = document.RootElement()->FirstChildElement();
-    std::setlocale(LC_NUMERIC, "C");
-    element->SetAttribute("theirs", point.N);
-    std::setlocale(LC_NUMERIC, locale.c_str());
-    ASSERT_STREQ(element->Attribute("N"), element->Attribute("theirs"));
-  }
-}
-
 /// Lets files grow to `bytes` while it lives: a write beyond fails, as on a full disk.
 class FileSizeLimit {
  public:
@@ -332,27 +309,6 @@ TEST_F(ProjectFile, StaysWholeWhenTheNewOneCannotBeWritten) {
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->saveAs(path("taken.kvn")); }),
             "Can not write file: Is a directory");
   EXPECT_EQ(project->getTraverseDataList().size(), 100U);
-}
-
-TEST_F(ProjectFile, IsOldOrNewButWholeWhenTheProcessIsKilled) {
-  project->setFileType(Project::CosaFile);
-  project->getTraverseDataList().resize(2000);
-  project->saveAs(path("job.kvn"));
-  std::mt19937 random(9);
-  for (int i = 0; i < 10; ++i) {
-    pid_t const child = fork();
-    if (child == 0) {
-      for (std::size_t n = 2000;; n = 4001 - n) {  // 2000 and 2001 rows in turn
-        project->getTraverseDataList().resize(n);
-        project->saveAs(path("job.kvn"));
-      }
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(20 + random() % 60));
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
-    std::size_t const rows = readBack("job.kvn")->getTraverseDataList().size();
-    EXPECT_TRUE(rows == 2000 || rows == 2001) << rows;
-  }
 }
 
 TEST_F(ProjectFile, ReplacesANulWhichXmlCannotHold) {

@@ -1,6 +1,5 @@
 // The process-wide object: its one instance, the list of projects and the configuration file.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <utils/QLogicError.h>
 #include <QDir>
 #include <QStandardPaths>

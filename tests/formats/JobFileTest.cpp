@@ -13,12 +13,7 @@ using test::Rows;
 Rows readText(std::string const& text) { return test::rowsOf<Job>(text); }
 
 TEST(JobReader, TakesEachRecord) {
-  struct Case {
-    char const* what;
-    char const* text;
-    char const* rows;
-  };
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"a blank alone is not an empty file", " ", ""},
       {"a station with all", "STA     A1,1.5,C1\nXYZ     2000,1000,50\n",
        "0 sta [A1] 1.5 (1000,2000,50) coordinate code C1\n"},
@@ -49,9 +44,9 @@ TEST(JobReader, TakesEachRecord) {
        "0 sta [A] 1 (1,2,3)\n"},
       {"two values by letters", "STA A,1\nXYZ 1,2,3\nNEZ 4,5,\n", "0 sta [A] 1 (2,1,3)\n"},
   };
-  for (Case const& c : cases) {
+  for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(described(readText(c.text)), c.rows);
+    EXPECT_EQ(described(readText(c.text)), c.result);
   }
 }
 
@@ -71,12 +66,7 @@ std::string sights(std::string const& records) {
 }
 
 TEST(JobReader, LetsAForeSightTakeThePlaceOfTheSameBackSight) {
-  struct Case {
-    char const* what;
-    char const* records;
-    char const* sights;
-  };
-  Case const cases[] = {
+  test::TextCase const cases[] = {
       {"the same point", "STA S,1|BS K1,1|HVD 1,2|NEZ 0,0,0|SC K1,1|HVD 3,4|NEZ 0,0,0|SC B2,1|HVD 5,6", "S:K1 B2 "},
       {"another point", "STA S,1|BS K1,1|HVD 1,2|SC K2,1", "S:(K1)K2 "},
       {"the back sight's point at the end", "STA S,1|BS K1,1|SC B,1|SC K1,1", "S:(K1)B K1 "},
@@ -97,12 +87,12 @@ TEST(JobReader, LetsAForeSightTakeThePlaceOfTheSameBackSight) {
       {"a back sight at the start is no row without readings", "BS K1,1|STA S,1", "S:"},
       {"a station leaves the back sight in wait", "STA S,1|BS K1,1|SC K1,1|STA T,1|SC K1,1", "S:K1 !K1 "},
   };
-  for (Case const& c : cases) {
+  for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
     try {
-      EXPECT_EQ(sights(c.records), c.sights);
+      EXPECT_EQ(sights(c.text), c.result);
     } catch (std::regex_error const&) {
-      EXPECT_STREQ("malformed", c.sights);
+      EXPECT_STREQ("malformed", c.result);
     }
   }
 }

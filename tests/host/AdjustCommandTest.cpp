@@ -62,16 +62,6 @@ TEST(AdjustCommand, AgreesWithThePublishedNetworkOfDirectionsAndDistances) {
   EXPECT_NEAR(target["distanceError"].asDouble(), json["distances"][0]["distanceError"].asDouble(), 1e-12);
 }
 
-TEST(AdjustCommand, AgreesWithThePublishedNetworkOfDirections) {
-  Program const program;
-  Json::Value const json =
-      program.run({"adjust", "--json", test::samplePath("net_lother_strehle2007_directions.in2")}).json();
-  expectPoint30(json);
-  EXPECT_NEAR(json["unitError"].asDouble(), 1.26753, kUnitError);
-  EXPECT_EQ(json["redundancy"].asInt(), 4);
-  EXPECT_NEAR(json["configure"]["AngleError"].asDouble(), 3.24, 1e-6);
-}
-
 TEST(AdjustCommand, TakesTheErrorsOfTheOptionsBeforeThoseOfTheFile) {
   Program const program;
   QString const file = test::samplePath("net_lother_strehle2007_directions.in2");

@@ -12,6 +12,9 @@ using testing::HasSubstr;
 constexpr char const* kLine = R"({"name": "AddNetworkDataCMD", "in": {"data":
     {"index": 2, "StartName": "A", "EndName": "Q", "HorizontalAngle": 0.5, "horizontalDistance": 12.5}}})";
 
+constexpr char const* kBook =
+    "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n";
+
 std::string listOf(std::string const& commands) { return "[" + commands + "]"; }
 
 TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
@@ -73,8 +76,7 @@ TEST(ExecCommand, EveryKindOfFileIsOpenedEditedSavedAndOpenedAgain) {
   std::string const row = R"({"name": "AddTraverseDataCMD", "in": {"data": {"index": 0, "Name": "New", "N": 1}}})";
   std::string const point =
       R"({"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "New", "Mark": ""}}})";
-  program.write("job.txt",
-                "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n");
+  program.write("job.txt", kBook);
   program.write("job.lqf", "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 10,10,5\nSC B,1.6,\nHVD 3600,324000,7\n");
   program.write("job.in2", kNetworkFile);
   program.write("job.dat", "C,m,1,2,3");
@@ -115,8 +117,7 @@ TEST(ExecCommand, EditsTheRecordsOfAProjectFileByTheirIds) {
 
 TEST(ExecCommand, KeepsTheNetworkOfAFieldBookWhoseRowsACommandHasEmptied) {
   Program const program;
-  program.write("job.txt",
-                "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n");
+  program.write("job.txt", kBook);
   std::string const open = R"({"name": "OpenFileCMD", "in": {"file": "job.txt"}}, )";
   test::Run const run = program.run({"exec", "--save", "job.kvn"}, listOf(open + kLine));
   EXPECT_EQ(run.exitCode, 1) << "there is one line, so that none can stand at 2";

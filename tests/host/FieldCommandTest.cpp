@@ -57,36 +57,10 @@ TEST(FieldAdjust, TellsAFewOfTheWarningsThatDifferInWhatTheyQuoteAlone) {
   EXPECT_EQ(said.find("1.6d"), std::string::npos);
 }
 
-TEST(FieldAdjust, GivesTheSameForTheSameJobInEveryFormat) {
-  Program const program;
-  program.write("job.txt", kJob);
-  for (char const* name : {"job.lqf", "job.in2"}) {
-    ASSERT_EQ(program.run({"convert", "job.txt", name}).exitCode, 0);
-  }
-  ASSERT_EQ(program.run({"convert", "job.lqf", "back.txt"}).exitCode, 0);
-  for (char const* name : {"job.txt", "job.lqf", "job.in2", "back.txt"}) {
-    SCOPED_TRACE(name);
-    Json::Value const points = program.run({"adjust", name, "--json"}).json()["points"];
-    ASSERT_EQ(points.size(), 3U);
-    int unknown = 0;
-    for (Json::Value const& point : points) {
-      if (point["known"].asBool()) continue;
-      EXPECT_EQ(point["name"], "P");
-      EXPECT_NEAR(point["x"].asDouble(), 1000 - 100 * std::sqrt(0.75), 1e-6);  // an equilateral triangle to the south
-      EXPECT_NEAR(point["y"].asDouble(), 1050, 1e-6);
-      ++unknown;
-    }
-    EXPECT_EQ(unknown, 1);
-  }
-  ASSERT_EQ(program.run({"convert", "job.txt", "job.dat"}).exitCode, 0);
-  EXPECT_EQ(program.read("job.dat"), "A,,1000.0000,1000.0000,50.0000\nB,,1100.0000,1000.0000,50.0000");
-}
-
-TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
+TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToComputeAndTellsWhatIsDoubtful) {
   struct Case {
-    char const* from;
-    char const* to;
-    char const* says;
+    char const *from, *to, *says;
+    int exitCode = 1;
   };
   Case const cases[] = {
       {"60.0000,90", "6o.0000,90", "job.txt: line 3: A to P: the angle is no number: 6o.0000"},
@@ -98,35 +72,19 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToCompute) {
       {"SC,B,1.6,,180.0000", "SC,B,1.6,,181.0000", "line 5: A to B: the readings of the first target do not belong"},
       {"STA,B", "STA,\xB5\xE3", "job.txt: line 6: A to B: the line is no UTF-8"},
       {"100,0,0,0", "inf,0,0,0", "job.txt: line 2: A to B: the number is not finite: inf"},
+      {"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle", 0},
+      {"STA,A", "STA,M,0,,0,0,9\nSTA,A", "known by its height alone, the station counts as known at 0, 0", 0},
+      {"60.0000,90.0000,100", "60.0000,90.0000,105", "the distances differ by more than 50 mm", 0},
+      {"1000,1100,50", "1000,1200,50", "The unit weight error is far above 1", 0},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.to);
     Program const program;
     program.write("job.txt", changed(c.from, c.to));
     test::Run const run = program.run({"adjust", "job.txt"});
-    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.exitCode, c.exitCode);
     EXPECT_THAT(run.err, HasSubstr(c.says));
-    EXPECT_EQ(run.out, "");
-  }
-}
-
-TEST(FieldAdjust, TellsWhatMakesItsResultDoubtful) {
-  struct Case {
-    char const* from;
-    char const* to;
-    char const* says;
-  };
-  for (Case const& c :
-       {Case{"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle"},
-        {"STA,A", "STA,M,0,,0,0,9\nSTA,A", "known by its height alone, the station counts as known at 0, 0"},
-        {"60.0000,90.0000,100", "60.0000,90.0000,105", "the distances differ by more than 50 mm"},
-        {"1000,1100,50", "1000,1200,50", "The unit weight error is far above 1"}}) {
-    SCOPED_TRACE(c.to);
-    Program const program;
-    program.write("job.txt", changed(c.from, c.to));
-    test::Run const run = program.run({"adjust", "job.txt"});
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.out.empty(), c.exitCode == 1);
   }
 }
 
@@ -153,8 +111,7 @@ TEST(FieldAdjust, RefusesAJobWhoseRecordsDoNotHold) {
 
 TEST(Check, TellsWhatIsWrongAndWhereItStands) {
   struct Case {
-    char const* from;
-    char const* to;
+    char const *from, *to;
     int exitCode;
     char const* says;
   };
@@ -211,14 +168,6 @@ TEST(Check, NamesTheLinesOfAJobFile) {
   }
 }
 
-TEST(Check, MissesAStationThatTheJobReaderLoses) {
-  Program const program;
-  program.write("job.lqf",
-                "STA A,1,\nBS K,1,\nSC K,1,\nHVD 0,324000\nSTA B,1,\nSC K,1,\nHVD 0,324000\nSC A,1,\nHVD 9,324000\n");
-  EXPECT_THAT(program.run({"check", "job.lqf"}).out, HasSubstr("Error: line 5: B: the station is lost"));
-  EXPECT_EQ(program.run({"adjust", "job.lqf"}).exitCode, 1);
-}
-
 TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
   Program const program;
   program.write("job.txt", changed("SC,P,1.6,,60", "SC,P 1,1.6,,60"));
@@ -230,9 +179,7 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
                       "' pointType='StationPoint' isKnown='true'/></ViewData></K>");
   }
   struct Case {
-    char const* in;
-    char const* out;
-    char const* says;
+    char const *in, *out, *says;
   };
   for (Case const& c : {Case{"job.txt", "old.lqf", "the name \"P 1\" cannot stand"},
                         {"comma.kvn", "old.txt", "the name \"B,1\" cannot stand"},

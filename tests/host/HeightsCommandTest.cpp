@@ -9,7 +9,17 @@ using test::Program;
 
 using testing::HasSubstr;
 
-// A is known, 100.000, and sights B on both faces; B sights back: worked by hand in the library's tests, B = 121.8545.
+// Worked by hand, K = 0.16, R = 6371393 m.
+//   A, i = 1.500, to B, t = 1.600, S = 500.000 on both faces:
+//     87°30'10" gives a = 2°29'50", 272°29'56" gives 2°29'56"; mean 2°29'53", tan a = 0.04362694
+//     horizontal 500 cos a = 499.52485; 499.52485 tan a = 21.79274
+//     499.52485² / 12742786 * 0.84 = 0.01645
+//     21.79274 + 1.500 - 1.600 + 0.01645 = 21.70919
+//   B, i = 1.450, to A, t = 1.700, S = 500.002:
+//     92°29'45" gives -2°29'45", 267°30'21" gives -2°29'39"; mean -2°29'42", tan a = -0.04357351
+//     horizontal 499.52801; times tan a = -21.76619; curvature and refraction 0.01645
+//     -21.76619 + 1.450 - 1.700 + 0.01645 = -21.99974
+//   mean (21.70919 + 21.99974) / 2 = 21.85447; height of B 100 + 21.85447 = 121.8545.
 // D has no distance; nobody sights K.
 constexpr char const* kFieldBook =
     "STA,K,0,,2000,1000,50\n"

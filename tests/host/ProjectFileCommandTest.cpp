@@ -46,6 +46,11 @@ TEST(ProjectFileCommands, AJobComputesTheSameFromItsProjectFile) {
     EXPECT_EQ(program.run({"convert", "job.kvn", back}).exitCode, 0);
     EXPECT_EQ(point(program, back, "P"), point(program, "job.lqf", "P"));
   }
+  for (QStringList const& files : {QStringList{"job.txt", "new.lqf"}, {"new.lqf", "new.txt"}, {"job.txt", "job.dat"}}) {
+    EXPECT_EQ(program.run(QStringList{"convert"} + files).exitCode, 0);
+  }
+  EXPECT_EQ(point(program, "new.txt", "P"), point(program, "job.txt", "P"));
+  EXPECT_EQ(program.read("job.dat"), "A,,1000.0000,1000.0000,50.0000\nB,,1100.0000,1000.0000,50.0000");
 }
 
 TEST(ProjectFileCommands, ASightWithoutReadingsIsNoDirectionOfZero) {

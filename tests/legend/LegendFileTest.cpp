@@ -4,7 +4,6 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
-#include <random>
 
 #include "legend/LegendSupport.h"
 #include "support/Support.h"

@@ -1,6 +1,5 @@
 // What the tools make of records: features, their texts and looks, and what they find in the list.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <utils/QLogicError.h>
 #include <cstdio>
 #include <osgEarth/FeatureNode>
@@ -75,18 +74,6 @@ TEST_F(DrawingTools, LinesLieAtHeightZeroInTheirColours) {
   EXPECT_THAT(std::vector<osg::Vec3d>(geometry.begin(), geometry.end()),
               ElementsAre(osg::Vec3d(500000, 4000000, 0), osg::Vec3d(500050, 4000100, 0)));
   EXPECT_EQ(node.getFeature()->getSRS(), scene.getSRS());
-  auto const strokeOf = [](osgEarth::Style const& style) -> osgEarth::Stroke const& {
-    return style.get<osgEarth::LineSymbol>()->stroke().get();
-  };
-  EXPECT_EQ(strokeOf(node.getNormalStyle()).color().toHTML(), "#9893d8ff");
-  EXPECT_EQ(mvz::detail::pixels(strokeOf(node.getNormalStyle()).width()), 1.0F);
-  // The selected style keeps what the map gives it.
-  osgEarth::Style const selected = tool.mvz::GeometryDataTool::getSelectedStyle();
-  EXPECT_EQ(strokeOf(node.getSelectedStyle()).color().toHTML(), strokeOf(selected).color().toHTML());
-  EXPECT_EQ(mvz::detail::pixels(strokeOf(node.getSelectedStyle()).width()),
-            mvz::detail::pixels(strokeOf(selected).width()));
-  node.setSelected(true);
-  EXPECT_EQ(strokeOf(node.getStyle()).color().toHTML(), strokeOf(selected).color().toHTML());
   EXPECT_TRUE(tool.getColor() == 0xB1A8D6FF && LineDataTool::GetDataTypeName() == "KelvaneData");
 }
 

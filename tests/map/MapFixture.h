@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <array>
-#include <chrono>
-#include <future>
 #include <memory>
 #include <osgEarth/AnnotationLayer>
 #include <osgEarth/Map>
@@ -31,22 +29,6 @@ inline std::array<std::string, 5> infoOf(osgEarth::AnnotationNode* node) {
   mvz::ILayer::GetFeatureInfo(node, &texts[0], &texts[1], &texts[2], &texts[3], &texts[4]);
   return texts;
 }
-
-/// Another thread, which tries for the lock of the viewers.
-struct Other {
-  std::vector<std::future<void>> waiting;
-
-  /// A free lock is had long before the time is over.
-  bool canLock(mvz::ViewerManager const& viewers) {
-    std::promise<void> started;
-    waiting.push_back(std::async(std::launch::async, [&viewers, &started] {
-      started.set_value();
-      auto const hold = viewers.lock();
-    }));
-    started.get_future().wait();
-    return waiting.back().wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
-  }
-};
 
 /// Viewers that keep the names of the layers that they were to frame, each with a semicolon.
 struct FramingRecorder : mvz::ViewerManager {

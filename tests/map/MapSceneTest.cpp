@@ -1,6 +1,5 @@
 // Layers, features, selection and framing of a scene, without a picture.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <osg/Group>

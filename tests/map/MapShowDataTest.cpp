@@ -52,26 +52,4 @@ TEST(MapShowData, PlacesTheNetworkByItsApproximateCoordinates) {
   EXPECT_EQ(line.end.z, 0);
 }
 
-TEST(CorrectData, WritesPlaneCoordinatesIntoAllRowsOfAName) {
-  Rows rows = triangleJob();
-  rows[2].Z = 4;
-  kvn::VRDTraverseDataCollcetion collection;
-  EXPECT_TRUE(collection.correctData(rows));
-  for (std::size_t i : {2U, 3U}) {  // both faces of P
-    EXPECT_NEAR(rows[i].N, 100 * std::sqrt(0.5), 1e-9);
-    EXPECT_NEAR(rows[i].E, 100 * std::sqrt(0.5), 1e-9);
-  }
-  EXPECT_EQ(rows[2].Z, 4);
-  EXPECT_EQ(rows[1].N, 100);  // the sight to K2 gets its coordinates too
-}
-
-TEST(CorrectData, LeavesRowsThatCannotBePlaced) {
-  Rows rows = triangleJob();
-  rows[0].isKnown = false;
-  rows[2].N = 77;
-  kvn::VRDTraverseDataCollcetion collection;
-  EXPECT_FALSE(collection.correctData(rows));
-  EXPECT_EQ(rows[2].N, 77);
-}
-
 }  // namespace

@@ -77,11 +77,4 @@ TEST_F(RenderedMap, AnIconAndALineTurnIntoTheSelectedOnes) {
   EXPECT_FALSE(picture().has(at(4000000, 500000), 20, kSelected, kSlack));
 }
 
-TEST_F(RenderedMap, WhatIsClearedIsGoneFromThePicture) {
-  project->clearMapData();
-  Picture const drawn = picture();
-  EXPECT_FALSE(drawn.has(at(4000000, 500000), 10, kStation, kSlack));
-  EXPECT_FALSE(drawn.has(at(4000050, 500050), 2, kLine, kSlack));
-}
-
 }  // namespace

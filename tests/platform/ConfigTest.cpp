@@ -1,6 +1,5 @@
 // The configuration file, what must not be lost in writing it, and paths in the local 8-bit encoding.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <utils/Config.h>
 #include <utils/FileText.h>
 #include <QDir>
@@ -73,11 +72,6 @@ TEST_F(ConfigFile, IsTheSameFileToReadAndToWriteWhateverTheCodec) {
   EXPECT_TRUE(Config().write(local).error.isEmpty());
   EXPECT_EQ(config.read(local), Config::ReadResult::Good) << "an empty tree did not replace it";
   EXPECT_EQ(config.value("a"), 1);
-}
-
-TEST(NativePath, IsInTheCharsetOfFileNames) {
-  test::LocalEncoding const gbk("GBK");
-  EXPECT_EQ(utils::nativePath("\xB2\xE2.txt"), "测.txt");
 }
 
 }  // namespace

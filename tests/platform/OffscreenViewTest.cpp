@@ -1,6 +1,5 @@
 // Pictures of the map that are drawn without a display.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <mvz/OffscreenView.h>
 #include <mvz/detail/EglContext.h>
 #include <mvz/detail/MapFont.h>

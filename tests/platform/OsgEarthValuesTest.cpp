@@ -20,8 +20,7 @@ TEST(OsgEarthColor, ComesBackFromItsTextForEveryByte) {
 
 TEST(OsgEarthColor, ReadsItsFormsAndTakesWhatIsTooShortForBlack) {
   struct Case {
-    char const* text;
-    char const* html;
+    char const *text, *html;
   };
   Case const cases[] = {{"", "#000000ff"},
                         {"#12345", "#000000ff"},

@@ -3,7 +3,6 @@
 #include <mvz/View.h>
 #include <mvz/detail/PlanScale.h>
 
-#include <cmath>
 #include <limits>
 
 namespace {

@@ -1,6 +1,5 @@
 // Identities and comparisons of the records, their name tables, and the horizontal distance of a row.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <array>
@@ -114,19 +113,6 @@ TEST(Records, CompareEachByItsOwnRule) {
   DrawPoint const b(4, 5, 6, "B");
   EXPECT_TRUE(DrawLine(a, b) == DrawLine(b, DrawPoint(9, 9, 9, "A"))) << "by name, in either direction";
   EXPECT_FALSE(DrawLine(a, b) == DrawLine(a, a) || DrawLine(a, a) == DrawLine(a, b));
-}
-
-TEST(Records, KnownPointsAreTheRowsThatAreKnown) {
-  std::vector<TraverseDataInfo> rows(3);
-  rows[1].isKnown = true;
-  rows[1].name = "K";
-  rows[1].N = 1.0;
-  rows[1].E = 2.0;
-  auto const points = getKnownPoint(rows);
-  ASSERT_EQ(points.size(), 1U);
-  EXPECT_EQ(points[0].name, "K");
-  EXPECT_EQ(points[0].y, 2.0);
-  EXPECT_EQ(points[0].id, "");
 }
 
 template <typename Type>

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 #include <utils/QLogicError.h>
-#include <random>
 
 namespace {
 
@@ -92,11 +91,6 @@ TEST(JobNetwork, IsTheWorkedFieldBookOfTwoFullRounds) {
                   kvn::CommonFunction::dmsToRad(printed[i].second), 0.01 * kSecond);
     }
   }
-}
-
-Rows operator+(Rows a, Rows const& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
 }
 
 TEST(RowNetwork, HasOneLineForEachStationAndTarget) {

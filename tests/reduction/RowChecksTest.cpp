@@ -3,7 +3,6 @@
 #include "support/Support.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 namespace {
 

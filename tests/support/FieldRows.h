@@ -12,6 +12,11 @@ using Rows = std::vector<kvn::TraverseDataInfo>;
 constexpr double kDegree = 3.141592653589793 / 180.0;
 constexpr double kSecond = kDegree / 3600.0;
 
+inline Rows operator+(Rows a, Rows const& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
 /// A station row that is not known.
 kvn::TraverseDataInfo station(std::string const& name);
 /// A known station.

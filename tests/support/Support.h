@@ -21,6 +21,11 @@ class Host {
   kvn::System system;  ///< goes first: its end may still send messages
 };
 
+/// A row of a table: what it is about, the text that goes in, and what comes out.
+struct TextCase {
+  char const *what, *text, *result;
+};
+
 /// Another local 8-bit encoding, until the end of the block.
 class LocalEncoding {
  public:

@@ -3,7 +3,6 @@
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <reduction/CheckData.h>
 #include <tinyxml2.h>
 #include <QCoreApplication>
@@ -12,7 +11,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QTranslator>
-#include <algorithm>
 #include <map>
 #include <set>
 
