@@ -367,7 +367,7 @@ QString replace(std::string const& name, std::string const& bytes) {
   } else if (target.isThere && !S_ISREG(target.status.st_mode)) {
     error = writeThrough(::open(target.name.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC), bytes);
   } else {
-    if (QString const reason = target.isThere ? objection(target) : QString(); !reason.isEmpty()) return reason;
+    if (QString reason = target.isThere ? objection(target) : QString(); !reason.isEmpty()) return reason;
     error = replaceWhole(target, bytes);
   }
   return error == 0 ? QString() : worded(error);
