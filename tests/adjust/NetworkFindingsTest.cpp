@@ -9,7 +9,6 @@
 
 namespace {
 
-using kvn::AlgorithmData;
 using kvn::LooseMotion;
 using kvn::Network;
 using kvn::TraverseAdjust;

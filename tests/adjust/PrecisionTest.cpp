@@ -11,7 +11,6 @@ using kvn::AlgorithmData;
 using kvn::TraverseAdjust;
 using test::adjusted;
 using test::line;
-using test::loaded;
 
 double const kPi = std::acos(-1.0);
 
