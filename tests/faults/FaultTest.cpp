@@ -101,6 +101,7 @@ class Fault : public testing::Test {
   int run(std::vector<std::string> arguments, std::vector<std::string> environment) const {
     auto const pointers = [](std::vector<std::string>& texts) {
       std::vector<char*> list;
+      list.reserve(texts.size() + 1);
       for (std::string& text : texts) list.push_back(text.data());
       list.push_back(nullptr);
       return list;

@@ -22,11 +22,14 @@
 #include <cstdlib>
 #include <cstring>
 
+// The allocator under the names that the C library keeps for those who stand in front of it.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* old, size_t size);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
