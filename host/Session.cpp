@@ -27,8 +27,9 @@ std::string bytesOf(QString const& path) {
 /// Names of a coordinate file in another encoding would become question marks, and several points one.
 void requireEncoding(QString const& path, std::string const& bytes) {
   if (bytes.empty()) throw Refusal(path, "the file is empty");
+  constexpr char const* kByteOrderMark = "\xEF\xBB\xBF";  // which the reader passes over
   int number = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++number) {
+  for (std::size_t at = bytes.rfind(kByteOrderMark, 0) == 0 ? 3 : 0; at < bytes.size(); ++number) {
     std::size_t const end = std::min(bytes.find('\n', at), bytes.size());
     std::string const line = bytes.substr(at, end - at);
     at = end + 1;

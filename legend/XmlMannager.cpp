@@ -54,7 +54,7 @@ QStringList XmlMannager::getGroupList(AttributeType type) const { return isType(
 
 QList<XmlMannager::LegendCodeAttribute>& XmlMannager::getLegendCodeList(QString group, AttributeType type) {
   if (isType(type)) {
-    forgetNames(type);
+    if (!names[type].handedOut.contains(group)) forgetNames(type);  // its codes are in the table
     names[type].handedOut.insert(group);
     return codes[type][group];
   }

@@ -1,8 +1,8 @@
 #include <mvz/OffscreenView.h>
 #include <mvz/detail/EglContext.h>
 #include <utils/FileText.h>
-#include <utils/InstalledCode.h>
 #include <utils/QLogicError.h>
+#include <utils/detail/InstalledCode.h>
 
 #include <algorithm>
 #include <osg/FrameBufferObject>

@@ -2,8 +2,8 @@
 
 #include <mvz/SelectableFeatureNode.h>
 #include <mvz/SelectablePlaceNode.h>
-#include <utils/InstalledCode.h>
 #include <utils/ResourceFile.h>
+#include <utils/detail/InstalledCode.h>
 
 #include <QLoggingCategory>
 #include <filesystem>

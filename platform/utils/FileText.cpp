@@ -1,6 +1,6 @@
 #include <utils/FileText.h>
+#include <utils/detail/SystemText.h>
 
-#include <QCoreApplication>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -18,11 +18,8 @@ namespace utils {
 namespace {
 
 using State = FileBytes::State;
-
-// In the words of the whole library, which has one table of translations for them.
-QString translated(char const* text) { return QCoreApplication::translate("kvn::System", text); }
-
-QString worded(int error) { return QString::fromStdString(std::generic_category().message(error)); }
+using detail::translated;
+using detail::worded;
 
 FileBytes failed(State state, QString const& reason) { return {state, {}, reason}; }
 

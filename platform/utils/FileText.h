@@ -35,14 +35,14 @@ KELVANE_EXPORT void createFolderOf(QString const& path);
 
 /// Replaces the file by `bytes`; the old file stays whole until the new one is on the disk.
 ///
-/// A link stays a link: what it leads to is replaced. Mode and group of the old file are kept, its owner where the
-/// process may give files away; a new file gets what the process gives to new files. What is no regular file (a pipe, a
-/// device, /dev/stdout) is written through. Refused are files without the right to write and files of more than one
-/// name, which would come apart.
+/// A link stays a link: what it leads to is replaced. Mode, group, access list and user attributes of the old file are
+/// kept, its owner where the process may give files away; a new file gets what the process gives to new files. What is
+/// no regular file (a pipe, a device, /dev/stdout) is written through. Refused are files without the right to write,
+/// files of more than one name, which would come apart, and those whose group the new file cannot be given.
 ///
-/// @return  empty when done, else why not, without the file's name. The old file is as it was then; the one exception
-/// is
-///          a folder that could not be brought to the disk, where the new one is in its place already.
+/// @return  empty when done, else why not, without the file's name. The old file is as it was then, but for one
+/// failure:
+///          when the folder cannot be brought to the disk the new file is in its place already, and the text says so.
 KELVANE_EXPORT QString replaceFile(QString const& path, std::string const& bytes);
 KELVANE_EXPORT QString replaceLocalFile(std::string const& localPath, std::string const& bytes);
 

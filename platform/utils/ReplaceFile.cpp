@@ -1,7 +1,7 @@
 // Replacing a file: the new one is written without a name, or beside the old one, and takes its place when it is whole.
 #include <utils/FileText.h>
+#include <utils/detail/SystemText.h>
 
-#include <QCoreApplication>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -29,7 +29,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-QString translated(char const* text) { return QCoreApplication::translate("kvn::System", text); }
+using detail::translated;
 
 #if defined(_WIN32)
 
@@ -42,8 +42,6 @@ QString replace(std::string const& name, std::string const& bytes) {
 }
 
 #else
-
-QString wordedBySystem(int error) { return QString::fromStdString(std::generic_category().message(error)); }
 
 /// Signals that a thread does not take for a while. What has come by then is taken afterwards, or thrown away.
 class HeldSignals {
@@ -199,7 +197,7 @@ constexpr int kFolderNotSynced = -3;
 /// must not. Where the old file has none, the one that the folder hands down goes. Users' own attributes are kept too.
 int keepAttributes(int file, std::string const& old) {
   constexpr char const* kAccess = "system.posix_acl_access";
-  if (::fremovexattr(file, kAccess) != 0 && errno != ENODATA && errno != ENOTSUP) return errno;
+  if (::fgetxattr(file, kAccess, nullptr, 0) > 0 && ::fremovexattr(file, kAccess) != 0) return errno;
   ssize_t const size = ::listxattr(old.c_str(), nullptr, 0);
   if (size <= 0) return 0;  // none, or a file system that has none
   std::string list(static_cast<std::size_t>(size), '\0');
@@ -286,14 +284,14 @@ int replaceWhole(Target const& target, std::string const& bytes) {
   return syncFolder(target.folder) == 0 ? 0 : kFolderNotSynced;
 }
 
-QString worded(int error) {
+QString reasonOf(int error) {
   if (error == kGroupNotKept) {
     return translated(QT_TRANSLATE_NOOP("kvn::System", "the file belongs to a group that the new one cannot be given"));
   }
   if (error == kFolderNotSynced) {
     return translated(QT_TRANSLATE_NOOP("kvn::System", "it is in its place, but may be lost if the power fails now"));
   }
-  return wordedBySystem(error);
+  return detail::worded(error);
 }
 
 /// To a pipe, a device or a file that the process has open, such as its standard output.
@@ -346,18 +344,18 @@ QString replace(std::string const& name, std::string const& bytes) {
   // The system says first whether the links may be followed: in a folder where everybody may write it refuses those of
   // strangers.
   int const probe = ::open(name.c_str(), O_PATH | O_CLOEXEC);
-  if (probe < 0 && errno != ENOENT && errno != ENXIO) return worded(errno);
+  if (probe < 0 && errno != ENOENT && errno != ENXIO) return reasonOf(errno);
   if (probe >= 0) ::close(probe);
   End const end = endOf(name);
   Target target;
   if (end.openFile >= 0) {
     int const error = writeThrough(::fcntl(end.openFile, F_DUPFD_CLOEXEC, 0), bytes);
-    return error == 0 ? QString() : worded(error);
+    return error == 0 ? QString() : reasonOf(error);
   }
   target.name = end.path.string();
   target.folder = end.path.has_parent_path() ? end.path.parent_path() : fs::path(".");
   target.isThere = ::stat(target.name.c_str(), &target.status) == 0;
-  if (!target.isThere && errno != ENOENT) return worded(errno);
+  if (!target.isThere && errno != ENOENT) return reasonOf(errno);
   if (!target.isThere && end.path != fs::path(name)) {
     return translated(QT_TRANSLATE_NOOP("kvn::System", "the link leads nowhere"));
   }
@@ -370,7 +368,7 @@ QString replace(std::string const& name, std::string const& bytes) {
     if (QString reason = target.isThere ? objection(target) : QString(); !reason.isEmpty()) return reason;
     error = replaceWhole(target, bytes);
   }
-  return error == 0 ? QString() : worded(error);
+  return error == 0 ? QString() : reasonOf(error);
 }
 
 #endif

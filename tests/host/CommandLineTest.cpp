@@ -97,6 +97,14 @@ TEST(CommandLine, OpensAndWritesFilesAsAShellKnowsThem) {
        "Error: kept.in2 was not written: the file is write-protected\n"},
       {R"sh((ulimit -f 0; "$KELVANE" convert net.in2 large.in2))sh", 1, "",
        "Error: large.in2 was not written: File too large\n"},
+      // Names of a coordinate file in Latin-1 would be lost; a byte order mark is none of them.
+      {R"sh(printf 'Q,,1,2,3\nP\351,,1,2,3' > l.dat; "$KELVANE" convert l.dat l.dat)sh", 1, "",
+       "kelvane: l.dat: line 2 is no text in the encoding UTF-8; --encoding names another one\n"},
+      {R"sh("$KELVANE" convert l.dat m.dat --encoding ISO-8859-1 && tail -n 1 m.dat | od -An -tx1 -N 2)sh", 0,
+       " 50 e9\n", ""},
+      {R"sh(printf '\357\273\277P\347\202\271,,1,2,3\r\n' > b.dat; "$KELVANE" convert b.dat c.dat && cat c.dat)sh", 0,
+       "P点,,1.0000,2.0000,3.0000", ""},
+      {R"sh(: > e.dat; "$KELVANE" convert e.dat c.dat)sh", 1, "", "kelvane: e.dat: the file is empty\n"},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.command);

@@ -1,7 +1,7 @@
 #include <mvz/detail/Decoration.h>
 #include <mvz/detail/MapFont.h>
 #include <mvz/detail/PlanScale.h>
-#include <utils/InstalledCode.h>
+#include <utils/detail/InstalledCode.h>
 
 #include <osg/Geometry>
 #include <osgText/Text>

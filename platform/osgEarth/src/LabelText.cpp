@@ -2,7 +2,7 @@
 
 #include "SharedCache.h"
 
-#include <utils/InstalledCode.h>
+#include <utils/detail/InstalledCode.h>
 
 #include <algorithm>
 #include <array>

@@ -4,7 +4,7 @@
 #include "PlaceIcon.h"
 #include "SharedCache.h"
 
-#include <utils/InstalledCode.h>
+#include <utils/detail/InstalledCode.h>
 #include <osgEarth/PlaceNode>
 
 namespace osgEarth {

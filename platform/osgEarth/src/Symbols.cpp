@@ -1,4 +1,4 @@
-#include <utils/InstalledCode.h>
+#include <utils/detail/InstalledCode.h>
 #include <osgEarth/Style>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include <utils/InstalledCode.h>
+#include <utils/detail/InstalledCode.h>
 
 #include <dlfcn.h>
 #include <filesystem>
