@@ -1,10 +1,10 @@
 #include "adjust/AlgorithmData.h"
 
 #include "adjust/NameIndex.h"
-#include "adjust/detail/FirstRepeat.h"
-#include "adjust/detail/KnownEnds.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/Poll.h"
+#include "adjust/input/FirstRepeat.h"
+#include "adjust/input/KnownEnds.h"
+#include "adjust/input/Missing.h"
+#include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>

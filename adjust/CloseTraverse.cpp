@@ -1,7 +1,7 @@
 #include "adjust/CloseTraverse.h"
 
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/TraverseStations.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "adjust/ClosingTraverse.h"
 
 #include "adjust/CommonFunction.h"
-#include "adjust/detail/TraverseStations.h"
+#include "adjust/traverse/TraverseStations.h"
 #include "core/AlgorithmException.h"
 
 #include <cmath>

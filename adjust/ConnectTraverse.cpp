@@ -1,6 +1,6 @@
 #include "adjust/ConnectTraverse.h"
 
-#include "adjust/detail/TraverseStations.h"
+#include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
 

@@ -1,8 +1,9 @@
 #include "adjust/ElevationRows.h"
 
-#include "adjust/detail/IndexError.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PairIndex.h"
+#include "adjust/input/IndexError.h"
+#include "adjust/input/Missing.h"
+#include "adjust/input/PairIndex.h"
+#include "adjust/linalg/Index.h"
 #include "records/NewId.h"
 
 #include <cmath>

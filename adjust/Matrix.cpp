@@ -1,6 +1,6 @@
 #include "adjust/Matrix.h"
 
-#include "adjust/detail/PackedInverse.h"
+#include "adjust/linalg/PackedInverse.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "adjust/OpenTraverse.h"
 
 #include "adjust/CommonFunction.h"
-#include "adjust/detail/TraverseStations.h"
+#include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
 

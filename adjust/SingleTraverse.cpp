@@ -1,9 +1,9 @@
 #include "adjust/SingleTraverse.h"
 
 #include "adjust/CommonFunction.h"
-#include "adjust/detail/Azimuth.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/Unobserved.h"
+#include "adjust/input/Unobserved.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/traverse/Azimuth.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 

@@ -27,7 +27,7 @@ namespace kvn {
 namespace detail {
 class NormalEquations;
 class PairTable;
-struct PlaneNetwork;
+struct NumberedNetwork;
 struct PolarSight;
 }  // namespace detail
 
@@ -223,7 +223,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   bool settles();
 
   // Findings.
-  detail::PlaneNetwork planeNetwork() const;
+  detail::NumberedNetwork planeNetwork() const;
   void findSuspects(std::vector<double> const& coordinates, bool improveStart);
   void addControlSuspects();
   [[noreturn]] void failIteration();

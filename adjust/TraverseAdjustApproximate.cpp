@@ -1,8 +1,9 @@
 // Approximate coordinates: the walks over the network from its known points, which come before any other search.
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/Azimuth.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/SweepQueue.h"
+#include "adjust/input/Missing.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/start/SweepQueue.h"
+#include "adjust/traverse/Azimuth.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>

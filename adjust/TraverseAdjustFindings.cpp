@@ -1,10 +1,10 @@
 // What stands in the way of an adjustment: points without a place, gross errors, points that nothing holds.
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/GrossErrors.h"
-#include "adjust/detail/LooseGroups.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PlaneNetwork.h"
-#include "adjust/detail/StartSearch.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/plane/GrossErrors.h"
+#include "adjust/plane/LooseGroups.h"
+#include "adjust/plane/NumberedNetwork.h"
+#include "adjust/start/StartSearch.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -39,8 +39,8 @@ constexpr double kAtPoint = 1e-3;
 
 }  // namespace
 
-detail::PlaneNetwork TraverseAdjust::planeNetwork() const {
-  detail::PlaneNetwork network;
+detail::NumberedNetwork TraverseAdjust::planeNetwork() const {
+  detail::NumberedNetwork network;
   network.points = pointsCount;
   network.known = knPointsCount;
   network.stationPoint = stationPoint;
@@ -80,7 +80,7 @@ std::vector<Place> TraverseAdjust::placesOf(std::vector<double> const& coordinat
 void TraverseAdjust::findSuspects(std::vector<double> const& coordinates, bool improveStart) {
   tellProgress(AdjustProgress::Check);
   detail::Poll const poll = cancelPoll();
-  detail::PlaneNetwork const network = planeNetwork();
+  detail::NumberedNetwork const network = planeNetwork();
   std::vector<Place> const places = placesOf(coordinates);
   auto const searched = [&network, &places, &poll] {
     detail::StartSearch search(network, poll);
@@ -223,7 +223,7 @@ void TraverseAdjust::findCoincidentPoints() {
 
 /// About the approximate coordinates, since those of a failed iteration may be anything.
 void TraverseAdjust::findLooseMotions(bool hasFailed) {
-  detail::PlaneNetwork const network = planeNetwork();
+  detail::NumberedNetwork const network = planeNetwork();
   std::vector<Place> const places = placesOf(X0Y0);
   detail::Poll const poll = cancelPoll();
   detail::NetworkState const state = detail::orientedState(network, places, poll);

@@ -1,11 +1,12 @@
 // Input of the adjustment: numbers for the points, flat arrays for the observations.
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/KnownEnds.h"
-#include "adjust/detail/MergeLines.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PairTable.h"
-#include "adjust/detail/Poll.h"
-#include "adjust/detail/Unobserved.h"
+#include "adjust/input/KnownEnds.h"
+#include "adjust/input/MergeLines.h"
+#include "adjust/input/Missing.h"
+#include "adjust/input/Unobserved.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/linalg/Poll.h"
+#include "adjust/plane/PairTable.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 

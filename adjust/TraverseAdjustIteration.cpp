@@ -1,9 +1,9 @@
 // The iteration: error equations, normal equations, corrections, residuals.
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/CalculationFailure.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/NormalEquations.h"
-#include "adjust/detail/Poll.h"
+#include "adjust/input/CalculationFailure.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/linalg/NormalEquations.h"
+#include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 

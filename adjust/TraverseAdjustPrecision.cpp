@@ -1,8 +1,8 @@
 // Precision results: unit weight error, point errors, ellipses, errors of directions and distances.
 #include "adjust/CommonFunction.h"
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/Poll.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>

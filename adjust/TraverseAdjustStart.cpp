@@ -1,10 +1,11 @@
 // Where the iteration starts: points that the walks do not place, and better coordinates than theirs.
 #include "adjust/TraverseAdjust.h"
-#include "adjust/detail/GrossErrors.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PolarFit.h"
-#include "adjust/detail/StartSearch.h"
-#include "adjust/detail/UnplacedReasons.h"
+#include "adjust/input/Missing.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/plane/GrossErrors.h"
+#include "adjust/start/PolarFit.h"
+#include "adjust/start/StartSearch.h"
+#include "adjust/start/UnplacedReasons.h"
 
 #include <algorithm>
 #include <cmath>
@@ -80,7 +81,7 @@ bool TraverseAdjust::placeRemainingPoints() {
 
 /// From the points that are placed. Points that are left are told when `tellsLeft`.
 bool TraverseAdjust::searchRemainingPoints(bool tellsLeft) {
-  detail::PlaneNetwork const network = planeNetwork();
+  detail::NumberedNetwork const network = planeNetwork();
   detail::StartSearch search(network, cancelPoll());
   for (int n = 0; n < pointsCount; ++n) {
     if (isPlaced(n)) search.place(n, Place(x(n), y(n)));

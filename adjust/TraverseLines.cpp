@@ -1,8 +1,9 @@
 #include "adjust/TraverseLines.h"
 
 #include "adjust/NameIndex.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PairKey.h"
+#include "adjust/input/Missing.h"
+#include "adjust/input/PairKey.h"
+#include "adjust/linalg/Index.h"
 
 #include <cstdint>
 #include <unordered_map>

@@ -1,11 +1,12 @@
 #include "adjust/TriangleHeightAdjust.h"
 
 #include "adjust/Matrix.h"
-#include "adjust/detail/CalculationFailure.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/NormalEquations.h"
-#include "adjust/detail/PackedInverse.h"
-#include "adjust/detail/SweepQueue.h"
+#include "adjust/input/CalculationFailure.h"
+#include "adjust/input/Missing.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/linalg/NormalEquations.h"
+#include "adjust/linalg/PackedInverse.h"
+#include "adjust/start/SweepQueue.h"
 #include "core/System.h"
 
 #include <algorithm>

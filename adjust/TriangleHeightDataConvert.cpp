@@ -1,6 +1,6 @@
 #include "adjust/TriangleHeightDataConvert.h"
 
-#include "adjust/detail/Missing.h"
+#include "adjust/linalg/Index.h"
 #include "core/System.h"
 #include "records/NetworkFindings.h"
 

@@ -1,10 +1,11 @@
 #include "adjust/TriangleHeightDataRead.h"
 
-#include "adjust/detail/CalculationFailure.h"
-#include "adjust/detail/EraseStepping.h"
-#include "adjust/detail/MergeViews.h"
-#include "adjust/detail/Missing.h"
-#include "adjust/detail/PairIndex.h"
+#include "adjust/input/CalculationFailure.h"
+#include "adjust/input/EraseStepping.h"
+#include "adjust/input/MergeViews.h"
+#include "adjust/input/Missing.h"
+#include "adjust/input/PairIndex.h"
+#include "adjust/linalg/Index.h"
 #include "core/System.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // Input, approximate coordinates and the whole adjustment against the number of points.
 #include "SyntheticNetworks.h"
 #include "Timing.h"
-#include "adjust/detail/MergeLines.h"
+#include "adjust/input/MergeLines.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 // The inversion of the normal equations against their number, and as a ratio to LAPACK where there is one.
 #include "Timing.h"
-#include "adjust/detail/PackedInverse.h"
+#include "adjust/linalg/PackedInverse.h"
 
 #include <benchmark/benchmark.h>
 

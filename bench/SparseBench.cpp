@@ -2,7 +2,7 @@
 #include "CholmodReference.h"
 #include "SyntheticNormals.h"
 #include "Timing.h"
-#include "adjust/sparse/SparseCholesky.h"
+#include "adjust/linalg/SparseCholesky.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "SyntheticNetworks.h"
-#include "adjust/sparse/BlockGraph.h"
+#include "adjust/linalg/BlockGraph.h"
 
 #include <array>
 #include <cstddef>

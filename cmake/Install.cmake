@@ -12,7 +12,8 @@ foreach(folder records core formats reduction adjust map legend commands)
     continue()
   endif()
   install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
-    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE PATTERN "sparse" EXCLUDE PATTERN "ListIndex.h" EXCLUDE)
+    FILES_MATCHING PATTERN "*.h" REGEX "/(detail|linalg|plane|start|input|traverse|heights)$" EXCLUDE
+    PATTERN "ListIndex.h" EXCLUDE)
 endforeach()
 foreach(layer coord utils mvz)
   install(DIRECTORY platform/${layer} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform

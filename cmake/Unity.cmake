@@ -9,13 +9,13 @@ set(alone_in_library
   adjust/ConnectTraverse.cpp
   adjust/OpenTraverse.cpp
   adjust/TraverseAdjustIteration.cpp
-  adjust/detail/BodySolver.cpp
-  adjust/detail/FaceMeans.cpp
-  adjust/detail/GrossErrors.cpp
-  adjust/detail/MeetingPlace.cpp
-  adjust/detail/TraverseStations.cpp
+  adjust/start/BodySolver.cpp
+  adjust/input/FaceMeans.cpp
+  adjust/plane/GrossErrors.cpp
+  adjust/start/MeetingPlace.cpp
+  adjust/traverse/TraverseStations.cpp
   adjust/TriangleHeightDataRead.cpp
-  adjust/sparse/FrontTree.cpp
+  adjust/linalg/FrontTree.cpp
   reduction/TraverseDataManage.cpp)
 
 if(NOT CMAKE_UNITY_BUILD)

@@ -2,8 +2,8 @@
 
 #include "adjust/CommonFunction.h"
 #include "adjust/NameIndex.h"
-#include "adjust/detail/FaceMeans.h"
-#include "adjust/detail/FirstRepeat.h"
+#include "adjust/input/FaceMeans.h"
+#include "adjust/input/FirstRepeat.h"
 #include "core/AlgorithmException.h"
 #include "core/DataException.h"
 #include "formats/detail/FileAccess.h"

@@ -1,7 +1,7 @@
 #include "reduction/FieldInspection.h"
 
 #include "adjust/NameIndex.h"
-#include "adjust/detail/PairKey.h"
+#include "adjust/input/PairKey.h"
 #include "reduction/detail/Circle.h"
 
 #include <algorithm>

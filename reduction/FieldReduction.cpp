@@ -1,7 +1,7 @@
 #include "reduction/FieldReduction.h"
 
 #include "adjust/NameIndex.h"
-#include "adjust/detail/IndexError.h"
+#include "adjust/input/IndexError.h"
 #include "reduction/detail/Circle.h"
 
 #include <algorithm>

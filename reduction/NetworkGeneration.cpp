@@ -1,7 +1,7 @@
 // The two roads from observations to the lines of a network.
 #include "adjust/AlgorithmData.h"
 #include "adjust/NameIndex.h"
-#include "adjust/detail/PairKey.h"
+#include "adjust/input/PairKey.h"
 #include "formats/INetworkDataCollection.h"
 #include "reduction/NetworkDataCollection.h"
 

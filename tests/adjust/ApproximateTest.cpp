@@ -1,6 +1,6 @@
 // Approximate coordinates by the walks, and the merging of repeated distances.
 #include "adjust/Networks.h"
-#include "adjust/detail/MergeLines.h"
+#include "adjust/input/MergeLines.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The matrix product of the eliminations against the triple loop, with vector instructions and without.
-#include "adjust/detail/DenseKernels.h"
+#include "adjust/linalg/DenseKernels.h"
 
 #include <gtest/gtest.h>
 

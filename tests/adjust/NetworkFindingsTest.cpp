@@ -1,6 +1,6 @@
 // Gross errors and points that nothing holds, as they are found and told.
 #include "adjust/Networks.h"
-#include "adjust/detail/LooseGroups.h"
+#include "adjust/plane/LooseGroups.h"
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
@@ -131,7 +131,7 @@ TEST(LooseMotions, AreToldApart) {
   // Known points K (0, 0) and L (0, 100), others P, Q and R, held by distances alone. A triangle that hangs on K turns
   // about it; a point with one distance moves across the line to L, from (0, 100) to (30, 140) at the azimuth
   // atan2(40, 30) = 53.13 degrees, that is along 143.13; a point with none moves anywhere, and is its own group.
-  kvn::detail::PlaneNetwork network;
+  kvn::detail::NumberedNetwork network;
   network.points = 6;
   network.known = 2;
   network.directionStart = {0};

@@ -1,9 +1,9 @@
 // The inversion in blocks against the elimination of one unknown after the other, and the pivots it refuses.
-#include "adjust/detail/PackedInverse.h"
+#include "adjust/linalg/PackedInverse.h"
 
 #include "adjust/Matrix.h"
-#include "adjust/detail/DenseKernels.h"
-#include "adjust/sparse/SparseCholesky.h"
+#include "adjust/linalg/DenseKernels.h"
+#include "adjust/linalg/SparseCholesky.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Places of all points at once, from sights of known truth with gross errors.
-#include "adjust/detail/PolarFit.h"
+#include "adjust/start/PolarFit.h"
 
 #include <gtest/gtest.h>
 #include <cmath>

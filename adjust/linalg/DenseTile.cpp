@@ -1,0 +1,187 @@
+#include "adjust/linalg/DenseTile.h"
+
+#include <atomic>
+
+#if defined(__GNUC__) && defined(__x86_64__)
+#define KELVANE_AVX2 __attribute__((target("avx2,fma")))
+// Loops over the registers of a tile: only unrolled early do their sums stay in registers.
+#if defined(__clang__)
+#define KELVANE_UNROLL _Pragma("unroll")
+#else
+#define KELVANE_UNROLL _Pragma("GCC unroll 8")
+#endif
+#include <immintrin.h>
+#endif
+
+namespace kvn::detail {
+namespace {
+
+bool sumsIntoC(double alpha) { return alpha == 1.0 || alpha == -1.0; }
+
+/// Column j of the tile's C.
+inline double* columnOfC(Tile const& t, int j) {
+  return t.c + j * t.cColumnStep + (j > 1 ? t.cStepGrowth * (j * (j - 1) / 2) : 0);
+}
+
+/// For any processor: a column of C at a time.
+void plainTile(Tile const& t) {
+  bool const intoC = sumsIntoC(t.alpha);
+  for (int j = 0; j < t.columns; ++j) {
+    double* const c = columnOfC(t, j);
+    double sum[kTileRows] = {};
+    if (intoC) {
+      for (int i = 0; i < t.rows; ++i) sum[i] = t.alpha * c[i];
+    }
+    double const* a = t.a;
+    double const* b = t.b + j * t.bColumnStep;
+    for (std::size_t p = 0; p < t.depth; ++p, a += t.aColumnStep, b += t.bRowStep) {
+      double const factor = *b;
+      if (t.rows == int(kTileRows)) {
+        for (std::size_t i = 0; i < kTileRows; ++i) sum[i] += a[i] * factor;
+      } else {
+        for (int i = 0; i < t.rows; ++i) sum[i] += a[i] * factor;
+      }
+    }
+    for (int i = 0; i < t.rows; ++i) c[i] = intoC ? t.alpha * sum[i] : c[i] + t.alpha * sum[i];
+  }
+}
+
+#if defined(KELVANE_AVX2)
+
+constexpr std::ptrdiff_t kLanes = 4;
+
+/// Lanes below `count` are set.
+KELVANE_AVX2 inline __m256i lanesBelow(int count) {
+  return _mm256_cmpgt_epi64(_mm256_set1_epi64x(count), _mm256_set_epi64x(3, 2, 1, 0));
+}
+
+/// The first `count` lanes, 1 to 4. In pieces: a masked store takes ten times as long on many processors.
+KELVANE_AVX2 inline void storeFirst(double* to, __m256d value, int count) {
+  if (count == kLanes) {
+    _mm256_storeu_pd(to, value);
+    return;
+  }
+  __m128d piece = _mm256_castpd256_pd128(value);
+  if (count >= 2) {
+    _mm_storeu_pd(to, piece);
+    if (count == 2) return;
+    to += 2;
+    piece = _mm256_extractf128_pd(value, 1);
+  }
+  _mm_store_sd(to, piece);
+}
+
+/// Tiles of up to 4 * Vectors rows; Masked when the last vector is not full, and then nothing beyond it is touched.
+template <int Vectors, int Columns, bool Masked>
+KELVANE_AVX2 void vectorTile(Tile const& t) {
+  int const lastLanes = t.rows - static_cast<int>((Vectors - 1) * kLanes);
+  __m256i const mask = lanesBelow(lastLanes);
+  __m256d const alpha = _mm256_set1_pd(t.alpha);
+  bool const intoC = sumsIntoC(t.alpha);
+  __m256d sum[Columns][Vectors];
+  KELVANE_UNROLL
+  for (int j = 0; j < Columns; ++j) {
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      double const* const c = columnOfC(t, j) + v * kLanes;
+      if (intoC) {
+        bool const partial = Masked && v == Vectors - 1;
+        sum[j][v] = _mm256_mul_pd(alpha, partial ? _mm256_maskload_pd(c, mask) : _mm256_loadu_pd(c));
+      } else {
+        sum[j][v] = _mm256_setzero_pd();
+      }
+    }
+  }
+  double const* a = t.a;
+  double const* b = t.b;
+  std::ptrdiff_t const aStep = t.aColumnStep;
+  std::ptrdiff_t const bStep = t.bRowStep;
+  std::ptrdiff_t const bColumn = t.bColumnStep;
+  for (std::size_t p = t.depth; p > 0; --p, a += aStep, b += bStep) {
+    __m256d rows[Vectors];
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      bool const partial = Masked && v == Vectors - 1;
+      rows[v] = partial ? _mm256_maskload_pd(a + v * kLanes, mask) : _mm256_loadu_pd(a + v * kLanes);
+    }
+    KELVANE_UNROLL
+    for (int j = 0; j < Columns; ++j) {
+      __m256d const factor = _mm256_broadcast_sd(b + j * bColumn);
+      KELVANE_UNROLL
+      for (int v = 0; v < Vectors; ++v) sum[j][v] = _mm256_fmadd_pd(rows[v], factor, sum[j][v]);
+    }
+  }
+  KELVANE_UNROLL
+  for (int j = 0; j < Columns; ++j) {
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      double* const c = columnOfC(t, j) + v * kLanes;
+      bool const partial = Masked && v == Vectors - 1;
+      __m256d result = _mm256_mul_pd(alpha, sum[j][v]);
+      if (!intoC) result = _mm256_add_pd(partial ? _mm256_maskload_pd(c, mask) : _mm256_loadu_pd(c), result);
+      if (partial) {
+        storeFirst(c, result, lastLanes);
+      } else {
+        _mm256_storeu_pd(c, result);
+      }
+    }
+  }
+}
+
+template <int Vectors, bool Masked>
+constexpr TileFunction kByColumns[kTileColumns] = {
+    vectorTile<Vectors, 1, Masked>, vectorTile<Vectors, 2, Masked>, vectorTile<Vectors, 3, Masked>,
+    vectorTile<Vectors, 4, Masked>, vectorTile<Vectors, 5, Masked>, vectorTile<Vectors, 6, Masked>,
+};
+
+void vectorTileOfAnySize(Tile const& t) {
+  auto const column = static_cast<std::size_t>(t.columns - 1);
+  if (t.rows == 2 * kLanes) return kByColumns<2, false>[column](t);
+  if (t.rows > kLanes) return kByColumns<2, true>[column](t);
+  if (t.rows == kLanes) return kByColumns<1, false>[column](t);
+  return kByColumns<1, true>[column](t);
+}
+
+bool processorHasVectors() {
+  __builtin_cpu_init();
+  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+}
+
+TileFunction const kFastest = processorHasVectors() ? vectorTileOfAnySize : plainTile;
+
+#else
+
+constexpr TileFunction kFastest = plainTile;
+
+#endif
+
+std::atomic<bool> vectorsWanted{true};
+
+template <std::size_t Width>
+void packStripOf(double* to, std::size_t step, double const* from, std::ptrdiff_t lineStride, std::size_t depth,
+                 std::ptrdiff_t depthStride) {
+  for (std::size_t p = 0; p < depth; ++p, to += step, from += depthStride) {
+    for (std::size_t i = 0; i < Width; ++i) to[i] = from[static_cast<std::ptrdiff_t>(i) * lineStride];
+  }
+}
+
+using PackFunction = void (*)(double*, std::size_t, double const*, std::ptrdiff_t, std::size_t, std::ptrdiff_t);
+constexpr PackFunction kPackByWidth[kTileRows] = {packStripOf<1>, packStripOf<2>, packStripOf<3>, packStripOf<4>,
+                                                  packStripOf<5>, packStripOf<6>, packStripOf<7>, packStripOf<8>};
+
+}  // namespace
+
+TileFunction tileFunction() { return vectorsWanted.load(std::memory_order_relaxed) ? kFastest : plainTile; }
+
+bool wantVectorTiles(bool wanted) { return vectorsWanted.exchange(wanted); }
+
+void packStrip(double* to, std::size_t step, double const* from, std::size_t width, std::ptrdiff_t lineStride,
+               std::size_t depth, std::ptrdiff_t depthStride) {
+  if (width == kTileRows && lineStride == 1) {
+    for (std::size_t p = 0; p < depth; ++p, to += step, from += depthStride) std::copy(from, from + kTileRows, to);
+    return;
+  }
+  kPackByWidth[width - 1](to, step, from, lineStride, depth, depthStride);
+}
+
+}  // namespace kvn::detail

@@ -1,0 +1,36 @@
+// FrontTree: the columns of a sparse factor, gathered into fronts that are dense.
+#pragma once
+
+#include "adjust/linalg/BlockGraph.h"
+
+#include <utils/Export.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace kvn::sparse {
+
+/// Unknowns have places in the order of elimination. A front holds neighbouring places, its columns, and the rows below
+/// that their elimination touches; these are all among the columns and rows of its parent.
+struct KELVANE_EXPORT FrontTree {
+  /// @param order  of the blocks of the graph, as `eliminationOrder` gives it.
+  FrontTree(BlockGraph const& graph, std::vector<int> const& order, Poll const& poll = {});
+
+  int fronts() const { return static_cast<int>(parents.size()); }
+  int columns(int f) const { return firstColumns[index(f) + 1] - firstColumns[index(f)]; }
+  int rowCount(int f) const { return static_cast<int>(rowStarts[index(f) + 1] - rowStarts[index(f)]); }
+  int const* rowsOf(int f) const { return rows.data() + rowStarts[index(f)]; }
+
+  std::vector<int> blockOrder;            ///< the graph's blocks in their final order of elimination
+  std::vector<int> firstColumns;          ///< of each front, and the number of unknowns behind the last one
+  std::vector<int> parents;               ///< a later front, -1 for none
+  std::vector<std::size_t> rowStarts;     ///< rows of front f stand from rowStarts[f] up to rowStarts[f + 1]
+  std::vector<int> rows;                  ///< places, ascending
+  std::vector<std::size_t> factorStarts;  ///< front f has (columns + rows) times columns elements from here on
+  std::size_t updateStackSize = 0;        ///< elements that wait for parents at most during the factorisation
+
+ private:
+  static std::size_t index(int i) { return static_cast<std::size_t>(i); }
+};
+
+}  // namespace kvn::sparse

@@ -1,0 +1,147 @@
+#include "adjust/linalg/NormalEquations.h"
+
+#include "adjust/linalg/Index.h"
+#include "adjust/linalg/SparseCholesky.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace kvn::detail {
+namespace {
+
+/// Place of the element (i, j) of a symmetric matrix in the packed lower triangle.
+std::size_t packedIndex(int i, int j) {
+  std::size_t const larger = index(std::max(i, j));
+  return larger * (larger + 1) / 2 + index(std::min(i, j));
+}
+
+class FullNormals : public NormalEquations {
+ public:
+  FullNormals(int unknowns, Soundness limits)
+      : NormalEquations(index(unknowns)), n(index(unknowns)), soundness(limits), packed(n * (n + 1) / 2, 0.0) {}
+
+  void clear() override {
+    std::fill(packed.begin(), packed.end(), 0.0);
+    std::fill(right.begin(), right.end(), 0.0);
+  }
+
+  void add(int i, int j, double value) override { packed[packedIndex(i, j)] += value; }
+
+  bool factor(Poll const&) override {
+    std::vector<double> diagonal(n);
+    for (std::size_t i = 0; i < n; ++i) diagonal[i] = packed[i * (i + 3) / 2];
+    if (!invertPacked(packed.data(), n, soundness.rule)) return false;
+    if (soundness.lostPivot == std::numeric_limits<double>::infinity()) return true;
+    for (std::size_t i = 0; i < n; ++i) {
+      double const q = packed[i * (i + 3) / 2];
+      if (!(q > 0.0) || !(q * diagonal[i] < soundness.lostPivot)) return false;
+    }
+    return true;
+  }
+
+  /// Q w, each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
+  std::vector<double> solution(Poll const&) const override {
+    std::vector<double> x(n, 0.0);
+    double const* q = packed.data();
+    for (std::size_t r = 0; r < n; ++r) {
+      double sum = 0.0;
+      for (std::size_t c = 0; c < r; ++c) {
+        sum += q[c] * right[c];
+        x[c] += q[c] * right[r];
+      }
+      x[r] += sum + q[r] * right[r];
+      q += r + 1;
+    }
+    return x;
+  }
+
+  bool invert(Poll const&) override { return true; }
+  double inverse(int i, int j) const override { return packed[packedIndex(i, j)]; }
+
+ private:
+  std::size_t n;
+  Soundness soundness;
+  std::vector<double> packed;  // after `factor` the inverse
+};
+
+class SparseSystem : public NormalEquations {
+ public:
+  SparseSystem(Pattern const& pattern, Soundness limits, Poll const& poll)
+      : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques, pattern.blockOrder, poll), limits) {}
+
+  void clear() override {
+    cholesky.clear();
+    std::fill(right.begin(), right.end(), 0.0);
+  }
+
+  void add(int i, int j, double value) override { cholesky.add(i, j, value); }
+
+  bool factor(Poll const& poll) override {
+    // 2^-53, the largest p with p + 1.0 == 1.0.
+    double const least = soundness.rule == PivotRule::ChangesOne ? 0.5 * std::numeric_limits<double>::epsilon() : 0.0;
+    return cholesky.factor({least, 1.0 / soundness.lostPivot}, poll);
+  }
+
+  std::vector<double> solution(Poll const& poll) const override {
+    std::vector<double> x = right;
+    cholesky.solve(x, poll);
+    return x;
+  }
+
+  bool invert(Poll const& poll) override {
+    cholesky.invert(poll);
+    Effort effort(poll);
+    for (int i = 0; i < cholesky.unknowns(); ++i) {
+      effort.step();
+      double const q = cholesky.inverse(i, i);
+      if (!(q > 0.0) || !(q * cholesky.diagonal(i) < soundness.lostPivot)) return false;
+    }
+    return true;
+  }
+
+  void addEquation(double const* a, int const* at, int count, double p, double l) override {
+    for (int r = 0; r < count; ++r) addRight(at[r], -p * a[r] * l);
+    cholesky.addEquation(a, at, count, p);
+  }
+
+  double inverse(int i, int j) const override { return cholesky.inverse(i, j); }
+
+  double cofactor(double const* a, int const* at, int count) const override { return cholesky.cofactor(a, at, count); }
+
+ private:
+  SparseSystem(sparse::SparseCholesky system, Soundness limits)
+      : NormalEquations(index(system.unknowns())), soundness(limits), cholesky(std::move(system)) {}
+
+  Soundness soundness;
+  sparse::SparseCholesky cholesky;
+};
+
+}  // namespace
+
+NormalEquations::~NormalEquations() = default;
+
+void NormalEquations::addEquation(double const* a, int const* at, int count, double p, double l) {
+  for (int r = 0; r < count; ++r) {
+    addRight(at[r], -p * a[r] * l);
+    for (int c = 0; c <= r; ++c) add(at[r], at[c], p * a[r] * a[c]);
+  }
+}
+
+double NormalEquations::cofactor(double const* a, int const* at, int count) const {
+  double q = 0.0;
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < count; ++c) q += inverse(at[r], at[c]) * a[r] * a[c];
+  }
+  return q;
+}
+
+std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness) {
+  return std::make_unique<FullNormals>(unknowns, soundness);
+}
+
+std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
+                                               NormalEquations::Soundness soundness, Poll const& poll) {
+  return std::make_unique<SparseSystem>(pattern, soundness, poll);
+}
+
+}  // namespace kvn::detail

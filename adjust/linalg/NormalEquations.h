@@ -1,0 +1,66 @@
+// NormalEquations: what an adjustment asks of its normal matrix, whether the matrix is kept in full or sparse.
+#pragma once
+
+#include "adjust/linalg/BlockGraph.h"
+#include "adjust/linalg/PackedInverse.h"
+#include "adjust/linalg/Poll.h"
+
+#include <utils/Export.h>
+
+#include <memory>
+#include <vector>
+
+namespace kvn::detail {
+
+/// N x = w, and elements of the inverse Q of N. `clear`, then add, `factor`, `solution`, and in the end `invert` and
+/// `inverse`; all that may be repeated with other values.
+class KELVANE_EXPORT NormalEquations {
+ public:
+  /// When a system counts as singular.
+  struct Soundness {
+    PivotRule rule;
+    /// A diagonal element of N times that of Q says how much of its pivot elimination took away: refused from here on.
+    double lostPivot;
+  };
+
+  /// Unknowns that always come together, in the order of their numbers, and those blocks that meet.
+  struct Pattern {
+    std::vector<int> blockSizes;
+    std::vector<sparse::Clique> cliques;
+    std::vector<int> blockOrder = {};  ///< of elimination; nothing when none is known yet
+  };
+
+  virtual ~NormalEquations();
+
+  virtual void clear() = 0;
+  /// Adds to the element (i, j) of N, and with it to (j, i). Blocks of i and j must meet.
+  virtual void add(int i, int j, double value) = 0;
+  /// Adds to the element i of w.
+  void addRight(int i, double value) { right[static_cast<std::size_t>(i)] += value; }
+  /// Adds the error equation v = a x + l with the weight p: `count` unknowns, whose numbers stand in `at`.
+  virtual void addEquation(double const* a, int const* at, int count, double p, double l);
+
+  /// False for a singular system.
+  virtual bool factor(Poll const& poll) = 0;
+  /// x, after `factor`.
+  virtual std::vector<double> solution(Poll const& poll = {}) const = 0;
+  /// Makes `inverse` known. False for a system that turns out to be singular.
+  virtual bool invert(Poll const& poll) = 0;
+  /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.
+  virtual double inverse(int i, int j) const = 0;
+  /// Variance factor a Q a' of a function of `count` unknowns, whose numbers stand in `at` and whose blocks meet.
+  virtual double cofactor(double const* a, int const* at, int count) const;
+
+ protected:
+  explicit NormalEquations(std::size_t unknowns) : right(unknowns, 0.0) {}
+  std::vector<double> right;
+};
+
+/// The full matrix as a packed triangle: for small systems.
+KELVANE_EXPORT std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness);
+/// Only the elements that are not 0.
+KELVANE_EXPORT std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
+                                                              NormalEquations::Soundness soundness,
+                                                              Poll const& poll = {});
+
+}  // namespace kvn::detail

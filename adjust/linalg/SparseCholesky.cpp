@@ -1,0 +1,415 @@
+#include "adjust/linalg/SparseCholesky.h"
+
+#include "adjust/linalg/Index.h"
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <utility>
+
+namespace kvn::sparse {
+namespace {
+
+using detail::index;
+using detail::Region;
+
+// Multiplications in the time of moving an element between memory and a front.
+constexpr double kOverhead = 10.0;
+
+/// Not filled: what is calculated first is written first.
+std::unique_ptr<double[]> room(std::size_t size) {
+  return std::unique_ptr<double[]>(new double[std::max<std::size_t>(size, 1)]);
+}
+
+/// Each where its first block stands.
+std::vector<int> groupsInOrder(JoinedGraph const& joined, std::vector<int> const& blockOrder) {
+  std::vector<bool> isIn(joined.graph.sizes.size(), false);
+  std::vector<int> groups;
+  groups.reserve(isIn.size());
+  for (int const block : blockOrder) {
+    int const group = joined.groupOf[index(block)];
+    if (isIn[index(group)]) continue;
+    isIn[index(group)] = true;
+    groups.push_back(group);
+  }
+  return groups;
+}
+
+}  // namespace
+
+SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
+                               std::vector<int> const& blockOrder, Poll const& poll)
+    : SparseCholesky(blockSizes, joinTwins(graphOf(blockSizes, cliques, poll), poll), blockOrder, poll) {}
+
+SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined,
+                               std::vector<int> const& blockOrder, Poll const& poll)
+    : tree(joined.graph, blockOrder.empty() ? eliminationOrder(joined.graph, poll) : groupsInOrder(joined, blockOrder),
+           poll) {
+  Effort effort(poll);
+  buildColumns(joined.graph, blockSizes, joined.groupOf, effort);
+  local.assign(placeOf.size(), -1);
+  least.assign(placeOf.size(), 0.0);
+}
+
+// ---- Places.
+
+void SparseCholesky::buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes,
+                                  std::vector<int> const& groupOf, Effort& effort) {
+  std::vector<int> rankOf(tree.blockOrder.size());
+  for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
+    int const group = tree.blockOrder[rank];
+    rankOf[index(group)] = static_cast<int>(rank);
+    groupFirst.push_back(static_cast<int>(groupAt.size()));
+    groupAt.insert(groupAt.end(), index(graph.sizes[index(group)]), static_cast<int>(rank));
+  }
+  groupFirst.push_back(static_cast<int>(groupAt.size()));
+
+  placeOf.reserve(groupAt.size());
+  std::vector<int> next(groupFirst.begin(), groupFirst.end() - 1);
+  for (std::size_t b = 0; b < blockSizes.size(); ++b) {
+    int& place = next[index(rankOf[index(groupOf[b])])];
+    for (int i = 0; i < blockSizes[b]; ++i) placeOf.push_back(place++);
+  }
+
+  valueStart.assign(1, 0);
+  laterStart.assign(1, 0);
+  for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
+    effort.step();
+    int const group = tree.blockOrder[rank];
+    for (std::size_t p = graph.starts[index(group)]; p < graph.starts[index(group) + 1]; ++p) {
+      int const other = rankOf[index(graph.neighbours[p])];
+      if (other > static_cast<int>(rank)) laterGroups.push_back(other);
+    }
+    std::sort(laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart.back()), laterGroups.end());
+    int const width = groupFirst[rank + 1] - groupFirst[rank];
+    int height = width;
+    for (std::size_t p = laterStart.back(); p < laterGroups.size(); ++p) {
+      laterOffsets.push_back(height);
+      height += groupFirst[index(laterGroups[p]) + 1] - groupFirst[index(laterGroups[p])];
+    }
+    laterStart.push_back(laterGroups.size());
+    groupHeight.push_back(height);
+    valueStart.push_back(valueStart.back() + index(width) * index(height));
+  }
+  values.assign(valueStart.back(), 0.0);
+}
+
+SparseCholesky::Slot SparseCholesky::slot(int i, int j) const {
+  int row = placeOf[index(i)];
+  int column = placeOf[index(j)];
+  if (row < column) std::swap(row, column);
+  std::size_t const group = index(groupAt[index(column)]);
+  std::size_t const start = valueStart[group] + index(column - groupFirst[group]) * index(groupHeight[group]);
+  int const other = groupAt[index(row)];
+  if (index(other) == group) return {start + index(row - groupFirst[group]), true};
+  auto const begin = laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart[group]);
+  auto const end = laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart[group + 1]);
+  auto const found = std::lower_bound(begin, end, other);
+  if (found == end || *found != other) return {0, false};
+  auto const offset = laterOffsets[index(static_cast<int>(found - laterGroups.begin()))];
+  return {start + index(offset + row - groupFirst[index(other)]), true};
+}
+
+void SparseCholesky::clear() { std::fill(values.begin(), values.end(), 0.0); }
+
+void SparseCholesky::add(int i, int j, double value) {
+  Slot const place = slot(i, j);
+  if (place.exists) values[place.at] += value;
+}
+
+/// Calls visit(r, c, index of the element (at[r], at[c])) for each pair of unknowns once, c up to r, if it has an
+/// element. Unknowns that stand side by side in one group, as x and y of a point do, are looked up together.
+template <typename Visit>
+void SparseCholesky::visitPairs(int const* at, int count, Visit visit) const {
+  auto const endOfRun = [&](int begin) {
+    int end = begin + 1;
+    while (end < count && placeOf[index(at[end])] == placeOf[index(at[end - 1])] + 1 &&
+           groupAt[index(placeOf[index(at[end])])] == groupAt[index(placeOf[index(at[begin])])])
+      ++end;
+    return end;
+  };
+  for (int r = 0; r < count; r = endOfRun(r)) {
+    int const rEnd = endOfRun(r);
+    for (int c = 0; c <= r; c = endOfRun(c)) {
+      Slot const first = slot(at[r], at[c]);
+      if (!first.exists) continue;
+      int const cEnd = endOfRun(c);
+      bool const isBelow = placeOf[index(at[r])] >= placeOf[index(at[c])];
+      auto const height = index(groupHeight[index(groupAt[index(placeOf[index(at[isBelow ? c : r])])])]);
+      for (int i = r; i < rEnd; ++i) {
+        for (int j = c; j < cEnd && j <= i; ++j) {
+          visit(i, j, first.at + index(i - r) * (isBelow ? 1 : height) + index(j - c) * (isBelow ? height : 1));
+        }
+      }
+    }
+  }
+}
+
+void SparseCholesky::addEquation(double const* a, int const* at, int count, double p) {
+  visitPairs(at, count, [&](int r, int c, std::size_t element) { values[element] += p * a[r] * a[c]; });
+}
+
+double SparseCholesky::diagonal(int unknown) const { return values[slot(unknown, unknown).at]; }
+
+/// Calls visit(row, index of its value) for the elements of N in one column, on and below the diagonal.
+template <typename Visit>
+void SparseCholesky::visitColumn(int place, Visit visit) const {
+  std::size_t const group = index(groupAt[index(place)]);
+  int const first = groupFirst[group];
+  std::size_t at = valueStart[group] + index(place - first) * index(groupHeight[group] + 1);
+  for (int row = place; row < groupFirst[group + 1]; ++row) visit(row, at++);
+  for (std::size_t p = laterStart[group]; p < laterStart[group + 1]; ++p) {
+    std::size_t const other = index(laterGroups[p]);
+    for (int row = groupFirst[other]; row < groupFirst[other + 1]; ++row) visit(row, at++);
+  }
+}
+
+SparseCholesky::FrontColumns SparseCholesky::frontColumns(int f) const {
+  std::size_t const width = index(tree.columns(f));
+  return {l.get() + tree.factorStarts[index(f)], width, width + index(tree.rowCount(f)), tree.rowsOf(f)};
+}
+
+void SparseCholesky::rememberPlaces(int f) {
+  int row = 0;
+  for (int place = tree.firstColumns[index(f)]; place < tree.firstColumns[index(f) + 1]; ++place) {
+    local[index(place)] = row++;
+  }
+  int const* const rows = tree.rowsOf(f);
+  for (int i = 0; i < tree.rowCount(f); ++i) local[index(rows[i])] = row++;
+}
+
+// ---- The factor.
+
+void SparseCholesky::findLeast(Bounds const& bounds, Effort& effort) {
+  for (std::size_t i = 0; i < placeOf.size(); ++i) {
+    effort.step();
+    double const element = diagonal(static_cast<int>(i));
+    least[index(placeOf[i])] = std::max(bounds.least, element * bounds.shareOfDiagonal);
+  }
+}
+
+/// Adds what the elimination of a child left.
+void SparseCholesky::addUpdate(int child, double const* update, FrontColumns const& parent,
+                               double* parentUpdate) const {
+  std::size_t const size = index(tree.rowCount(child));
+  std::size_t const below = parent.height - parent.width;
+  int const* const rows = tree.rowsOf(child);
+  for (std::size_t j = 0; j < size; ++j) {
+    std::size_t const column = index(local[index(rows[j])]);
+    double const* const source = update + j * size;
+    if (column < parent.width) {
+      double* const target = parent.data + column * parent.height;
+      for (std::size_t i = j; i < size; ++i) target[local[index(rows[i])]] += source[i];
+    } else {
+      double* const target = parentUpdate + (column - parent.width) * below;
+      for (std::size_t i = j; i < size; ++i) target[index(local[index(rows[i])]) - parent.width] += source[i];
+    }
+  }
+}
+
+bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
+  if (!l) l = room(factorSize());
+  Effort effort(poll);
+  findLeast(bounds, effort);
+  auto const memory = room(tree.updateStackSize);
+  double* const stack = memory.get();
+  std::size_t top = 0;
+  std::vector<std::vector<int>> children(index(tree.fronts()));
+  for (int f = 0; f < tree.fronts(); ++f) {
+    if (tree.parents[index(f)] >= 0) children[index(tree.parents[index(f)])].push_back(f);
+  }
+  for (int f = 0; f < tree.fronts(); ++f) {
+    FrontColumns const front = frontColumns(f);
+    std::size_t const below = front.height - front.width;
+    int const first = tree.firstColumns[index(f)];
+    rememberPlaces(f);
+    effort.spend(kOverhead * static_cast<double>(front.height * front.height));
+    std::fill(front.data, front.data + front.width * front.height, 0.0);
+    for (std::size_t k = 0; k < front.width; ++k) {
+      double* const column = front.data + k * front.height;
+      visitColumn(first + static_cast<int>(k),
+                  [&](int row, std::size_t at) { column[local[index(row)]] = values[at]; });
+    }
+    double* const update = stack + top;
+    for (std::size_t j = 0; j < below; ++j) std::fill(update + j * below + j, update + (j + 1) * below, 0.0);
+    std::size_t bottom = top;
+    for (auto child = children[index(f)].rbegin(); child != children[index(f)].rend(); ++child) {
+      bottom -= index(tree.rowCount(*child)) * index(tree.rowCount(*child));
+      addUpdate(*child, stack + bottom, front, update);
+    }
+    if (factorColumns(effort, front.data, front.height, front.height, front.width, least.data() + first) < front.width)
+      return false;
+    double const* const lower = front.data + front.width;
+    addProduct(effort, below, below, front.width, -1.0, byColumns(lower, front.height), transposed(lower, front.height),
+               update, below, Region::Lower);
+    // The update takes the room of those that went into it.
+    if (bottom < top) std::copy(update, update + below * below, stack + bottom);
+    top = bottom + below * below;
+  }
+  return true;
+}
+
+std::vector<double> SparseCholesky::pivots() const {
+  std::vector<double> byPlace(placeOf.size());
+  for (int f = 0; f < tree.fronts(); ++f) {
+    FrontColumns const front = frontColumns(f);
+    for (std::size_t k = 0; k < front.width; ++k) {
+      double const root = front.data[k * (front.height + 1)];
+      byPlace[index(tree.firstColumns[index(f)]) + k] = root * root;
+    }
+  }
+  std::vector<double> result;
+  result.reserve(placeOf.size());
+  for (int const place : placeOf) result.push_back(byPlace[index(place)]);
+  return result;
+}
+
+// ---- Solutions.
+
+void SparseCholesky::solve(std::vector<double>& x, Poll const& poll) const {
+  Effort effort(poll);
+  std::vector<double> y(x.size());
+  for (std::size_t i = 0; i < x.size(); ++i) y[index(placeOf[i])] = x[i];
+  substituteForward(y, effort);
+  substituteBackward(y, effort);
+  for (std::size_t i = 0; i < x.size(); ++i) x[i] = y[index(placeOf[i])];
+}
+
+/// N v = L D L' v = 0 where L' v is 0 at every pivot of D that is one, and anything at the others.
+std::vector<std::vector<double>> SparseCholesky::freeVectors(double weakness, int count) const {
+  std::vector<double> const pivot = pivots();
+  std::mt19937 random(1);
+  std::vector<std::vector<double>> vectors(index(count), std::vector<double>(pivot.size()));
+  std::vector<double> y;
+  Poll const poll;
+  Effort effort(poll);
+  for (std::vector<double>& v : vectors) {
+    y.assign(pivot.size(), 0.0);
+    for (std::size_t k = 0; k < pivot.size(); ++k) {
+      double const number = static_cast<double>(random()) / 2147483648.0 - 1.0;
+      if (pivot[k] > weakness * std::max(diagonal(static_cast<int>(k)), 1.0)) continue;
+      y[index(placeOf[k])] = number * std::sqrt(pivot[k]);
+    }
+    substituteBackward(y, effort);
+    for (std::size_t k = 0; k < pivot.size(); ++k) v[k] = y[index(placeOf[k])];
+  }
+  return vectors;
+}
+
+void SparseCholesky::substituteForward(std::vector<double>& y, Effort& effort) const {
+  for (int f = 0; f < tree.fronts(); ++f) {
+    FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.width * front.height));
+    double* const own = y.data() + tree.firstColumns[index(f)];
+    for (std::size_t k = 0; k < front.width; ++k) {
+      double const* const column = front.data + k * front.height;
+      own[k] /= column[k];
+      for (std::size_t i = k + 1; i < front.width; ++i) own[i] -= column[i] * own[k];
+      for (std::size_t i = front.width; i < front.height; ++i) {
+        y[index(front.rows[i - front.width])] -= column[i] * own[k];
+      }
+    }
+  }
+}
+
+void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) const {
+  for (int f = tree.fronts() - 1; f >= 0; --f) {
+    FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.width * front.height));
+    double* const own = y.data() + tree.firstColumns[index(f)];
+    for (std::size_t k = front.width; k-- > 0;) {
+      double const* const column = front.data + k * front.height;
+      double sum = own[k];
+      for (std::size_t i = k + 1; i < front.width; ++i) sum -= column[i] * own[i];
+      for (std::size_t i = front.width; i < front.height; ++i) {
+        sum -= column[i] * y[index(front.rows[i - front.width])];
+      }
+      own[k] = sum / column[k];
+    }
+  }
+}
+
+// ---- The inverse.
+
+// Z, the inverse, on the rows R below the columns C of a front is known from its parent. From L' Z = L^-1 follow, with
+// Y = L_RC L_CC^-1, first Z_RC = -Z_RR Y and then Z_CC = (L_CC L_CC')^-1 - Y' Z_RC.
+void SparseCholesky::invert(Poll const& poll) {
+  Effort effort(poll);
+  inverseValues.resize(values.size());
+  struct Waiting {
+    int front;
+    std::unique_ptr<double[]> z;
+  };
+  std::vector<Waiting> path;  // fronts whose children are not all done
+  std::vector<bool> hasChildren(index(tree.fronts()), false);
+  for (int const parent : tree.parents) {
+    if (parent >= 0) hasChildren[index(parent)] = true;
+  }
+  for (int f = tree.fronts() - 1; f >= 0; --f) {
+    while (!path.empty() && path.back().front != tree.parents[index(f)]) path.pop_back();
+    FrontColumns const front = frontColumns(f);
+    effort.spend(kOverhead * static_cast<double>(front.height * front.height));
+    Waiting next{f, room(front.height * front.height)};
+    if (!path.empty()) {
+      rememberPlaces(path.back().front);
+      FrontColumns const parent = frontColumns(path.back().front);
+      gatherInverse(front, path.back().z.get(), parent.height, next.z.get());
+    }
+    invertFront(front, next.z.get(), effort);
+    rememberPlaces(f);
+    for (std::size_t k = 0; k < front.width; ++k) {
+      double const* const column = next.z.get() + k * front.height;
+      visitColumn(tree.firstColumns[index(f)] + static_cast<int>(k),
+                  [&](int row, std::size_t at) { inverseValues[at] = column[local[index(row)]]; });
+    }
+    if (hasChildren[index(f)]) path.push_back(std::move(next));
+  }
+}
+
+/// Z_RR out of the parent's Z.
+void SparseCholesky::gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight,
+                                   double* z) const {
+  for (std::size_t j = front.width; j < front.height; ++j) {
+    double const* const source = parentZ + index(local[index(front.rows[j - front.width])]) * parentHeight;
+    double* const target = z + j * front.height + front.width;
+    for (std::size_t i = 0; i < front.height - front.width; ++i) target[i] = source[local[index(front.rows[i])]];
+  }
+}
+
+void SparseCholesky::invertFront(FrontColumns const& front, double* z, Effort& effort) {
+  std::size_t const width = front.width;
+  std::size_t const height = front.height;
+  std::size_t const below = height - width;
+  triangle.resize(width * width);
+  ratio.assign(below * width, 0.0);
+  double* const inverseTriangle = triangle.data();
+  invertTriangle(effort, front.data, height, width, inverseTriangle, width);
+  addProduct(effort, below, width, width, 1.0, byColumns(front.data + width, height), byColumns(inverseTriangle, width),
+             ratio.data(), below);
+  for (std::size_t k = 0; k < width; ++k) std::fill(z + k * height, z + (k + 1) * height, 0.0);
+  addProduct(effort, below, width, below, -1.0, byColumns(z + width * height + width, height),
+             byColumns(ratio.data(), below), z + width, height);
+  addProduct(effort, width, width, width, 1.0, transposed(inverseTriangle, width), byColumns(inverseTriangle, width), z,
+             height, Region::Lower);
+  addProduct(effort, width, width, below, -1.0, transposed(ratio.data(), below), byColumns(z + width, height), z,
+             height, Region::Lower);
+  // The upper part is asked for by the children.
+  for (std::size_t k = 0; k < width; ++k) {
+    for (std::size_t i = k + 1; i < height; ++i) z[i * height + k] = z[k * height + i];
+  }
+}
+
+double SparseCholesky::inverse(int i, int j) const {
+  Slot const place = slot(i, j);
+  return place.exists ? inverseValues[place.at] : 0.0;
+}
+
+double SparseCholesky::cofactor(double const* a, int const* at, int count) const {
+  double q = 0.0;
+  visitPairs(at, count, [&](int r, int c, std::size_t element) {
+    q += (r == c ? 1.0 : 2.0) * a[r] * a[c] * inverseValues[element];
+  });
+  return q;
+}
+
+}  // namespace kvn::sparse

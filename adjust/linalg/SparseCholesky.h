@@ -1,0 +1,117 @@
+// SparseCholesky: symmetric positive definite systems in which each unknown meets few others.
+#pragma once
+
+#include "adjust/linalg/BlockGraph.h"
+#include "adjust/linalg/DenseFactor.h"
+#include "adjust/linalg/FrontTree.h"
+
+#include <utils/Export.h>
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace kvn::sparse {
+
+/// N = L L' by dense fronts (multifrontal method), and of the inverse of N those elements that stand where N has some.
+/// The order of elimination and the place of every element are found once; values may then come again and again:
+/// `clear`, `add`, `factor`, then `solve` and `invert`.
+class KELVANE_EXPORT SparseCholesky {
+ public:
+  /// @param blockSizes  unknowns of each block: block 0 has the unknowns 0 to blockSizes[0] - 1, and so on. All
+  ///                    elements within a block may hold values.
+  /// @param cliques     blocks whose unknowns meet.
+  /// @param blockOrder  order of elimination; nothing for one of its own. One that was found for more cliques, or for
+  ///                    blocks of other sizes, serves as well.
+  SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
+                 std::vector<int> const& blockOrder = {}, Poll const& poll = {});
+
+  int unknowns() const { return static_cast<int>(placeOf.size()); }
+
+  /// All elements become 0.
+  void clear();
+  /// Adds to the element (i, j), and with it to (j, i). An element that no clique brings together is passed over.
+  void add(int i, int j, double value);
+  /// Adds p a' a: an observation with the weight p that depends on `count` different unknowns `at`.
+  void addEquation(double const* a, int const* at, int count, double p);
+
+  /// Bounds that every pivot must be above, besides 0.
+  struct Bounds {
+    double least = 0.0;
+    double shareOfDiagonal = 0.0;  ///< of the element from which elimination took the pivot
+  };
+
+  /// False when a pivot is not above its bounds.
+  bool factor(Bounds const& bounds, Poll const& poll = {});
+  bool factor() { return factor(Bounds()); }
+  /// Of each unknown, the pivot and the diagonal element from which elimination took it. After `factor`.
+  std::vector<double> pivots() const;
+  double diagonal(int unknown) const;
+
+  /// Solves N x = b in place. After `factor`.
+  void solve(std::vector<double>& x, Poll const& poll = {}) const;
+  /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
+  /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
+  /// unknown. To be called after `factor` with a ridge far below that.
+  std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
+
+  /// Calculates the elements of the inverse, from the last front to the first (Takahashi's recursion). After `factor`.
+  void invert(Poll const& poll = {});
+  /// Element (i, j) of the inverse after `invert`; 0 where no clique brings i and j together.
+  double inverse(int i, int j) const;
+  /// a Q a' with the inverse Q.
+  double cofactor(double const* a, int const* at, int count) const;
+
+  /// Elements of the factor, those that the fronts hold in vain included.
+  std::size_t factorSize() const { return tree.factorStarts.back(); }
+
+ private:
+  struct FrontColumns {
+    double* data;
+    std::size_t width;
+    std::size_t height;
+    int const* rows;
+  };
+  struct Slot {
+    std::size_t at;
+    bool exists;
+  };
+  SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined, std::vector<int> const& blockOrder,
+                 Poll const& poll);
+  void buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes, std::vector<int> const& groupOf,
+                    Effort& effort);
+  void findLeast(Bounds const& bounds, Effort& effort);
+  Slot slot(int i, int j) const;
+  template <typename Visit>
+  void visitPairs(int const* at, int count, Visit visit) const;
+  template <typename Visit>
+  void visitColumn(int place, Visit visit) const;
+  FrontColumns frontColumns(int f) const;
+  void rememberPlaces(int f);
+  void addUpdate(int child, double const* update, FrontColumns const& parent, double* parentUpdate) const;
+  void substituteForward(std::vector<double>& y, Effort& effort) const;
+  void substituteBackward(std::vector<double>& y, Effort& effort) const;
+  void gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight, double* z) const;
+  void invertFront(FrontColumns const& front, double* z, Effort& effort);
+
+  FrontTree tree;
+  std::vector<int> placeOf;  // of each unknown in the order of elimination
+  // Groups of unknowns with the same neighbours, in the order of elimination. A column of a group has elements for all
+  // unknowns of the group and of those of its neighbours that come later.
+  std::vector<int> groupAt;  // of each place
+  std::vector<int> groupFirst;
+  std::vector<int> groupHeight;
+  std::vector<std::size_t> valueStart;
+  std::vector<std::size_t> laterStart;
+  std::vector<int> laterGroups;   // ascending
+  std::vector<int> laterOffsets;  // row of its first unknown in a column
+  std::vector<double> values;
+  std::vector<double> inverseValues;
+  std::unique_ptr<double[]> l;
+  std::vector<double> least;  // pivots, by place
+  std::vector<int> local;     // of each place, its row in the front at hand
+  std::vector<double> triangle;
+  std::vector<double> ratio;
+};
+
+}  // namespace kvn::sparse

@@ -1,0 +1,48 @@
+// BodySolver: places several parts of a network at once, where none of them can be placed before the others.
+#pragma once
+
+#include "adjust/linalg/Poll.h"
+#include "adjust/plane/NumberedNetwork.h"
+#include "adjust/start/Frame.h"
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace kvn::detail {
+
+/// A body is a frame, which keeps its shape, or a single point. Unknowns are the place, the turn and, without a scale,
+/// the size of each, and the orientation of every station between them that is oriented nowhere. They are found by
+/// Gauss and Newton's iteration with Levenberg's damping from many starts; the starts are the same in every run.
+class KELVANE_EXPORT BodySolver {
+ public:
+  struct Body {
+    Frame const* frame = nullptr;  ///< nothing for a single point
+    int point = -1;
+  };
+  /// Of a body: z in its frame lies at factor z + shift; a single point at shift.
+  struct Pose {
+    Place factor;
+    Place shift;
+  };
+  enum class Outcome { Solved, Undetermined, Ambiguous, NotFound };
+
+  BodySolver(NumberedNetwork const& network, Frame const& base, std::vector<Body> bodies);
+  ~BodySolver();
+
+  /// @param poll  called before each start; may throw to end the work.
+  Outcome solve(Poll const& poll = {});
+  std::vector<Pose> const& poses() const { return found; }
+  /// What it took: starts times the cube of the unknowns.
+  double effort() const { return spent; }
+  int size() const;  ///< points of all bodies
+
+ private:
+  struct System;
+
+  std::unique_ptr<System> system;
+  std::vector<Pose> found;
+  double spent = 0.0;
+};
+
+}  // namespace kvn::detail
