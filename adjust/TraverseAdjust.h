@@ -4,7 +4,6 @@
 #include "adjust/AdjustProgress.h"
 #include "adjust/AlgorithmData.h"
 #include "adjust/Matrix.h"
-#include "adjust/NameIndex.h"
 #include "records/CalculationRecords.h"
 #include "records/MessType.h"
 #include "records/NetworkFindings.h"
@@ -13,23 +12,13 @@
 #include <utils/Export.h>
 #include <utils/IProcessCancel.h>
 
-#include <array>
-#include <complex>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace kvn {
-
-namespace detail {
-class NormalEquations;
-class PairTable;
-struct NumberedNetwork;
-struct PolarSight;
-}  // namespace detail
 
 /// Indirect (parametric) adjustment. Unknowns are x and y of every point and one orientation of every station;
 /// minimised is the weighted sum of the squared residuals of directions and distances. x is north, y is east;
@@ -54,7 +43,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   /// of
   ///                                a² + (b S)². Weights always take a + b S.
   TraverseAdjust(double angleError, double lineFixedError, double lineProportionError, bool lineCalculateExpression);
-  TraverseAdjust(TraverseAdjust const&);
+  TraverseAdjust(TraverseAdjust const&);  ///< a value of its own, the normal equations included
   TraverseAdjust& operator=(TraverseAdjust const&);
   ~TraverseAdjust() override;
 
@@ -144,7 +133,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   AdjustSummary getSummary() const;
 
  protected:
-  /// Number of a name; a new name gets the next number.
+  /// Number of a name; a new name gets the next number, as long as there are fewer names than points, else -1.
   int getPointNumber(std::string const& name);
   /// Both ends match in either orientation.
   bool lineEqual(LineInfo const& a, LineInfo const& b) const;
@@ -156,6 +145,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   void calculateX0Y0OnlyAngle();
   void calculateX0Y00910();
 
+  // The steps of a run, for a derived class that drives them itself. The first of them after `readAlgorithmData` makes
+  // normal equations of zeros. `calculateQQ` and `calculateMxMy` read the inverse that `calculateDx` leaves.
   void calculateBTPB();
   void calculateBTPBi(double const* a, int const* index, double p, double l, int n);
   double calculateAB(int i, int j, double* a, int* index) const;  ///< seconds per metre; returns the azimuth
@@ -174,155 +165,17 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
 
  private:
   friend class AlgorithmAdjust;  // takes the results out: copies of a million points take seconds
+  struct Impl;
 
-  struct Point {
-    double x;
-    double y;
-  };
-  /// A distance between two known points.
-  struct ControlDistance {
-    int start;
-    int end;
-    double value;  ///< metres
-  };
-
-  /// For work that another part does: `checkCancelAndThrow`.
-  std::function<void()> cancelPoll() const;
-
-  // Input.
-  static std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control,
-                                                std::function<void()> const& poll);
-  void sizeArrays();
-  void forgetResults();
-  void numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations);
-  void readDirections(std::vector<StationInfo> const& stations);
-  void readDistances(std::vector<LineInfo> const& distances);
-  void readControlDistances(std::vector<LineInfo> const& distances);
-  void indexObservations();
-
-  // Approximate coordinates.
-  class OrientedWalk;
-  class TriangleWalk;
-  double x(int point) const { return XY[2 * static_cast<std::size_t>(point)]; }
-  double y(int point) const { return XY[2 * static_cast<std::size_t>(point) + 1]; }
-  bool isPlaced(int point) const;
-  void place(int point, Point const& at);
-  void forgetUnknownPoints();
-  int lastDirection(int station, int target) const;
-  bool placeFollowingPoint(int station);
-  Point polarPoint(int station, int orientedBy, int direction, double distance) const;
-
-  // The start of the iteration.
-  std::vector<detail::PolarSight> polarSights() const;
-  std::vector<std::complex<double>> const& fitted();
-  bool hasFit();
-  bool placeRemainingPoints();
-  bool searchRemainingPoints(bool tellsLeft);
-  template <typename Chosen>
-  void takeFit(Chosen const& chosen);
-  bool settles();
-
-  // Findings.
-  detail::NumberedNetwork planeNetwork() const;
-  void findSuspects(std::vector<double> const& coordinates, bool improveStart);
-  void addControlSuspects();
-  [[noreturn]] void failIteration();
-  void determine(bool hasFailed);
-  void findLooseMotions(bool hasFailed);
-  void findCoincidentPoints();
-  SuspectObservation suspectOf(int observation, double difference) const;
-  std::string const& nameOf(int point) const;
-  static std::vector<std::complex<double>> placesOf(std::vector<double> const& coordinates);
-  void tell(QString const& text, MessType type) const;
-
-  // Iteration.
-  double orientationOf(int station) const;
-  void holdKnownPoints();
-  enum class Outcome { Settled, Unsettled, Singular };
-  Outcome iterateUpTo(int rounds);
+  /// The state, with the cancel query of this object.
+  Impl& ready() const;
+  void requirePlaces(bool arePlaced, int failure) const;
+  [[noreturn]] void fail() const;
   void iterate();
-  void prepareNormals();
-  std::vector<int> blockSizes() const;
-  std::vector<std::array<int, 3>> cliques() const;
-  std::vector<int> const& eliminationOrder();
-  void tellProgress(AdjustProgress::Stage stage) const;
-  bool solve();
-  double inverse(int i, int j) const;
-  void judgeObservations();
-  bool hasMisfits() const;
   void calculateResults();
-  int unknownsCount() const { return stationsCount + 2 * pointsCount; }
-  double distanceVariance(double distance) const;
-  int redundancy() const;
-  int countedControlDistances() const;
   LineErrorInfo lineResult(int i, int j, double observed, double residual);
-  double cofactor(double const* a, int const* index, int count = 4) const;
-  PointInfo pointOf(int number, std::vector<double> const& coordinates) const;
-  std::vector<PointInfo> pointsOf(std::vector<double> const& coordinates) const;
 
-  int pointsCount = 0;
-  int knPointsCount = 0;
-  int stationsCount = 0;
-  int directionsCount = 0;
-  int linesCount = 0;
-  int azimuthCount = 0;
-  std::vector<int> stationPoint;       // point number of each station
-  std::vector<int> directionStart;     // station i owns directions directionStart[i] up to directionStart[i + 1]
-  std::vector<int> directionTarget;    // point number of each direction's target
-  std::vector<double> directionValue;  // radians
-  std::vector<double> directionV;      // reduced observation, then residual, seconds
-  std::vector<int> lineStart;
-  std::vector<int> lineEnd;
-  std::vector<double> lineValue;  // metres
-  std::vector<double> lineV;      // residual, metres
-  std::vector<ControlDistance> controlDistances;
-  bool countControlDistances = false;
-  std::vector<int> azimuthStart;  // azimuth observations are refused, so these stay empty
-  std::vector<int> azimuthEnd;
-  std::vector<double> azimuthValue;
-  std::vector<double> azimuthV;
-  NameIndex pointNames;
-  std::vector<std::string> stationNames;
-  std::vector<double> X0Y0;                          // x of point i at 2 i, y at 2 i + 1
-  std::shared_ptr<detail::NormalEquations> normals;  // after the iteration with the inverse Q; copies share it
-  std::vector<std::complex<double>> fittedPlaces;    // metres, once they are asked for
-  std::vector<double> start;    // where the iteration began; as X0Y0 but for points that were moved before it
-  std::vector<int> blockOrder;  // of the elimination, once it is asked for
-  std::vector<double> dX;
-  std::vector<double> XY;
-  std::vector<double> mx;
-  std::vector<double> my;
-  std::vector<double> mp;
-  std::vector<DirectionResult> directionResults;
-  std::vector<LineErrorInfo> lineErrorInfos;
-  ErrorEllipseManage errorEllipses;
-  double angleError;
-  double lineFixedError;
-  double lineProportionError;
-  double pvv = 0.0;
-  double unitError = 0.0;
-  bool lineCalculateExpression;
-  double m_PI;
-  double rho;  // seconds per radian
-  bool hasRedundancy = true;
-  int iterations = 0;
-  int iterationLimit = 10000;
-  int sparseFrom;
-  double largestMove;
-  AdjustProgressCall progressCall;
-  std::vector<double> lineErrors;                        // errors of the distances without a threshold, metres
-  std::vector<std::vector<double>> directionLineErrors;  // the same for the lines of the directions
-  std::vector<UnplacedPoint> unplacedPoints;
-  std::vector<SuspectObservation> suspects;
-  std::vector<LooseMotion> looseMotions;
-  std::vector<std::pair<std::string, std::string>> coincidentPoints;
-  bool tellFindings = true;
-
-  // Look-ups, filled with the arrays.
-  std::vector<std::vector<int>> stationsAt;               // of each point
-  std::vector<std::vector<int>> stationsSighting;         // of each point, one entry for each direction to it
-  std::shared_ptr<detail::PairTable const> linesOf;       // of two points, the smaller number first
-  std::shared_ptr<detail::PairTable const> directionsOf;  // of (station, target)
+  std::unique_ptr<Impl> impl;
 };
 
 }  // namespace kvn

@@ -1,31 +1,31 @@
 // Input of the adjustment: numbers for the points, flat arrays for the observations.
-#include "adjust/TraverseAdjust.h"
+#include "adjust/CommonFunction.h"
+#include "adjust/engine/TraverseAdjustImpl.h"
 #include "adjust/input/KnownEnds.h"
 #include "adjust/input/MergeLines.h"
 #include "adjust/input/Missing.h"
 #include "adjust/input/Unobserved.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/Poll.h"
-#include "adjust/plane/PairTable.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
-#include <memory>
-#include <tuple>
-#include <utility>
 
 namespace kvn {
 namespace {
 
 using detail::index;
-using detail::kMissing;
+using detail::NumberedNetwork;
+using detail::PlaneEngine;
 
-// Unknowns from which on the matrix is sparse: both take the same time there on a grid, and the full one grows with the
-// cube of them.
-constexpr int kSparseFrom = 200;
+// Keeps the weight of a distance finite when both parts of its error are 0; square metres.
+constexpr double kSmallestVariance = 1e-15;
+// The smallest a-priori errors that a test can divide by: 1e-6" and 0.1 nm.
+constexpr double kSmallestSeconds = 1e-6;
+constexpr double kSmallestDistanceError = 1e-10;
+double const kSecondsPerRadian = 1.0 / CommonFunction::m_PI * 180.0 * 3600.0;
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
   std::vector<PointInfo> points;
@@ -43,61 +43,8 @@ bool countsFit(AlgorithmData const& input, NameIndex const& observed) {
          input.pointsCount == observed.size();
 }
 
-}  // namespace
-
-TraverseAdjust::TraverseAdjust() : TraverseAdjust(2.0, 0.003, 3e-6, true) {}
-
-TraverseAdjust::TraverseAdjust(double directionError, double fixedError, double proportionError, bool expression)
-    : angleError(directionError),
-      lineFixedError(fixedError),
-      lineProportionError(proportionError),
-      lineCalculateExpression(expression),
-      m_PI(std::acos(-1.0)),
-      rho(1.0 / m_PI * 180.0 * 3600.0),
-      sparseFrom(kSparseFrom),
-      largestMove(std::numeric_limits<double>::quiet_NaN()),
-      linesOf(std::make_shared<detail::PairTable>()),
-      directionsOf(linesOf) {}
-
-TraverseAdjust::TraverseAdjust(TraverseAdjust const&) = default;
-TraverseAdjust& TraverseAdjust::operator=(TraverseAdjust const&) = default;
-TraverseAdjust::~TraverseAdjust() = default;
-
-int TraverseAdjust::getPointNumber(std::string const& name) { return pointNames.numberOf(name); }
-
-bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
-  return (a.start_name == b.start_name && a.end_name == b.end_name) ||
-         (a.start_name == b.end_name && a.end_name == b.start_name);
-}
-
-void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
-  detail::Poll const poll = cancelPoll();
-  NameIndex const observed = observedNames(input, poll);
-  std::vector<PointInfo> const knownPoints = observedKnownPoints(input, observed);
-  pointsCount = input.pointsCount;
-  stationsCount = input.stationsCount;
-  knPointsCount = static_cast<int>(knownPoints.size());
-  directionsCount = input.directionsCount;
-  if (input.azimuthCount != 0) throw AlgorithmException(AlgorithmException::DataError, "Data error");
-  if (pointsCount == knPointsCount) throw AlgorithmException(AlgorithmException::AllStationKnown, std::string());
-
-  if (!countsFit(input, observed)) throw AlgorithmException(AlgorithmException::DataError, "Data error");
-
-  std::vector<LineInfo> const distances = collectDistances(input, false, poll);
-  linesCount = static_cast<int>(distances.size());
-  sizeArrays();
-  numberPoints(knownPoints, input.stations);
-  readDirections(input.stations);
-  readDistances(distances);
-  readControlDistances(collectDistances(input, true, poll));
-  indexObservations();
-  detail::warnOfUnobserved(input.knPoints, observed,
-                           System::tr("Known points without an observation are left out: %1"));
-}
-
 /// The merged distances that have an end that is not known or, for `control`, those between two known points.
-std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& input, bool control,
-                                                       std::function<void()> const& poll) {
+std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control, detail::Poll const& poll) {
   detail::Effort effort(poll);
   std::vector<LineInfo> distances;
   if (!control && input.linesCount < 1) return distances;
@@ -115,144 +62,106 @@ std::vector<LineInfo> TraverseAdjust::collectDistances(AlgorithmData const& inpu
   return distances;
 }
 
-void TraverseAdjust::sizeArrays() {
-  auto const unknowns = index(unknownsCount());
-  pointNames = NameIndex();
-  stationNames.clear();
-  controlDistances.clear();
-  forgetResults();
-  stationPoint.assign(index(stationsCount), -1);
-  directionStart.assign(index(stationsCount) + 1, -1);
-  directionTarget.assign(index(directionsCount), -1);
-  directionValue.assign(index(directionsCount), 0.0);
-  directionV.assign(index(directionsCount), 0.0);
-  lineStart.assign(index(linesCount), -1);
-  lineEnd.assign(index(linesCount), -1);
-  lineValue.assign(index(linesCount), 0.0);
-  lineV.assign(index(linesCount), 0.0);
-  XY.assign(2 * index(pointsCount), 0.0);
-  X0Y0.assign(2 * index(pointsCount), 0.0);
-  dX.assign(unknowns, 0.0);
-  fittedPlaces.clear();
-  blockOrder.clear();
-  normals.reset();
+/// Known points first: they hold the numbers 0 to known - 1, on which the iteration relies.
+void numberPoints(PlaneEngine& engine, std::vector<PointInfo> const& knownPoints,
+                  std::vector<StationInfo> const& stations) {
+  engine.xy.assign(2 * index(engine.network.points), 0.0);
+  for (PointInfo const& point : knownPoints) {
+    detail::place(engine.xy, engine.names.numberOf(point.name), point.x, point.y);
+  }
+  for (StationInfo const& station : stations) {
+    engine.network.stationPoint.push_back(engine.names.numberOf(station.name));
+  }
+  engine.network.known = static_cast<int>(knownPoints.size());
+  engine.holdingWeights.assign(knownPoints.size(), PlaneEngine::kFixedWeight);
 }
 
-void TraverseAdjust::forgetResults() {
+/// @param seconds  standard error of each.
+void readDirections(PlaneEngine& engine, std::vector<StationInfo> const& stations, double seconds) {
+  detail::Effort effort(engine.poll);
+  NumberedNetwork& network = engine.network;
+  double const error = std::max(seconds, kSmallestSeconds) / kSecondsPerRadian;
+  network.directionStart = {0};
+  int number = 0;
+  for (StationInfo const& station : stations) {
+    if (station.directions.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
+    for (LineInfo const& direction : station.directions) {
+      effort.step();
+      network.directions.push_back({number, engine.names.numberOf(direction.end_name), direction.value, error});
+    }
+    network.directionStart.push_back(static_cast<int>(network.directions.size()));
+    ++number;
+  }
+  network.directionError = error;
+  engine.directionWeights.assign(network.directions.size(), 1.0 / (seconds * seconds));
+}
+
+}  // namespace
+
+/// The mean of a merged distance.
+NumberedNetwork::Line TraverseAdjust::Impl::numbered(LineInfo const& line) {
+  int const start = engine.names.numberOf(line.start_name);
+  double const value = line.value / line.count;
+  double const error = std::max(lineFixedError, kSmallestDistanceError) + lineProportionError * value;
+  return {start, engine.names.numberOf(line.end_name), value, error};
+}
+
+void TraverseAdjust::Impl::readDistances(std::vector<LineInfo> const& distances) {
+  detail::Effort effort(engine.poll);
+  engine.network.lines.reserve(distances.size());
+  engine.lineWeights.clear();
+  for (LineInfo const& line : distances) {
+    effort.step();
+    engine.network.lines.push_back(numbered(line));
+    // Always the sum of the two parts, whatever the form in which residuals are judged.
+    double const m = lineFixedError + lineProportionError * engine.network.lines.back().value;
+    engine.lineWeights.push_back(1.0 / (m * m + kSmallestVariance));
+  }
+  engine.network.distanceFixed = std::max(lineFixedError, kSmallestDistanceError);
+  engine.network.distanceProportion = lineProportionError;
+}
+
+double TraverseAdjust::Impl::distanceVariance(double s) const {
+  double const m = lineCalculateExpression ? lineFixedError + lineProportionError * s
+                                           : std::hypot(lineFixedError, lineProportionError * s);
+  return m * m;
+}
+
+void TraverseAdjust::Impl::forgetResults() {
   hasRedundancy = true;
-  iterations = 0;
   errorEllipses = ErrorEllipseManage();
   directionResults.clear();
   lineErrorInfos.clear();
   directionLineErrors.clear();
-  unplacedPoints.clear();
-  suspects.clear();
-  looseMotions.clear();
-  coincidentPoints.clear();
   for (std::vector<double>* list : {&mx, &my, &mp, &lineErrors}) list->clear();
 }
 
-// Known points first: they hold the numbers 0 to knPointsCount - 1, on which the iteration relies.
-void TraverseAdjust::numberPoints(std::vector<PointInfo> const& knownPoints, std::vector<StationInfo> const& stations) {
-  for (PointInfo const& point : knownPoints) place(getPointNumber(point.name), {point.x, point.y});
-  for (std::size_t i = 0; i < stations.size(); ++i) {
-    stationPoint.at(i) = getPointNumber(stations[i].name);
-    stationNames.push_back(stations[i].name);
+void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
+  Impl& state = ready();
+  PlaneEngine& engine = state.engine;
+  NameIndex const observed = observedNames(input, engine.poll);
+  std::vector<PointInfo> const knownPoints = observedKnownPoints(input, observed);
+  if (input.azimuthCount != 0) throw AlgorithmException(AlgorithmException::DataError, "Data error");
+  if (index(input.pointsCount) == knownPoints.size()) {
+    throw AlgorithmException(AlgorithmException::AllStationKnown, std::string());
   }
-}
+  if (!countsFit(input, observed)) throw AlgorithmException(AlgorithmException::DataError, "Data error");
 
-void TraverseAdjust::readDirections(std::vector<StationInfo> const& stations) {
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  int next = 0;
-  directionStart[0] = 0;
-  for (std::size_t i = 0; i < stations.size(); ++i) {
-    StationInfo const& station = stations[i];
-    if (station.directions.empty()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
-    for (LineInfo const& direction : station.directions) {
-      effort.step();
-      directionTarget.at(index(next)) = getPointNumber(direction.end_name);
-      directionValue.at(index(next)) = direction.value;
-      ++next;
-    }
-    directionStart.at(i + 1) = next;
+  std::vector<LineInfo> const distances = collectDistances(input, false, engine.poll);
+  state.forgetResults();
+  engine.network = NumberedNetwork();
+  engine.network.points = input.pointsCount;
+  engine.names = NameIndex();
+  numberPoints(engine, knownPoints, input.stations);
+  readDirections(engine, input.stations, state.angleError);
+  state.readDistances(distances);
+  engine.controlLines.clear();
+  for (LineInfo const& line : collectDistances(input, true, engine.poll)) {
+    engine.controlLines.push_back(state.numbered(line));
   }
-}
-
-void TraverseAdjust::readDistances(std::vector<LineInfo> const& distances) {
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  for (std::size_t e = 0; e < distances.size(); ++e) {
-    effort.step();
-    LineInfo const& line = distances[e];
-    bool const isSameStation = e > 0 && distances[e - 1].start_name == line.start_name;
-    lineStart[e] = isSameStation ? lineStart[e - 1] : getPointNumber(line.start_name);
-    lineEnd[e] = getPointNumber(line.end_name);
-    lineValue[e] = line.value / line.count;
-  }
-}
-
-void TraverseAdjust::readControlDistances(std::vector<LineInfo> const& distances) {
-  for (LineInfo const& line : distances) {
-    controlDistances.push_back(
-        {getPointNumber(line.start_name), getPointNumber(line.end_name), line.value / line.count});
-  }
-}
-
-void TraverseAdjust::indexObservations() {
-  stationsAt.assign(index(pointsCount), {});
-  stationsSighting.assign(index(pointsCount), {});
-  std::vector<std::size_t> sightings(index(pointsCount), 0);
-  for (int const target : directionTarget) ++sightings[index(target)];
-  for (std::size_t i = 0; i < sightings.size(); ++i) stationsSighting[i].reserve(sightings[i]);
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  std::vector<int> stationOf;
-  stationOf.reserve(directionTarget.size());
-  for (int s = 0; s < stationsCount; ++s) {
-    stationsAt[index(stationPoint[index(s)])].push_back(s);
-    for (int d = directionStart[index(s)]; d < directionStart[index(s) + 1]; ++d) {
-      effort.step();
-      stationsSighting[index(directionTarget[index(d)])].push_back(s);
-      stationOf.push_back(s);
-    }
-  }
-  directionsOf = std::make_shared<detail::PairTable>(stationsCount, stationOf, directionTarget, poll);
-  std::vector<int> smaller(lineStart.size());
-  std::vector<int> larger(lineStart.size());
-  for (std::size_t e = 0; e < lineStart.size(); ++e) {
-    std::tie(smaller[e], larger[e]) = std::minmax(lineStart[e], lineEnd[e]);
-  }
-  linesOf = std::make_shared<detail::PairTable>(pointsCount, smaller, larger, poll);
-}
-
-int TraverseAdjust::lastDirection(int station, int target) const { return directionsOf->lastOf(station, target); }
-
-double TraverseAdjust::getLine(int i, int j) const {
-  int const line = linesOf->firstOf(std::min(i, j), std::max(i, j));
-  return line < 0 ? kMissing : lineValue[index(line)];
-}
-
-double TraverseAdjust::getAzimuth(int i, int j) const {
-  for (std::size_t e = 0; e < azimuthValue.size(); ++e) {
-    if (azimuthStart[e] == i && azimuthEnd[e] == j) return azimuthValue[e];
-    if (azimuthStart[e] == j && azimuthEnd[e] == i) {
-      double const reversed = azimuthValue[e] + m_PI;
-      return reversed > 2.0 * m_PI ? reversed - 2.0 * m_PI : reversed;
-    }
-  }
-  return kMissing;
-}
-
-double TraverseAdjust::getAngle(int point, int i, int j) const {
-  for (int const s : stationsAt[index(point)]) {
-    int const toI = lastDirection(s, i);
-    int const toJ = lastDirection(s, j);
-    if (toI < 0 || toJ < 0) continue;
-    double const angle = directionValue[index(toJ)] - directionValue[index(toI)];
-    return angle < 0.0 ? angle + 2.0 * m_PI : angle;
-  }
-  return -1.0;
+  engine.prepare();
+  detail::warnOfUnobserved(input.knPoints, observed,
+                           System::tr("Known points without an observation are left out: %1"));
 }
 
 }  // namespace kvn

@@ -1,6 +1,6 @@
 // Precision results: unit weight error, point errors, ellipses, errors of directions and distances.
 #include "adjust/CommonFunction.h"
-#include "adjust/TraverseAdjust.h"
+#include "adjust/engine/TraverseAdjustImpl.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
@@ -17,7 +17,14 @@ constexpr double kNoEllipse = 1e-8;
 // A covariance below this counts as zero; square metres.
 constexpr double kNoCovariance = 1e-14;
 
+// Below this in size a cofactor counts as zero.
+constexpr double kNoCofactor = 1e-8;
+
 using detail::index;
+using detail::NumberedNetwork;
+using detail::PlaneEngine;
+
+double thresholded(double cofactor) { return std::abs(cofactor) < kNoCofactor ? 0.0 : cofactor; }
 
 /// Root of a variance factor, which rounding may have pushed below zero.
 double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
@@ -49,125 +56,126 @@ void TraverseAdjust::calculateResults() {
   calculateErrorEllipse();
 }
 
-/// Observations minus unknowns. The coordinates of known points do not count, although they stand in the matrix.
-int TraverseAdjust::redundancy() const {
-  int const observations = directionsCount + linesCount + azimuthCount;
-  return observations - (stationsCount + 2 * (pointsCount - knPointsCount));
-}
-
-void TraverseAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
-
-int TraverseAdjust::countedControlDistances() const {
-  return countControlDistances ? static_cast<int>(controlDistances.size()) : 0;
-}
-
 void TraverseAdjust::calculateUnitError() {
-  pvv = calculateV();
-  if (!countControlDistances) controlDistances.clear();
+  Impl& state = ready();
+  double pvv = calculateV();
   double a[4];
   int at[4];
-  for (ControlDistance const& line : controlDistances) {
+  for (NumberedNetwork::Line const& line : state.judgedControlLines()) {
     double const v = calculateCD(line.start, line.end, a, at) - line.value;
-    pvv += v * v / distanceVariance(line.value);
+    pvv += v * v / state.distanceVariance(line.value);
   }
+  state.pvv = pvv;
   // A-priori errors of 0 weigh a residual without bound.
   if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
-  int const excess = redundancy() + countedControlDistances();
-  hasRedundancy = excess != 0;
-  if (hasRedundancy) unitError = std::sqrt(pvv / excess);
+  int const excess = state.redundancy();
+  state.hasRedundancy = excess != 0;
+  if (state.hasRedundancy) state.unitError = std::sqrt(pvv / excess);
 }
 
 void TraverseAdjust::calculateMxMy() {
-  if (!hasRedundancy) return;
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  for (int i = 0; i < pointsCount; ++i) {
+  Impl& state = ready();
+  if (!state.hasRedundancy) return;
+  state.engine.needInverse();
+  detail::Effort effort(state.engine.poll);
+  for (int i = 0; i < state.pointsCount(); ++i) {
     effort.step();
-    mx.push_back(std::sqrt(inverse(2 * i, 2 * i)) * unitError);
-    my.push_back(std::sqrt(inverse(2 * i + 1, 2 * i + 1)) * unitError);
-    mp.push_back(std::hypot(mx.back(), my.back()));
+    state.mx.push_back(std::sqrt(state.engine.inverse(2 * i, 2 * i)) * state.unitError);
+    state.my.push_back(std::sqrt(state.engine.inverse(2 * i + 1, 2 * i + 1)) * state.unitError);
+    state.mp.push_back(std::hypot(state.mx.back(), state.my.back()));
   }
 }
 
 void TraverseAdjust::calculateErrorEllipse() {
-  errorEllipses.isValid = hasRedundancy;
-  if (!hasRedundancy) return;
-  double const m2 = unitError * unitError;
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  for (int i = 0; i < pointsCount; ++i) {
+  Impl& state = ready();
+  PlaneEngine& engine = state.engine;
+  state.errorEllipses.isValid = state.hasRedundancy;
+  if (!state.hasRedundancy) return;
+  engine.needInverse();
+  double const m2 = state.unitError * state.unitError;
+  detail::Effort effort(engine.poll);
+  for (int i = 0; i < state.pointsCount(); ++i) {
     effort.step();
-    double const qxx = inverse(2 * i, 2 * i) * m2;
-    double const qyy = inverse(2 * i + 1, 2 * i + 1) * m2;
-    double const qxy = inverse(2 * i, 2 * i + 1) * m2;
+    double const qxx = engine.inverse(2 * i, 2 * i) * m2;
+    double const qyy = engine.inverse(2 * i + 1, 2 * i + 1) * m2;
+    double const qxy = engine.inverse(2 * i, 2 * i + 1) * m2;
     if (std::sqrt(qxx + qyy) < kNoEllipse) continue;
-    errorEllipses.ellipseList.push_back(ellipseOf(pointNames.names()[index(i)], qxx, qyy, qxy));
+    state.errorEllipses.ellipseList.push_back(ellipseOf(engine.nameOf(i), qxx, qyy, qxy));
   }
 }
 
 void TraverseAdjust::calculateDirectionResult() {
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
+  Impl& state = ready();
+  PlaneEngine& engine = state.engine;
+  engine.needInverse();
+  NumberedNetwork const& network = engine.network;
+  detail::Effort effort(engine.poll);
   double a[4];
   int at[4];
-  for (int i = 0; i < stationsCount; ++i) {
-    int const k = stationPoint[index(i)];
+  for (int s = 0; s < network.stations(); ++s) {
+    int const k = network.pointOf(s);
     DirectionResult result;
     std::vector<double> lineErrorsHere;
-    result.stationName = pointNames.names()[index(k)];
-    result.azimuthErrorValid = hasRedundancy;
-    result.distanceErrorValid = hasRedundancy;
-    for (int d = directionStart[index(i)]; d < directionStart[index(i) + 1]; ++d) {
+    result.stationName = engine.nameOf(k);
+    result.azimuthErrorValid = state.hasRedundancy;
+    result.distanceErrorValid = state.hasRedundancy;
+    for (int d = network.firstDirection(s); d < network.endDirection(s); ++d) {
       effort.step();
-      int const target = directionTarget[index(d)];
-      if (target < 0) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
-      result.targetNames.push_back(pointNames.names()[index(target)]);
-      result.observedDirections.push_back(rad_dms(directionValue[index(d)]));
-      result.residuals.push_back(directionV[index(d)]);
+      int const target = network.direction(d).target;
+      result.targetNames.push_back(engine.nameOf(target));
+      result.observedDirections.push_back(rad_dms(network.direction(d).value));
+      result.residuals.push_back(engine.directionResiduals[index(d)]);
       result.adjustedAzimuths.push_back(rad_dms(calculateAB(k, target, a, at)));
-      if (hasRedundancy) result.azimuthErrors.push_back(rootOf(calculateQQ(a, at)) * unitError);
+      if (state.hasRedundancy) {
+        result.azimuthErrors.push_back(rootOf(thresholded(engine.cofactor(a, at, 4))) * state.unitError);
+      }
       result.distances.push_back(calculateCD(k, target, a, at));
-      if (!hasRedundancy) continue;
-      result.distanceErrors.push_back(rootOf(calculateQQ(a, at)) * unitError);
-      lineErrorsHere.push_back(rootOf(cofactor(a, at)) * unitError);
+      if (!state.hasRedundancy) continue;
+      double const q = engine.cofactor(a, at, 4);
+      result.distanceErrors.push_back(rootOf(thresholded(q)) * state.unitError);
+      lineErrorsHere.push_back(rootOf(q) * state.unitError);
     }
-    directionResults.push_back(std::move(result));
-    directionLineErrors.push_back(std::move(lineErrorsHere));
+    state.directionResults.push_back(std::move(result));
+    state.directionLineErrors.push_back(std::move(lineErrorsHere));
   }
 }
 
 void TraverseAdjust::calculateLineErrorInfo() {
-  detail::Poll const poll = cancelPoll();
-  detail::Effort effort(poll);
-  for (std::size_t e = 0; e < lineValue.size(); ++e) {
+  Impl& state = ready();
+  PlaneEngine& engine = state.engine;
+  engine.needInverse();
+  detail::Effort effort(engine.poll);
+  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
     effort.step();
-    lineErrorInfos.push_back(lineResult(lineStart[e], lineEnd[e], lineValue[e], lineV[e]));
+    NumberedNetwork::Line const& line = engine.network.lines[e];
+    state.lineErrorInfos.push_back(lineResult(line.start, line.end, line.value, engine.lineResiduals[e]));
   }
   double a[4];
   int at[4];
-  for (ControlDistance const& line : controlDistances) {
+  for (NumberedNetwork::Line const& line : state.judgedControlLines()) {
     double const residual = calculateCD(line.start, line.end, a, at) - line.value;
-    lineErrorInfos.push_back(lineResult(line.start, line.end, line.value, residual));
+    state.lineErrorInfos.push_back(lineResult(line.start, line.end, line.value, residual));
   }
 }
 
 LineErrorInfo TraverseAdjust::lineResult(int i, int j, double observed, double residual) {
+  PlaneEngine const& engine = impl->engine;
   double a[4];
   int at[4];
   LineErrorInfo info;
-  info.start_name = pointNames.names()[index(i)];
-  info.end_name = pointNames.names()[index(j)];
+  info.start_name = engine.nameOf(i);
+  info.end_name = engine.nameOf(j);
   info.observedDistance = observed;
   info.residual = residual;
   info.azimuth = calculateAB(i, j, a, at);
   info.azimuthDms = CommonFunction::radToDms(info.azimuth);
-  info.azimuthErrorValid = hasRedundancy;
-  if (hasRedundancy) info.azimuthError = rootOf(calculateQQ(a, at)) * unitError;
+  info.azimuthErrorValid = info.distanceErrorValid = impl->hasRedundancy;
+  if (impl->hasRedundancy) info.azimuthError = rootOf(thresholded(engine.cofactor(a, at, 4))) * impl->unitError;
   info.adjustedDistance = calculateCD(i, j, a, at);
-  info.distanceErrorValid = hasRedundancy;
-  if (hasRedundancy) {
-    info.distanceError = rootOf(calculateQQ(a, at)) * unitError;
-    lineErrors.push_back(rootOf(cofactor(a, at)) * unitError);
+  if (impl->hasRedundancy) {
+    double const q = engine.cofactor(a, at, 4);
+    info.distanceError = rootOf(thresholded(q)) * impl->unitError;
+    impl->lineErrors.push_back(rootOf(q) * impl->unitError);
   }
   return info;
 }
@@ -193,57 +201,58 @@ double TraverseAdjust::rad_dms(double radians) {
   return seconds < 0.0 ? -result : result;
 }
 
-PointInfo TraverseAdjust::pointOf(int number, std::vector<double> const& coordinates) const {
+PointInfo TraverseAdjust::Impl::pointOf(int number, std::vector<double> const& coordinates) const {
   PointInfo point;
-  point.name = pointNames.names()[index(number)];
+  point.name = engine.nameOf(number);
   point.x = coordinates[2 * index(number)];
   point.y = coordinates[2 * index(number) + 1];
   return point;
 }
 
-std::vector<PointInfo> TraverseAdjust::pointsOf(std::vector<double> const& coordinates) const {
+std::vector<PointInfo> TraverseAdjust::Impl::pointsOf(std::vector<double> const& coordinates) const {
   std::vector<PointInfo> points;
-  points.reserve(index(pointsCount));
-  for (int i = 0; i < pointsCount; ++i) points.push_back(pointOf(i, coordinates));
+  points.reserve(index(pointsCount()));
+  for (int i = 0; i < pointsCount(); ++i) points.push_back(pointOf(i, coordinates));
   return points;
 }
 
-std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const { return pointsOf(X0Y0); }
-std::vector<PointInfo> TraverseAdjust::getPoints() const { return pointsOf(XY); }
+std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const { return impl->pointsOf(impl->engine.x0y0); }
+std::vector<PointInfo> TraverseAdjust::getPoints() const { return impl->pointsOf(impl->engine.xy); }
 
 std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   std::vector<PointErrorInfo> points;
-  points.reserve(index(pointsCount));
-  for (int i = 0; i < pointsCount; ++i) {
+  points.reserve(index(impl->pointsCount()));
+  for (int i = 0; i < impl->pointsCount(); ++i) {
     PointErrorInfo point;
-    static_cast<PointInfo&>(point) = pointOf(i, XY);
-    bool const hasErrors = hasRedundancy && !mx.empty();
+    static_cast<PointInfo&>(point) = impl->pointOf(i, impl->engine.xy);
+    bool const hasErrors = impl->hasRedundancy && !impl->mx.empty();
     point.mxValid = point.myValid = point.mpValid = hasErrors;
     if (hasErrors) {
-      point.mx = mx[index(i)];
-      point.my = my[index(i)];
-      point.mp = mp[index(i)];
+      point.mx = impl->mx[index(i)];
+      point.my = impl->my[index(i)];
+      point.mp = impl->mp[index(i)];
     }
     points.push_back(std::move(point));
   }
   return points;
 }
 
-std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const { return lineErrorInfos; }
-ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return errorEllipses; }
-std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return directionResults; }
+std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const { return impl->lineErrorInfos; }
+ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return impl->errorEllipses; }
+std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return impl->directionResults; }
 
 std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
+  NumberedNetwork const& network = impl->engine.network;
   std::vector<TraverseInfo> stations;
-  stations.reserve(index(stationsCount));
-  for (int i = 0; i < stationsCount; ++i) {
+  stations.reserve(index(network.stations()));
+  for (int s = 0; s < network.stations(); ++s) {
     TraverseInfo station;
-    station.stationPoint = pointOf(stationPoint[index(i)], XY);
-    int const first = directionStart[index(i)];
-    station.backPoint = pointOf(directionTarget[index(first)], XY);
-    station.forePoints.reserve(index(directionStart[index(i) + 1] - first - 1));
-    for (int d = first + 1; d < directionStart[index(i) + 1]; ++d) {
-      station.forePoints.push_back(pointOf(directionTarget[index(d)], XY));
+    station.stationPoint = impl->pointOf(network.pointOf(s), impl->engine.xy);
+    int const first = network.firstDirection(s);
+    station.backPoint = impl->pointOf(network.direction(first).target, impl->engine.xy);
+    station.forePoints.reserve(index(network.endDirection(s) - first - 1));
+    for (int d = first + 1; d < network.endDirection(s); ++d) {
+      station.forePoints.push_back(impl->pointOf(network.direction(d).target, impl->engine.xy));
     }
     stations.push_back(std::move(station));
   }
@@ -251,18 +260,19 @@ std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
 }
 
 AdjustSummary TraverseAdjust::getSummary() const {
+  NumberedNetwork const& network = impl->engine.network;
   AdjustSummary summary;
-  summary.hasRedundancy = hasRedundancy;
-  summary.unitError = hasRedundancy ? unitError : std::numeric_limits<double>::quiet_NaN();
-  summary.redundancy = redundancy() + countedControlDistances();
-  summary.iterations = iterations;
-  summary.points = pointsCount;
-  summary.knownPoints = knPointsCount;
-  summary.stations = stationsCount;
-  summary.directions = directionsCount;
-  summary.distances = linesCount + countedControlDistances();
-  summary.distanceErrors = lineErrors;
-  summary.directionDistanceErrors = directionLineErrors;
+  summary.hasRedundancy = impl->hasRedundancy;
+  summary.unitError = impl->hasRedundancy ? impl->unitError : std::numeric_limits<double>::quiet_NaN();
+  summary.redundancy = impl->redundancy();
+  summary.iterations = impl->engine.iterations;
+  summary.points = network.points;
+  summary.knownPoints = network.known;
+  summary.stations = network.stations();
+  summary.directions = static_cast<int>(network.directions.size());
+  summary.distances = static_cast<int>(network.lines.size()) + impl->countedControlDistances();
+  summary.distanceErrors = impl->lineErrors;
+  summary.directionDistanceErrors = impl->directionLineErrors;
   return summary;
 }
 

@@ -12,7 +12,7 @@ foreach(folder records core formats reduction adjust map legend commands)
     continue()
   endif()
   install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
-    FILES_MATCHING PATTERN "*.h" REGEX "/(detail|linalg|plane|start|input|traverse|heights)$" EXCLUDE
+    FILES_MATCHING PATTERN "*.h" REGEX "/(detail|engine|linalg|plane|start|input|traverse|heights)$" EXCLUDE
     PATTERN "ListIndex.h" EXCLUDE)
 endforeach()
 foreach(layer coord utils mvz)

@@ -8,7 +8,6 @@ set(alone_in_library
   adjust/AlgorithmData.cpp
   adjust/ConnectTraverse.cpp
   adjust/OpenTraverse.cpp
-  adjust/TraverseAdjustIteration.cpp
   adjust/start/BodySolver.cpp
   adjust/input/FaceMeans.cpp
   adjust/plane/GrossErrors.cpp

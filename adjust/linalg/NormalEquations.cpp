@@ -20,6 +20,8 @@ class FullNormals : public NormalEquations {
   FullNormals(int unknowns, Soundness limits)
       : NormalEquations(index(unknowns)), n(index(unknowns)), soundness(limits), packed(n * (n + 1) / 2, 0.0) {}
 
+  std::unique_ptr<NormalEquations> clone() const override { return std::make_unique<FullNormals>(*this); }
+
   void clear() override {
     std::fill(packed.begin(), packed.end(), 0.0);
     std::fill(right.begin(), right.end(), 0.0);
@@ -39,17 +41,17 @@ class FullNormals : public NormalEquations {
     return true;
   }
 
-  /// Q w, each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
-  std::vector<double> solution(Poll const&) const override {
+  /// Each row of the packed triangle read once: it serves as the row and as the column of the square matrix.
+  std::vector<double> solved(std::vector<double> b, Poll const&) const override {
     std::vector<double> x(n, 0.0);
     double const* q = packed.data();
     for (std::size_t r = 0; r < n; ++r) {
       double sum = 0.0;
       for (std::size_t c = 0; c < r; ++c) {
-        sum += q[c] * right[c];
-        x[c] += q[c] * right[r];
+        sum += q[c] * b[c];
+        x[c] += q[c] * b[r];
       }
-      x[r] += sum + q[r] * right[r];
+      x[r] += sum + q[r] * b[r];
       q += r + 1;
     }
     return x;
@@ -69,6 +71,8 @@ class SparseSystem : public NormalEquations {
   SparseSystem(Pattern const& pattern, Soundness limits, Poll const& poll)
       : SparseSystem(sparse::SparseCholesky(pattern.blockSizes, pattern.cliques, pattern.blockOrder, poll), limits) {}
 
+  std::unique_ptr<NormalEquations> clone() const override { return std::make_unique<SparseSystem>(*this); }
+
   void clear() override {
     cholesky.clear();
     std::fill(right.begin(), right.end(), 0.0);
@@ -82,11 +86,12 @@ class SparseSystem : public NormalEquations {
     return cholesky.factor({least, 1.0 / soundness.lostPivot}, poll);
   }
 
-  std::vector<double> solution(Poll const& poll) const override {
-    std::vector<double> x = right;
-    cholesky.solve(x, poll);
-    return x;
+  std::vector<double> solved(std::vector<double> b, Poll const& poll) const override {
+    cholesky.solve(b, poll);
+    return b;
   }
+
+  void block(int const* at, int count, double* q) const override { cholesky.block(at, count, q); }
 
   bool invert(Poll const& poll) override {
     cholesky.invert(poll);
@@ -108,6 +113,16 @@ class SparseSystem : public NormalEquations {
 
   double cofactor(double const* a, int const* at, int count) const override { return cholesky.cofactor(a, at, count); }
 
+  double anyCofactor(double const* a, int const* at, int count) const override {
+    if (cholesky.holdsAll(at, count)) return cholesky.cofactor(a, at, count);
+    std::vector<double> x(index(cholesky.unknowns()), 0.0);
+    for (int r = 0; r < count; ++r) x[index(at[r])] += a[r];
+    cholesky.solve(x);
+    double q = 0.0;
+    for (int r = 0; r < count; ++r) q += a[r] * x[index(at[r])];
+    return q;
+  }
+
  private:
   SparseSystem(sparse::SparseCholesky system, Soundness limits)
       : NormalEquations(index(system.unknowns())), soundness(limits), cholesky(std::move(system)) {}
@@ -124,6 +139,12 @@ void NormalEquations::addEquation(double const* a, int const* at, int count, dou
   for (int r = 0; r < count; ++r) {
     addRight(at[r], -p * a[r] * l);
     for (int c = 0; c <= r; ++c) add(at[r], at[c], p * a[r] * a[c]);
+  }
+}
+
+void NormalEquations::block(int const* at, int count, double* q) const {
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < count; ++c) q[r * count + c] = inverse(at[r], at[c]);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <utils/Export.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace kvn::detail {
@@ -31,6 +32,7 @@ class KELVANE_EXPORT NormalEquations {
   };
 
   virtual ~NormalEquations();
+  virtual std::unique_ptr<NormalEquations> clone() const = 0;
 
   virtual void clear() = 0;
   /// Adds to the element (i, j) of N, and with it to (j, i). Blocks of i and j must meet.
@@ -43,17 +45,45 @@ class KELVANE_EXPORT NormalEquations {
   /// False for a singular system.
   virtual bool factor(Poll const& poll) = 0;
   /// x, after `factor`.
-  virtual std::vector<double> solution(Poll const& poll = {}) const = 0;
+  std::vector<double> solution(Poll const& poll = {}) const { return solved(right, poll); }
+  /// Q b, after `factor`.
+  virtual std::vector<double> solved(std::vector<double> b, Poll const& poll = {}) const = 0;
   /// Makes `inverse` known. False for a system that turns out to be singular.
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.
   virtual double inverse(int i, int j) const = 0;
   /// Variance factor a Q a' of a function of `count` unknowns, whose numbers stand in `at` and whose blocks meet.
   virtual double cofactor(double const* a, int const* at, int count) const;
+  /// The same for blocks that need not meet: a system is solved where they do not.
+  virtual double anyCofactor(double const* a, int const* at, int count) const { return cofactor(a, at, count); }
+  /// The elements of Q of `count` unknowns whose blocks meet, row by row into q[count * count].
+  virtual void block(int const* at, int count, double* q) const;
 
  protected:
+  NormalEquations(NormalEquations const&) = default;
   explicit NormalEquations(std::size_t unknowns) : right(unknowns, 0.0) {}
   std::vector<double> right;
+};
+
+/// A system, or none, that is copied with its owner.
+class OwnedNormals {
+ public:
+  OwnedNormals() = default;
+  OwnedNormals(std::unique_ptr<NormalEquations> owned) : system(std::move(owned)) {}
+  OwnedNormals(OwnedNormals const& other) : system(other.system ? other.system->clone() : nullptr) {}
+  OwnedNormals(OwnedNormals&&) = default;
+  OwnedNormals& operator=(OwnedNormals other) {
+    system = std::move(other.system);
+    return *this;
+  }
+  ~OwnedNormals() = default;
+
+  explicit operator bool() const { return system != nullptr; }
+  NormalEquations* operator->() const { return system.get(); }
+  void reset() { system.reset(); }
+
+ private:
+  std::unique_ptr<NormalEquations> system;
 };
 
 /// The full matrix as a packed triangle: for small systems.

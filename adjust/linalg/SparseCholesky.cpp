@@ -110,6 +110,27 @@ SparseCholesky::Slot SparseCholesky::slot(int i, int j) const {
   return {start + index(offset + row - groupFirst[index(other)]), true};
 }
 
+SparseCholesky::SparseCholesky(SparseCholesky const& other)
+    : tree(other.tree),
+      placeOf(other.placeOf),
+      groupAt(other.groupAt),
+      groupFirst(other.groupFirst),
+      groupHeight(other.groupHeight),
+      valueStart(other.valueStart),
+      laterStart(other.laterStart),
+      laterGroups(other.laterGroups),
+      laterOffsets(other.laterOffsets),
+      values(other.values),
+      inverseValues(other.inverseValues),
+      least(other.least),
+      local(other.local),
+      triangle(other.triangle),
+      ratio(other.ratio) {
+  if (!other.l) return;
+  l = room(factorSize());
+  std::copy(other.l.get(), other.l.get() + factorSize(), l.get());
+}
+
 void SparseCholesky::clear() { std::fill(values.begin(), values.end(), 0.0); }
 
 void SparseCholesky::add(int i, int j, double value) {
@@ -404,12 +425,26 @@ double SparseCholesky::inverse(int i, int j) const {
   return place.exists ? inverseValues[place.at] : 0.0;
 }
 
+bool SparseCholesky::holdsAll(int const* at, int count) const {
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < r; ++c) {
+      if (!slot(at[r], at[c]).exists) return false;
+    }
+  }
+  return true;
+}
+
 double SparseCholesky::cofactor(double const* a, int const* at, int count) const {
   double q = 0.0;
   visitPairs(at, count, [&](int r, int c, std::size_t element) {
     q += (r == c ? 1.0 : 2.0) * a[r] * a[c] * inverseValues[element];
   });
   return q;
+}
+
+void SparseCholesky::block(int const* at, int count, double* q) const {
+  visitPairs(at, count,
+             [&](int r, int c, std::size_t element) { q[r * count + c] = q[c * count + r] = inverseValues[element]; });
 }
 
 }  // namespace kvn::sparse

@@ -26,6 +26,12 @@ class KELVANE_EXPORT SparseCholesky {
   SparseCholesky(std::vector<int> const& blockSizes, std::vector<Clique> const& cliques,
                  std::vector<int> const& blockOrder = {}, Poll const& poll = {});
 
+  SparseCholesky(SparseCholesky const& other);
+  SparseCholesky(SparseCholesky&&) = default;
+  SparseCholesky& operator=(SparseCholesky const&) = delete;
+  SparseCholesky& operator=(SparseCholesky&&) = default;
+  ~SparseCholesky() = default;
+
   int unknowns() const { return static_cast<int>(placeOf.size()); }
 
   /// All elements become 0.
@@ -59,8 +65,13 @@ class KELVANE_EXPORT SparseCholesky {
   void invert(Poll const& poll = {});
   /// Element (i, j) of the inverse after `invert`; 0 where no clique brings i and j together.
   double inverse(int i, int j) const;
-  /// a Q a' with the inverse Q.
+  /// Whether cliques bring each two of the unknowns together.
+  bool holdsAll(int const* at, int count) const;
+  /// a Q a' with the inverse Q, of unknowns that cliques bring together.
   double cofactor(double const* a, int const* at, int count) const;
+
+  /// The elements of the inverse of unknowns that cliques bring together, row by row into q[count * count].
+  void block(int const* at, int count, double* q) const;
 
   /// Elements of the factor, those that the fronts hold in vain included.
   std::size_t factorSize() const { return tree.factorStarts.back(); }

@@ -25,7 +25,7 @@ void addPoint(NumberedNetwork const& network, int point, Place factor, Equation&
 
 Equation directionEquation(NumberedNetwork const& network, NetworkState const& state,
                            NumberedNetwork::Direction const& d) {
-  Equation equation{{}, {}, 0, 0.0, network.directionError};
+  Equation equation{{}, {}, 0, 0.0, d.error};
   int const from = network.pointOf(d.station);
   Place const sight = state.places[index(d.target)] - state.places[index(from)];
   if (sight == Place()) return equation;
@@ -38,7 +38,7 @@ Equation directionEquation(NumberedNetwork const& network, NetworkState const& s
 }
 
 Equation lineEquation(NumberedNetwork const& network, NetworkState const& state, NumberedNetwork::Line const& line) {
-  Equation equation{{}, {}, 0, 0.0, network.distanceError(line.value)};
+  Equation equation{{}, {}, 0, 0.0, line.error};
   Place const between = state.places[index(line.end)] - state.places[index(line.start)];
   double const length = std::abs(between);
   if (length == 0.0) return equation;

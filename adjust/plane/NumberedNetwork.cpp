@@ -1,33 +1,35 @@
 #include "adjust/plane/NumberedNetwork.h"
 
 #include "adjust/CommonFunction.h"
-#include "adjust/linalg/Index.h"
 
 #include <cmath>
+#include <tuple>
 
 namespace kvn::detail {
 
 double foldedAngle(double angle) { return std::remainder(angle, 2.0 * CommonFunction::m_PI); }
 
-void NumberedNetwork::buildLookups() {
-  stationsOfPoint.assign(index(points), {});
-  directionsToPoint.assign(index(points), {});
-  linesOfPoint.assign(index(points), {});
-  for (int s = 0; s < stations(); ++s) stationsOfPoint[index(pointOf(s))].push_back(s);
+void NumberedNetwork::buildLookups(Poll const& poll) {
+  stationsOfPoint = NumberLists(points, stationPoint);
   std::vector<int> stationOf(directions.size());
   std::vector<int> targetOf(directions.size());
   for (std::size_t d = 0; d < directions.size(); ++d) {
     stationOf[d] = directions[d].station;
     targetOf[d] = directions[d].target;
-    directionsToPoint[index(targetOf[d])].push_back(static_cast<int>(d));
   }
-  directionsOf = PairTable(stations(), stationOf, targetOf);
-  for (int l = 0; l < static_cast<int>(lines.size()); ++l) {
-    linesOfPoint[index(line(l).start)].push_back(l);
-    linesOfPoint[index(line(l).end)].push_back(l);
+  directionsToPoint = NumberLists(points, targetOf);
+  directionsOf = PairTable(stations(), stationOf, targetOf, poll);
+  std::vector<int> ends;
+  std::vector<int> smaller(lines.size());
+  std::vector<int> larger(lines.size());
+  ends.reserve(2 * lines.size());
+  for (std::size_t l = 0; l < lines.size(); ++l) {
+    ends.push_back(lines[l].start);
+    ends.push_back(lines[l].end);
+    std::tie(smaller[l], larger[l]) = std::minmax(lines[l].start, lines[l].end);
   }
+  linesOfPoint = NumberLists(points, ends, 2);
+  linesOf = PairTable(points, smaller, larger, poll);
 }
-
-int NumberedNetwork::directionTo(int station, int target) const { return directionsOf.firstOf(station, target); }
 
 }  // namespace kvn::detail

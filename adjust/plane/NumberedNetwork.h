@@ -1,10 +1,13 @@
 // NumberedNetwork: the observations of a plane network by numbers, with look-ups in both ways.
 #pragma once
 
+#include "adjust/linalg/Poll.h"
+#include "adjust/plane/NumberLists.h"
 #include "adjust/plane/PairTable.h"
 
 #include <utils/Export.h>
 
+#include <algorithm>
 #include <complex>
 #include <cstddef>
 #include <vector>
@@ -25,13 +28,15 @@ inline Place polar(double distance, double azimuth) { return std::polar(distance
 struct KELVANE_EXPORT NumberedNetwork {
   struct Direction {
     int station;
-    int target;    ///< point number
-    double value;  ///< radians
+    int target;          ///< point number
+    double value;        ///< radians
+    double error = 1.0;  ///< a-priori standard error, radians, above 0
   };
   struct Line {
     int start;
     int end;
-    double value;  ///< metres
+    double value;        ///< metres
+    double error = 1.0;  ///< a-priori standard error, metres, above 0
   };
 
   int points = 0;
@@ -41,12 +46,13 @@ struct KELVANE_EXPORT NumberedNetwork {
   std::vector<Direction> directions;
   std::vector<Line> lines;
   std::vector<int> blockOrder;  ///< of elimination: points and, behind their number, stations; empty when not known
-  double directionError = 0.0;  ///< a-priori standard error of a direction, radians
-  double distanceFixed = 0.0;   ///< of a distance S: distanceFixed + distanceProportion S, metres
+  // What the search for a start allows for, where it has no observation of its own to ask.
+  double directionError = 0.0;  ///< usual standard error of a direction, radians
+  double distanceFixed = 0.0;   ///< usual standard error of a distance S: distanceFixed + distanceProportion S, metres
   double distanceProportion = 0.0;
 
   /// Fills the look-ups below.
-  void buildLookups();
+  void buildLookups(Poll const& poll = {});
 
   int stations() const { return static_cast<int>(stationPoint.size()); }
   int pointOf(int station) const { return stationPoint[static_cast<std::size_t>(station)]; }
@@ -57,17 +63,23 @@ struct KELVANE_EXPORT NumberedNetwork {
   int otherEnd(int l, int point) const { return line(l).start == point ? line(l).end : line(l).start; }
   double distanceError(double distance) const { return distanceFixed + distanceProportion * distance; }
 
-  std::vector<int> const& stationsAt(int point) const { return stationsOfPoint[static_cast<std::size_t>(point)]; }
-  std::vector<int> const& sightingsOf(int point) const { return directionsToPoint[static_cast<std::size_t>(point)]; }
-  std::vector<int> const& linesAt(int point) const { return linesOfPoint[static_cast<std::size_t>(point)]; }
-  /// The first direction from the station to the target, -1 for none.
-  int directionTo(int station, int target) const;
+  NumberLists::List stationsAt(int point) const { return stationsOfPoint.of(point); }
+  NumberLists::List sightingsOf(int point) const { return directionsToPoint.of(point); }
+  NumberLists::List linesAt(int point) const { return linesOfPoint.of(point); }
+  /// Station of a direction.
+  int stationOf(int d) const { return direction(d).station; }
+  /// The first and the last direction from the station to the target, -1 for none.
+  int directionTo(int station, int target) const { return directionsOf.firstOf(station, target); }
+  int lastDirectionTo(int station, int target) const { return directionsOf.lastOf(station, target); }
+  /// The first distance between two points in either order, -1 for none.
+  int lineBetween(int a, int b) const { return linesOf.firstOf(std::min(a, b), std::max(a, b)); }
 
  private:
-  std::vector<std::vector<int>> stationsOfPoint;
-  std::vector<std::vector<int>> directionsToPoint;
-  std::vector<std::vector<int>> linesOfPoint;
+  NumberLists stationsOfPoint;
+  NumberLists directionsToPoint;
+  NumberLists linesOfPoint;
   PairTable directionsOf;  // of (station, target)
+  PairTable linesOf;       // of two points, the smaller number first
 };
 
 }  // namespace kvn::detail

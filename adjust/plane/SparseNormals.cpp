@@ -1,29 +1,10 @@
 #include "adjust/plane/SparseNormals.h"
 
 #include "adjust/linalg/Index.h"
+#include "adjust/plane/NetworkBlocks.h"
 
 namespace kvn::detail {
 namespace {
-
-/// x and y of each point that is not known, and behind them the orientations.
-std::vector<int> blocksOf(NumberedNetwork const& network) {
-  std::vector<int> sizes(index(network.points - network.known), 2);
-  sizes.insert(sizes.end(), index(network.stations()), 1);
-  return sizes;
-}
-
-std::vector<sparse::Clique> cliquesOf(NumberedNetwork const& network) {
-  int const moving = network.points - network.known;
-  auto const blockOf = [&network](int point) { return point < network.known ? -1 : point - network.known; };
-  std::vector<sparse::Clique> cliques;
-  cliques.reserve(network.directions.size() + network.lines.size());
-  for (NumberedNetwork::Direction const& d : network.directions) {
-    cliques.push_back({blockOf(network.pointOf(d.station)), blockOf(d.target), moving + d.station});
-  }
-  for (NumberedNetwork::Line const& line : network.lines)
-    cliques.push_back({blockOf(line.start), blockOf(line.end), -1});
-  return cliques;
-}
 
 std::vector<int> orderOf(NumberedNetwork const& network) {
   std::vector<int> order;
@@ -36,7 +17,7 @@ std::vector<int> orderOf(NumberedNetwork const& network) {
 }  // namespace
 
 SparseNormals::SparseNormals(NumberedNetwork const& network, Poll const& poll)
-    : cholesky(blocksOf(network), cliquesOf(network), orderOf(network), poll) {}
+    : cholesky(blockSizesOf(network, network.known), cliquesOf(network, network.known), orderOf(network), poll) {}
 
 bool SparseNormals::factor(std::vector<Equation> const& equations, std::vector<double> const& weights, double ridge,
                            Poll const& poll) {

@@ -45,7 +45,8 @@ NumberedNetwork Frame::inside(std::vector<int>& stationsInside) const {
     auto const number = static_cast<int>(stationsInside.size());
     for (int d = net.firstDirection(station); d < net.endDirection(station); ++d) {
       if (!has(net.direction(d).target)) continue;
-      part.directions.push_back({number, numberOf[net.direction(d).target], net.direction(d).value});
+      NumberedNetwork::Direction const& seen = net.direction(d);
+      part.directions.push_back({number, numberOf[seen.target], seen.value, seen.error});
     }
     if (static_cast<int>(part.directions.size()) == part.directionStart.back()) continue;
     part.stationPoint.push_back(numberOf[net.pointOf(station)]);
@@ -56,7 +57,7 @@ NumberedNetwork Frame::inside(std::vector<int>& stationsInside) const {
     for (int const l : net.linesAt(point)) {
       int const other = net.otherEnd(l, point);
       if (scaled && net.line(l).start == point && has(other)) {
-        part.lines.push_back({numberOf[point], numberOf[other], net.line(l).value});
+        part.lines.push_back({numberOf[point], numberOf[other], net.line(l).value, net.line(l).error});
       }
     }
   }

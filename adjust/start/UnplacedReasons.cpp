@@ -80,8 +80,10 @@ class Reasons {
     rest.directions.reserve(net.directions.size());
     rest.lines.reserve(net.lines.size());
     for (int const point : net.stationPoint) rest.stationPoint.push_back(numberOf[index(point)]);
-    for (auto const& d : net.directions) rest.directions.push_back({d.station, numberOf[index(d.target)], d.value});
-    for (auto const& l : net.lines) rest.lines.push_back({numberOf[index(l.start)], numberOf[index(l.end)], l.value});
+    for (auto const& d : net.directions)
+      rest.directions.push_back({d.station, numberOf[index(d.target)], d.value, d.error});
+    for (auto const& l : net.lines)
+      rest.lines.push_back({numberOf[index(l.start)], numberOf[index(l.end)], l.value, l.error});
     rest.buildLookups();
     for (LooseGroup const& group : looseGroups(rest, orientedState(rest, placesFor(pointOf, rest.known)))) {
       for (int const number : group.points) isLoose[index(pointOf[index(number)])] = true;
