@@ -11,6 +11,8 @@
 #include "adjust/Matrix.h"
 #include "adjust/NameIndex.h"
 #include "adjust/OpenTraverse.h"
+#include "adjust/PlaneAdjustment.h"
+#include "adjust/PlaneNetwork.h"
 #include "adjust/SingleTraverse.h"
 #include "adjust/TraverseAdjust.h"
 #include "adjust/TraverseLines.h"

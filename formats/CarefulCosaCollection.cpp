@@ -1,6 +1,7 @@
 #include "formats/CarefulCosaCollection.h"
 
 #include "adjust/CommonFunction.h"
+#include "core/AlgorithmException.h"
 #include "core/DataException.h"
 #include "core/System.h"
 #include "formats/detail/CarefulText.h"
@@ -48,7 +49,7 @@ bool isReadableName(std::string const& name) {
 /// contradiction is told.
 class Joining {
  public:
-  explicit Joining(detail::CosaReading const& observations) : reading(observations) {}
+  Joining(detail::CosaReading const& observations, bool tells) : reading(observations), tellsRepeats(tells) {}
 
   void operator()(Observation& first, Observation const& later) const {
     if (!first.hasAngle && later.hasAngle) {
@@ -66,10 +67,11 @@ class Joining {
 
  private:
   void warnOfRepeat(QString const& text, Observation const& observation) const {
-    warn(text.arg(quoted(reading.stationOf(observation)), quoted(reading.targetOf(observation))));
+    if (tellsRepeats) warn(text.arg(quoted(reading.stationOf(observation)), quoted(reading.targetOf(observation))));
   }
 
   detail::CosaReading const& reading;
+  bool tellsRepeats;
 };
 
 bool holdsNothing(Observation const& observation) { return !observation.hasAngle && observation.distance == 0.0; }
@@ -123,8 +125,44 @@ void CarefulCosaCollection::read(std::istream& stream) {
     networkDataList = reading.lines();
     throw;
   }
-  reading.join(holdsNothing, Joining(reading));  // a line without an observation has been told
+  if (keepsObservations) takeObservations(reading);
+  reading.join(holdsNothing, Joining(reading, !keepsObservations));  // a line without an observation has been told
   networkDataList = reading.lines();
+}
+
+void CarefulCosaCollection::setKeepObservations(bool keep) { keepsObservations = keep; }
+PlaneNetwork const& CarefulCosaCollection::getObservations() const { return observed; }
+
+void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {
+  observed = PlaneNetwork();
+  NameIndex names;
+  auto const numberOf = [&](std::string_view name) {
+    int const number = names.numberOf(name);
+    if (number == static_cast<int>(observed.points.size())) observed.points.push_back({std::string(name)});
+    return number;
+  };
+  for (KnownPoint const& known : knownPointList) {
+    PlaneNetwork::Point& point = observed.points[static_cast<std::size_t>(numberOf(known.name))];
+    if (point.isKnown) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, known.name);
+    point.x = known.x;
+    point.y = known.y;
+    point.isKnown = true;
+  }
+  int block = -2;
+  for (Observation const& observation : reading.observations) {
+    if (holdsNothing(observation)) continue;
+    int const station = numberOf(reading.stationOf(observation));
+    int const target = numberOf(reading.targetOf(observation));
+    if (observation.block != block) observed.setUps.push_back({station, {observation.line, -1}});
+    block = observation.block;
+    PlaneNetwork::Origin const origin{observation.line, -1};
+    if (observation.hasAngle) {
+      auto const setUp = static_cast<int>(observed.setUps.size()) - 1;
+      observed.directions.push_back({setUp, target, observation.angle, 0.0, 2, origin});
+    } else {
+      observed.distances.push_back({station, target, observation.distance, 0.0, 1, origin});
+    }
+  }
 }
 
 void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading& reading) {
@@ -149,6 +187,7 @@ void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading&
 
 void CarefulCosaCollection::readLine(int number, std::string const& line, utils::Pieces const& fields,
                                      detail::CosaReading& reading) {
+  reading.beginLine(number);
   if (number == 1) {
     readHead(fields);
     checkNumbers(number, line, fields, 0);

@@ -1,6 +1,7 @@
 // CarefulCosaCollection: a COSA file read and written with a surveyor's care.
 #pragma once
 
+#include "adjust/PlaneNetwork.h"
 #include "formats/CosaCollection.h"
 
 #include <utils/Export.h>
@@ -30,6 +31,12 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
 
   /// @throws DataException with the number of the line for all that `CosaCollection::read` throws.
   void read(std::istream& stream) override;
+  /// Whether `read` fills `getObservations` too; off by default. Nothing is lost then, so that observations that are
+  /// given more than once are not told.
+  void setKeepObservations(bool keep);
+  /// Every observation of the file by itself, with the line that it stands on: each station line begins a set-up. The
+  /// observations have no errors yet; the head is in `getConfigure`.
+  PlaneNetwork const& getObservations() const;
   /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
   ///         none at all, for a number that is not finite, and for a negative distance.
   void write(std::ostream& stream) override;
@@ -38,6 +45,10 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void readLines(std::istream& stream, detail::CosaReading& reading);
   void readLine(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
   void requireReadable() const;
+  void takeObservations(detail::CosaReading const& reading);
+
+  bool keepsObservations = false;
+  PlaneNetwork observed;
 };
 
 }  // namespace kvn

@@ -23,6 +23,8 @@ class CosaReading {
     std::size_t targetAt = 0;
     std::uint32_t targetSize = 0;
     int station = 0;
+    int block = 0;          ///< number of the station line above it, from 0 on; -1 before the first one
+    int line = 0;           ///< of the file
     double angle = 0.0;     ///< radians
     double distance = 0.0;  ///< metres
     bool hasAngle = false;
@@ -31,13 +33,20 @@ class CosaReading {
   std::vector<Observation> observations;
 
   /// What follows belongs to this station; without any it belongs to one without a name.
-  void beginStation(std::string_view name) { station = stations.numberOf(name); }
+  void beginStation(std::string_view name) {
+    station = stations.numberOf(name);
+    ++block;
+  }
+  /// What is added from now on stands on this line of the file.
+  void beginLine(int number) { line = number; }
 
   Observation& add(std::string_view target) {
     Observation& observation = observations.emplace_back();
     observation.targetAt = targets.size();
     observation.targetSize = static_cast<std::uint32_t>(target.size());
     observation.station = station;
+    observation.block = block;
+    observation.line = line;
     targets += target;
     return observation;
   }
@@ -92,6 +101,8 @@ class CosaReading {
  private:
   NameIndex stations;
   int station = stations.numberOf({});
+  int block = -1;
+  int line = 0;
   std::string targets;
 };
 

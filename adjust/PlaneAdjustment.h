@@ -1,0 +1,147 @@
+// PlaneAdjustment: least-squares adjustment of a plane network in which every observation counts for itself.
+#pragma once
+
+#include "adjust/AdjustProgress.h"
+#include "adjust/PlaneNetwork.h"
+#include "records/NetworkFindings.h"
+
+#include <utils/Export.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kvn {
+
+/// How a network is adjusted and judged.
+struct PlaneSettings {
+  /// Standard errors of results: by the unit weight error of the adjustment, or by the a-priori one, 1.
+  enum class UnitWeight { APosteriori, APriori };
+
+  /// What the coordinates refer to: the known points, each with its own error, or the inner geometry alone. Of a free
+  /// network every point is unknown; the shifts of its known points from their given coordinates (of all points from
+  /// their approximate ones, where none is known) have no translation, no rotation and, without any distance, no change
+  /// of scale.
+  enum class Datum { Known, Free };
+
+  Datum datum = Datum::Known;
+  UnitWeight unitWeight = UnitWeight::APosteriori;
+  /// Standard error of each coordinate of instrument and target about their marks, metres: it adds 2 (centring / S)² to
+  /// the variance of a direction over the distance S, in square radians, and 2 centring² to that of a distance.
+  double centring = 0.0;
+  double confidence = 0.95;  ///< of the global test and the confidence ellipses, above 0 and below 1
+  int iterationLimit = 100;  ///< rounds
+  int sparseFrom = 200;      ///< unknowns from which on the normal equations are kept sparse
+};
+
+/// One adjusted observation. Angles in radians, lengths in metres, as in the network.
+struct PlaneObservation {
+  double adjusted = 0.0;
+  double residual = 0.0;  ///< adjusted minus observed
+  double error = 0.0;     ///< a-priori standard error, centring included
+  double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
+  double azimuthError = 0.0;
+  double length = 0.0;  ///< of the line, adjusted
+  double lengthError = 0.0;
+  double adjustedError = 0.0;  ///< standard error of the adjusted value; of a direction together with its orientation
+  /// From 0, where nothing checks the observation, to 1: the share of an error of it that shows in its residual.
+  double redundancy = 0.0;
+  /// residual / (unit weight error · a-priori error · √redundancy); NaN where nothing checks the observation.
+  double standardised = 0.0;
+  /// Size of the standardised residual over its critical value (error probability 0.1 %, two-sided; Pope's τ with the
+  /// a-posteriori unit weight error, Baarda's normal test with the a-priori one): above 1 is marked. NaN as before.
+  double test = 0.0;
+  /// Smallest gross error that the test finds with a power of 80 %: 4.13 a-priori error / √redundancy (Baarda 1968);
+  /// NaN as before.
+  double detectable = 0.0;
+  /// What a gross error of that size moves a coordinate of one of its two points by, the largest; metres; NaN as
+  /// before.
+  double effect = 0.0;
+  /// What the observation seems to be too large by, -residual / redundancy; NaN unless it is marked.
+  double gross = 0.0;
+};
+
+struct PlanePoint {
+  double x = 0.0;
+  double y = 0.0;
+  double mx = 0.0;  ///< standard errors, metres
+  double my = 0.0;
+  double mp = 0.0;         ///< root of mx² + my²
+  double semiMajor = 0.0;  ///< of the standard error ellipse, metres
+  double semiMinor = 0.0;
+  double bearing = 0.0;    ///< azimuth of the major axis, radians, 0 to π
+  bool isChecked = false;  ///< false where a gross error of some observation moves it and shows nowhere
+};
+
+/// What `PlaneAdjustment` gives. Lists run parallel to those of the network.
+struct PlaneResult {
+  int redundancy = 0;
+  int iterations = 0;
+  bool hasRedundancy = false;  ///< without any there is no unit weight error, and errors are NaN unless a-priori
+  double unitError = 0.0;      ///< 1 when the observations were as good as told; NaN without redundancy
+
+  /// The unit weight error lies between these with the probability `confidence` when the a-priori errors are right
+  /// (two-sided chi-square test); NaN without redundancy.
+  double lowerBound = 0.0;
+  double upperBound = 0.0;
+  bool isPassed = true;
+
+  double directionUnitError = 0.0;  ///< √(Σ (v/σ)² / Σ r) over the directions; NaN where nothing checks them
+  double distanceUnitError = 0.0;
+  double criticalValue = 0.0;  ///< of the size of a standardised residual; NaN where there is none
+  /// Confidence ellipses are the standard ones times this.
+  double confidenceFactor = 0.0;
+
+  std::vector<PlanePoint> points;
+  std::vector<double> orientations;       ///< of each set-up: azimuth of the circle's zero, radians, 0 to 2π
+  std::vector<double> orientationErrors;  ///< radians
+  std::vector<PlaneObservation> directions;
+  std::vector<PlaneObservation> distances;
+  /// Coordinates from which the iteration began, x and y of each point.
+  std::vector<std::pair<double, double>> approximate;
+};
+
+/// Unknowns are x and y of every point and the orientation of every set-up; minimised is the sum of (residual /
+/// standard error)² over directions, distances and given coordinates of known points that are not fixed. Singular when
+/// points can move without an observation feeling it.
+///
+///     PlaneAdjustment adjustment(network);
+///     PlaneResult const& result = adjustment.adjust();
+class KELVANE_EXPORT PlaneAdjustment {
+ public:
+  explicit PlaneAdjustment(PlaneNetwork network, PlaneSettings settings = {});
+  PlaneAdjustment(PlaneAdjustment const&) = delete;
+  PlaneAdjustment& operator=(PlaneAdjustment const&) = delete;
+  PlaneAdjustment(PlaneAdjustment&&) noexcept;
+  PlaneAdjustment& operator=(PlaneAdjustment&&) noexcept;
+  ~PlaneAdjustment();
+
+  /// Asked again and again in long work; true ends it with `QLogicError` "User Cancel".
+  void setCancelCall(std::function<bool()> call);
+  void setProgressCall(AdjustProgressCall call);
+  /// Whether findings are told as messages when they come up; on by default.
+  void setTellFindings(bool tell);
+
+  /// Ends when no coordinate moves by more than 0.01 mm in a round.
+  ///
+  /// @throws AlgorithmException DataError for a record whose numbers do not fit together (an observation of a point to
+  ///         itself, an error that is not above 0, a value that is not finite); KnownPointNotEnough for points that
+  ///         cannot be placed, `unplacedPoints` has them; DataError "Calculate failed" for a singular system,
+  ///         `looseMotions` has what can move. std::exception when the iteration does not settle.
+  PlaneResult const& adjust();
+  PlaneResult const& result() const;  ///< of the last `adjust`
+  PlaneNetwork const& network() const;
+
+  std::vector<UnplacedPoint> const& unplacedPoints() const;
+  std::vector<SuspectObservation> const& suspects() const;
+  std::vector<LooseMotion> const& looseMotions() const;
+  std::vector<std::pair<std::string, std::string>> const& coincidentPoints() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl;
+};
+
+}  // namespace kvn

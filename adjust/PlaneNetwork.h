@@ -1,0 +1,78 @@
+// PlaneNetwork: the observations of a plane network, each for itself.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace kvn {
+
+/// Directions and horizontal distances between numbered points. Nothing is merged: what was measured twice stands here
+/// twice, each with its standard error. x is north, y is east; directions run clockwise; angles are radians, lengths
+/// metres. Numbers of points and set-ups are those of their places in the lists, from 0 on.
+struct PlaneNetwork {
+  /// Where something was read: a line of a file, from 1 on, or a row of a field book, from 0 on; 0 and -1 where it was
+  /// not.
+  struct Origin {
+    int line = 0;
+    int row = -1;
+  };
+
+  struct Point {
+    std::string name;
+    double x = std::numeric_limits<double>::quiet_NaN();  ///< of an unknown point approximate, or NaN
+    double y = std::numeric_limits<double>::quiet_NaN();
+    bool isKnown = false;
+    double error = 0.0;  ///< of each given coordinate of a known point, metres; 0 where it is fixed
+    Origin origin = {};
+  };
+
+  /// The instrument on a point with one position of its circle: one unknown orientation.
+  struct SetUp {
+    int station = 0;  ///< point number
+    Origin origin = {};
+  };
+
+  struct Direction {
+    int setUp = 0;
+    int target = 0;      ///< point number
+    double value = 0.0;  ///< radians
+    double error = 0.0;  ///< standard error, radians, above 0
+    int readings = 2;    ///< face readings of which the value is the mean; 2 of a round on both faces
+    Origin origin = {};
+  };
+
+  struct Distance {
+    int from = 0;  ///< point numbers
+    int to = 0;
+    double value = 0.0;  ///< metres
+    double error = 0.0;  ///< standard error, metres, above 0
+    int rounds = 1;      ///< of which the value is the mean, both faces being one
+    Origin origin = {};
+  };
+
+  std::vector<Point> points;
+  std::vector<SetUp> setUps;
+  std::vector<Direction> directions;
+  std::vector<Distance> distances;
+};
+
+/// A-priori standard errors of observations by their kind.
+struct ObservationErrors {
+  /// How the two parts of a distance's error are joined: a + b S, or the root of a² + (b S)².
+  enum class Form { Sum, Root };
+
+  double directionSeconds = 2.0;       ///< of a direction in one round on both faces, seconds of arc, above 0
+  double distanceFixed = 0.003;        ///< a, metres, 0 or more
+  double distanceProportional = 3e-6;  ///< b, plain ratio, 0 or more, but not 0 together with a
+  Form form = Form::Sum;
+  double control = 0.0;  ///< of each given coordinate of a known point, metres; 0 where they are fixed
+};
+
+/// Gives every observation and every known point its error: directions √(2 / readings) times that of a round,
+/// distances that of one measurement over √rounds.
+KELVANE_EXPORT void setErrors(PlaneNetwork& network, ObservationErrors const& errors);
+
+}  // namespace kvn

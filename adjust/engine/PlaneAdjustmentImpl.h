@@ -1,0 +1,64 @@
+// The state of a PlaneAdjustment.
+#pragma once
+
+#include "adjust/PlaneAdjustment.h"
+#include "adjust/engine/FreeDatum.h"
+#include "adjust/engine/PlaneEngine.h"
+
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+namespace kvn {
+
+struct PlaneAdjustment::Impl {
+  static constexpr double kSecondsPerRadian = 206264.80624709636;
+
+  PlaneNetwork network;
+  PlaneSettings settings;
+  std::function<bool()> cancelCall;
+  bool tellFindings = true;
+  detail::PlaneEngine engine;
+  PlaneResult result;
+
+  // Numbers of the engine and of the network.
+  std::vector<int> numberOfPoint;
+  std::vector<std::size_t> pointOfNumber;
+  std::vector<std::size_t> directionOf;     ///< of each direction of the engine, that of the network
+  std::vector<std::size_t> setUpOfStation;  ///< of each station of the engine
+  detail::FreeDatum datum;                  ///< of a free network
+
+  bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
+
+  // Input.
+  void number();
+  void numberPoints();
+  void numberDirections();
+  void numberDistances();
+  void place();
+  void placeFirstPoints();
+  void addCentring();
+
+  // Run.
+  void iterate();
+  void iterateDamped();
+  [[noreturn]] void fail();
+  void chooseHeldUnknowns();
+  void layOnDatum();
+  std::vector<int> datumPoints() const;
+
+  // Results.
+  void takeResults();
+  void takeUnitError();
+  void takePoints();
+  void takeObservations();
+  void takeOrientations();
+  void takeKinds();
+  void findUnchecked();
+  void judgeFree();
+  double scaleOfErrors() const;
+  void judge(PlaneObservation& observation, double error) const;
+  void takeObservation(PlaneObservation& observation, double const* a, int const* at, int count, double error);
+};
+
+}  // namespace kvn

@@ -1,0 +1,316 @@
+// Results of a PlaneAdjustment: errors, tests of the observations, test of the whole.
+#include "adjust/CommonFunction.h"
+#include "adjust/engine/PlaneAdjustmentImpl.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/plane/GrossErrors.h"
+#include "adjust/plane/Quantiles.h"
+#include "core/AlgorithmException.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace kvn {
+namespace {
+
+using detail::Effort;
+using detail::index;
+using detail::NumberedNetwork;
+using detail::PlaneEngine;
+using UnitWeight = PlaneSettings::UnitWeight;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
+constexpr double kUncheckedRedundancy = 1e-6;
+// Shift of the test statistic that the test finds with a power of 80 % at an error probability of 0.1 %, two-sided
+// (Baarda 1968): 3.29 + 0.84.
+constexpr double kDetectableShift = 4.13;
+// A share of a coordinate's standard error below which an observation does not move it.
+constexpr double kNoShare = 1e-6;
+
+double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
+
+/// a Q b of the leading `count` unknowns, with the elements of Q row by row, `width` in a row.
+double product(double const* a, double const* q, double const* b, int count, int width) {
+  double sum = 0.0;
+  for (int r = 0; r < count; ++r) {
+    for (int c = 0; c < count; ++c) sum += a[r] * q[r * width + c] * b[c];
+  }
+  return sum;
+}
+
+}  // namespace
+
+std::vector<int> PlaneAdjustment::Impl::datumPoints() const {
+  std::vector<int> points;
+  int const count = engine.network.known >= 2 ? engine.network.known : engine.network.points;
+  for (int n = 0; n < count; ++n) points.push_back(n);
+  return points;
+}
+
+void PlaneAdjustment::Impl::chooseHeldUnknowns() {
+  int const freedoms = engine.network.lines.empty() ? 4 : 3;
+  engine.heldUnknowns = detail::minimalConstraints(engine.x0y0, datumPoints(), freedoms);
+}
+
+/// The last round began and ended within 0.01 mm of the same figure, so that one more, at the place where the network
+/// comes to lie, moves nothing that shows.
+void PlaneAdjustment::Impl::layOnDatum() {
+  detail::Coordinates wanted = engine.x0y0;
+  std::copy(engine.given.begin(), engine.given.end(), wanted.begin());
+  detail::layOn(engine.xy, wanted, datumPoints(), engine.network.lines.empty());
+  engine.buildNormals();
+  engine.holdKnownPoints();
+  if (!engine.solve()) fail();
+}
+
+void PlaneAdjustment::Impl::takeResults() {
+  engine.tellProgress(AdjustProgress::Results);
+  if (isFree()) {
+    datum = detail::FreeDatum(engine, datumPoints(), static_cast<int>(engine.heldUnknowns.size()));
+  } else {
+    datum = detail::FreeDatum();
+  }
+  takeUnitError();
+  takePoints();
+  takeObservations();
+  takeKinds();
+  takeOrientations();
+  findUnchecked();
+}
+
+void PlaneAdjustment::Impl::takeUnitError() {
+  double pvv = engine.calculateResiduals();
+  for (std::size_t k = 0; !isFree() && k < engine.given.size(); ++k) {
+    double const weight = engine.holdingWeights[k / 2];
+    double const moved = engine.xy[k] - engine.given[k];
+    if (weight < PlaneEngine::kFixedWeight) pvv += weight * moved * moved;
+  }
+  if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
+  result.iterations = engine.iterations;
+  result.redundancy = engine.redundancy();
+  result.hasRedundancy = result.redundancy > 0;
+  result.unitError = result.lowerBound = result.upperBound = result.criticalValue = result.confidenceFactor = kNaN;
+  bool const isAPriori = settings.unitWeight == UnitWeight::APriori;
+  if (isAPriori) {
+    result.criticalValue = detail::normalCriticalValue();
+    result.confidenceFactor = detail::ellipseFactor(settings.confidence, 0);
+  }
+  if (!result.hasRedundancy) return;
+  result.unitError = std::sqrt(pvv / result.redundancy);
+  auto const bounds = detail::unitErrorBounds(settings.confidence, result.redundancy);
+  result.lowerBound = bounds.lower;
+  result.upperBound = bounds.upper;
+  result.isPassed = result.unitError >= bounds.lower && result.unitError <= bounds.upper;
+  if (isAPriori) return;
+  result.criticalValue = detail::tauCriticalValue(result.redundancy);
+  result.confidenceFactor = detail::ellipseFactor(settings.confidence, result.redundancy);
+}
+
+/// What cofactors are multiplied with, as a standard error; NaN where it is not known.
+double PlaneAdjustment::Impl::scaleOfErrors() const {
+  return settings.unitWeight == UnitWeight::APriori ? 1.0 : result.unitError;
+}
+
+void PlaneAdjustment::Impl::takePoints() {
+  Effort effort(engine.poll);
+  double const m = scaleOfErrors();
+  result.points.resize(network.points.size());
+  result.approximate.resize(network.points.size());
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    effort.step();
+    int const n = numberOfPoint[p];
+    int const at[2] = {2 * n, 2 * n + 1};
+    double q[4];
+    engine.normals->block(at, 2, q);
+    datum.transform(at, 2, q);
+    PlanePoint& point = result.points[p];
+    point.x = engine.xy[index(at[0])];
+    point.y = engine.xy[index(at[1])];
+    point.mx = rootOf(q[0]) * m;
+    point.my = rootOf(q[3]) * m;
+    point.mp = std::hypot(point.mx, point.my);
+    double const spread = std::hypot(q[0] - q[3], 2.0 * q[1]);
+    point.semiMajor = rootOf(0.5 * (q[0] + q[3] + spread)) * m;
+    point.semiMinor = rootOf(0.5 * (q[0] + q[3] - spread)) * m;
+    point.bearing = 0.5 * std::atan2(2.0 * q[1], q[0] - q[3]);
+    if (point.bearing < 0.0) point.bearing += CommonFunction::m_PI;
+    point.isChecked = true;
+    result.approximate[p] = {engine.x0y0[index(at[0])], engine.x0y0[index(at[1])]};
+  }
+}
+
+void PlaneAdjustment::Impl::takeObservations() {
+  Effort effort(engine.poll);
+  result.directions.resize(network.directions.size());
+  result.distances.resize(network.distances.size());
+  double a[5];
+  int at[5];
+  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
+    effort.step();
+    NumberedNetwork::Direction const& direction = engine.network.directions[d];
+    PlaneObservation& observation = result.directions[directionOf[d]];
+    engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
+    a[4] = -1.0;
+    at[4] = 2 * engine.network.points + direction.station;
+    observation.residual = engine.directionResiduals[d] / kSecondsPerRadian;
+    observation.adjusted = direction.value + observation.residual;
+    // The equations are in seconds.
+    takeObservation(observation, a, at, 5, direction.error * kSecondsPerRadian);
+    for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
+    judge(observation, direction.error);
+  }
+  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
+    effort.step();
+    NumberedNetwork::Line const& line = engine.network.lines[e];
+    PlaneObservation& observation = result.distances[e];
+    engine.distanceFactors(line.start, line.end, a, at);
+    observation.residual = engine.lineResiduals[e];
+    observation.adjusted = line.value + observation.residual;
+    takeObservation(observation, a, at, 4, line.error);
+    judge(observation, line.error);
+  }
+}
+
+/// Redundancy and detectability of an observation, and the errors of its line.
+///
+/// @param a, at   its error equation, the unknowns of its points first.
+/// @param error   a-priori standard error in the unit of the equation.
+void PlaneAdjustment::Impl::takeObservation(PlaneObservation& observation, double const* a, int const* at, int count,
+                                            double error) {
+  constexpr int kPointUnknowns = 4;
+  double q[25];
+  engine.normals->block(at, count, q);
+  double const variance = product(a, q, a, count, count);
+  double const m = scaleOfErrors();
+  observation.adjustedError = rootOf(variance) * m;
+  observation.redundancy = std::min(1.0, std::max(0.0, 1.0 - variance / (error * error)));
+  double line[kPointUnknowns];
+  int lineAt[kPointUnknowns];
+  int const i = at[0] / 2;
+  int const j = at[2] / 2;
+  observation.azimuth = engine.azimuthFactors(i, j, line, lineAt);
+  observation.azimuthError = rootOf(product(line, q, line, kPointUnknowns, count)) * m / kSecondsPerRadian;
+  observation.length = engine.distanceFactors(i, j, line, lineAt);
+  observation.lengthError = rootOf(product(line, q, line, kPointUnknowns, count)) * m;
+  observation.detectable = observation.effect = kNaN;
+  if (observation.redundancy < kUncheckedRedundancy) return;
+  observation.detectable = kDetectableShift * error / std::sqrt(observation.redundancy);
+  // A gross error g moves the unknowns by Q a' p g.
+  double shift[kPointUnknowns] = {};
+  for (int r = 0; r < kPointUnknowns; ++r) {
+    for (int c = 0; c < count; ++c) shift[r] += q[r * count + c] * a[c];
+  }
+  datum.transformShifts(a, at, count, at, kPointUnknowns, shift);
+  double largest = 0.0;
+  for (double const s : shift) largest = std::max(largest, std::abs(s));
+  observation.effect = largest * observation.detectable / (error * error);
+}
+
+/// @param error  a-priori standard error in the unit of the residual.
+void PlaneAdjustment::Impl::judge(PlaneObservation& observation, double error) const {
+  observation.error = error;
+  observation.standardised = observation.test = observation.gross = kNaN;
+  if (observation.redundancy < kUncheckedRedundancy) return;
+  observation.standardised = observation.residual / (scaleOfErrors() * error * std::sqrt(observation.redundancy));
+  observation.test = std::abs(observation.standardised) / result.criticalValue;
+  if (observation.test > 1.0) observation.gross = -observation.residual / observation.redundancy;
+}
+
+void PlaneAdjustment::Impl::takeKinds() {
+  auto const unitErrorOf = [](std::vector<PlaneObservation> const& observations) {
+    double sum = 0.0;
+    double redundancy = 0.0;
+    for (PlaneObservation const& observation : observations) {
+      double const v = observation.residual / observation.error;
+      sum += v * v;
+      redundancy += observation.redundancy;
+    }
+    return redundancy < kUncheckedRedundancy ? kNaN : std::sqrt(sum / redundancy);
+  };
+  result.directionUnitError = unitErrorOf(result.directions);
+  result.distanceUnitError = unitErrorOf(result.distances);
+}
+
+void PlaneAdjustment::Impl::takeOrientations() {
+  double const turn = 2.0 * CommonFunction::m_PI;
+  result.orientations.assign(network.setUps.size(), kNaN);
+  result.orientationErrors.assign(network.setUps.size(), kNaN);
+  for (int s = 0; s < engine.network.stations(); ++s) {
+    PlaneObservation const& first = result.directions[directionOf[index(engine.network.firstDirection(s))]];
+    double const orientation = std::fmod(first.azimuth - first.adjusted, turn);
+    std::size_t const setUp = setUpOfStation[index(s)];
+    result.orientations[setUp] = orientation < 0.0 ? orientation + turn : orientation;
+    int const at[1] = {2 * engine.network.points + s};
+    double q[1];
+    engine.normals->block(at, 1, q);
+    datum.transform(at, 1, q);
+    result.orientationErrors[setUp] = rootOf(q[0]) * scaleOfErrors() / kSecondsPerRadian;
+  }
+}
+
+/// The points that errors of unchecked observations move. All these observations are disturbed at once, at random, so
+/// that one solution of the system shows every point that one of them moves.
+void PlaneAdjustment::Impl::findUnchecked() {
+  std::mt19937 random(1);
+  std::vector<double> right(index(engine.unknowns()), 0.0);
+  bool hasUnchecked = false;
+  auto const disturb = [&](double const* a, int const* at, int count, double error) {
+    hasUnchecked = true;
+    double const size = 1.0 + static_cast<double>(random()) / 4294967296.0;
+    for (int r = 0; r < count; ++r) right[index(at[r])] += size * a[r] / error;
+  };
+  double a[5];
+  int at[5];
+  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
+    if (result.directions[directionOf[d]].redundancy >= kUncheckedRedundancy) continue;
+    NumberedNetwork::Direction const& direction = engine.network.directions[d];
+    engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
+    a[4] = -1.0;
+    at[4] = 2 * engine.network.points + direction.station;
+    disturb(a, at, 5, direction.error * kSecondsPerRadian);
+  }
+  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
+    if (result.distances[e].redundancy >= kUncheckedRedundancy) continue;
+    NumberedNetwork::Line const& line = engine.network.lines[e];
+    engine.distanceFactors(line.start, line.end, a, at);
+    disturb(a, at, 4, line.error);
+  }
+  if (!hasUnchecked) return;
+  std::vector<double> const moved = engine.normals->solved(right, engine.poll);
+  for (int n = 0; n < engine.network.points; ++n) {
+    bool const isFixed = !isFree() && n < engine.network.known;
+    if (isFixed) continue;
+    auto const isMoved = [&](int unknown) {
+      return std::abs(moved[index(unknown)]) > kNoShare * rootOf(engine.inverse(unknown, unknown));
+    };
+    if (isMoved(2 * n) || isMoved(2 * n + 1)) result.points[pointOfNumber[index(n)]].isChecked = false;
+  }
+}
+
+/// Of a free network, the observation that fits least, where it is beyond what so many good ones show.
+void PlaneAdjustment::Impl::judgeFree() {
+  std::vector<double> sizes;
+  auto const sizeOf = [](PlaneObservation const& o, double error) {
+    if (o.redundancy < kUncheckedRedundancy) return 0.0;
+    return std::abs(o.residual) / (error * std::sqrt(o.redundancy));
+  };
+  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
+    sizes.push_back(sizeOf(result.directions[directionOf[d]], engine.network.directions[d].error));
+  }
+  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
+    sizes.push_back(sizeOf(result.distances[e], engine.network.lines[e].error));
+  }
+  auto const worst = std::max_element(sizes.begin(), sizes.end());
+  engine.suspects.clear();
+  if (worst == sizes.end() || *worst <= detail::criticalTest(sizes.size())) return;
+  auto const number = static_cast<std::size_t>(worst - sizes.begin());
+  std::size_t const directions = engine.network.directions.size();
+  PlaneObservation const& o =
+      number < directions ? result.directions[directionOf[number]] : result.distances[number - directions];
+  engine.suspects.push_back(engine.suspectOf(static_cast<int>(number), o.residual / o.redundancy));
+  engine.tellSuspects();
+}
+
+}  // namespace kvn

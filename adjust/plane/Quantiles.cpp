@@ -1,0 +1,38 @@
+#include "adjust/plane/Quantiles.h"
+
+#include <boost/math/distributions/chi_squared.hpp>
+#include <boost/math/distributions/fisher_f.hpp>
+#include <boost/math/distributions/normal.hpp>
+#include <boost/math/distributions/students_t.hpp>
+
+#include <cmath>
+#include <limits>
+
+namespace kvn::detail {
+namespace {
+
+constexpr double kErrorProbability = 0.001;
+
+}  // namespace
+
+UnitErrorBounds unitErrorBounds(double confidence, int redundancy) {
+  boost::math::chi_squared const distribution(redundancy);
+  auto const at = [&](double p) { return std::sqrt(quantile(distribution, p) / redundancy); };
+  return {at(0.5 * (1.0 - confidence)), at(0.5 * (1.0 + confidence))};
+}
+
+double normalCriticalValue() { return quantile(boost::math::normal(), 1.0 - 0.5 * kErrorProbability); }
+
+double tauCriticalValue(int redundancy) {
+  if (redundancy < 2) return std::numeric_limits<double>::quiet_NaN();
+  double const f = redundancy;
+  double const t = quantile(boost::math::students_t(f - 1.0), 1.0 - 0.5 * kErrorProbability);
+  return std::sqrt(f) * t / std::sqrt(f - 1.0 + t * t);
+}
+
+double ellipseFactor(double confidence, int redundancy) {
+  if (redundancy == 0) return std::sqrt(quantile(boost::math::chi_squared(2), confidence));
+  return std::sqrt(2.0 * quantile(boost::math::fisher_f(2, redundancy), confidence));
+}
+
+}  // namespace kvn::detail

@@ -1,0 +1,26 @@
+// Quantiles of the distributions by which an adjustment is judged.
+#pragma once
+
+namespace kvn::detail {
+
+/// What the unit weight error lies between with the given probability, at f degrees of freedom, when the a-priori
+/// errors are right: √(χ²(p; f) / f) at both ends.
+struct UnitErrorBounds {
+  double lower;
+  double upper;
+};
+UnitErrorBounds unitErrorBounds(double confidence, int redundancy);
+
+/// Critical size of a residual over its standard error, error probability 0.1 % two-sided, where the unit weight error
+/// is known: 3.29.
+double normalCriticalValue();
+
+/// The same where it comes from f degrees of freedom of the same adjustment: √f t / √(f - 1 + t²) with the quantile t
+/// of Student's distribution of f - 1 (Pope 1976). NaN for f below 2.
+double tauCriticalValue(int redundancy);
+
+/// By what a standard error ellipse is enlarged to hold the point with the given probability: √(2 F(p; 2, f)) and, with
+/// f of 0, where the unit weight error is known, √χ²(p; 2).
+double ellipseFactor(double confidence, int redundancy);
+
+}  // namespace kvn::detail
