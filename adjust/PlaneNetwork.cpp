@@ -1,11 +1,16 @@
 #include "adjust/PlaneNetwork.h"
 
+#include "adjust/NameIndex.h"
+#include "core/AlgorithmException.h"
+
 #include <cmath>
 
 namespace kvn {
 namespace {
 
 constexpr double kSecondsPerRadian = 206264.80624709636;
+// Distances up to this, in metres, count as not measured.
+constexpr double kNoDistance = 1e-8;
 
 double distanceError(double distance, ObservationErrors const& errors) {
   double const proportional = errors.distanceProportional * distance;
@@ -23,6 +28,34 @@ void setErrors(PlaneNetwork& network, ObservationErrors const& errors) {
   for (PlaneNetwork::Distance& distance : network.distances) {
     distance.error = distanceError(distance.value, errors) / std::sqrt(double(distance.rounds));
   }
+}
+
+PlaneNetwork planeNetworkOf(Network const& network) {
+  PlaneNetwork result;
+  NameIndex names;
+  auto const numberOf = [&](std::string const& name) {
+    int const number = names.numberOf(name);
+    if (number == static_cast<int>(result.points.size())) result.points.push_back({name});
+    return number;
+  };
+  for (KnownPoint const& known : network.knownPoints) {
+    PlaneNetwork::Point& point = result.points[static_cast<std::size_t>(numberOf(known.name))];
+    if (point.isKnown) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, known.name);
+    point.x = known.x;
+    point.y = known.y;
+    point.isKnown = true;
+  }
+  std::string const* station = nullptr;
+  for (NetworkDataInfo const& line : network.lines) {
+    int const from = numberOf(line.start_name);
+    int const target = numberOf(line.end_name);
+    if (station == nullptr || *station != line.start_name) result.setUps.push_back({from});
+    station = &line.start_name;
+    auto const setUp = static_cast<int>(result.setUps.size()) - 1;
+    if (line.horizontalAngleFlag) result.directions.push_back({setUp, target, line.horizontal_angle});
+    if (line.horizontal_distance > kNoDistance) result.distances.push_back({from, target, line.horizontal_distance});
+  }
+  return result;
 }
 
 }  // namespace kvn

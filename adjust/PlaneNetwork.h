@@ -1,6 +1,8 @@
 // PlaneNetwork: the observations of a plane network, each for itself.
 #pragma once
 
+#include "records/Network.h"
+
 #include <utils/Export.h>
 
 #include <limits>
@@ -74,5 +76,11 @@ struct ObservationErrors {
 /// Gives every observation and every known point its error: directions √(2 / readings) times that of a round,
 /// distances that of one measurement over √rounds.
 KELVANE_EXPORT void setErrors(PlaneNetwork& network, ObservationErrors const& errors);
+
+/// The observations of a network's lines, without errors yet. Lines of one station that follow each other are one
+/// set-up; a line whose `horizontalAngleFlag` is false has no direction, and one of at most 1e-8 m no distance.
+///
+/// @throws AlgorithmException KnownPointNameRepeat for a known point that comes twice.
+KELVANE_EXPORT PlaneNetwork planeNetworkOf(Network const& network);
 
 }  // namespace kvn

@@ -3,6 +3,7 @@
 #include "adjust/NameIndex.h"
 #include "adjust/input/IndexError.h"
 #include "reduction/detail/Circle.h"
+#include "reduction/detail/FieldRounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +18,13 @@
 namespace kvn {
 namespace {
 
+using detail::CircleMean;
 using detail::difference;
+using detail::MeanDistance;
 using detail::onCircle;
+using Round = detail::FieldRound;
+using Sighted = detail::SightedTarget;
+using Station = detail::FieldStation;
 
 // Readings of one target in one round that differ by more are not readings of one target: 6', far above what an
 // instrument out of adjustment shows between its faces, and far below the turn of a circle between rounds.
@@ -33,70 +39,6 @@ constexpr double kSamePosition = 1e-4;
 constexpr double kSameDistance = 0.05;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-/// Mean of readings on the circle, all near the first one.
-class CircleMean {
- public:
-  void add(double angle) {
-    if (count == 0) first = angle;
-    sum += difference(angle - first);
-    ++count;
-  }
-  bool isEmpty() const { return count == 0; }
-  double value() const { return first + sum / count; }
-
- private:
-  double first = 0.0;
-  double sum = 0.0;
-  int count = 0;
-};
-
-/// One target in one round.
-struct Sighted {
-  std::size_t firstRow = 0;
-  double firstReading = 0.0;  ///< on the first face
-  bool isTold = false;        ///< that its readings differ
-  CircleMean faces[2];
-  std::optional<std::size_t> rowOfFace[2];
-
-  double direction() const {
-    CircleMean both;
-    for (CircleMean const& face : faces) {
-      if (!face.isEmpty()) both.add(face.value());
-    }
-    return both.value();
-  }
-};
-
-/// One round of an occupation: targets in the order of their first sight.
-struct Round {
-  std::size_t occupation = 0;
-  NameIndex names;
-  std::vector<Sighted> targets;
-};
-
-struct MeanDistance {
-  double sum = 0.0;
-  double least = 0.0;
-  double greatest = 0.0;
-  int count = 0;
-
-  void add(double distance) {
-    least = count == 0 ? distance : std::min(least, distance);
-    greatest = std::max(greatest, distance);
-    sum += distance;
-    ++count;
-  }
-};
-
-/// All that was observed from one station name.
-struct Station {
-  std::string name;
-  std::size_t row = 0;
-  std::deque<Round> rounds;
-  NameIndex targets;
-  std::vector<MeanDistance> distances;  ///< by target
-};
-
 bool hasVertical(TraverseDataInfo const& row) { return row.angleMark != 0.0 && row.vertical_angle != 0.0; }
 
 class Reducer {
@@ -107,6 +49,7 @@ class Reducer {
   FieldReduction run() {
     for (std::size_t i = 0; i < rows.size(); ++i) take(i);
     for (Station& station : stations) addLines(station);
+    result.observations = detail::observationsOf(stations, result.network.knownPoints);
     return std::move(result);
   }
 
@@ -123,8 +66,9 @@ class Reducer {
     } else if (row.pointType == TraversePointType::PrismPoint && current == nullptr) {
       tell(FieldFinding::Warning, {}, {row.name}, "the sight stands before any station and is left out", i);
     } else if (row.pointType == TraversePointType::PrismPoint) {
-      takeDistance(i);
+      double const distance = takeDistance(i);
       takeReading(i);
+      takeDistanceOfRound(i, distance);
     }
   }
 
@@ -165,7 +109,8 @@ class Reducer {
     tell(FieldFinding::Error, row.name, {}, "the known point has two positions", i);
   }
 
-  void takeDistance(std::size_t i) {
+  /// Metres, horizontal; 0 for none.
+  double takeDistance(std::size_t i) {
     TraverseDataInfo const& row = rows[i];
     auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
     if (number == current->distances.size()) current->distances.emplace_back();
@@ -174,13 +119,25 @@ class Reducer {
       tell(FieldFinding::Warning, current->name, {row.name},
            "the distance has no vertical reading to make it horizontal and is left out", i);
     }
-    if (!(distance > kNoDistance)) return;
+    if (!(distance > kNoDistance)) return 0.0;
     MeanDistance& mean = current->distances[number];
     bool const wasNear = mean.greatest - mean.least <= kSameDistance;
     mean.add(distance);
     if (wasNear && mean.greatest - mean.least > kSameDistance) {
       tell(FieldFinding::Warning, current->name, {row.name}, "the distances differ by more than 50 mm", i);
     }
+    return distance;
+  }
+
+  void takeDistanceOfRound(std::size_t i, double distance) {
+    if (distance == 0.0) return;
+    Round& round = current->rounds.back();
+    auto const number = static_cast<std::size_t>(round.distanceNames.numberOf(rows[i].name));
+    if (number == round.distances.size()) {
+      round.distances.emplace_back();
+      round.distances.back().row = i;
+    }
+    round.distances[number].add(distance);
   }
 
   /// Metres; a distance that was measured on one face is not left with the index error of its vertical reading.
@@ -212,6 +169,7 @@ class Reducer {
       tell(FieldFinding::Warning, current->name, {row.name}, "the readings of the target differ by more than 30\"", i);
     }
     target.faces[face].add(reading);
+    ++target.readings;
     if (!target.rowOfFace[face]) target.rowOfFace[face] = i;
   }
 
@@ -296,7 +254,7 @@ class Reducer {
     for (std::size_t r = 0; r < joined.size(); ++r) {
       Round const& round = station.rounds[r];
       if (joined[r] || round.targets.empty()) continue;
-      tell(FieldFinding::Error, station.name, round.names.names(),
+      tell(FieldFinding::Warning, station.name, round.names.names(),
            "the round has no target in common with the others of its station", round.targets.front().firstRow);
     }
   }

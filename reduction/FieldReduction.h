@@ -1,6 +1,7 @@
 // FieldReduction: from the rows of a field book to a network with a surveyor's care.
 #pragma once
 
+#include "adjust/PlaneNetwork.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
 #include "records/TraverseDataInfo.h"
@@ -25,7 +26,8 @@ struct FacePair {
 
 /// What `reduceField` makes of the rows.
 struct FieldReduction {
-  Network network;                     ///< as far as it goes when there is an `Error`
+  Network network;                     ///< as far as it goes when there is an `Error`; one circle a station
+  PlaneNetwork observations;           ///< every set-up by itself; without errors yet
   std::vector<FieldFinding> findings;  ///< in the order of the rows, by station
   std::vector<FacePair> pairs;
 };
@@ -39,8 +41,11 @@ struct FieldReduction {
 /// difference of their common targets, and each counts one in the mean. A distance is the mean of the sights that
 /// measured one. Known points are the stations with `isKnown`, each once, without height.
 ///
+/// `observations` keeps the set-ups apart: each station record has orientations of its own, one for all its rounds with
+/// the same targets, which are averaged with the number of their readings, and one for each round with others.
+///
 /// `Error` findings: readings of one target and round, or of the first target of a set-up, that differ by more than 6';
-/// rounds of a station without a common target; a known point with two positions; a row without a name.
+/// a known point with two positions; a row without a name.
 KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
 
 /// Marks as known the station rows that carry coordinates: a job file has no other sign for it. Coordinates that are

@@ -1,0 +1,119 @@
+// From the rounds of a field book to observations, each set-up by itself.
+#include "reduction/detail/FieldRounds.h"
+
+#include <map>
+#include <set>
+#include <utility>
+
+namespace kvn::detail {
+namespace {
+
+using Rounds = std::vector<FieldRound const*>;
+using Origin = PlaneNetwork::Origin;
+
+class ObservationList {
+ public:
+  PlaneNetwork network;
+
+  int numberOf(std::string const& name) {
+    int const number = names.numberOf(name);
+    if (number == static_cast<int>(network.points.size())) network.points.push_back({name});
+    return number;
+  }
+
+  void addKnown(KnownPoint const& known) {
+    PlaneNetwork::Point& point = network.points[static_cast<std::size_t>(numberOf(known.name))];
+    point.x = known.x;
+    point.y = known.y;
+    point.isKnown = true;
+  }
+
+  void addOccupation(FieldStation const& station, Rounds const& rounds) {
+    // Rounds by the names of their targets, in the order of the first ones.
+    std::map<std::set<std::string>, std::size_t> setOf;
+    std::vector<Rounds> sets;
+    for (FieldRound const* round : rounds) {
+      if (round->targets.empty()) continue;
+      std::set<std::string> targets(round->names.names().begin(), round->names.names().end());
+      std::size_t const number = setOf.emplace(std::move(targets), sets.size()).first->second;
+      if (number == sets.size()) sets.emplace_back();
+      sets[number].push_back(round);
+    }
+    for (Rounds const& set : sets) addSet(station, set);
+    addDistances(station, rounds);
+  }
+
+ private:
+  static SightedTarget const& targetOf(FieldRound const& round, std::string const& name) {
+    return round.targets[static_cast<std::size_t>(round.names.find(name))];
+  }
+
+  /// One set-up: the rounds have the same targets.
+  void addSet(FieldStation const& station, Rounds const& rounds) {
+    FieldRound const& first = *rounds.front();
+    auto const setUp = static_cast<int>(network.setUps.size());
+    network.setUps.push_back({numberOf(station.name), Origin{0, static_cast<int>(first.occupation)}});
+    std::vector<CircleMean> means(first.targets.size());
+    std::vector<int> readings(first.targets.size(), 0);
+    for (FieldRound const* round : rounds) {
+      CircleMean turn;
+      for (std::string const& name : first.names.names()) {
+        turn.add(targetOf(first, name).direction() - targetOf(*round, name).direction());
+      }
+      for (std::size_t i = 0; i < means.size(); ++i) {
+        SightedTarget const& target = targetOf(*round, first.names.names()[i]);
+        means[i].add(target.direction() + turn.value());
+        readings[i] += target.readings;
+      }
+    }
+    for (std::size_t i = 0; i < means.size(); ++i) {
+      int const target = numberOf(first.names.names()[i]);
+      Origin const origin{0, static_cast<int>(first.targets[i].firstRow)};
+      network.directions.push_back({setUp, target, onCircle(means[i].value()), 0.0, readings[i], origin});
+    }
+  }
+
+  void addDistances(FieldStation const& station, Rounds const& rounds) {
+    NameIndex targets;
+    std::vector<PlaneNetwork::Distance> distances;
+    for (FieldRound const* round : rounds) {
+      for (std::size_t i = 0; i < round->distances.size(); ++i) {
+        std::string const& name = round->distanceNames.names()[i];
+        MeanDistance const& measured = round->distances[i];
+        auto const number = static_cast<std::size_t>(targets.numberOf(name));
+        if (number == distances.size()) {
+          Origin const origin{0, static_cast<int>(measured.row)};
+          distances.push_back({numberOf(station.name), numberOf(name), 0.0, 0.0, 0, origin});
+        }
+        distances[number].value += measured.sum / measured.count;
+        ++distances[number].rounds;
+      }
+    }
+    for (PlaneNetwork::Distance& distance : distances) {
+      distance.value /= distance.rounds;
+      network.distances.push_back(distance);
+    }
+  }
+
+  NameIndex names;
+};
+
+}  // namespace
+
+PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints) {
+  ObservationList list;
+  for (KnownPoint const& known : knownPoints) list.addKnown(known);
+  for (FieldStation const& station : stations) {
+    Rounds occupation;
+    for (FieldRound const& round : station.rounds) {
+      if (!occupation.empty() && occupation.back()->occupation != round.occupation) {
+        list.addOccupation(station, std::exchange(occupation, {}));
+      }
+      occupation.push_back(&round);
+    }
+    if (!occupation.empty()) list.addOccupation(station, occupation);
+  }
+  return std::move(list.network);
+}
+
+}  // namespace kvn::detail

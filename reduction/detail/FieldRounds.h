@@ -1,0 +1,91 @@
+// What a field book holds of each station: occupations, rounds, targets.
+#pragma once
+
+#include "adjust/NameIndex.h"
+#include "adjust/PlaneNetwork.h"
+#include "records/Network.h"
+#include "reduction/detail/Circle.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kvn::detail {
+
+/// Mean of readings on the circle, all near the first one.
+class CircleMean {
+ public:
+  void add(double angle) {
+    if (count == 0) first = angle;
+    sum += difference(angle - first);
+    ++count;
+  }
+  bool isEmpty() const { return count == 0; }
+  double value() const { return first + sum / count; }
+
+ private:
+  double first = 0.0;
+  double sum = 0.0;
+  int count = 0;
+};
+
+/// One target in one round.
+struct SightedTarget {
+  std::size_t firstRow = 0;
+  double firstReading = 0.0;  ///< on the first face
+  bool isTold = false;        ///< that its readings differ
+  CircleMean faces[2];
+  std::optional<std::size_t> rowOfFace[2];
+  int readings = 0;
+
+  double direction() const {
+    CircleMean both;
+    for (CircleMean const& face : faces) {
+      if (!face.isEmpty()) both.add(face.value());
+    }
+    return both.value();
+  }
+};
+
+struct MeanDistance {
+  double sum = 0.0;
+  double least = 0.0;
+  double greatest = 0.0;
+  int count = 0;
+  std::size_t row = 0;  ///< of the first one
+
+  void add(double distance) {
+    least = count == 0 ? distance : std::min(least, distance);
+    greatest = std::max(greatest, distance);
+    sum += distance;
+    ++count;
+  }
+};
+
+/// One round of an occupation: targets in the order of their first sight.
+struct FieldRound {
+  std::size_t occupation = 0;  ///< row of the station record
+  NameIndex names;
+  std::vector<SightedTarget> targets;
+  NameIndex distanceNames;
+  std::vector<MeanDistance> distances;  ///< horizontal, of both faces
+};
+
+/// All that was observed from one station name.
+struct FieldStation {
+  std::string name;
+  std::size_t row = 0;
+  std::deque<FieldRound> rounds;
+  NameIndex targets;
+  std::vector<MeanDistance> distances;  ///< by target
+};
+
+/// The observations of all stations, each set-up by itself. Rounds of one occupation with the same targets are one set
+/// of directions: turned onto the first one by their mean difference, and averaged. A round with other targets keeps
+/// its own orientation. The distances of an occupation to a target are averaged over its rounds.
+PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints);
+
+}  // namespace kvn::detail
