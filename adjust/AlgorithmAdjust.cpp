@@ -3,7 +3,7 @@
 #include "adjust/CloseTraverse.h"
 #include "adjust/ConnectTraverse.h"
 #include "adjust/OpenTraverse.h"
-#include "adjust/engine/TraverseAdjustImpl.h"
+#include "adjust/engine/TraverseAdjustData.h"
 
 #include <string>
 #include <type_traits>
@@ -67,9 +67,9 @@ void AlgorithmAdjust::adjustLeastSquares() {
   adjustment.calculateAdjust();
   traverseAdjustInfoList = adjustment.getStationInfo();
   pointX0Y0List = adjustment.getPointX0Y0();
-  directionResultList = std::move(adjustment.impl->directionResults);
-  errorEllipseList = std::move(adjustment.impl->errorEllipses);
-  lineErrorInfoList = std::move(adjustment.impl->lineErrorInfos);
+  directionResultList = std::move(adjustment.own->directionResults);
+  errorEllipseList = std::move(adjustment.own->errorEllipses);
+  lineErrorInfoList = std::move(adjustment.own->lineErrorInfos);
   pointList = adjustment.getPoints();
   pointErrorInfoList = adjustment.getPointErrorInfo();
   summary = adjustment.getSummary();

@@ -1,6 +1,7 @@
 #include "adjust/CloseTraverse.h"
 
 #include "adjust/linalg/Index.h"
+#include "adjust/traverse/SingleTraverseData.h"
 #include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
@@ -19,15 +20,13 @@ CloseTraverse::~CloseTraverse() = default;
 
 void CloseTraverse::readAlgorithmData(AlgorithmData const& data) {
   beginInput(data);
-  stationsCount = data.stationsCount;
-  xCorrections.clear();
-  yCorrections.clear();
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  own->stationsCount = data.stationsCount;
+  std::vector<TraverseInfo> list = detail::readStations(data, kRule, own->pointNames);
   for (TraverseInfo& station : list) takeKnown(station.stationPoint);
   std::size_t const start = findStart(list);
-  stations = {list[start]};
+  own->stations = {list[start]};
   getStations(list);
-  std::vector<TraverseInfo> chain = std::exchange(stations, {});
+  std::vector<TraverseInfo> chain = std::exchange(own->stations, {});
   requireClosed(chain);
   takeChain(std::move(chain), data);
 }
@@ -50,8 +49,8 @@ std::size_t CloseTraverse::findStart(std::vector<TraverseInfo> const& list) cons
 }
 
 bool CloseTraverse::getStations(std::vector<TraverseInfo> const& list) {
-  detail::followForePoints(stations, list);
-  return stations.size() == detail::index(stationsCount);
+  detail::followForePoints(own->stations, list);
+  return own->stations.size() == detail::index(own->stationsCount);
 }
 
 void CloseTraverse::requireClosed(std::vector<TraverseInfo> const& chain) const {
@@ -66,28 +65,28 @@ void CloseTraverse::requireClosed(std::vector<TraverseInfo> const& chain) const 
 bool CloseTraverse::judgeStartStation(TraverseInfo const& station) const { return isKnown(station.stationPoint); }
 
 bool CloseTraverse::judgeKnPoint(std::string const& name) const {
-  int const number = pointNames.find(name);
-  return number >= 0 && detail::index(number) < knPoints.size();
+  int const number = own->pointNames.find(name);
+  return number >= 0 && detail::index(number) < own->knPoints.size();
 }
 
-void CloseTraverse::setFoldToNearest(bool fold) { foldsToNearest = fold; }
+void CloseTraverse::setFoldToNearest(bool fold) { own->foldsToNearest = fold; }
 
 // By default no further than into ±2π: the sum of the inner angles is known as it stands, and what a polygon walked
 // clockwise is off by, a full circle and more, stays to be seen.
 void CloseTraverse::calculateAngleCloseError() {
-  angleCloseError = sumOfAngles() - (static_cast<double>(stations.size()) - 2.0) * m_PI;
-  double const bound = foldsToNearest ? m_PI : 2.0 * m_PI;
-  while (angleCloseError > bound) angleCloseError -= 2.0 * m_PI;
-  while (angleCloseError < -bound) angleCloseError += 2.0 * m_PI;
+  own->angleCloseError = sumOfAngles() - (static_cast<double>(own->stations.size()) - 2.0) * own->m_PI;
+  double const bound = own->foldsToNearest ? own->m_PI : 2.0 * own->m_PI;
+  while (own->angleCloseError > bound) own->angleCloseError -= 2.0 * own->m_PI;
+  while (own->angleCloseError < -bound) own->angleCloseError += 2.0 * own->m_PI;
 }
 
 void CloseTraverse::calculateEachAzimuth() {
-  for (TraverseInfo const& station : stations) {
+  for (TraverseInfo const& station : own->stations) {
     if (!judgeKnPoint(station.backPoint.name) || !judgeKnPoint(station.stationPoint.name)) continue;
-    azimuths.push_back(calculateAzimuth(knPoints[detail::index(station.backPoint.number)],
-                                        knPoints[detail::index(station.stationPoint.number)]));
+    own->azimuths.push_back(calculateAzimuth(own->knPoints[detail::index(station.backPoint.number)],
+                                             own->knPoints[detail::index(station.stationPoint.number)]));
   }
-  if (azimuths.size() != 1) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
+  if (own->azimuths.size() != 1) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
   carryAzimuths();
 }
 
@@ -98,30 +97,28 @@ void CloseTraverse::calculateDeltaXY() {
 
 void CloseTraverse::calculateCloseDeltaXY() {
   calculateRelativeError();
-  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
-    xCorrections.push_back(correctionOfX(i));
-    yCorrections.push_back(correctionOfY(i));
-    stations[i].adjustedDeltaX = stations[i].deltaX + xCorrections.back();
-    stations[i].adjustedDeltaY = stations[i].deltaY + yCorrections.back();
+  for (std::size_t i = 0; i + 1 < own->stations.size(); ++i) {
+    own->stations[i].adjustedDeltaX = own->stations[i].deltaX + correctionOfX(i);
+    own->stations[i].adjustedDeltaY = own->stations[i].deltaY + correctionOfY(i);
   }
 }
 
 void CloseTraverse::calculateXY() {
-  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
+  for (std::size_t i = 0; i + 1 < own->stations.size(); ++i) {
     checkCancelAndThrow();
-    placeForePoint(i, stations[i].adjustedDeltaX, stations[i].adjustedDeltaY);
+    placeForePoint(i, own->stations[i].adjustedDeltaX, own->stations[i].adjustedDeltaY);
     moveForward(i + 1);
   }
-  PointInfo& closing = stations.back().forePoints.front();
-  PointInfo const& known = knPoints[detail::index(closing.number)];
+  PointInfo& closing = own->stations.back().forePoints.front();
+  PointInfo const& known = own->knPoints[detail::index(closing.number)];
   closing.x = known.x;
   closing.y = known.y;
-  stations.front().backPoint = stations.back().stationPoint;
+  own->stations.front().backPoint = own->stations.back().stationPoint;
 }
 
 bool CloseTraverse::getPoints(std::vector<PointInfo>& list) const {
-  for (TraverseInfo const& station : stations) list.push_back(station.stationPoint);
-  return !stations.empty();
+  for (TraverseInfo const& station : own->stations) list.push_back(station.stationPoint);
+  return !own->stations.empty();
 }
 
 }  // namespace kvn

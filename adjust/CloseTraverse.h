@@ -53,11 +53,6 @@ class KELVANE_EXPORT CloseTraverse : public ClosingTraverse {
  private:
   std::size_t findStart(std::vector<TraverseInfo> const& list) const;
   void requireClosed(std::vector<TraverseInfo> const& chain) const;
-
-  bool foldsToNearest = false;
-  int stationsCount = 0;
-  std::vector<double> xCorrections;  ///< of each leg, metres
-  std::vector<double> yCorrections;
 };
 
 }  // namespace kvn

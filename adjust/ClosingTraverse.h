@@ -57,13 +57,13 @@ class KELVANE_EXPORT ClosingTraverse : public SingleTraverse {
   /// Counts, known points, and nothing left of an earlier input.
   void beginInput(AlgorithmData const& data);
   double sumOfAngles() const;  ///< radians
-  /// Distributes `angleCloseError`, which is the misclosure before and the correction of one angle afterwards.
+  /// Distributes the angular misclosure, which is the correction of one angle afterwards.
   void calculateEachAngle();
   /// Appends the fore azimuth of each station, 0 to 2π without 2π.
   void carryAzimuths();
   /// @throws DataException "Station name [%1] distance is 0" with the first station, when all legs are 0 together.
   void calculateSumDistance();
-  /// Coordinate differences of the legs; `fx`, `fy` grow by their sums.
+  /// Coordinate differences of the legs, and their sums.
   void addLegs();
   /// From the end of the legs to the misclosure at the last station.
   void closeOnLastStation();
@@ -71,13 +71,6 @@ class KELVANE_EXPORT ClosingTraverse : public SingleTraverse {
   /// Shares of the coordinate misclosure that fall to a leg, metres.
   double correctionOfX(std::size_t leg) const;
   double correctionOfY(std::size_t leg) const;
-
-  double angleCloseError = 0.0;  ///< radians
-  double sumDistance = 0.0;      ///< metres
-  double fx = 0.0;
-  double fy = 0.0;
-  double fs = 0.0;
-  double relativeError = 0.0;
 };
 
 }  // namespace kvn

@@ -1,5 +1,6 @@
 #include "adjust/ConnectTraverse.h"
 
+#include "adjust/traverse/SingleTraverseData.h"
 #include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
@@ -25,9 +26,7 @@ ConnectTraverse::~ConnectTraverse() = default;
 
 void ConnectTraverse::readAlgorithmData(AlgorithmData const& data) {
   beginInput(data);
-  deltaXList.clear();
-  deltaYList.clear();
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  std::vector<TraverseInfo> list = detail::readStations(data, kRule, own->pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
   std::vector<TraverseInfo> chain{list[start]};
@@ -46,35 +45,30 @@ void ConnectTraverse::takeEnd(TraverseInfo& last) const {
 bool ConnectTraverse::judgeStartStation(TraverseInfo const& station) const { return isOrientedStart(station); }
 
 double ConnectTraverse::startAzimuth() const {
-  return calculateAzimuth(stations.front().backPoint, stations.front().stationPoint);
+  return calculateAzimuth(own->stations.front().backPoint, own->stations.front().stationPoint);
 }
 
 double ConnectTraverse::endAzimuth() const {
-  return calculateAzimuth(stations.back().stationPoint, stations.back().forePoints.front());
+  return calculateAzimuth(own->stations.back().stationPoint, own->stations.back().forePoints.front());
 }
 
 // The sum differs from the misclosure by full circles, as many as the shape of the traverse makes. A misclosure is
 // small, so that it is what is left nearest to zero: folded only into ±2π, one of -10" could stay as 360° - 10" and be
 // spread over the angles as such.
 void ConnectTraverse::calculateAngleCloseError() {
-  angleCloseError = sumOfAngles() + (startAzimuth() - endAzimuth() - static_cast<double>(stations.size()) * m_PI);
-  while (angleCloseError > m_PI) angleCloseError -= 2.0 * m_PI;
-  while (angleCloseError < -m_PI) angleCloseError += 2.0 * m_PI;
+  own->angleCloseError =
+      sumOfAngles() + (startAzimuth() - endAzimuth() - static_cast<double>(own->stations.size()) * own->m_PI);
+  while (own->angleCloseError > own->m_PI) own->angleCloseError -= 2.0 * own->m_PI;
+  while (own->angleCloseError < -own->m_PI) own->angleCloseError += 2.0 * own->m_PI;
 }
 
 void ConnectTraverse::calculateEachAzimuth() {
-  azimuths.push_back(startAzimuth());
+  own->azimuths.push_back(startAzimuth());
   carryAzimuths();
-  azimuths.push_back(endAzimuth());
+  own->azimuths.push_back(endAzimuth());
 }
 
-void ConnectTraverse::calculateDeltaXY() {
-  addLegs();
-  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
-    deltaXList.push_back(stations[i].deltaX);
-    deltaYList.push_back(stations[i].deltaY);
-  }
-}
+void ConnectTraverse::calculateDeltaXY() { addLegs(); }
 
 void ConnectTraverse::calculateCloseDeltaXY() {
   closeOnLastStation();
@@ -83,14 +77,14 @@ void ConnectTraverse::calculateCloseDeltaXY() {
 
 // The last station keeps its known coordinates; the fore point before it comes out at them to within rounding.
 void ConnectTraverse::calculateXY() {
-  for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
+  for (std::size_t i = 0; i + 1 < own->stations.size(); ++i) {
     checkCancelAndThrow();
-    TraverseInfo& station = stations[i];
-    if (i > 0) station.stationPoint = stations[i - 1].forePoints.front();
+    TraverseInfo& station = own->stations[i];
+    if (i > 0) station.stationPoint = own->stations[i - 1].forePoints.front();
     station.adjustedDeltaX = station.deltaX + correctionOfX(i);
     station.adjustedDeltaY = station.deltaY + correctionOfY(i);
     placeForePoint(i, station.adjustedDeltaX, station.adjustedDeltaY);
-    stations[i + 1].backPoint = station.stationPoint;
+    own->stations[i + 1].backPoint = station.stationPoint;
   }
 }
 

@@ -57,9 +57,6 @@ class KELVANE_EXPORT ConnectTraverse : public ClosingTraverse {
   void takeEnd(TraverseInfo& last) const;
   double startAzimuth() const;
   double endAzimuth() const;
-
-  std::vector<double> deltaXList;  ///< of each leg, metres
-  std::vector<double> deltaYList;
 };
 
 }  // namespace kvn

@@ -1,6 +1,7 @@
 #include "adjust/OpenTraverse.h"
 
 #include "adjust/CommonFunction.h"
+#include "adjust/traverse/SingleTraverseData.h"
 #include "adjust/traverse/TraverseStations.h"
 
 #include <utility>
@@ -19,7 +20,7 @@ OpenTraverse::~OpenTraverse() = default;
 
 void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
   readKnownPoints(data);
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  std::vector<TraverseInfo> list = detail::readStations(data, kRule, own->pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
   std::vector<TraverseInfo> chain{list[start]};
@@ -31,7 +32,7 @@ void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
 bool OpenTraverse::judgeStartStation(TraverseInfo const& station) const { return isOrientedStart(station); }
 
 bool OpenTraverse::calculateAdjust() {
-  if (stations.empty()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
+  if (own->stations.empty()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
   calculateEachAzimuth();
   calculateDeltaXY();
   calculateXY();
@@ -39,28 +40,28 @@ bool OpenTraverse::calculateAdjust() {
 }
 
 void OpenTraverse::calculateEachAzimuth() {
-  azimuths.push_back(calculateAzimuth(stations.front().backPoint, stations.front().stationPoint));
-  for (TraverseInfo const& station : stations) azimuths.push_back(foreAzimuth(station.angle));
+  own->azimuths.push_back(calculateAzimuth(own->stations.front().backPoint, own->stations.front().stationPoint));
+  for (TraverseInfo const& station : own->stations) own->azimuths.push_back(foreAzimuth(station.angle));
 }
 
 void OpenTraverse::calculateDeltaXY() {
-  for (std::size_t i = 0; i < stations.size(); ++i) {
+  for (std::size_t i = 0; i < own->stations.size(); ++i) {
     checkCancelAndThrow();
-    if (stations[i].distance == 0.0) detail::refuseWithoutDistance(stations[i]);
+    if (own->stations[i].distance == 0.0) detail::refuseWithoutDistance(own->stations[i]);
     calculateDelta(i);
   }
 }
 
 void OpenTraverse::calculateXY() {
-  for (std::size_t i = 0; i < stations.size(); ++i) {
+  for (std::size_t i = 0; i < own->stations.size(); ++i) {
     checkCancelAndThrow();
     if (i > 0) moveForward(i);
-    placeForePoint(i, stations[i].deltaX, stations[i].deltaY);
+    placeForePoint(i, own->stations[i].deltaX, own->stations[i].deltaY);
   }
 }
 
 bool OpenTraverse::getStationInfo(std::vector<TraverseInfo>& list) const {
-  list = stations;
+  list = own->stations;
   for (TraverseInfo& station : list) station.angleDms = CommonFunction::radToDms(station.angle);
   return true;
 }

@@ -1,6 +1,6 @@
 #include "adjust/PlaneAdjustment.h"
 
-#include "adjust/engine/PlaneAdjustmentImpl.h"
+#include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
@@ -64,49 +64,49 @@ void requireSound(PlaneNetwork const& network) {
 
 }  // namespace
 
-PlaneAdjustment::PlaneAdjustment(PlaneNetwork network, PlaneSettings settings) : impl(std::make_unique<Impl>()) {
-  impl->network = std::move(network);
-  impl->settings = settings;
+PlaneAdjustment::PlaneAdjustment(PlaneNetwork network, PlaneSettings settings) : own(std::make_unique<Data>()) {
+  own->network = std::move(network);
+  own->settings = settings;
 }
 
 PlaneAdjustment::PlaneAdjustment(PlaneAdjustment&&) noexcept = default;
 PlaneAdjustment& PlaneAdjustment::operator=(PlaneAdjustment&&) noexcept = default;
 PlaneAdjustment::~PlaneAdjustment() = default;
 
-void PlaneAdjustment::setCancelCall(std::function<bool()> call) { impl->cancelCall = std::move(call); }
-void PlaneAdjustment::setProgressCall(AdjustProgressCall call) { impl->engine.progress = std::move(call); }
-void PlaneAdjustment::setTellFindings(bool tell) { impl->tellFindings = tell; }
+void PlaneAdjustment::setCancelCall(std::function<bool()> call) { own->cancelCall = std::move(call); }
+void PlaneAdjustment::setProgressCall(AdjustProgressCall call) { own->engine.progress = std::move(call); }
+void PlaneAdjustment::setTellFindings(bool tell) { own->tellFindings = tell; }
 
-PlaneNetwork const& PlaneAdjustment::network() const { return impl->network; }
-PlaneResult const& PlaneAdjustment::result() const { return impl->result; }
-std::vector<UnplacedPoint> const& PlaneAdjustment::unplacedPoints() const { return impl->engine.unplacedPoints; }
-std::vector<SuspectObservation> const& PlaneAdjustment::suspects() const { return impl->engine.suspects; }
-std::vector<LooseMotion> const& PlaneAdjustment::looseMotions() const { return impl->engine.looseMotions; }
+PlaneNetwork const& PlaneAdjustment::network() const { return own->network; }
+PlaneResult const& PlaneAdjustment::result() const { return own->result; }
+std::vector<UnplacedPoint> const& PlaneAdjustment::unplacedPoints() const { return own->engine.unplacedPoints; }
+std::vector<SuspectObservation> const& PlaneAdjustment::suspects() const { return own->engine.suspects; }
+std::vector<LooseMotion> const& PlaneAdjustment::looseMotions() const { return own->engine.looseMotions; }
 std::vector<std::pair<std::string, std::string>> const& PlaneAdjustment::coincidentPoints() const {
-  return impl->engine.coincidentPoints;
+  return own->engine.coincidentPoints;
 }
 
 PlaneResult const& PlaneAdjustment::adjust() {
-  requireSound(impl->network);
-  impl->result = PlaneResult();
-  impl->engine.poll = [call = impl->cancelCall] {
+  requireSound(own->network);
+  own->result = PlaneResult();
+  own->engine.poll = [call = own->cancelCall] {
     if (call && call()) throw QLogicError(System::tr("User Cancel"));
   };
-  impl->engine.tell = impl->tellFindings ? sendFinding : nullptr;
-  impl->number();
-  impl->place();
-  impl->iterate();
-  impl->takeResults();
-  if (impl->isFree()) {
-    impl->judgeFree();
+  own->engine.tell = own->tellFindings ? sendFinding : nullptr;
+  own->number();
+  own->place();
+  own->iterate();
+  own->takeResults();
+  if (own->isFree()) {
+    own->judgeFree();
   } else {
-    impl->engine.judgeObservations();
+    own->engine.judgeObservations();
   }
-  return impl->result;
+  return own->result;
 }
 
 /// Known points first, then the others, each in the order of the network. A set-up without a direction has no unknown.
-void PlaneAdjustment::Impl::number() {
+void PlaneAdjustment::Data::number() {
   engine.network = NumberedNetwork();
   engine.names = NameIndex();
   engine.heldUnknowns.clear();
@@ -121,7 +121,7 @@ void PlaneAdjustment::Impl::number() {
   engine.prepare();
 }
 
-void PlaneAdjustment::Impl::numberPoints() {
+void PlaneAdjustment::Data::numberPoints() {
   NumberedNetwork& numbered = engine.network;
   numbered.points = static_cast<int>(network.points.size());
   numberOfPoint.assign(network.points.size(), -1);
@@ -150,7 +150,7 @@ void PlaneAdjustment::Impl::numberPoints() {
   }
 }
 
-void PlaneAdjustment::Impl::numberDirections() {
+void PlaneAdjustment::Data::numberDirections() {
   NumberedNetwork& numbered = engine.network;
   std::vector<std::vector<std::size_t>> ofSetUp(network.setUps.size());
   for (std::size_t d = 0; d < network.directions.size(); ++d) {
@@ -180,7 +180,7 @@ void PlaneAdjustment::Impl::numberDirections() {
   numbered.directionError = medianError(std::move(errors));
 }
 
-void PlaneAdjustment::Impl::numberDistances() {
+void PlaneAdjustment::Data::numberDistances() {
   engine.lineWeights.clear();
   std::vector<double> errors;
   for (PlaneNetwork::Distance const& d : network.distances) {
@@ -191,7 +191,7 @@ void PlaneAdjustment::Impl::numberDistances() {
   engine.network.distanceFixed = medianError(std::move(errors));
 }
 
-void PlaneAdjustment::Impl::place() {
+void PlaneAdjustment::Data::place() {
   bool const isComplete = !isFree() || engine.network.known >= 2;
   if (!isComplete) placeFirstPoints();
   bool const isPlaced = engine.placePoints(engine.network.lines.empty() ? PlaneEngine::Walk::ByTriangles
@@ -202,7 +202,7 @@ void PlaneAdjustment::Impl::place() {
 }
 
 /// The lengths of the sights are known well enough from the approximate coordinates.
-void PlaneAdjustment::Impl::addCentring() {
+void PlaneAdjustment::Data::addCentring() {
   double const variance = 2.0 * settings.centring * settings.centring;
   if (!(variance > 0.0)) return;
   double a[4];
@@ -222,7 +222,7 @@ void PlaneAdjustment::Impl::addCentring() {
 }
 
 /// A network that nothing holds lies anywhere: on its first line, along the x axis from 0, 0.
-void PlaneAdjustment::Impl::placeFirstPoints() {
+void PlaneAdjustment::Data::placeFirstPoints() {
   NumberedNetwork const& numbered = engine.network;
   bool const hasPlaces = std::count_if(pointOfNumber.begin(), pointOfNumber.end(), [&](std::size_t p) {
                            return std::isfinite(network.points[p].x + network.points[p].y);
@@ -240,7 +240,7 @@ void PlaneAdjustment::Impl::placeFirstPoints() {
   }
 }
 
-void PlaneAdjustment::Impl::iterate() {
+void PlaneAdjustment::Data::iterate() {
   if (isFree()) chooseHeldUnknowns();
   if (engine.redundancy() < 0) fail();
   if (!engine.settles()) iterateDamped();
@@ -250,7 +250,7 @@ void PlaneAdjustment::Impl::iterate() {
 
 /// From the walk's coordinates or, where plain steps do not settle, from better ones, with steps that never make the
 /// sum of squares larger.
-void PlaneAdjustment::Impl::iterateDamped() {
+void PlaneAdjustment::Data::iterateDamped() {
   engine.xy = engine.x0y0;
   if (!isFree()) engine.findSuspects(engine.xy, true);
   engine.start = engine.xy;
@@ -262,7 +262,7 @@ void PlaneAdjustment::Impl::iterateDamped() {
   }
 }
 
-void PlaneAdjustment::Impl::fail() {
+void PlaneAdjustment::Data::fail() {
   engine.explainFailure();
   throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
 }

@@ -140,8 +140,8 @@ class KELVANE_EXPORT PlaneAdjustment {
   std::vector<std::pair<std::string, std::string>> const& coincidentPoints() const;
 
  private:
-  struct Impl;
-  std::unique_ptr<Impl> impl;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

@@ -4,6 +4,7 @@
 #include "adjust/input/Unobserved.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/traverse/Azimuth.h"
+#include "adjust/traverse/SingleTraverseData.h"
 #include "core/AlgorithmException.h"
 #include "core/System.h"
 
@@ -14,24 +15,29 @@
 
 namespace kvn {
 
-SingleTraverse::SingleTraverse() : m_PI(std::acos(-1.0)) {}
-SingleTraverse::SingleTraverse(SingleTraverse const&) = default;
-SingleTraverse& SingleTraverse::operator=(SingleTraverse const&) = default;
+SingleTraverse::SingleTraverse() : own(std::make_unique<Data>()) {}
+SingleTraverse::SingleTraverse(SingleTraverse const& other)
+    : IProcessCancel(other), own(std::make_unique<Data>(*other.own)) {}
+SingleTraverse& SingleTraverse::operator=(SingleTraverse const& other) {
+  IProcessCancel::operator=(other);
+  *own = *other.own;
+  return *this;
+}
 SingleTraverse::~SingleTraverse() = default;
 
 bool SingleTraverse::getAzimuth(std::vector<Degree>& list) const {
-  for (double const azimuth : azimuths) list.push_back(CommonFunction::radToDms(azimuth));
-  return !azimuths.empty();
+  for (double const azimuth : own->azimuths) list.push_back(CommonFunction::radToDms(azimuth));
+  return !own->azimuths.empty();
 }
 
 bool SingleTraverse::getKnPoints(std::vector<PointInfo>& list) const {
-  list = knPoints;
-  return !knPoints.empty();
+  list = own->knPoints;
+  return !own->knPoints.empty();
 }
 
 TraverseSummary SingleTraverse::getSummary() const {
   TraverseSummary summary;
-  summary.azimuths = azimuths;
+  summary.azimuths = own->azimuths;
   return summary;
 }
 
@@ -39,7 +45,7 @@ void SingleTraverse::checkCancelAndThrow() const {
   if (isCancel()) throw QLogicError(System::tr("User Cancel"));
 }
 
-int SingleTraverse::getPointNumber(std::string const& name) { return pointNames.numberOf(name); }
+int SingleTraverse::getPointNumber(std::string const& name) { return own->pointNames.numberOf(name); }
 
 double SingleTraverse::calculateAzimuth(PointInfo const& p, PointInfo const& q) const {
   double const dx = q.x - p.x;
@@ -49,24 +55,26 @@ double SingleTraverse::calculateAzimuth(PointInfo const& p, PointInfo const& q) 
 }
 
 void SingleTraverse::readKnownPoints(AlgorithmData const& data) {
-  knPointsCount = data.knPointsCount;
-  pointsCount = data.pointsCount;
-  pointNames = NameIndex();
-  knPoints = data.knPoints;
-  for (PointInfo& point : knPoints) point.number = getPointNumber(point.name);
-  stations.clear();
-  azimuths.clear();
+  own->knPointsCount = data.knPointsCount;
+  own->pointsCount = data.pointsCount;
+  own->pointNames = NameIndex();
+  own->knPoints = data.knPoints;
+  for (PointInfo& point : own->knPoints) point.number = getPointNumber(point.name);
+  own->stations.clear();
+  own->azimuths.clear();
 }
 
 void SingleTraverse::takeChain(std::vector<TraverseInfo> chain, AlgorithmData const& data) {
-  stations = std::move(chain);
+  own->stations = std::move(chain);
   detail::warnOfUnobserved(data.knPoints, observedNames(data), System::tr("Known points without an observation: %1"));
 }
 
-bool SingleTraverse::isKnown(PointInfo const& point) const { return detail::index(point.number) < knPoints.size(); }
+bool SingleTraverse::isKnown(PointInfo const& point) const {
+  return detail::index(point.number) < own->knPoints.size();
+}
 
 void SingleTraverse::takeKnown(PointInfo& point) const {
-  if (isKnown(point)) point = knPoints[detail::index(point.number)];
+  if (isKnown(point)) point = own->knPoints[detail::index(point.number)];
 }
 
 bool SingleTraverse::isOrientedStart(TraverseInfo const& station) const {
@@ -84,31 +92,33 @@ std::size_t SingleTraverse::takeOrientedStarts(std::vector<TraverseInfo>& list) 
   return first;
 }
 
-double SingleTraverse::foreAzimuth(double angle) const { return detail::ontoCircle(azimuths.back() + angle - m_PI); }
+double SingleTraverse::foreAzimuth(double angle) const {
+  return detail::ontoCircle(own->azimuths.back() + angle - own->m_PI);
+}
 
 void SingleTraverse::calculateDelta(std::size_t station) {
-  TraverseInfo& from = stations[station];
-  from.deltaX = from.distance * std::cos(azimuths[station + 1]);
-  from.deltaY = from.distance * std::sin(azimuths[station + 1]);
+  TraverseInfo& from = own->stations[station];
+  from.deltaX = from.distance * std::cos(own->azimuths[station + 1]);
+  from.deltaY = from.distance * std::sin(own->azimuths[station + 1]);
 }
 
 void SingleTraverse::placeForePoint(std::size_t station, double dx, double dy) {
-  TraverseInfo& from = stations[station];
+  TraverseInfo& from = own->stations[station];
   PointInfo& fore = from.forePoints.front();
   fore.x = from.stationPoint.x + dx;
   fore.y = from.stationPoint.y + dy;
 }
 
 void SingleTraverse::moveForward(std::size_t station) {
-  stations[station].stationPoint = stations[station - 1].forePoints.front();
-  stations[station].backPoint = stations[station - 1].stationPoint;
+  own->stations[station].stationPoint = own->stations[station - 1].forePoints.front();
+  own->stations[station].backPoint = own->stations[station - 1].stationPoint;
 }
 
 bool SingleTraverse::appendAllPoints(std::vector<PointInfo>& list) const {
-  if (stations.empty()) return false;
-  list.push_back(stations.front().backPoint);
-  for (TraverseInfo const& station : stations) list.push_back(station.stationPoint);
-  list.push_back(stations.back().forePoints.front());
+  if (own->stations.empty()) return false;
+  list.push_back(own->stations.front().backPoint);
+  for (TraverseInfo const& station : own->stations) list.push_back(station.stationPoint);
+  list.push_back(own->stations.back().forePoints.front());
   return true;
 }
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "adjust/AlgorithmData.h"
-#include "adjust/NameIndex.h"
 #include "records/CalculationRecords.h"
 
 #include <utils/Export.h>
 #include <utils/IProcessCancel.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -72,13 +72,8 @@ class KELVANE_EXPORT SingleTraverse : public utils::IProcessCancel {
   /// Appends the first back point, the stations and the last fore point; false without stations.
   bool appendAllPoints(std::vector<PointInfo>& list) const;
 
-  std::vector<PointInfo> knPoints;
-  std::vector<TraverseInfo> stations;  ///< the chain
-  NameIndex pointNames;
-  int knPointsCount = 0;
-  int pointsCount = 0;
-  std::vector<double> azimuths;  ///< see `TraverseSummary`
-  double m_PI;                   ///< the arc cosine of -1
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

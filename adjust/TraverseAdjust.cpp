@@ -1,7 +1,7 @@
 // The run of the literal adjustment, and its steps for derived classes.
 #include "adjust/TraverseAdjust.h"
 
-#include "adjust/engine/TraverseAdjustImpl.h"
+#include "adjust/engine/TraverseAdjustData.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
@@ -20,9 +20,6 @@ namespace {
 using detail::index;
 using detail::PlaneEngine;
 
-// Below this in size a cofactor counts as zero.
-constexpr double kNoCofactor = 1e-8;
-
 constexpr char const* kNotEnough = "No enough data";
 
 void sendFinding(QString const& text, MessType type) {
@@ -34,22 +31,22 @@ void sendFinding(QString const& text, MessType type) {
 TraverseAdjust::TraverseAdjust() : TraverseAdjust(2.0, 0.003, 3e-6, true) {}
 
 TraverseAdjust::TraverseAdjust(double directionError, double fixedError, double proportionError, bool expression)
-    : impl(std::make_unique<Impl>()) {
-  impl->angleError = directionError;
-  impl->lineFixedError = fixedError;
-  impl->lineProportionError = proportionError;
-  impl->lineCalculateExpression = expression;
+    : own(std::make_unique<Data>()) {
+  own->angleError = directionError;
+  own->lineFixedError = fixedError;
+  own->lineProportionError = proportionError;
+  own->lineCalculateExpression = expression;
 }
 
 TraverseAdjust::TraverseAdjust(TraverseAdjust const& other)
-    : Matrix(other), utils::IProcessCancel(other), impl(std::make_unique<Impl>(*other.impl)) {}
+    : Matrix(other), utils::IProcessCancel(other), own(std::make_unique<Data>(*other.own)) {}
 
 TraverseAdjust& TraverseAdjust::operator=(TraverseAdjust const& other) {
   if (this == &other) return *this;
-  auto copy = std::make_unique<Impl>(*other.impl);
+  auto copy = std::make_unique<Data>(*other.own);
   Matrix::operator=(other);
   utils::IProcessCancel::operator=(other);
-  impl = std::move(copy);
+  own = std::move(copy);
   return *this;
 }
 
@@ -57,25 +54,25 @@ TraverseAdjust::~TraverseAdjust() = default;
 
 std::size_t TraverseAdjust::ij(int i, int j) { return Matrix::ij(i, j); }
 
-void TraverseAdjust::setIterationLimit(int rounds) { impl->engine.iterationLimit = rounds; }
-void TraverseAdjust::setCountControlDistances(bool count) { impl->engine.countControlLines = count; }
-void TraverseAdjust::setProgressCall(AdjustProgressCall call) { impl->engine.progress = std::move(call); }
-void TraverseAdjust::setTellFindings(bool tell) { impl->tellFindings = tell; }
+void TraverseAdjust::setIterationLimit(int rounds) { own->engine.iterationLimit = rounds; }
+void TraverseAdjust::setCountControlDistances(bool count) { own->engine.countControlLines = count; }
+void TraverseAdjust::setProgressCall(AdjustProgressCall call) { own->engine.progress = std::move(call); }
+void TraverseAdjust::setTellFindings(bool tell) { own->tellFindings = tell; }
 
 void TraverseAdjust::setSparseFrom(int unknowns) {
-  impl->engine.sparseFrom = unknowns;
-  impl->engine.normals.reset();
+  own->engine.sparseFrom = unknowns;
+  own->engine.normals.reset();
 }
 
 void TraverseAdjust::checkCancelAndThrow() const {
   if (isCancel()) throw QLogicError(System::tr("User Cancel"));
 }
 
-TraverseAdjust::Impl& TraverseAdjust::ready() const {
+TraverseAdjust::Data& TraverseAdjust::ready() const {
   // Anew each time: the object may be a copy of the one that the calls were made for.
-  impl->engine.poll = [this] { checkCancelAndThrow(); };
-  impl->engine.tell = impl->tellFindings ? sendFinding : nullptr;
-  return *impl;
+  own->engine.poll = [this] { checkCancelAndThrow(); };
+  own->engine.tell = own->tellFindings ? sendFinding : nullptr;
+  return *own;
 }
 
 void TraverseAdjust::requirePlaces(bool arePlaced, int failure) const {
@@ -101,7 +98,7 @@ void TraverseAdjust::calculateX0Y00910() {
 }
 
 void TraverseAdjust::calculateApproximate() {
-  PlaneEngine& engine = impl->engine;
+  PlaneEngine& engine = own->engine;
   if (!engine.network.lines.empty()) {
     calculateX0Y0();
   } else {
@@ -156,8 +153,8 @@ void TraverseAdjust::checkDetermination() { ready().engine.determine(false); }
 // ---- Steps.
 
 int TraverseAdjust::getPointNumber(std::string const& name) {
-  NameIndex& names = impl->engine.names;
-  return names.size() < impl->pointsCount() ? names.numberOf(name) : names.find(name);
+  NameIndex& names = own->engine.names;
+  return names.size() < own->pointsCount() ? names.numberOf(name) : names.find(name);
 }
 
 bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
@@ -165,14 +162,14 @@ bool TraverseAdjust::lineEqual(LineInfo const& a, LineInfo const& b) const {
          (a.start_name == b.end_name && a.end_name == b.start_name);
 }
 
-double TraverseAdjust::calculateAzimuth(int i, int j) const { return detail::azimuthBetween(impl->engine.xy, i, j); }
+double TraverseAdjust::calculateAzimuth(int i, int j) const { return detail::azimuthBetween(own->engine.xy, i, j); }
 
 double TraverseAdjust::getAzimuth(int, int) const { return detail::kMissing; }  // azimuth observations are refused
 
-double TraverseAdjust::getLine(int i, int j) const { return detail::observedDistance(impl->engine.network, i, j); }
+double TraverseAdjust::getLine(int i, int j) const { return detail::observedDistance(own->engine.network, i, j); }
 
 double TraverseAdjust::getAngle(int station, int i, int j) const {
-  return detail::observedAngle(impl->engine.network, station, i, j);
+  return detail::observedAngle(own->engine.network, station, i, j);
 }
 
 void TraverseAdjust::calculateBTPB() { ready().engine.buildNormals(); }
@@ -184,11 +181,11 @@ void TraverseAdjust::calculateBTPBi(double const* a, int const* at, double p, do
 }
 
 double TraverseAdjust::calculateAB(int i, int j, double* a, int* at) const {
-  return impl->engine.azimuthFactors(i, j, a, at);
+  return own->engine.azimuthFactors(i, j, a, at);
 }
 
 double TraverseAdjust::calculateCD(int i, int j, double* a, int* at) const {
-  return impl->engine.distanceFactors(i, j, a, at);
+  return own->engine.distanceFactors(i, j, a, at);
 }
 
 double TraverseAdjust::calculateDx() {
@@ -202,12 +199,11 @@ double TraverseAdjust::calculateDx() {
 double TraverseAdjust::calculateQQ(double const* a, int const* at) const {
   PlaneEngine& engine = ready().engine;
   engine.needNormals();
-  double const q = engine.normals->anyCofactor(a, at, 4);
-  return std::abs(q) < kNoCofactor ? 0.0 : q;
+  return Data::thresholded(engine.normals->anyCofactor(a, at, 4));
 }
 
 double TraverseAdjust::calculateV() {
-  Impl& state = ready();
+  Data& state = ready();
   PlaneEngine& engine = state.engine;
   engine.calculateResiduals();
   double pvv = 0.0;
@@ -221,11 +217,11 @@ double TraverseAdjust::calculateV() {
   return pvv;
 }
 
-std::vector<UnplacedPoint> const& TraverseAdjust::getUnplacedPoints() const { return impl->engine.unplacedPoints; }
-std::vector<SuspectObservation> const& TraverseAdjust::getSuspects() const { return impl->engine.suspects; }
-std::vector<LooseMotion> const& TraverseAdjust::getLooseMotions() const { return impl->engine.looseMotions; }
+std::vector<UnplacedPoint> const& TraverseAdjust::getUnplacedPoints() const { return own->engine.unplacedPoints; }
+std::vector<SuspectObservation> const& TraverseAdjust::getSuspects() const { return own->engine.suspects; }
+std::vector<LooseMotion> const& TraverseAdjust::getLooseMotions() const { return own->engine.looseMotions; }
 std::vector<std::pair<std::string, std::string>> const& TraverseAdjust::getCoincidentPoints() const {
-  return impl->engine.coincidentPoints;
+  return own->engine.coincidentPoints;
 }
 
 }  // namespace kvn

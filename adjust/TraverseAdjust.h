@@ -165,17 +165,17 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
 
  private:
   friend class AlgorithmAdjust;  // takes the results out: copies of a million points take seconds
-  struct Impl;
+  struct Data;
 
   /// The state, with the cancel query of this object.
-  Impl& ready() const;
+  Data& ready() const;
   void requirePlaces(bool arePlaced, int failure) const;
   [[noreturn]] void fail() const;
   void iterate();
   void calculateResults();
   LineErrorInfo lineResult(int i, int j, double observed, double residual);
 
-  std::unique_ptr<Impl> impl;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

@@ -1,6 +1,6 @@
 // Input of the adjustment: numbers for the points, flat arrays for the observations.
 #include "adjust/CommonFunction.h"
-#include "adjust/engine/TraverseAdjustImpl.h"
+#include "adjust/engine/TraverseAdjustData.h"
 #include "adjust/input/KnownEnds.h"
 #include "adjust/input/MergeLines.h"
 #include "adjust/input/Missing.h"
@@ -99,14 +99,14 @@ void readDirections(PlaneEngine& engine, std::vector<StationInfo> const& station
 }  // namespace
 
 /// The mean of a merged distance.
-NumberedNetwork::Line TraverseAdjust::Impl::numbered(LineInfo const& line) {
+NumberedNetwork::Line TraverseAdjust::Data::numbered(LineInfo const& line) {
   int const start = engine.names.numberOf(line.start_name);
   double const value = line.value / line.count;
   double const error = std::max(lineFixedError, kSmallestDistanceError) + lineProportionError * value;
   return {start, engine.names.numberOf(line.end_name), value, error};
 }
 
-void TraverseAdjust::Impl::readDistances(std::vector<LineInfo> const& distances) {
+void TraverseAdjust::Data::readDistances(std::vector<LineInfo> const& distances) {
   detail::Effort effort(engine.poll);
   engine.network.lines.reserve(distances.size());
   engine.lineWeights.clear();
@@ -121,13 +121,13 @@ void TraverseAdjust::Impl::readDistances(std::vector<LineInfo> const& distances)
   engine.network.distanceProportion = lineProportionError;
 }
 
-double TraverseAdjust::Impl::distanceVariance(double s) const {
+double TraverseAdjust::Data::distanceVariance(double s) const {
   double const m = lineCalculateExpression ? lineFixedError + lineProportionError * s
                                            : std::hypot(lineFixedError, lineProportionError * s);
   return m * m;
 }
 
-void TraverseAdjust::Impl::forgetResults() {
+void TraverseAdjust::Data::forgetResults() {
   hasRedundancy = true;
   errorEllipses = ErrorEllipseManage();
   directionResults.clear();
@@ -137,7 +137,7 @@ void TraverseAdjust::Impl::forgetResults() {
 }
 
 void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
-  Impl& state = ready();
+  Data& state = ready();
   PlaneEngine& engine = state.engine;
   NameIndex const observed = observedNames(input, engine.poll);
   std::vector<PointInfo> const knownPoints = observedKnownPoints(input, observed);

@@ -1,6 +1,6 @@
 // Precision results: unit weight error, point errors, ellipses, errors of directions and distances.
 #include "adjust/CommonFunction.h"
-#include "adjust/engine/TraverseAdjustImpl.h"
+#include "adjust/engine/TraverseAdjustData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
@@ -17,14 +17,10 @@ constexpr double kNoEllipse = 1e-8;
 // A covariance below this counts as zero; square metres.
 constexpr double kNoCovariance = 1e-14;
 
-// Below this in size a cofactor counts as zero.
-constexpr double kNoCofactor = 1e-8;
-
 using detail::index;
 using detail::NumberedNetwork;
 using detail::PlaneEngine;
 
-double thresholded(double cofactor) { return std::abs(cofactor) < kNoCofactor ? 0.0 : cofactor; }
 
 /// Root of a variance factor, which rounding may have pushed below zero.
 double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
@@ -57,7 +53,7 @@ void TraverseAdjust::calculateResults() {
 }
 
 void TraverseAdjust::calculateUnitError() {
-  Impl& state = ready();
+  Data& state = ready();
   double pvv = calculateV();
   double a[4];
   int at[4];
@@ -74,7 +70,7 @@ void TraverseAdjust::calculateUnitError() {
 }
 
 void TraverseAdjust::calculateMxMy() {
-  Impl& state = ready();
+  Data& state = ready();
   if (!state.hasRedundancy) return;
   state.engine.needInverse();
   detail::Effort effort(state.engine.poll);
@@ -87,7 +83,7 @@ void TraverseAdjust::calculateMxMy() {
 }
 
 void TraverseAdjust::calculateErrorEllipse() {
-  Impl& state = ready();
+  Data& state = ready();
   PlaneEngine& engine = state.engine;
   state.errorEllipses.isValid = state.hasRedundancy;
   if (!state.hasRedundancy) return;
@@ -105,7 +101,7 @@ void TraverseAdjust::calculateErrorEllipse() {
 }
 
 void TraverseAdjust::calculateDirectionResult() {
-  Impl& state = ready();
+  Data& state = ready();
   PlaneEngine& engine = state.engine;
   engine.needInverse();
   NumberedNetwork const& network = engine.network;
@@ -127,12 +123,12 @@ void TraverseAdjust::calculateDirectionResult() {
       result.residuals.push_back(engine.directionResiduals[index(d)]);
       result.adjustedAzimuths.push_back(rad_dms(calculateAB(k, target, a, at)));
       if (state.hasRedundancy) {
-        result.azimuthErrors.push_back(rootOf(thresholded(engine.cofactor(a, at, 4))) * state.unitError);
+        result.azimuthErrors.push_back(rootOf(Data::thresholded(engine.cofactor(a, at, 4))) * state.unitError);
       }
       result.distances.push_back(calculateCD(k, target, a, at));
       if (!state.hasRedundancy) continue;
       double const q = engine.cofactor(a, at, 4);
-      result.distanceErrors.push_back(rootOf(thresholded(q)) * state.unitError);
+      result.distanceErrors.push_back(rootOf(Data::thresholded(q)) * state.unitError);
       lineErrorsHere.push_back(rootOf(q) * state.unitError);
     }
     state.directionResults.push_back(std::move(result));
@@ -141,7 +137,7 @@ void TraverseAdjust::calculateDirectionResult() {
 }
 
 void TraverseAdjust::calculateLineErrorInfo() {
-  Impl& state = ready();
+  Data& state = ready();
   PlaneEngine& engine = state.engine;
   engine.needInverse();
   detail::Effort effort(engine.poll);
@@ -159,7 +155,7 @@ void TraverseAdjust::calculateLineErrorInfo() {
 }
 
 LineErrorInfo TraverseAdjust::lineResult(int i, int j, double observed, double residual) {
-  PlaneEngine const& engine = impl->engine;
+  PlaneEngine const& engine = own->engine;
   double a[4];
   int at[4];
   LineErrorInfo info;
@@ -169,13 +165,13 @@ LineErrorInfo TraverseAdjust::lineResult(int i, int j, double observed, double r
   info.residual = residual;
   info.azimuth = calculateAB(i, j, a, at);
   info.azimuthDms = CommonFunction::radToDms(info.azimuth);
-  info.azimuthErrorValid = info.distanceErrorValid = impl->hasRedundancy;
-  if (impl->hasRedundancy) info.azimuthError = rootOf(thresholded(engine.cofactor(a, at, 4))) * impl->unitError;
+  info.azimuthErrorValid = info.distanceErrorValid = own->hasRedundancy;
+  if (own->hasRedundancy) info.azimuthError = rootOf(Data::thresholded(engine.cofactor(a, at, 4))) * own->unitError;
   info.adjustedDistance = calculateCD(i, j, a, at);
-  if (impl->hasRedundancy) {
+  if (own->hasRedundancy) {
     double const q = engine.cofactor(a, at, 4);
-    info.distanceError = rootOf(thresholded(q)) * impl->unitError;
-    impl->lineErrors.push_back(rootOf(q) * impl->unitError);
+    info.distanceError = rootOf(Data::thresholded(q)) * own->unitError;
+    own->lineErrors.push_back(rootOf(q) * own->unitError);
   }
   return info;
 }
@@ -201,7 +197,7 @@ double TraverseAdjust::rad_dms(double radians) {
   return seconds < 0.0 ? -result : result;
 }
 
-PointInfo TraverseAdjust::Impl::pointOf(int number, std::vector<double> const& coordinates) const {
+PointInfo TraverseAdjust::Data::pointOf(int number, std::vector<double> const& coordinates) const {
   PointInfo point;
   point.name = engine.nameOf(number);
   point.x = coordinates[2 * index(number)];
@@ -209,50 +205,50 @@ PointInfo TraverseAdjust::Impl::pointOf(int number, std::vector<double> const& c
   return point;
 }
 
-std::vector<PointInfo> TraverseAdjust::Impl::pointsOf(std::vector<double> const& coordinates) const {
+std::vector<PointInfo> TraverseAdjust::Data::pointsOf(std::vector<double> const& coordinates) const {
   std::vector<PointInfo> points;
   points.reserve(index(pointsCount()));
   for (int i = 0; i < pointsCount(); ++i) points.push_back(pointOf(i, coordinates));
   return points;
 }
 
-std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const { return impl->pointsOf(impl->engine.x0y0); }
-std::vector<PointInfo> TraverseAdjust::getPoints() const { return impl->pointsOf(impl->engine.xy); }
+std::vector<PointInfo> TraverseAdjust::getPointX0Y0() const { return own->pointsOf(own->engine.x0y0); }
+std::vector<PointInfo> TraverseAdjust::getPoints() const { return own->pointsOf(own->engine.xy); }
 
 std::vector<PointErrorInfo> TraverseAdjust::getPointErrorInfo() const {
   std::vector<PointErrorInfo> points;
-  points.reserve(index(impl->pointsCount()));
-  for (int i = 0; i < impl->pointsCount(); ++i) {
+  points.reserve(index(own->pointsCount()));
+  for (int i = 0; i < own->pointsCount(); ++i) {
     PointErrorInfo point;
-    static_cast<PointInfo&>(point) = impl->pointOf(i, impl->engine.xy);
-    bool const hasErrors = impl->hasRedundancy && !impl->mx.empty();
+    static_cast<PointInfo&>(point) = own->pointOf(i, own->engine.xy);
+    bool const hasErrors = own->hasRedundancy && !own->mx.empty();
     point.mxValid = point.myValid = point.mpValid = hasErrors;
     if (hasErrors) {
-      point.mx = impl->mx[index(i)];
-      point.my = impl->my[index(i)];
-      point.mp = impl->mp[index(i)];
+      point.mx = own->mx[index(i)];
+      point.my = own->my[index(i)];
+      point.mp = own->mp[index(i)];
     }
     points.push_back(std::move(point));
   }
   return points;
 }
 
-std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const { return impl->lineErrorInfos; }
-ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return impl->errorEllipses; }
-std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return impl->directionResults; }
+std::vector<LineErrorInfo> TraverseAdjust::getLineErrorInfo() const { return own->lineErrorInfos; }
+ErrorEllipseManage TraverseAdjust::getErrorEllipsoid() const { return own->errorEllipses; }
+std::vector<DirectionResult> TraverseAdjust::getDirrectionInfo() const { return own->directionResults; }
 
 std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
-  NumberedNetwork const& network = impl->engine.network;
+  NumberedNetwork const& network = own->engine.network;
   std::vector<TraverseInfo> stations;
   stations.reserve(index(network.stations()));
   for (int s = 0; s < network.stations(); ++s) {
     TraverseInfo station;
-    station.stationPoint = impl->pointOf(network.pointOf(s), impl->engine.xy);
+    station.stationPoint = own->pointOf(network.pointOf(s), own->engine.xy);
     int const first = network.firstDirection(s);
-    station.backPoint = impl->pointOf(network.direction(first).target, impl->engine.xy);
+    station.backPoint = own->pointOf(network.direction(first).target, own->engine.xy);
     station.forePoints.reserve(index(network.endDirection(s) - first - 1));
     for (int d = first + 1; d < network.endDirection(s); ++d) {
-      station.forePoints.push_back(impl->pointOf(network.direction(d).target, impl->engine.xy));
+      station.forePoints.push_back(own->pointOf(network.direction(d).target, own->engine.xy));
     }
     stations.push_back(std::move(station));
   }
@@ -260,19 +256,19 @@ std::vector<TraverseInfo> TraverseAdjust::getStationInfo() const {
 }
 
 AdjustSummary TraverseAdjust::getSummary() const {
-  NumberedNetwork const& network = impl->engine.network;
+  NumberedNetwork const& network = own->engine.network;
   AdjustSummary summary;
-  summary.hasRedundancy = impl->hasRedundancy;
-  summary.unitError = impl->hasRedundancy ? impl->unitError : std::numeric_limits<double>::quiet_NaN();
-  summary.redundancy = impl->redundancy();
-  summary.iterations = impl->engine.iterations;
+  summary.hasRedundancy = own->hasRedundancy;
+  summary.unitError = own->hasRedundancy ? own->unitError : std::numeric_limits<double>::quiet_NaN();
+  summary.redundancy = own->redundancy();
+  summary.iterations = own->engine.iterations;
   summary.points = network.points;
   summary.knownPoints = network.known;
   summary.stations = network.stations();
   summary.directions = static_cast<int>(network.directions.size());
-  summary.distances = static_cast<int>(network.lines.size()) + impl->countedControlDistances();
-  summary.distanceErrors = impl->lineErrors;
-  summary.directionDistanceErrors = impl->directionLineErrors;
+  summary.distances = static_cast<int>(network.lines.size()) + own->countedControlDistances();
+  summary.distanceErrors = own->lineErrors;
+  summary.directionDistanceErrors = own->directionLineErrors;
   return summary;
 }
 

@@ -1,6 +1,7 @@
 #include "adjust/TriangleHeightAdjust.h"
 
 #include "adjust/Matrix.h"
+#include "adjust/NameIndex.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
@@ -9,8 +10,11 @@
 #include "adjust/start/SweepQueue.h"
 #include "core/System.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace kvn {
@@ -28,41 +32,8 @@ constexpr int kSparseFrom = 100;
 
 bool isSet(double height) { return height > kSetAbove && isPresent(height); }
 
-struct PackedIndex : Matrix {
-  using Matrix::ij;
-};
-
-}  // namespace
-
-TriangleHeightAdjust::TriangleHeightAdjust() : sparseFrom(kSparseFrom) {}
-TriangleHeightAdjust::TriangleHeightAdjust(TriangleHeightAdjust const&) = default;
-TriangleHeightAdjust& TriangleHeightAdjust::operator=(TriangleHeightAdjust const&) = default;
-TriangleHeightAdjust::~TriangleHeightAdjust() = default;
-
-std::size_t TriangleHeightAdjust::ij(int i, int j) { return PackedIndex::ij(i, j); }
-
-bool TriangleHeightAdjust::inverse(std::vector<double>& packed, int n) const {
-  return detail::invertPacked(packed.data(), index(n), detail::PivotRule::ChangesOne);
-}
-
-int TriangleHeightAdjust::getStationNumber(std::string const& name) { return pointNames.numberOf(name); }
-
-// Whoever asks for heights after a failure shall not get the approximate ones.
-void TriangleHeightAdjust::fail() {
-  H.clear();
-  H0.clear();
-  throw detail::CalculationFailure(System::tr("Calculate Height Failed, The Height Of Data Is Error"));
-}
-
-void TriangleHeightAdjust::clearCalData() {
-  for (auto* list : {&H0, &H, &P, &cofactors, &dX, &V}) list->clear();
-}
-
-// ---- Input.
-
 /// All names in the order in which an empty table would number them.
-NameIndex TriangleHeightAdjust::namesOf(std::vector<TriangleStationData> const& stations,
-                                        std::vector<TriangleViewData> const& views) {
+NameIndex namesOf(std::vector<TriangleStationData> const& stations, std::vector<TriangleViewData> const& views) {
   NameIndex names;
   for (TriangleStationData const& station : stations) names.numberOf(station.name);
   for (TriangleViewData const& view : views) {
@@ -72,8 +43,71 @@ NameIndex TriangleHeightAdjust::namesOf(std::vector<TriangleStationData> const& 
   return names;
 }
 
+struct PackedIndex : Matrix {
+  using Matrix::ij;
+};
+
+}  // namespace
+
+struct KELVANE_PRIVATE TriangleHeightAdjust::Data {
+  bool keepsNumbers(NameIndex const& names) const;
+  void sizeArrays();
+  void prepareNormals();
+  void holdKnownPoints();
+
+  KELVANE_LATER_MEMBER
+  int linesCount = 0;
+  int pointsCount = 0;
+  int knPointsCount = 0;
+  std::vector<int> lineStart;
+  std::vector<int> lineEnd;
+  NameIndex pointNames;
+  std::vector<double> lineHeight;  // metres
+  std::vector<double> H0;          // metres
+  std::vector<double> H;           // metres
+  std::vector<double> P;           // 1 / metres
+  // From `calculateATPA` until `calculatedX` has solved them; copies made between the two share them.
+  std::shared_ptr<detail::NormalEquations> normals;
+  std::vector<double> cofactors;  // diagonal of the inverse of the normal matrix, metres
+  std::vector<double> dX;         // metres
+  std::vector<double> V;          // metres
+  int sparseFrom = kSparseFrom;
+  double unitError = std::numeric_limits<double>::quiet_NaN();
+  std::vector<TriangleHeightPointInfo> pointInfoList;
+};
+
+TriangleHeightAdjust::TriangleHeightAdjust() : own(std::make_unique<Data>()) {}
+TriangleHeightAdjust::TriangleHeightAdjust(TriangleHeightAdjust const& other)
+    : own(std::make_unique<Data>(*other.own)) {}
+TriangleHeightAdjust& TriangleHeightAdjust::operator=(TriangleHeightAdjust const& other) {
+  *own = *other.own;
+  return *this;
+}
+TriangleHeightAdjust::~TriangleHeightAdjust() = default;
+
+std::size_t TriangleHeightAdjust::ij(int i, int j) { return PackedIndex::ij(i, j); }
+
+bool TriangleHeightAdjust::inverse(std::vector<double>& packed, int n) const {
+  return detail::invertPacked(packed.data(), index(n), detail::PivotRule::ChangesOne);
+}
+
+int TriangleHeightAdjust::getStationNumber(std::string const& name) { return own->pointNames.numberOf(name); }
+
+// Whoever asks for heights after a failure shall not get the approximate ones.
+void TriangleHeightAdjust::fail() {
+  own->H.clear();
+  own->H0.clear();
+  throw detail::CalculationFailure(System::tr("Calculate Height Failed, The Height Of Data Is Error"));
+}
+
+void TriangleHeightAdjust::clearCalData() {
+  for (auto* list : {&own->H0, &own->H, &own->P, &own->cofactors, &own->dX, &own->V}) list->clear();
+}
+
+// ---- Input.
+
 /// The same names as in the last run, and the known ones among the first numbers, on which the solve relies.
-bool TriangleHeightAdjust::keepsNumbers(NameIndex const& names) const {
+bool TriangleHeightAdjust::Data::keepsNumbers(NameIndex const& names) const {
   if (names.size() != pointNames.size()) return false;
   for (int n = 0; n < names.size(); ++n) {
     int const before = pointNames.find(names.names()[index(n)]);
@@ -82,7 +116,7 @@ bool TriangleHeightAdjust::keepsNumbers(NameIndex const& names) const {
   return true;
 }
 
-void TriangleHeightAdjust::sizeArrays() {
+void TriangleHeightAdjust::Data::sizeArrays() {
   auto const points = index(pointsCount);
   auto const lines = index(linesCount);
   for (auto* list : {&H, &dX, &cofactors}) list->assign(points, 0.0);
@@ -93,30 +127,30 @@ void TriangleHeightAdjust::sizeArrays() {
 }
 
 void TriangleHeightAdjust::setTriangleHeightDataConvert(TriangleHeightDataConvert const& convert) {
-  knPointsCount = convert.getKnPnumber();
-  linesCount = convert.getLnumber();
-  pointsCount = convert.getPnumber();
-  sizeArrays();
+  own->knPointsCount = convert.getKnPnumber();
+  own->linesCount = convert.getLnumber();
+  own->pointsCount = convert.getPnumber();
+  own->sizeArrays();
   std::vector<TriangleStationData> const stations = convert.getTriangleStationData();
   std::vector<TriangleViewData> const views = convert.getTraingleViewData();
-  if (!keepsNumbers(namesOf(stations, views))) pointNames = NameIndex();
+  if (!own->keepsNumbers(namesOf(stations, views))) own->pointNames = NameIndex();
   for (TriangleStationData const& station : stations) {
-    H[index(getStationNumber(station.name))] = station.height;
+    own->H[index(getStationNumber(station.name))] = station.height;
   }
   std::size_t l = 0;
   for (TriangleViewData const& view : views) {
-    lineStart[l] = getStationNumber(view.start_name);
-    lineEnd[l] = getStationNumber(view.end_name);
-    lineHeight[l] = view.heightDifference;
-    P[l] = 1.0 / view.horizontalDistance;
+    own->lineStart[l] = getStationNumber(view.start_name);
+    own->lineEnd[l] = getStationNumber(view.end_name);
+    own->lineHeight[l] = view.heightDifference;
+    own->P[l] = 1.0 / view.horizontalDistance;
     ++l;
   }
 }
 
 void TriangleHeightAdjust::requireUsableInput() {
-  bool const isFilled = H.size() == index(pointsCount) && P.size() == index(linesCount);
-  if (!isFilled || !std::all_of(H.begin(), H.begin() + knPointsCount, isSet) ||
-      !std::all_of(lineHeight.begin(), lineHeight.end(), isPresent)) {
+  bool const isFilled = own->H.size() == index(own->pointsCount) && own->P.size() == index(own->linesCount);
+  if (!isFilled || !std::all_of(own->H.begin(), own->H.begin() + own->knPointsCount, isSet) ||
+      !std::all_of(own->lineHeight.begin(), own->lineHeight.end(), isPresent)) {
     fail();
   }
 }
@@ -125,10 +159,10 @@ void TriangleHeightAdjust::requireUsableInput() {
 
 /// Repeated passes over the lines: one that has the height of one end alone gives that of the other. Passes over all
 /// lines would give each height from the same line, since the queue visits the lines that can give one in their order.
-class TriangleHeightAdjust::HeightWalk {
+class KELVANE_PRIVATE TriangleHeightAdjust::HeightWalk {
  public:
   explicit HeightWalk(TriangleHeightAdjust& adjustment)
-      : net(adjustment), queue(index(net.linesCount)), linesAt(index(net.pointsCount)) {
+      : owner(adjustment), net(*adjustment.own), queue(index(net.linesCount)), linesAt(index(net.pointsCount)) {
     for (int l = 0; l < net.linesCount; ++l) {
       linesAt[index(net.lineStart[index(l)])].push_back(l);
       linesAt[index(net.lineEnd[index(l)])].push_back(l);
@@ -149,7 +183,7 @@ class TriangleHeightAdjust::HeightWalk {
 
  private:
   void place(int point, double height) {
-    if (!isSet(height)) net.fail();
+    if (!isSet(height)) owner.fail();
     net.H[index(point)] = height;
     tellLines(point);
   }
@@ -158,24 +192,25 @@ class TriangleHeightAdjust::HeightWalk {
     for (int const l : linesAt[index(point)]) queue.schedule(l);
   }
 
-  TriangleHeightAdjust& net;
+  TriangleHeightAdjust& owner;
+  Data& net;
   detail::SweepQueue queue;
   std::vector<std::vector<int>> linesAt;  // of each point
 };
 
 // Each pass but the last sets a height, so that a limit on the passes would never end a walk that could go on.
 void TriangleHeightAdjust::calculateH0() {
-  std::fill(H.begin() + knPointsCount, H.end(), kUnset);
+  std::fill(own->H.begin() + own->knPointsCount, own->H.end(), kUnset);
   HeightWalk(*this).run();
-  if (!std::all_of(H.begin(), H.end(), isSet)) fail();
+  if (!std::all_of(own->H.begin(), own->H.end(), isSet)) fail();
 }
 
 // ---- The solve.
 
-void TriangleHeightAdjust::setSparseFrom(int points) { sparseFrom = points; }
+void TriangleHeightAdjust::setSparseFrom(int points) { own->sparseFrom = points; }
 
 /// Empty ones, with an unknown for each point.
-void TriangleHeightAdjust::prepareNormals() {
+void TriangleHeightAdjust::Data::prepareNormals() {
   // How much of a pivot elimination takes away is no matter: the walk has found a way from every point to a known one.
   detail::NormalEquations::Soundness const soundness{detail::PivotRule::ChangesOne,
                                                      std::numeric_limits<double>::infinity()};
@@ -191,81 +226,87 @@ void TriangleHeightAdjust::prepareNormals() {
 }
 
 void TriangleHeightAdjust::calculateATPA() {
-  prepareNormals();
-  for (std::size_t l = 0; l < lineHeight.size(); ++l) {
-    int const a = lineStart[l];
-    int const b = lineEnd[l];
-    double const p = P[l];
-    double const w = lineHeight[l] - (H[index(b)] - H[index(a)]);
-    normals->addRight(a, -p * w);
-    normals->addRight(b, p * w);
-    normals->add(a, a, p);
-    normals->add(b, b, p);
-    normals->add(a, b, -p);
+  own->prepareNormals();
+  for (std::size_t l = 0; l < own->lineHeight.size(); ++l) {
+    int const a = own->lineStart[l];
+    int const b = own->lineEnd[l];
+    double const p = own->P[l];
+    double const w = own->lineHeight[l] - (own->H[index(b)] - own->H[index(a)]);
+    own->normals->addRight(a, -p * w);
+    own->normals->addRight(b, p * w);
+    own->normals->add(a, a, p);
+    own->normals->add(b, b, p);
+    own->normals->add(a, b, -p);
   }
 }
 
 // The weight stands in place of those of the point's lines, which the sum does not feel: doubles near 1e30 are 1.4e14
 // apart, and a line weighs 1e6 at most, since the reduction takes none below 1e-6 m.
-void TriangleHeightAdjust::holdKnownPoints() {
+void TriangleHeightAdjust::Data::holdKnownPoints() {
   for (int k = 0; k < knPointsCount; ++k) normals->add(k, k, kKnownWeight);
 }
 
 void TriangleHeightAdjust::calculatedX() {
-  std::shared_ptr<detail::NormalEquations> const equations = std::exchange(normals, nullptr);
+  std::shared_ptr<detail::NormalEquations> const equations = std::exchange(own->normals, nullptr);
   if (!equations || !equations->factor({})) fail();
-  dX = equations->solution();
-  for (std::size_t i = 0; i < dX.size(); ++i) H[i] += dX[i];
-  if (!std::all_of(H.begin(), H.end(), isPresent) || !equations->invert({})) fail();
-  for (int i = 0; i < pointsCount; ++i) cofactors[index(i)] = equations->inverse(i, i);
+  own->dX = equations->solution();
+  for (std::size_t i = 0; i < own->dX.size(); ++i) own->H[i] += own->dX[i];
+  if (!std::all_of(own->H.begin(), own->H.end(), isPresent) || !equations->invert({})) fail();
+  for (int i = 0; i < own->pointsCount; ++i) own->cofactors[index(i)] = equations->inverse(i, i);
 }
 
 double TriangleHeightAdjust::calculateV() {
   double pvv = 0.0;
-  for (std::size_t l = 0; l < lineHeight.size(); ++l) {
-    V[l] = (H[index(lineEnd[l])] - H[index(lineStart[l])]) - lineHeight[l];
-    pvv += V[l] * V[l] * P[l];
+  for (std::size_t l = 0; l < own->lineHeight.size(); ++l) {
+    own->V[l] = (own->H[index(own->lineEnd[l])] - own->H[index(own->lineStart[l])]) - own->lineHeight[l];
+    pvv += own->V[l] * own->V[l] * own->P[l];
   }
   return pvv;
 }
 
 void TriangleHeightAdjust::calculateHeightError() {
-  for (int i = 0; i < pointsCount; ++i) {
-    double const error = std::sqrt(cofactors[index(i)]) * unitError;
-    pointInfoList.push_back({pointNames.names()[index(i)], H[index(i)], error});
+  for (int i = 0; i < own->pointsCount; ++i) {
+    double const error = std::sqrt(own->cofactors[index(i)]) * own->unitError;
+    own->pointInfoList.push_back({own->pointNames.names()[index(i)], own->H[index(i)], error});
   }
 }
 
 void TriangleHeightAdjust::heightLSAdjust() {
   requireUsableInput();
   calculateH0();
-  H0 = H;
+  own->H0 = own->H;
   calculateATPA();
-  holdKnownPoints();
+  own->holdKnownPoints();
   calculatedX();
   double const pvv = calculateV();
   int const redundancy = getRedundancy();
-  unitError = redundancy > 0 ? std::sqrt(pvv / redundancy) : std::numeric_limits<double>::quiet_NaN();
+  own->unitError = redundancy > 0 ? std::sqrt(pvv / redundancy) : std::numeric_limits<double>::quiet_NaN();
   calculateHeightError();
 }
 
 // ---- Results.
 
-std::vector<TriangleHeightPointInfo> TriangleHeightAdjust::getTriangleHeightPointInfo() const { return pointInfoList; }
+std::vector<double> const& TriangleHeightAdjust::getResiduals() const { return own->V; }
+double TriangleHeightAdjust::getUnitError() const { return own->unitError; }
+int TriangleHeightAdjust::getRedundancy() const { return own->linesCount + own->knPointsCount - own->pointsCount; }
+
+std::vector<TriangleHeightPointInfo> TriangleHeightAdjust::getTriangleHeightPointInfo() const {
+  return own->pointInfoList;
+}
 
 std::vector<TriangleHeightPointInfo> TriangleHeightAdjust::getTriangleHeightPointInfoH0() const {
-  std::vector<TriangleHeightPointInfo> points(H0.size());
-  for (std::size_t n = 0; n < H0.size(); ++n) {
-    points[n].name = pointNames.names()[n];
-    points[n].height = H0[n];
+  std::vector<TriangleHeightPointInfo> points(own->H0.size());
+  for (std::size_t n = 0; n < own->H0.size(); ++n) {
+    points[n].name = own->pointNames.names()[n];
+    points[n].height = own->H0[n];
   }
   return points;
 }
 
 void TriangleHeightAdjust::convertCoordZ(std::vector<CoordinatePointInfo>& points) const {
   for (CoordinatePointInfo& point : points) {
-    int const number = pointNames.find(point.name);
-    if (number >= 0 && index(number) < H.size()) point.Z = H[index(number)];
+    int const number = own->pointNames.find(point.name);
+    if (number >= 0 && index(number) < own->H.size()) point.Z = own->H[index(number)];
   }
 }
 

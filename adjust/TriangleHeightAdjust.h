@@ -1,7 +1,6 @@
 // TriangleHeightAdjust: least-squares adjustment of trigonometric heights.
 #pragma once
 
-#include "adjust/NameIndex.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "adjust/TriangleHeightRecords.h"
 #include "records/CoordinatePointInfo.h"
@@ -9,21 +8,16 @@
 #include <utils/Export.h>
 
 #include <cstddef>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace kvn {
 
-namespace detail {
-class NormalEquations;
-}
-
 /// One linear solve. Unknowns are the heights of all points; minimised is the sum of the squared residuals of the
 /// height differences, each weighted by 1 / length in metres, so that a line of 1 m has the weight 1 and the unit
 /// weight error is the standard error of such a line. Known points are unknowns too and are held by a weight of 1e30;
-/// they have the numbers 0 to knPointsCount - 1. The system is singular when lines do not connect a point to a known
+/// they have the first numbers. The system is singular when lines do not connect a point to a known
 /// one.
 ///
 /// One object serves many runs: `clearCalData`, `setTriangleHeightDataConvert`, `heightLSAdjust`. Points keep their
@@ -58,11 +52,11 @@ class KELVANE_EXPORT TriangleHeightAdjust {
   void convertCoordZ(std::vector<CoordinatePointInfo>& points) const;
 
   /// Adjusted less observed height difference of each line of the last run, metres, in the order of the lines.
-  std::vector<double> const& getResiduals() const { return V; }
+  std::vector<double> const& getResiduals() const;
   /// Unit weight error of the last run, metres for a line of 1 m; NaN without redundancy.
-  double getUnitError() const { return unitError; }
+  double getUnitError() const;
   /// Lines and known points less points; 0 when nothing is redundant, and then there are no errors.
-  int getRedundancy() const { return linesCount + knPointsCount - pointsCount; }
+  int getRedundancy() const;
 
  protected:
   void calculateH0();  ///< by walks along the lines, in list order, again and again
@@ -76,35 +70,13 @@ class KELVANE_EXPORT TriangleHeightAdjust {
   static std::size_t ij(int i, int j);
 
  private:
+  struct Data;
   class HeightWalk;
 
-  static NameIndex namesOf(std::vector<TriangleStationData> const& stations,
-                           std::vector<TriangleViewData> const& views);
-  bool keepsNumbers(NameIndex const& names) const;
-  void sizeArrays();
   void requireUsableInput();
-  void prepareNormals();
-  void holdKnownPoints();
   [[noreturn]] void fail();
 
-  int linesCount = 0;
-  int pointsCount = 0;
-  int knPointsCount = 0;
-  std::vector<int> lineStart;
-  std::vector<int> lineEnd;
-  NameIndex pointNames;
-  std::vector<double> lineHeight;  // metres
-  std::vector<double> H0;          // metres
-  std::vector<double> H;           // metres
-  std::vector<double> P;           // 1 / metres
-  // From `calculateATPA` until `calculatedX` has solved them; copies made between the two share them.
-  std::shared_ptr<detail::NormalEquations> normals;
-  std::vector<double> cofactors;  // diagonal of the inverse of the normal matrix, metres
-  std::vector<double> dX;         // metres
-  std::vector<double> V;          // metres
-  int sparseFrom;
-  double unitError = std::numeric_limits<double>::quiet_NaN();
-  std::vector<TriangleHeightPointInfo> pointInfoList;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

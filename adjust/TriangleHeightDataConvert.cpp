@@ -1,8 +1,11 @@
 #include "adjust/TriangleHeightDataConvert.h"
 
+#include "adjust/NameIndex.h"
 #include "adjust/linalg/Index.h"
 #include "core/System.h"
 #include "records/NetworkFindings.h"
+
+#include <utils/detail/PrivateData.h>
 
 #include <QStringList>
 #include <algorithm>
@@ -33,13 +36,23 @@ void warn(QString const& text, QStringList const& names) {
 
 }  // namespace
 
-TriangleHeightDataConvert::TriangleHeightDataConvert() = default;
-TriangleHeightDataConvert::TriangleHeightDataConvert(TriangleHeightDataConvert const&) = default;
-TriangleHeightDataConvert& TriangleHeightDataConvert::operator=(TriangleHeightDataConvert const&) = default;
+struct KELVANE_PRIVATE TriangleHeightDataConvert::Data {
+  KELVANE_LATER_MEMBER
+  std::vector<TriangleStationData> triangleStationData;
+  std::vector<TriangleViewData> triangleViewData;
+};
+
+TriangleHeightDataConvert::TriangleHeightDataConvert() : own(std::make_unique<Data>()) {}
+TriangleHeightDataConvert::TriangleHeightDataConvert(TriangleHeightDataConvert const& other)
+    : own(std::make_unique<Data>(*other.own)) {}
+TriangleHeightDataConvert& TriangleHeightDataConvert::operator=(TriangleHeightDataConvert const& other) {
+  *own = *other.own;
+  return *this;
+}
 TriangleHeightDataConvert::~TriangleHeightDataConvert() = default;
 
 void TriangleHeightDataConvert::setTriangleHeightDataRead(TriangleHeightDataRead const& read) {
-  triangleViewData = read.getTriangleViewData();
+  own->triangleViewData = read.getTriangleViewData();
   std::vector<TriangleStationData> stations = read.getTriangleStationData();
   warn(System::tr("Stations that were set up with different instrument heights, of which the first counts: %1"),
        namesWithSeveral(stations, &TriangleStationData::instrumentHeight));
@@ -48,27 +61,27 @@ void TriangleHeightDataConvert::setTriangleHeightDataRead(TriangleHeightDataRead
                  stations.end());
   warn(System::tr("Known stations with different heights, of which the first counts: %1"),
        namesWithSeveral(stations, &TriangleStationData::height));
-  triangleStationData.clear();
+  own->triangleStationData.clear();
   NameIndex known;
   for (TriangleStationData& station : stations) {
     if (known.contains(station.name)) continue;
     known.numberOf(station.name);
-    triangleStationData.push_back(std::move(station));
+    own->triangleStationData.push_back(std::move(station));
   }
 }
 
 std::vector<TriangleStationData> TriangleHeightDataConvert::getTriangleStationData() const {
-  return triangleStationData;
+  return own->triangleStationData;
 }
-std::vector<TriangleViewData> TriangleHeightDataConvert::getTraingleViewData() const { return triangleViewData; }
+std::vector<TriangleViewData> TriangleHeightDataConvert::getTraingleViewData() const { return own->triangleViewData; }
 
-int TriangleHeightDataConvert::getKnPnumber() const { return static_cast<int>(triangleStationData.size()); }
-int TriangleHeightDataConvert::getLnumber() const { return static_cast<int>(triangleViewData.size()); }
+int TriangleHeightDataConvert::getKnPnumber() const { return static_cast<int>(own->triangleStationData.size()); }
+int TriangleHeightDataConvert::getLnumber() const { return static_cast<int>(own->triangleViewData.size()); }
 
 int TriangleHeightDataConvert::getPnumber() const {
   NameIndex names;
-  for (TriangleStationData const& station : triangleStationData) names.numberOf(station.name);
-  for (TriangleViewData const& view : triangleViewData) {
+  for (TriangleStationData const& station : own->triangleStationData) names.numberOf(station.name);
+  for (TriangleViewData const& view : own->triangleViewData) {
     names.numberOf(view.start_name);
     names.numberOf(view.end_name);
   }

@@ -5,6 +5,7 @@
 
 #include <utils/Export.h>
 
+#include <memory>
 #include <vector>
 
 namespace kvn {
@@ -28,9 +29,8 @@ class KELVANE_EXPORT TriangleHeightDataConvert {
   int getPnumber() const;    ///< distinct names among the known stations and both ends of the lines
 
  private:
-  TriangleHeightDataRead triangleHeightDataRead;
-  std::vector<TriangleStationData> triangleStationData;
-  std::vector<TriangleViewData> triangleViewData;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

@@ -1,5 +1,6 @@
 #include "adjust/TriangleHeightDataRead.h"
 
+#include "adjust/NameIndex.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/input/EraseStepping.h"
 #include "adjust/input/MergeViews.h"
@@ -8,7 +9,11 @@
 #include "adjust/linalg/Index.h"
 #include "core/System.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <cmath>
+#include <cstddef>
+#include <utility>
 
 namespace kvn {
 namespace {
@@ -41,26 +46,45 @@ std::vector<std::size_t> countsOf(std::vector<std::size_t> const& lines) {
 
 }  // namespace
 
+struct KELVANE_PRIVATE TriangleHeightDataRead::Data {
+  KELVANE_LATER_MEMBER
+  std::vector<TraverseDataInfo> traverseDataList;
+  std::vector<TriangleStationData> triangleStationData;
+  std::vector<TriangleViewData> triangleViewData;
+  double atmosphericIndex = 0.16;
+  VerticalAngleType verticalAngleType = FullCircleZenith;
+  NameIndex stationNames;
+  std::vector<std::size_t> firstEntry;  // of each name, its first place in triangleStationData
+};
+
 TriangleHeightDataRead::TriangleHeightDataRead() : TriangleHeightDataRead(FullCircleZenith) {}
-TriangleHeightDataRead::TriangleHeightDataRead(VerticalAngleType type) : verticalAngleType(type) {}
-TriangleHeightDataRead::TriangleHeightDataRead(TriangleHeightDataRead const&) = default;
-TriangleHeightDataRead& TriangleHeightDataRead::operator=(TriangleHeightDataRead const&) = default;
+TriangleHeightDataRead::TriangleHeightDataRead(VerticalAngleType type) : own(std::make_unique<Data>()) {
+  own->verticalAngleType = type;
+}
+TriangleHeightDataRead::TriangleHeightDataRead(TriangleHeightDataRead const& other)
+    : own(std::make_unique<Data>(*other.own)) {}
+TriangleHeightDataRead& TriangleHeightDataRead::operator=(TriangleHeightDataRead const& other) {
+  *own = *other.own;
+  return *this;
+}
 TriangleHeightDataRead::~TriangleHeightDataRead() = default;
 
-void TriangleHeightDataRead::setVerticalAngleType(VerticalAngleType type) { verticalAngleType = type; }
+void TriangleHeightDataRead::setVerticalAngleType(VerticalAngleType type) { own->verticalAngleType = type; }
 
 void TriangleHeightDataRead::setTraverseDataList(std::vector<TraverseDataInfo> const& rows, double index) {
-  traverseDataList = rows;
-  atmosphericIndex = index;
+  own->traverseDataList = rows;
+  own->atmosphericIndex = index;
   dataConvert();
 }
 
-std::vector<TriangleStationData> TriangleHeightDataRead::getTriangleStationData() const { return triangleStationData; }
-std::vector<TriangleViewData> TriangleHeightDataRead::getTriangleViewData() const { return triangleViewData; }
+std::vector<TriangleStationData> TriangleHeightDataRead::getTriangleStationData() const {
+  return own->triangleStationData;
+}
+std::vector<TriangleViewData> TriangleHeightDataRead::getTriangleViewData() const { return own->triangleViewData; }
 
 void TriangleHeightDataRead::dataConvert() {
-  getTriangleStationData(traverseDataList);
-  getTriangleViewData(traverseDataList);
+  getTriangleStationData(own->traverseDataList);
+  getTriangleViewData(own->traverseDataList);
   dealVerticalAngleAndDistance();
   checkData();
   calAverage();
@@ -72,10 +96,10 @@ void TriangleHeightDataRead::dataConvert() {
 void TriangleHeightDataRead::getTriangleStationData(std::vector<TraverseDataInfo> const& rows) {
   for (TraverseDataInfo const& row : rows) {
     if (row.pointType != TraversePointType::StationPoint) continue;
-    if (detail::index(stationNames.numberOf(row.name)) == firstEntry.size()) {
-      firstEntry.push_back(triangleStationData.size());
+    if (detail::index(own->stationNames.numberOf(row.name)) == own->firstEntry.size()) {
+      own->firstEntry.push_back(own->triangleStationData.size());
     }
-    triangleStationData.push_back({row.name, row.instrument, row.Z, row.isKnown ? 0 : 1});
+    own->triangleStationData.push_back({row.name, row.instrument, row.Z, row.isKnown ? 0 : 1});
   }
 }
 
@@ -85,12 +109,13 @@ void TriangleHeightDataRead::getTriangleViewData(std::vector<TraverseDataInfo> c
   for (TraverseDataInfo const& row : rows) {
     if (row.pointType == TraversePointType::StationPoint) current = row.name;
     if (row.pointType != TraversePointType::PrismPoint) continue;
-    triangleViewData.push_back({current, row.name, row.slant_distance, 0.0, row.vertical_angle, row.instrument, 0.0});
+    own->triangleViewData.push_back(
+        {current, row.name, row.slant_distance, 0.0, row.vertical_angle, row.instrument, 0.0});
   }
 }
 
 double TriangleHeightDataRead::reducedAngle(double reading, bool secondFace) const {
-  switch (verticalAngleType) {
+  switch (own->verticalAngleType) {
     case ZenithAngle:
       return reading - kRightAngle;
     case FullCircleZenith:
@@ -103,12 +128,12 @@ double TriangleHeightDataRead::reducedAngle(double reading, bool secondFace) con
 
 // A view alone on its line stays as it was read, and without a distance.
 void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
-  std::vector<std::size_t> const lines = linesOf(triangleViewData);
+  std::vector<std::size_t> const lines = linesOf(own->triangleViewData);
   std::vector<std::size_t> const counts = countsOf(lines);
   std::vector<bool> secondFace(lines.size(), false);
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (counts[lines[i]] < 2) continue;
-    TriangleViewData& view = triangleViewData[i];
+    TriangleViewData& view = own->triangleViewData[i];
     view.verticalAngle = reducedAngle(view.verticalAngle, secondFace[lines[i]]);
     view.horizontalDistance = std::abs(view.slantDistance * std::cos(view.verticalAngle));
     secondFace[lines[i]].flip();
@@ -117,7 +142,7 @@ void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
 
 // The comparisons are false for NaN. A marker is a number, and its cosine one that means nothing.
 void TriangleHeightDataRead::checkData() const {
-  for (TriangleViewData const& view : triangleViewData) {
+  for (TriangleViewData const& view : own->triangleViewData) {
     bool const isUsable = view.horizontalDistance >= kNoDistance && detail::isPresent(view.slantDistance) &&
                           detail::isPresent(view.verticalAngle);
     if (!isUsable) failWithoutDistance();
@@ -125,11 +150,11 @@ void TriangleHeightDataRead::checkData() const {
 }
 
 void TriangleHeightDataRead::calAverage() {
-  std::vector<std::size_t> const lines = linesOf(triangleViewData);
+  std::vector<std::size_t> const lines = linesOf(own->triangleViewData);
   std::vector<std::size_t> const counts = countsOf(lines);
   std::vector<TriangleViewData> means;  // numbers are given in order, so that line k has its mean at k
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    TriangleViewData const& view = triangleViewData[i];
+    TriangleViewData const& view = own->triangleViewData[i];
     if (lines[i] == means.size()) {
       means.push_back(view);
       continue;
@@ -141,11 +166,11 @@ void TriangleHeightDataRead::calAverage() {
     means[k].horizontalDistance /= static_cast<double>(counts[k]);
     means[k].verticalAngle /= static_cast<double>(counts[k]);
   }
-  triangleViewData = std::move(means);
+  own->triangleViewData = std::move(means);
 }
 
 void TriangleHeightDataRead::calHeightValue() {
-  for (TriangleViewData& view : triangleViewData) {
+  for (TriangleViewData& view : own->triangleViewData) {
     double const distance = view.horizontalDistance;
     view.heightDifference = distance * std::tan(view.verticalAngle) + getInstrumentHeight(view.start_name) -
                             view.targetHeight + calf(distance);
@@ -155,25 +180,25 @@ void TriangleHeightDataRead::calHeightValue() {
 
 double TriangleHeightDataRead::calf(double const& distance) const {
   double const squared = distance * distance;
-  return squared / (2 * kEarthRadius) - atmosphericIndex * squared / (2 * kEarthRadius);
+  return squared / (2 * kEarthRadius) - own->atmosphericIndex * squared / (2 * kEarthRadius);
 }
 
 double TriangleHeightDataRead::getInstrumentHeight(std::string const& station) const {
-  int const number = stationNames.find(station);
+  int const number = own->stationNames.find(station);
   if (number < 0) throw detail::CalculationFailure(QStringLiteral("Fine Station Instrument Height"));
-  return triangleStationData[firstEntry[detail::index(number)]].instrumentHeight;
+  return own->triangleStationData[own->firstEntry[detail::index(number)]].instrumentHeight;
 }
 
 void TriangleHeightDataRead::deleteKnLine() {
   NameIndex known;
-  for (TriangleStationData const& station : triangleStationData) {
+  for (TriangleStationData const& station : own->triangleStationData) {
     if (station.state == 0) known.numberOf(station.name);
   }
-  detail::eraseAndStepPast(triangleViewData, [&known](TriangleViewData const& view) {
+  detail::eraseAndStepPast(own->triangleViewData, [&known](TriangleViewData const& view) {
     return known.contains(view.start_name) && known.contains(view.end_name);
   });
 }
 
-void TriangleHeightDataRead::deleteBackFore() { detail::mergeOppositeViews(triangleViewData); }
+void TriangleHeightDataRead::deleteBackFore() { detail::mergeOppositeViews(own->triangleViewData); }
 
 }  // namespace kvn

@@ -1,13 +1,12 @@
 // TriangleHeightDataRead: from the rows of a field book to height differences.
 #pragma once
 
-#include "adjust/NameIndex.h"
 #include "adjust/TriangleHeightRecords.h"
 #include "records/TraverseDataInfo.h"
 
 #include <utils/Export.h>
 
-#include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -74,13 +73,8 @@ class KELVANE_EXPORT TriangleHeightDataRead {
  private:
   double reducedAngle(double reading, bool secondFace) const;
 
-  std::vector<TraverseDataInfo> traverseDataList;
-  std::vector<TriangleStationData> triangleStationData;
-  std::vector<TriangleViewData> triangleViewData;
-  double atmosphericIndex = 0.16;
-  VerticalAngleType verticalAngleType;
-  NameIndex stationNames;
-  std::vector<std::size_t> firstEntry;  // of each name, its first place in triangleStationData
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

@@ -8,18 +8,19 @@ foreach(folder records core formats reduction adjust map legend commands)
   endif()
 endforeach()
 
-target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kelvane_platform> $<TARGET_OBJECTS:kelvane_map_platform>
-  $<TARGET_OBJECTS:kelvane_osg_platform>)
+set(layers $<TARGET_OBJECTS:kelvane_platform> $<TARGET_OBJECTS:kelvane_map_platform> $<TARGET_OBJECTS:kelvane_osg_platform>)
 if(TARGET kvn_osgearth_standin)
-  target_sources(kelvane PRIVATE $<TARGET_OBJECTS:kvn_osgearth_standin>)
+  list(APPEND layers $<TARGET_OBJECTS:kvn_osgearth_standin>)
   target_include_directories(kelvane PUBLIC
     $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/platform/osgEarth/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform/osgEarth/include>)
 else()
   target_link_libraries(kelvane PUBLIC osgEarth::osgEarth)
 endif()
+target_sources(kelvane PRIVATE ${layers})
+set(public_libraries Qt5::Core JsonCpp::JsonCpp tinyxml2::tinyxml2 ${OPENSCENEGRAPH_LIBRARIES})
 target_link_libraries(kelvane
-  PUBLIC Qt5::Core JsonCpp::JsonCpp tinyxml2::tinyxml2 ${OPENSCENEGRAPH_LIBRARIES}
+  PUBLIC ${public_libraries}
   PRIVATE $<BUILD_INTERFACE:kelvane_warnings> $<BUILD_INTERFACE:Eigen3::Eigen>
     $<BUILD_INTERFACE:METIS::METIS>)
 target_include_directories(kelvane SYSTEM PUBLIC
@@ -37,3 +38,18 @@ set_target_properties(kelvane PROPERTIES
   EXPORT_NAME Kelvane
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+
+# The headers without the library, for what is linked to either form of it.
+add_library(kelvane_headers INTERFACE)
+target_link_libraries(kelvane_headers INTERFACE ${public_libraries})
+target_include_directories(kelvane_headers SYSTEM INTERFACE ${OPENSCENEGRAPH_INCLUDE_DIRS})
+target_include_directories(kelvane_headers INTERFACE $<TARGET_PROPERTY:kelvane,INTERFACE_INCLUDE_DIRECTORIES>)
+
+# The objects of the library, for tests and benchmarks of what it does not export. Never together with the library itself:
+# a program that has both has two Systems, two registries of commands, two file callbacks.
+add_library(kelvane_internal INTERFACE)
+target_sources(kelvane_internal INTERFACE $<TARGET_OBJECTS:kelvane> ${layers})
+target_link_libraries(kelvane_internal INTERFACE kelvane_headers METIS::METIS ${CMAKE_DL_LIBS})
+if(NOT TARGET kvn_osgearth_standin)
+  target_link_libraries(kelvane_headers INTERFACE osgEarth::osgEarth)
+endif()

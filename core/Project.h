@@ -13,12 +13,9 @@
 #include <utils/IProcessCancel.h>
 
 #include <QString>
-#include <cstddef>
-#include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace tinyxml2 {
@@ -271,38 +268,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   void readNetworkData(tinyxml2::XMLElement const* element);
   void readCoordinateData(tinyxml2::XMLElement const* element);
 
-  std::unique_ptr<CommandManager> commandManager;
-  std::unique_ptr<MapScene> mapScene;
-  std::uint64_t saveTime = 0;
-  std::uint64_t modifyTime = 0;
-  QString projectFile;
-  QString name;
-  QString networkFile;
-  QString viewFile;
-  QString coordFile;
-  QString lqfFile;
-  QString version = QStringLiteral("1.0.1");
-  FileType fileType = VrdFile;
-  Configure configure;
-  QString networkMapid;
-  std::unique_ptr<ITraverseDataCollcetion> lqfCollection;
-  std::unique_ptr<std::vector<TraverseDataInfo>> traverseDataList;
-  std::unique_ptr<Network> network;
-  std::unique_ptr<std::vector<CoordinatePointInfo>> coordinatePointList;
-  std::unique_ptr<AlgorithmData> algorithData;
-  std::unique_ptr<AlgorithmAdjust> algorithmAdjust;
-  std::unique_ptr<OutputReport> outputReport;
-  std::unique_ptr<TriangleHeightAdjust> triangleHeightAdjust;
-  std::unique_ptr<XmlMannager> legendCodeXmlMannager;
-  VRD_DAM_PARA_T datumParam{};
-  VerticalAngleType verticalAngleType = FullCircleZenith;
-  OperationType operationType = ObservationView;
-  StationMap stationMap;
-  std::vector<KnownPoint> knownPointList;
-  /// The source files are not what rows and network came from: the import of a traverse file ended half-way.
-  bool sourcesAreOfOtherData = false;
-  /// Places in `knownPointList` by name; made anew when its size is not that of the list.
-  std::unordered_multimap<std::string, std::size_t> knownPointPlaces;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

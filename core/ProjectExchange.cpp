@@ -1,18 +1,11 @@
 // Import and export: each operation goes through the collection of its format.
-#include "adjust/AlgorithmAdjust.h"
-#include "adjust/AlgorithmData.h"
-#include "adjust/TriangleHeightAdjust.h"
-#include "commands/CommandManager.h"
-#include "core/OutputReport.h"
-#include "core/Project.h"
 #include "core/System.h"
+#include "core/detail/ProjectData.h"
 #include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
 #include "formats/detail/FileAccess.h"
-#include "legend/XmlMannager.h"
-#include "map/MapScene.h"
 
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
@@ -29,18 +22,18 @@ void Project::read(QString const& path) {
     importKVNFile(path);
   } else if (suffix == QLatin1String("IN2")) {
     importCosaFile(path);
-    fileType = CosaFile;
+    own->fileType = CosaFile;
   } else if (suffix == QLatin1String("TXT")) {
     importVRDFile(path);
-    fileType = VrdFile;
-    verticalAngleType = FullCircleZenith;
+    own->fileType = VrdFile;
+    own->verticalAngleType = FullCircleZenith;
   } else if (suffix == QLatin1String("DAT")) {
     importCoordFile(path);
-    fileType = CoordFile;
+    own->fileType = CoordFile;
   } else if (suffix == QLatin1String("LQF")) {
     importVRDLQFFile(path);
-    fileType = LqfFile;
-    verticalAngleType = FullCircleZenith;
+    own->fileType = LqfFile;
+    own->verticalAngleType = FullCircleZenith;
   }
   setName(path);
 }
@@ -53,29 +46,30 @@ void Project::readContents(QString const& path, std::string const& bytes) {
     finishProject(path);
   } else if (suffix == QLatin1String("IN2")) {
     takeNetwork(path, stream);
-    fileType = CosaFile;
+    own->fileType = CosaFile;
   } else if (suffix == QLatin1String("TXT")) {
     takeTraverse(path, stream);
-    fileType = VrdFile;
-    verticalAngleType = FullCircleZenith;
+    own->fileType = VrdFile;
+    own->verticalAngleType = FullCircleZenith;
   } else if (suffix == QLatin1String("DAT")) {
     takeCoordinates(path, bytes);
-    fileType = CoordFile;
+    own->fileType = CoordFile;
   } else if (suffix == QLatin1String("LQF")) {
     takeJob(path, stream);
-    fileType = LqfFile;
-    verticalAngleType = FullCircleZenith;
+    own->fileType = LqfFile;
+    own->verticalAngleType = FullCircleZenith;
   }
   setName(path);
 }
 
 void Project::save() const {
-  switch (fileType) {
+  switch (own->fileType) {
     case LqfFile:
       exportLQFFile();
       break;
     case VrdFile:
-      if (traverseDataList->empty() && !viewFile.isEmpty()) throw QLogicError(System::tr("View Data is empty"));
+      if (own->traverseDataList->empty() && !own->viewFile.isEmpty())
+        throw QLogicError(System::tr("View Data is empty"));
       exportVRDTraverseFile();
       break;
     case CosaFile:
@@ -96,16 +90,16 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
   if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
-  fileType = VrdFile;
-  network->clear();
-  stationMap.clear();  // it leads into the rows that go
-  *traverseDataList = std::move(rows);
-  sourcesAreOfOtherData = true;
-  collection.correctData(*traverseDataList);  // rows without approximate coordinates are good all the same
-  networkFile.clear();
-  viewFile = path;
-  sourcesAreOfOtherData = false;
-  algorithmAdjust.reset();
+  own->fileType = VrdFile;
+  own->network->clear();
+  own->stationMap.clear();  // it leads into the rows that go
+  *own->traverseDataList = std::move(rows);
+  own->sourcesAreOfOtherData = true;
+  collection.correctData(*own->traverseDataList);  // rows without approximate coordinates are good all the same
+  own->networkFile.clear();
+  own->viewFile = path;
+  own->sourcesAreOfOtherData = false;
+  own->algorithmAdjust.reset();
   checkVRDData();  // the flags of the rows are what counts
   readLegendCode();
 }
@@ -118,11 +112,11 @@ void Project::takeJob(QString const& path, std::istream& stream) {
   auto collection = std::make_unique<LQFTraverseDataCollection>();
   collection->read(stream);
   if (collection->getTraverseDataList().empty()) throw QLogicError(System::tr("There is no observation data"));
-  lqfCollection = std::move(collection);
-  lqfFile = path;
-  network->clear();
-  stationMap.clear();  // it leads into the rows that go
-  *traverseDataList = lqfCollection->getTraverseDataList();
+  own->lqfCollection = std::move(collection);
+  own->lqfFile = path;
+  own->network->clear();
+  own->stationMap.clear();  // it leads into the rows that go
+  *own->traverseDataList = own->lqfCollection->getTraverseDataList();
 }
 
 void Project::importCoordFile(QString const& path) {
@@ -134,9 +128,9 @@ void Project::importCoordFile(QString const& path) {
 void Project::takeCoordinates(QString const& path, std::string const& bytes) {
   CoordinateDataCollection collection;
   collection.readContents(bytes);
-  if (!coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
-  *coordinatePointList = std::move(collection.getCoordinateDataList());
-  coordFile = path;
+  if (!own->coordinatePointList->empty()) clearMapData(FeatureDataType::CoordData, false);
+  *own->coordinatePointList = std::move(collection.getCoordinateDataList());
+  own->coordFile = path;
   readLegendCode();
 }
 
@@ -154,52 +148,52 @@ void Project::importCosaNetwork(QString const& path, Network read) {
   if (read.lines.empty() && read.knownPoints.empty()) {
     throw QLogicError(System::tr("The import file data is empty"));
   }
-  *network = std::move(read);
-  networkFile = path;
-  viewFile.clear();
-  sourcesAreOfOtherData = false;
-  stationMap.clear();  // it leads into the rows that go
-  traverseDataList->clear();
-  algorithmAdjust.reset();
+  *own->network = std::move(read);
+  own->networkFile = path;
+  own->viewFile.clear();
+  own->sourcesAreOfOtherData = false;
+  own->stationMap.clear();  // it leads into the rows that go
+  own->traverseDataList->clear();
+  own->algorithmAdjust.reset();
   readLegendCode();
 }
 
 bool Project::exportCosaTraverseFile(QString const& path) const {
-  if (network->isEmpty() && !isUsingViewData()) throw QLogicError(System::tr("Network Data is empty"));
+  if (own->network->isEmpty() && !isUsingViewData()) throw QLogicError(System::tr("Network Data is empty"));
   utils::createFolderOf(path);
   CosaCollection collection;
-  collection.setKnownPointList(network->knownPoints);
-  collection.setNetworkDataList(network->lines);
+  collection.setKnownPointList(own->network->knownPoints);
+  collection.setNetworkDataList(own->network->lines);
   detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
   return true;
 }
 
 bool Project::exportVRDTraverseFile(QString const& path) const {
-  if (traverseDataList->empty() && isUsingViewData()) throw QLogicError(System::tr("View Data is empty"));
+  if (own->traverseDataList->empty() && isUsingViewData()) throw QLogicError(System::tr("View Data is empty"));
   utils::createFolderOf(path);
   VRDTraverseDataCollcetion collection;
-  collection.setTraverseDataList(*traverseDataList);
+  collection.setTraverseDataList(*own->traverseDataList);
   detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
   return true;
 }
 
 bool Project::exportLQFFile(QString const& path) const {
-  if (traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
-  if (lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
-  lqfCollection->setTraverseDataList(*traverseDataList);
-  detail::replaceFile(path, [this](std::ostream& stream) { lqfCollection->write(stream); });
+  if (own->traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
+  if (own->lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
+  own->lqfCollection->setTraverseDataList(*own->traverseDataList);
+  detail::replaceFile(path, [this](std::ostream& stream) { own->lqfCollection->write(stream); });
   return true;
 }
 
 bool Project::exportCoordFile(QString const& path) const {
   CoordinateDataCollection collection;
-  collection.setCoordinateDataList(*coordinatePointList);
+  collection.setCoordinateDataList(*own->coordinatePointList);
   detail::replaceFile(path, [&collection](std::ostream& stream) { collection.write(stream); });
   return true;
 }
 
 void Project::requireOwnSources() const {
-  if (!sourcesAreOfOtherData) return;
+  if (!own->sourcesAreOfOtherData) return;
   throw QLogicError(
       System::tr("The observations come from a file whose import failed: they are not written over the file that was "
                  "open before"));
@@ -207,26 +201,26 @@ void Project::requireOwnSources() const {
 
 bool Project::exportVRDTraverseFile() const {
   requireOwnSources();
-  return !viewFile.isEmpty() && exportVRDTraverseFile(viewFile);
+  return !own->viewFile.isEmpty() && exportVRDTraverseFile(own->viewFile);
 }
 
 bool Project::exportCosaTraverseFile() const {
   requireOwnSources();
-  return !networkFile.isEmpty() && exportCosaTraverseFile(networkFile);
+  return !own->networkFile.isEmpty() && exportCosaTraverseFile(own->networkFile);
 }
 
 bool Project::exportLQFFile() const {
   requireOwnSources();
-  return !lqfFile.isEmpty() && exportLQFFile(lqfFile);
+  return !own->lqfFile.isEmpty() && exportLQFFile(own->lqfFile);
 }
 
-bool Project::exportCoordFile() const { return !coordFile.isEmpty() && exportCoordFile(coordFile); }
+bool Project::exportCoordFile() const { return !own->coordFile.isEmpty() && exportCoordFile(own->coordFile); }
 
 bool Project::readLegendCode() {
   try {
     auto codes = std::make_unique<XmlMannager>(nullptr);
     if (!codes->readPrjCode(QString())) return false;
-    legendCodeXmlMannager = std::move(codes);
+    own->legendCodeXmlMannager = std::move(codes);
     return true;
   } catch (...) {  // an import is good without codes
     return false;

@@ -1,15 +1,7 @@
 // The project file: one XML document with the settings and the data of a project.
-#include "adjust/AlgorithmAdjust.h"
-#include "adjust/AlgorithmData.h"
-#include "adjust/TriangleHeightAdjust.h"
-#include "commands/CommandManager.h"
 #include "core/DataException.h"
-#include "core/OutputReport.h"
-#include "core/Project.h"
 #include "core/System.h"
-#include "formats/ITraverseDataCollcetion.h"
-#include "legend/XmlMannager.h"
-#include "map/MapScene.h"
+#include "core/detail/ProjectData.h"
 #include "records/ProjectXml.h"
 
 #include <utils/FileText.h>
@@ -76,10 +68,10 @@ void Project::finishProject(QString const& path) {
 }
 
 void Project::saveAs(QString path) {
-  projectFile = path;
+  own->projectFile = path;
   writeProject(path);
   System const* const system = System::Instance();
-  if (system == nullptr || !isUsingViewData() || !traverseDataList->empty() || network->isEmpty()) return;
+  if (system == nullptr || !isUsingViewData() || !own->traverseDataList->empty() || own->network->isEmpty()) return;
   system->sendMessage(System::tr("The network lines are not in the project file, which holds the observation rows"),
                       Warning);
 }
@@ -88,22 +80,22 @@ void Project::writeProject(QString path) const {
   XMLDocument document;
   document.InsertEndChild(document.NewDeclaration());
   XMLElement& root = *document.NewElement("Kelvane");
-  root.SetAttribute("Version", utf8(version).c_str());
-  root.SetAttribute("FileType", int(fileType));
+  root.SetAttribute("Version", utf8(own->version).c_str());
+  root.SetAttribute("FileType", int(own->fileType));
   document.InsertEndChild(&root);
   utils::XMLHandleEx children(root);
-  configure.write(children.touchInElement("Config"));
-  XMLElement& data = *children.touchInElement(isUsingViewData() ? "ViewData" : "NetworkData");
+  own->configure.write(children.touchInElement("Config"));
+  XMLElement& observations = *children.touchInElement(isUsingViewData() ? "ViewData" : "NetworkData");
   if (isUsingViewData()) {
-    setFileName(data, sourcesAreOfOtherData ? QString() : viewFile);
-    kvn::write(*traverseDataList, &data);
+    setFileName(observations, own->sourcesAreOfOtherData ? QString() : own->viewFile);
+    kvn::write(*own->traverseDataList, &observations);
   } else {
-    setFileName(data, networkFile);
-    kvn::write(*network, &data);
+    setFileName(observations, own->networkFile);
+    kvn::write(*own->network, &observations);
   }
   XMLElement& coordinates = *children.touchInElement("CoordinateData");
-  setFileName(coordinates, coordFile);
-  kvn::write(*coordinatePointList, &coordinates);
+  setFileName(coordinates, own->coordFile);
+  kvn::write(*own->coordinatePointList, &coordinates);
 
   QString const error = utils::replaceFile(path, printed(document));
   if (error.isEmpty()) return;
@@ -133,9 +125,10 @@ void Project::takeProject(QString const& path, std::string const& bytes) {
     qCDebug(projectLog).noquote() << path << document.ErrorStr();
     throw QLogicError(System::tr("Can not open file"));
   }
-  version = attribute(*root, "Version").trimmed();
-  if (version == QLatin1String(kTypedVersion)) fileType = static_cast<FileType>(root->IntAttribute("FileType", 0));
-  configure.read(root->FirstChildElement("Config"));
+  own->version = attribute(*root, "Version").trimmed();
+  if (own->version == QLatin1String(kTypedVersion))
+    own->fileType = static_cast<FileType>(root->IntAttribute("FileType", 0));
+  own->configure.read(root->FirstChildElement("Config"));
   readViewData(root->FirstChildElement("ViewData"));
   readNetworkData(root->FirstChildElement("NetworkData"));
   readCoordinateData(root->FirstChildElement("CoordinateData"));
@@ -144,34 +137,34 @@ void Project::takeProject(QString const& path, std::string const& bytes) {
 /// What the project was made from before: `save` would write the new data over those files, and the station map leads
 /// into the rows that are gone.
 void Project::forgetSources() {
-  for (QString* path : {&viewFile, &networkFile, &coordFile, &lqfFile}) path->clear();
-  sourcesAreOfOtherData = false;
-  lqfCollection.reset();
-  stationMap.clear();
+  for (QString* path : {&own->viewFile, &own->networkFile, &own->coordFile, &own->lqfFile}) path->clear();
+  own->sourcesAreOfOtherData = false;
+  own->lqfCollection.reset();
+  own->stationMap.clear();
 }
 
 // A file of an early version does not tell what it was made from: the last data that it holds does.
 
 void Project::readViewData(XMLElement const* element) {
   if (element == nullptr) return;
-  viewFile = attribute(*element, "Name");
-  kvn::read(element, *traverseDataList);
-  if (version.isEmpty()) fileType = VrdFile;
+  own->viewFile = attribute(*element, "Name");
+  kvn::read(element, *own->traverseDataList);
+  if (own->version.isEmpty()) own->fileType = VrdFile;
 }
 
 void Project::readNetworkData(XMLElement const* element) {
   if (element == nullptr) return;
-  networkFile = attribute(*element, "Name");
-  kvn::read(element, *network);
-  setKnownPointList(getKnownPoint(*traverseDataList));
-  if (version.isEmpty()) fileType = CosaFile;
+  own->networkFile = attribute(*element, "Name");
+  kvn::read(element, *own->network);
+  setKnownPointList(getKnownPoint(*own->traverseDataList));
+  if (own->version.isEmpty()) own->fileType = CosaFile;
 }
 
 void Project::readCoordinateData(XMLElement const* element) {
   if (element == nullptr) return;
-  coordFile = attribute(*element, "Name");
-  kvn::read(element, *coordinatePointList);
-  if (version.isEmpty()) fileType = CoordFile;
+  own->coordFile = attribute(*element, "Name");
+  kvn::read(element, *own->coordinatePointList);
+  if (own->version.isEmpty()) own->fileType = CoordFile;
 }
 
 }  // namespace kvn

@@ -1,16 +1,8 @@
 // The map of a project: its scene, what is drawn there, and what is taken off.
-#include "adjust/AlgorithmAdjust.h"
-#include "adjust/AlgorithmData.h"
-#include "adjust/TriangleHeightAdjust.h"
-#include "commands/CommandManager.h"
-#include "core/OutputReport.h"
-#include "core/Project.h"
 #include "core/System.h"
-#include "formats/ITraverseDataCollcetion.h"
-#include "legend/XmlMannager.h"
+#include "core/detail/ProjectData.h"
 #include "map/CoordinateDataTool.h"
 #include "map/LineDataTool.h"
-#include "map/MapScene.h"
 #include "map/MapShowData.h"
 #include "map/PointDataTool.h"
 
@@ -57,19 +49,19 @@ void tellUnplaced(NetworkDataInfo const& observed) {
 }  // namespace
 
 MapScene* Project::getOrCreateMapScene() {
-  if (mapScene == nullptr) mapScene = std::make_unique<MapScene>(this, viewers(), nullptr);
-  return mapScene.get();
+  if (own->mapScene == nullptr) own->mapScene = std::make_unique<MapScene>(this, viewers(), nullptr);
+  return own->mapScene.get();
 }
 
 void Project::clearMapData() {
-  if (mapScene == nullptr) return;
-  mapScene->clearAllFeature();
+  if (own->mapScene == nullptr) return;
+  own->mapScene->clearAllFeature();
   mvz::ProjectMapScene::reDraw();
 }
 
 void Project::clearMapData(FeatureDataType type, bool redraw) {
-  if (mapScene == nullptr) return;
-  mapScene->removeFeature(type);
+  if (own->mapScene == nullptr) return;
+  own->mapScene->removeFeature(type);
   if (redraw) mvz::ProjectMapScene::reDraw();
 }
 
@@ -79,16 +71,16 @@ void Project::build() {
 }
 
 void Project::buildMapInputData() {
-  if (network->isEmpty() && traverseDataList->empty()) return;
-  bool const ofRows = operationType == ObservationView && !traverseDataList->empty();
-  std::vector<NetworkDataInfo> const observed = network->lines;  // a message may lead to a change of the network
+  if (own->network->isEmpty() && own->traverseDataList->empty()) return;
+  bool const ofRows = own->operationType == ObservationView && !own->traverseDataList->empty();
+  std::vector<NetworkDataInfo> const observed = own->network->lines;  // a message may lead to a change of the network
   MapShowData input;
   try {
     if (ofRows) {
-      input.setTraverseDataList(*traverseDataList);
+      input.setTraverseDataList(*own->traverseDataList);
       input.convertTraverseData();
-    } else if (!network->isEmpty()) {
-      input.setNetwrok(*network);
+    } else if (!own->network->isEmpty()) {
+      input.setNetwrok(*own->network);
       input.calculateApproximate();
       input.handle();
     }
@@ -109,15 +101,15 @@ void Project::buildMapInputData() {
   }
   PointDataTool pointTool(getOrCreateMapScene());
   for (DrawPoint const& point : input.getPoint()) pointTool.build(point);
-  frame(mapScene.get(), FeatureDataType::NetworkData);
+  frame(own->mapScene.get(), FeatureDataType::NetworkData);
 }
 
 void Project::buildCoordData() {
-  if (coordinatePointList->empty()) return;
+  if (own->coordinatePointList->empty()) return;
   MapScene* const scene = getOrCreateMapScene();
   auto const hold = mvz::ViewerManager::LockOf(scene->getMvzViewerManager());
   CoordinateDataTool tool(scene);
-  std::vector<CoordinatePointInfo> const points = *coordinatePointList;  // the cancel query may change the list
+  std::vector<CoordinatePointInfo> const points = *own->coordinatePointList;  // the cancel query may change the list
   for (CoordinatePointInfo const& point : points) {
     checkCancelAndThrow();
     tool.build(point);
@@ -126,9 +118,9 @@ void Project::buildCoordData() {
 }
 
 void Project::fullShowMap() {
-  if (!coordinatePointList->empty()) frame(mapScene.get(), FeatureDataType::CoordData);
-  if (network->isEmpty() && algorithmAdjust == nullptr) return;
-  frame(mapScene.get(), FeatureDataType::NetworkData);
+  if (!own->coordinatePointList->empty()) frame(own->mapScene.get(), FeatureDataType::CoordData);
+  if (own->network->isEmpty() && own->algorithmAdjust == nullptr) return;
+  frame(own->mapScene.get(), FeatureDataType::NetworkData);
 }
 
 }  // namespace kvn

@@ -1,17 +1,9 @@
 // The steps from observations to results, and the checks of the rows.
-#include "adjust/AlgorithmAdjust.h"
-#include "adjust/AlgorithmData.h"
-#include "adjust/TriangleHeightAdjust.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "adjust/TriangleHeightDataRead.h"
-#include "commands/CommandManager.h"
-#include "core/OutputReport.h"
-#include "core/Project.h"
 #include "core/System.h"
+#include "core/detail/ProjectData.h"
 #include "formats/INetworkDataCollection.h"
-#include "formats/ITraverseDataCollcetion.h"
-#include "legend/XmlMannager.h"
-#include "map/MapScene.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
 #include "reduction/TraverseDataManage.h"
@@ -33,39 +25,39 @@ TriangleHeightDataConvert heightDifferences(std::vector<TraverseDataInfo> const&
 
 }  // namespace
 
-void Project::buildStationMap() { stationMap = DataManager().buildStationMap(*traverseDataList); }
+void Project::buildStationMap() { own->stationMap = DataManager().buildStationMap(*own->traverseDataList); }
 
 bool Project::generateNetworkData() {
-  if (fileType == LqfFile) {
+  if (own->fileType == LqfFile) {
     // The map leads into the rows and holds their reduced angles: after any change of a row it could be stale.
-    if (!stationMap.empty()) buildStationMap();
-    network->lines = INetworkDataCollection::TraverseMapToNetWork(stationMap);
-    network->knownPoints = knownPointList;
-  } else if (fileType == VrdFile && !traverseDataList->empty()) {
-    *network = INetworkDataCollection::TraverseDataListToNetwork(*traverseDataList);
+    if (!own->stationMap.empty()) buildStationMap();
+    own->network->lines = INetworkDataCollection::TraverseMapToNetWork(own->stationMap);
+    own->network->knownPoints = own->knownPointList;
+  } else if (own->fileType == VrdFile && !own->traverseDataList->empty()) {
+    *own->network = INetworkDataCollection::TraverseDataListToNetwork(*own->traverseDataList);
   }
   return true;
 }
 
 void Project::calculateTriangleHeight() {
   TriangleHeightDataConvert const convert =
-      heightDifferences(*traverseDataList, verticalAngleType, double(configure.AtmosphericIndex));
-  if (triangleHeightAdjust == nullptr) triangleHeightAdjust = std::make_unique<TriangleHeightAdjust>();
-  triangleHeightAdjust->clearCalData();
-  triangleHeightAdjust->setTriangleHeightDataConvert(convert);
-  triangleHeightAdjust->heightLSAdjust();
+      heightDifferences(*own->traverseDataList, own->verticalAngleType, double(own->configure.AtmosphericIndex));
+  if (own->triangleHeightAdjust == nullptr) own->triangleHeightAdjust = std::make_unique<TriangleHeightAdjust>();
+  own->triangleHeightAdjust->clearCalData();
+  own->triangleHeightAdjust->setTriangleHeightDataConvert(convert);
+  own->triangleHeightAdjust->heightLSAdjust();
 }
 
 void Project::algorithmPointConvertCoord() {
-  if (algorithmAdjust == nullptr) throw QLogicError(System::tr("There is no adjustment result"));
-  *coordinatePointList = algorithmAdjust->getCoordinatePointXYList();
-  if (configure.TraversePointAdjust == 0 && triangleHeightAdjust != nullptr)
-    triangleHeightAdjust->convertCoordZ(*coordinatePointList);
+  if (own->algorithmAdjust == nullptr) throw QLogicError(System::tr("There is no adjustment result"));
+  *own->coordinatePointList = own->algorithmAdjust->getCoordinatePointXYList();
+  if (own->configure.TraversePointAdjust == 0 && own->triangleHeightAdjust != nullptr)
+    own->triangleHeightAdjust->convertCoordZ(*own->coordinatePointList);
 }
 
-bool Project::checkVRDData() { return TraverseDataManage::checkData(*traverseDataList); }
+bool Project::checkVRDData() { return TraverseDataManage::checkData(*own->traverseDataList); }
 
-void Project::resetVRDDataState() { TraverseDataManage::resetVRDDataState(*traverseDataList); }
+void Project::resetVRDDataState() { TraverseDataManage::resetVRDDataState(*own->traverseDataList); }
 
 void Project::printErrorInfo(std::vector<ErrorInfo> const& errors, bool announce) const {
   System const* const system = System::Instance();

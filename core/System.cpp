@@ -8,6 +8,7 @@
 #include <utils/QLogicError.h>
 #include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
+#include <utils/detail/PrivateData.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -40,7 +41,11 @@ bool loadTable(QTranslator& translator, QString const& stem) {
 
 System* System::g_System = nullptr;
 
-struct System::Data {
+struct KELVANE_PRIVATE System::Data {
+  KELVANE_LATER_MEMBER
+  std::weak_ptr<Project> currentProject;
+  std::list<std::shared_ptr<Project>> projectList;
+  std::function<void(QString const&, MessType)> sendMessageFunc;
   utils::Config config;
   QString configFile;
   QPointer<utils::UserBehavior> userBehavior;
@@ -52,32 +57,34 @@ struct System::Data {
 System::System() {
   if (g_System != nullptr) throw QLogicError("kvn::System is only one can be created");
   g_System = this;
-  data = std::make_unique<Data>();
+  own = std::make_unique<Data>();
   qRegisterMetaType<Json::Value>("Json::Value");
   QDir const documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-  data->configFile = documents.filePath(QStringLiteral("PLQ/Config/KelvaneConfig.json"));
-  data->userBehavior = new utils::UserBehavior(QStringLiteral("Kelvane"), QCoreApplication::instance());
+  own->configFile = documents.filePath(QStringLiteral("PLQ/Config/KelvaneConfig.json"));
+  own->userBehavior = new utils::UserBehavior(QStringLiteral("Kelvane"), QCoreApplication::instance());
 }
 
 // Without a message: what the host's function needs may be gone by now.
 System::~System() {
   try {
-    data->config.write(HTextCodec::ToLocal8Bit(data->configFile));
+    own->config.write(HTextCodec::ToLocal8Bit(own->configFile));
   } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody left to tell
   }
   g_System = nullptr;
-  data.reset();
+  own.reset();
 }
 
 System* System::Instance() { return g_System; }
 
 std::shared_ptr<Project> System::createProject() { return std::make_shared<Project>(); }
 
-Project* System::getCurrentProject() const { return projectList.empty() ? nullptr : currentProject.lock().get(); }
+Project* System::getCurrentProject() const {
+  return own->projectList.empty() ? nullptr : own->currentProject.lock().get();
+}
 
 void System::setCurrentProject(std::shared_ptr<Project> project) {
   addProject(project);
-  currentProject = project;
+  own->currentProject = project;
 }
 
 void System::init() {
@@ -86,13 +93,13 @@ void System::init() {
 }
 
 void System::readConfig() {
-  switch (data->config.read(HTextCodec::ToLocal8Bit(data->configFile))) {
+  switch (own->config.read(HTextCodec::ToLocal8Bit(own->configFile))) {
     case utils::Config::ReadResult::Invalid:
       tellOfConfig(
-          tr("The configuration file %1 is not valid JSON; the default settings are used").arg(data->configFile));
+          tr("The configuration file %1 is not valid JSON; the default settings are used").arg(own->configFile));
       break;
     case utils::Config::ReadResult::Unreadable:
-      tellOfConfig(tr("The configuration file %1 cannot be read; the default settings are used").arg(data->configFile));
+      tellOfConfig(tr("The configuration file %1 cannot be read; the default settings are used").arg(own->configFile));
       break;
     default:
       break;
@@ -101,31 +108,30 @@ void System::readConfig() {
 
 /// Hosts call `init` before they have a place for messages.
 void System::tellOfConfig(QString const& text) {
-  if (sendMessageFunc) {
+  if (own->sendMessageFunc) {
     sendMessage(text, Warning);
   } else {
-    data->unsentWarnings.append(text);
+    own->unsentWarnings.append(text);
   }
 }
 
 void System::writeConfig() const {
-  auto const result = data->config.write(HTextCodec::ToLocal8Bit(data->configFile));
+  auto const result = own->config.write(HTextCodec::ToLocal8Bit(own->configFile));
   if (!result.keptAs.isEmpty()) {
-    sendMessage(
-        tr("The configuration file %1 is not valid JSON; it is kept as %2").arg(data->configFile, result.keptAs),
-        Warning);
+    sendMessage(tr("The configuration file %1 is not valid JSON; it is kept as %2").arg(own->configFile, result.keptAs),
+                Warning);
   }
   if (!result.error.isEmpty()) sendMessage(tr("The configuration was not written: %1").arg(result.error), Warning);
 }
 
-QString System::getConfigFile() const { return data->configFile; }
-void System::setConfigFile(QString path) { data->configFile = std::move(path); }
-utils::Config* System::getConfig() const { return &data->config; }
+QString System::getConfigFile() const { return own->configFile; }
+void System::setConfigFile(QString path) { own->configFile = std::move(path); }
+utils::Config* System::getConfig() const { return &own->config; }
 
-utils::Formater System::createFormater() const { return utils::Formater(data->config.value("Globle.Configuration")); }
+utils::Formater System::createFormater() const { return utils::Formater(own->config.value("Globle.Configuration")); }
 
 QString System::getOutPath() const {
-  Json::Value const path = data->config.value("Globle.Path.OutPath");
+  Json::Value const path = own->config.value("Globle.Path.OutPath");
   return path.isString() ? QString::fromStdString(path.asString()) : QStringLiteral("./Out");
 }
 
@@ -133,68 +139,68 @@ bool System::addProject(std::shared_ptr<Project> project) {
   if (project == nullptr) return false;
   if (hasProject(project.get())) return true;
   std::list<std::shared_ptr<Project>> added{std::move(project)};
-  data->placeOf.emplace(added.front().get(), added.begin());
-  projectList.splice(projectList.end(), added);  // the entry keeps its place
+  own->placeOf.emplace(added.front().get(), added.begin());
+  own->projectList.splice(own->projectList.end(), added);  // the entry keeps its place
   return true;
 }
 
 bool System::removeProject(Project* project) {
-  auto const found = data->placeOf.find(project);
-  if (found == data->placeOf.end()) return false;
+  auto const found = own->placeOf.find(project);
+  if (found == own->placeOf.end()) return false;
   auto const place = found->second;
-  data->placeOf.erase(found);
-  projectList.erase(place);
+  own->placeOf.erase(found);
+  own->projectList.erase(place);
   return true;
 }
 
 bool System::hasProject(Project* project) const { return findProject(project) != nullptr; }
 
 std::shared_ptr<Project> System::findProject(Project* project) const {
-  auto const found = data->placeOf.find(project);
-  return found == data->placeOf.end() ? nullptr : *found->second;
+  auto const found = own->placeOf.find(project);
+  return found == own->placeOf.end() ? nullptr : *found->second;
 }
 
 std::shared_ptr<Project> System::findProject(QString const& path) const {
   QFileInfo const wanted(path);
-  auto const found = std::find_if(projectList.begin(), projectList.end(), [&wanted](auto const& entry) {
+  auto const found = std::find_if(own->projectList.begin(), own->projectList.end(), [&wanted](auto const& entry) {
     return QFileInfo(entry->getProjectFile()) == wanted;
   });
-  return found == projectList.end() ? nullptr : *found;
+  return found == own->projectList.end() ? nullptr : *found;
 }
 
 std::shared_ptr<Project> System::findProjectName(QString const& name) const {
   QString const wanted = name.toLower();
-  auto const found = std::find_if(projectList.begin(), projectList.end(),
+  auto const found = std::find_if(own->projectList.begin(), own->projectList.end(),
                                   [&wanted](auto const& entry) { return entry->getName().toLower() == wanted; });
-  return found == projectList.end() ? nullptr : *found;
+  return found == own->projectList.end() ? nullptr : *found;
 }
 
-std::list<std::shared_ptr<Project>> const& System::getProjectList() const { return projectList; }
-bool System::isProjectOpen() const { return !projectList.empty(); }
-bool System::isEmptyProject() const { return !projectList.empty(); }
+std::list<std::shared_ptr<Project>> const& System::getProjectList() const { return own->projectList; }
+bool System::isProjectOpen() const { return !own->projectList.empty(); }
+bool System::isEmptyProject() const { return !own->projectList.empty(); }
 
 void System::sendMessage(QString const& text, MessType type) const {
-  auto const function = sendMessageFunc;  // it may replace itself
+  auto const function = own->sendMessageFunc;  // it may replace itself
   if (function) function(text, type);
 }
 
-std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const { return sendMessageFunc; }
+std::function<void(QString const&, MessType)> const& System::getSendMessageFunc() const { return own->sendMessageFunc; }
 
 void System::setSendMessageFunc(std::function<void(QString const&, MessType)> function) {
-  sendMessageFunc = std::move(function);
-  if (!sendMessageFunc) return;
-  for (QString const& text : std::exchange(data->unsentWarnings, {})) sendMessage(text, Warning);
+  own->sendMessageFunc = std::move(function);
+  if (!own->sendMessageFunc) return;
+  for (QString const& text : std::exchange(own->unsentWarnings, {})) sendMessage(text, Warning);
 }
 
 mvz::ViewerManager* System::getMvzViewerManager() const {
-  return dynamic_cast<mvz::ViewerManager*>(data->viewerManager.get());
+  return dynamic_cast<mvz::ViewerManager*>(own->viewerManager.get());
 }
 
-void System::setMvzViewerManager(mvz::ViewerManager* value) { data->viewerManager = value; }
+void System::setMvzViewerManager(mvz::ViewerManager* value) { own->viewerManager = value; }
 
 void System::fullMapSystem() {
   std::vector<osgEarth::Layer*> all;
-  for (auto const& project : projectList) {
+  for (auto const& project : own->projectList) {
     MapScene const* const scene = project->getOrCreateMapScene();
     std::vector<osgEarth::Layer*> const layers = scene->getLayers();
     all.insert(all.end(), layers.begin(), layers.end());
@@ -203,8 +209,8 @@ void System::fullMapSystem() {
   if (!all.empty() && viewers != nullptr) viewers->fullMapAllView(all);
 }
 
-utils::UserBehavior* System::getUserBehavior() const { return data->userBehavior; }
-void System::setUserBehavior(utils::UserBehavior* value) { data->userBehavior = value; }
+utils::UserBehavior* System::getUserBehavior() const { return own->userBehavior; }
+void System::setUserBehavior(utils::UserBehavior* value) { own->userBehavior = value; }
 
 QString System::tr(char const* text, char const* disambiguation, int n) {
   return QCoreApplication::translate("kvn::System", text, disambiguation, n);

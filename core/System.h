@@ -89,10 +89,7 @@ class KELVANE_EXPORT System {
   void initTranslators();
   void tellOfConfig(QString const& text);
 
-  std::weak_ptr<Project> currentProject;
-  std::list<std::shared_ptr<Project>> projectList;
-  std::unique_ptr<Data> data;
-  std::function<void(QString const&, MessType)> sendMessageFunc;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

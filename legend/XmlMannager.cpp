@@ -1,4 +1,4 @@
-#include "legend/XmlMannager.h"
+#include "legend/detail/XmlMannagerData.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -32,37 +32,39 @@ void renameInList(QStringList& names, QString const& newName, QString const& old
 
 }  // namespace
 
-XmlMannager::XmlMannager(QObject* parent) : QObject(parent) {
+XmlMannager::XmlMannager(QObject* parent) : QObject(parent), own(std::make_unique<Data>()) {
   // For calls of the slots that wait in a queue.
   qRegisterMetaType<AttributeType>("kvn::AttributeType");
 }
 XmlMannager::~XmlMannager() = default;
 
-bool XmlMannager::isChinese() { return QLocale().language() == QLocale::Chinese; }
-
 QString XmlMannager::getDefaultGroupName() {
-  return isChinese() ? LegendCodeAttribute().Group : QStringLiteral("None Group");
+  return Data::isChinese() ? LegendCodeAttribute().Group : QStringLiteral("None Group");
 }
 
-void XmlMannager::clearData() {
+bool XmlMannager::Data::isChinese() { return QLocale().language() == QLocale::Chinese; }
+
+void XmlMannager::Data::clear() {
   groups.fill({});
   codes.fill({});
   names.fill({});
 }
 
-QStringList XmlMannager::getGroupList(AttributeType type) const { return isType(type) ? groups[type] : QStringList(); }
+QStringList XmlMannager::getGroupList(AttributeType type) const {
+  return isType(type) ? own->groups[type] : QStringList();
+}
 
 QList<XmlMannager::LegendCodeAttribute>& XmlMannager::getLegendCodeList(QString group, AttributeType type) {
   if (isType(type)) {
-    if (!names[type].handedOut.contains(group)) forgetNames(type);  // its codes are in the table
-    names[type].handedOut.insert(group);
-    return codes[type][group];
+    if (!own->names[type].handedOut.contains(group)) own->forgetNames(type);  // its codes are in the table
+    own->names[type].handedOut.insert(group);
+    return own->codes[type][group];
   }
-  none.clear();  // what an earlier caller put there
-  return none;
+  own->none.clear();  // what an earlier caller put there
+  return own->none;
 }
 
-XmlMannager::LegendCodeAttribute const* XmlMannager::find(QString const& name, AttributeType type) const {
+XmlMannager::LegendCodeAttribute const* XmlMannager::Data::find(QString const& name, AttributeType type) const {
   if (!isType(type)) return nullptr;
   for (Codes const& group : codes[type]) {
     if (auto const* const found = lastOf(group, name)) return found;
@@ -70,7 +72,7 @@ XmlMannager::LegendCodeAttribute const* XmlMannager::find(QString const& name, A
   return nullptr;
 }
 
-bool XmlMannager::contains(QString const& name, AttributeType type) const {
+bool XmlMannager::Data::contains(QString const& name, AttributeType type) {
   if (!isType(type)) return false;
   CodeMap const& map = codes[type];
   Names& table = names[type];
@@ -90,7 +92,7 @@ bool XmlMannager::contains(QString const& name, AttributeType type) const {
 }
 
 XmlMannager::LegendCodeAttribute* XmlMannager::getLegendCodeData(QString name, AttributeType type) const {
-  if (LegendCodeAttribute const* const found = find(name, type)) return new LegendCodeAttribute(*found);
+  if (LegendCodeAttribute const* const found = own->find(name, type)) return new LegendCodeAttribute(*found);
   auto* const unknown = new LegendCodeAttribute;
   unknown->Name = name;
   unknown->Group = getDefaultGroupName();
@@ -98,35 +100,35 @@ XmlMannager::LegendCodeAttribute* XmlMannager::getLegendCodeData(QString name, A
   return unknown;
 }
 
-bool XmlMannager::isContainLegendCode(LegendCodeAttribute code) const { return contains(code.Name, code.Type); }
+bool XmlMannager::isContainLegendCode(LegendCodeAttribute code) const { return own->contains(code.Name, code.Type); }
 
 bool XmlMannager::deleteGroup(QString group, AttributeType Type) {
   // The codes of the default group have nowhere to go.
   QString const defaultGroup = getDefaultGroupName();
   if (group.isEmpty() || group == defaultGroup || !isType(Type)) return false;
-  CodeMap& map = codes[Type];
+  Data::CodeMap& map = own->codes[Type];
   if (!map.contains(group)) return Type != Point;
-  forgetNames(Type);
-  Codes const moved = regrouped(map.take(group), defaultGroup);
-  groups[Type].removeOne(group);
+  own->forgetNames(Type);
+  Data::Codes const moved = regrouped(map.take(group), defaultGroup);
+  own->groups[Type].removeOne(group);
   if (!moved.isEmpty()) map[defaultGroup] += moved;
   return true;
 }
 
 bool XmlMannager::addGroup(QString group, AttributeType Type) {
   if (group.isEmpty() || !isType(Type)) return false;
-  if (codes[Type].contains(group)) return true;
-  codes[Type].insert(group, {});
-  groups[Type].append(group);
+  if (own->codes[Type].contains(group)) return true;
+  own->codes[Type].insert(group, {});
+  own->groups[Type].append(group);
   return true;
 }
 
 bool XmlMannager::updateGroup(QString newName, QString oldName, AttributeType Type) {
   if (newName.isEmpty() || oldName.isEmpty() || !isType(Type)) return false;
-  CodeMap& map = codes[Type];
-  forgetNames(Type);
-  if (map.contains(oldName)) renameInList(groups[Type], newName, oldName);
-  Codes const moved = regrouped(map.take(oldName), newName);
+  Data::CodeMap& map = own->codes[Type];
+  own->forgetNames(Type);
+  if (map.contains(oldName)) renameInList(own->groups[Type], newName, oldName);
+  Data::Codes const moved = regrouped(map.take(oldName), newName);
   map[newName] += moved;  // also when empty: an unknown old name leaves the new one behind, not listed
   return true;
 }
@@ -137,26 +139,26 @@ bool XmlMannager::updateElement(LegendCodeAttribute* beforeP, LegendCodeAttribut
   LegendCodeAttribute const before = *beforeP;
   LegendCodeAttribute const after = *p;
   bool const staysInGroup = before.Group == after.Group;
-  bool const isKnown = isType(before.Type) && codes[before.Type].contains(before.Group);
-  int const place = isKnown ? codes[before.Type][before.Group].lastIndexOf(before) : -1;
-  if (place < 0) return staysInGroup || add(after);
-  Codes& list = codes[before.Type][before.Group];
+  bool const isKnown = isType(before.Type) && own->codes[before.Type].contains(before.Group);
+  int const place = isKnown ? own->codes[before.Type][before.Group].lastIndexOf(before) : -1;
+  if (place < 0) return staysInGroup || own->add(after);
+  Data::Codes& list = own->codes[before.Type][before.Group];
   if (staysInGroup) {
     list[place] = after;
     return true;
   }
   list.removeAt(place);
-  forgetNames(before.Type);
-  bool const isMoved = add(after);
+  own->forgetNames(before.Type);
+  bool const isMoved = own->add(after);
   // A file may hold a second code of that name, which keeps this one from its new group.
-  if (!isMoved) codes[before.Type][before.Group].insert(place, before);
-  forgetNames(before.Type);
+  if (!isMoved) own->codes[before.Type][before.Group].insert(place, before);
+  own->forgetNames(before.Type);
   return isMoved;
 }
 
-bool XmlMannager::addElement(LegendCodeAttribute* p) { return p != nullptr && add(*p); }
+bool XmlMannager::addElement(LegendCodeAttribute* p) { return p != nullptr && own->add(*p); }
 
-bool XmlMannager::add(LegendCodeAttribute const& code) {
+bool XmlMannager::Data::add(LegendCodeAttribute const& code) {
   if (!isType(code.Type) || contains(code.Name, code.Type)) return false;
   codes[code.Type][code.Group].append(code);
   if (!names[code.Type].handedOut.contains(code.Group)) names[code.Type].known.insert(code.Name);
@@ -166,9 +168,9 @@ bool XmlMannager::add(LegendCodeAttribute const& code) {
 bool XmlMannager::deleteElement(LegendCodeAttribute* p) {
   if (p == nullptr) return false;
   LegendCodeAttribute const code = *p;  // it may be an entry of the list that changes here
-  if (!isType(code.Type) || !codes[code.Type].contains(code.Group)) return true;
-  codes[code.Type][code.Group].removeAll(code);
-  forgetNames(code.Type);
+  if (!isType(code.Type) || !own->codes[code.Type].contains(code.Group)) return true;
+  own->codes[code.Type][code.Group].removeAll(code);
+  own->forgetNames(code.Type);
   return true;
 }
 

@@ -6,12 +6,10 @@
 #include <utils/Export.h>
 
 #include <QList>
-#include <QMap>
 #include <QObject>
-#include <QSet>
 #include <QString>
 #include <QStringList>
-#include <array>
+#include <memory>
 
 namespace kvn {
 
@@ -110,28 +108,8 @@ class KELVANE_EXPORT XmlMannager : public QObject {
   Q_SIGNAL void reloadData();  ///< for the host's use
 
  private:
-  using Codes = QList<LegendCodeAttribute>;
-  using CodeMap = QMap<QString, Codes>;
-
-  static bool isChinese();
-  void clearData();
-  LegendCodeAttribute const* find(QString const& name, AttributeType type) const;
-  bool contains(QString const& name, AttributeType type) const;
-  void forgetNames(AttributeType type) { names[type].isMade = false; }
-  bool add(LegendCodeAttribute const& code);
-
-  QString file;                       ///< as given to, or chosen by, `readPrjCode`
-  std::array<QStringList, 3> groups;  ///< by AttributeType, in display order
-  std::array<CodeMap, 3> codes;       ///< by AttributeType, by group name
-  Codes none;                         ///< what is handed out for a type that is none
-
-  /// Names of the codes of a type. Groups that were handed out can change at any time: they are looked through.
-  struct Names {
-    bool isMade = false;
-    QSet<QString> known;
-    QSet<QString> handedOut;  ///< groups
-  };
-  mutable std::array<Names, 3> names;  ///< by AttributeType
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

@@ -1,5 +1,5 @@
 // The legend file: one XML file of group lists and codes, its texts in the local 8-bit encoding.
-#include "legend/XmlMannager.h"
+#include "legend/detail/XmlMannagerData.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -119,13 +119,13 @@ class Document {
 }  // namespace
 
 bool XmlMannager::readPrjCode(QString const& path) {
-  clearData();
-  file = path;
-  utils::FileBytes read = utils::readFile(file);
+  own->clear();
+  own->file = path;
+  utils::FileBytes read = utils::readFile(own->file);
   if (read.state == utils::FileBytes::State::Missing || read.state == utils::FileBytes::State::NotAFile) {
-    file =
-        isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml") : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
-    read = utils::readFile(utils::pathOfNative(utils::resourceFile(file)));
+    own->file = Data::isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml")
+                                  : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
+    read = utils::readFile(utils::pathOfNative(utils::resourceFile(own->file)));
   }
   if (!read.isWhole() || utils::lineOfCrowdedElement(read.bytes) > 0) return false;
   tinyxml2::XMLDocument document;
@@ -136,14 +136,14 @@ bool XmlMannager::readPrjCode(QString const& path) {
   for (Section const& section : kSections) {
     forEachChild(*root, section.groups, nullptr, [&](XMLElement const& element) {
       QString const group = textOf(element);
-      if (codes[section.type].contains(group)) return;
-      codes[section.type].insert(group, {});
-      groups[section.type].append(group);
+      if (own->codes[section.type].contains(group)) return;
+      own->codes[section.type].insert(group, {});
+      own->groups[section.type].append(group);
     });
     forEachChild(*root, section.codes, section.code, [&](XMLElement const& element) {
       LegendCode const code = codeOf(element, section.type);
-      auto const group = codes[section.type].find(code.Group);
-      if (group != codes[section.type].end()) group->append(code);
+      auto const group = own->codes[section.type].find(code.Group);
+      if (group != own->codes[section.type].end()) group->append(code);
     });
   }
   return true;
@@ -153,15 +153,15 @@ bool XmlMannager::saveAsPrjCode(QString path) const {
   Document document;
   for (Section const& section : kSections) {
     XMLElement& parent = document.addSection(section.groups);
-    for (QString const& group : groups[section.type]) {
+    for (QString const& group : own->groups[section.type]) {
       if (!group.isEmpty()) document.addText(parent, section.group, group);
     }
   }
   for (Section const& section : kSections) {
     XMLElement& parent = document.addSection(section.codes);
-    for (QString const& group : groups[section.type]) {
+    for (QString const& group : own->groups[section.type]) {
       if (group.isEmpty()) continue;
-      for (LegendCode const& code : codes[section.type].value(group)) document.addCode(parent, section.code, code);
+      for (LegendCode const& code : own->codes[section.type].value(group)) document.addCode(parent, section.code, code);
     }
   }
   return document.save(path);

@@ -1,6 +1,6 @@
 // Results of a PlaneAdjustment: errors, tests of the observations, test of the whole.
 #include "adjust/CommonFunction.h"
-#include "adjust/engine/PlaneAdjustmentImpl.h"
+#include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/Quantiles.h"
@@ -42,21 +42,21 @@ double product(double const* a, double const* q, double const* b, int count, int
 
 }  // namespace
 
-std::vector<int> PlaneAdjustment::Impl::datumPoints() const {
+std::vector<int> PlaneAdjustment::Data::datumPoints() const {
   std::vector<int> points;
   int const count = engine.network.known >= 2 ? engine.network.known : engine.network.points;
   for (int n = 0; n < count; ++n) points.push_back(n);
   return points;
 }
 
-void PlaneAdjustment::Impl::chooseHeldUnknowns() {
+void PlaneAdjustment::Data::chooseHeldUnknowns() {
   int const freedoms = engine.network.lines.empty() ? 4 : 3;
   engine.heldUnknowns = detail::minimalConstraints(engine.x0y0, datumPoints(), freedoms);
 }
 
 /// The last round began and ended within 0.01 mm of the same figure, so that one more, at the place where the network
 /// comes to lie, moves nothing that shows.
-void PlaneAdjustment::Impl::layOnDatum() {
+void PlaneAdjustment::Data::layOnDatum() {
   detail::Coordinates wanted = engine.x0y0;
   std::copy(engine.given.begin(), engine.given.end(), wanted.begin());
   detail::layOn(engine.xy, wanted, datumPoints(), engine.network.lines.empty());
@@ -65,7 +65,7 @@ void PlaneAdjustment::Impl::layOnDatum() {
   if (!engine.solve()) fail();
 }
 
-void PlaneAdjustment::Impl::takeResults() {
+void PlaneAdjustment::Data::takeResults() {
   engine.tellProgress(AdjustProgress::Results);
   if (isFree()) {
     datum = detail::FreeDatum(engine, datumPoints(), static_cast<int>(engine.heldUnknowns.size()));
@@ -80,7 +80,7 @@ void PlaneAdjustment::Impl::takeResults() {
   findUnchecked();
 }
 
-void PlaneAdjustment::Impl::takeUnitError() {
+void PlaneAdjustment::Data::takeUnitError() {
   double pvv = engine.calculateResiduals();
   for (std::size_t k = 0; !isFree() && k < engine.given.size(); ++k) {
     double const weight = engine.holdingWeights[k / 2];
@@ -109,11 +109,11 @@ void PlaneAdjustment::Impl::takeUnitError() {
 }
 
 /// What cofactors are multiplied with, as a standard error; NaN where it is not known.
-double PlaneAdjustment::Impl::scaleOfErrors() const {
+double PlaneAdjustment::Data::scaleOfErrors() const {
   return settings.unitWeight == UnitWeight::APriori ? 1.0 : result.unitError;
 }
 
-void PlaneAdjustment::Impl::takePoints() {
+void PlaneAdjustment::Data::takePoints() {
   Effort effort(engine.poll);
   double const m = scaleOfErrors();
   result.points.resize(network.points.size());
@@ -141,7 +141,7 @@ void PlaneAdjustment::Impl::takePoints() {
   }
 }
 
-void PlaneAdjustment::Impl::takeObservations() {
+void PlaneAdjustment::Data::takeObservations() {
   Effort effort(engine.poll);
   result.directions.resize(network.directions.size());
   result.distances.resize(network.distances.size());
@@ -177,7 +177,7 @@ void PlaneAdjustment::Impl::takeObservations() {
 ///
 /// @param a, at   its error equation, the unknowns of its points first.
 /// @param error   a-priori standard error in the unit of the equation.
-void PlaneAdjustment::Impl::takeObservation(PlaneObservation& observation, double const* a, int const* at, int count,
+void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, double const* a, int const* at, int count,
                                             double error) {
   constexpr int kPointUnknowns = 4;
   double q[25];
@@ -209,7 +209,7 @@ void PlaneAdjustment::Impl::takeObservation(PlaneObservation& observation, doubl
 }
 
 /// @param error  a-priori standard error in the unit of the residual.
-void PlaneAdjustment::Impl::judge(PlaneObservation& observation, double error) const {
+void PlaneAdjustment::Data::judge(PlaneObservation& observation, double error) const {
   observation.error = error;
   observation.standardised = observation.test = observation.gross = kNaN;
   if (observation.redundancy < kUncheckedRedundancy) return;
@@ -218,7 +218,7 @@ void PlaneAdjustment::Impl::judge(PlaneObservation& observation, double error) c
   if (observation.test > 1.0) observation.gross = -observation.residual / observation.redundancy;
 }
 
-void PlaneAdjustment::Impl::takeKinds() {
+void PlaneAdjustment::Data::takeKinds() {
   auto const unitErrorOf = [](std::vector<PlaneObservation> const& observations) {
     double sum = 0.0;
     double redundancy = 0.0;
@@ -233,7 +233,7 @@ void PlaneAdjustment::Impl::takeKinds() {
   result.distanceUnitError = unitErrorOf(result.distances);
 }
 
-void PlaneAdjustment::Impl::takeOrientations() {
+void PlaneAdjustment::Data::takeOrientations() {
   double const turn = 2.0 * CommonFunction::m_PI;
   result.orientations.assign(network.setUps.size(), kNaN);
   result.orientationErrors.assign(network.setUps.size(), kNaN);
@@ -252,7 +252,7 @@ void PlaneAdjustment::Impl::takeOrientations() {
 
 /// The points that errors of unchecked observations move. All these observations are disturbed at once, at random, so
 /// that one solution of the system shows every point that one of them moves.
-void PlaneAdjustment::Impl::findUnchecked() {
+void PlaneAdjustment::Data::findUnchecked() {
   std::mt19937 random(1);
   std::vector<double> right(index(engine.unknowns()), 0.0);
   bool hasUnchecked = false;
@@ -290,7 +290,7 @@ void PlaneAdjustment::Impl::findUnchecked() {
 }
 
 /// Of a free network, the observation that fits least, where it is beyond what so many good ones show.
-void PlaneAdjustment::Impl::judgeFree() {
+void PlaneAdjustment::Data::judgeFree() {
   std::vector<double> sizes;
   auto const sizeOf = [](PlaneObservation const& o, double error) {
     if (o.redundancy < kUncheckedRedundancy) return 0.0;

@@ -4,8 +4,6 @@
 #include "records/CalculationRecords.h"
 #include "records/VRDStations.h"
 
-#include <utils/Export.h>
-
 #include <vector>
 
 namespace kvn::detail {
@@ -18,21 +16,21 @@ namespace kvn::detail {
 ///                 come out a little below 0; horizontal distances above 1e-8 m. The mean of a pair that is no pair of
 ///                 faces, 10° and 120°, is that of the two numbers once the second is brought onto the first face:
 ///                 155°.
-KELVANE_EXPORT StationInfo faceMeans(VRDStations const& station);
+StationInfo faceMeans(VRDStations const& station);
 
 /// A distance measured from both ends becomes the mean, at both stations.
-KELVANE_EXPORT void meanOfBothEnds(std::vector<StationInfo>& stations);
+void meanOfBothEnds(std::vector<StationInfo>& stations);
 
 /// Drops the distances to the first target of each station: a distance stays with the station that looks forward along
 /// it. What stands behind a dropped one stays, whatever it is.
-KELVANE_EXPORT void dropBackSightDistances(std::vector<StationInfo>& stations);
+void dropBackSightDistances(std::vector<StationInfo>& stations);
 
 /// Drops the distances from an earlier to a later known point, in the order of `knPoints`. What stands behind a dropped
 /// one stays, whatever it is.
-KELVANE_EXPORT void dropControlDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
+void dropControlDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
 
 /// The three above in order. Nothing happens to a job in which a station has a target twice: it is refused by its
 /// names, and many repeats would make very many pairs.
-KELVANE_EXPORT void reduceDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
+void reduceDistances(std::vector<StationInfo>& stations, std::vector<PointInfo> const& knPoints);
 
 }  // namespace kvn::detail

@@ -1,7 +1,7 @@
 // The first name that comes twice in a list.
 #pragma once
 
-#include <utils/PlaceTable.h>
+#include <utils/detail/PlaceTable.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -4,7 +4,7 @@
 #include "adjust/input/LiveList.h"
 #include "adjust/input/PairKey.h"
 
-#include <utils/PlaceTable.h>
+#include <utils/detail/PlaceTable.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -4,8 +4,6 @@
 #include "adjust/linalg/Poll.h"
 #include "records/CalculationRecords.h"
 
-#include <utils/Export.h>
-
 #include <vector>
 
 namespace kvn::detail {
@@ -17,6 +15,6 @@ namespace kvn::detail {
 ///     for i in lines: for j > i: if the ends of i and j match in either order { add j to i; erase j; }
 ///
 /// so of a run of neighbouring repeats every second one stays and is merged again on its own turn.
-KELVANE_EXPORT void mergeRepeatedLines(std::vector<LineInfo>& lines, Poll const& poll = {});
+void mergeRepeatedLines(std::vector<LineInfo>& lines, Poll const& poll = {});
 
 }  // namespace kvn::detail

@@ -3,8 +3,6 @@
 
 #include "adjust/TriangleHeightRecords.h"
 
-#include <utils/Export.h>
-
 #include <vector>
 
 namespace kvn::detail {
@@ -19,6 +17,6 @@ namespace kvn::detail {
 ///         if (start of a is end of b and end of a is start of b) { a = (a - b) / 2; erase b; }
 ///
 /// Where such erasing leaves no line at a any more, the loops end.
-KELVANE_EXPORT void mergeOppositeViews(std::vector<TriangleViewData>& views);
+void mergeOppositeViews(std::vector<TriangleViewData>& views);
 
 }  // namespace kvn::detail

@@ -3,8 +3,6 @@
 
 #include "adjust/linalg/Poll.h"
 
-#include <utils/Export.h>
-
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -27,7 +25,7 @@ struct BlockGraph {
   int blocks() const { return static_cast<int>(sizes.size()); }
 };
 
-KELVANE_EXPORT BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques, Poll const& poll = {});
+BlockGraph graphOf(std::vector<int> sizes, std::vector<Clique> const& cliques, Poll const& poll = {});
 
 /// Blocks with the same neighbours are eliminated one behind the other, so that they need only one place in an order.
 struct JoinedGraph {
@@ -35,15 +33,15 @@ struct JoinedGraph {
   std::vector<int> groupOf;  ///< of each block, its block in the joined graph
 };
 
-KELVANE_EXPORT JoinedGraph joinTwins(BlockGraph const& graph, Poll const& poll = {});
+JoinedGraph joinTwins(BlockGraph const& graph, Poll const& poll = {});
 
 /// An order of elimination that fills little: minimum degree for small graphs, nested dissection for large ones. The
 /// same graph has the same order always.
 ///
 /// @return the block that goes first, the one that goes next, and so on.
-KELVANE_EXPORT std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll = {});
+std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll = {});
 /// The same for blocks that meet in cliques.
-KELVANE_EXPORT std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques,
-                                                 Poll const& poll = {});
+std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques,
+                                  Poll const& poll = {});
 
 }  // namespace kvn::sparse

@@ -1,8 +1,6 @@
 // The dense matrix product that the eliminations are built on.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <cstddef>
 
 namespace kvn::detail {
@@ -32,13 +30,13 @@ enum class Region {
 ///
 /// @param c                element (i, j) stands at c[i + j * columnStrideOfC].
 /// @param columnStrideOfC  at least m.
-KELVANE_EXPORT void addProduct(std::size_t m, std::size_t n, std::size_t k, double alpha, ConstView a, ConstView b,
-                               double* c, std::size_t columnStrideOfC, Region region = Region::All);
+void addProduct(std::size_t m, std::size_t n, std::size_t k, double alpha, ConstView a, ConstView b, double* c,
+                std::size_t columnStrideOfC, Region region = Region::All);
 
 /// Whether products use the processor's vector instructions (AVX2 and FMA) from now on; on from the start where the
 /// processor has them, and without effect elsewhere. For comparing the two ways; they differ in rounding.
 ///
 /// @return whether they were in use before.
-KELVANE_EXPORT bool useVectorInstructions(bool wanted);
+bool useVectorInstructions(bool wanted);
 
 }  // namespace kvn::detail

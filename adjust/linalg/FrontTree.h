@@ -3,8 +3,6 @@
 
 #include "adjust/linalg/BlockGraph.h"
 
-#include <utils/Export.h>
-
 #include <cstddef>
 #include <vector>
 
@@ -12,7 +10,7 @@ namespace kvn::sparse {
 
 /// Unknowns have places in the order of elimination. A front holds neighbouring places, its columns, and the rows below
 /// that their elimination touches; these are all among the columns and rows of its parent.
-struct KELVANE_EXPORT FrontTree {
+struct FrontTree {
   /// @param order  of the blocks of the graph, as `eliminationOrder` gives it.
   FrontTree(BlockGraph const& graph, std::vector<int> const& order, Poll const& poll = {});
 

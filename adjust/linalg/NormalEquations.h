@@ -5,8 +5,6 @@
 #include "adjust/linalg/PackedInverse.h"
 #include "adjust/linalg/Poll.h"
 
-#include <utils/Export.h>
-
 #include <memory>
 #include <utility>
 #include <vector>
@@ -15,7 +13,7 @@ namespace kvn::detail {
 
 /// N x = w, and elements of the inverse Q of N. `clear`, then add, `factor`, `solution`, and in the end `invert` and
 /// `inverse`; all that may be repeated with other values.
-class KELVANE_EXPORT NormalEquations {
+class NormalEquations {
  public:
   /// When a system counts as singular.
   struct Soundness {
@@ -87,10 +85,9 @@ class OwnedNormals {
 };
 
 /// The full matrix as a packed triangle: for small systems.
-KELVANE_EXPORT std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness);
+std::unique_ptr<NormalEquations> fullNormals(int unknowns, NormalEquations::Soundness soundness);
 /// Only the elements that are not 0.
-KELVANE_EXPORT std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
-                                                              NormalEquations::Soundness soundness,
-                                                              Poll const& poll = {});
+std::unique_ptr<NormalEquations> sparseNormals(NormalEquations::Pattern const& pattern,
+                                               NormalEquations::Soundness soundness, Poll const& poll = {});
 
 }  // namespace kvn::detail

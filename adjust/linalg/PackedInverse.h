@@ -1,8 +1,6 @@
 // The one inversion of a symmetric matrix in packed storage.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <cstddef>
 
 namespace kvn::detail {
@@ -27,6 +25,6 @@ enum class PivotRule {
 /// @param a  lower triangle by rows, n (n + 1) / 2 elements: element (i, j), i >= j, at i (i + 1) / 2 + j. Elements
 /// that
 ///           are not finite spoil the result but end no differently.
-KELVANE_EXPORT bool invertPacked(double* a, std::size_t n, PivotRule rule);
+bool invertPacked(double* a, std::size_t n, PivotRule rule);
 
 }  // namespace kvn::detail

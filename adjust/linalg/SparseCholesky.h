@@ -5,8 +5,6 @@
 #include "adjust/linalg/DenseFactor.h"
 #include "adjust/linalg/FrontTree.h"
 
-#include <utils/Export.h>
-
 #include <cstddef>
 #include <memory>
 #include <vector>
@@ -16,7 +14,7 @@ namespace kvn::sparse {
 /// N = L L' by dense fronts (multifrontal method), and of the inverse of N those elements that stand where N has some.
 /// The order of elimination and the place of every element are found once; values may then come again and again:
 /// `clear`, `add`, `factor`, then `solve` and `invert`.
-class KELVANE_EXPORT SparseCholesky {
+class SparseCholesky {
  public:
   /// @param blockSizes  unknowns of each block: block 0 has the unknowns 0 to blockSizes[0] - 1, and so on. All
   ///                    elements within a block may hold values.

@@ -1,8 +1,6 @@
 // The angle that several observations share.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <cstddef>
 #include <vector>
 
@@ -24,6 +22,6 @@ struct SeenAngle {
 };
 
 /// The angle with which most of the others agree, radians.
-KELVANE_EXPORT double commonAngle(std::vector<SeenAngle> const& angles);
+double commonAngle(std::vector<SeenAngle> const& angles);
 
 }  // namespace kvn::detail

@@ -18,7 +18,7 @@ struct GrossError {
 
 /// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
 /// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
-KELVANE_EXPORT double criticalTest(std::size_t observations);
+double criticalTest(std::size_t observations);
 
 /// Suspected gross errors, in the order of the observations. An observation is suspected when it misses what the others
 /// say by more than `criticalTest` standard errors of that difference (Baarda's test, one observation after the other,
@@ -29,17 +29,17 @@ KELVANE_EXPORT double criticalTest(std::size_t observations);
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
 ///                     none when the places can be trusted not to follow a gross error.
 /// @return nothing when nothing can be said: the observations that are not suspected have no solution.
-KELVANE_EXPORT std::optional<std::vector<GrossError>> grossErrors(
-    NumberedNetwork const& network, std::vector<Place> const& places,
-    std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll = {});
+std::optional<std::vector<GrossError>> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
+                                                   std::function<std::vector<Place>()> const& otherPlaces,
+                                                   Poll const& poll = {});
 
 /// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
 /// swings to and fro or runs away.
-KELVANE_EXPORT int attemptRounds(int unknowns);
+int attemptRounds(int unknowns);
 
 /// Whether plain least squares come from these places, within so many rounds, to one that moves no coordinate by more
 /// than `smallestMove`, metres.
-KELVANE_EXPORT bool settles(NumberedNetwork const& network, std::vector<Place> const& places, double smallestMove,
-                            Poll const& poll = {});
+bool settles(NumberedNetwork const& network, std::vector<Place> const& places, double smallestMove,
+             Poll const& poll = {});
 
 }  // namespace kvn::detail

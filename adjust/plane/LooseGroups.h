@@ -22,7 +22,7 @@ struct LooseGroup {
 ///
 /// @param weakness  pivots below this share of their diagonal element count as none; observations are taken in metres,
 ///                  with equal weights. A traverse of thousands of legs stays far above the default.
-KELVANE_EXPORT std::vector<LooseGroup> looseGroups(NumberedNetwork const& network, NetworkState const& state,
-                                                   double weakness = 1e-10, Poll const& poll = {});
+std::vector<LooseGroup> looseGroups(NumberedNetwork const& network, NetworkState const& state, double weakness = 1e-10,
+                                    Poll const& poll = {});
 
 }  // namespace kvn::detail

@@ -25,20 +25,18 @@ struct NetworkState {
   std::vector<double> orientations;  ///< azimuth of each circle's zero, radians
 };
 
-KELVANE_EXPORT int unknownsOf(NumberedNetwork const& network);
+int unknownsOf(NumberedNetwork const& network);
 /// First unknown of a point, -1 for a known one.
-KELVANE_EXPORT int unknownOf(NumberedNetwork const& network, int point);
+int unknownOf(NumberedNetwork const& network, int point);
 /// Orients every station by the angle with which most of its directions agree.
-KELVANE_EXPORT NetworkState orientedState(NumberedNetwork const& network, std::vector<Place> places,
-                                          Poll const& poll = {});
+NetworkState orientedState(NumberedNetwork const& network, std::vector<Place> places, Poll const& poll = {});
 /// First those of the directions, in radians, then those of the distances, in metres. An observation between points at
 /// one place has an equation without unknowns.
-KELVANE_EXPORT std::vector<Equation> equationsOf(NumberedNetwork const& network, NetworkState const& state,
-                                                 Poll const& poll = {});
+std::vector<Equation> equationsOf(NumberedNetwork const& network, NetworkState const& state, Poll const& poll = {});
 /// The upper one of two; 0 of none.
-KELVANE_EXPORT double medianOf(std::vector<double> numbers);
+double medianOf(std::vector<double> numbers);
 /// Median of the misclosures' sizes over their a-priori errors; those that are no numbers do not count.
-KELVANE_EXPORT double medianMisfit(std::vector<Equation> const& equations);
-KELVANE_EXPORT void move(NumberedNetwork const& network, NetworkState& state, std::vector<double> const& step);
+double medianMisfit(std::vector<Equation> const& equations);
+void move(NumberedNetwork const& network, NetworkState& state, std::vector<double> const& step);
 
 }  // namespace kvn::detail

@@ -5,8 +5,6 @@
 #include "adjust/plane/NumberLists.h"
 #include "adjust/plane/PairTable.h"
 
-#include <utils/Export.h>
-
 #include <algorithm>
 #include <complex>
 #include <cstddef>
@@ -18,14 +16,14 @@ namespace kvn::detail {
 using Place = std::complex<double>;
 
 /// Angle onto -π to π, radians.
-KELVANE_EXPORT double foldedAngle(double angle);
+double foldedAngle(double angle);
 
 /// Place by azimuth (radians) and distance from the origin.
 inline Place polar(double distance, double azimuth) { return std::polar(distance, azimuth); }
 
 /// Directions of circles and distances between numbered points; points 0 to known - 1 are known. A point may have
 /// several stations, each with a circle of its own.
-struct KELVANE_EXPORT NumberedNetwork {
+struct NumberedNetwork {
   struct Direction {
     int station;
     int target;          ///< point number

@@ -3,8 +3,6 @@
 
 #include "adjust/linalg/Poll.h"
 
-#include <utils/Export.h>
-
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -13,7 +11,7 @@ namespace kvn::detail {
 
 /// Entries with the same first number stand together, so that one look-up after another in the order of these numbers
 /// finds what it needs in the caches; in a large network a hash table does not.
-class KELVANE_EXPORT PairTable {
+class PairTable {
  public:
   PairTable() = default;
   /// Entry i belongs to the pair (firsts[i], seconds[i]); firsts are from 0 to `count` - 1.

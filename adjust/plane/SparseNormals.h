@@ -9,7 +9,7 @@
 namespace kvn::detail {
 
 /// N = A' P A for the equations of one network, again and again.
-class KELVANE_EXPORT SparseNormals {
+class SparseNormals {
  public:
   explicit SparseNormals(NumberedNetwork const& network, Poll const& poll = {});
 

@@ -14,7 +14,7 @@ namespace kvn::detail {
 /// A body is a frame, which keeps its shape, or a single point. Unknowns are the place, the turn and, without a scale,
 /// the size of each, and the orientation of every station between them that is oriented nowhere. They are found by
 /// Gauss and Newton's iteration with Levenberg's damping from many starts; the starts are the same in every run.
-class KELVANE_EXPORT BodySolver {
+class BodySolver {
  public:
   struct Body {
     Frame const* frame = nullptr;  ///< nothing for a single point

@@ -19,7 +19,7 @@ namespace kvn::detail {
 /// two or more loci meet, whatever mixture of rays, distances and angles at the point they are; a station is oriented
 /// by one that it sees and that sees it, wherever the two are. Points that more observations hold come first. Of all
 /// meets of two loci the one is taken with which most observations agree, so that a gross error finds no support.
-class KELVANE_EXPORT Frame {
+class Frame {
  public:
   /// @param owner  of each station, the frame that may orient it: this one or nobody (-1), which it then becomes.
   Frame(NumberedNetwork const& network, std::vector<int>& owner, int id, bool hasScale);
@@ -91,6 +91,6 @@ struct Meeting {
 };
 /// The place with which most of the loci agree; nothing where fewer than two cross at a sine of `sharpness` or more, or
 /// where two places agree with all of them.
-KELVANE_EXPORT Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness);
+Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness);
 
 }  // namespace kvn::detail

@@ -17,7 +17,7 @@ struct Similarity {
 
 /// From pairs of places, in the first frame and in the second; a rigid motion when `isRigid`. The one with which most
 /// pairs agree; nothing for fewer than two different places.
-KELVANE_EXPORT std::optional<Similarity> similarityOf(std::vector<std::pair<Place, Place>> const& pairs, bool isRigid);
+std::optional<Similarity> similarityOf(std::vector<std::pair<Place, Place>> const& pairs, bool isRigid);
 
 /// The places that both frames have, first those of `from`.
 std::vector<std::pair<Place, Place>> commonPlaces(Frame const& from, Frame const& to);

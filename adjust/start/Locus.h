@@ -12,7 +12,7 @@ namespace kvn::detail {
 ///     ray       an oriented direction from a placed point, or to one: a half line
 ///     distance  to a placed point: a circle
 ///     arc       the angle under which the unknown station sees two placed points: an arc over their chord
-class KELVANE_EXPORT Locus {
+class Locus {
  public:
   /// Offsets are compared with this share of the distance to the placed points.
   static constexpr double kTolerance = 1e-3;
@@ -58,6 +58,6 @@ class KELVANE_EXPORT Locus {
 };
 
 /// Where the lines or circles of two loci meet, up to two places; they need not lie on the right half or arc.
-KELVANE_EXPORT std::vector<Place> intersections(Locus const& first, Locus const& second);
+std::vector<Place> intersections(Locus const& first, Locus const& second);
 
 }  // namespace kvn::detail

@@ -4,8 +4,6 @@
 #include "adjust/linalg/Poll.h"
 #include "adjust/plane/NumberedNetwork.h"
 
-#include <utils/Export.h>
-
 #include <vector>
 
 namespace kvn::detail {
@@ -28,13 +26,12 @@ struct PolarSight {
 /// @param blockOrder  order of elimination of all points and, behind their number, all stations.
 /// @param poll        called again and again; may throw to end the work.
 /// @return places of all points, NaN for those that the sights do not determine.
-KELVANE_EXPORT std::vector<Place> polarFit(std::vector<Place> places, int known, int stations,
-                                           std::vector<PolarSight> const& sights, std::vector<int> const& blockOrder,
-                                           Poll const& poll = {});
+std::vector<Place> polarFit(std::vector<Place> places, int known, int stations, std::vector<PolarSight> const& sights,
+                            std::vector<int> const& blockOrder, Poll const& poll = {});
 
 /// Largest misfit of a sight at the given places, as a share of its length, each station being turned as its sights ask
 /// for together. Infinite where no turn can be told.
-KELVANE_EXPORT double largestMisfit(std::vector<Place> const& places, int stations,
-                                    std::vector<PolarSight> const& sights, Poll const& poll = {});
+double largestMisfit(std::vector<Place> const& places, int stations, std::vector<PolarSight> const& sights,
+                     Poll const& poll = {});
 
 }  // namespace kvn::detail

@@ -14,7 +14,7 @@ namespace kvn::detail {
 /// From the placed points outward, as `Frame` grows; where that comes to an end, groups of stations that see each other
 /// are built in frames of their own and brought in by the points that they share with what is placed, or with each
 /// other; what is left is solved a few bodies at a time. It goes on until nothing moves.
-class KELVANE_EXPORT StartSearch {
+class StartSearch {
  public:
   /// @param call  called again and again by `run`; may throw to end it.
   explicit StartSearch(NumberedNetwork const& network, Poll call = {});

@@ -1,8 +1,6 @@
 // SweepQueue: the order in which repeated sweeps over a list of stations reach those that can make progress.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <functional>
 #include <queue>
 #include <tuple>
@@ -14,7 +12,7 @@ namespace kvn::detail {
 /// A literal walk sweeps over all stations again and again. Only stations that can make progress matter, and they are
 /// reached in this order: a station that becomes able to while the sweep stands before it, in the same sweep; one that
 /// the sweep has passed, in the next. The queue gives just these, in just this order.
-class KELVANE_EXPORT SweepQueue {
+class SweepQueue {
  public:
   explicit SweepQueue(std::size_t stations) : waiting(stations, false) {}
 

@@ -11,7 +11,7 @@ namespace kvn::detail {
 
 /// The points that a search has left, in number order, with the reason of each. Whether the observations would hold a
 /// point at all is found from their equations, with places at random for the points that have none.
-KELVANE_EXPORT std::vector<std::pair<int, UnplacedPoint::Reason>> unplacedReasons(NumberedNetwork const& network,
-                                                                                  StartSearch const& search);
+std::vector<std::pair<int, UnplacedPoint::Reason>> unplacedReasons(NumberedNetwork const& network,
+                                                                   StartSearch const& search);
 
 }  // namespace kvn::detail

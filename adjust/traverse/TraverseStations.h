@@ -6,8 +6,6 @@
 #include "core/AlgorithmException.h"
 #include "records/CalculationRecords.h"
 
-#include <utils/Export.h>
-
 #include <vector>
 
 namespace kvn::detail {
@@ -28,8 +26,7 @@ struct StationRule {
 /// @param names  gives the points their numbers; those of the known points are in it already.
 /// @throws AlgorithmException with the station's name: the rule's for a wrong count, StationNotEnough for two equal
 ///         directions, DataError for an angle that is none.
-KELVANE_EXPORT std::vector<TraverseInfo> readStations(AlgorithmData const& data, StationRule const& rule,
-                                                      NameIndex& names);
+std::vector<TraverseInfo> readStations(AlgorithmData const& data, StationRule const& rule, NameIndex& names);
 
 /// Lengthens the chain by the station that stands on the fore point of its last one, as long as there is one that the
 /// chain does not hold yet. Near-linear, whatever the order of the list. Names of stations are unique in it.
@@ -39,9 +36,9 @@ KELVANE_EXPORT std::vector<TraverseInfo> readStations(AlgorithmData const& data,
 ///
 /// Repeated walks over the list that go on to append would find the same order; where the chain comes back they would
 /// go round and round, so that it grows longer than the list.
-KELVANE_EXPORT bool followForePoints(std::vector<TraverseInfo>& chain, std::vector<TraverseInfo> const& stations);
+bool followForePoints(std::vector<TraverseInfo>& chain, std::vector<TraverseInfo> const& stations);
 
 /// @throws DataException "Station name [%1] distance is 0".
-[[noreturn]] KELVANE_EXPORT void refuseWithoutDistance(TraverseInfo const& station);
+[[noreturn]] void refuseWithoutDistance(TraverseInfo const& station);
 
 }  // namespace kvn::detail

@@ -4,7 +4,7 @@
 #include "adjust/NameIndex.h"
 #include "records/Network.h"
 
-#include <utils/PlaceTable.h>
+#include <utils/detail/PlaceTable.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -3,6 +3,7 @@
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
 #include <utils/detail/InstalledCode.h>
+#include <utils/detail/PrivateData.h>
 
 #include <algorithm>
 #include <osg/FrameBufferObject>
@@ -50,7 +51,9 @@ osg::ref_ptr<osg::FrameBufferObject> frameBuffer(int width, int height, int samp
 
 /// What a view draws with: the context, a viewer of its own, and two pictures: one with several samples a pixel, and
 /// the one that they are averaged into.
-class OffscreenView::Canvas {
+class KELVANE_PRIVATE OffscreenView::Canvas {
+  KELVANE_LATER_MEMBER
+
  public:
   explicit Canvas(osg::Camera* viewCamera);
   Canvas(Canvas const&) = delete;

@@ -7,8 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <QVector>
-#include <osg/observer_ptr>
-#include <osg/ref_ptr>
+#include <memory>
 #include <osgEarth/AnnotationNode>
 #include <osgEarth/Layer>
 #include <osgEarth/MapNode>
@@ -49,7 +48,7 @@ class KELVANE_EXPORT ProjectMapScene : public QObject {
   void selectFeature(QVector<QString> ids, QString layerName);
   void clearSelect();      ///< drops highlight and picks of this scene's features
   void clearAllFeature();  ///< empties all layers of this scene
-  ViewerManager* getMvzViewerManager() const { return viewers.get(); }
+  ViewerManager* getMvzViewerManager() const;
 
   /// Asks the views of every manager of the process to repaint.
   static void reDraw();
@@ -59,9 +58,8 @@ class KELVANE_EXPORT ProjectMapScene : public QObject {
  private:
   void repaint();
 
-  osg::ref_ptr<ViewerManager> viewers;
-  std::vector<osg::ref_ptr<osgEarth::Layer>> layers;
-  std::vector<osg::observer_ptr<osgEarth::AnnotationNode>> highlighted;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace mvz

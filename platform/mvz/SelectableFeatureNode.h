@@ -4,6 +4,7 @@
 #include <mvz/ISelectable.h>
 #include <utils/Export.h>
 
+#include <memory>
 #include <osgEarth/FeatureNode>
 
 namespace mvz {
@@ -13,16 +14,16 @@ class KELVANE_EXPORT SelectableFeatureNode : public osgEarth::FeatureNode, publi
  public:
   SelectableFeatureNode(osgEarth::Feature* feature, osgEarth::Style normal, osgEarth::Style selected);
 
-  osgEarth::Style const& getNormalStyle() const { return normalStyle; }
-  osgEarth::Style const& getSelectedStyle() const { return selectedStyle; }
+  osgEarth::Style const& getNormalStyle() const;
+  osgEarth::Style const& getSelectedStyle() const;
 
  protected:
   ~SelectableFeatureNode() override;
   void showSelected(bool value) override;
 
  private:
-  osgEarth::Style normalStyle;
-  osgEarth::Style selectedStyle;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace mvz

@@ -4,12 +4,14 @@
 #include <mvz/SelectablePlaceNode.h>
 #include <utils/ResourceFile.h>
 #include <utils/detail/InstalledCode.h>
+#include <utils/detail/PrivateData.h>
 
 #include <QLoggingCategory>
 #include <filesystem>
 #include <map>
 #include <osg/Image>
 #include <osgDB/ReadFile>
+#include <utility>
 
 namespace mvz {
 namespace {
@@ -46,22 +48,46 @@ void ISelectable::setSelected(bool value) {
   showSelected(value);
 }
 
+struct KELVANE_PRIVATE SelectableFeatureNode::Data {
+  KELVANE_LATER_MEMBER
+  osgEarth::Style normal;
+  osgEarth::Style selected;
+};
+
 SelectableFeatureNode::SelectableFeatureNode(osgEarth::Feature* feature, osgEarth::Style normal,
                                              osgEarth::Style selected)
-    : osgEarth::FeatureNode(feature, normal), normalStyle(normal), selectedStyle(selected) {}
+    : osgEarth::FeatureNode(feature, normal), own(std::make_unique<Data>()) {
+  own->normal = std::move(normal);
+  own->selected = std::move(selected);
+}
 
 SelectableFeatureNode::~SelectableFeatureNode() = default;
 
-void SelectableFeatureNode::showSelected(bool value) { setStyle(value ? selectedStyle : normalStyle); }
+osgEarth::Style const& SelectableFeatureNode::getNormalStyle() const { return own->normal; }
+osgEarth::Style const& SelectableFeatureNode::getSelectedStyle() const { return own->selected; }
+
+void SelectableFeatureNode::showSelected(bool value) { setStyle(value ? own->selected : own->normal); }
+
+struct KELVANE_PRIVATE SelectablePlaceNode::Data {
+  KELVANE_LATER_MEMBER
+  osgEarth::Style normal;
+  osgEarth::Style selected;
+};
 
 SelectablePlaceNode::SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text,
                                          osgEarth::Style normal, osgEarth::Style selected)
-    : osgEarth::PlaceNode(position, text, normal, iconOf(normal)), normalStyle(normal), selectedStyle(selected) {}
+    : osgEarth::PlaceNode(position, text, normal, iconOf(normal)), own(std::make_unique<Data>()) {
+  own->normal = std::move(normal);
+  own->selected = std::move(selected);
+}
 
 SelectablePlaceNode::~SelectablePlaceNode() = default;
 
+osgEarth::Style const& SelectablePlaceNode::getNormalStyle() const { return own->normal; }
+osgEarth::Style const& SelectablePlaceNode::getSelectedStyle() const { return own->selected; }
+
 void SelectablePlaceNode::showSelected(bool value) {
-  osgEarth::Style const& style = value ? selectedStyle : normalStyle;
+  osgEarth::Style const& style = value ? own->selected : own->normal;
   setIconImage(iconOf(style));
   setStyle(style);
 }

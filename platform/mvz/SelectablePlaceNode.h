@@ -4,6 +4,7 @@
 #include <mvz/ISelectable.h>
 #include <utils/Export.h>
 
+#include <memory>
 #include <osgEarth/PlaceNode>
 #include <string>
 
@@ -16,16 +17,16 @@ class KELVANE_EXPORT SelectablePlaceNode : public osgEarth::PlaceNode, public IS
   SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text, osgEarth::Style normal,
                       osgEarth::Style selected);
 
-  osgEarth::Style const& getNormalStyle() const { return normalStyle; }
-  osgEarth::Style const& getSelectedStyle() const { return selectedStyle; }
+  osgEarth::Style const& getNormalStyle() const;
+  osgEarth::Style const& getSelectedStyle() const;
 
  protected:
   ~SelectablePlaceNode() override;
   void showSelected(bool value) override;
 
  private:
-  osgEarth::Style normalStyle;
-  osgEarth::Style selectedStyle;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace mvz

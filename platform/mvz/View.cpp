@@ -1,10 +1,13 @@
 #include <mvz/View.h>
 #include <mvz/detail/Decoration.h>
 #include <mvz/detail/PlanScale.h>
+#include <utils/detail/PrivateData.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <osg/BlendFunc>
+#include <osg/Group>
 
 namespace mvz {
 namespace {
@@ -40,14 +43,23 @@ osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
 
 }  // namespace
 
-View::View(int width, int height) : camera(planCamera(std::max(width, 1), std::max(height, 1))), root(new osg::Group) {
-  osg::StateSet* const state = root->getOrCreateStateSet();
+struct KELVANE_PRIVATE View::Data {
+  KELVANE_LATER_MEMBER
+  osg::ref_ptr<osg::Camera> camera;
+  osg::ref_ptr<osg::Group> root = new osg::Group;
+  osg::ref_ptr<osg::Node> scene;
+  std::atomic<bool> outdated{true};
+};
+
+View::View(int width, int height) : own(std::make_unique<Data>()) {
+  own->camera = planCamera(std::max(width, 1), std::max(height, 1));
+  osg::StateSet* const state = own->root->getOrCreateStateSet();
   state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
   // Said, since OpenGL's own start is to paint transparent pixels: in the first picture the halo of a letter would cut
   // the one before it.
   state->setAttribute(new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
-  root->addChild(new detail::Decoration(camera));
-  camera->addChild(root);
+  own->root->addChild(new detail::Decoration(own->camera));
+  own->camera->addChild(own->root);
   frame(osg::BoundingBoxd(0, 0, 0, 0, 0, 0));
 }
 
@@ -55,24 +67,24 @@ View::~View() = default;
 
 void View::setScene(osg::Node* node) {
   osg::ref_ptr<osg::Node> const keep = node;
-  if (scene.valid()) root->removeChild(scene);
-  scene = node;
-  if (scene.valid()) root->insertChild(0, scene);
+  if (own->scene.valid()) own->root->removeChild(own->scene);
+  own->scene = node;
+  if (own->scene.valid()) own->root->insertChild(0, own->scene);
   requestRedraw();
 }
 
-osg::Node* View::getScene() const { return scene; }
+osg::Node* View::getScene() const { return own->scene; }
 
-osg::Camera* View::getCamera() const { return camera; }
+osg::Camera* View::getCamera() const { return own->camera; }
 
-int View::getWidth() const { return static_cast<int>(camera->getViewport()->width()); }
+int View::getWidth() const { return static_cast<int>(own->camera->getViewport()->width()); }
 
-int View::getHeight() const { return static_cast<int>(camera->getViewport()->height()); }
+int View::getHeight() const { return static_cast<int>(own->camera->getViewport()->height()); }
 
 void View::setSize(int width, int height) {
   double const scale = metresPerPixel();
-  camera->setViewport(0, 0, std::max(width, 1), std::max(height, 1));
-  lookAt(osg::Matrixd::inverse(camera->getViewMatrix()).getTrans(), scale);
+  own->camera->setViewport(0, 0, std::max(width, 1), std::max(height, 1));
+  lookAt(osg::Matrixd::inverse(own->camera->getViewMatrix()).getTrans(), scale);
   requestRedraw();
 }
 
@@ -98,29 +110,29 @@ void View::frame(osg::BoundingBoxd const& bounds) {
 void View::lookAt(osg::Vec3d const& eye, double metresPerPixel) {
   double const halfWidth = getWidth() * metresPerPixel / 2;
   double const halfHeight = getHeight() * metresPerPixel / 2;
-  camera->setViewMatrix(osg::Matrixd::translate(-eye));
-  camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, 2 * kHeights);
+  own->camera->setViewMatrix(osg::Matrixd::translate(-eye));
+  own->camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, 2 * kHeights);
 }
 
 osg::Vec2d View::toPixel(osg::Vec3d const& world) const {
   // In two steps: the large coordinates go in the first.
-  osg::Vec3d const clip = (world * camera->getViewMatrix()) * camera->getProjectionMatrix();
+  osg::Vec3d const clip = (world * own->camera->getViewMatrix()) * own->camera->getProjectionMatrix();
   return {(1 + clip.x()) / 2 * getWidth(), (1 - clip.y()) / 2 * getHeight()};
 }
 
 osg::Vec3d View::toWorld(osg::Vec2d const& pixel) const {
   osg::Vec3d const clip(2 * pixel.x() / getWidth() - 1, 1 - 2 * pixel.y() / getHeight(), 0);
-  osg::Vec3d const seen = clip * osg::Matrixd::inverse(camera->getProjectionMatrix());
-  osg::Vec3d const world = seen * osg::Matrixd::inverse(camera->getViewMatrix());
+  osg::Vec3d const seen = clip * osg::Matrixd::inverse(own->camera->getProjectionMatrix());
+  osg::Vec3d const world = seen * osg::Matrixd::inverse(own->camera->getViewMatrix());
   return {world.x(), world.y(), 0};
 }
 
-double View::metresPerPixel() const { return detail::metresPerPixel(*camera); }
+double View::metresPerPixel() const { return detail::metresPerPixel(*own->camera); }
 
-void View::requestRedraw() { outdated = true; }
+void View::requestRedraw() { own->outdated = true; }
 
-bool View::needsRedraw() const { return outdated; }
+bool View::needsRedraw() const { return own->outdated; }
 
-void View::drawn() { outdated = false; }
+void View::drawn() { own->outdated = false; }
 
 }  // namespace mvz

@@ -3,10 +3,9 @@
 
 #include <utils/Export.h>
 
-#include <atomic>
+#include <memory>
 #include <osg/BoundingBox>
 #include <osg/Camera>
-#include <osg/Group>
 #include <osg/Referenced>
 #include <osg/Vec2d>
 #include <osg/Vec3d>
@@ -79,10 +78,8 @@ class KELVANE_EXPORT View : public osg::Referenced {
   void frame(osg::BoundingBoxd const& bounds);
   void lookAt(osg::Vec3d const& eye, double metresPerPixel);
 
-  osg::ref_ptr<osg::Camera> camera;
-  osg::ref_ptr<osg::Group> root;
-  osg::ref_ptr<osg::Node> scene;
-  std::atomic<bool> outdated{true};
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace mvz

@@ -2,10 +2,13 @@
 
 #include <mvz/ILayer.h>
 #include <mvz/ViewerManager.h>
+#include <utils/detail/PrivateData.h>
 
 #include <algorithm>
 #include <limits>
+#include <osg/observer_ptr>
 #include <osgEarth/Map>
+#include <unordered_map>
 
 namespace mvz {
 namespace {
@@ -52,7 +55,16 @@ struct Nearest {
 
 }  // namespace
 
-ViewerManager::ViewerManager() : mapNode(new osgEarth::MapNode(new osgEarth::Map)) {
+struct KELVANE_PRIVATE ViewerManager::Data {
+  KELVANE_LATER_MEMBER
+  std::recursive_mutex mutex;
+  osg::ref_ptr<osgEarth::MapNode> mapNode = new osgEarth::MapNode(new osgEarth::Map);
+  std::vector<osg::ref_ptr<View>> views;
+  std::vector<osg::observer_ptr<osg::Node>> picked;
+  std::unordered_map<osg::Node const*, std::size_t> pickedAt;  ///< where in `picked`; may name nodes that are gone
+};
+
+ViewerManager::ViewerManager() : own(std::make_unique<Data>()) {
   std::lock_guard<std::recursive_mutex> const hold(managersMutex());
   managers().emplace_back(this);
 }
@@ -63,25 +75,28 @@ ViewerManager::~ViewerManager() {
   all.erase(std::remove_if(all.begin(), all.end(), [](auto const& manager) { return !manager.valid(); }), all.end());
 }
 
-ViewerManager::Lock ViewerManager::lock() const { return Lock(mutex); }
+osgEarth::MapNode* ViewerManager::getMapNode() const { return own->mapNode.get(); }
+std::vector<osg::ref_ptr<View>> const& ViewerManager::getViews() const { return own->views; }
+
+ViewerManager::Lock ViewerManager::lock() const { return Lock(own->mutex); }
 ViewerManager::Lock ViewerManager::LockOf(ViewerManager const* manager) {
   return manager == nullptr ? Lock() : manager->lock();
 }
 
 void ViewerManager::addView(View* view) {
   Lock const hold = lock();
-  if (view == nullptr || std::find(views.begin(), views.end(), view) != views.end()) return;
-  view->setScene(mapNode);
-  views.emplace_back(view);
+  if (view == nullptr || std::find(own->views.begin(), own->views.end(), view) != own->views.end()) return;
+  view->setScene(own->mapNode);
+  own->views.emplace_back(view);
 }
 
 void ViewerManager::removeView(View* view) {
   Lock const hold = lock();
-  auto const found = std::find(views.begin(), views.end(), view);
-  if (found == views.end()) return;
+  auto const found = std::find(own->views.begin(), own->views.end(), view);
+  if (found == own->views.end()) return;
   osg::ref_ptr<View> const keep = view;
-  views.erase(found);
-  if (view->getScene() == mapNode) view->setScene(nullptr);
+  own->views.erase(found);
+  if (view->getScene() == own->mapNode) view->setScene(nullptr);
 }
 
 void ViewerManager::fullMapAllView(std::vector<osgEarth::Layer*> layers) {
@@ -101,7 +116,7 @@ void ViewerManager::requestRedraw() {
 
 std::vector<osg::ref_ptr<View>> ViewerManager::copyOfViews() const {
   Lock const hold = lock();
-  return views;
+  return own->views;
 }
 
 void ViewerManager::requestRedrawOfAll() {
@@ -120,7 +135,7 @@ void ViewerManager::requestRedrawOfAll() {
 
 std::vector<osg::Node*> ViewerManager::getPickNodeList() const {
   std::vector<osg::Node*> all;
-  for (auto const& node : picked) {
+  for (auto const& node : own->picked) {
     if (node.valid() && node->getNumParents() > 0) all.push_back(node.get());
   }
   return all;
@@ -144,7 +159,7 @@ osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const&
   Nearest place{nullptr, tolerance};
   Nearest line{nullptr, tolerance};
   osgEarth::LayerVector layers;
-  mapNode->getMap()->getLayers(layers);
+  own->mapNode->getMap()->getLayers(layers);
   for (auto const& layer : layers) {
     osg::Group* const features = detail::featuresOf(layer.get());
     for (unsigned i = 0; features != nullptr && i < features->getNumChildren(); ++i) {
@@ -158,20 +173,20 @@ osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const&
 void ViewerManager::pick(osg::Node* node) {
   Lock const hold = lock();
   if (node == nullptr) return;
-  auto const [known, isNew] = pickedAt.emplace(node, picked.size());
+  auto const [known, isNew] = own->pickedAt.emplace(node, own->picked.size());
   // Another node may have come to the address of one that is gone.
-  if (!isNew && picked[known->second] == node) return;
-  known->second = picked.size();
+  if (!isNew && own->picked[known->second] == node) return;
+  known->second = own->picked.size();
   detail::highlight(node, true);
-  picked.emplace_back(node);
+  own->picked.emplace_back(node);
   requestRedraw();
 }
 
 void ViewerManager::clearPick() {
   Lock const hold = lock();
-  for (auto const& node : picked) detail::highlight(node.get(), false);
-  picked.clear();
-  pickedAt.clear();
+  for (auto const& node : own->picked) detail::highlight(node.get(), false);
+  own->picked.clear();
+  own->pickedAt.clear();
   requestRedraw();
 }
 
@@ -181,9 +196,9 @@ void ViewerManager::unpick(osg::Group const* layerGroup) {
     detail::highlight(node.get(), false);
     return true;
   };
-  picked.erase(std::remove_if(picked.begin(), picked.end(), gone), picked.end());
-  pickedAt.clear();
-  for (std::size_t i = 0; i < picked.size(); ++i) pickedAt[picked[i].get()] = i;
+  own->picked.erase(std::remove_if(own->picked.begin(), own->picked.end(), gone), own->picked.end());
+  own->pickedAt.clear();
+  for (std::size_t i = 0; i < own->picked.size(); ++i) own->pickedAt[own->picked[i].get()] = i;
 }
 
 }  // namespace mvz

@@ -4,15 +4,14 @@
 #include <mvz/View.h>
 #include <utils/Export.h>
 
+#include <memory>
 #include <mutex>
 #include <osg/Vec2d>
-#include <osg/observer_ptr>
 #include <osg/ref_ptr>
 #include <osgEarth/AnnotationNode>
 #include <osgEarth/Layer>
 #include <osgEarth/MapNode>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace mvz {
@@ -32,11 +31,11 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
   /// The same for a manager that may be null: nothing is held then.
   [[nodiscard]] static Lock LockOf(ViewerManager const* manager);
 
-  osgEarth::MapNode* getMapNode() const { return mapNode.get(); }
+  osgEarth::MapNode* getMapNode() const;
 
   void addView(View* view);     ///< shows the map from now on; null and a view that is there already are passed over
   void removeView(View* view);  ///< shows nothing from now on
-  std::vector<osg::ref_ptr<View>> const& getViews() const { return views; }
+  std::vector<osg::ref_ptr<View>> const& getViews() const;
 
   /// Moves all views so that the features of the layers fill them. Null layers are passed over; without a feature that
   /// has finite coordinates no view moves.
@@ -68,11 +67,8 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
   /// A view may take itself or another one out while it is asked to do something.
   [[nodiscard]] std::vector<osg::ref_ptr<View>> copyOfViews() const;
 
-  mutable std::recursive_mutex mutex;
-  osg::ref_ptr<osgEarth::MapNode> mapNode;
-  std::vector<osg::ref_ptr<View>> views;
-  std::vector<osg::observer_ptr<osg::Node>> picked;
-  std::unordered_map<osg::Node const*, std::size_t> pickedAt;  ///< where in `picked`; may name nodes that are gone
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace mvz

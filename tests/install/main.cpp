@@ -1,6 +1,7 @@
 // What a host does with the installed library: a project, an adjustment, a command of the library and one of its own.
 #include <Kelvane.h>
 #include <kelvane/adjust/TraverseAdjust.h>
+#include <array>
 #include <osgEarth/AnnotationLayer>
 #include <osgEarth/PlaceNode>
 #include <string>
@@ -69,6 +70,55 @@ bool annotates() {
   return dynamic_cast<HostLayer*>(base) != nullptr && layer->getGroup()->getNumChildren() == 1;
 }
 
+/// A class of the host's own. Its member stands where the library's part ended when this program was built: a library
+/// whose objects have grown since would write there.
+template <typename Base>
+class Derived : public Base {
+ public:
+  using Base::Base;
+  bool isWhole() const { return behind == untouched(); }
+
+ private:
+  static std::array<int, 64> untouched() {
+    std::array<int, 64> all{};
+    all.fill(4711);
+    return all;
+  }
+
+  std::array<int, 64> behind = untouched();
+};
+
+bool computesInDerivedClasses() {
+  Derived<kvn::TriangleHeightDataRead> rows;
+  rows.setTraverseDataList({}, 0.16);
+  Derived<kvn::TriangleHeightDataConvert> convert;
+  convert.setTriangleHeightDataRead(rows);
+  Derived<kvn::TriangleHeightAdjust> heights;
+  heights.setSparseFrom(10);
+  heights.setTriangleHeightDataConvert(convert);
+  Derived<kvn::CloseTraverse> polygon;
+  polygon.setFoldToNearest(true);
+  Derived<kvn::NameIndex> names;
+  return names.numberOf("A") == 0 && names.isWhole() && rows.isWhole() && convert.isWhole() && heights.isWhole() &&
+         polygon.isWhole() && Derived<kvn::OpenTraverse>(Derived<kvn::OpenTraverse>()).isWhole() &&
+         Derived<kvn::ConnectTraverse>().isWhole();
+}
+
+bool showsInDerivedClasses(char const* file) {
+  Derived<kvn::Project> project;
+  project.read(QString::fromUtf8(file));
+  project.setOperationType(kvn::Project::NetworkView);
+  osg::ref_ptr<Derived<mvz::ViewerManager>> const manager = new Derived<mvz::ViewerManager>;
+  osg::ref_ptr<Derived<mvz::View>> const view = new Derived<mvz::View>(300, 200);
+  manager->addView(view);
+  Derived<kvn::MapScene> scene(&project, manager.get(), nullptr);
+  scene.clearSelect();
+  view->drawn();
+  Derived<kvn::XmlMannager> codes;
+  codes.readPrjCode(QString());
+  return project.isWhole() && manager->isWhole() && view->isWhole() && scene.isWhole() && codes.isWhole();
+}
+
 /// In the data folder of the installation, wherever it was put.
 bool findsData() {
   return kvn::XmlMannager().readPrjCode(QString()) &&
@@ -82,5 +132,8 @@ int main(int, char** argv) {
   kvn::System system;
   system.setConfigFile(QString());
   auto const project = system.createProject();
-  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() && converts() ? 0 : 1;
+  return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() && converts() &&
+                 computesInDerivedClasses() && showsInDerivedClasses(argv[1])
+             ? 0
+             : 1;
 }

@@ -1,8 +1,6 @@
 // An OpenGL context without a display.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <QString>
 #include <memory>
 
@@ -10,12 +8,12 @@ namespace mvz::detail {
 
 /// The library that off-screen contexts come from, for all that are made from now on: "EGL" where nothing else was
 /// said.
-KELVANE_EXPORT void useEglLibrary(QString const& name);
+void useEglLibrary(QString const& name);
 
 /// A context of desktop OpenGL with its compatibility profile, which needs neither a display nor a window system.
 ///
 /// EGL is loaded when the first context is made, so that machines that draw no pictures need not have it.
-class KELVANE_EXPORT EglContext {
+class EglContext {
  public:
   /// @throws QLogicError when the machine has no EGL or no OpenGL behind it; says what to install.
   EglContext();
@@ -24,7 +22,7 @@ class KELVANE_EXPORT EglContext {
   ~EglContext();
 
   /// Holds the context current on this thread; at its end the one that was current before is so again.
-  class KELVANE_EXPORT Current {
+  class Current {
    public:
     /// @throws QLogicError when the context cannot be made current, say on a thread that draws through GLX.
     explicit Current(EglContext const& context);

@@ -1,8 +1,6 @@
 // The font of the map's labels.
 #pragma once
 
-#include <utils/Export.h>
-
 #include <string>
 
 namespace mvz::detail {
@@ -11,6 +9,6 @@ namespace mvz::detail {
 /// and then osgText's own font serves.
 ///
 /// The environment variable KELVANE_FONT goes first, whatever it names. Looked for once a process.
-KELVANE_EXPORT std::string const& mapFontFile();
+std::string const& mapFontFile();
 
 }  // namespace mvz::detail

@@ -5,13 +5,17 @@
 #include "adjust/engine/FreeDatum.h"
 #include "adjust/engine/PlaneEngine.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <cstddef>
 #include <functional>
 #include <vector>
 
 namespace kvn {
 
-struct PlaneAdjustment::Impl {
+struct KELVANE_PRIVATE PlaneAdjustment::Data {
+  KELVANE_LATER_MEMBER
+
   static constexpr double kSecondsPerRadian = 206264.80624709636;
 
   PlaneNetwork network;

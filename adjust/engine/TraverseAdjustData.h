@@ -4,6 +4,9 @@
 #include "adjust/TraverseAdjust.h"
 #include "adjust/engine/PlaneEngine.h"
 
+#include <utils/detail/PrivateData.h>
+
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -12,7 +15,9 @@ namespace kvn {
 /// Input, weights and stopping rule are those of the calculator's description: distances of a line are merged into
 /// their mean with the weight of one, a station has one circle, known points are fixed, and a round that moves nothing
 /// by more than a centimetre is the last.
-struct TraverseAdjust::Impl {
+struct KELVANE_PRIVATE TraverseAdjust::Data {
+  KELVANE_LATER_MEMBER
+
   detail::PlaneEngine engine;
 
   // Settings.
@@ -35,6 +40,8 @@ struct TraverseAdjust::Impl {
   std::vector<double> lineErrors;                        ///< errors of the distances without a threshold, metres
   std::vector<std::vector<double>> directionLineErrors;  ///< the same for the lines of the directions
 
+  /// A cofactor below 1e-8 in size counts as zero.
+  static double thresholded(double cofactor) { return std::abs(cofactor) < 1e-8 ? 0.0 : cofactor; }
   int pointsCount() const { return engine.network.points; }
   /// Distances between known points, where they count.
   std::vector<detail::NumberedNetwork::Line> const& judgedControlLines() const {
