@@ -5,7 +5,7 @@
 #include "adjust/linalg/Index.h"
 #include "adjust/traverse/Azimuth.h"
 #include "core/AlgorithmException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -36,7 +36,7 @@ TraverseSummary SingleTraverse::getSummary() const {
 }
 
 void SingleTraverse::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 int SingleTraverse::getPointNumber(std::string const& name) { return pointNames.numberOf(name); }
@@ -60,7 +60,7 @@ void SingleTraverse::readKnownPoints(AlgorithmData const& data) {
 
 void SingleTraverse::takeChain(std::vector<TraverseInfo> chain, AlgorithmData const& data) {
   stations = std::move(chain);
-  detail::warnOfUnobserved(data.knPoints, observedNames(data), System::tr("Known points without an observation: %1"));
+  detail::warnOfUnobserved(data.knPoints, observedNames(data), Messages::tr("Known points without an observation: %1"));
 }
 
 bool SingleTraverse::isKnown(PointInfo const& point) const { return detail::index(point.number) < knPoints.size(); }

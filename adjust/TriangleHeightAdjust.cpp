@@ -7,7 +7,7 @@
 #include "adjust/linalg/NormalEquations.h"
 #include "adjust/linalg/PackedInverse.h"
 #include "adjust/start/SweepQueue.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,7 +51,7 @@ int TriangleHeightAdjust::getStationNumber(std::string const& name) { return poi
 void TriangleHeightAdjust::fail() {
   H.clear();
   H0.clear();
-  throw detail::CalculationFailure(System::tr("Calculate Height Failed, The Height Of Data Is Error"));
+  throw detail::CalculationFailure(Messages::tr("Calculate Height Failed, The Height Of Data Is Error"));
 }
 
 void TriangleHeightAdjust::clearCalData() {

@@ -6,7 +6,7 @@
 #include "adjust/input/Missing.h"
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <cmath>
 
@@ -36,7 +36,7 @@ std::vector<std::size_t> countsOf(std::vector<std::size_t> const& lines) {
 }
 
 [[noreturn]] void failWithoutDistance() {
-  throw detail::CalculationFailure(System::tr("Triangulation Height Require The Information Of Distance"));
+  throw detail::CalculationFailure(Messages::tr("Triangulation Height Require The Information Of Distance"));
 }
 
 }  // namespace

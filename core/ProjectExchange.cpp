@@ -5,7 +5,6 @@
 #include "commands/CommandManager.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
@@ -13,6 +12,7 @@
 #include "formats/detail/FileAccess.h"
 #include "legend/XmlMannager.h"
 #include "map/MapScene.h"
+#include "records/detail/Messages.h"
 
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
@@ -75,7 +75,7 @@ void Project::save() const {
       exportLQFFile();
       break;
     case VrdFile:
-      if (traverseDataList->empty() && !viewFile.isEmpty()) throw QLogicError(System::tr("View Data is empty"));
+      if (traverseDataList->empty() && !viewFile.isEmpty()) throw QLogicError(Messages::tr("View Data is empty"));
       exportVRDTraverseFile();
       break;
     case CosaFile:
@@ -95,7 +95,7 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   VRDTraverseDataCollcetion collection;
   collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
-  if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
+  if (rows.empty()) throw QLogicError(Messages::tr("The import file data is empty"));
   fileType = VrdFile;
   network->clear();
   stationMap.clear();  // it leads into the rows that go
@@ -117,7 +117,7 @@ void Project::importVRDLQFFile(QString const& path) {
 void Project::takeJob(QString const& path, std::istream& stream) {
   auto collection = std::make_unique<LQFTraverseDataCollection>();
   collection->read(stream);
-  if (collection->getTraverseDataList().empty()) throw QLogicError(System::tr("There is no observation data"));
+  if (collection->getTraverseDataList().empty()) throw QLogicError(Messages::tr("There is no observation data"));
   lqfCollection = std::move(collection);
   lqfFile = path;
   network->clear();
@@ -127,7 +127,7 @@ void Project::takeJob(QString const& path, std::istream& stream) {
 
 void Project::importCoordFile(QString const& path) {
   auto const bytes = detail::wholeFile(utils::readFile(path));
-  if (!bytes) throw QLogicError(System::tr("Can not open file"));
+  if (!bytes) throw QLogicError(Messages::tr("Can not open file"));
   takeCoordinates(path, *bytes);
 }
 
@@ -152,7 +152,7 @@ void Project::takeNetwork(QString const& path, std::istream& stream) {
 
 void Project::importCosaNetwork(QString const& path, Network read) {
   if (read.lines.empty() && read.knownPoints.empty()) {
-    throw QLogicError(System::tr("The import file data is empty"));
+    throw QLogicError(Messages::tr("The import file data is empty"));
   }
   *network = std::move(read);
   networkFile = path;
@@ -165,7 +165,7 @@ void Project::importCosaNetwork(QString const& path, Network read) {
 }
 
 bool Project::exportCosaTraverseFile(QString const& path) const {
-  if (network->isEmpty() && !isUsingViewData()) throw QLogicError(System::tr("Network Data is empty"));
+  if (network->isEmpty() && !isUsingViewData()) throw QLogicError(Messages::tr("Network Data is empty"));
   utils::createFolderOf(path);
   CosaCollection collection;
   collection.setKnownPointList(network->knownPoints);
@@ -175,7 +175,7 @@ bool Project::exportCosaTraverseFile(QString const& path) const {
 }
 
 bool Project::exportVRDTraverseFile(QString const& path) const {
-  if (traverseDataList->empty() && isUsingViewData()) throw QLogicError(System::tr("View Data is empty"));
+  if (traverseDataList->empty() && isUsingViewData()) throw QLogicError(Messages::tr("View Data is empty"));
   utils::createFolderOf(path);
   VRDTraverseDataCollcetion collection;
   collection.setTraverseDataList(*traverseDataList);
@@ -184,8 +184,8 @@ bool Project::exportVRDTraverseFile(QString const& path) const {
 }
 
 bool Project::exportLQFFile(QString const& path) const {
-  if (traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
-  if (lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
+  if (traverseDataList->empty()) throw QLogicError(Messages::tr("View Data is empty"));
+  if (lqfCollection == nullptr) throw QLogicError(Messages::tr("No instrument job was read into the project"));
   lqfCollection->setTraverseDataList(*traverseDataList);
   detail::replaceFile(path, [this](std::ostream& stream) { lqfCollection->write(stream); });
   return true;
@@ -201,8 +201,8 @@ bool Project::exportCoordFile(QString const& path) const {
 void Project::requireOwnSources() const {
   if (!sourcesAreOfOtherData) return;
   throw QLogicError(
-      System::tr("The observations come from a file whose import failed: they are not written over the file that was "
-                 "open before"));
+      Messages::tr("The observations come from a file whose import failed: they are not written over the file that was "
+                   "open before"));
 }
 
 bool Project::exportVRDTraverseFile() const {

@@ -6,11 +6,11 @@
 #include "core/DataException.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/ITraverseDataCollcetion.h"
 #include "legend/XmlMannager.h"
 #include "map/MapScene.h"
 #include "records/ProjectXml.h"
+#include "records/detail/Messages.h"
 
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
@@ -78,10 +78,9 @@ void Project::finishProject(QString const& path) {
 void Project::saveAs(QString path) {
   projectFile = path;
   writeProject(path);
-  System const* const system = System::Instance();
-  if (system == nullptr || !isUsingViewData() || !traverseDataList->empty() || network->isEmpty()) return;
-  system->sendMessage(System::tr("The network lines are not in the project file, which holds the observation rows"),
-                      Warning);
+  if (!isUsingViewData() || !traverseDataList->empty() || network->isEmpty()) return;
+  Messages::send(Messages::tr("The network lines are not in the project file, which holds the observation rows"),
+                 Warning);
 }
 
 void Project::writeProject(QString path) const {
@@ -108,7 +107,7 @@ void Project::writeProject(QString path) const {
   QString const error = utils::replaceFile(path, printed(document));
   if (error.isEmpty()) return;
   qCDebug(projectLog).noquote() << utils::readablePath(path) << error;
-  throw QLogicError(System::tr("Can not write file") + QStringLiteral(": ") + error);
+  throw QLogicError(Messages::tr("Can not write file") + QStringLiteral(": ") + error);
 }
 
 void Project::readProject(QString path) {
@@ -122,7 +121,7 @@ void Project::readProject(QString path) {
 void Project::takeProject(QString const& path, std::string const& bytes) {
   if (int const line = utils::lineOfCrowdedElement(bytes)) {
     throw QLogicError(
-        System::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+        Messages::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
   }
   resetData();
   forgetSources();
@@ -131,7 +130,7 @@ void Project::takeProject(QString const& path, std::string const& bytes) {
   XMLElement const* const root = document.RootElement();
   if (root == nullptr) {
     qCDebug(projectLog).noquote() << path << document.ErrorStr();
-    throw QLogicError(System::tr("Can not open file"));
+    throw QLogicError(Messages::tr("Can not open file"));
   }
   version = attribute(*root, "Version").trimmed();
   if (version == QLatin1String(kTypedVersion)) fileType = static_cast<FileType>(root->IntAttribute("FileType", 0));

@@ -7,11 +7,11 @@
 #include "commands/CommandManager.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/INetworkDataCollection.h"
 #include "formats/ITraverseDataCollcetion.h"
 #include "legend/XmlMannager.h"
 #include "map/MapScene.h"
+#include "records/detail/Messages.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
 #include "reduction/TraverseDataManage.h"
@@ -57,7 +57,7 @@ void Project::calculateTriangleHeight() {
 }
 
 void Project::algorithmPointConvertCoord() {
-  if (algorithmAdjust == nullptr) throw QLogicError(System::tr("There is no adjustment result"));
+  if (algorithmAdjust == nullptr) throw QLogicError(Messages::tr("There is no adjustment result"));
   *coordinatePointList = algorithmAdjust->getCoordinatePointXYList();
   if (configure.TraversePointAdjust == 0 && triangleHeightAdjust != nullptr)
     triangleHeightAdjust->convertCoordZ(*coordinatePointList);
@@ -68,12 +68,10 @@ bool Project::checkVRDData() { return TraverseDataManage::checkData(*traverseDat
 void Project::resetVRDDataState() { TraverseDataManage::resetVRDDataState(*traverseDataList); }
 
 void Project::printErrorInfo(std::vector<ErrorInfo> const& errors, bool announce) const {
-  System const* const system = System::Instance();
-  if (system == nullptr) return;
   if (announce && !errors.empty()) {
-    system->sendMessage(System::tr("The data is error or inconsistent, please check the data"), Error);
+    Messages::send(Messages::tr("The data is error or inconsistent, please check the data"), Error);
   }
-  for (QString const& line : Translation(errors)) system->sendMessage(line, Warning);
+  for (QString const& line : Translation(errors)) Messages::send(line, Warning);
 }
 
 }  // namespace kvn

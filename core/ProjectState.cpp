@@ -5,10 +5,10 @@
 #include "commands/CommandManager.h"
 #include "core/OutputReport.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/ITraverseDataCollcetion.h"
 #include "legend/XmlMannager.h"
 #include "map/MapScene.h"
+#include "records/detail/Messages.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
@@ -114,7 +114,7 @@ void Project::removeCoordinatePoint(QString const& id) {
 }
 
 void Project::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 void Project::traverseDataToAlgorithData() {}

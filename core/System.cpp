@@ -2,6 +2,7 @@
 
 #include "core/Project.h"
 #include "map/MapScene.h"
+#include "records/detail/Messages.h"
 
 #include <mvz/ViewerManager.h>
 #include <utils/HTextCodec.h>
@@ -208,6 +209,11 @@ void System::setUserBehavior(utils::UserBehavior* value) { data->userBehavior = 
 
 QString System::tr(char const* text, char const* disambiguation, int n) {
   return QCoreApplication::translate("kvn::System", text, disambiguation, n);
+}
+
+void Messages::send(QString const& text, MessType type) {
+  System const* const system = System::Instance();
+  if (system != nullptr) system->sendMessage(text, type);
 }
 
 QString System::trUtf8(char const* text, char const* disambiguation, int n) { return tr(text, disambiguation, n); }
