@@ -7,7 +7,7 @@
 namespace kvn {
 namespace {
 
-constexpr detail::StationRule kRule{AlgorithmException::StationNameRepeat, false, true};
+constexpr detail::StationRule kConnectRule{AlgorithmException::StationNameRepeat, false, true};
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void ConnectTraverse::readAlgorithmData(AlgorithmData const& data) {
   beginInput(data);
   deltaXList.clear();
   deltaYList.clear();
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, pointNames);
+  std::vector<TraverseInfo> list = detail::readStations(data, kConnectRule, pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
   std::vector<TraverseInfo> chain{list[start]};

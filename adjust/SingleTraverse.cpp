@@ -7,6 +7,7 @@
 #include "core/AlgorithmException.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
 #include <utils/QLogicError.h>
 
 #include <cmath>
@@ -14,7 +15,7 @@
 
 namespace kvn {
 
-SingleTraverse::SingleTraverse() : m_PI(std::acos(-1.0)) {}
+SingleTraverse::SingleTraverse() : m_PI(utils::kPi) {}
 SingleTraverse::SingleTraverse(SingleTraverse const&) = default;
 SingleTraverse& SingleTraverse::operator=(SingleTraverse const&) = default;
 SingleTraverse::~SingleTraverse() = default;

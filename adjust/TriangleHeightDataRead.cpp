@@ -7,16 +7,18 @@
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"
 #include "records/detail/Messages.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
 
 #include <cmath>
 
 namespace kvn {
 namespace {
 
-constexpr double kRightAngle = 1.5707963267948966;
-constexpr double kThreeRightAngles = 4.71238898038469;
-// A shorter line has no distance; metres.
-constexpr double kNoDistance = 1e-6;
+using utils::kRightAngle;
+
+constexpr double kThreeRightAngles = 3.0 * kRightAngle;
 constexpr double kEarthRadius = 6371393.0;  // metres
 
 /// The lines of the views by their numbers.
@@ -118,7 +120,7 @@ void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
 // The comparisons are false for NaN. A marker is a number, and its cosine one that means nothing.
 void TriangleHeightDataRead::checkData() const {
   for (TriangleViewData const& view : triangleViewData) {
-    bool const isUsable = view.horizontalDistance >= kNoDistance && detail::isPresent(view.slantDistance) &&
+    bool const isUsable = view.horizontalDistance >= detail::kNotMeasured && detail::isPresent(view.slantDistance) &&
                           detail::isPresent(view.verticalAngle);
     if (!isUsable) failWithoutDistance();
   }

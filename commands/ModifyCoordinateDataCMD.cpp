@@ -53,7 +53,7 @@ class ModifyCoordinateDataCMD : public Command {
   char const* className() const override { return "ModifyCoordinateDataCMD"; }
 };
 
-CommandRegistration<ModifyCoordinateDataCMD> const registration("ModifyCoordinateDataCMD");
+CommandRegistration<ModifyCoordinateDataCMD> const registerModifyCoordinateData("ModifyCoordinateDataCMD");
 
 }  // namespace
 }  // namespace kvn

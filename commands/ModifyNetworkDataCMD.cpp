@@ -57,7 +57,7 @@ class ModifyNetworkDataCMD : public Command {
   char const* className() const override { return "ModifyNetworkDataCMD"; }
 };
 
-CommandRegistration<ModifyNetworkDataCMD> const registration("ModifyNetworkDataCMD");
+CommandRegistration<ModifyNetworkDataCMD> const registerModifyNetworkData("ModifyNetworkDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -53,7 +53,7 @@ class ModifyTraverseDataCMD : public Command {
   char const* className() const override { return "ModifyTraverseDataCMD"; }
 };
 
-CommandRegistration<ModifyTraverseDataCMD> const registration("ModifyTraverseDataCMD");
+CommandRegistration<ModifyTraverseDataCMD> const registerModifyTraverseData("ModifyTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

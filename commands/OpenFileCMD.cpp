@@ -63,7 +63,7 @@ class OpenFileCMD : public Command {
   char const* className() const override { return "OpenFileCMD"; }
 };
 
-CommandRegistration<OpenFileCMD> const registration("OpenFileCMD");
+CommandRegistration<OpenFileCMD> const registerOpenFile("OpenFileCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -48,7 +48,7 @@ class RemoveTraverseDataCMD : public Command {
   char const* className() const override { return "RemoveTraverseDataCMD"; }
 };
 
-CommandRegistration<RemoveTraverseDataCMD> const registration("RemoveTraverseDataCMD");
+CommandRegistration<RemoveTraverseDataCMD> const registerRemoveTraverseData("RemoveTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

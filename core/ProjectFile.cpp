@@ -149,7 +149,7 @@ void Project::forgetSources() {
   stationMap.clear();
 }
 
-// A file of an early version does not tell what it was made from: the last data that it holds does.
+// Early versions have no FileType; the last data element decides.
 
 void Project::readViewData(XMLElement const* element) {
   if (element == nullptr) return;

@@ -220,7 +220,7 @@ QString System::trUtf8(char const* text, char const* disambiguation, int n) { re
 
 void System::initTranslators() {
   QCoreApplication* const application = QCoreApplication::instance();
-  if (application == nullptr) return;  // it is the one that translates
+  if (application == nullptr) return;  // without it nothing is translated
   for (char const* stem : {"Kelvane", "Kelvane_ui", "Kelvane_plq"}) {
     auto translator = std::make_unique<QTranslator>();
     bool const loaded = loadTable(*translator, QString::fromLatin1(stem));

@@ -1,12 +1,12 @@
 #include "formats/CarefulCosaCollection.h"
 
-#include "adjust/CommonFunction.h"
 #include "core/DataException.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/CosaReading.h"
 #include "formats/detail/LineSource.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
 #include <utils/Number.h>
 #include <utils/QLogicError.h>
 
@@ -29,13 +29,6 @@ constexpr double kSameAngle = 5e-10;
 constexpr double kSameDistance = 1e-5;
 
 void warn(QString const& text) { Messages::send(text, Warning); }
-
-double ontoCircle(double angle) {
-  double const fullCircle = 2.0 * CommonFunction::m_PI;
-  if (angle >= 0.0 && angle < fullCircle) return angle;
-  double const rest = std::fmod(angle, fullCircle);
-  return rest < 0.0 ? rest + fullCircle : rest;
-}
 
 bool isReadableName(std::string const& name) {
   return !name.empty() && name.find(',') == std::string::npos && detail::simplifiedUtf8(name) == name;
@@ -86,7 +79,7 @@ void checkNumbers(int number, std::string const& line, utils::Pieces const& fiel
 
 void checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
   Observation& direction = reading.observations.back();
-  direction.angle = ontoCircle(direction.angle);
+  direction.angle = utils::onCircle(direction.angle);
   if (!direction.hasAngle) {
     warn(Messages::tr("Line %1: the direction from %2 to %3 is no angle: %4")
              .arg(number)

@@ -2,6 +2,8 @@
 
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
+
 #include <QStringList>
 #include <array>
 #include <cmath>
@@ -20,7 +22,7 @@ QString listed(std::vector<std::string> const& names) {
   return listedNames(list);
 }
 
-QString degreesOf(double radians) { return QString::number(radians * 180.0 / std::acos(-1.0), 'f', 1); }
+QString degreesOf(double radians) { return QString::number(radians * 180.0 / utils::kPi, 'f', 1); }
 
 QString worded(SuspectObservation const& observation) {
   QString const text = observation.isDirection ? Messages::tr("direction from %1 to %2, %3")

@@ -1,13 +1,10 @@
 #include "adjust/plane/NumberedNetwork.h"
 
-#include "adjust/CommonFunction.h"
 #include "adjust/linalg/Index.h"
 
 #include <cmath>
 
 namespace kvn::detail {
-
-double foldedAngle(double angle) { return std::remainder(angle, 2.0 * CommonFunction::m_PI); }
 
 void NumberedNetwork::buildLookups() {
   stationsOfPoint.assign(index(points), {});

@@ -3,6 +3,7 @@
 
 #include "adjust/plane/PairTable.h"
 
+#include <utils/Circle.h>
 #include <utils/Export.h>
 
 #include <complex>
@@ -14,8 +15,7 @@ namespace kvn::detail {
 /// A place in the plane, x + i y: x north, y east. A product with e^(i a) turns by the azimuth a.
 using Place = std::complex<double>;
 
-/// Angle onto -π to π, radians.
-KELVANE_EXPORT double foldedAngle(double angle);
+using utils::foldedAngle;
 
 /// Place by azimuth (radians) and distance from the origin.
 inline Place polar(double distance, double azimuth) { return std::polar(distance, azimuth); }
