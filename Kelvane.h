@@ -89,6 +89,7 @@
 #include <mvz/View.h>
 #include <mvz/ViewerManager.h>
 #include <utils/ByteStream.h>
+#include <utils/Circle.h>
 #include <utils/Degree.h>
 #include <utils/FileText.h>
 #include <utils/Formater.h>
@@ -99,5 +100,6 @@
 #include <utils/QLogicError.h>
 #include <utils/ResourceFile.h>
 #include <utils/UserBehavior.h>
+#include <utils/Utf8.h>
 #include <utils/XMLHandleEx.h>
 #include <utils/XmlText.h>

@@ -6,6 +6,9 @@
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -17,13 +20,11 @@
 namespace kvn {
 namespace {
 
-// A distance at or below this in size is none; metres.
-constexpr double kNoDistance = 1e-6;
 // The bounds of an angle, which are the number 360 although the values are radians: they let every circle reading pass.
 constexpr double kAngleBound = 360.0;
 constexpr double kAngleSlack = 0.001;
 
-/// Neither a marker of a missing value nor anything like it.
+/// False for NaN, infinity and the missing-value marker.
 bool usable(double value) { return std::abs(value) < detail::kMissingFrom; }
 
 bool isAngleInRange(double angle) {
@@ -39,7 +40,7 @@ std::string const& nameOfTarget(LineInfo const& direction) { return direction.en
 
 }  // namespace
 
-AlgorithmData::AlgorithmData() : m_PI(std::acos(-1.0)) {}
+AlgorithmData::AlgorithmData() : m_PI(utils::kPi) {}
 AlgorithmData::AlgorithmData(AlgorithmData const&) = default;
 AlgorithmData::AlgorithmData(AlgorithmData&&) noexcept = default;
 AlgorithmData& AlgorithmData::operator=(AlgorithmData const&) = default;
@@ -89,7 +90,7 @@ void AlgorithmData::readStation(std::vector<NetworkDataInfo> const& lines, std::
                                 MissingDirection missing) {
   StationInfo station;
   station.name = lines[begin].start_name;
-  auto const isDistance = [](NetworkDataInfo const& line) { return line.horizontal_distance > kNoDistance; };
+  auto const isDistance = [](NetworkDataInfo const& line) { return line.horizontal_distance > detail::kNotMeasured; };
   auto const isDirection = [missing](NetworkDataInfo const& line) {
     return missing != MissingDirection::IsLeftOut || line.horizontalAngleFlag;
   };
@@ -101,7 +102,7 @@ void AlgorithmData::readStation(std::vector<NetworkDataInfo> const& lines, std::
   for (std::size_t i = begin; i < end; ++i) {
     NetworkDataInfo const& line = lines[i];
     double const distance = line.horizontal_distance;
-    if (distance < -kNoDistance || !usable(distance) || !isAngleInRange(line.horizontal_angle)) {
+    if (distance < -detail::kNotMeasured || !usable(distance) || !isAngleInRange(line.horizontal_angle)) {
       throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
     }
     if (isDistance(line)) station.lines.push_back(observation(line, distance));

@@ -2,6 +2,7 @@
 
 #include "core/AlgorithmException.h"
 
+#include <utils/Circle.h>
 #include <utils/Degree.h>
 #include <utils/Formater.h>
 #include <utils/Number.h>
@@ -44,6 +45,8 @@ int wholeNumber(double value) {
   return std::abs(value) <= kLargest ? static_cast<int>(value) : 0;
 }
 
+/// Not rounded before it is cut, unlike the texts of `utils::Degree`: hosts get the fields of the number as they are,
+/// and a second of 59.996 prints as 60.00.
 Degree cutDddmmss(double value) {
   double const degrees = std::trunc(value / 10000.0);
   double const minutes = std::trunc((value - degrees * 10000.0) / 100.0);
@@ -61,7 +64,7 @@ utils::Degree parsed(QString const& dms) {
 
 }  // namespace
 
-double const CommonFunction::m_PI = std::acos(-1.0);
+double const CommonFunction::m_PI = utils::kPi;
 
 double CommonFunction::dmsToRad(double dms) { return toRadians(cutDms(dms)); }
 

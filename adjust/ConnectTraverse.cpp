@@ -8,7 +8,7 @@
 namespace kvn {
 namespace {
 
-constexpr detail::StationRule kRule{AlgorithmException::StationNameRepeat, false, true};
+constexpr detail::StationRule kConnectRule{AlgorithmException::StationNameRepeat, false, true};
 
 }  // namespace
 
@@ -26,7 +26,7 @@ ConnectTraverse::~ConnectTraverse() = default;
 
 void ConnectTraverse::readAlgorithmData(AlgorithmData const& data) {
   beginInput(data);
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, own->pointNames);
+  std::vector<TraverseInfo> list = detail::readStations(data, kConnectRule, own->pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
   std::vector<TraverseInfo> chain{list[start]};

@@ -33,7 +33,7 @@ class KELVANE_EXPORT ConnectTraverse : public ClosingTraverse {
   ~ConnectTraverse() override;
 
   /// The chain begins at the first station of the input that is known with its back point, and ends where no station
-  /// stands on the fore point. Of two distances of a station the second counts; of more, none.
+  /// stands on the fore point. Of two distances of a station the second counts; with three or more it has none.
   ///
   /// @throws AlgorithmException StationNameRepeat with the name of a station that has not exactly two directions;
   ///         StationNotEnough with the name of one with two equal directions, without a name when no station is known

@@ -5,6 +5,9 @@
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"
 #include "records/NewId.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
 
 #include <cmath>
 #include <optional>
@@ -15,12 +18,12 @@ namespace kvn {
 namespace {
 
 using detail::isPresent;
+using utils::kFullCircle;
+using utils::kPi;
+using utils::kRightAngle;
 
-double const kPi = std::acos(-1.0);
 // How far a reading may lie outside the circle, or an elevation beyond the zenith: rounding of texts, radians.
 constexpr double kRounding = 1e-6;
-// The reduction takes a shorter horizontal distance for none; metres.
-constexpr double kNoDistance = 1e-6;
 
 /// A sight with the place where it was taken from.
 struct Sight {
@@ -37,18 +40,18 @@ bool hasDistance(TraverseDataInfo const& row) {
   return row.isSlantDistanceHave && row.slant_distance > 0.0 && isPresent(row.slant_distance);
 }
 
-bool isOnCircle(double reading) { return reading >= -kRounding && reading <= 2 * kPi + kRounding; }
+bool isOnCircle(double reading) { return reading >= -kRounding && reading <= kFullCircle + kRounding; }
 
 std::optional<double> elevationOf(TraverseDataInfo const& row) {
   if (!hasAngle(row)) return std::nullopt;
   double elevation = row.vertical_angle;
   if (row.verticalAngleType == FullCircleZenith) {
     if (!isOnCircle(elevation)) return std::nullopt;
-    elevation = elevation < kPi ? kPi / 2 - elevation : elevation - 3 * kPi / 2;
+    elevation = elevation < kPi ? kRightAngle - elevation : elevation - 3 * kRightAngle;
   } else if (row.verticalAngleType == ZenithAngle) {
-    elevation = kPi / 2 - elevation;
+    elevation = kRightAngle - elevation;
   }
-  if (std::abs(elevation) > kPi / 2 + kRounding) return std::nullopt;
+  if (std::abs(elevation) > kRightAngle + kRounding) return std::nullopt;
   return elevation;
 }
 
@@ -128,7 +131,7 @@ class Conversion {
 
   static bool isAlongVertical(TraverseDataInfo const& row, double elevation) {
     double const distance = hasDistance(row) ? row.slant_distance : 1.0;
-    return distance * std::cos(elevation) < kNoDistance;
+    return distance * std::cos(elevation) < detail::kNotMeasured;
   }
 
   void leaveOut(std::size_t row, std::string const& station, LeftOutSight::Reason reason) {

@@ -9,7 +9,7 @@
 namespace kvn {
 namespace {
 
-constexpr detail::StationRule kRule{AlgorithmException::StationNotEnough, false, false};
+constexpr detail::StationRule kOpenRule{AlgorithmException::StationNotEnough, false, false};
 
 }  // namespace
 
@@ -20,7 +20,7 @@ OpenTraverse::~OpenTraverse() = default;
 
 void OpenTraverse::readAlgorithmData(AlgorithmData const& data) {
   readKnownPoints(data);
-  std::vector<TraverseInfo> list = detail::readStations(data, kRule, own->pointNames);
+  std::vector<TraverseInfo> list = detail::readStations(data, kOpenRule, own->pointNames);
   std::size_t const start = takeOrientedStarts(list);
   if (start == list.size()) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No start data");
   std::vector<TraverseInfo> chain{list[start]};

@@ -5,7 +5,7 @@
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
 #include "core/AlgorithmException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -22,10 +22,6 @@ using detail::PlaneEngine;
 
 // No coordinate moves by more than this in the last round, metres.
 constexpr double kSettledMove = 1e-5;
-
-void sendFinding(QString const& text, MessType type) {
-  if (System const* const system = System::Instance()) system->sendMessage(text, type);
-}
 
 /// The middle one of the errors; 0 of none.
 double medianError(std::vector<double> errors) {
@@ -90,9 +86,9 @@ PlaneResult const& PlaneAdjustment::adjust() {
   requireSound(own->network);
   own->result = PlaneResult();
   own->engine.poll = [call = own->cancelCall] {
-    if (call && call()) throw QLogicError(System::tr("User Cancel"));
+    if (call && call()) throw QLogicError(Messages::tr("User Cancel"));
   };
-  own->engine.tell = own->tellFindings ? sendFinding : nullptr;
+  own->engine.tell = own->tellFindings ? Messages::send : nullptr;
   own->number();
   own->place();
   own->iterate();
@@ -258,7 +254,7 @@ void PlaneAdjustment::Data::iterateDamped() {
   PlaneEngine::Outcome const outcome = engine.iterateUpTo(engine.iterationLimit);
   if (outcome == PlaneEngine::Outcome::Singular) fail();
   if (outcome == PlaneEngine::Outcome::Unsettled) {
-    throw detail::CalculationFailure(System::tr("total station data is error"));
+    throw detail::CalculationFailure(Messages::tr("total station data is error"));
   }
 }
 

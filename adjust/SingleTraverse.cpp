@@ -6,8 +6,9 @@
 #include "adjust/traverse/Azimuth.h"
 #include "adjust/traverse/SingleTraverseData.h"
 #include "core/AlgorithmException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
 #include <utils/QLogicError.h>
 
 #include <cmath>
@@ -42,7 +43,7 @@ TraverseSummary SingleTraverse::getSummary() const {
 }
 
 void SingleTraverse::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 int SingleTraverse::getPointNumber(std::string const& name) { return own->pointNames.numberOf(name); }
@@ -66,7 +67,7 @@ void SingleTraverse::readKnownPoints(AlgorithmData const& data) {
 
 void SingleTraverse::takeChain(std::vector<TraverseInfo> chain, AlgorithmData const& data) {
   own->stations = std::move(chain);
-  detail::warnOfUnobserved(data.knPoints, observedNames(data), System::tr("Known points without an observation: %1"));
+  detail::warnOfUnobserved(data.knPoints, observedNames(data), Messages::tr("Known points without an observation: %1"));
 }
 
 bool SingleTraverse::isKnown(PointInfo const& point) const {

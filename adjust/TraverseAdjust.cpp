@@ -6,7 +6,7 @@
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
 #include "core/AlgorithmException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -21,10 +21,6 @@ using detail::index;
 using detail::PlaneEngine;
 
 constexpr char const* kNotEnough = "No enough data";
-
-void sendFinding(QString const& text, MessType type) {
-  if (System const* const system = System::Instance()) system->sendMessage(text, type);
-}
 
 }  // namespace
 
@@ -65,13 +61,13 @@ void TraverseAdjust::setSparseFrom(int unknowns) {
 }
 
 void TraverseAdjust::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 TraverseAdjust::Data& TraverseAdjust::ready() const {
   // Anew each time: the object may be a copy of the one that the calls were made for.
   own->engine.poll = [this] { checkCancelAndThrow(); };
-  own->engine.tell = own->tellFindings ? sendFinding : nullptr;
+  own->engine.tell = own->tellFindings ? Messages::send : nullptr;
   return *own;
 }
 
@@ -134,7 +130,7 @@ void TraverseAdjust::iterate() {
       isSolvable ? engine.iterateUpTo(engine.iterationLimit) : PlaneEngine::Outcome::Singular;
   if (outcome == PlaneEngine::Outcome::Singular) fail();
   if (outcome == PlaneEngine::Outcome::Unsettled) {
-    throw detail::CalculationFailure(System::tr("total station data is error"));
+    throw detail::CalculationFailure(Messages::tr("total station data is error"));
   }
 }
 

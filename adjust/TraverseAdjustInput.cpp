@@ -8,7 +8,7 @@
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/Poll.h"
 #include "core/AlgorithmException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -161,7 +161,7 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
   }
   engine.prepare();
   detail::warnOfUnobserved(input.knPoints, observed,
-                           System::tr("Known points without an observation are left out: %1"));
+                           Messages::tr("Known points without an observation are left out: %1"));
 }
 
 }  // namespace kvn

@@ -4,6 +4,7 @@
 #include "adjust/input/Missing.h"
 #include "adjust/input/PairKey.h"
 #include "adjust/linalg/Index.h"
+#include "records/detail/Recorded.h"
 
 #include <cstdint>
 #include <unordered_map>
@@ -13,16 +14,13 @@
 namespace kvn {
 namespace {
 
-// A distance at or below this is none, as in the calculators' input; metres.
-constexpr double kNoDistance = 1e-6;
-
 bool hasDistance(NetworkDataInfo const& line) {
-  return line.horizontal_distance > kNoDistance && line.horizontal_distance < detail::kMissingFrom;
+  return line.horizontal_distance > detail::kNotMeasured && line.horizontal_distance < detail::kMissingFrom;
 }
 
 /// Refused by the calculators' input, which has to see it.
 bool isUnusable(NetworkDataInfo const& line) {
-  return !(line.horizontal_distance >= -kNoDistance && line.horizontal_distance < detail::kMissingFrom);
+  return !(line.horizontal_distance >= -detail::kNotMeasured && line.horizontal_distance < detail::kMissingFrom);
 }
 
 /// Means of the distances from one point to another, one way.

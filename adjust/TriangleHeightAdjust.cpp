@@ -8,7 +8,7 @@
 #include "adjust/linalg/NormalEquations.h"
 #include "adjust/linalg/PackedInverse.h"
 #include "adjust/start/SweepQueue.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/detail/PrivateData.h>
 
@@ -97,7 +97,7 @@ int TriangleHeightAdjust::getStationNumber(std::string const& name) { return own
 void TriangleHeightAdjust::fail() {
   own->H.clear();
   own->H0.clear();
-  throw detail::CalculationFailure(System::tr("Calculate Height Failed, The Height Of Data Is Error"));
+  throw detail::CalculationFailure(Messages::tr("Calculate Height Failed, The Height Of Data Is Error"));
 }
 
 void TriangleHeightAdjust::clearCalData() {

@@ -2,8 +2,8 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/linalg/Index.h"
-#include "core/System.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 
 #include <utils/detail/PrivateData.h>
 
@@ -30,8 +30,7 @@ QStringList namesWithSeveral(std::vector<TriangleStationData> const& stations, d
 }
 
 void warn(QString const& text, QStringList const& names) {
-  System const* const system = System::Instance();
-  if (!names.isEmpty() && system != nullptr) system->sendMessage(text.arg(listedNames(names)), Warning);
+  if (!names.isEmpty()) Messages::send(text.arg(listedNames(names)), Warning);
 }
 
 }  // namespace
@@ -54,12 +53,12 @@ TriangleHeightDataConvert::~TriangleHeightDataConvert() = default;
 void TriangleHeightDataConvert::setTriangleHeightDataRead(TriangleHeightDataRead const& read) {
   own->triangleViewData = read.getTriangleViewData();
   std::vector<TriangleStationData> stations = read.getTriangleStationData();
-  warn(System::tr("Stations that were set up with different instrument heights, of which the first counts: %1"),
+  warn(Messages::tr("Stations that were set up with different instrument heights, of which the first counts: %1"),
        namesWithSeveral(stations, &TriangleStationData::instrumentHeight));
   stations.erase(std::remove_if(stations.begin(), stations.end(),
                                 [](TriangleStationData const& station) { return station.state == 1; }),
                  stations.end());
-  warn(System::tr("Known stations with different heights, of which the first counts: %1"),
+  warn(Messages::tr("Known stations with different heights, of which the first counts: %1"),
        namesWithSeveral(stations, &TriangleStationData::height));
   own->triangleStationData.clear();
   NameIndex known;

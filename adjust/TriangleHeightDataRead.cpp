@@ -7,7 +7,10 @@
 #include "adjust/input/Missing.h"
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
 
 #include <utils/detail/PrivateData.h>
 
@@ -18,10 +21,9 @@
 namespace kvn {
 namespace {
 
-constexpr double kRightAngle = 1.5707963267948966;
-constexpr double kThreeRightAngles = 4.71238898038469;
-// A shorter line has no distance; metres.
-constexpr double kNoDistance = 1e-6;
+using utils::kRightAngle;
+
+constexpr double kThreeRightAngles = 3.0 * kRightAngle;
 constexpr double kEarthRadius = 6371393.0;  // metres
 
 /// The lines of the views by their numbers.
@@ -41,7 +43,7 @@ std::vector<std::size_t> countsOf(std::vector<std::size_t> const& lines) {
 }
 
 [[noreturn]] void failWithoutDistance() {
-  throw detail::CalculationFailure(System::tr("Triangulation Height Require The Information Of Distance"));
+  throw detail::CalculationFailure(Messages::tr("Triangulation Height Require The Information Of Distance"));
 }
 
 }  // namespace
@@ -143,7 +145,7 @@ void TriangleHeightDataRead::dealVerticalAngleAndDistance() {
 // The comparisons are false for NaN. A marker is a number, and its cosine one that means nothing.
 void TriangleHeightDataRead::checkData() const {
   for (TriangleViewData const& view : own->triangleViewData) {
-    bool const isUsable = view.horizontalDistance >= kNoDistance && detail::isPresent(view.slantDistance) &&
+    bool const isUsable = view.horizontalDistance >= detail::kNotMeasured && detail::isPresent(view.slantDistance) &&
                           detail::isPresent(view.verticalAngle);
     if (!isUsable) failWithoutDistance();
   }

@@ -15,12 +15,12 @@ set(alone_in_library
   adjust/traverse/TraverseStations.cpp
   adjust/TriangleHeightDataRead.cpp
   adjust/linalg/FrontTree.cpp
+  commands/ModifyNetworkDataCMD.cpp
+  commands/ModifyTraverseDataCMD.cpp
   reduction/TraverseDataManage.cpp)
 
 if(NOT CMAKE_UNITY_BUILD)
   return()
 endif()
-file(GLOB commands CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/commands/*CMD.cpp)
-kelvane_alone(kelvane ${commands})
 list(TRANSFORM alone_in_library PREPEND ${CMAKE_SOURCE_DIR}/)
 kelvane_alone(kelvane ${alone_in_library})

@@ -32,7 +32,7 @@ class AddCoordinateDataCMD : public Command {
   char const* className() const override { return "AddCoordinateDataCMD"; }
 };
 
-CommandRegistration<AddCoordinateDataCMD> const registration("AddCoordinateDataCMD");
+CommandRegistration<AddCoordinateDataCMD> const registerAddCoordinateData("AddCoordinateDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -32,7 +32,7 @@ class AddNetworkDataCMD : public Command {
   char const* className() const override { return "AddNetworkDataCMD"; }
 };
 
-CommandRegistration<AddNetworkDataCMD> const registration("AddNetworkDataCMD");
+CommandRegistration<AddNetworkDataCMD> const registerAddNetworkData("AddNetworkDataCMD");
 
 }  // namespace
 }  // namespace kvn

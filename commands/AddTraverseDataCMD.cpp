@@ -32,7 +32,7 @@ class AddTraverseDataCMD : public Command {
   char const* className() const override { return "AddTraverseDataCMD"; }
 };
 
-CommandRegistration<AddTraverseDataCMD> const registration("AddTraverseDataCMD");
+CommandRegistration<AddTraverseDataCMD> const registerAddTraverseData("AddTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -1,7 +1,7 @@
 #include "commands/CommandManager.h"
 
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <mvz/ProjectMapScene.h>
 #include <utils/ElapsedTimerLog.h>
@@ -14,11 +14,11 @@ namespace {
 QString textOf(cmd::CmdErrorCode code) {
   switch (code) {
     case cmd::CmdErrorCode::noCommand:
-      return System::tr("cat not find Command");
+      return Messages::tr("cat not find Command");
     case cmd::CmdErrorCode::noRedo:
-      return System::tr("noRedo");
+      return Messages::tr("noRedo");
     case cmd::CmdErrorCode::noUndo:
-      return System::tr("noUndo");
+      return Messages::tr("noUndo");
     default:
       return {};
   }
@@ -40,8 +40,7 @@ void redraw() {
   try {
     mvz::ProjectMapScene::reDraw();
   } catch (std::exception const& failure) {
-    System const* const system = System::Instance();
-    if (system != nullptr) system->sendMessage(QString::fromUtf8(failure.what()), Error);
+    Messages::send(QString::fromUtf8(failure.what()), Error);
   } catch (...) {  // NOLINT(bugprone-empty-catch): it says nothing that could be passed on
   }
 }
@@ -65,7 +64,7 @@ bool CommandManager::execute(char const* name, Json::Value const& in, Json::Valu
     setMember(out, "code", static_cast<int>(cmd::CmdErrorCode::unknown));
   }
   if (!ok && (!out.isObject() || out["message"].empty())) {
-    setMember(out, "message", System::tr("unknown error").toStdString());
+    setMember(out, "message", Messages::tr("unknown error").toStdString());
   }
   if (ok) redraw();
   return ok;

@@ -1,8 +1,8 @@
 #include "commands/Command.h"
 #include "commands/detail/DataSteps.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "map/CoordinateDataTool.h"
+#include "records/detail/Messages.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
@@ -12,7 +12,7 @@ namespace {
 
 CoordinatePointInfo& pointOf(CoordinateDataTool const& tool, QString const& id) {
   CoordinatePointInfo* const point = tool.findData(id, nullptr);
-  if (point == nullptr) throw QLogicError(System::tr("Can not find the Coordinate Point"));
+  if (point == nullptr) throw QLogicError(Messages::tr("Can not find the Coordinate Point"));
   return *point;
 }
 
@@ -20,7 +20,7 @@ CoordinatePointInfo& pointOf(CoordinateDataTool const& tool, QString const& id) 
 void checkNameIsFree(CoordinateDataTool const& tool, QString const& id, QString const& name) {
   CoordinatePointInfo const* const holder = tool.findName(name);
   if (holder == nullptr || *holder == id.toStdString()) return;
-  throw QLogicError(System::tr("The point name [%1] same, please reset it").arg(name));
+  throw QLogicError(Messages::tr("The point name [%1] same, please reset it").arg(name));
 }
 
 void applyTo(CoordinatePointInfo& point, QString const& name, Json::Value const& data) {
@@ -53,7 +53,7 @@ class ModifyCoordinateDataCMD : public Command {
   char const* className() const override { return "ModifyCoordinateDataCMD"; }
 };
 
-CommandRegistration<ModifyCoordinateDataCMD> const registration("ModifyCoordinateDataCMD");
+CommandRegistration<ModifyCoordinateDataCMD> const registerModifyCoordinateData("ModifyCoordinateDataCMD");
 
 }  // namespace
 }  // namespace kvn

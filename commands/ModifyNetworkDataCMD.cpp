@@ -1,7 +1,7 @@
 #include "commands/Command.h"
 #include "commands/detail/DataSteps.h"
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 NetworkDataInfo& lineOf(std::vector<NetworkDataInfo>& lines, std::string const& id) {
   auto const line = std::find(lines.begin(), lines.end(), id);
-  if (line == lines.end()) throw QLogicError(System::tr("Can not find The Network Point"));
+  if (line == lines.end()) throw QLogicError(Messages::tr("Can not find The Network Point"));
   return *line;
 }
 
@@ -57,7 +57,7 @@ class ModifyNetworkDataCMD : public Command {
   char const* className() const override { return "ModifyNetworkDataCMD"; }
 };
 
-CommandRegistration<ModifyNetworkDataCMD> const registration("ModifyNetworkDataCMD");
+CommandRegistration<ModifyNetworkDataCMD> const registerModifyNetworkData("ModifyNetworkDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -1,7 +1,7 @@
 #include "commands/Command.h"
 #include "commands/detail/DataSteps.h"
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -12,7 +12,7 @@ namespace {
 
 TraverseDataInfo& rowOf(std::vector<TraverseDataInfo>& rows, std::string const& id) {
   auto const row = std::find(rows.begin(), rows.end(), id);
-  if (row == rows.end()) throw QLogicError(System::tr("Can not find The Traverse Point"));
+  if (row == rows.end()) throw QLogicError(Messages::tr("Can not find The Traverse Point"));
   return *row;
 }
 
@@ -42,7 +42,7 @@ class ModifyTraverseDataCMD : public Command {
     applyTo(rowOf(project->getTraverseDataList(), id), data);
     project->setModify(true);
     if (auto const reason = detail::failureOf([project] { project->generateNetworkData(); })) {
-      detail::tell(*reason, Error);
+      Messages::send(*reason, Error);
     }
     detail::redrawMap(*project);
     project->resetVRDDataState();
@@ -53,7 +53,7 @@ class ModifyTraverseDataCMD : public Command {
   char const* className() const override { return "ModifyTraverseDataCMD"; }
 };
 
-CommandRegistration<ModifyTraverseDataCMD> const registration("ModifyTraverseDataCMD");
+CommandRegistration<ModifyTraverseDataCMD> const registerModifyTraverseData("ModifyTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

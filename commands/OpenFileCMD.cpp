@@ -2,7 +2,7 @@
 #include "commands/detail/DataSteps.h"
 #include "core/DataException.h"
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 #include "reduction/CheckData.h"
 
 #include <utils/QLogicError.h>
@@ -20,13 +20,13 @@ class UnreadableFile : public std::exception {
   char const* what() const noexcept override { return text.c_str(); }
 
  private:
-  std::string text = System::tr("The data is error").toStdString();
+  std::string text = Messages::tr("The data is error").toStdString();
 };
 
 /// The name of a project is the name of its file up to the suffix.
 void checkProjectName(QString const& path) {
   if (!QFileInfo(path).completeBaseName().contains(QLatin1Char('.'))) return;
-  throw QLogicError(System::tr("Project name cannot contant \".\""));
+  throw QLogicError(Messages::tr("Project name cannot contant \".\""));
 }
 
 /// Only bad data is told in the words of the reader, which name the line or the point.
@@ -54,7 +54,7 @@ class OpenFileCMD : public Command {
       project->generateNetworkData();
       CheckData::checkInitData(project);
     });
-    if (reason) detail::tell(*reason, Error);
+    if (reason) Messages::send(*reason, Error);
     project->build();
     project->fullShowMap();
     return true;
@@ -63,7 +63,7 @@ class OpenFileCMD : public Command {
   char const* className() const override { return "OpenFileCMD"; }
 };
 
-CommandRegistration<OpenFileCMD> const registration("OpenFileCMD");
+CommandRegistration<OpenFileCMD> const registerOpenFile("OpenFileCMD");
 
 }  // namespace
 }  // namespace kvn

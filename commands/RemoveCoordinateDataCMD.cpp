@@ -37,7 +37,7 @@ class RemoveCoordinateDataCMD : public Command {
   char const* className() const override { return "RemoveCoordinateDataCMD"; }
 };
 
-CommandRegistration<RemoveCoordinateDataCMD> const registration("RemoveCoordinateDataCMD");
+CommandRegistration<RemoveCoordinateDataCMD> const registerRemoveCoordinateData("RemoveCoordinateDataCMD");
 
 }  // namespace
 }  // namespace kvn

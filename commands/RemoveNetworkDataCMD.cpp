@@ -34,7 +34,7 @@ class RemoveNetworkDataCMD : public Command {
   char const* className() const override { return "RemoveNetworkDataCMD"; }
 };
 
-CommandRegistration<RemoveNetworkDataCMD> const registration("RemoveNetworkDataCMD");
+CommandRegistration<RemoveNetworkDataCMD> const registerRemoveNetworkData("RemoveNetworkDataCMD");
 
 }  // namespace
 }  // namespace kvn

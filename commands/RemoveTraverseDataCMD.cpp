@@ -1,7 +1,7 @@
 #include "commands/Command.h"
 #include "commands/detail/DataSteps.h"
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <unordered_set>
 
@@ -24,7 +24,7 @@ bool removeGroups(std::vector<TraverseDataInfo>& rows, Ids const& ids) {
   auto const removed =
       detail::takeOut(rows, [&groups](TraverseDataInfo const& row) { return groups.count(row.groupId) > 0; });
   for (TraverseDataInfo const& row : removed) {
-    detail::tell(System::tr("Traverse point [%1] remove successfully").arg(QString::fromStdString(row.name)), Info);
+    Messages::send(Messages::tr("Traverse point [%1] remove successfully").arg(QString::fromStdString(row.name)), Info);
   }
   return !removed.empty();
 }
@@ -39,7 +39,7 @@ class RemoveTraverseDataCMD : public Command {
     if (removeGroups(project->getTraverseDataList(), ids)) project->setModify(true);
     if (auto const reason = detail::failureOf([project] { project->generateNetworkData(); })) {
       project->clearNetwork();
-      detail::tell(*reason, Warning);
+      Messages::send(*reason, Warning);
     }
     detail::redrawMap(*project);
     return true;
@@ -48,7 +48,7 @@ class RemoveTraverseDataCMD : public Command {
   char const* className() const override { return "RemoveTraverseDataCMD"; }
 };
 
-CommandRegistration<RemoveTraverseDataCMD> const registration("RemoveTraverseDataCMD");
+CommandRegistration<RemoveTraverseDataCMD> const registerRemoveTraverseData("RemoveTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -17,7 +17,7 @@ class SwitchCoordinateDataCMD : public Command {
   char const* className() const override { return "SwitchCoordinateDataCMD"; }
 };
 
-CommandRegistration<SwitchCoordinateDataCMD> const registration("SwitchCoordinateDataCMD");
+CommandRegistration<SwitchCoordinateDataCMD> const registerSwitchCoordinateData("SwitchCoordinateDataCMD");
 
 }  // namespace
 }  // namespace kvn

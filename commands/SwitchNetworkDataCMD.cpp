@@ -17,7 +17,7 @@ class SwitchNetworkDataCMD : public Command {
   char const* className() const override { return "SwitchNetworkDataCMD"; }
 };
 
-CommandRegistration<SwitchNetworkDataCMD> const registration("SwitchNetworkDataCMD");
+CommandRegistration<SwitchNetworkDataCMD> const registerSwitchNetworkData("SwitchNetworkDataCMD");
 
 }  // namespace
 }  // namespace kvn

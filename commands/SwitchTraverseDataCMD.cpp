@@ -17,7 +17,7 @@ class SwitchTraverseDataCMD : public Command {
   char const* className() const override { return "SwitchTraverseDataCMD"; }
 };
 
-CommandRegistration<SwitchTraverseDataCMD> const registration("SwitchTraverseDataCMD");
+CommandRegistration<SwitchTraverseDataCMD> const registerSwitchTraverseData("SwitchTraverseDataCMD");
 
 }  // namespace
 }  // namespace kvn

@@ -1,6 +1,6 @@
 #include "core/AlgorithmException.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utility>
 
@@ -10,23 +10,23 @@ namespace {
 QString withoutNumbers(AlgorithmException::ErrorType type, std::string const& name) {
   switch (type) {
     case AlgorithmException::DataError:
-      return System::tr("Data error");
+      return Messages::tr("Data error");
     case AlgorithmException::KnownPointNotEnough:
-      return System::tr("Know point is not enough");
+      return Messages::tr("Know point is not enough");
     case AlgorithmException::StationNotEnough:
-      return System::tr("Station point is not enough");
+      return Messages::tr("Station point is not enough");
     case AlgorithmException::KnownPointNameRepeat:
-      return System::tr("Know point name repeat");
+      return Messages::tr("Know point name repeat");
     case AlgorithmException::StationNameRepeat:
-      return System::tr("Station Point Name %1 Repeat").arg(QString::fromStdString(name));
+      return Messages::tr("Station Point Name %1 Repeat").arg(QString::fromStdString(name));
     case AlgorithmException::SightNameRepeat:
-      return System::tr("Sight point name repeat");
+      return Messages::tr("Sight point name repeat");
     case AlgorithmException::NoText:
       return {};
     case AlgorithmException::AllStationKnown:
-      return System::tr("All Station Point is known");
+      return Messages::tr("All Station Point is known");
     case AlgorithmException::HorizontalAngleRepeat:
-      return System::tr("Horizontal Angle repeat");
+      return Messages::tr("Horizontal Angle repeat");
   }
   return {};
 }
@@ -46,7 +46,7 @@ char const* AlgorithmException::what() const noexcept { return text.c_str(); }
 QString AlgorithmException::getErrorString(ErrorType type) const { return withoutNumbers(type, name); }
 
 QString AlgorithmException::getErrorString(ErrorType type, std::string const& pointName) const {
-  return type == KnownPointNotEnough ? System::tr("Known points are not enough") : withoutNumbers(type, pointName);
+  return type == KnownPointNotEnough ? Messages::tr("Known points are not enough") : withoutNumbers(type, pointName);
 }
 
 }  // namespace kvn

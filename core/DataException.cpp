@@ -1,6 +1,6 @@
 #include "core/DataException.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utility>
 
@@ -20,9 +20,9 @@ char const* DataException::what() const noexcept { return text.c_str(); }
 
 std::string DataException::toString(int line, std::string const& message, std::string const& name) {
   std::string result;
-  if (line >= 0) result += System::tr("line %1").arg(line).toStdString();
+  if (line >= 0) result += Messages::tr("line %1").arg(line).toStdString();
   result += " " + message;
-  if (!name.empty()) result += System::tr(" name:").toStdString() + name;
+  if (!name.empty()) result += Messages::tr(" name:").toStdString() + name;
   return result;
 }
 

@@ -1,11 +1,11 @@
 // Import and export: each operation goes through the collection of its format.
-#include "core/System.h"
 #include "core/detail/ProjectData.h"
 #include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/VRDTraverseDataCollcetion.h"
 #include "formats/detail/FileAccess.h"
+#include "records/detail/Messages.h"
 
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
@@ -69,7 +69,7 @@ void Project::save() const {
       break;
     case VrdFile:
       if (own->traverseDataList->empty() && !own->viewFile.isEmpty())
-        throw QLogicError(System::tr("View Data is empty"));
+        throw QLogicError(Messages::tr("View Data is empty"));
       exportVRDTraverseFile();
       break;
     case CosaFile:
@@ -89,7 +89,7 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   VRDTraverseDataCollcetion collection;
   collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
-  if (rows.empty()) throw QLogicError(System::tr("The import file data is empty"));
+  if (rows.empty()) throw QLogicError(Messages::tr("The import file data is empty"));
   own->fileType = VrdFile;
   own->network->clear();
   own->stationMap.clear();  // it leads into the rows that go
@@ -111,7 +111,7 @@ void Project::importVRDLQFFile(QString const& path) {
 void Project::takeJob(QString const& path, std::istream& stream) {
   auto collection = std::make_unique<LQFTraverseDataCollection>();
   collection->read(stream);
-  if (collection->getTraverseDataList().empty()) throw QLogicError(System::tr("There is no observation data"));
+  if (collection->getTraverseDataList().empty()) throw QLogicError(Messages::tr("There is no observation data"));
   own->lqfCollection = std::move(collection);
   own->lqfFile = path;
   own->network->clear();
@@ -121,7 +121,7 @@ void Project::takeJob(QString const& path, std::istream& stream) {
 
 void Project::importCoordFile(QString const& path) {
   auto const bytes = detail::wholeFile(utils::readFile(path));
-  if (!bytes) throw QLogicError(System::tr("Can not open file"));
+  if (!bytes) throw QLogicError(Messages::tr("Can not open file"));
   takeCoordinates(path, *bytes);
 }
 
@@ -146,7 +146,7 @@ void Project::takeNetwork(QString const& path, std::istream& stream) {
 
 void Project::importCosaNetwork(QString const& path, Network read) {
   if (read.lines.empty() && read.knownPoints.empty()) {
-    throw QLogicError(System::tr("The import file data is empty"));
+    throw QLogicError(Messages::tr("The import file data is empty"));
   }
   *own->network = std::move(read);
   own->networkFile = path;
@@ -159,7 +159,7 @@ void Project::importCosaNetwork(QString const& path, Network read) {
 }
 
 bool Project::exportCosaTraverseFile(QString const& path) const {
-  if (own->network->isEmpty() && !isUsingViewData()) throw QLogicError(System::tr("Network Data is empty"));
+  if (own->network->isEmpty() && !isUsingViewData()) throw QLogicError(Messages::tr("Network Data is empty"));
   utils::createFolderOf(path);
   CosaCollection collection;
   collection.setKnownPointList(own->network->knownPoints);
@@ -169,7 +169,7 @@ bool Project::exportCosaTraverseFile(QString const& path) const {
 }
 
 bool Project::exportVRDTraverseFile(QString const& path) const {
-  if (own->traverseDataList->empty() && isUsingViewData()) throw QLogicError(System::tr("View Data is empty"));
+  if (own->traverseDataList->empty() && isUsingViewData()) throw QLogicError(Messages::tr("View Data is empty"));
   utils::createFolderOf(path);
   VRDTraverseDataCollcetion collection;
   collection.setTraverseDataList(*own->traverseDataList);
@@ -178,8 +178,8 @@ bool Project::exportVRDTraverseFile(QString const& path) const {
 }
 
 bool Project::exportLQFFile(QString const& path) const {
-  if (own->traverseDataList->empty()) throw QLogicError(System::tr("View Data is empty"));
-  if (own->lqfCollection == nullptr) throw QLogicError(System::tr("No instrument job was read into the project"));
+  if (own->traverseDataList->empty()) throw QLogicError(Messages::tr("View Data is empty"));
+  if (own->lqfCollection == nullptr) throw QLogicError(Messages::tr("No instrument job was read into the project"));
   own->lqfCollection->setTraverseDataList(*own->traverseDataList);
   detail::replaceFile(path, [this](std::ostream& stream) { own->lqfCollection->write(stream); });
   return true;
@@ -195,8 +195,8 @@ bool Project::exportCoordFile(QString const& path) const {
 void Project::requireOwnSources() const {
   if (!own->sourcesAreOfOtherData) return;
   throw QLogicError(
-      System::tr("The observations come from a file whose import failed: they are not written over the file that was "
-                 "open before"));
+      Messages::tr("The observations come from a file whose import failed: they are not written over the file that was "
+                   "open before"));
 }
 
 bool Project::exportVRDTraverseFile() const {

@@ -1,8 +1,8 @@
 // The project file: one XML document with the settings and the data of a project.
 #include "core/DataException.h"
-#include "core/System.h"
 #include "core/detail/ProjectData.h"
 #include "records/ProjectXml.h"
+#include "records/detail/Messages.h"
 
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
@@ -70,10 +70,9 @@ void Project::finishProject(QString const& path) {
 void Project::saveAs(QString path) {
   own->projectFile = path;
   writeProject(path);
-  System const* const system = System::Instance();
-  if (system == nullptr || !isUsingViewData() || !own->traverseDataList->empty() || own->network->isEmpty()) return;
-  system->sendMessage(System::tr("The network lines are not in the project file, which holds the observation rows"),
-                      Warning);
+  if (!isUsingViewData() || !own->traverseDataList->empty() || own->network->isEmpty()) return;
+  Messages::send(Messages::tr("The network lines are not in the project file, which holds the observation rows"),
+                 Warning);
 }
 
 void Project::writeProject(QString path) const {
@@ -100,7 +99,7 @@ void Project::writeProject(QString path) const {
   QString const error = utils::replaceFile(path, printed(document));
   if (error.isEmpty()) return;
   qCDebug(projectLog).noquote() << utils::readablePath(path) << error;
-  throw QLogicError(System::tr("Can not write file") + QStringLiteral(": ") + error);
+  throw QLogicError(Messages::tr("Can not write file") + QStringLiteral(": ") + error);
 }
 
 void Project::readProject(QString path) {
@@ -114,7 +113,7 @@ void Project::readProject(QString path) {
 void Project::takeProject(QString const& path, std::string const& bytes) {
   if (int const line = utils::lineOfCrowdedElement(bytes)) {
     throw QLogicError(
-        System::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+        Messages::tr("Line %1: an element with more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
   }
   resetData();
   forgetSources();
@@ -123,7 +122,7 @@ void Project::takeProject(QString const& path, std::string const& bytes) {
   XMLElement const* const root = document.RootElement();
   if (root == nullptr) {
     qCDebug(projectLog).noquote() << path << document.ErrorStr();
-    throw QLogicError(System::tr("Can not open file"));
+    throw QLogicError(Messages::tr("Can not open file"));
   }
   own->version = attribute(*root, "Version").trimmed();
   if (own->version == QLatin1String(kTypedVersion))
@@ -143,7 +142,7 @@ void Project::forgetSources() {
   own->stationMap.clear();
 }
 
-// A file of an early version does not tell what it was made from: the last data that it holds does.
+// Early versions have no FileType; the last data element decides.
 
 void Project::readViewData(XMLElement const* element) {
   if (element == nullptr) return;

@@ -5,6 +5,7 @@
 #include "map/LineDataTool.h"
 #include "map/MapShowData.h"
 #include "map/PointDataTool.h"
+#include "records/detail/Messages.h"
 
 #include <mvz/ViewerManager.h>
 
@@ -17,11 +18,6 @@ namespace {
 mvz::ViewerManager* viewers() {
   System const* const system = System::Instance();
   return system == nullptr ? nullptr : system->getMvzViewerManager();
-}
-
-void tell(QString const& text, MessType type) {
-  System const* const system = System::Instance();
-  if (system != nullptr) system->sendMessage(text, type);
 }
 
 /// Framing needs a scene, since it is the scene that has layers. A scene that was made before the system had viewers
@@ -43,7 +39,7 @@ QString nameOf(NetworkDataInfo const& observed) {
 }
 
 void tellUnplaced(NetworkDataInfo const& observed) {
-  tell(System::tr("The line %1 is not drawn: an end has no coordinates").arg(nameOf(observed)), Warning);
+  Messages::send(Messages::tr("The line %1 is not drawn: an end has no coordinates").arg(nameOf(observed)), Warning);
 }
 
 }  // namespace
@@ -87,7 +83,7 @@ void Project::buildMapInputData() {
   } catch (std::bad_alloc const&) {
     throw;  // says nothing about the points
   } catch (std::exception const& failure) {
-    tell(QString::fromUtf8(failure.what()) + "," + System::tr("generate map data failed"), Error);
+    Messages::send(QString::fromUtf8(failure.what()) + "," + Messages::tr("generate map data failed"), Error);
     return;
   }
   LineDataTool lineTool(getOrCreateMapScene());

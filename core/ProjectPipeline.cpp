@@ -1,9 +1,9 @@
 // The steps from observations to results, and the checks of the rows.
 #include "adjust/TriangleHeightDataConvert.h"
 #include "adjust/TriangleHeightDataRead.h"
-#include "core/System.h"
 #include "core/detail/ProjectData.h"
 #include "formats/INetworkDataCollection.h"
+#include "records/detail/Messages.h"
 #include "reduction/DataManager.h"
 #include "reduction/ErrorInfo.h"
 #include "reduction/TraverseDataManage.h"
@@ -49,7 +49,7 @@ void Project::calculateTriangleHeight() {
 }
 
 void Project::algorithmPointConvertCoord() {
-  if (own->algorithmAdjust == nullptr) throw QLogicError(System::tr("There is no adjustment result"));
+  if (own->algorithmAdjust == nullptr) throw QLogicError(Messages::tr("There is no adjustment result"));
   *own->coordinatePointList = own->algorithmAdjust->getCoordinatePointXYList();
   if (own->configure.TraversePointAdjust == 0 && own->triangleHeightAdjust != nullptr)
     own->triangleHeightAdjust->convertCoordZ(*own->coordinatePointList);
@@ -60,12 +60,10 @@ bool Project::checkVRDData() { return TraverseDataManage::checkData(*own->traver
 void Project::resetVRDDataState() { TraverseDataManage::resetVRDDataState(*own->traverseDataList); }
 
 void Project::printErrorInfo(std::vector<ErrorInfo> const& errors, bool announce) const {
-  System const* const system = System::Instance();
-  if (system == nullptr) return;
   if (announce && !errors.empty()) {
-    system->sendMessage(System::tr("The data is error or inconsistent, please check the data"), Error);
+    Messages::send(Messages::tr("The data is error or inconsistent, please check the data"), Error);
   }
-  for (QString const& line : Translation(errors)) system->sendMessage(line, Warning);
+  for (QString const& line : Translation(errors)) Messages::send(line, Warning);
 }
 
 }  // namespace kvn

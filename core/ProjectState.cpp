@@ -1,6 +1,6 @@
 // State of a project: construction, accessors, the modified state and the lists.
-#include "core/System.h"
 #include "core/detail/ProjectData.h"
+#include "records/detail/Messages.h"
 
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
@@ -102,7 +102,7 @@ void Project::removeCoordinatePoint(QString const& id) {
 }
 
 void Project::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 void Project::traverseDataToAlgorithData() {}

@@ -2,6 +2,7 @@
 
 #include "core/Project.h"
 #include "map/MapScene.h"
+#include "records/detail/Messages.h"
 
 #include <mvz/ViewerManager.h>
 #include <utils/HTextCodec.h>
@@ -216,11 +217,16 @@ QString System::tr(char const* text, char const* disambiguation, int n) {
   return QCoreApplication::translate("kvn::System", text, disambiguation, n);
 }
 
+void Messages::send(QString const& text, MessType type) {
+  System const* const system = System::Instance();
+  if (system != nullptr) system->sendMessage(text, type);
+}
+
 QString System::trUtf8(char const* text, char const* disambiguation, int n) { return tr(text, disambiguation, n); }
 
 void System::initTranslators() {
   QCoreApplication* const application = QCoreApplication::instance();
-  if (application == nullptr) return;  // it is the one that translates
+  if (application == nullptr) return;  // without it nothing is translated
   for (char const* stem : {"Kelvane", "Kelvane_ui", "Kelvane_plq"}) {
     auto translator = std::make_unique<QTranslator>();
     bool const loaded = loadTable(*translator, QString::fromLatin1(stem));

@@ -3,11 +3,12 @@
 #include "adjust/CommonFunction.h"
 #include "core/AlgorithmException.h"
 #include "core/DataException.h"
-#include "core/System.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/CosaReading.h"
 #include "formats/detail/LineSource.h"
+#include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
 #include <utils/Number.h>
 #include <utils/QLogicError.h>
 
@@ -29,17 +30,7 @@ using detail::quoted;
 constexpr double kSameAngle = 5e-10;
 constexpr double kSameDistance = 1e-5;
 
-void warn(QString const& text) {
-  System const* const system = System::Instance();
-  if (system != nullptr) system->sendMessage(text, Warning);
-}
-
-double ontoCircle(double angle) {
-  double const fullCircle = 2.0 * CommonFunction::m_PI;
-  if (angle >= 0.0 && angle < fullCircle) return angle;
-  double const rest = std::fmod(angle, fullCircle);
-  return rest < 0.0 ? rest + fullCircle : rest;
-}
+void warn(QString const& text) { Messages::send(text, Warning); }
 
 bool isReadableName(std::string const& name) {
   return !name.empty() && name.find(',') == std::string::npos && detail::simplifiedUtf8(name) == name;
@@ -56,12 +47,12 @@ class Joining {
       first.angle = later.angle;
       first.hasAngle = true;
     } else if (later.hasAngle && std::abs(first.angle - later.angle) > kSameAngle) {
-      warnOfRepeat(System::tr("The direction from %1 to %2 is given more than once; the first one counts"), first);
+      warnOfRepeat(Messages::tr("The direction from %1 to %2 is given more than once; the first one counts"), first);
     }
     if (first.distance == 0.0) {
       first.distance = later.distance;
     } else if (later.distance != 0.0 && std::abs(first.distance - later.distance) > kSameDistance) {
-      warnOfRepeat(System::tr("The distance from %1 to %2 is given more than once; the first one counts"), first);
+      warnOfRepeat(Messages::tr("The distance from %1 to %2 is given more than once; the first one counts"), first);
     }
   }
 
@@ -79,25 +70,25 @@ bool holdsNothing(Observation const& observation) { return !observation.hasAngle
 void warnOfLine(QString const& text, int number, std::string const& line) { warn(text.arg(number).arg(quoted(line))); }
 
 void warnOfPassedOver(int number, std::string const& line) {
-  warnOfLine(System::tr("Line %1 is passed over: %2"), number, line);
+  warnOfLine(Messages::tr("Line %1 is passed over: %2"), number, line);
 }
 
 /// @param first  the first field that is a number
 void checkNumbers(int number, std::string const& line, utils::Pieces const& fields, std::ptrdiff_t first) {
   auto const isNumber = [](std::string_view text) { return utils::fullNumber(text).has_value(); };
   if (std::all_of(fields.begin() + first, fields.end(), isNumber)) return;
-  warnOfLine(System::tr("Line %1 has something behind a number: %2"), number, line);
+  warnOfLine(Messages::tr("Line %1 has something behind a number: %2"), number, line);
 }
 
 void checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
   Observation& direction = reading.observations.back();
-  direction.angle = ontoCircle(direction.angle);
+  direction.angle = utils::onCircle(direction.angle);
   if (!direction.hasAngle) {
-    warn(System::tr("Line %1: the direction from %2 to %3 is no angle: %4")
+    warn(Messages::tr("Line %1: the direction from %2 to %3 is no angle: %4")
              .arg(number)
              .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)));
   } else if (hasFullField(text)) {
-    warn(System::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)));
+    warn(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)));
   }
 }
 
@@ -171,10 +162,10 @@ void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading&
   detail::LineSource source(stream);
   for (bool isFirst = true; source.next(line); isFirst = false) {
     if (isFirst && source.lineNumber() > 1) {
-      warn(System::tr("Line 1 is empty: the a-priori errors that stand there are not read"));
+      warn(Messages::tr("Line 1 is empty: the a-priori errors that stand there are not read"));
     }
     try {
-      if (detail::hasLostBytes(line)) throw QLogicError(System::tr("the line is no UTF-8"));
+      if (detail::hasLostBytes(line)) throw QLogicError(Messages::tr("the line is no UTF-8"));
       fields.cut(line, ',', false);
       readLine(source.lineNumber(), line, fields, reading);
     } catch (std::bad_alloc const&) {
@@ -203,11 +194,11 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, utils:
 void CarefulCosaCollection::requireReadable() const {
   auto const requireName = [](std::string const& name) {
     if (isReadableName(name)) return;
-    throw DataException(System::tr("The name cannot stand in a network file: %1").arg(quoted(name)).toStdString());
+    throw DataException(Messages::tr("The name cannot stand in a network file: %1").arg(quoted(name)).toStdString());
   };
   auto const requireNumber = [](std::string const& name, double value) {
     if (std::isfinite(value)) return;
-    throw DataException(System::tr("A number of %1 is not finite").arg(quoted(name)).toStdString());
+    throw DataException(Messages::tr("A number of %1 is not finite").arg(quoted(name)).toStdString());
   };
   for (KnownPoint const& point : knownPointList) {
     requireName(point.name);
@@ -218,7 +209,7 @@ void CarefulCosaCollection::requireReadable() const {
     requireName(line.end_name);
     requireNumber(line.start_name, line.horizontal_angle + line.horizontal_distance);
     if (line.horizontal_distance >= 0.0) continue;
-    QString const text = System::tr("The distance from %1 to %2 is negative");
+    QString const text = Messages::tr("The distance from %1 to %2 is negative");
     throw DataException(text.arg(quoted(line.start_name), quoted(line.end_name)).toStdString());
   }
 }

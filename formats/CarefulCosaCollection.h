@@ -12,13 +12,11 @@ namespace kvn {
 
 /// Reads the same files as `CosaCollection` to the same lists, but for what that one takes in silence:
 ///
-/// - A reading of 0 is a reading. Of an observation that is given more than once the first counts, and a `Warning`
-/// tells
-///   when the others differ. A distance takes no direction away.
+/// - A direction of 0 counts as observed, not as missing. Of an observation that is given more than once the first
+///   counts, and a `Warning` tells when the others differ. A line with a distance leaves the direction as it is.
 /// - Directions are brought into the circle from 0 to 2π: -45° is 315°.
 /// - A `Warning` names every line that is passed over, every number with something behind it, every text that is no
-/// angle,
-///   minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
+///   angle, minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
 /// - A line without an observation, its text being no angle or its distance 0, is no line.
 /// - A line that is no UTF-8 is a failure: points in another encoding could become one.
 /// - A failure names its line.

@@ -1,9 +1,9 @@
 #include "formats/CoordinateDataCollection.h"
 
-#include "core/System.h"
 #include "formats/detail/FieldText.h"
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/PointText.h"
+#include "records/detail/Messages.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -14,6 +14,7 @@
 #include <QBuffer>
 #include <QByteArray>
 #include <QStringList>
+#include <ostream>
 #include <string_view>
 #include <utility>
 
@@ -97,7 +98,7 @@ void CoordinateDataCollection::setCoordinateDataList(std::vector<CoordinatePoint
 }
 
 void CoordinateDataCollection::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 }  // namespace kvn

@@ -3,6 +3,7 @@
 #include "formats/detail/CosaReading.h"
 #include "formats/detail/FieldText.h"
 #include "formats/detail/LineSource.h"
+#include "records/detail/Recorded.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
@@ -14,16 +15,11 @@
 namespace kvn {
 namespace {
 
-// An angle or a distance below this counts as not observed when the lines of one target are joined; strict.
-constexpr double kNotObserved = 1e-06;
-// A distance is written when it is above this.
-constexpr double kNoDistance = 1e-08;
-
 using Observation = detail::CosaReading::Observation;
 
 void fillMissing(Observation& first, Observation const& later) {
-  if (first.angle < kNotObserved) first.angle = later.angle;
-  if (first.distance < kNotObserved) first.distance = later.distance;
+  if (first.angle < detail::kNotMeasured) first.angle = later.angle;
+  if (first.distance < detail::kNotMeasured) first.distance = later.distance;
   first.hasAngle = first.hasAngle || later.hasAngle;
 }
 
@@ -123,7 +119,7 @@ void CosaCollection::writeDirection(std::ostream& stream, std::string const& tar
 }
 
 void CosaCollection::writeDistance(std::ostream& stream, std::string const& target, double metres) {
-  if (metres > kNoDistance) stream << target << ",S," << detail::fixed4(metres) << '\n';
+  if (metres > detail::kNotRecorded) stream << target << ",S," << detail::fixed4(metres) << '\n';
 }
 
 void CosaCollection::write(std::ostream& stream) {

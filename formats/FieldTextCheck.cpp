@@ -1,11 +1,11 @@
 #include "formats/FieldTextCheck.h"
 
 #include "core/DataException.h"
-#include "core/System.h"
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/LineSource.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
@@ -48,9 +48,9 @@ class Findings {
   void lookAtNumber(std::string_view text) {
     if (text.empty() || utils::plainDecimal(text)) return;
     if (!std::isfinite(numberIn(text))) {
-      tell(FieldFinding::Error, System::tr("the number is not finite: %1").arg(quoted(text)));
+      tell(FieldFinding::Error, Messages::tr("the number is not finite: %1").arg(quoted(text)));
     } else if (!utils::fullNumber(text)) {
-      tell(FieldFinding::Warning, System::tr("something stands behind the number: %1").arg(quoted(text)));
+      tell(FieldFinding::Warning, Messages::tr("something stands behind the number: %1").arg(quoted(text)));
     }
   }
 
@@ -58,9 +58,9 @@ class Findings {
     bool isAngle = false;
     double const degrees = utils::Degree::bytesToDouble(text, utils::DegreeToDDPMMSS, &isAngle);
     if (!isAngle || !std::isfinite(degrees)) {
-      tell(FieldFinding::Error, System::tr("the angle is no number: %1").arg(quoted(text)));
+      tell(FieldFinding::Error, Messages::tr("the angle is no number: %1").arg(quoted(text)));
     } else if (detail::hasFullField(text)) {
-      tell(FieldFinding::Warning, System::tr("minutes or seconds of 60 and above: %1").arg(quoted(text)));
+      tell(FieldFinding::Warning, Messages::tr("minutes or seconds of 60 and above: %1").arg(quoted(text)));
     }
   }
 
@@ -98,12 +98,12 @@ class JobLook {
     bool const isName = type == LQFTraverseDataCollection::JOB || type == LQFTraverseDataCollection::INST;
     if (isName && parts.size() < 2) return;  // a job without a name
     if (parts.size() < 2 || type == LQFTraverseDataCollection::NoLabel) {
-      findings.tell(FieldFinding::Warning, System::tr("the line is passed over: %1").arg(quoted(text)));
+      findings.tell(FieldFinding::Warning, Messages::tr("the line is passed over: %1").arg(quoted(text)));
       return;
     }
     if (parts.size() > 2) {
       findings.tell(FieldFinding::Warning,
-                    System::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
+                    Messages::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
     }
     values.cut(parts[1], ',', false);
     lookAtRecord(type);
@@ -135,7 +135,7 @@ class JobLook {
     findings.target = isStation ? std::string() : name;
     points.push_back({type, name, findings.line, false});
     if (values.size() < 2) {
-      findings.tell(FieldFinding::Warning, System::tr("the record has no height and is read without its name"));
+      findings.tell(FieldFinding::Warning, Messages::tr("the record has no height and is read without its name"));
     } else {
       findings.lookAtNumber(values[1]);
     }
@@ -144,7 +144,7 @@ class JobLook {
   void lookAtCoordinates(LQFTraverseDataCollection::LQFLabType type) {
     if (type > LQFTraverseDataCollection::XYZ && type <= LQFTraverseDataCollection::ZYX) {
       findings.tell(FieldFinding::Warning,
-                    System::tr("the coordinates are read in the order X, Y, Z, whatever the label says"));
+                    Messages::tr("the coordinates are read in the order X, Y, Z, whatever the label says"));
     }
     if (values.size() < 3) return;
     for (std::size_t i = 0; i < 3; ++i) findings.lookAtNumber(values[i]);
@@ -153,7 +153,7 @@ class JobLook {
 
   /// A decimal comma makes two values of one, and the ones behind it are taken for others.
   void tellMoreThanThree() {
-    if (values.size() > 3) findings.tell(FieldFinding::Error, System::tr("more than three values: a decimal comma?"));
+    if (values.size() > 3) findings.tell(FieldFinding::Error, Messages::tr("more than three values: a decimal comma?"));
   }
 
   LQFTraverseDataCollection labels;
@@ -182,10 +182,10 @@ void tellRecord(PointRecord const& record, FieldFinding::Severity severity, QStr
 void tellPassedOver(PointRecord const& record, std::vector<FieldFinding>& findings) {
   if (record.type == LQFTraverseDataCollection::STA) {
     tellRecord(record, FieldFinding::Error,
-               System::tr("the station is lost: its first sight is taken for the back sight before it"), findings);
+               Messages::tr("the station is lost: its first sight is taken for the back sight before it"), findings);
   } else if (record.hasReadings) {
     tellRecord(record, FieldFinding::Warning,
-               System::tr("the sight is dropped: the next one of the point takes its place"), findings);
+               Messages::tr("the sight is dropped: the next one of the point takes its place"), findings);
   }
 }
 
@@ -209,7 +209,7 @@ std::vector<int> linesOf(std::vector<TraverseDataInfo> const& rows, std::vector<
     for (; next != found; ++next) tellPassedOver(*next, findings);
     bool const isSight = found->type != LQFTraverseDataCollection::STA;
     if (isSight && !found->hasReadings) {
-      tellRecord(*found, FieldFinding::Error, System::tr("the sight has no readings"), findings);
+      tellRecord(*found, FieldFinding::Error, Messages::tr("the sight has no readings"), findings);
     }
     ++next;
   }
@@ -254,7 +254,7 @@ FieldTextCheck inspectTraverseText(std::istream& stream) {
     findings.row = check.rowLines.size();
     check.rowLines.push_back(findings.line);
     if (detail::hasLostBytes(line)) {
-      findings.tell(FieldFinding::Error, System::tr("the line is no UTF-8"));
+      findings.tell(FieldFinding::Error, Messages::tr("the line is no UTF-8"));
     }
     if (fields.size() < 3) continue;
     bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
@@ -290,7 +290,7 @@ void readNamingTheLine(ITraverseDataCollcetion& collection, std::istream& file) 
     throw;
   } catch (std::exception const& failure) {
     std::string const text = failure.what();
-    bool const hasLine = text == System::tr("The line %1 is wrong").arg(buffer.line).toStdString();
+    bool const hasLine = text == Messages::tr("The line %1 is wrong").arg(buffer.line).toStdString();
     if (hasLine || buffer.line == 0) throw DataException(text);
     throw DataException(buffer.line, text);
   }

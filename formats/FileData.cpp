@@ -11,6 +11,7 @@
 #include "records/VRDStations.h"
 
 #include <utils/ByteStream.h>
+#include <utils/Circle.h>
 #include <utils/FileText.h>
 #include <utils/Number.h>
 
@@ -185,7 +186,7 @@ struct FileData::CosaReader {
   }
 };
 
-FileData::FileData(std::string const& path) : m_PI(std::acos(-1.0)) {
+FileData::FileData(std::string const& path) : m_PI(utils::kPi) {
   clear();
   if (!path.empty()) readFileData(path);
 }

@@ -1,9 +1,9 @@
 #include "formats/LQFTraverseDataCollection.h"
 
 #include "core/DataException.h"
-#include "core/System.h"
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/LineSource.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
@@ -202,7 +202,7 @@ LQFTraverseDataCollection::LQFLabType LQFTraverseDataCollection::getLQFLabType(s
 void LQFTraverseDataCollection::read(std::istream& stream) {
   if (stream.peek() == std::istream::traits_type::eof()) {
     detail::requireNoReadError(stream);
-    throw DataException(System::tr("The file is empty").toStdString());
+    throw DataException(Messages::tr("The file is empty").toStdString());
   }
   Rows rows(traverseDataList);
   std::string line;

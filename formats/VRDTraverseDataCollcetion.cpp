@@ -1,9 +1,9 @@
 #include "formats/VRDTraverseDataCollcetion.h"
 
 #include "core/DataException.h"
-#include "core/System.h"
 #include "formats/detail/FieldText.h"
 #include "formats/detail/LineSource.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
@@ -97,7 +97,7 @@ void VRDTraverseDataCollcetion::read(std::istream& stream) {
       readSight(fields, row);
       row.groupId = groupId;
     } else {
-      throw DataException(System::tr("The line %1 is wrong").arg(source.lineNumber()).toStdString());
+      throw DataException(Messages::tr("The line %1 is wrong").arg(source.lineNumber()).toStdString());
     }
     traverseDataList.push_back(std::move(row));
   }

@@ -1,5 +1,6 @@
 #include "Format.h"
 
+#include <utils/Circle.h>
 #include <utils/Degree.h>
 
 #include <array>
@@ -11,7 +12,7 @@ namespace kvn::host {
 namespace {
 
 constexpr int kSecondDecimals = 2;
-double const kDegreesPerRadian = 180.0 / std::acos(-1.0);
+constexpr double kDegreesPerRadian = 180.0 / utils::kPi;
 
 // Beyond, the digits are left to QString: up to here the next double is nearer than half of the last of four decimals.
 constexpr double kManyDigits = 1e10;
@@ -36,29 +37,8 @@ std::string fixed(double value, int decimals) {
   return text;
 }
 
-void appendTwoDigits(std::string& text, long number) {
-  text += static_cast<char>('0' + number / 10);
-  text += static_cast<char>('0' + number % 10);
-}
-
-/// The text of `utils::Degree`, in UTF-8 from the start.
 std::string sexagesimal(double degrees) {
-  if (!std::isfinite(degrees)) return "-";
-  double const rounded = std::round(std::abs(degrees) * 3600.0 * 100.0);
-  if (rounded >= kManyDigits) {
-    return utils::Degree(degrees).toString(utils::DDRMMRSS, 0, kSecondDecimals).toStdString();
-  }
-  long const hundredths = static_cast<long>(rounded);
-  long const seconds = hundredths / 100;
-  std::string text(hundredths != 0 && degrees < 0.0 ? "-" : "");
-  text += std::to_string(seconds / 3600);
-  text += "°";
-  appendTwoDigits(text, seconds / 60 % 60);
-  text += "′";
-  appendTwoDigits(text, seconds % 60);
-  text += '.';
-  appendTwoDigits(text, hundredths % 100);
-  return text += "″";
+  return std::isfinite(degrees) ? utils::Degree(degrees).toUtf8(utils::DDRMMRSS, kSecondDecimals) : "-";
 }
 
 /// The fields are whole numbers below a fraction that is not negative, so that cutting them off is exact.

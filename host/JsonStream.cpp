@@ -21,8 +21,8 @@ bool isPlain(std::string const& bytes) {
 
 JsonStream::JsonStream(TextSink const& textSink) : sink(textSink) { pending.reserve(2 * kPiece); }
 
-// An element of an array begins on a line of its own; a bracket behind a name goes to the next line when something
-// stands in it, so that it waits for that.
+// An element of an array begins on a line of its own. A bracket behind a name is written with the first thing inside
+// it: then it goes to the next line, and an empty pair stays on this one.
 void JsonStream::begin(char bracket) {
   if (!isBehindName && !levels.empty()) nextElement('[');
   if (!isBehindName) pending += bracket;

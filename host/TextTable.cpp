@@ -1,5 +1,7 @@
 #include "TextTable.h"
 
+#include <utils/Utf8.h>
+
 #include <QVector>
 #include <algorithm>
 #include <utility>
@@ -40,21 +42,13 @@ QString padded(QString const& text, int width, TextTable::Align align) {
 
 constexpr std::size_t kPiece = 1 << 16;
 
-/// Of valid UTF-8, sign by sign.
+/// Of valid UTF-8.
 std::size_t widthOfUtf8(std::string_view text) {
   std::size_t width = 0;
-  uint sign = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    auto const byte = static_cast<unsigned char>(text[i]);
-    if (byte < 0x80) {
-      sign = byte;
-    } else if (byte >= 0xC0) {
-      sign = byte >= 0xF0 ? byte & 0x07U : byte >= 0xE0 ? byte & 0x0FU : byte & 0x1FU;
-    } else {
-      sign = sign << 6 | (byte & 0x3FU);
-    }
-    bool const isLast = i + 1 == text.size() || (static_cast<unsigned char>(text[i + 1]) & 0xC0) != 0x80;
-    if (isLast) width += byte < 0x80 ? 1 : static_cast<std::size_t>(widthOf(sign));
+  while (!text.empty()) {
+    auto const [code, size] = utils::firstUtf8(text);
+    width += code < 0x80 ? 1 : static_cast<std::size_t>(widthOf(code));
+    text.remove_prefix(std::max<std::size_t>(size, 1));
   }
   return width;
 }

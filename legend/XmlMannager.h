@@ -76,9 +76,8 @@ class KELVANE_EXPORT XmlMannager : public QObject {
 
   /// Writes the listed groups and their codes; the file is replaced only when the new one is complete.
   ///
-  /// @return  false, and the old file is as it was, when it cannot be written or when a text has a character that the
-  /// local
-  ///          8-bit encoding cannot express, or U+0000, which XML cannot hold.
+  /// @return  false, and the old file is as it was, when it cannot be written or when a text has a character that
+  ///          the local 8-bit encoding cannot express, or U+0000, which XML cannot hold.
   bool saveAsPrjCode(QString path) const;
 
   /// Removes a group; its codes go to the end of the default group.

@@ -1,6 +1,6 @@
 #include "map/FeatureLook.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 namespace kvn {
 namespace {
@@ -36,11 +36,11 @@ QString GetSelectedIcon(FeatureDataType type, TraversePointType pointType) {
 QString Translation(FeatureDataType type) {
   switch (type) {
     case FeatureDataType::TraverseData:
-      return System::tr("Traverse Point");
+      return Messages::tr("Traverse Point");
     case FeatureDataType::CoordData:
-      return System::tr("Coordinate Point");
+      return Messages::tr("Coordinate Point");
     case FeatureDataType::NetworkData:
-      return System::tr("Network");
+      return Messages::tr("Network");
     default:
       return {};
   }

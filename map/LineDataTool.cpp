@@ -1,11 +1,11 @@
 #include "map/LineDataTool.h"
 
 #include "core/Project.h"
-#include "core/System.h"
 #include "map/FeatureLook.h"
 #include "map/detail/LineEnds.h"
 #include "map/detail/MapLog.h"
 #include "mvz/detail/OsgEarthVersions.h"
+#include "records/detail/Messages.h"
 
 #include <mvz/ViewerManager.h>
 #include <utils/QLogicError.h>
@@ -61,7 +61,7 @@ void LineDataTool::drawLine(DrawLine const& line) {
 }
 
 void LineDataTool::checkCancelAndThrow() const {
-  if (isCancel()) throw QLogicError(System::tr("User Cancel"));
+  if (isCancel()) throw QLogicError(Messages::tr("User Cancel"));
 }
 
 QString LineDataTool::GetDataTypeName() { return QStringLiteral("KelvaneData"); }

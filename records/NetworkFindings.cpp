@@ -1,6 +1,8 @@
 #include "records/NetworkFindings.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
+
+#include <utils/Circle.h>
 
 #include <QStringList>
 #include <array>
@@ -20,11 +22,11 @@ QString listed(std::vector<std::string> const& names) {
   return listedNames(list);
 }
 
-QString degreesOf(double radians) { return QString::number(radians * 180.0 / std::acos(-1.0), 'f', 1); }
+QString degreesOf(double radians) { return QString::number(radians * 180.0 / utils::kPi, 'f', 1); }
 
 QString worded(SuspectObservation const& observation) {
-  QString const text =
-      observation.isDirection ? System::tr("direction from %1 to %2, %3") : System::tr("distance from %1 to %2, %3");
+  QString const text = observation.isDirection ? Messages::tr("direction from %1 to %2, %3")
+                                               : Messages::tr("distance from %1 to %2, %3");
   return text.arg(nameOf(observation.from), nameOf(observation.to), wordedSize(observation));
 }
 
@@ -37,61 +39,62 @@ QString worded(LooseMotion const& motion) {
   QString const names = listed(motion.names);
   switch (motion.kind) {
     case LooseMotion::Anywhere:
-      return System::tr("%1 can move in any direction").arg(names);
+      return Messages::tr("%1 can move in any direction").arg(names);
     case LooseMotion::Along:
-      return System::tr("%1 can move along the azimuth %2 degrees").arg(names, degreesOf(motion.azimuth));
+      return Messages::tr("%1 can move along the azimuth %2 degrees").arg(names, degreesOf(motion.azimuth));
     case LooseMotion::Shift:
-      return System::tr("%1 can move together along the azimuth %2 degrees").arg(names, degreesOf(motion.azimuth));
+      return Messages::tr("%1 can move together along the azimuth %2 degrees").arg(names, degreesOf(motion.azimuth));
     case LooseMotion::Turn:
-      return System::tr("%1 can turn about %2").arg(names, centreOf(motion));
+      return Messages::tr("%1 can turn about %2").arg(names, centreOf(motion));
     case LooseMotion::Scale:
-      return System::tr("%1 can spread from %2").arg(names, centreOf(motion));
+      return Messages::tr("%1 can spread from %2").arg(names, centreOf(motion));
     case LooseMotion::Several:
       break;
   }
-  return System::tr("%1 can move against the known points").arg(names);
+  return Messages::tr("%1 can move against the known points").arg(names);
 }
 
 }  // namespace
 
 QString listedNames(QStringList const& names) {
   if (names.size() <= kNamedPoints) return names.join(QStringLiteral(", "));
-  return System::tr("%1 and %2 more")
+  return Messages::tr("%1 and %2 more")
       .arg(names.mid(0, kNamedPoints).join(QStringLiteral(", ")), QString::number(names.size() - kNamedPoints));
 }
 
 QString worded(UnplacedPoint::Reason reason) {
   switch (reason) {
     case UnplacedPoint::NoConnection:
-      return System::tr("no connection to the known points");
+      return Messages::tr("no connection to the known points");
     case UnplacedPoint::SeenOnce:
-      return System::tr("seen once and without a distance");
+      return Messages::tr("seen once and without a distance");
     case UnplacedPoint::OneDistance:
-      return System::tr("one distance and no direction");
+      return Messages::tr("one distance and no direction");
     case UnplacedPoint::FewTargets:
-      return System::tr("sees fewer than three points and is not seen");
+      return Messages::tr("sees fewer than three points and is not seen");
     case UnplacedPoint::OnUnplaced:
-      return System::tr("observed only with points that are not placed themselves");
+      return Messages::tr("observed only with points that are not placed themselves");
     case UnplacedPoint::TooFew:
-      return System::tr("too few observations to the placed points");
+      return Messages::tr("too few observations to the placed points");
     case UnplacedPoint::OnOneCircle:
-      return System::tr("all placed targets on one circle with the station");
+      return Messages::tr("all placed targets on one circle with the station");
     case UnplacedPoint::TwoPlaces:
-      return System::tr("different places agree with the observations");
+      return Messages::tr("different places agree with the observations");
     case UnplacedPoint::NoStart:
       break;
   }
-  return System::tr("held weakly by the observations, or no approximate place found");
+  return Messages::tr("held weakly by the observations, or no approximate place found");
 }
 
 QString wordedSize(SuspectObservation const& observation) {
   QString const size = QString::number(std::abs(observation.difference), 'f', observation.isDirection ? 1 : 4);
   if (observation.isDirection) {
-    return (observation.difference > 0.0 ? System::tr("observed %1\" too large")
-                                         : System::tr("observed %1\" too small"))
+    return (observation.difference > 0.0 ? Messages::tr("observed %1\" too large")
+                                         : Messages::tr("observed %1\" too small"))
         .arg(size);
   }
-  return (observation.difference > 0.0 ? System::tr("observed %1 m too long") : System::tr("observed %1 m too short"))
+  return (observation.difference > 0.0 ? Messages::tr("observed %1 m too long")
+                                       : Messages::tr("observed %1 m too short"))
       .arg(size);
 }
 
@@ -103,7 +106,7 @@ QString worded(std::vector<UnplacedPoint> const& points) {
     if (namesOf.at(i).isEmpty()) continue;
     parts << QStringLiteral("%1 (%2)").arg(listedNames(namesOf.at(i)), worded(static_cast<UnplacedPoint::Reason>(i)));
   }
-  return System::tr("No approximate coordinates: %1").arg(parts.join(QStringLiteral("; ")));
+  return Messages::tr("No approximate coordinates: %1").arg(parts.join(QStringLiteral("; ")));
 }
 
 QString worded(std::vector<SuspectObservation> const& observations) {
@@ -111,15 +114,15 @@ QString worded(std::vector<SuspectObservation> const& observations) {
   for (std::size_t i = 0; i < observations.size() && i < kNamedObservations; ++i) parts << worded(observations[i]);
   QString list = parts.join(QStringLiteral("; "));
   if (observations.size() > kNamedObservations) {
-    list = System::tr("%1 and %2 more").arg(list, QString::number(observations.size() - kNamedObservations));
+    list = Messages::tr("%1 and %2 more").arg(list, QString::number(observations.size() - kNamedObservations));
   }
-  return System::tr("Suspected gross errors: %1").arg(list);
+  return Messages::tr("Suspected gross errors: %1").arg(list);
 }
 
 QString worded(std::vector<LooseMotion> const& motions) {
   QStringList parts;
   for (LooseMotion const& motion : motions) parts << worded(motion);
-  return System::tr("The observations do not hold all points: %1").arg(parts.join(QStringLiteral("; ")));
+  return Messages::tr("The observations do not hold all points: %1").arg(parts.join(QStringLiteral("; ")));
 }
 
 }  // namespace kvn

@@ -2,13 +2,11 @@
 
 #include "records/NewId.h"
 
+#include <utils/Circle.h>
+
 #include <cmath>
 
 namespace kvn {
-namespace {
-constexpr double kRightAngle = 1.5707963267948966;
-}
-
 TraverseDataInfo::TraverseDataInfo() : TraverseDataInfo(FullCircleZenith) {}
 
 TraverseDataInfo::TraverseDataInfo(VerticalAngleType type) : id(newId()), groupId(id), verticalAngleType(type) {}
@@ -20,7 +18,7 @@ bool TraverseDataInfo::operator<(TraverseDataInfo const& other) const { return n
 double TraverseDataInfo::getHorizontalDisance(VerticalAngleType type) const {
   switch (type) {
     case ZenithAngle:
-      return slant_distance * std::cos(std::abs(vertical_angle - kRightAngle));
+      return slant_distance * std::cos(std::abs(vertical_angle - utils::kRightAngle));
     case FullCircleZenith:
       return std::abs(slant_distance * std::sin(vertical_angle));
     case ElevationAngle:

@@ -1,19 +1,19 @@
 #include "records/TraversePointType.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 namespace kvn {
 
 QString translate(TraversePointType type) {
   switch (type) {
     case TraversePointType::StationPoint:
-      return System::tr("Station Point");
+      return Messages::tr("Station Point");
     case TraversePointType::PrismPoint:
-      return System::tr("Prism Point");
+      return Messages::tr("Prism Point");
     case TraversePointType::NetworkData:
-      return System::tr("NetworkDataInfo");
+      return Messages::tr("NetworkDataInfo");
     case TraversePointType::CoordinatePoint:
-      return System::tr("Coordinate Point");
+      return Messages::tr("Coordinate Point");
     default:
       return {};
   }

@@ -1,7 +1,7 @@
 #include "reduction/CheckData.h"
 
 #include "core/Project.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 
@@ -24,8 +24,7 @@ bool isGood(NetworkDataInfo const& line) {
 template <typename Record>
 bool checkAll(std::vector<Record> const& records) {
   bool const good = std::all_of(records.begin(), records.end(), [](Record const& record) { return isGood(record); });
-  System const* const system = System::Instance();
-  if (!good && system != nullptr) system->sendMessage(CheckData::tr("The data is error"), Error);
+  if (!good) Messages::send(CheckData::tr("The data is error"), Error);
   return good;
 }
 

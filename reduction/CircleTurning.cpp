@@ -2,6 +2,8 @@
 
 #include "reduction/detail/Circle.h"
 
+#include <utils/Circle.h>
+
 #include <cmath>
 #include <cstddef>
 #include <string>
@@ -10,20 +12,20 @@
 namespace kvn {
 namespace {
 
-constexpr double kMinute = detail::kPi / 180.0 / 60.0;
+constexpr double kMinute = utils::kPi / 180.0 / 60.0;
 
 /// Finds the zero target among readings that come one by one, and how far the circle has to turn for it.
 class ZeroTarget {
  public:
   void look(double reading) {
-    bool const isNear = std::abs(detail::difference(reading)) <= kMinute;
+    bool const isNear = std::abs(utils::foldedAngle(reading)) <= kMinute;
     if (isFound && (hasNear || !isNear)) return;
     isFound = true;
     hasNear = isNear;
     zero = reading;
   }
 
-  double turned(double reading) const { return detail::onCircle(reading - zero + kMinute); }
+  double turned(double reading) const { return utils::onCircle(reading - zero + kMinute); }
 
  private:
   bool isFound = false;
@@ -32,7 +34,7 @@ class ZeroTarget {
 };
 
 double onFirstFace(TraverseDataInfo const& row) {
-  return detail::isSecondFace(row.vertical_angle) ? row.horizontal_angle - detail::kPi : row.horizontal_angle;
+  return detail::isSecondFace(row.vertical_angle) ? row.horizontal_angle - utils::kPi : row.horizontal_angle;
 }
 
 bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePointType::StationPoint; }

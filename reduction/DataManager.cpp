@@ -1,6 +1,6 @@
 #include "reduction/DataManager.h"
 
-#include "reduction/detail/Circle.h"
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +11,6 @@ namespace {
 
 using TargetMap = std::map<TraverseDataInfo, std::vector<TraverseDataInfo*>>;
 
-constexpr double kThreeRightAngles = 4.71238898038469;
-constexpr double kRightAngle = 1.5707963267948966;
 // Two angles this near count as equal; radians, 0.02".
 constexpr double kTolerance = 1e-7;
 
@@ -35,22 +33,22 @@ void addTarget(TraverseDataInfo& row, bool isFirst, TraverseStationInfo& occupat
   }
 }
 
-bool straddlesZero(double reading, double first) { return isAbove(std::abs(reading - first), detail::kPi); }
+bool straddlesZero(double reading, double first) { return isAbove(std::abs(reading - first), utils::kPi); }
 
 /// Mean of the readings of one target. Those on the other side of the zero direction than the first are taken down by a
 /// full circle. That brings the mean near zero, but for three and more of which the first lies just below the full
 /// circle: there it is the first and its like that are taken down, and the mean is near zero as that of two is.
 double meanDirection(std::vector<TraverseDataInfo*> const& rows) {
   double const first = rows.front()->reduced_horizontal_angle;
-  bool const firstIsHigh = rows.size() > 2 && first > detail::kPi &&
+  bool const firstIsHigh = rows.size() > 2 && first > utils::kPi &&
                            std::any_of(rows.begin(), rows.end(), [first](TraverseDataInfo const* row) {
                              return straddlesZero(row->reduced_horizontal_angle, first);
                            });
   double sum = 0;
   for (TraverseDataInfo const* row : rows) {
     double const reading = row->reduced_horizontal_angle;
-    bool const isToLower = firstIsHigh ? reading > detail::kPi : straddlesZero(reading, first);
-    sum += isToLower ? reading - detail::kFullCircle : reading;
+    bool const isToLower = firstIsHigh ? reading > utils::kPi : straddlesZero(reading, first);
+    sum += isToLower ? reading - utils::kFullCircle : reading;
   }
   return sum / static_cast<double>(rows.size());
 }
@@ -105,15 +103,15 @@ void DataManager::dataConvert(std::vector<TraverseStationInfo>& occupations) {
 void DataManager::angleConvert(std::vector<TraverseDataInfo*>& rows, double zeroDirection) {
   for (TraverseDataInfo* row : rows) {
     double reading = row->horizontal_angle;
-    if (isAbove(row->vertical_angle, detail::kPi)) {
-      row->reduced_vertical_angle = row->vertical_angle - kThreeRightAngles;
-      reading -= detail::kPi;
-      if (reading < 0) reading += detail::kFullCircle;
-    } else if (isBelow(row->vertical_angle, detail::kPi)) {
-      row->reduced_vertical_angle = row->vertical_angle - kRightAngle;
+    if (isAbove(row->vertical_angle, utils::kPi)) {
+      row->reduced_vertical_angle = row->vertical_angle - 3.0 * utils::kRightAngle;
+      reading -= utils::kPi;
+      if (reading < 0) reading += utils::kFullCircle;
+    } else if (isBelow(row->vertical_angle, utils::kPi)) {
+      row->reduced_vertical_angle = row->vertical_angle - utils::kRightAngle;
     }
     reading -= zeroDirection;
-    if (isBelow(reading, 0)) reading += detail::kFullCircle;
+    if (isBelow(reading, 0)) reading += utils::kFullCircle;
     row->reduced_horizontal_angle = reading;
   }
 }

@@ -1,6 +1,6 @@
 #include "reduction/ErrorInfo.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 namespace kvn {
 namespace {
@@ -30,7 +30,7 @@ bool namesTargets(std::int32_t code) { return code == 3 || code > 4; }
 QString decoded(std::string const& name) { return QString::fromLocal8Bit(name.data(), static_cast<int>(name.size())); }
 
 QString textOf(ErrorInfo const& finding) {
-  QString const text = System::tr(kTexts[finding.errorCode]);
+  QString const text = Messages::tr(kTexts[finding.errorCode]);
   if (!namesTargets(finding.errorCode)) return text.arg(decoded(finding.stationName));
   QStringList targets;
   for (std::string const& target : finding.prismPointList) targets << decoded(target);

@@ -2,7 +2,8 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
-#include "reduction/detail/Circle.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,11 +16,11 @@
 namespace kvn {
 namespace {
 
-constexpr double kSecondsPerRadian = 180.0 * 3600.0 / detail::kPi;
+using utils::kSecondsPerRadian;
 
 bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePointType::StationPoint; }
 bool isTarget(TraverseDataInfo const& row) { return row.pointType == TraversePointType::PrismPoint; }
-bool isOnCircle(double angle) { return angle >= -1e-6 && angle <= detail::kFullCircle; }
+bool isOnCircle(double angle) { return angle >= -1e-6 && angle <= utils::kFullCircle; }
 
 /// With one decimal, and without the sign of a zero.
 QString seconds(double radians) {

@@ -2,8 +2,11 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/IndexError.h"
+#include "records/detail/Recorded.h"
 #include "reduction/detail/Circle.h"
 #include "reduction/detail/FieldRounds.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -28,11 +31,10 @@ using Station = detail::FieldStation;
 
 // Readings of one target in one round that differ by more are not readings of one target: 6', far above what an
 // instrument out of adjustment shows between its faces, and far below the turn of a circle between rounds.
-constexpr double kSameReading = 0.1 * detail::kPi / 180.0;
+constexpr double kSameReading = 0.1 * utils::kPi / 180.0;
 // Rounds that differ by more from their mean, 30", are told.
-constexpr double kRoundTolerance = 30.0 / 3600.0 * detail::kPi / 180.0;
-// Metres. At or below this a distance is none, coordinates are none, and two positions are the same.
-constexpr double kNoDistance = 1e-8;
+constexpr double kRoundTolerance = 30.0 / 3600.0 * utils::kPi / 180.0;
+// Metres. Below these coordinates are none, and two positions are the same.
 constexpr double kNoCoordinate = 1e-5;
 constexpr double kSamePosition = 1e-4;
 // Distances of one line that differ by more, metres, are told: far above what instruments show between two sights.
@@ -115,7 +117,7 @@ class Reducer {
     auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
     if (number == current->distances.size()) current->distances.emplace_back();
     double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
-    if (row.isSlantDistanceHave && row.slant_distance > kNoDistance && !(distance > kNoDistance)) {
+    if (row.isSlantDistanceHave && row.slant_distance > detail::kNotRecorded && !(distance > detail::kNotRecorded)) {
       tell(FieldFinding::Warning, current->name, {row.name},
            "the distance has no vertical reading to make it horizontal and is left out", i);
     }
@@ -156,15 +158,15 @@ class Reducer {
     if (isFirst) round.targets.emplace_back();
     Sighted& target = round.targets[number];
     int const face = faceOf(row, isFirst ? nullptr : &target);
-    double const reading = onCircle(row.horizontal_angle - face * detail::kPi);
+    double const reading = onCircle(row.horizontal_angle - face * utils::kPi);
     if (isFirst) {
       target.firstRow = i;
       target.firstReading = reading;
-    } else if (!(std::abs(difference(reading - target.firstReading)) <= kSameReading)) {
+    } else if (!(std::abs(foldedAngle(reading - target.firstReading)) <= kSameReading)) {
       tell(FieldFinding::Error, current->name, {row.name}, "the readings of the target do not belong together", i);
       return;
     }
-    if (!target.isTold && std::abs(difference(reading - target.firstReading)) > kRoundTolerance) {
+    if (!target.isTold && std::abs(foldedAngle(reading - target.firstReading)) > kRoundTolerance) {
       target.isTold = true;
       tell(FieldFinding::Warning, current->name, {row.name}, "the readings of the target differ by more than 30\"", i);
     }
@@ -177,7 +179,7 @@ class Reducer {
   static int faceOf(TraverseDataInfo const& row, Sighted const* before) {
     if (hasVertical(row)) return detail::isSecondFace(row.vertical_angle) ? 1 : 0;
     if (before == nullptr) return 0;
-    return std::abs(difference(row.horizontal_angle - before->firstReading)) > detail::kPi / 2 ? 1 : 0;
+    return std::abs(foldedAngle(row.horizontal_angle - before->firstReading)) > utils::kPi / 2 ? 1 : 0;
   }
 
   /// The round that the row belongs to: a new one when the first target of the last one reads another value.
@@ -185,8 +187,8 @@ class Reducer {
     Round& last = current->rounds.back();
     if (last.targets.empty() || last.names.names().front() != row.name) return last;
     Sighted const& zero = last.targets.front();
-    double const reading = row.horizontal_angle - faceOf(row, &zero) * detail::kPi;
-    if (std::abs(difference(reading - zero.firstReading)) <= kSameReading) return last;
+    double const reading = row.horizontal_angle - faceOf(row, &zero) * utils::kPi;
+    if (std::abs(foldedAngle(reading - zero.firstReading)) <= kSameReading) return last;
     std::size_t const occupation = last.occupation;
     current->rounds.emplace_back();
     current->rounds.back().occupation = occupation;
@@ -269,7 +271,7 @@ class Reducer {
     for (std::size_t i = 0; i < round.targets.size(); ++i) {
       CircleMean& mean = means[numberAt(station, round, i)];
       double const direction = round.targets[i].direction() + turn.value();
-      if (!mean.isEmpty() && std::abs(difference(direction - mean.value())) > kRoundTolerance) {
+      if (!mean.isEmpty() && std::abs(foldedAngle(direction - mean.value())) > kRoundTolerance) {
         tell(FieldFinding::Warning, station.name, {round.names.names()[i]},
              "the direction differs by more than 30\" from that of the rounds before", round.targets[i].firstRow);
       }
@@ -292,9 +294,9 @@ class Reducer {
       FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
       TraverseDataInfo const& first = rows[pair.firstRow];
       TraverseDataInfo const& second = rows[pair.secondRow];
-      pair.doubleCollimation = difference(first.horizontal_angle - second.horizontal_angle - detail::kPi);
+      pair.doubleCollimation = foldedAngle(first.horizontal_angle - second.horizontal_angle - utils::kPi);
       if (hasVertical(first) && hasVertical(second)) {
-        pair.indexError = (first.vertical_angle + second.vertical_angle - detail::kFullCircle) / 2;
+        pair.indexError = (first.vertical_angle + second.vertical_angle - utils::kFullCircle) / 2;
       }
       if (std::abs(pair.indexError) > kSameReading) {
         tell(FieldFinding::Warning, station.name, {name}, "the vertical readings of the faces differ by more than 12'",

@@ -3,6 +3,7 @@
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
 #include "formats/INetworkDataCollection.h"
+#include "records/detail/Recorded.h"
 #include "reduction/NetworkDataCollection.h"
 
 #include <utils/Degree.h>
@@ -15,9 +16,6 @@
 
 namespace kvn {
 namespace {
-
-// A value at or below this is not there yet; radians and metres.
-constexpr double kNotThere = 1e-8;
 
 /// The lines of one station while its occupations are added up.
 ///
@@ -109,8 +107,8 @@ void joinPairs(std::vector<NetworkDataInfo>& lines) {
       continue;
     }
     NetworkDataInfo& first = lines[entry->second];
-    if (first.horizontal_distance <= kNotThere) first.horizontal_distance = line.horizontal_distance;
-    if (first.horizontal_angle <= kNotThere) first.horizontal_angle = line.horizontal_angle;
+    if (first.horizontal_distance <= detail::kNotRecorded) first.horizontal_distance = line.horizontal_distance;
+    if (first.horizontal_angle <= detail::kNotRecorded) first.horizontal_angle = line.horizontal_angle;
   }
   lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(kept), lines.end());
 }

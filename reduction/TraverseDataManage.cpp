@@ -2,7 +2,8 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
-#include "reduction/detail/Circle.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,7 @@ constexpr double kBelowZero = -1e-06;                     // radians or metres; 
 bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePointType::StationPoint; }
 bool isTarget(TraverseDataInfo const& row) { return row.pointType == TraversePointType::PrismPoint; }
 
-bool isInRange(double angle) { return angle >= kBelowZero && angle <= detail::kFullCircle; }  // NaN is not
+bool isInRange(double angle) { return angle >= kBelowZero && angle <= utils::kFullCircle; }  // NaN is not
 
 bool checkStationNames(std::vector<TraverseDataInfo>& rows) {
   std::unordered_map<std::string, TraverseDataInfo*> firstOf;
@@ -75,7 +76,7 @@ std::vector<std::uint64_t> keysOf(std::vector<TraverseDataInfo> const& rows) {
 using Sights = std::vector<TraverseDataInfo*>;
 
 bool differByHalfCircle(TraverseDataInfo const* first, TraverseDataInfo const* second) {
-  return std::abs(std::abs(first->horizontal_angle - second->horizontal_angle) - detail::kPi) <= kFaceTolerance;
+  return std::abs(std::abs(first->horizontal_angle - second->horizontal_angle) - utils::kPi) <= kFaceTolerance;
 }
 
 bool agreesWithAllOthers(TraverseDataInfo const* sight, Sights const& sights) {

@@ -4,7 +4,7 @@
 #include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/LooseGroups.h"
 #include "adjust/start/StartSearch.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <QStringList>
 #include <algorithm>
@@ -144,8 +144,8 @@ void PlaneEngine::explainFailure() {
   determine(true);
   // Gross errors that have been told may be the reason.
   if (!coincidentPoints.empty() || !looseMotions.empty() || !suspects.empty()) return;
-  say(System::tr("The normal equations lose their digits: the a-priori errors or the lengths of the sights are too "
-                 "different in size"),
+  say(Messages::tr("The normal equations lose their digits: the a-priori errors or the lengths of the sights are too "
+                   "different in size"),
       Error);
 }
 
@@ -158,7 +158,7 @@ void PlaneEngine::determine(bool hasFailed) {
     for (auto const& [a, b] : coincidentPoints) {
       pairs << QStringLiteral("%1, %2").arg(QString::fromStdString(a), QString::fromStdString(b));
     }
-    say(System::tr("Observations between points at one place: %1").arg(pairs.join(QStringLiteral("; "))), Error);
+    say(Messages::tr("Observations between points at one place: %1").arg(pairs.join(QStringLiteral("; "))), Error);
   }
   if (!looseMotions.empty()) say(worded(looseMotions), Error);
 }

@@ -4,9 +4,9 @@
 #include "adjust/input/Missing.h"
 #include "core/AlgorithmException.h"
 #include "core/DataException.h"
-#include "core/System.h"
 #include "records/TraverseDataInfo.h"
 #include "records/VRDStations.h"
+#include "records/detail/Messages.h"
 
 #include <utils/QLogicError.h>
 
@@ -34,10 +34,10 @@ VRDSightInfo sightOf(TraverseDataInfo const& row) {
 /// Appends the row to the stations; `number` counts from 1.
 void group(TraverseDataInfo const& row, std::size_t number, std::vector<VRDStations>& stations) {
   if (row.pointType == TraversePointType::PrismPoint) {
-    if (row.name.empty()) throw QLogicError(System::tr("the line %1 row_number is empty").arg(number));
+    if (row.name.empty()) throw QLogicError(Messages::tr("the line %1 row_number is empty").arg(number));
     stations.back().sights.push_back(sightOf(row));
   } else if (row.pointType == TraversePointType::StationPoint) {
-    if (row.name.empty()) throw QLogicError(System::tr("The line %1 error").arg(number));
+    if (row.name.empty()) throw QLogicError(Messages::tr("The line %1 error").arg(number));
     stations.push_back(stationOf(row));
   }
 }
@@ -46,7 +46,7 @@ std::vector<VRDStations> groupByStation(std::vector<TraverseDataInfo> const& row
   std::vector<VRDStations> stations;
   if (rows.empty()) return stations;
   if (rows.front().pointType != TraversePointType::StationPoint) {
-    throw DataException(System::tr("The line %1 error").arg(1).toStdString());
+    throw DataException(Messages::tr("The line %1 error").arg(1).toStdString());
   }
   stations.push_back(stationOf(rows.front()));
   for (std::size_t i = 1; i < rows.size(); ++i) group(rows[i], i + 1, stations);
@@ -80,7 +80,7 @@ void AlgorithmData::readFaces(VRDStations const& station) {
     knPoints.push_back(std::move(point));
   }
   if (station.sights.size() % 2 != 0) {
-    throw QLogicError(System::tr("Station point name %1 error").arg(QString::fromStdString(station.name)));
+    throw QLogicError(Messages::tr("Station point name %1 error").arg(QString::fromStdString(station.name)));
   }
   if (!station.sights.empty()) stations.push_back(detail::faceMeans(station));
 }

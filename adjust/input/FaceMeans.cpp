@@ -3,6 +3,9 @@
 #include "adjust/NameIndex.h"
 #include "adjust/input/EraseStepping.h"
 #include "adjust/input/PairKey.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <array>
@@ -16,29 +19,29 @@
 namespace kvn::detail {
 namespace {
 
-double const kPi = std::acos(-1.0);
+using utils::kFullCircle;
+using utils::kPi;
+
 // From here up to the full circle a first target is taken as just below zero: 359.5 degrees.
-double const kNearFullCircle = 1.9972222222222222 * kPi;
-double const kHalfDegree = kPi / 360;
+constexpr double kNearFullCircle = 1.9972222222222222 * kPi;
+constexpr double kHalfDegree = kPi / 360;
 // What the two faces of one sight may differ by; 1 minute.
-double const kFaceDifference = kPi / 10800;
-// A distance at or below this is none; metres.
-constexpr double kNoDistance = 1e-8;
+constexpr double kFaceDifference = kPi / 10800;
 
 /// Readings of the first face, and those of the second brought onto it.
 std::vector<double> firstFaceReadings(std::vector<VRDSightInfo> const& sights) {
   std::size_t const n = sights.size();
   std::vector<double> h(n);
   for (std::size_t k = 0; k < n; ++k) h[k] = sights[k].horizontalAngle;
-  if (h[0] > kNearFullCircle) h[0] -= 2 * kPi;
+  if (h[0] > kNearFullCircle) h[0] -= kFullCircle;
   for (std::size_t k = n / 2; k < n; ++k) {
     h[k] -= kPi;
-    if (h[k] < 0) h[k] += 2 * kPi;
+    if (h[k] < 0) h[k] += kFullCircle;
   }
   // The second face of a first target near zero may read just below 180 degrees: without this the mean of 0°00'02" and
   // 179°59'58" would be 180 degrees and not 0. Farther from zero two readings that differ by more than a half circle
   // are no pair of faces, and stay as they are: nothing tells which of them is wrong.
-  if (std::abs(h[0]) < kHalfDegree && h[n - 1] > kNearFullCircle - kFaceDifference) h[n - 1] -= 2 * kPi;
+  if (std::abs(h[0]) < kHalfDegree && h[n - 1] > kNearFullCircle - kFaceDifference) h[n - 1] -= kFullCircle;
   return h;
 }
 
@@ -53,9 +56,10 @@ StationInfo faceMeans(VRDStations const& station) {
   for (std::size_t k = 0; k < n / 2; ++k) {
     std::size_t const partner = n - k - 1;
     // The lift by a full circle changes nothing but the last bits, which are the same as ever for the first target.
-    double const mean = k == 0 ? ((h[0] + 2 * kPi) + (h[partner] + 2 * kPi)) / 2 - 2 * kPi : (h[k] + h[partner]) / 2;
+    double const mean =
+        k == 0 ? ((h[0] + kFullCircle) + (h[partner] + kFullCircle)) / 2 - kFullCircle : (h[k] + h[partner]) / 2;
     info.directions.push_back({{}, sights[k].name, mean, 1});
-    if (sights[k].horizontalDistance > kNoDistance) {
+    if (sights[k].horizontalDistance > kNotRecorded) {
       double const distance = (sights[k].horizontalDistance + sights[partner].horizontalDistance) / 2;
       info.lines.push_back({station.name, sights[k].name, distance, 1});
     }

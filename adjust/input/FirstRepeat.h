@@ -11,7 +11,7 @@
 
 namespace kvn::detail {
 
-/// Of the names that come twice, the one whose first place comes first; null when there is none.
+/// The earliest entry of the list whose name appears again later; null when there is none.
 ///
 /// @param nameOf  gives a reference to the name inside an entry of the list.
 template <typename List, typename NameOf>

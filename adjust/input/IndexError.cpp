@@ -1,5 +1,7 @@
 #include "adjust/input/IndexError.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -10,13 +12,12 @@
 namespace kvn::detail {
 namespace {
 
-double const kPi = std::acos(-1.0);
 // Far above what an instrument out of adjustment has, far below what two different targets differ by.
-double const kLargest = 0.1 * kPi / 180.0;
+constexpr double kLargest = 0.1 * utils::kPi / 180.0;
 
 bool hasReading(TraverseDataInfo const& row) {
   return row.pointType == TraversePointType::PrismPoint && row.verticalAngleType == FullCircleZenith &&
-         row.angleMark != 0.0 && row.vertical_angle > 0.0 && row.vertical_angle < 2 * kPi;
+         row.angleMark != 0.0 && row.vertical_angle > 0.0 && row.vertical_angle < utils::kFullCircle;
 }
 
 struct Faces {
@@ -37,14 +38,14 @@ double indexErrorOf(std::vector<TraverseDataInfo> const& rows, std::size_t begin
   for (std::size_t i = begin; i < end; ++i) {
     if (!hasReading(rows[i])) continue;
     Faces& faces = facesOf[{rows[i].name, rows[i].instrument}];
-    int const face = rows[i].vertical_angle > kPi ? 1 : 0;
+    int const face = rows[i].vertical_angle > utils::kPi ? 1 : 0;
     faces.sums[face] += rows[i].vertical_angle;
     ++faces.counts[face];
   }
   std::vector<double> errors;
   for (auto const& [target, faces] : facesOf) {
     if (faces.counts[0] == 0 || faces.counts[1] == 0) continue;
-    double const error = (faces.sums[0] / faces.counts[0] + faces.sums[1] / faces.counts[1] - 2 * kPi) / 2;
+    double const error = (faces.sums[0] / faces.counts[0] + faces.sums[1] / faces.counts[1] - utils::kFullCircle) / 2;
     if (std::abs(error) <= kLargest) errors.push_back(error);
   }
   return median(std::move(errors));

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "adjust/NameIndex.h"
-#include "core/System.h"
 #include "records/CalculationRecords.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 
 #include <QString>
 #include <QStringList>
@@ -21,9 +21,7 @@ inline void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameInde
   for (PointInfo const& point : knownPoints) {
     if (!observed.contains(point.name)) names.append(QString::fromStdString(point.name));
   }
-  System const* const system = System::Instance();
-  if (names.isEmpty() || system == nullptr) return;
-  system->sendMessage(text.arg(listedNames(names)), Warning);
+  if (!names.isEmpty()) Messages::send(text.arg(listedNames(names)), Warning);
 }
 
 }  // namespace kvn::detail

@@ -84,8 +84,8 @@ struct Group {
   double elements() const { return columnSize * (columnSize + 1.0) / 2.0 + columnSize * rowSize; }
 };
 
-/// Fronts of blocks that come one behind the other with the same rows, and then those larger ones that hold few
-/// elements in vain.
+/// Fundamental supernodes (neighbouring blocks with the same rows), then their amalgamation into larger fronts as long
+/// as few explicit zeros result.
 class Gathering {
  public:
   /// @param blockGraph  numbered in an order in which each block stands behind all below it in `tree`.
@@ -229,7 +229,7 @@ FrontTree::FrontTree(BlockGraph const& graph, std::vector<int> const& order, Pol
   }
   Gathering gathering(ordered, tree, effort);
 
-  // The order of children in which the least has to wait: first those that need much and leave little.
+  // Child order with the smallest update stack: largest (peak - update size) first (Liu 1986).
   std::vector<double> peak(gathering.groups.size(), 0.0);
   for (std::size_t g = 0; g < gathering.groups.size(); ++g) {
     effort.step();

@@ -22,9 +22,8 @@ enum class PivotRule {
 /// subtractions in the same order as one after the other, but on processors that round a product and its subtraction
 /// together the remainders are different ones.
 ///
-/// @param a  lower triangle by rows, n (n + 1) / 2 elements: element (i, j), i >= j, at i (i + 1) / 2 + j. Elements
-/// that
-///           are not finite spoil the result but end no differently.
+/// @param a  lower triangle by rows, n (n + 1) / 2 elements: element (i, j), i >= j, at i (i + 1) / 2 + j. With
+///           elements that are not finite it ends as usual, with a result that cannot be used.
 bool invertPacked(double* a, std::size_t n, PivotRule rule);
 
 }  // namespace kvn::detail

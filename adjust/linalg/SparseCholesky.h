@@ -54,7 +54,7 @@ class SparseCholesky {
 
   /// Solves N x = b in place. After `factor`.
   void solve(std::vector<double>& x, Poll const& poll = {}) const;
-  /// Vectors at random of those that N takes to nothing, or nearly: what is held is 0 in them. Free are the pivots
+  /// Random vectors of the (numerical) null space of N; determined unknowns are 0 in them. Free are the pivots
   /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
   /// unknown. To be called after `factor` with a ridge far below that.
   std::vector<std::vector<double>> freeVectors(double weakness, int count) const;
@@ -71,7 +71,7 @@ class SparseCholesky {
   /// The elements of the inverse of unknowns that cliques bring together, row by row into q[count * count].
   void block(int const* at, int count, double* q) const;
 
-  /// Elements of the factor, those that the fronts hold in vain included.
+  /// Stored elements of the factor, explicit zeros included.
   std::size_t factorSize() const { return tree.factorStarts.back(); }
 
  private:

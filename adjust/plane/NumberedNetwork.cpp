@@ -1,13 +1,8 @@
 #include "adjust/plane/NumberedNetwork.h"
 
-#include "adjust/CommonFunction.h"
-
-#include <cmath>
 #include <tuple>
 
 namespace kvn::detail {
-
-double foldedAngle(double angle) { return std::remainder(angle, 2.0 * CommonFunction::m_PI); }
 
 void NumberedNetwork::buildLookups(Poll const& poll) {
   stationsOfPoint = NumberLists(points, stationPoint);

@@ -5,6 +5,8 @@
 #include "adjust/plane/NumberLists.h"
 #include "adjust/plane/PairTable.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <complex>
 #include <cstddef>
@@ -15,8 +17,7 @@ namespace kvn::detail {
 /// A place in the plane, x + i y: x north, y east. A product with e^(i a) turns by the azimuth a.
 using Place = std::complex<double>;
 
-/// Angle onto -π to π, radians.
-double foldedAngle(double angle);
+using utils::foldedAngle;
 
 /// Place by azimuth (radians) and distance from the origin.
 inline Place polar(double distance, double azimuth) { return std::polar(distance, azimuth); }

@@ -16,19 +16,19 @@ namespace {
 
 constexpr int kBase = -1;
 constexpr int kNowhere = -2;
-// Starts for each unknown; a solution that so many of them come to is taken for the only one when no other turned up.
+// Starts for each unknown, and their least and greatest number in all.
 constexpr int kStartsForEach = 30;
 constexpr int kFewestStarts = 300;
 constexpr int kMostStarts = 600;
+// A solution counts as the only one when this many starts reached it and no other solution appeared.
 constexpr int kSureHits = 5;
-// The same where an observation without which nothing would be held lets several solutions be expected.
+// The same when some observation has leverage 1, so that nothing checks it: several solutions are then likely.
 constexpr int kManyHits = 40;
 constexpr double kFullLeverage = 1.0 - 1e-6;
 constexpr int kIterations = 60;
-// Residuals are compared with the size of the whole: what fits to this is the same as far as the start can tell, what
-// does not fit to that is no solution.
+// Relative misfit (RMS residual / extent): below kFits, plus kErrors a-priori errors, a solution explains the
+// observations; above kFitsRoughly it is discarded.
 constexpr double kFits = 5e-5;
-// Beside that, so many a-priori errors.
 constexpr double kErrors = 5.0;
 constexpr double kFitsRoughly = 0.03;
 constexpr double kSamePlace = 1e-4;
@@ -363,9 +363,9 @@ struct BodySolver::System {
 
   enum class Hold { Loose, Firm, Twice };
 
-  /// How the observations hold the unknowns at these values: Twice when they still do without any one of them. A place
-  /// at which the observations do not agree says too much: bodies that share a point would be held by what turns all of
-  /// them about it.
+  /// How the observations hold the unknowns at these values: Twice when they still do without any one of them.
+  /// To be asked only at a solution: away from one the Jacobian can have more rank than the observations justify
+  /// (bodies that share a point would seem held by what turns all of them about it).
   Hold holdAt(Vector const& x) const {
     Vector r(rows());
     Matrix j(rows(), unknowns);

@@ -14,7 +14,7 @@ namespace {
 // Sines of 6 degrees, 1 degree and 5 minutes: a place is the better, the sharper its loci cross.
 constexpr double kSharpness[] = {0.1, 0.017, 0.0015};
 constexpr int kRoot = 0;
-// So few new points have not let errors grow.
+// The frame is refined only after this many new points: fewer have not let errors grow.
 constexpr std::size_t kFewPoints = 10;
 constexpr double kMeeting = 1e4;  // multiplications in the time of a look at one point
 

@@ -12,7 +12,6 @@ constexpr double kFlatArc = 1e-6;
 // A place this near to an end of a chord, as a share of its length, is that end.
 constexpr double kAtEnd = 1e-6;
 
-double cross(Place u, Place v) { return u.real() * v.imag() - u.imag() * v.real(); }
 double dot(Place u, Place v) { return u.real() * v.real() + u.imag() * v.imag(); }
 
 Place unit(Place v) {

@@ -7,6 +7,9 @@
 
 namespace kvn::detail {
 
+/// u × v: the area of the parallelogram of two vectors, above 0 where v lies clockwise of u as azimuths count.
+inline double cross(Place u, Place v) { return u.real() * v.imag() - u.imag() * v.real(); }
+
 /// What one observation between an unknown point and placed points says of its place:
 ///
 ///     ray       an oriented direction from a placed point, or to one: a half line

@@ -16,8 +16,8 @@ constexpr std::size_t kJudges = 40;
 constexpr double kAgreement = 10.0;
 // Two candidates nearer than this share of their distance to the placed points are one.
 constexpr double kSamePlace = 0.005;
-// Another candidate is a rival when it misses no observation by more than so many times what the best one misses, or
-// than so many tolerances, which is more than the errors of good observations.
+// The place is ambiguous if the worst offset of another candidate is at most kRival times that of the best one, or
+// kAsGood tolerances, which is more than the errors of good observations.
 constexpr double kRival = 5.0;
 constexpr double kAsGood = 0.2;
 // Loci that cross at less than this sine do not tell where: they are the same line as far as the errors allow.
@@ -31,8 +31,6 @@ struct Candidate {
   double worst;      ///< offset, in tolerances
   std::size_t pair;  ///< number of the pair of loci
 };
-
-double cross(Place u, Place v) { return std::abs(u.real() * v.imag() - u.imag() * v.real()); }
 
 bool agrees(Locus const& locus, Place place) { return locus.offset(place) <= kAgreement * locus.tolerance(place); }
 
@@ -51,7 +49,7 @@ void addMeets(Locus const& first, Locus const& second, std::size_t pair, std::ve
   for (Place const place : intersections(first, second)) {
     if (!std::isfinite(place.real()) || !std::isfinite(place.imag())) continue;
     if (!agrees(first, place) || !agrees(second, place)) continue;
-    double const crossing = cross(first.tangent(place), second.tangent(place));
+    double const crossing = std::abs(cross(first.tangent(place), second.tangent(place)));
     if (crossing >= kTouching) candidates.push_back(judged(place, crossing, pair, judges));
   }
 }

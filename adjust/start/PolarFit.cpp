@@ -19,8 +19,8 @@ constexpr double kFreeMove = 1e-6;
 // Residuals beyond so many of their median call for another round with other weights, and moves beyond as many errors.
 constexpr double kMisfit = 20.0;
 constexpr int kMostRounds = 8;
-// A station whose scale is off by more than this is not held by what it shares with others. Nothing but the known
-// points keeps the equations from being solved by zeros: a group that hangs on one point shrinks into it.
+// A station whose fitted scale is off by more than this share is dropped: the equations of a group that is attached to
+// one known point are fitted best by shrinking the group to that point.
 constexpr double kScale = 0.1;
 
 class PolarSystem {

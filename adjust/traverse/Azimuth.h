@@ -1,16 +1,17 @@
 // The one azimuth rule: from north (x) toward east (y).
 #pragma once
 
-#include "adjust/CommonFunction.h"
+#include <utils/Circle.h>
 
 #include <cmath>
 
 namespace kvn::detail {
 
-/// Onto the circle, radians; 0 and 2π both stay as they are.
+/// Onto the circle, radians; 0 and 2π both stay as they are. Not `utils::onCircle`, which makes 0 of 2π and divides
+/// once: the azimuths of traverses are given to the last bit as repeated additions make them.
 inline double ontoCircle(double angle) {
-  while (angle < 0.0) angle += 2.0 * CommonFunction::m_PI;
-  while (angle > 2.0 * CommonFunction::m_PI) angle -= 2.0 * CommonFunction::m_PI;
+  while (angle < 0.0) angle += utils::kFullCircle;
+  while (angle > utils::kFullCircle) angle -= utils::kFullCircle;
   return angle;
 }
 

@@ -1,7 +1,7 @@
 #include "adjust/traverse/TraverseStations.h"
 
 #include "core/DataException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <cmath>
 #include <unordered_map>
@@ -76,7 +76,7 @@ bool followForePoints(std::vector<TraverseInfo>& chain, std::vector<TraverseInfo
 
 void refuseWithoutDistance(TraverseInfo const& station) {
   QString const name = QString::fromStdString(station.stationPoint.name);
-  throw DataException(System::tr("Station name [%1] distance is 0").arg(name).toStdString());
+  throw DataException(Messages::tr("Station name [%1] distance is 0").arg(name).toStdString());
 }
 
 }  // namespace kvn::detail

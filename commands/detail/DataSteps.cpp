@@ -1,7 +1,6 @@
 #include "commands/detail/DataSteps.h"
 
 #include "core/Project.h"
-#include "core/System.h"
 #include "map/MapScene.h"
 
 namespace kvn::detail {
@@ -40,11 +39,6 @@ void apply(Json::Value const& value, double& field) {
 
 void apply(Json::Value const& value, bool& field) {
   if (value.isBool()) field = value.asBool();
-}
-
-void tell(QString const& text, MessType type) {
-  System const* const system = System::Instance();
-  if (system != nullptr) system->sendMessage(text, type);
 }
 
 void redrawMap(Project& project) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "commands/Command.h"
-#include "records/MessType.h"
 
 #include <json/value.h>
 #include <QString>
@@ -62,9 +61,6 @@ std::optional<QString> failureOf(Call const& call) {
   }
   return std::nullopt;
 }
-
-/// To the host, if there is a system that knows one.
-void tell(QString const& text, MessType type);
 
 /// Takes everything off the map and draws it again. @throws QLogicError "User Cancel".
 void redrawMap(Project& project);

@@ -1,6 +1,6 @@
 #include "formats/detail/FieldText.h"
 
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
 #include <utils/Number.h>
@@ -15,7 +15,7 @@ std::string dms(double radians) {
   return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();
 }
 
-DataException wrongFormat() { return DataException(System::tr("The Format of Data is wrong").toStdString()); }
+DataException wrongFormat() { return DataException(Messages::tr("The Format of Data is wrong").toStdString()); }
 
 double requiredNumber(std::string_view field) {
   std::optional<double> const number = utils::fullNumber(field);

@@ -1,7 +1,7 @@
 #include "formats/detail/FileAccess.h"
 
 #include "core/DataException.h"
-#include "core/System.h"
+#include "records/detail/Messages.h"
 
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
@@ -28,9 +28,8 @@ void readStream(std::optional<std::string> const& bytes, std::function<void(std:
 }
 
 void tellFailure(QString const& path, QString const& reason) {
-  System const* const system = System::Instance();
-  if (reason.isEmpty() || system == nullptr) return;
-  system->sendMessage(System::tr("The file was not written: %1").arg(utils::readablePath(path) + ": " + reason), Error);
+  if (reason.isEmpty()) return;
+  Messages::send(Messages::tr("The file was not written: %1").arg(utils::readablePath(path) + ": " + reason), Error);
 }
 
 }  // namespace
@@ -50,13 +49,13 @@ void readFile(std::string const& localPath, std::function<void(std::istream&)> c
 
 QByteArray qtBytes(std::string const& bytes) {
   if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    throw DataException(System::tr("the file is larger than 2 GB").toStdString());
+    throw DataException(Messages::tr("the file is larger than 2 GB").toStdString());
   }
   return QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 void requireNoReadError(std::istream const& stream) {
-  if (stream.bad()) throw DataException(System::tr("the file could not be read to its end").toStdString());
+  if (stream.bad()) throw DataException(Messages::tr("the file could not be read to its end").toStdString());
 }
 
 void replaceFile(QString const& path, std::function<void(std::ostream&)> const& print) {

@@ -1,5 +1,7 @@
 #include "formats/detail/PointText.h"
 
+#include <utils/Utf8.h>
+
 #include <QTextCodec>
 #include <algorithm>
 #include <array>
@@ -14,23 +16,13 @@ constexpr std::array<int, 28> kWithAscii{
     112, 113, 114, kUtf8, 2025, 2250, 2251, 2252, 2253, 2254, 2255, 2256, 2257, 2258,
 };
 
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
-
-/// Size of the well-formed sequence at the start of the text; 0 when there is none, and for marks of byte order
-/// and code points that are no characters, which converters treat in their own ways.
+/// Size of the well-formed sequence of two or three bytes at the start of the text; 0 when there is none, and for marks
+/// of byte order and code points that are no characters, with their neighbours, which converters treat in their own
+/// ways.
 std::size_t sequenceAt(std::string_view text) {
-  auto const at = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
-  unsigned const lead = at(0);
-  if (lead >= 0xC2 && lead <= 0xDF) return (at(1) & 0xC0U) == 0x80U ? 2 : 0;
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    bool const isMark = lead == 0xEF && (at(1) == 0xB7 || at(1) == 0xBB || at(1) == 0xBF);
-    bool const isLong = lead == 0xE0 && at(1) < 0xA0;
-    bool const isSurrogate = lead == 0xED && at(1) >= 0xA0;
-    return !isMark && !isLong && !isSurrogate && text.size() >= 3 && isContinuation(text[1]) && isContinuation(text[2])
-               ? 3
-               : 0;
-  }
-  return 0;
+  auto const [code, size] = utils::firstUtf8(text);
+  bool const isMark = code >> 6U == 0xFDC0 >> 6U || code >> 6U == 0xFEC0 >> 6U || code >> 6U == 0xFFC0 >> 6U;
+  return isMark || size == 4 ? 0 : size;
 }
 
 bool isPlain(std::string_view text, bool mayBeUtf8) {

@@ -1,3 +1,4 @@
+#include <utils/Circle.h>
 #include <utils/Degree.h>
 
 #include <array>
@@ -10,7 +11,6 @@
 namespace utils {
 namespace {
 
-double const kPi = std::acos(-1.0);
 constexpr double kSecondsPerDegree = 3600.0;
 // Above this many units of the last place the split into fields would lose digits; no angle comes near it.
 constexpr double kLargestUnits = 9.0e15;
@@ -36,17 +36,17 @@ double number(std::string const& digits, double outOfRange) {
 /// Decimal degrees of DD and MMSSsss of up to nine digits each, by whole numbers: the same to the last bit as by texts,
 /// because the division of two numbers that are exact gives the nearest double to the seconds.
 double shortFields(std::string_view whole, std::string_view decimals) {
-  constexpr std::array<std::uint32_t, 6> kPowersOfTen{1, 10, 100, 1000, 10000, 100000};
+  constexpr std::array<std::uint32_t, 6> kPowers{1, 10, 100, 1000, 10000, 100000};
   auto const numberIn = [](std::string_view digits, std::uint32_t before) {
     for (char const digit : digits) before = before * 10 + static_cast<std::uint32_t>(digit - '0');
     return before;
   };
   std::uint32_t minutes = numberIn(decimals.substr(0, 2), 0);
-  if (decimals.size() < 2) minutes *= kPowersOfTen[2 - decimals.size()];
+  if (decimals.size() < 2) minutes *= kPowers[2 - decimals.size()];
   std::string_view const tail = decimals.size() > 2 ? decimals.substr(2) : std::string_view{};
   std::uint32_t secondDigits = numberIn(tail, 0);
-  if (tail.size() < 2) secondDigits *= kPowersOfTen[2 - tail.size()];
-  double const seconds = double(secondDigits) / double(kPowersOfTen[tail.size() > 2 ? tail.size() - 2 : 0]);
+  if (tail.size() < 2) secondDigits *= kPowers[2 - tail.size()];
+  double const seconds = double(secondDigits) / double(kPowers[tail.size() > 2 ? tail.size() - 2 : 0]);
   return ((double(numberIn(whole, 0)) * 60.0 + double(minutes)) * 60.0 + seconds) / kSecondsPerDegree;
 }
 
@@ -94,67 +94,77 @@ bool readDms(std::string_view text, double& degrees) {
   return readFields(QString::number(plain, 'f', 10).toStdString(), degrees);
 }
 
-QString padded(std::int64_t value, int width) { return QString::number(value).rightJustified(width, QLatin1Char('0')); }
+constexpr std::array<std::int64_t, 12> kPowersOfTen{
+    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000, 10000000000, 100000000000};
+
+std::int64_t powerOfTen(int exponent) { return kPowersOfTen[static_cast<std::size_t>(exponent)]; }
+
+/// With zeros in front, up to `width` digits.
+void appendPadded(std::string& text, std::int64_t number, int width) {
+  for (std::int64_t unit = powerOfTen(width - 1); unit > 0; unit /= 10) {
+    text += static_cast<char>('0' + number / unit % 10);
+  }
+}
 
 struct Separators {
   char const* afterDegrees;
   char const* afterMinutes;
   char const* afterSeconds;
-  int fieldWidth;  ///< minutes and seconds are filled with zeros to this width
 };
 
 Separators separators(DMSFormat format) {
   switch (format) {
     case DDMMSS:
-      return {"", "", "", 2};
+      return {"", "", ""};
     case DDSMMSSS:
-      return {" ", " ", "", 2};
+      return {" ", " ", ""};
     case DDCMMCSS:
-      return {":", ":", "", 2};
+      return {":", ":", ""};
     case DDPMMSS:
     case DegreeToDDPMMSS:
-      return {".", "", "", 2};
+      return {".", "", ""};
     default:
-      return {"\u00B0", "\u2032", "\u2033", 2};
+      return {"\u00B0", "\u2032", "\u2033"};
   }
 }
 
 /// Sexagesimal text of |degrees|, rounded to whole units of 10^-decimals seconds before it is cut into fields.
-QString sexagesimal(double degrees, DMSFormat format, int decimals) {
-  double const scale = std::pow(10.0, decimals);
-  double const rounded = std::round(std::abs(degrees) * kSecondsPerDegree * scale);
-  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17);
+/// In UTF-8.
+std::string sexagesimal(double degrees, DMSFormat format, int decimals) {
+  std::int64_t const perSecond = powerOfTen(decimals);
+  double const rounded = std::round(std::abs(degrees) * kSecondsPerDegree * static_cast<double>(perSecond));
+  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17).toStdString();
   auto const units = static_cast<std::int64_t>(rounded);
-  auto const perSecond = static_cast<std::int64_t>(scale);
   std::int64_t const seconds = units / perSecond;
 
   Separators const by = separators(format);
-  QString text = units != 0 && degrees < 0.0 ? QStringLiteral("-") : QString();
-  text += QString::number(seconds / 3600) + QString::fromUtf8(by.afterDegrees);
-  text += padded(seconds / 60 % 60, by.fieldWidth) + QString::fromUtf8(by.afterMinutes);
-  text += padded(seconds % 60, by.fieldWidth);
+  std::string text(units != 0 && degrees < 0.0 ? "-" : "");
+  text += std::to_string(seconds / 3600);
+  text += by.afterDegrees;
+  appendPadded(text, seconds / 60 % 60, 2);
+  text += by.afterMinutes;
+  appendPadded(text, seconds % 60, 2);
   if (decimals > 0) {
-    if (*by.afterMinutes != '\0' || format == DDMMSS) text += QLatin1Char('.');
-    text += padded(units % perSecond, decimals);
+    if (*by.afterMinutes != '\0' || format == DDMMSS) text += '.';
+    appendPadded(text, units % perSecond, decimals);
   }
-  return text + QString::fromUtf8(by.afterSeconds);
+  return text += by.afterSeconds;
 }
 
 /// Degrees and decimal minutes; two more decimals than the seconds have, to keep the resolution.
-QString degreesAndMinutes(double degrees, DMSFormat format, int secondDecimals) {
+std::string degreesAndMinutes(double degrees, DMSFormat format, int secondDecimals) {
   int const decimals = secondDecimals + 2;
-  double const scale = std::pow(10.0, decimals);
-  double const rounded = std::round(std::abs(degrees) * 60.0 * scale);
-  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17);
+  std::int64_t const perMinute = powerOfTen(decimals);
+  double const rounded = std::round(std::abs(degrees) * 60.0 * static_cast<double>(perMinute));
+  if (!(rounded < kLargestUnits)) return QString::number(degrees, 'g', 17).toStdString();
   auto const units = static_cast<std::int64_t>(rounded);
-  auto const perMinute = static_cast<std::int64_t>(scale);
-  QString text = units != 0 && degrees < 0.0 ? QStringLiteral("-") : QString();
-  text += QString::number(units / perMinute / 60);
-  text += format == DDPMM ? QStringLiteral(".") : format == DDCMM ? QStringLiteral(":") : QStringLiteral("\u00B0");
-  text += padded(units / perMinute % 60, 2);
-  if (format != DDPMM) text += QLatin1Char('.');
-  text += padded(units % perMinute, decimals);
-  return format == DDRMMR ? text + QStringLiteral("\u2032") : text;
+  std::string text(units != 0 && degrees < 0.0 ? "-" : "");
+  text += std::to_string(units / perMinute / 60);
+  text += format == DDPMM ? "." : format == DDCMM ? ":" : "\u00B0";
+  appendPadded(text, units / perMinute % 60, 2);
+  if (format != DDPMM) text += '.';
+  appendPadded(text, units % perMinute, decimals);
+  return format == DDRMMR ? text += "\u2032" : text;
 }
 
 }  // namespace
@@ -165,17 +175,17 @@ Degree::Degree(double degrees, int /*mark*/) : value(degrees) {}
 
 Radian Degree::toRadian() const { return Radian(value / 180.0 * kPi); }
 
-QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) const {
+std::string Degree::toUtf8(DMSFormat format, int secondDecimals) const {
   int const decimals = secondDecimals < 0 ? 0 : secondDecimals > 9 ? 9 : secondDecimals;
   switch (format) {
     case RADIAN:
-      return QString::number(double(toRadian()), 'f', decimals + 6);
+      return QString::number(double(toRadian()), 'f', decimals + 6).toStdString();
     case DEGREE:
-      return QString::number(value, 'f', decimals + 4);
+      return QString::number(value, 'f', decimals + 4).toStdString();
     case Gon:
-      return QString::number(value / 0.9, 'f', decimals + 4);
+      return QString::number(value / 0.9, 'f', decimals + 4).toStdString();
     case Honey:
-      return QString::number(value / 360.0 * 6000.0, 'f', decimals + 2);
+      return QString::number(value / 360.0 * 6000.0, 'f', decimals + 2).toStdString();
     case DDCMM:
     case DDRMMR:
     case DDPMM:
@@ -187,6 +197,10 @@ QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) con
   }
 }
 
+QString Degree::toString(DMSFormat format, int /*mark*/, int secondDecimals) const {
+  return QString::fromStdString(toUtf8(format, secondDecimals));
+}
+
 QString Degree::toString(DMSFormat format, int decimals) const {
   if (format != DegreeToDDPMMSS) return toString(format, 0, decimals);
   if (decimals >= 4 || !std::isfinite(value)) return toString(format, 0, decimals - 4);
@@ -195,7 +209,7 @@ QString Degree::toString(DMSFormat format, int decimals) const {
   int const kept = decimals < 0 ? 0 : decimals;
   double const unit = kSecondsPerUnit[static_cast<std::size_t>(kept)];
   double const rounded = std::round(value * kSecondsPerDegree / unit) * unit / kSecondsPerDegree;
-  QString const text = sexagesimal(rounded, format, 0);
+  QString const text = QString::fromStdString(sexagesimal(rounded, format, 0));
   return kept == 0 ? text.section(QLatin1Char('.'), 0, 0) : text.left(text.indexOf(QLatin1Char('.')) + 1 + kept);
 }
 

@@ -5,6 +5,7 @@
 #include <utils/Export.h>
 
 #include <QString>
+#include <string>
 #include <string_view>
 
 namespace utils {
@@ -36,6 +37,9 @@ class KELVANE_EXPORT Degree {
   /// Rounded to the nearest last digit with carry, so that no text shows 60 seconds or 60 minutes; a value that rounds
   /// to zero has no sign. Forms in degrees, radians, gon or minutes keep the same resolution on the ground.
   QString toString(DMSFormat format, int mark, int secondDecimals) const;
+
+  /// The same text in UTF-8, without the way through QString.
+  std::string toUtf8(DMSFormat format, int secondDecimals) const;
 
   /// DD.MMSS text whose number has `decimals` decimals (0 to 13): 4 for whole seconds, 2 for whole minutes.
   /// Any other format than DegreeToDDPMMSS has `decimals` decimals of a second.

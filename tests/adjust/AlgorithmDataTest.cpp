@@ -21,7 +21,7 @@ Network smallNetwork() {
   return network;
 }
 
-AlgorithmData loaded(Network const& network) {
+AlgorithmData inputOf(Network const& network) {
   AlgorithmData data;
   data.readNetworkData(network);
   return data;
@@ -30,7 +30,7 @@ AlgorithmData loaded(Network const& network) {
 TEST(ReadNetworkData, CountsWhatIsObserved) {
   Network network = smallNetwork();
   network.knownPoints.emplace_back("K3", 5.0, 5.0, 0.0);  // not observed: a known point, but no observed one
-  AlgorithmData const data = loaded(network);
+  AlgorithmData const data = inputOf(network);
   EXPECT_EQ(data.pointsCount, 3);
   EXPECT_EQ(data.knPointsCount, 3);
   EXPECT_EQ(data.stationsCount, 2);
@@ -68,10 +68,10 @@ TEST(ReadNetworkData, TakesAnglesAndDistancesWithinTheirBounds) {
     network.lines[3].horizontal_angle = c.angle;
     network.lines[3].horizontal_distance = c.distance;
     if (std::isnan(c.direction)) {
-      EXPECT_EQ(test::algorithmFailureOf([&] { loaded(network); }), "Data error||3");
+      EXPECT_EQ(test::algorithmFailureOf([&] { inputOf(network); }), "Data error||3");
       continue;
     }
-    AlgorithmData const data = loaded(network);
+    AlgorithmData const data = inputOf(network);
     EXPECT_EQ(data.stations[1].directions[1].value, c.direction);
     EXPECT_EQ(data.stations[1].lines.size(), 1U + c.distances);
   }
@@ -122,7 +122,7 @@ TEST(ReadNetworkData, NamesWhatIsWrong) {
     SCOPED_TRACE(c.what);
     Network network = smallNetwork();
     c.spoil(network);
-    EXPECT_EQ(test::algorithmFailureOf([&] { loaded(network); }), c.failure);
+    EXPECT_EQ(test::algorithmFailureOf([&] { inputOf(network); }), c.failure);
   }
 }
 
@@ -130,13 +130,13 @@ TEST(ReadNetworkData, ReportsTheRepeatWhoseFirstPlaceComesFirst) {
   Network network = smallNetwork();
   for (char const* name : {"P", "Q", "P", "K1"}) network.lines.push_back(line(name, "K2", 0.1, 0.0));
   // K1 comes back last, but it stood first.
-  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { loaded(network); }), "Station Point Name K1 Repeat");
+  EXPECT_EQ(test::failureOf<AlgorithmException>([&] { inputOf(network); }), "Station Point Name K1 Repeat");
 }
 
 TEST(ReadNetworkData, ANetworkWithoutLinesGivesAStationWithoutDirections) {
   Network network = smallNetwork();
   network.lines.clear();
-  AlgorithmData const data = loaded(network);
+  AlgorithmData const data = inputOf(network);
   EXPECT_EQ(data.stationsCount, 1);
   EXPECT_EQ(test::failureOf<AlgorithmException>([&] { kvn::TraverseAdjust().readAlgorithmData(data); }),
             "Station point is not enough");

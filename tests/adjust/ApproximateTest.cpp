@@ -12,7 +12,7 @@ namespace {
 
 using kvn::TraverseAdjust;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 kvn::Network traverse(int legs) {
   kvn::Network network;
   network.knownPoints = {{"K0", 0.0, -100.0, 0.0}, {"K1", 0.0, 0.0, 0.0}};

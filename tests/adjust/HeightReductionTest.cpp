@@ -11,7 +11,7 @@ namespace {
 using namespace kvn;
 using namespace test;
 
-constexpr double kRounding = 1e-11;  // metres: some operations on lengths of up to 1000 m, 1e-13 each
+constexpr double kLengthRounding = 1e-11;  // metres: some operations on lengths of up to 1000 m, 1e-13 each
 constexpr char const* kNoDistance = "Triangulation Height Require The Information Of Distance";
 
 std::string described(std::vector<TriangleViewData> const& views) {
@@ -54,7 +54,7 @@ TEST(HeightReduction, ReducesTheFacesByTheKindOfCircle) {
     EXPECT_NEAR(views[0].verticalAngle, degrees(c.elevation), 1e-14);
     distance = views[0].horizontalDistance;
     EXPECT_GT(distance, 98.0);  // 100 cos 11 degrees
-    EXPECT_NEAR(views[0].heightDifference, distance * std::tan(degrees(c.elevation)) + 0.3, kRounding);
+    EXPECT_NEAR(views[0].heightDifference, distance * std::tan(degrees(c.elevation)) + 0.3, kLengthRounding);
   }
 }
 
@@ -135,7 +135,7 @@ TEST(HeightReduction, MakesTheTwoDirectionsOfALineOne) {
   addLine(rows, "B", "A", -1.18, 100);
   auto const views = reduced(rows);
   EXPECT_EQ(ends(views), (std::vector<std::string>{"AB", "BC"}));
-  EXPECT_NEAR(views[0].heightDifference, 1.19, kRounding);
+  EXPECT_NEAR(views[0].heightDifference, 1.19, kLengthRounding);
 }
 
 // a stands for the next line when something before it is erased; where nothing is left at a, the loops end.

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kFull = std::numeric_limits<int>::max();
-constexpr int kSparse = 0;
+constexpr int kNeverSparse = std::numeric_limits<int>::max();
+constexpr int kAlwaysSparse = 0;
 
 test::NetworkPlan noisyPlan(int points) {
   test::NetworkPlan plan;
@@ -31,8 +31,8 @@ kvn::TraverseAdjust adjusterOf(kvn::Network const& network, int sparseFrom) {
 }
 
 void expectSameResults(kvn::Network const& network) {
-  kvn::TraverseAdjust full = adjusterOf(network, kFull);
-  kvn::TraverseAdjust sparse = adjusterOf(network, kSparse);
+  kvn::TraverseAdjust full = adjusterOf(network, kNeverSparse);
+  kvn::TraverseAdjust sparse = adjusterOf(network, kAlwaysSparse);
   full.calculateAdjust();
   sparse.calculateAdjust();
   auto const expected = full.getPointErrorInfo();
@@ -70,7 +70,7 @@ TEST(LargeNetworks, AreAdjustedFromKnownPointsThatDoNotSeeEachOther) {
     test::NetworkPlan plan = noisyPlan(0);
     plan.bothEnds = false;  // the mean of two distances counts as one, and would fit better than promised
     auto const made = test::makeGrid(40, plan, random);
-    kvn::TraverseAdjust adjustment = adjusterOf(made.network, kSparse);
+    kvn::TraverseAdjust adjustment = adjusterOf(made.network, kAlwaysSparse);
     adjustment.calculateAdjust();
     EXPECT_TRUE(adjustment.getSuspects().empty());
     EXPECT_LE(adjustment.getSummary().iterations, 3);
@@ -96,7 +96,7 @@ TEST(LargeNetworks, NameTheObservationsThatAreWrong) {
                         (line.start_name == far.end_name && line.end_name == far.start_name);
     if (isSame) line.horizontal_distance += 0.2;
   }
-  kvn::TraverseAdjust adjustment = adjusterOf(made.network, kSparse);
+  kvn::TraverseAdjust adjustment = adjusterOf(made.network, kAlwaysSparse);
   adjustment.calculateAdjust();
   auto const suspects = adjustment.getSuspects();
   ASSERT_EQ(suspects.size(), 2U);
@@ -166,11 +166,11 @@ TEST(LargeNetworks, FailWithTheSameExceptionInBothMatrices) {
   };
   for (auto const& [network, adjustment] :
        {Case{withLooseGrid(), kvn::TraverseAdjust()}, Case{test::makeNetwork(traverse, random).network, hinged}}) {
-    std::string const failure = failureOf(network, adjustment, kFull);
+    std::string const failure = failureOf(network, adjustment, kNeverSparse);
     EXPECT_EQ(failure.find("no failure"), std::string::npos);
-    EXPECT_EQ(failureOf(network, adjustment, kSparse), failure);
+    EXPECT_EQ(failureOf(network, adjustment, kAlwaysSparse), failure);
   }
-  EXPECT_EQ(failureOf(withLooseGrid(), {}, kSparse), "Known points are not enough|No enough data|-1 16");
+  EXPECT_EQ(failureOf(withLooseGrid(), {}, kAlwaysSparse), "Known points are not enough|No enough data|-1 16");
 }
 
 TEST(LargeNetworks, TellTheirProgressAndEndWhereverTheyAreCancelled) {

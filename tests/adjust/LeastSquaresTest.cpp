@@ -15,7 +15,7 @@ using test::adjusted;
 using test::line;
 using test::loaded;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 
 class Lookups : public TraverseAdjust {
  public:

@@ -13,7 +13,7 @@ using kvn::LooseMotion;
 using kvn::Network;
 using kvn::TraverseAdjust;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 
 test::SyntheticNetwork redundant(unsigned seed) {
   std::mt19937 random(seed);

@@ -12,7 +12,7 @@ using kvn::TraverseAdjust;
 using test::adjusted;
 using test::line;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 
 /// A new point from one station; the other known point sights it too, 4" off.
 kvn::Network polarPoint() {

@@ -15,7 +15,7 @@ using test::line;
 
 enum Method { Open = 1, Connect, Closed };
 constexpr Method kMethods[] = {Open, Connect, Closed};
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 // Coordinates of a kilometre carry 1e-13 m, and some dozens of them are added up.
 constexpr double kExact = 1e-9;
 

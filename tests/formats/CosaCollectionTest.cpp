@@ -12,7 +12,7 @@ namespace {
 using kvn::CosaCollection;
 using kvn::NetworkDataInfo;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 // Half an ulp of a second in 360 degrees, in radians.
 constexpr double kAngleTolerance = 1e-15;
 
@@ -20,7 +20,7 @@ double radians(double degrees, double minutes, double seconds) {
   return (degrees + minutes / 60.0 + seconds / 3600.0) / 180.0 * kPi;
 }
 
-CosaCollection readText(std::string const& text) {
+CosaCollection readCosa(std::string const& text) {
   std::istringstream stream(text);
   CosaCollection collection;
   collection.read(stream);
@@ -77,13 +77,13 @@ TEST(CosaReader, TakesEachKindOfLine) {
   };
   for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(described(readText(c.text)), c.result);
+    EXPECT_EQ(described(readCosa(c.text)), c.result);
   }
 }
 
 TEST(CosaReader, TellsALineWithoutADirection) {
   auto const lines =
-      readText("2,3,3\nA\nP,S,7\nQ,L,0.0\nQ,S,8\nR,S,9\nR,L,0.0\nT,S,1\nA\nT,L,3.0\n").getNetworkDataList();
+      readCosa("2,3,3\nA\nP,S,7\nQ,L,0.0\nQ,S,8\nR,S,9\nR,L,0.0\nT,S,1\nA\nT,L,3.0\n").getNetworkDataList();
   ASSERT_EQ(lines.size(), 4U);
   bool const expected[] = {false, true, true, true};
   for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(lines[i].horizontalAngleFlag, expected[i]) << lines[i].end_name;
@@ -104,12 +104,12 @@ TEST(CosaReader, SaysWhatIsWrong) {
   };
   for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.result);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { readCosa(c.text); }), c.result);
   }
 }
 
 TEST(CosaReader, KeepsWhatItReadUpToAFailureAndStartsAnew) {
-  CosaCollection collection = readText("2,3,3\nOld,1,2\n");
+  CosaCollection collection = readCosa("2,3,3\nOld,1,2\n");
   std::istringstream bad("5,6,7\nK1,1,2\nK2,,3\n");
   EXPECT_THROW(collection.read(bad), std::invalid_argument);
   EXPECT_EQ(described(collection), "K1=1,2\n");
@@ -118,7 +118,7 @@ TEST(CosaReader, KeepsWhatItReadUpToAFailureAndStartsAnew) {
 }
 
 TEST(CosaReader, TakesAnglesToTheLastDigitOfTheirText) {
-  auto const lines = readText("2,3,3\nA\nP,L,303.3806576\nQ,L,0.2957\nR,L,359.59599\n").getNetworkDataList();
+  auto const lines = readCosa("2,3,3\nA\nP,L,303.3806576\nQ,L,0.2957\nR,L,359.59599\n").getNetworkDataList();
   // 0.29 and 0.57 are stored a little too small: cut from binary fractions they would lose a minute and a second.
   EXPECT_NEAR(lines[0].horizontal_angle, radians(303, 38, 6.576), kAngleTolerance);
   EXPECT_NEAR(lines[1].horizontal_angle, radians(0, 29, 57.0), kAngleTolerance);
@@ -127,15 +127,15 @@ TEST(CosaReader, TakesAnglesToTheLastDigitOfTheirText) {
 
 TEST(CosaReader, ReadsAwkwardBytes) {
   std::string const longName(1 << 20, 'x');
-  EXPECT_EQ(readText("2,3,3\n" + longName + "\nP,S,1\n").getNetworkDataList().at(0).start_name, longName);
+  EXPECT_EQ(readCosa("2,3,3\n" + longName + "\nP,S,1\n").getNetworkDataList().at(0).start_name, longName);
   std::string const nul("2,3,3\nA\0B\nP,S,1\n", 16);
-  EXPECT_EQ(readText(nul).getNetworkDataList().at(0).start_name, std::string("A\0B", 3));
+  EXPECT_EQ(readCosa(nul).getNetworkDataList().at(0).start_name, std::string("A\0B", 3));
   // Bytes that are no UTF-8 become the replacement character.
-  EXPECT_EQ(readText("2,3,3\n\xB5\xE3\nP,S,1\n").getNetworkDataList().at(0).start_name, "\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(readCosa("2,3,3\n\xB5\xE3\nP,S,1\n").getNetworkDataList().at(0).start_name, "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
 TEST(CosaWriter, PrintsBlocksInTheFormOfTheFormat) {
-  CosaCollection collection = readText(
+  CosaCollection collection = readCosa(
       "2.5,3,0\nK1,1000,2000\nK2,1500.00004,2500\nK1\nK2,L,0.0\nP1,L,123.453012\nP1,S,256.1234\nP1\nK1,S,256.1\nK1\nP2,"
       "S,3\n");
   EXPECT_EQ(written(collection),
@@ -186,7 +186,7 @@ TEST(CollectionInterfaces, KeepTheOrderOfTheirOperations) {
 }
 
 TEST(CosaCollection, FindsALineByItsIdentity) {
-  CosaCollection collection = readText("2,3,3\nA\nP,S,7\nQ,S,8\n");
+  CosaCollection collection = readCosa("2,3,3\nA\nP,S,7\nQ,S,8\n");
   std::string const id = collection.getNetworkDataList()[1].id;
   ASSERT_NE(collection.findData(id), nullptr);
   EXPECT_EQ(collection.findData(id)->end_name, "Q");

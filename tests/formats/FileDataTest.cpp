@@ -11,7 +11,7 @@ namespace {
 using kvn::DataException;
 using kvn::FileData;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 // The lift of DD.MMSS by 1e-10 is 1e-6"; a mean of two keeps it.
 constexpr double kDmsLiftRad = 5e-12;
 

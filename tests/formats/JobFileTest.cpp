@@ -10,7 +10,7 @@ using Job = kvn::LQFTraverseDataCollection;
 using test::described;
 using test::Rows;
 
-Rows readText(std::string const& text) { return test::rowsOf<Job>(text); }
+Rows readJob(std::string const& text) { return test::rowsOf<Job>(text); }
 
 TEST(JobReader, TakesEachRecord) {
   test::TextCase const cases[] = {
@@ -46,7 +46,7 @@ TEST(JobReader, TakesEachRecord) {
   };
   for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(described(readText(c.text)), c.result);
+    EXPECT_EQ(described(readJob(c.text)), c.result);
   }
 }
 
@@ -56,7 +56,7 @@ std::string sights(std::string const& records) {
   std::string job;
   for (char const c : records) job += c == '|' ? '\n' : c;
   std::string group;
-  for (kvn::TraverseDataInfo const& row : readText(job)) {
+  for (kvn::TraverseDataInfo const& row : readJob(job)) {
     bool const isStation = row.pointType == kvn::TraversePointType::StationPoint;
     if (isStation) group = row.groupId;
     if (row.groupId != group) text += "!";
@@ -120,7 +120,7 @@ TEST(JobReader, SaysWhatIsWrong) {
       {"XYZ 1,2,1e-999", "stod argument out of range"},
   };
   for (auto const& [text, says] : cases) {
-    std::string const failure = test::failureOf<std::exception>([text = text] { readText(text); });
+    std::string const failure = test::failureOf<std::exception>([text = text] { readJob(text); });
     EXPECT_EQ(failure, *says == '\0' ? "no failure" : says) << text;
   }
   Job job;

@@ -12,7 +12,7 @@ using kvn::VRDTraverseDataCollcetion;
 using test::described;
 using test::Rows;
 
-Rows readText(std::string const& text) { return test::rowsOf<VRDTraverseDataCollcetion>(text); }
+Rows readTraverse(std::string const& text) { return test::rowsOf<VRDTraverseDataCollcetion>(text); }
 std::string written(Rows const& rows) { return test::textOf<VRDTraverseDataCollcetion>(rows); }
 
 TEST(TraverseReader, TakesStationsAndSightings) {
@@ -43,7 +43,7 @@ TEST(TraverseReader, TakesStationsAndSightings) {
   };
   for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(described(readText(c.text)), c.result);
+    EXPECT_EQ(described(readTraverse(c.text)), c.result);
   }
 }
 
@@ -75,7 +75,7 @@ TEST(TraverseReader, NamesTheLineOrTheFieldThatIsWrong) {
   };
   for (test::TextCase const& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(test::failureOf<std::exception>([&] { readText(c.text); }), c.result);
+    EXPECT_EQ(test::failureOf<std::exception>([&] { readTraverse(c.text); }), c.result);
   }
 }
 
@@ -89,7 +89,7 @@ TEST(TraverseReader, ReadsAnAwkwardName) {
                                    {std::string("a\0b", 3), std::string("a\0b", 3)},
                                    {"\xEF\xBC\x91", "\xEF\xBC\x91"}}) {
     for (char const* numbers : {",1,,1,2,3", ",1,,+1.0,2e0,3.", ",1,, 1\v,\u00A02,3"}) {
-      Rows const rows = readText("STA," + name + numbers);
+      Rows const rows = readTraverse("STA," + name + numbers);
       ASSERT_EQ(rows.size(), 1U);
       EXPECT_EQ(rows[0].name, read) << numbers;
       EXPECT_TRUE(rows[0].N == 1 && rows[0].E == 2 && rows[0].Z == 3) << numbers;
@@ -99,7 +99,7 @@ TEST(TraverseReader, ReadsAnAwkwardName) {
 
 TEST(TraverseReader, AppendsAndKeepsWhatItReadUpToAFailure) {
   VRDTraverseDataCollcetion collection;
-  collection.setTraverseDataList(readText("STA,Old,1,,0,0,0"));
+  collection.setTraverseDataList(readTraverse("STA,Old,1,,0,0,0"));
   std::istringstream stream("STA,New,1,,0,0,0\nSTA,Bad,1,,x,0,0");
   EXPECT_THROW(collection.read(stream), DataException);
   EXPECT_EQ(described(collection.getTraverseDataList()), "0 sta [Old] 1 (0,0,0)\n1 sta [New] 1 (0,0,0)\n");
@@ -110,15 +110,15 @@ TEST(TraverseReader, AppendsAndKeepsWhatItReadUpToAFailure) {
   EXPECT_FALSE(collection.isTraverseNameExist(id));
 }
 
-constexpr char const* kJob =
+constexpr char const* kTraverse =
     "STA,A1,1.5,,1000.0000,2000.0000,50.0000\n"
     "SC,B2,1.62,,123.453012,89.302050,256.1234,0.0000,0.0000,0.0000\n"
     "SC,\xE7\x82\xB9,1.62,,359.595999,271.000000,0.0000,-1.5000,0.0000,0.0000";
 
 TEST(TraverseWriter, WritesWhatReadsBackTheSame) {
-  Rows rows = readText(kJob);
-  EXPECT_EQ(written(rows), kJob);
-  EXPECT_NE(readText(kJob)[1].id, rows[1].id);
+  Rows rows = readTraverse(kTraverse);
+  EXPECT_EQ(written(rows), kTraverse);
+  EXPECT_NE(readTraverse(kTraverse)[1].id, rows[1].id);
   rows[0].instrument = 1.23456789;
   rows[1].isSlantDistanceHave = false;
   // 59.996" carries; the missing distance comes back as one of 256.1234 m.
@@ -130,7 +130,7 @@ TEST(TraverseWriter, WritesWhatReadsBackTheSame) {
 }
 
 TEST(TraverseWriter, LeavesOutOtherRowsButNotTheLineEndBeforeThem) {
-  Rows rows = readText("STA,A,1,,0,0,0\nSTA,B,1,,0,0,0\nSTA,C,1,,0,0,0");
+  Rows rows = readTraverse("STA,A,1,,0,0,0\nSTA,B,1,,0,0,0\nSTA,C,1,,0,0,0");
   rows[1].pointType = TraversePointType::CoordinatePoint;
   EXPECT_EQ(written(rows), "STA,A,1,,0.0000,0.0000,0.0000\nSTA,C,1,,0.0000,0.0000,0.0000");
   rows[2].pointType = TraversePointType::NetworkData;
@@ -144,9 +144,9 @@ TEST(TraverseFile, GoesThroughPaths) {
   EXPECT_TRUE(collection.read(path)) << "a file that is not there has no rows";
   EXPECT_TRUE(collection.read(folder.path().toStdString())) << "nor has a folder";
   EXPECT_TRUE(collection.getTraverseDataList().empty());
-  collection.setTraverseDataList(readText(kJob));
+  collection.setTraverseDataList(readTraverse(kTraverse));
   EXPECT_TRUE(collection.write(path));
-  EXPECT_EQ(test::fileBytes(QString::fromStdString(path)), kJob);
+  EXPECT_EQ(test::fileBytes(QString::fromStdString(path)), kTraverse);
   test::Host host;
   EXPECT_TRUE(collection.write(folder.path().toStdString()));
   ASSERT_EQ(host.messages.size(), 1U);

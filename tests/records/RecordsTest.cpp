@@ -18,7 +18,7 @@ namespace {
 
 using namespace kvn;
 
-double const kPi = std::acos(-1.0);
+using utils::kPi;
 
 TEST(Identity, IsNewForEveryRecordAndKeptByCopies) {
   TraverseDataInfo const row;
