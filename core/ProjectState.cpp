@@ -45,6 +45,31 @@ void Project::resetData() {
   version.clear();
 }
 
+void Project::takeData(Project&& other) {
+  *traverseDataList = std::move(*other.traverseDataList);
+  *network = std::move(*other.network);
+  *coordinatePointList = std::move(*other.coordinatePointList);
+  stationMap = std::move(other.stationMap);  // it leads into the rows, which stand where they stood
+  setKnownPointList(std::move(other.knownPointList));
+  lqfCollection = std::move(other.lqfCollection);
+  sourcesAreOfOtherData = other.sourcesAreOfOtherData;
+  projectFile = std::move(other.projectFile);
+  name = std::move(other.name);
+  networkFile = std::move(other.networkFile);
+  viewFile = std::move(other.viewFile);
+  coordFile = std::move(other.coordFile);
+  lqfFile = std::move(other.lqfFile);
+  version = std::move(other.version);
+  fileType = other.fileType;
+  verticalAngleType = other.verticalAngleType;
+  configure = other.configure;
+  if (other.legendCodeXmlMannager != nullptr) legendCodeXmlMannager = std::move(other.legendCodeXmlMannager);
+  algorithData.reset();
+  algorithmAdjust.reset();
+  *triangleHeightAdjust = TriangleHeightAdjust();
+  setModify(false);
+}
+
 void Project::setName(QString const& path) {
   projectFile = path;
   name = QFileInfo(path).completeBaseName();
