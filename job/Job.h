@@ -122,9 +122,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
   /// list, which are the known points where there is none. The folder is made where it is not there. What the format
   /// has no place for is told as a `Warning`, or refused where the file would be read as something else.
-  /// @throws JobException for an unknown suffix, for a name or a number that the file cannot hold, for a kind that the
-  /// job
-  ///         is not, and with the reason where the file cannot be written. An old file stays whole then.
+  /// @throws JobException for an unknown suffix, a kind that the job is not, a name or a number that the file cannot
+  ///         hold, and with the reason where the file cannot be written. An old file stays whole then.
   void save(QString const& path);
 
  private:
