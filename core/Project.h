@@ -101,6 +101,10 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// The same for a file whose bytes the caller has read already, so that what was looked at is what is imported; the
   /// imports that a derived class has in place of ours are not called.
   void readContents(QString const& path, std::string const& bytes);
+  /// Takes over what `other` was read from: rows, network, coordinates, settings, names of file and sources, legend
+  /// codes where it has any. Results are dropped; map, commands and datum parameters stay. References handed out
+  /// earlier stay valid. With it a host reads into a project of its own first, and keeps the old data where that fails.
+  void takeData(Project&& other);
   /// Writes to the source file that the project was made from, by the export of its kind; nothing happens when there
   /// is none. The modified state stays.
   /// @throws what the export throws; QLogicError "View Data is empty" rather than empty a traverse file that the

@@ -32,6 +32,32 @@ void Project::resetData() {
   own->version.clear();
 }
 
+void Project::takeData(Project&& other) {
+  Data& from = *other.own;
+  *own->traverseDataList = std::move(*from.traverseDataList);
+  *own->network = std::move(*from.network);
+  *own->coordinatePointList = std::move(*from.coordinatePointList);
+  own->stationMap = std::move(from.stationMap);  // it leads into the rows, which stand where they stood
+  setKnownPointList(std::move(from.knownPointList));
+  own->lqfCollection = std::move(from.lqfCollection);
+  own->sourcesAreOfOtherData = from.sourcesAreOfOtherData;
+  own->projectFile = std::move(from.projectFile);
+  own->name = std::move(from.name);
+  own->networkFile = std::move(from.networkFile);
+  own->viewFile = std::move(from.viewFile);
+  own->coordFile = std::move(from.coordFile);
+  own->lqfFile = std::move(from.lqfFile);
+  own->version = std::move(from.version);
+  own->fileType = from.fileType;
+  own->verticalAngleType = from.verticalAngleType;
+  own->configure = from.configure;
+  if (from.legendCodeXmlMannager != nullptr) own->legendCodeXmlMannager = std::move(from.legendCodeXmlMannager);
+  own->algorithData.reset();
+  own->algorithmAdjust.reset();
+  *own->triangleHeightAdjust = TriangleHeightAdjust();
+  setModify(false);
+}
+
 void Project::setName(QString const& path) {
   own->projectFile = path;
   own->name = QFileInfo(path).completeBaseName();

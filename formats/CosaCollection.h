@@ -87,9 +87,10 @@ class KELVANE_EXPORT CosaCollection : public INetworkDataCollection {
   /// A block for each run of consecutive lines with the same station, in order.
   std::vector<ExportStation> convertData(std::vector<NetworkDataInfo> const& lines) const;
 
-  /// The a-priori errors of the head; the defaults when no head was read.
+  /// With the a-priori errors of the head; the defaults, or those of `setConfigure`, when no head was read.
   Configure const& getConfigure() const;
-  void setConfigure(Configure const& value);  ///< for the head that `write` prints
+  /// For the head that `write` prints; `read` keeps what the head does not say.
+  void setConfigure(Configure const& value);
 
  protected:
   void readHead(utils::Pieces const& fields);

@@ -1,7 +1,6 @@
 // check: what is wrong with a file, and what computes but should not be trusted.
 #include "Commands.h"
 #include "Failures.h"
-#include "FieldJob.h"
 #include "Format.h"
 #include "Options.h"
 #include "Output.h"
@@ -78,9 +77,7 @@ int runCheck(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file);
-    std::vector<FieldFinding> findings = findingsOn(session);
-    for (FieldFinding& finding : findingsOnStart(session.project())) findings.push_back(std::move(finding));
-    sortFindings(findings);
+    std::vector<FieldFinding> const findings = session.job().findings();
     QString const reason = verdict(session.project(), findings);
     print(session, reason.isEmpty(), findings, options->json);
     if (!reason.isEmpty()) printLine(printable(QString("kelvane: %1: %2").arg(session.file(), reason)));

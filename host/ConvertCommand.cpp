@@ -1,8 +1,6 @@
 // convert: the same job in another format.
 #include "Commands.h"
 #include "Failures.h"
-#include "FieldJob.h"
-#include "JobWriter.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
@@ -14,10 +12,10 @@ int runConvert(QStringList const& arguments) {
   auto const options = parseConvert(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    requireWritableKind(options->outFile, writableKinds());
+    Job::requireWritableKind(options->outFile);
     session.open(options->file);
-    tellWarnings(session.job().text.findings);
-    bool const saved = save(session, options->outFile, writeJob);
+    tellWarnings(session.job().findingsOf(Job::FileText));
+    bool const saved = save(session, options->outFile, saveJob);
     if (options->json) {
       Json::Value json;
       json["file"] = options->outFile.toStdString();

@@ -1,7 +1,6 @@
 // exec: the JSON commands of standard input.
 #include "Commands.h"
 #include "Failures.h"
-#include "JobWriter.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
@@ -25,12 +24,12 @@ std::string standardInput() {
     if (count == 0) return bytes;
     if (count > 0) bytes.append(piece, static_cast<std::size_t>(count));
     if (count > 0 || errno == EINTR) continue;
-    throw Refusal({}, "standard input could not be read to its end: " +
-                          QString::fromStdString(std::generic_category().message(errno)));
+    throw JobException({}, "standard input could not be read to its end: " +
+                               QString::fromStdString(std::generic_category().message(errno)));
   }
 }
 
-/// @throws Json::Exception for input that is nested too deep, Refusal for input that is no JSON.
+/// @throws Json::Exception for input that is nested too deep, JobException for input that is no JSON.
 Json::Value parse(std::string const& bytes) {
   Json::CharReaderBuilder builder;
   Json::CharReaderBuilder::strictMode(&builder.settings_);
@@ -38,7 +37,7 @@ Json::Value parse(std::string const& bytes) {
   Json::Value value;
   std::string errors;
   if (!reader->parse(bytes.data(), bytes.data() + bytes.size(), &value, &errors)) {
-    throw Refusal({}, "standard input is not JSON: " + QString::fromStdString(errors).simplified());
+    throw JobException({}, "standard input is not JSON: " + QString::fromStdString(errors).simplified());
   }
   return value;
 }
@@ -49,10 +48,11 @@ bool isCommand(Json::Value const& value) {
 
 Json::Value readCommands() {
   Json::Value commands = parse(standardInput());
-  if (!commands.isArray()) throw Refusal({}, "standard input is not a JSON array of commands");
+  if (!commands.isArray()) throw JobException({}, "standard input is not a JSON array of commands");
   for (Json::ArrayIndex i = 0; i < commands.size(); ++i) {
     if (!isCommand(commands[i])) {
-      throw Refusal({}, QString("command %1 on standard input is not {\"name\": text, \"in\": object}").arg(i + 1));
+      throw JobException({},
+                         QString("command %1 on standard input is not {\"name\": text, \"in\": object}").arg(i + 1));
     }
   }
   return commands;
@@ -84,13 +84,13 @@ int runExec(QStringList const& arguments) {
   auto const options = parseExec(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) requireWritableKind(options->saveFile, writableKinds());
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
     if (!options->openFile.isEmpty()) session.open(options->openFile);
     bool allGood = true;
     Json::Value const results = runAll(readCommands(), session, allGood);
     // A script that failed half way must not replace a file.
     bool const saves = allGood && !options->saveFile.isEmpty();
-    bool const saved = !saves || save(session, options->saveFile, writeJob);
+    bool const saved = !saves || save(session, options->saveFile, saveJob);
     if (!allGood && !options->saveFile.isEmpty()) {
       printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
     }

@@ -1,6 +1,7 @@
-// How the program ends, and the two failures of its own.
+// How the program ends, and what it says of a failure.
 #pragma once
 
+#include <Kelvane.h>
 #include <QString>
 #include <stdexcept>
 
@@ -18,12 +19,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(QString const& text) : std::runtime_error(text.toStdString()) {}
 };
 
-/// A file that the program itself refuses, before or after the library had it. Ends the program with `Refused`.
-class Refusal : public std::runtime_error {
- public:
-  Refusal(QString path, QString const& text) : std::runtime_error(text.toStdString()), file(std::move(path)) {}
-
-  QString file;  ///< empty when no file is concerned
-};
+/// Text of a failure with what the program has to add. A file that the program refuses is a JobException as well.
+QString refusalText(JobException const& failure);
 
 }  // namespace kvn::host

@@ -1,8 +1,6 @@
 // heights: trigonometric heights with their errors.
 #include "Commands.h"
 #include "Failures.h"
-#include "FieldJob.h"
-#include "Heights.h"
 #include "HeightsReport.h"
 #include "Options.h"
 #include "Output.h"
@@ -12,17 +10,9 @@ namespace kvn::host {
 namespace {
 
 int report(Session& session, HeightsOptions const& options) {
-  Project const& project = session.project();
-  if (project.getTraverseDataList().empty()) {
-    throw Refusal(session.file(), "the file has no rows of a field book, from which heights are computed");
-  }
-  double const refraction = options.refraction.value_or(double(project.getConfigure().AtmosphericIndex));
-  TriangleHeightDataConvert const observations = observeHeights(session, refraction, options.asRead);
-  requireSolvable(session.file(), observations);
-  TriangleHeightAdjust adjustment;
-  adjustment.setTriangleHeightDataConvert(observations);
-  adjustment.heightLSAdjust();
-  HeightsReport const finished(session.file(), refraction, observations, adjustment);
+  double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
+  TriangleHeightAdjust const& adjustment = session.job().adjustHeights(refraction);
+  HeightsReport const finished(session.file(), refraction, session.job().heightLines(), adjustment);
   if (!options.json) {
     printText(finished.text());
     return Done;
@@ -40,9 +30,9 @@ int runHeights(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
-    requireNoError(session.file(), session.job().text.findings);
-    tellWarnings(session.job().findings());
-    tellWarnings(session.job().placed(inspectRows(session.project().getTraverseDataList(), session.job().reduction)));
+    session.job().requireNoError(Job::FileText);
+    tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
+    tellWarnings(session.job().findingsOf(Job::RowChecks));
     return report(session, *options);
   });
 }

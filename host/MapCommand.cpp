@@ -1,7 +1,6 @@
 // map: a picture of the project's map.
 #include "Commands.h"
 #include "Failures.h"
-#include "FieldJob.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
@@ -136,13 +135,13 @@ Drawn draw(Session& session) {
   dropFarPoints(project);
   encodeLabels(project);
   project.build();
-  if (session.messages().hasError()) throw Refusal(session.file(), "the map was not drawn");
+  if (session.messages().hasError()) throw JobException(session.file(), "the map was not drawn");
   MapScene& scene = *project.getOrCreateMapScene();
   Drawn const drawn{
       countOf(scene, FeatureDataType::ViewPointData) + countOf(scene, FeatureDataType::CoordData),
       countOf(scene, FeatureDataType::NetworkData),
   };
-  if (drawn.points == 0) throw Refusal(session.file(), "there is no point with coordinates to draw");
+  if (drawn.points == 0) throw JobException(session.file(), "there is no point with coordinates to draw");
   System::Instance()->fullMapSystem();
   return drawn;
 }
@@ -153,14 +152,14 @@ int runMap(QStringList const& arguments) {
   auto const options = parseMap(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    requireWritableKind(options->outFile, {"png"});
+    Job::requireWritableKind(options->outFile, {"png"});
     osg::ref_ptr<mvz::ViewerManager> const viewers = new mvz::ViewerManager;
     osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options->width, options->height);
     viewers->addView(view);
     System::Instance()->setMvzViewerManager(viewers);
     tellMissingIcons();
     session.open(options->file);
-    requireNoError(session.file(), session.job().findings());
+    session.job().requireNoError(Job::FileText | Job::FieldReduced);
     Drawn const drawn = draw(session);
     bool const saved = save(session, options->outFile, [&view](Session&, QString const& path) {
       utils::createFolderOf(path);

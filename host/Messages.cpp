@@ -2,6 +2,7 @@
 
 #include "Output.h"
 
+#include <new>
 #include <utility>
 
 namespace kvn::host {
@@ -31,10 +32,14 @@ Json::Value Messages::take() {
 }
 
 void Messages::receive(QString const& text, MessType type) {
-  Json::Value message;
-  message["type"] = nameOf(type);
-  message["text"] = text.toStdString();
-  kept.append(message);
+  try {
+    Json::Value message;
+    message["type"] = nameOf(type);
+    message["text"] = text.toStdString();
+    kept.append(message);
+  } catch (Json::RuntimeError const&) {
+    throw std::bad_alloc();  // its word for want of memory, which would pass for a failure of what is being told
+  }
   if (type == Error) ++errors;
   printLine(printable(QString("%1: %2").arg(QLatin1String(nameOf(type)), text)));
 }

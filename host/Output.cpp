@@ -1,11 +1,10 @@
 #include "Output.h"
 
+#include <Kelvane.h>
 #include <utils/FileName.h>
-#include <utils/HTextCodec.h>
 
 #include <json/writer.h>
 #include <unistd.h>
-#include <QTextCodec>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -81,13 +80,7 @@ void eraseProgress() {
 
 Json::Value number(double value) { return std::isfinite(value) ? Json::Value(value) : Json::Value(); }
 
-QString textOf(std::string const& bytes) {
-  QTextCodec::ConverterState state;
-  QTextCodec const* const utf8 = QTextCodec::codecForName("UTF-8");
-  QString const text = utf8->toUnicode(bytes.data(), static_cast<int>(bytes.size()), &state);
-  bool const valid = state.invalidChars == 0 && state.remainingChars == 0;
-  return valid ? text : HTextCodec::FromLocal8Bit(bytes);
-}
+QString textOf(std::string const& bytes) { return recordText(bytes); }
 
 std::string utf8Of(std::string const& bytes) { return isPlainAscii(bytes) ? bytes : textOf(bytes).toStdString(); }
 

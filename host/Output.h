@@ -34,7 +34,7 @@ void eraseProgress();
 /// A number, or null for a value that does not exist: NaN, and infinity, which JSON cannot hold.
 Json::Value number(double value);
 
-/// Text of a record, which keeps the bytes of its source: UTF-8 where they are valid UTF-8, else the local encoding.
+/// `recordText`, under a short name: tables are full of it.
 QString textOf(std::string const& bytes);
 /// The same in UTF-8.
 std::string utf8Of(std::string const& bytes);

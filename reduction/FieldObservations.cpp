@@ -69,7 +69,7 @@ class ObservationList {
     for (std::size_t i = 0; i < means.size(); ++i) {
       int const target = numberOf(first.names.names()[i]);
       Origin const origin{0, static_cast<int>(first.targets[i].firstRow)};
-      network.directions.push_back({setUp, target, onCircle(means[i].value()), 0.0, readings[i], origin});
+      network.directions.push_back({setUp, target, utils::onCircle(means[i].value()), 0.0, readings[i], origin});
     }
   }
 

@@ -22,9 +22,9 @@ namespace kvn {
 namespace {
 
 using detail::CircleMean;
-using detail::difference;
+using utils::foldedAngle;
 using detail::MeanDistance;
-using detail::onCircle;
+using utils::onCircle;
 using Round = detail::FieldRound;
 using Sighted = detail::SightedTarget;
 using Station = detail::FieldStation;
@@ -121,7 +121,7 @@ class Reducer {
       tell(FieldFinding::Warning, current->name, {row.name},
            "the distance has no vertical reading to make it horizontal and is left out", i);
     }
-    if (!(distance > kNoDistance)) return 0.0;
+    if (!(distance > detail::kNotRecorded)) return 0.0;
     MeanDistance& mean = current->distances[number];
     bool const wasNear = mean.greatest - mean.least <= kSameDistance;
     mean.add(distance);

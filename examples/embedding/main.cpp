@@ -1,4 +1,4 @@
-// A host program in one file: opens observations, adjusts them, prints the points and saves a project file.
+// A host program in one file: opens a job, adjusts it, prints the points and saves a project file.
 //
 // Units and axes of the library: x is north, y is east, lengths are metres, angles radians. Texts are UTF-8.
 #include <Kelvane.h>
@@ -9,80 +9,23 @@
 #include <QStringList>
 #include <cstdio>
 #include <exception>
-#include <memory>
-#include <stdexcept>
-#include <utility>
-#include <vector>
 
 namespace {
 
-// The library reports what does not stop it, such as doubtful observations, through one function of the host. A window
-// would show a list.
+// The library reports what does not stop it, such as points without a height, through one function of the host. A
+// window would show a list.
 void printMessage(QString const& text, kvn::MessType type) {
   char const* const severity = type == kvn::Error ? "error" : type == kvn::Warning ? "warning" : "info";
   std::fprintf(stderr, "%s: %s\n", severity, qUtf8Printable(text));
 }
 
-// Commands take and give JSON, throw nothing, and answer whether they succeeded; the reason is in "message".
-void openFile(kvn::Project& project, QString const& path) {
-  Json::Value in;
-  Json::Value out;
-  in["file"] = path.toStdString();
-  bool const isOpen = project.getCommandManager()->execute("OpenFileCMD", in, out, {});
-  if (!isOpen) throw std::runtime_error(out["message"].asString());
-  // A suffix that is not known loads nothing and is no failure.
-  if (project.isEmpty()) throw std::runtime_error("nothing to read in a file of this kind");
-}
-
-// The settings are the project's. The first line of a network file has the a-priori errors, which are taken over here.
-void takeErrorsOfNetworkFile(kvn::Project& project) {
-  kvn::CosaCollection file;
-  file.kvn::INetworkDataCollection::read(HTextCodec::ToLocal8Bit(project.getNetworkFile()));
-  project.setConfigure(file.getConfigure());
-}
-
-// An instrument job does not say which stations are known, so those with coordinates are, and its rounds are reduced to
-// one set of directions a station before they make a network. (Opening a traverse file has made its network already.)
-void makeNetworkOfJob(kvn::Project& project) {
-  kvn::markKnownStations(project.getTraverseDataList());
-  for (kvn::KnownPoint const& point : kvn::getKnownPoint(project.getTraverseDataList())) project.addKnownPoint(point);
-  project.buildStationMap();
-  project.generateNetworkData();
-}
-
-// Least squares, unless `AdjustMethod` of the settings says otherwise. Throws when the data does not determine the
-// points: too few known points, a point that nothing connects to them, a target twice at a station.
-void adjust(kvn::Project& project) {
-  auto adjustment = std::make_unique<kvn::AlgorithmAdjust>();
-  adjustment->setConfigure(project.getConfigure());
-  adjustment->setCountControlDistances(true);  // distances between known points are observations too
-  // Once in the life of the object. A distance without a direction is taken as that, not with a direction of 0.
-  adjustment->setNetworkData(project.getNetwork(), kvn::MissingDirection::IsLeftOut);
-  adjustment->calculateAdjust();
-  project.setAlgorithmAdjust(std::move(adjustment));
-}
-
-// Heights from the vertical circle readings of a field book. The calculation wants elevations, the file has zenith
-// readings of both faces: the rows are lent to it as elevations and put back. Not every job has heights.
-void computeHeights(kvn::Project& project) {
-  std::vector<kvn::TraverseDataInfo> const readings = project.getTraverseDataList();
-  project.setTraverseDataList(kvn::elevationRows(readings).rows);
-  project.setVerticalAngleType(kvn::ElevationAngle);
-  try {
-    project.calculateTriangleHeight();
-  } catch (std::exception const& failure) {
-    printMessage(QString("no heights: %1").arg(failure.what()), kvn::Warning);
+// What a surveyor should look at before the result is trusted: each with its line, station and targets. Notes say that
+// nothing is wrong. A window would take the reader to `finding.line` of the file.
+void printFindings(kvn::Job const& job) {
+  for (kvn::FieldFinding const& finding : job.findings()) {
+    if (finding.severity == kvn::FieldFinding::Note) continue;
+    printMessage(kvn::worded(finding), finding.severity == kvn::FieldFinding::Error ? kvn::Error : kvn::Warning);
   }
-  project.setTraverseDataList(readings);
-  project.setVerticalAngleType(kvn::FullCircleZenith);
-}
-
-void calculate(kvn::Project& project) {
-  if (project.getFileType() == kvn::Project::CosaFile) takeErrorsOfNetworkFile(project);
-  if (project.getFileType() == kvn::Project::LqfFile) makeNetworkOfJob(project);
-  adjust(project);
-  if (!project.getTraverseDataList().empty()) computeHeights(project);
-  project.algorithmPointConvertCoord();  // last: the coordinate list takes what the two have found
 }
 
 // The errors are there only where their flags say so: without redundant observations there are none.
@@ -104,12 +47,22 @@ void printPoints(kvn::Project const& project) {
   }
 }
 
-// The project file has settings, observations and coordinates: the calculation is made again, not stored.
-void saveAndReadBack(kvn::System& system, kvn::Project& project, QString const& path) {
-  project.saveAs(path);  // throws when the file cannot be written; an old one is still whole then
-  auto const second = system.createProject();
-  second->read(path);
-  std::printf("%s holds %zu coordinates\n", qUtf8Printable(path), second->getCoordinatePointList().size());
+// The steps of a job. Each throws what stops it, and leaves project and files as they were.
+void run(kvn::System& system, QString const& file, QString const& projectFile) {
+  kvn::Job job(system.createProject());
+  job.open(file);  // rows, network, known points and the settings of the file
+  printFindings(job);
+  job.project()->getConfigure().AdjustMethod = 0;  // least squares; what else there is to set is in `Configure`
+  job.adjust();
+  job.takeResults();  // points, and heights where the rows give any, into the coordinate list
+  printPoints(*job.project());
+
+  // The project file has settings, observations and coordinates: the calculation is made again, not stored.
+  job.save(projectFile);
+  kvn::Job again(system.createProject());
+  again.open(projectFile);
+  std::printf("%s holds %zu coordinates\n", qUtf8Printable(projectFile),
+              again.project()->getCoordinatePointList().size());
 }
 
 }  // namespace
@@ -117,24 +70,20 @@ void saveAndReadBack(kvn::System& system, kvn::Project& project, QString const& 
 int main(int argc, char** argv) {
   // First of all: it knows the locale and the arguments, and installs the translations of the library's texts.
   QCoreApplication const application(argc, argv);
-  QLoggingCategory::setFilterRules("kelvane.*.info=false\nkelvane.*.debug=false");  // times of the commands
+  QLoggingCategory::setFilterRules("kelvane.*.info=false\nkelvane.*.debug=false");
   QStringList const arguments = QCoreApplication::arguments();
   if (arguments.size() != 3) {
-    std::fputs("usage: embedding FILE.in2|FILE.txt|FILE.lqf PROJECT.kvn\n", stderr);
+    std::fputs("usage: embedding FILE.in2|FILE.txt|FILE.lqf|FILE.kvn PROJECT.kvn\n", stderr);
     return 2;
   }
   kvn::System system;  // one a process; its end writes the settings to <documents>/PLQ/Config/KelvaneConfig.json
   system.setSendMessageFunc(printMessage);
   system.init();
   try {
-    auto const project = system.createProject();
-    openFile(*project, arguments[1]);
-    calculate(*project);
-    printPoints(*project);
-    saveAndReadBack(system, *project, arguments[2]);
+    run(system, arguments[1], arguments[2]);
     return 0;
-  } catch (std::exception const& failure) {  // all failures of the library are std::exception; what() is UTF-8
-    printMessage(QString("%1: %2").arg(arguments[1], failure.what()), kvn::Error);
+  } catch (std::exception const& failure) {  // a kvn::JobException, whose text names the file; what() is UTF-8
+    printMessage(failure.what(), kvn::Error);
     return 1;
   }
 }

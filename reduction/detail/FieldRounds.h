@@ -1,10 +1,10 @@
 // What a field book holds of each station: occupations, rounds, targets.
 #pragma once
 
+#include <utils/Circle.h>
 #include "adjust/NameIndex.h"
 #include "adjust/PlaneNetwork.h"
 #include "records/Network.h"
-#include "reduction/detail/Circle.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,7 +20,7 @@ class CircleMean {
  public:
   void add(double angle) {
     if (count == 0) first = angle;
-    sum += difference(angle - first);
+    sum += utils::foldedAngle(angle - first);
     ++count;
   }
   bool isEmpty() const { return count == 0; }

@@ -47,7 +47,21 @@ file(WRITE ${WORK}/slope.txt "STA,A,1.5,,1000,1000,50\nSC,B,1.6,,0.0000,90.0000,
   "SC,P,1.6,,240.0000,273.0000,100,0,0,0\nSC,B,1.6,,180.0000,270.0000,,0,0,0\nSTA,B,1.5,,1000,1100,50\n")
 expect(0 "P +913\\.5161 +1049\\.9315 +55\\.1343 " ${embedding} ${WORK}/slope.txt ${WORK}/slope.kvn)
 
+# Two set-ups of A, of which only the second one, with its circle turned by 10°, sees Q: 80 m at 30° behind B in the east.
+file(WRITE ${WORK}/setups.lqf "JOB     J\nINST    T\n"
+  "STA     A,1.5,\nXYZ     1000,1000,50\nBS      B,1.6,\nHVD     0.0,324000.0,\nSC      P,1.6,\nHVD     216000.0,324000.0,100.0\n"
+  "STA     A,1.5,\nXYZ     1000,1000,50\nBS      B,1.6,\nHVD     36000.0,324000.0,\nSC      Q,1.6,\nHVD     144000.0,324000.0,80.0\n"
+  "STA     B,1.5,\nXYZ     1100,1000,50\nBS      A,1.6,\nHVD     0.0,324000.0,\nSC      P,1.6,\nHVD     1080000.0,324000.0,100.0\n")
+expect(0 "Q +960\\.0000 +1069\\.2820 .* holds 4 coordinates" ${embedding} ${WORK}/setups.lqf ${WORK}/setups.kvn)
+expect(0 "Q +960\\.0000 +1069\\.2820 " ${WORK}/prefix/bin/kelvane adjust ${WORK}/setups.lqf)
+# The a-priori errors in the head of a network file count: with the defaults P would lie at 1100.0020.
+file(WRITE ${WORK}/first.in2 "20,3,2\nA,1000,1000\nB,1000,1200\nA\nB,L,0.0000\nP,L,315.0000\nP,S,141.42\n"
+  "B\nP,L,0.0000\nP,S,141.43\nA,L,314.5958\n")
+expect(0 "P +1100\\.0050 " ${embedding} ${WORK}/first.in2 ${WORK}/first.kvn)
+
 # What cannot be taken ends with one line that says why.
-expect(1 "error: [^\n]*missing\\.in2: The data is error" ${embedding} ${WORK}/missing.in2 ${WORK}/x.kvn)
-expect(1 "error: [^\n]*check\\.cmake: nothing to read" ${embedding} ${CMAKE_CURRENT_LIST_FILE} ${WORK}/x.kvn)
+expect(1 "error: [^\n]*missing\\.in2: no such file" ${embedding} ${WORK}/missing.in2 ${WORK}/x.kvn)
+expect(1 "error: [^\n]*check\\.cmake: unknown kind of file" ${embedding} ${CMAKE_CURRENT_LIST_FILE} ${WORK}/x.kvn)
 expect(1 "error: [^\n]*: Known points are not enough" ${embedding} ${samples}/trig_height_reciprocal.txt ${WORK}/x.kvn)
+
+include(${CMAKE_CURRENT_LIST_DIR}/readme.cmake)

@@ -207,7 +207,7 @@ TEST(ReduceField, TellsWhatItCannotRelate) {
        "S>Z 0.0000 0.0000\nS>A 1.0000 0.0000\n"},
       {"rounds without a common target",
        {station("S"), sight("A", 1, 90), station("S"), sight("B", 2, 90)},
-       "1 S A 1\n1 S B 3\n2 S B 3\n",
+       "1 S A 1\n1 S B 3\n1 S B 3\n",
        "S>A 1.0000 0.0000\n"},
       {"a known point at two places", {known("S", 1, 1), known("S", 1, 1.001)}, "2 S  1\n", ""},
       {"a known point twice", {known("S", 1, 1), known("S", 1, 1)}, "", ""},

@@ -1,9 +1,10 @@
-#include "TraverseFailure.h"
+// What to look for when a single traverse cannot be computed.
+#include "adjust/ConnectTraverse.h"
+#include "core/AlgorithmException.h"
+#include "job/FindingTexts.h"
+#include "job/detail/JobSteps.h"
 
-#include "Output.h"
-#include "Session.h"
-
-namespace kvn::host {
+namespace kvn {
 namespace {
 
 enum Method { Open = 1, Connect, Closed };
@@ -33,20 +34,20 @@ constexpr Hint kHints[] = {
     {AlgorithmException::DataError, Point, 0, "not an angle, or two known points at one place"},
 };
 
-Name kindOf(AlgorithmException const& failure) {
+Name nameKindOf(AlgorithmException const& failure) {
   if (failure.name.empty()) return None;
   return failure.name == "No start data" || failure.name == "Data error" ? Fixed : Point;
 }
 
 }  // namespace
 
-QString explained(AlgorithmException const& failure, int method) {
-  QString text = describe(failure, Network());
+QString detail::explained(AlgorithmException const& failure, int method) {
+  QString text = worded(failure, Network());
   if (auto const* const end = dynamic_cast<TraverseEndException const*>(&failure)) {
     return QString("%1: the traverse ends at %2 and looks forward to %3, which both have to be known")
-        .arg(text, textOf(end->lastStation), textOf(end->forePoint));
+        .arg(text, recordText(end->lastStation), recordText(end->forePoint));
   }
-  Name const name = kindOf(failure);
+  Name const name = nameKindOf(failure);
   for (Hint const& hint : kHints) {
     bool const fits = hint.type == failure.errorType && hint.name == name;
     if (fits && (hint.method == method || hint.method == 0)) return QString("%1 (%2)").arg(text, hint.text);
@@ -54,4 +55,4 @@ QString explained(AlgorithmException const& failure, int method) {
   return text;
 }
 
-}  // namespace kvn::host
+}  // namespace kvn

@@ -1,7 +1,8 @@
-#include "ProjectFileCheck.h"
-
-#include "Failures.h"
-#include "Output.h"
+// A look at the text of a project file.
+#include "formats/FieldTextCheck.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "records/TraversePointType.h"
 
 #include <utils/Number.h>
 #include <utils/XmlText.h>
@@ -12,7 +13,7 @@
 #include <initializer_list>
 #include <optional>
 
-namespace kvn::host {
+namespace kvn {
 namespace {
 
 using tinyxml2::XMLElement;
@@ -121,20 +122,21 @@ bool isProject(XMLElement const& root) {
 
 }  // namespace
 
-FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes) {
+FieldTextCheck detail::inspectProjectFile(QString const& path, std::string const& bytes) {
   if (int const line = utils::lineOfCrowdedElement(bytes)) {
-    throw Refusal(path,
-                  QString("line %1: an element has more than %2 attributes").arg(line).arg(utils::kMostXmlAttributes));
+    QString const text = QString("line %1: an element has more than %2 attributes");
+    throw JobException(path, text.arg(line).arg(utils::kMostXmlAttributes), line);
   }
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {
-    throw Refusal(path, QString("line %1: the file is not well-formed XML").arg(std::max(1, document.ErrorLineNum())));
+    int const line = std::max(1, document.ErrorLineNum());
+    throw JobException(path, QString("line %1: the file is not well-formed XML").arg(line), line);
   }
   if (document.RootElement() == nullptr || !isProject(*document.RootElement())) {
-    throw Refusal(path, "the file is no project file");
+    throw JobException(path, "the file is no project file");
   }
   return Inspection().run(*document.RootElement());
 }
 
-}  // namespace kvn::host
+}  // namespace kvn

@@ -1,12 +1,21 @@
-#include "Heights.h"
-
-#include "Failures.h"
-#include "Output.h"
+// Heights: the height differences of a field book, with a surveyor's care, and their adjustment.
+#include "adjust/ElevationRows.h"
+#include "adjust/NameIndex.h"
+#include "adjust/TriangleHeightAdjust.h"
+#include "adjust/TriangleHeightDataConvert.h"
+#include "adjust/TriangleHeightDataRead.h"
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
 
 #include <QStringList>
+#include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
-namespace kvn::host {
+namespace kvn {
 namespace {
 
 QString reasonText(LeftOutSight::Reason reason) {
@@ -25,20 +34,20 @@ QString reasonText(LeftOutSight::Reason reason) {
   return {};
 }
 
-void tellLeftOut(FieldJob const& job, std::vector<LeftOutSight> const& sights) {
+void tellLeftOut(detail::OpenedFile const& opened, std::vector<LeftOutSight> const& sights) {
   std::vector<FieldFinding> findings;
   findings.reserve(sights.size());
   for (LeftOutSight const& sight : sights) {
     findings.push_back({FieldFinding::Warning, sight.station, {sight.target}, reasonText(sight.reason), sight.row, 0});
   }
-  tellWarnings(job.placed(findings));
+  for (QString const& line : warningLines(opened.placed(findings))) detail::sendWarning(line);
 }
 
 /// A control point known in plan only has the height 0 in the field book, as one at sea level.
 void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
   for (TriangleStationData const& station : observations.getTriangleStationData()) {
     if (station.height != 0.0) continue;
-    System::Instance()->sendMessage(QString("The known height of %1 is 0").arg(textOf(station.name)), Warning);
+    detail::sendWarning(QString("The known height of %1 is 0").arg(recordText(station.name)));
   }
 }
 
@@ -68,33 +77,49 @@ QStringList unconnected(TriangleHeightDataConvert const& observations) {
   }
   QStringList left;
   for (std::size_t n = 0; n < reached.size(); ++n) {
-    if (!reached[n]) left << textOf(names.names()[n]);
+    if (!reached[n]) left << recordText(names.names()[n]);
   }
   return left;
 }
 
-}  // namespace
-
-TriangleHeightDataConvert observeHeights(Session& session, double refraction, bool asRead) {
-  Project const& project = session.project();
-  TriangleHeightDataRead reader(asRead ? project.getVerticalAngleType() : ElevationAngle);
-  if (asRead) {
+/// The height lines of the rows, by the elevations of both faces, or as the library takes the rows.
+TriangleHeightDataConvert heightLinesOf(detail::JobState const& state, double refraction) {
+  Project const& project = *state.project;
+  TriangleHeightDataRead reader(state.asRead ? project.getVerticalAngleType() : ElevationAngle);
+  if (state.asRead) {
     reader.setTraverseDataList(project.getTraverseDataList(), refraction);
   } else {
     ElevationRows const elevations = elevationRows(project.getTraverseDataList());
-    tellLeftOut(session.job(), elevations.leftOut);
+    tellLeftOut(state.opened, elevations.leftOut);
     reader.setTraverseDataList(elevations.rows, refraction);
   }
-  TriangleHeightDataConvert observations;
-  observations.setTriangleHeightDataRead(reader);
-  tellKnownHeightsOfZero(observations);
-  return observations;
+  TriangleHeightDataConvert lines;
+  lines.setTriangleHeightDataRead(reader);
+  tellKnownHeightsOfZero(lines);
+  return lines;
 }
 
-void requireSolvable(QString const& file, TriangleHeightDataConvert const& observations) {
-  if (observations.getKnPnumber() == 0) throw Refusal(file, "no station has a known height");
-  QStringList const left = unconnected(observations);
-  if (!left.isEmpty()) throw Refusal(file, "no line connects these points to a known height: " + left.join(", "));
+void requireSolvable(QString const& file, TriangleHeightDataConvert const& lines) {
+  if (lines.getKnPnumber() == 0) throw JobException(file, "no station has a known height");
+  QStringList const left = unconnected(lines);
+  if (left.isEmpty()) return;
+  throw JobException(file, "no line connects these points to a known height: " + left.join(", "));
 }
 
-}  // namespace kvn::host
+}  // namespace
+
+void detail::adjustHeights(JobState& state, double refraction) {
+  Project& project = *state.project;
+  if (project.getTraverseDataList().empty()) {
+    throw JobException(state.file, "the file has no rows of a field book, from which heights are computed");
+  }
+  TriangleHeightDataConvert lines = heightLinesOf(state, refraction);
+  requireSolvable(state.file, lines);
+  auto adjustment = std::make_unique<TriangleHeightAdjust>();
+  adjustment->setTriangleHeightDataConvert(lines);
+  adjustment->heightLSAdjust();
+  project.setTriangleHeightAdjust(std::move(adjustment));
+  state.heightLines = std::move(lines);
+}
+
+}  // namespace kvn

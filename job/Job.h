@@ -1,0 +1,133 @@
+// Job: a file of field data opened with a surveyor's care, from its bytes to adjusted coordinates.
+#pragma once
+
+#include "adjust/AdjustProgress.h"
+#include "records/FieldFinding.h"
+#include "records/Network.h"
+
+#include <utils/Export.h>
+#include <utils/IProcessCancel.h>
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kvn {
+
+class AlgorithmAdjust;
+class Project;
+class TriangleHeightAdjust;
+class TriangleHeightDataConvert;
+namespace detail {
+struct JobState;
+}
+
+/// The steps of the program `kelvane`, for any host: `open`, look at `findings`, `adjust`, `takeResults`, `save`.
+///
+///     kvn::Job job(system.createProject());
+///     job.open("job.lqf");
+///     for (kvn::FieldFinding const& finding : job.findings()) show(kvn::worded(finding));
+///     job.adjust();       // results: job.project()->getAlgorithmAdjust()
+///     job.takeResults();  // coordinates and heights: job.project()->getCoordinatePointList()
+///     job.save("job.kvn");
+///
+/// The data is that of a project, which the host may show and edit between two steps. What does not stop a step is sent
+/// as a `Warning` through `System::sendMessage`. A step that fails throws a JobException, or std::bad_alloc, and leaves
+/// project and files as they were. A run that the cancel query ends fails like that as well. Used from one thread at a
+/// time.
+class KELVANE_EXPORT Job : public utils::IProcessCancel {
+ public:
+  enum class Reading {
+    /// Directions by names and faces, whatever the order of the sights; several set-ups of a station are turned onto
+    /// each other; what readers take in silence is told with its line.
+    Careful,
+    /// To the letter of the formats, as `Project` reads them: faces paired by their places or through the station map,
+    /// a distance alone is a direction of 0 as well, distances between known points do not count. No findings of the
+    /// text and of the reduction.
+    AsRead,
+  };
+
+  /// What looks at a job. Values are added up.
+  enum FindingSource : unsigned {
+    FileText = 1,         ///< what the reader took in silence
+    FieldReduced = 2,     ///< rows that make no good directions and distances
+    RowChecks = 4,        ///< marks of the row checks; a `Note` for each pair of faces
+    NetworkChecks = 8,    ///< ends of a line that differ; points that hang loose
+    AdjustmentStart = 16  ///< what a least-squares adjustment would run into; costs about as much as half of one
+  };
+
+  Job();  ///< on a new project of the System, or one of its own where there is no System
+  /// @param project  of `System::createProject`, not null.
+  explicit Job(std::shared_ptr<Project> project);
+  Job(Job const&) = delete;
+  Job& operator=(Job const&) = delete;
+  ~Job() override;
+
+  /// Suffixes, in small letters, of the files that can be opened: COSA network, traverse file, instrument job,
+  /// coordinate file, project.
+  static QStringList readableKinds();
+  static QStringList writableKinds();  ///< suffixes of the files that `save` can write
+  /// To be asked before a long run. @throws JobException for a suffix that is not among `kinds`.
+  static void requireWritableKind(QString const& path, QStringList const& kinds = writableKinds());
+
+  /// Reads a file once, as a whole, and replaces the data of the project by it: rows, network with its known points,
+  /// coordinates, names of the source files; results go. The settings of the project stay where the file says nothing:
+  /// a project file has all of them, a network file the a-priori errors in its first line. Stations of an instrument
+  /// job that have coordinates are known.
+  /// @throws JobException for a file that cannot be read, with its line where there is one: JobEncodingException for a
+  ///         coordinate file whose names are no text in the local 8-bit encoding.
+  void open(QString const& path, Reading reading = Reading::Careful);
+
+  QString const& file() const;  ///< as given to `open`; empty before
+  Reading reading() const;      ///< as given to `open`
+  /// Rows, network with known points, coordinates, settings (`getConfigure`, with the method of `adjust`), results.
+  std::shared_ptr<Project> const& project() const;
+
+  /// To be called when the host has edited rows: marks them by the row checks and makes the network of them anew.
+  /// Without rows nothing happens.
+  /// @throws JobException, with Reading::AsRead, for rows that make no network. An `Error` of the others is a finding.
+  void reduce();
+
+  /// All that there is to say about the job as it is now, by line of the file, then by severity.
+  std::vector<FieldFinding> findings() const;
+  /// Those of some sources (FileText | RowChecks), one source after the other.
+  std::vector<FieldFinding> findingsOf(unsigned sources) const;
+
+  /// @throws JobException for the first `Error` of some sources.
+  void requireNoError(unsigned sources) const;
+
+  /// Told where a least-squares run stands; an empty call tells nobody. For the cancel query see `setCancelCall`.
+  void setProgressCall(AdjustProgressCall call);
+  /// Adjusts the network of the project by its settings: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an
+  /// open, connecting or closed traverse. The result is the project's `getAlgorithmAdjust` then, too.
+  /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, and a network that the
+  ///         observations do not determine. An earlier result stays then.
+  AlgorithmAdjust const& adjust();
+  /// The network that the last run worked on. That of a single traverse has turned circles and its distances forward.
+  Network const& adjustedNetwork() const;
+
+  /// Adjusts the trigonometric heights of the rows. The result is the project's `getTriangleHeightAdjust` then, too.
+  /// @param refraction  coefficient; without one `Configure::AtmosphericIndex`.
+  /// @throws JobException without rows, without a known height, for points that no line connects to one.
+  TriangleHeightAdjust const& adjustHeights(std::optional<double> refraction = {});
+  TriangleHeightDataConvert const& heightLines() const;  ///< the observations of the last run of `adjustHeights`
+
+  /// Puts the adjusted points into the coordinate list of the project, with heights where the rows give any: heights
+  /// are adjusted for that, and a `Warning` says why where they cannot be. A point without a height has 0.
+  /// @throws JobException before `adjust`.
+  void takeResults(std::optional<double> refraction = {});
+
+  /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
+  /// list, which are the known points where there is none. The folder is made where it is not there. What the format
+  /// has no place for is told as a `Warning`, or refused where the file would be read as something else.
+  /// @throws JobException for an unknown suffix, a kind that the job is not, a name or a number that the file cannot
+  ///         hold, and with the reason where the file cannot be written. An old file stays whole then.
+  void save(QString const& path);
+
+ private:
+  std::unique_ptr<detail::JobState> state;
+};
+
+}  // namespace kvn

@@ -1,0 +1,97 @@
+// Adjusting: the network of a job by its settings.
+#include "adjust/AlgorithmAdjust.h"
+#include "adjust/AlgorithmData.h"
+#include "adjust/TraverseLines.h"
+#include "core/Project.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "reduction/CircleTurning.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+constexpr int kMethods = 4;  // of Configure::AdjustMethod: least squares, and the three single traverses
+constexpr int kByLeastSquares = 0;
+
+// Each round inverts the whole matrix.
+constexpr int kRoundLimit = 50;
+
+void requireUsableErrors(QString const& file, Configure const& configure, Network const& network) {
+  auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
+  if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
+    throw JobException(file, "the a-priori error of a direction (first number of line 1) must be above 0");
+  }
+  if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
+    throw JobException(file, "the a-priori errors of a distance (second and third number of line 1) must be 0 or more");
+  }
+  // A distance without error would have a weight without bound.
+  bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),
+                                        [](NetworkDataInfo const& line) { return line.horizontal_distance > 0.0; });
+  if (hasDistances && configure.LineFixedError == 0.0F && configure.LineProportionError == 0.0F) {
+    throw JobException(file, "the a-priori errors of a distance are both 0");
+  }
+}
+
+void requireAdjustable(detail::JobState const& state) {
+  Project const& project = *state.project;
+  int const method = project.getConfigure().AdjustMethod;
+  detail::requireNoError(state.file, state.opened.findings());
+  if (project.getFileType() == Project::CoordFile) {
+    throw JobException(state.file, "a coordinate file has no observations to adjust");
+  }
+  if (method < 0 || method >= kMethods) {
+    throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
+  }
+  if (method == kByLeastSquares) requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
+}
+
+/// The network as the method wants it.
+Network prepared(Network const& network, int method, bool asRead) {
+  if (method == kByLeastSquares || asRead) return network;
+  // A failure in the input names a line by its number, and the lines change.
+  AlgorithmData().readNetworkData(network, MissingDirection::IsLeftOut);
+  return withForwardDistances(turnedCircles(network));
+}
+
+/// A network and settings in, results out: the one place that knows the engine.
+std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure const& configure,
+                                            detail::JobState const& state, utils::IProcessCancel const& cancel) {
+  auto adjustment = std::make_unique<AlgorithmAdjust>();
+  adjustment->setConfigure(configure);
+  // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has
+  // the distance alone has no direction of 0.
+  adjustment->setCountControlDistances(!state.asRead);
+  adjustment->setFoldToNearest(!state.asRead);
+  if (!state.asRead) adjustment->setIterationLimit(kRoundLimit);
+  adjustment->setNetworkData(network, state.asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
+  adjustment->setProgressCall(state.progress);
+  adjustment->setCancelCall(cancel.getCancelCall());
+  try {
+    adjustment->calculateAdjust();
+  } catch (AlgorithmException const& failure) {
+    if (configure.AdjustMethod == kByLeastSquares) throw;
+    std::throw_with_nested(JobException(state.file, detail::explained(failure, configure.AdjustMethod)));
+  }
+  // The calls of the host are for the time of the run.
+  adjustment->setProgressCall({});
+  adjustment->setCancelCall({});
+  return adjustment;
+}
+
+}  // namespace
+
+void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
+  requireAdjustable(state);
+  Project& project = *state.project;
+  Configure const& configure = project.getConfigure();
+  Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
+  project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
+  state.adjusted = std::move(network);
+}
+
+}  // namespace kvn

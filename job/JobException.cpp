@@ -1,0 +1,26 @@
+#include "job/JobException.h"
+
+#include <utils/FileName.h>
+
+namespace kvn {
+namespace {
+
+std::string sentence(QString const& path, QString text, int further) {
+  if (further > 0) text += QString(" (and %1 more)").arg(further);
+  return (path.isEmpty() ? text : QString("%1: %2").arg(utils::readablePath(path), text)).toStdString();
+}
+
+}  // namespace
+
+JobException::JobException(QString const& path, QString const& reason, int lineNumber, int furtherErrors)
+    : std::runtime_error(sentence(path, reason, furtherErrors)),
+      file(path),
+      text(reason),
+      line(lineNumber),
+      further(furtherErrors) {}
+
+JobException::~JobException() = default;
+
+JobEncodingException::~JobEncodingException() = default;
+
+}  // namespace kvn

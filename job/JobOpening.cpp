@@ -1,0 +1,225 @@
+// Opening: the bytes of a file of any kind into a project.
+#include "adjust/AlgorithmData.h"
+#include "core/Project.h"
+#include "core/System.h"
+#include "formats/CarefulCosaCollection.h"
+#include "formats/CosaCollection.h"
+#include "formats/FieldTextCheck.h"
+#include "formats/LQFTraverseDataCollection.h"
+#include "formats/VRDTraverseDataCollcetion.h"
+#include "formats/detail/PointText.h"
+#include "job/Job.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "reduction/FieldReduction.h"
+
+#include <utils/ByteStream.h>
+#include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+#include <utils/QLogicError.h>
+
+#include <QFileInfo>
+#include <QTextCodec>
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::OpenedFile;
+using detail::suffixOf;
+
+/// A job file has no known points but those that are told to the project.
+void takeKnownStations(Project& project) {
+  markKnownStations(project.getTraverseDataList());
+  for (KnownPoint const& point : getKnownPoint(project.getTraverseDataList())) project.addKnownPoint(point);
+}
+
+void readJob(Project& project, QString const& path, std::string const& bytes) {
+  try {
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    LQFTraverseDataCollection rows;
+    utils::ByteStream stream(bytes);
+    readNamingTheLine(rows, stream);  // fails at the same place, and tells it
+    throw;
+  }
+  takeKnownStations(project);
+}
+
+void readTraverse(Project& project, QString const& path, std::string const& bytes) {
+  VRDTraverseDataCollcetion rows;
+  utils::ByteStream stream(bytes);
+  readNamingTheLine(rows, stream);
+  if (rows.getTraverseDataList().empty()) throw QLogicError(System::tr("The import file data is empty"));
+  try {
+    project.readContents(path, bytes);  // again, so that the project knows its file
+  } catch (std::bad_alloc const&) {
+    throw;  // says nothing about the rows
+  } catch (std::exception const&) {
+    // The library pairs the faces by their places: it may refuse rows that are good.
+    project.setFileType(Project::VrdFile);
+    project.setVerticalAngleType(FullCircleZenith);
+    project.setName(path);
+  }
+  project.setTraverseDataList(std::move(rows.getTraverseDataList()));
+}
+
+/// A project file tells neither which sights have no readings nor which stations of a job have coordinates.
+void restoreMarks(Project& project) {
+  auto& rows = project.getTraverseDataList();
+  bool const hasKnown = !getKnownPoint(rows).empty();
+  for (TraverseDataInfo& row : rows) {
+    bool const isStation = row.pointType == TraversePointType::StationPoint;
+    bool const isRead = row.horizontal_angle != 0.0 || row.vertical_angle != 0.0 || row.slant_distance != 0.0;
+    if (!isStation && !isRead) row.angleMark = 0.0;
+    row.hasCoordinate = isStation && !hasKnown;
+  }
+  if (project.getFileType() == Project::LqfFile) takeKnownStations(project);
+}
+
+void readProject(Project& project, QString const& path, std::string const& bytes) {
+  try {
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    // The rows are there, but not a network by the library's pairing.
+    if (project.getTraverseDataList().empty()) throw;
+    project.setName(path);
+  }
+  restoreMarks(project);
+}
+
+void readRows(Project& project, QString const& path, std::string const& bytes) {
+  QString const kind = suffixOf(path);
+  if (kind == "lqf") {
+    readJob(project, path, bytes);
+  } else if (kind == "txt") {
+    readTraverse(project, path, bytes);
+  } else {
+    readProject(project, path, bytes);
+  }
+  project.checkVRDData();
+}
+
+FieldTextCheck inspectText(Project const& project, QString const& path, std::string const& bytes) {
+  if (suffixOf(path) == "kvn") return detail::inspectProjectFile(path, bytes);
+  utils::ByteStream stream(bytes);
+  return suffixOf(path) == "lqf" ? inspectJobText(stream, project.getTraverseDataList()) : inspectTraverseText(stream);
+}
+
+/// Takes in a traverse file, an instrument job file or a project file. Stations of a job that have coordinates are
+/// known. A project file may hold a network or coordinates in place of rows.
+OpenedFile takeFieldJob(Project& project, QString const& path, std::string const& bytes) {
+  OpenedFile opened;
+  bool const isProject = suffixOf(path) == "kvn";
+  if (isProject) opened.text = inspectText(project, path, bytes);  // a reader would say less of what is wrong
+  readRows(project, path, bytes);
+  if (!isProject) opened.text = inspectText(project, path, bytes);
+  if (project.getTraverseDataList().empty()) return opened;
+  opened.reduction = reduceField(project.getTraverseDataList());
+  project.setNetwork(opened.reduction.network);
+  return opened;
+}
+
+/// The same as the library does it: the two faces paired by their place, or the station map.
+void takeFieldJobAsRead(Project& project, QString const& path, std::string const& bytes) {
+  project.readContents(path, bytes);
+  if (project.getFileType() == Project::LqfFile) {
+    takeKnownStations(project);
+    project.buildStationMap();
+  }
+  project.generateNetworkData();
+}
+
+void takeNetwork(Project& project, QString const& path, std::string const& bytes, CosaCollection&& collection) {
+  utils::ByteStream stream(bytes);
+  collection.setConfigure(project.getConfigure());  // what the head does not say stays
+  collection.read(stream);
+  Network network = collection.takeNetwork();
+  if (network.lines.empty() && network.knownPoints.empty()) {
+    project.readContents(path, bytes);  // refuses an empty file, but not one of lines without an observation
+    project.setNetwork(std::move(network));
+  } else {
+    project.importCosaNetwork(path, std::move(network));
+    project.setFileType(Project::CosaFile);
+    project.setName(path);
+  }
+  project.setConfigure(collection.getConfigure());  // which the project does not take from a network file
+}
+
+/// Names of a coordinate file in another encoding would become question marks, and several points one.
+void requireEncoding(QString const& path, std::string const& bytes) {
+  if (bytes.empty()) throw JobException(path, "the file is empty");
+  std::string_view text = bytes;
+  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.remove_prefix(3);  // a byte order mark, which the reader passes over
+  for (int number = 1; !text.empty(); ++number) {
+    std::string const line(text.substr(0, text.find('\n')));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    if (detail::isSameInLocal8Bit(line) || HTextCodec::ToLocal8Bit(HTextCodec::FromLocal8Bit(line)) == line) continue;
+    QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
+    throw JobEncodingException(path, QString("line %1 is no text in the encoding %2").arg(number).arg(codec), number);
+  }
+}
+
+}  // namespace
+
+std::string detail::bytesOf(QString const& path) {
+  utils::FileBytes file = utils::readFile(path);  // the project would open a file that is missing as an empty one
+  if (!file.isWhole()) throw JobException(path, file.reason);
+  if (!Job::readableKinds().contains(suffixOf(path))) {
+    throw JobException(path,
+                       "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                       ".lqf (instrument job), .dat (coordinates), .kvn (project)");
+  }
+  return std::move(file.bytes);
+}
+
+std::vector<TraverseDataInfo> detail::rowsWithKnownStations(Project const& project) {
+  std::vector<TraverseDataInfo> rows = project.getTraverseDataList();
+  if (project.getFileType() == Project::LqfFile && getKnownPoint(rows).empty()) markKnownStations(rows);
+  return rows;
+}
+
+void detail::reduce(JobState& state) {
+  Project& project = *state.project;
+  if (project.getTraverseDataList().empty()) return;
+  if (state.asRead) {
+    project.generateNetworkData();
+    return;
+  }
+  project.setTraverseDataList(rowsWithKnownStations(project));
+  project.checkVRDData();
+  // Where rows have come or gone, no line of the file belongs to the others any more.
+  std::vector<int>& lines = state.opened.text.rowLines;
+  if (lines.size() != project.getTraverseDataList().size()) lines.clear();
+  state.opened.reduction = reduceField(project.getTraverseDataList());
+  project.setNetwork(state.opened.reduction.network);
+}
+
+OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead) {
+  QString const kind = suffixOf(path);
+  if (kind == "in2") {
+    if (asRead) {
+      takeNetwork(project, path, bytes, CosaCollection());
+    } else {
+      takeNetwork(project, path, bytes, CarefulCosaCollection());
+    }
+  } else if (kind == "dat") {
+    requireEncoding(path, bytes);
+    project.readContents(path, bytes);
+  } else if (asRead) {
+    takeFieldJobAsRead(project, path, bytes);
+  } else {
+    return takeFieldJob(project, path, bytes);
+  }
+  return {};
+}
+
+}  // namespace kvn

@@ -1,0 +1,233 @@
+// Saving: what a job holds, as a file of any kind.
+#include "core/Project.h"
+#include "core/System.h"
+#include "formats/CarefulCosaCollection.h"
+#include "formats/CoordinateDataCollection.h"
+#include "formats/LQFTraverseDataCollection.h"
+#include "formats/VRDTraverseDataCollcetion.h"
+#include "job/FindingTexts.h"
+#include "job/Job.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "reduction/FieldReduction.h"
+
+#include <utils/FileText.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <iterator>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+namespace kvn {
+namespace {
+
+using Rows = std::vector<TraverseDataInfo>;
+using detail::JobState;
+using detail::requireNoError;
+using detail::sendWarning;
+using detail::suffixOf;
+
+// Heights of instrument and target have six digits in a traverse file: from here on less than a millimetre is lost.
+constexpr double kSixDigits = 100.0;
+
+/// A name that the format gives back as it is.
+bool canStand(std::string const& name, QString const& kind) {
+  if (name.empty() || name.find_first_of(",\r\n") != std::string::npos) return false;
+  if (kind == "lqf") return name.find(' ') == std::string::npos;
+  return kind == "dat" || QString::fromStdString(name).simplified().toStdString() == name;
+}
+
+void requireName(QString const& path, std::string const& name) {
+  if (canStand(name, suffixOf(path))) return;
+  throw JobException(path, QString("the name \"%1\" cannot stand in a file of this kind").arg(recordText(name)));
+}
+
+void requireWritable(QString const& path, TraverseDataInfo const& row) {
+  requireName(path, row.name);
+  double const numbers[] = {row.instrument, row.horizontal_angle, row.vertical_angle, row.slant_distance, row.N, row.E,
+                            row.Z};
+  if (!std::all_of(std::begin(numbers), std::end(numbers), [](double number) { return std::isfinite(number); })) {
+    throw JobException(path, QString("a number of %1 is not finite").arg(recordText(row.name)));
+  }
+}
+
+/// What the traverse file has no place for, and what a reader would take for something else.
+void tellLoss(Rows const& rows, QString const& kind) {
+  if (kind == "lqf") return;
+  auto const hasCode = [](TraverseDataInfo const& row) { return !row.code.empty(); };
+  if (std::any_of(rows.begin(), rows.end(), hasCode)) {
+    sendWarning(QString("A %1 file has no place for point codes").arg(kind == "kvn" ? "project" : "traverse"));
+  }
+  if (kind != "txt") return;
+  auto const isHigh = [](TraverseDataInfo const& row) { return std::abs(row.instrument) >= kSixDigits; };
+  if (std::any_of(rows.begin(), rows.end(), isHigh)) {
+    sendWarning("A traverse file holds heights of instrument and target of 100 m and above to six digits only");
+  }
+}
+
+/// The rows that the format can hold; both have a reading in every sight.
+Rows writable(QString const& path, Rows const& rows) {
+  Rows kept;
+  for (TraverseDataInfo const& row : rows) {
+    bool const isStation = row.pointType == TraversePointType::StationPoint;
+    requireWritable(path, row);
+    if (isStation || row.angleMark != 0.0) {
+      kept.push_back(row);
+    } else {
+      sendWarning(QString("The sight to %1 has no angles and is left out").arg(recordText(row.name)));
+    }
+  }
+  return kept;
+}
+
+/// Replaces a file, creating its folder, by what `print` prints.
+void writeWhole(QString const& path, std::function<void(std::ostream&)> const& print) {
+  std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the file
+  print(text);
+  utils::createFolderOf(path);
+  QString const error = utils::replaceFile(path, text.str());
+  if (!error.isEmpty()) throw JobException(path, error);
+}
+
+/// Lends the project rows in the place of its own.
+class LentRows {
+ public:
+  LentRows(Project& borrower, Rows rows) : project(borrower), own(std::move(borrower.getTraverseDataList())) {
+    project.setTraverseDataList(std::move(rows));
+  }
+  LentRows(LentRows const&) = delete;
+  LentRows& operator=(LentRows const&) = delete;
+  ~LentRows() { project.setTraverseDataList(std::move(own)); }
+
+ private:
+  Project& project;
+  Rows own;
+};
+
+void writeRows(JobState const& state, QString const& path) {
+  Project& project = *state.project;
+  QString const kind = suffixOf(path);
+  Rows rows = writable(path, project.getTraverseDataList());
+  tellLoss(rows, kind);
+  if (kind == "lqf" && suffixOf(state.file) == "lqf") {
+    LentRows const lent(project, std::move(rows));
+    utils::createFolderOf(path);
+    project.exportLQFFile(path);  // the project keeps the names of the job
+    return;
+  }
+  LQFTraverseDataCollection job;
+  job.readJob(project.getName().simplified().replace(' ', '_').toStdString());
+  VRDTraverseDataCollcetion traverse;
+  ITraverseDataCollcetion& collection = kind == "lqf" ? static_cast<ITraverseDataCollcetion&>(job) : traverse;
+  collection.setTraverseDataList(rows);
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+}
+
+/// The coordinate list; without one the known points of a job or of a network.
+std::vector<CoordinatePointInfo> coordinatesOf(Project const& project) {
+  if (project.isCoordinateData()) return project.getCoordinatePointList();
+  bool const hasRows = !project.getTraverseDataList().empty();
+  std::vector<CoordinatePointInfo> points;
+  for (KnownPoint const& point :
+       hasRows ? getKnownPoint(project.getTraverseDataList()) : project.getNetwork().knownPoints) {
+    CoordinatePointInfo coordinate;
+    coordinate.name = point.name;
+    coordinate.N = point.x;
+    coordinate.E = point.y;
+    coordinate.Z = point.z;
+    points.push_back(std::move(coordinate));
+  }
+  return points;
+}
+
+void writeCoordinates(JobState const& state, QString const& path) {
+  CoordinateDataCollection collection;
+  collection.setCoordinateDataList(coordinatesOf(*state.project));
+  if (collection.getCoordinateDataList().empty())
+    throw JobException(path, "there is no point with coordinates to write");
+  for (CoordinatePointInfo const& point : collection.getCoordinateDataList()) requireName(path, point.name);
+  if (!state.project->isCoordinateData()) sendWarning("Only the known points have coordinates to write");
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+}
+
+/// The network of the rows as they are now. A list of coordinates alone becomes known points.
+Network networkOf(JobState const& state) {
+  Project const& project = *state.project;
+  Network const& network = project.getNetwork();
+  if (!project.getTraverseDataList().empty()) {
+    if (state.asRead) return network;
+    FieldReduction reduction = reduceField(detail::rowsWithKnownStations(project));
+    requireNoError(state.file, state.opened.text.findings);
+    requireNoError(state.file, state.opened.placed(reduction.findings));
+    return std::move(reduction.network);
+  }
+  if (!network.isEmpty() || !network.knownPoints.empty()) return network;
+  Network points;
+  for (CoordinatePointInfo const& point : project.getCoordinatePointList()) {
+    points.knownPoints.emplace_back(point.name, point.N, point.E, point.Z);
+  }
+  return points;
+}
+
+void writeNetwork(JobState const& state, QString const& path) {
+  Network const network = networkOf(state);
+  if (network.isEmpty() && network.knownPoints.empty()) throw JobException(path, "there is no network to write");
+  CarefulCosaCollection collection;
+  // Without the a-priori errors of its file the network would be adjusted with other weights.
+  collection.setConfigure(state.project->getConfigure());
+  collection.setKnownPointList(network.knownPoints);
+  collection.setNetworkDataList(network.lines);
+  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+}
+
+/// A project file tells a direction of 0 from none by nothing.
+void requireDirections(QString const& path, Network const& network) {
+  for (NetworkDataInfo const& line : network.lines) {
+    if (line.horizontalAngleFlag) continue;
+    throw JobException(
+        path, QString("a project file cannot tell that no direction was observed from %1 to %2; a .in2 file can")
+                  .arg(recordText(line.start_name), recordText(line.end_name)));
+  }
+}
+
+/// Written as the network that it is: a project that came from a field book would be written with its rows, of which
+/// a network command has left none.
+void saveNetwork(Project const& project, QString const& path) {
+  Project plain;
+  plain.setFileType(Project::CosaFile);
+  plain.setConfigure(project.getConfigure());
+  plain.setNetwork(project.getNetwork());
+  plain.setCoordinatePointList(project.getCoordinatePointList());
+  plain.saveAs(path);
+}
+
+void writeProject(JobState const& state, QString const& path) {
+  Project& project = *state.project;
+  tellLoss(project.getTraverseDataList(), "kvn");
+  if (project.getTraverseDataList().empty()) requireDirections(path, project.getNetwork());
+  requireNoError(state.file, state.opened.text.findings);
+  utils::createFolderOf(path);
+  bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();
+  if (hasLostRows && !project.getNetwork().isEmpty()) return saveNetwork(project, path);
+  project.saveAs(path);
+}
+
+}  // namespace
+
+void detail::write(JobState const& state, QString const& path) {
+  QString const kind = suffixOf(path);
+  if (kind == "kvn") return writeProject(state, path);
+  if (kind == "in2") return writeNetwork(state, path);
+  if (kind == "dat") return writeCoordinates(state, path);
+  if (state.project->getTraverseDataList().empty()) {
+    throw JobException(path, "a file of this kind holds the readings of a field book, which there are none of");
+  }
+  requireNoError(state.file, state.opened.text.findings);
+  writeRows(state, path);
+}
+
+}  // namespace kvn

@@ -1,0 +1,64 @@
+// The steps of a job, one source each. Those that take a JobState are called by Job alone.
+#pragma once
+
+#include "core/AlgorithmException.h"
+#include "core/Configure.h"
+#include "job/detail/JobState.h"
+
+#include <utils/IProcessCancel.h>
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kvn {
+class AlgorithmAdjust;
+}
+
+namespace kvn::detail {
+
+/// Suffix of a path in small letters.
+QString suffixOf(QString const& path);
+void sendWarning(QString const& text);
+/// The exception that is being handled, as a JobException that has it nested; a JobException and std::bad_alloc pass.
+[[noreturn]] void throwNaming(QString const& file, Network const& network);
+/// @throws JobException for the first `Error` among the findings.
+void requireNoError(QString const& file, std::vector<FieldFinding> const& findings);
+
+/// All bytes of a file. @throws JobException for one that is not there, cannot be read or is of an unknown kind.
+std::string bytesOf(QString const& path);
+/// Takes the bytes of a file of any kind into an empty project. @throws what the readers throw.
+OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead);
+/// A look at the text of a project file, for what its reader takes in silence.
+///
+/// `Error`: a number, a truth value or a kind of row that cannot be read, for which the reader takes the default.
+/// `Warning`: a version or a kind of data that is not known. The lines are those of the rows.
+/// @throws JobException for a file that is not well-formed, with the line, or that holds nothing of a project.
+FieldTextCheck inspectProjectFile(QString const& path, std::string const& bytes);
+
+/// The rows of a project. Those of an instrument job that a command has opened have no known stations: the ones with
+/// coordinates are known then, as when a job opens the file.
+std::vector<TraverseDataInfo> rowsWithKnownStations(Project const& project);
+/// The network of the rows as they are now, into the project.
+void reduce(JobState& state);
+
+/// What a least-squares adjustment of the project's network would run into: input that it refuses, points that cannot
+/// be placed or that nothing holds, gross errors.
+std::vector<FieldFinding> findingsOnStart(Project const& project);
+
+/// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
+void adjust(JobState& state, utils::IProcessCancel const& cancel);
+/// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.
+QString explained(AlgorithmException const& failure, int method);
+
+/// Adjusts the heights of the rows, into the project. What gives no height is told as a `Warning`.
+/// @throws JobException without a known height, and with the names of points that no line connects to one.
+void adjustHeights(JobState& state, double refraction);
+
+/// Writes the job in the format of the suffix. The project stays as it is. @throws JobException; what the library's
+/// writers throw.
+void write(JobState const& state, QString const& path);
+
+}  // namespace kvn::detail

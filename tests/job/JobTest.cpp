@@ -1,0 +1,159 @@
+// A job from its file to coordinates and back: what `kelvane` gives, every host gets.
+#include "Folder.h"
+
+#include "host/Program.h"
+
+#include <gmock/gmock.h>
+#include <cmath>
+
+namespace {
+
+using namespace kvn;
+using test::JobInFolder;
+using testing::HasSubstr;
+
+std::string failureOf(std::function<void()> const& call) { return test::failureOf<JobException>(call); }
+
+CoordinatePointInfo coordinate(Job const& job, std::string const& name) {
+  for (CoordinatePointInfo const& point : job.project()->getCoordinatePointList()) {
+    if (point.name == name) return point;
+  }
+  ADD_FAILURE() << name;
+  return {};
+}
+
+TEST_F(JobInFolder, WeighsByTheErrorsInTheHeadOfANetworkFile) {
+  job.open(written("first.in2", test::kFirstNetwork));
+  AlgorithmAdjust const& result = job.adjust();
+  job.takeResults();
+  EXPECT_EQ(&result, job.project()->getAlgorithmAdjust());
+  // Directions of 20" hardly count against the two distances, which are 1.4 and 8.6 mm too short or long for P at
+  // 1100, 1100: their mean lifts it by 5 mm. With the defaults it would be 1100.0020.
+  EXPECT_NEAR(coordinate(job, "P").N, 1100.0050, 5e-5);
+}
+
+/// Points, residuals and unit weight error, each to the last bit.
+void expectSameAsTheProgram(Job const& job, Json::Value const& json) {
+  AlgorithmAdjust const& result = *job.project()->getAlgorithmAdjust();
+  auto const& points = result.getPointErrorInfoList();
+  ASSERT_EQ(json["points"].size(), points.size());
+  for (Json::ArrayIndex i = 0; i < points.size(); ++i) {
+    EXPECT_EQ(json["points"][i]["name"].asString(), points[i].name);
+    EXPECT_EQ(json["points"][i]["x"].asDouble(), points[i].x);
+    EXPECT_EQ(json["points"][i]["y"].asDouble(), points[i].y);
+    EXPECT_EQ(json["points"][i]["mp"].asDouble(), points[i].mp);
+  }
+  EXPECT_EQ(json["unitError"].asDouble(), result.getSummary().unitError);
+  EXPECT_EQ(json["counts"]["directions"].asInt(), result.getSummary().directions);
+}
+
+TEST_F(JobInFolder, GivesWhatTheProgramGivesOfTwoSetUps) {
+  test::Program const program;
+  program.write("job.lqf", test::kTwoSetUps);
+  QString const file = written("job.lqf", test::kTwoSetUps);
+  job.open(file);
+  job.adjust();
+  expectSameAsTheProgram(job, program.run({"adjust", "job.lqf", "--json"}).json());
+  // A to Q is 80 m at 30° behind B, which lies to the east. The station map halves that direction.
+  job.takeResults();
+  EXPECT_NEAR(coordinate(job, "Q").N, 1000.0 - 80.0 * std::sin(30.0 * std::acos(-1.0) / 180.0), 1e-4);
+  job.open(file, Job::Reading::AsRead);
+  EXPECT_EQ(job.reading(), Job::Reading::AsRead);
+  job.adjust();
+  expectSameAsTheProgram(job, program.run({"adjust", "job.lqf", "--as-read", "--json"}).json());
+  job.takeResults();
+  EXPECT_GT(std::abs(coordinate(job, "Q").N - 960.0), 1.0);
+}
+
+TEST_F(JobInFolder, AdjustsASingleTraverseByTheSettings) {
+  job.open(test::samplePath("trav_connecting_fr_5legs.txt"));
+  job.project()->getConfigure().AdjustMethod = 2;
+  TraverseSummary const& summary = job.adjust().getTraverseSummary();
+  EXPECT_TRUE(summary.hasMisclosure);
+  EXPECT_LT(job.adjustedNetwork().lines.size(), 1U + job.project()->getNetwork().lines.size());
+  job.project()->getConfigure().AdjustMethod = 3;
+  EXPECT_THAT(failureOf([this] { job.adjust(); }),
+              HasSubstr("trav_connecting_fr_5legs.txt: Known points are not enough: "));
+  job.project()->getConfigure().AdjustMethod = 4;
+  EXPECT_THAT(failureOf([this] { job.adjust(); }), HasSubstr("there is no method of adjustment of the number 4"));
+  EXPECT_TRUE(job.project()->getAlgorithmAdjust()->getTraverseSummary().hasMisclosure) << "the earlier result stays";
+}
+
+TEST_F(JobInFolder, TellsProgressAndEndsWhenTheHostSaysSo) {
+  job.open(test::samplePath("net_charamza1990_p238.in2"));
+  int calls = 0;
+  job.setProgressCall([&calls](AdjustProgress const&) { ++calls; });
+  job.adjust();
+  EXPECT_GT(calls, 2);
+  AlgorithmAdjust const* const before = job.project()->getAlgorithmAdjust();
+  job.setCancelCall([] { return true; });
+  EXPECT_THAT(failureOf([this] { job.adjust(); }), testing::EndsWith("net_charamza1990_p238.in2: User Cancel"));
+  EXPECT_EQ(job.project()->getAlgorithmAdjust(), before);
+}
+
+TEST_F(JobInFolder, NestsTheCauseOfAFailure) {
+  job.open(written("loose.in2", "2,3,2\nA,0,0\nA\nP,L,0\nP,S,10\n"));
+  try {
+    job.adjust();
+    ADD_FAILURE() << "adjusted";
+  } catch (JobException const& failure) {
+    EXPECT_EQ(failure.file, job.file());
+    EXPECT_THROW(std::rethrow_if_nested(failure), AlgorithmException);
+  }
+}
+
+TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
+  job.open(written("book.txt", test::kFieldBook));
+  EXPECT_THAT(failureOf([this] { job.takeResults(); }), HasSubstr("There is no adjustment result"));
+  job.adjust();
+  job.takeResults();
+  // 100 m at 3° from 50 m, 0.1 m between the heights of instrument and target, and 0.84 S²/2R = 0.7 mm of curvature and
+  // refraction; without refraction it is 0.1 mm more.
+  EXPECT_NEAR(coordinate(job, "P").Z, 55.1343, 5e-5);
+  EXPECT_NEAR(coordinate(job, "P").N, 913.5161, 5e-5);
+  EXPECT_EQ(job.heightLines().getLnumber(), 1);
+  job.takeResults(0.0);
+  EXPECT_NEAR(coordinate(job, "P").Z, 55.1344, 5e-5);
+  EXPECT_EQ(job.adjustHeights(1.0).getTriangleHeightPointInfo().size(), 3U);
+
+  job.save(path("new/job.kvn"));
+  Job again(host.system.createProject());
+  again.open(path("new/job.kvn"));
+  EXPECT_EQ(coordinate(again, "P").N, coordinate(job, "P").N);
+  EXPECT_EQ(again.project()->getTraverseDataList().size(), 6U);
+  again.adjust();
+  again.takeResults(0.0);
+  EXPECT_EQ(coordinate(again, "P").Z, coordinate(job, "P").Z);
+}
+
+TEST_F(JobInFolder, SavesEveryKindThatCanHoldItAndNothingElse) {
+  job.open(written("book.txt", test::kFieldBook));
+  for (QString const& kind : Job::writableKinds()) {
+    SCOPED_TRACE(kind.toStdString());
+    job.save(path("out." + kind));
+    Job again(host.system.createProject());
+    again.open(path("out." + kind));
+    if (kind == "dat") {
+      EXPECT_EQ(again.project()->getCoordinatePointList().size(), 2U);
+      continue;
+    }
+    again.adjust();
+    EXPECT_NEAR(again.project()->getAlgorithmAdjust()->getPointErrorInfoList()[2].x, 913.5161, 1e-4);
+  }
+  EXPECT_THAT(failureOf([this] { job.save(path("out.doc")); }), HasSubstr("out.doc: unknown kind of file"));
+  QString const kept = written("kept.txt", "old");
+  job.project()->getTraverseDataList()[1].name = "a,b";
+  EXPECT_THAT(failureOf([&] { job.save(kept); }),
+              HasSubstr("kept.txt: the name \"a,b\" cannot stand in a file of this kind"));
+  EXPECT_EQ(test::fileBytes(kept), "old");
+}
+
+TEST_F(JobInFolder, KeepsItsRowsWhereAFileCannotHoldAllOfThem) {
+  job.open(written("job.lqf", test::kTwoSetUps));
+  job.project()->getTraverseDataList()[1].angleMark = 0.0;
+  job.save(path("out.lqf"));
+  EXPECT_EQ(host.messages.back().first, "The sight to B has no angles and is left out");
+  EXPECT_EQ(job.project()->getTraverseDataList().size(), 9U);
+}
+
+}  // namespace
