@@ -93,11 +93,7 @@ PlaneResult const& PlaneAdjustment::adjust() {
   own->place();
   own->iterate();
   own->takeResults();
-  if (own->isFree()) {
-    own->judgeFree();
-  } else {
-    own->engine.judgeObservations();
-  }
+  own->judge();
   return own->result;
 }
 

@@ -7,6 +7,7 @@
 
 #include <utils/Export.h>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -75,6 +76,18 @@ struct PlanePoint {
   bool isChecked = false;  ///< false where a gross error of some observation moves it and shows nowhere
 };
 
+/// A known point, tested when the residuals as a whole are too large: would it fit if it were free?
+struct PlaneControl {
+  std::size_t point = 0;      ///< number in the network
+  bool isDetermined = false;  ///< false where the network has no datum without it; nothing can be said then
+  double reduction = 0.0;     ///< of the weighted sum of squares, if it were free
+  double north = 0.0;         ///< where it would lie, from its given coordinates, metres
+  double east = 0.0;
+  /// reduction / 2 over the variance factor with the point free, over its critical value (F of 2 and f - 2 degrees of
+  /// freedom, error probability 0.1 %): above 1 is significant. NaN where it is not determined.
+  double test = 0.0;
+};
+
 /// What `PlaneAdjustment` gives. Lists run parallel to those of the network.
 struct PlaneResult {
   int redundancy = 0;
@@ -99,6 +112,8 @@ struct PlaneResult {
   std::vector<double> orientationErrors;  ///< radians
   std::vector<PlaneObservation> directions;
   std::vector<PlaneObservation> distances;
+  std::vector<PlaneControl> control;          ///< empty unless the residuals as a whole are too large
+  std::vector<std::size_t> suspectedControl;  ///< points: the one that does not fit or, of several, one of them
   /// Coordinates from which the iteration began, x and y of each point.
   std::vector<std::pair<double, double>> approximate;
 };

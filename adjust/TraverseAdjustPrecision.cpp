@@ -21,7 +21,6 @@ using detail::index;
 using detail::NumberedNetwork;
 using detail::PlaneEngine;
 
-
 /// Root of a variance factor, which rounding may have pushed below zero.
 double rootOf(double variance) { return std::sqrt(std::max(variance, 0.0)); }
 

@@ -17,6 +17,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   KELVANE_LATER_MEMBER
 
   static constexpr double kSecondsPerRadian = 206264.80624709636;
+  /// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
+  static constexpr double kUncheckedRedundancy = 1e-6;
 
   PlaneNetwork network;
   PlaneSettings settings;
@@ -59,9 +61,13 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void takeOrientations();
   void takeKinds();
   void findUnchecked();
-  void judgeFree();
+  void judge();
+  void judgeWithoutFixedPoints();
+  void testControl();
+  std::vector<PlaneControl const*> suspectedControl() const;
+  void tellControl(std::vector<PlaneControl const*> const& suspected);
   double scaleOfErrors() const;
-  void judge(PlaneObservation& observation, double error) const;
+  void test(PlaneObservation& observation, double error) const;
   void takeObservation(PlaneObservation& observation, double const* a, int const* at, int count, double error);
 };
 

@@ -5,7 +5,9 @@
 #include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/Quantiles.h"
 #include "core/AlgorithmException.h"
+#include "records/detail/Messages.h"
 
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -21,8 +23,6 @@ using detail::PlaneEngine;
 using UnitWeight = PlaneSettings::UnitWeight;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
-constexpr double kUncheckedRedundancy = 1e-6;
 // Shift of the test statistic that the test finds with a power of 80 % at an error probability of 0.1 %, two-sided
 // (Baarda 1968): 3.29 + 0.84.
 constexpr double kDetectableShift = 4.13;
@@ -159,7 +159,7 @@ void PlaneAdjustment::Data::takeObservations() {
     // The equations are in seconds.
     takeObservation(observation, a, at, 5, direction.error * kSecondsPerRadian);
     for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
-    judge(observation, direction.error);
+    test(observation, direction.error);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
     effort.step();
@@ -169,7 +169,7 @@ void PlaneAdjustment::Data::takeObservations() {
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
     takeObservation(observation, a, at, 4, line.error);
-    judge(observation, line.error);
+    test(observation, line.error);
   }
 }
 
@@ -209,7 +209,7 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
 }
 
 /// @param error  a-priori standard error in the unit of the residual.
-void PlaneAdjustment::Data::judge(PlaneObservation& observation, double error) const {
+void PlaneAdjustment::Data::test(PlaneObservation& observation, double error) const {
   observation.error = error;
   observation.standardised = observation.test = observation.gross = kNaN;
   if (observation.redundancy < kUncheckedRedundancy) return;
@@ -289,8 +289,44 @@ void PlaneAdjustment::Data::findUnchecked() {
   }
 }
 
-/// Of a free network, the observation that fits least, where it is beyond what so many good ones show.
-void PlaneAdjustment::Data::judgeFree() {
+/// What does not fit: a known point, where one explains it better than any observation, else observations.
+void PlaneAdjustment::Data::judge() {
+  testControl();
+  std::vector<PlaneControl const*> const suspected = suspectedControl();
+  if (!suspected.empty()) {
+    tellControl(suspected);
+    return;
+  }
+  bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
+                                    [](double weight) { return !(weight < PlaneEngine::kFixedWeight); });
+  if (isFree() || !areFixed) {
+    judgeWithoutFixedPoints();
+  } else {
+    engine.judgeObservations();
+  }
+}
+
+void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& suspected) {
+  engine.suspects.clear();
+  QStringList names;
+  for (PlaneControl const* control : suspected) {
+    result.suspectedControl.push_back(control->point);
+    QString const text = Messages::tr("%1 (it would lie %2 m north and %3 m east of its coordinates)");
+    names << text.arg(QString::fromStdString(network.points[control->point].name))
+                 .arg(control->north, 0, 'f', 3)
+                 .arg(control->east, 0, 'f', 3);
+  }
+  if (!engine.tell) return;
+  QString const list = names.join(QStringLiteral("; "));
+  engine.tell(suspected.size() == 1
+                  ? Messages::tr("A known point does not fit the observations: %1").arg(list)
+                  : Messages::tr("One of these known points does not fit the observations: %1").arg(list),
+              Warning);
+}
+
+/// The observation that fits least, where it is beyond what so many good ones show. The search that several gross
+/// errors do not lead astray needs fixed points.
+void PlaneAdjustment::Data::judgeWithoutFixedPoints() {
   std::vector<double> sizes;
   auto const sizeOf = [](PlaneObservation const& o, double error) {
     if (o.redundancy < kUncheckedRedundancy) return 0.0;

@@ -360,4 +360,67 @@ TEST(PlaneAdjustments, BringAGrossDirectionToAnEnd) {
   }
 }
 
+TEST(ControlPoints, AreNamedWhenOneIsWrong) {
+  // Five points known, one of them given 50 mm off, fixed and with errors of its own; the same network in which nothing
+  // is wrong names none.
+  for (double const error : {0.0, 0.003}) {
+    SCOPED_TRACE(error);
+    Site site = makeSite(9, 5, 61);
+    kvn::ObservationErrors errors;
+    errors.control = error;
+    kvn::setErrors(site.network, errors);
+    std::mt19937 random(62);
+    int named = 0;
+    int accused = 0;
+    constexpr int kRuns = 100;
+    for (int run = 0; run < kRuns; ++run) {
+      kvn::PlaneNetwork network = disturbed(site.network, random);
+      kvn::PlaneAdjustment good(network);
+      good.setTellFindings(false);
+      accused += static_cast<int>(good.adjust().suspectedControl.size());
+      auto const wrong = static_cast<std::size_t>(run % 5);
+      network.points[wrong].x += 0.03;
+      network.points[wrong].y -= 0.04;
+      kvn::PlaneAdjustment adjustment(network);
+      adjustment.setTellFindings(false);
+      kvn::PlaneResult const& result = adjustment.adjust();
+      if (result.suspectedControl != std::vector<std::size_t>{wrong}) continue;
+      ++named;
+      EXPECT_TRUE(adjustment.suspects().empty());
+      // It would lie where it does: back by what it was moved, within 4 of its errors.
+      EXPECT_NEAR(result.control[wrong].north, -0.03, 0.012 + 4.0 * error);
+      EXPECT_NEAR(result.control[wrong].east, 0.04, 0.012 + 4.0 * error);
+    }
+    EXPECT_GE(named, 90);
+    EXPECT_LE(accused, 1);
+  }
+}
+
+TEST(ControlPoints, ReduceTheSumOfSquaresByWhatANewAdjustmentSays) {
+  for (double const error : {0.0, 0.003}) {
+    Site site = makeSite(7, 4, 71);
+    kvn::ObservationErrors errors;
+    errors.control = error;
+    kvn::setErrors(site.network, errors);
+    std::mt19937 random(72);
+    kvn::PlaneNetwork network = disturbed(site.network, random);
+    network.points[2].x += 0.05;
+    kvn::PlaneAdjustment held(network);
+    kvn::PlaneResult const& result = held.adjust();
+    ASSERT_EQ(result.control.size(), 4U);
+    for (std::size_t p = 0; p < 4; ++p) {
+      kvn::PlaneNetwork freed = network;
+      freed.points[p].isKnown = false;
+      kvn::PlaneAdjustment free(freed);
+      kvn::PlaneResult const& alone = free.adjust();
+      double const before = std::pow(result.unitError, 2) * result.redundancy;
+      double const after = std::pow(alone.unitError, 2) * alone.redundancy;
+      // Linear about the held solution: second-order parts are 0.05 m in 200 m, squared, of the residuals.
+      EXPECT_NEAR(result.control[p].reduction, before - after, 2e-3 * before);
+      EXPECT_NEAR(result.control[p].north, alone.points[p].x - network.points[p].x, 1e-4);
+      EXPECT_NEAR(result.control[p].east, alone.points[p].y - network.points[p].y, 1e-4);
+    }
+  }
+}
+
 }  // namespace

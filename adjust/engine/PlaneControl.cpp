@@ -1,0 +1,190 @@
+// Which known point would fit if it were free.
+#include "adjust/engine/PlaneAdjustmentData.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/plane/Quantiles.h"
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace kvn {
+namespace {
+
+using detail::index;
+using detail::NumberedNetwork;
+using detail::PlaneEngine;
+
+// A point whose freedom leaves a pivot below this share of the other one cannot be freed: nothing holds the network
+// then.
+constexpr double kNoDatum = 1e-9;
+// Points within this share of the largest test value cannot be told apart.
+constexpr double kAsLikely = 0.95;
+
+/// What is known of a point from its own observations, its coordinates being unknowns: the gradient A'Pv of the sum of
+/// squares and the normal equations, those of the other unknowns reduced.
+struct PointEquations {
+  Eigen::Vector2d gradient = Eigen::Vector2d::Zero();
+  Eigen::Matrix2d own = Eigen::Matrix2d::Zero();
+  std::vector<double> others[2];  ///< elements of N between a coordinate and every unknown
+};
+
+class ControlTest {
+ public:
+  explicit ControlTest(PlaneEngine const& planeEngine) : engine(planeEngine), net(planeEngine.network) {}
+
+  /// Reduction of the sum of squares when the point is free, and where it moves; none where nothing else holds it.
+  struct Freed {
+    double reduction = 0.0;
+    double north = 0.0;
+    double east = 0.0;
+    bool isDetermined = false;
+  };
+
+  Freed freed(int point) const {
+    PointEquations const equations = equationsOf(point);
+    double const weight = engine.holdingWeights[index(point)];
+    Eigen::Matrix2d reduced;
+    double own = 0.0;
+    if (weight < PlaneEngine::kFixedWeight) {
+      // Q of the point is the inverse of its weight and of what the others say.
+      int const at[2] = {2 * point, 2 * point + 1};
+      double q[4];
+      engine.normals->block(at, 2, q);
+      reduced =
+          (Eigen::Matrix2d() << q[0], q[1], q[2], q[3]).finished().inverse() - weight * Eigen::Matrix2d::Identity();
+      for (int const unknown : at)
+        own += weight * std::pow(engine.xy[index(unknown)] - engine.given[index(unknown)], 2);
+    } else {
+      reduced = equations.own - acrossOthers(equations);
+    }
+    Freed result;
+    Eigen::SelfAdjointEigenSolver<Eigen::Matrix2d> const eigen(reduced);
+    double const scale = equations.own.trace();
+    result.isDetermined = eigen.eigenvalues()(0) > kNoDatum * scale;
+    if (!result.isDetermined) return result;
+    Eigen::Vector2d const moved = -reduced.inverse() * equations.gradient;
+    result.reduction = own - equations.gradient.dot(moved);
+    result.north = engine.xy[2 * index(point)] + moved(0) - engine.given[2 * index(point)];
+    result.east = engine.xy[2 * index(point) + 1] + moved(1) - engine.given[2 * index(point) + 1];
+    return result;
+  }
+
+ private:
+  bool isHeld(int unknown) const {
+    return unknown < 2 * net.known && !(engine.holdingWeights[index(unknown / 2)] < PlaneEngine::kFixedWeight);
+  }
+
+  PointEquations equationsOf(int point) const {
+    PointEquations equations;
+    for (auto& list : equations.others) list.assign(index(engine.unknowns()), 0.0);
+    for (int const d : net.sightingsOf(point)) addDirection(d, point, equations);
+    for (int const s : net.stationsAt(point)) {
+      for (int d = net.firstDirection(s); d < net.endDirection(s); ++d) addDirection(d, point, equations);
+    }
+    for (int const l : net.linesAt(point)) {
+      double a[4];
+      int at[4];
+      engine.distanceFactors(net.line(l).start, net.line(l).end, a, at);
+      add(a, at, 4, engine.lineWeights[index(l)], engine.lineResiduals[index(l)], point, equations);
+    }
+    return equations;
+  }
+
+  void addDirection(int d, int point, PointEquations& equations) const {
+    double a[5];
+    int at[5];
+    engine.azimuthFactors(net.pointOf(net.stationOf(d)), net.direction(d).target, a, at);
+    a[4] = -1.0;
+    at[4] = 2 * net.points + net.stationOf(d);
+    add(a, at, 5, engine.directionWeights[index(d)], engine.directionResiduals[index(d)], point, equations);
+  }
+
+  void add(double const* a, int const* at, int count, double weight, double residual, int point,
+           PointEquations& equations) const {
+    for (int r = 0; r < count; ++r) {
+      int const coordinate = at[r] - 2 * point;
+      if (coordinate < 0 || coordinate > 1) continue;
+      equations.gradient(coordinate) += weight * a[r] * residual;
+      for (int c = 0; c < count; ++c) {
+        int const other = at[c] - 2 * point;
+        if (other >= 0 && other <= 1) {
+          equations.own(coordinate, other) += weight * a[r] * a[c];
+        } else if (!isHeld(at[c])) {
+          equations.others[coordinate][index(at[c])] += weight * a[r] * a[c];
+        }
+      }
+    }
+  }
+
+  /// What the other unknowns take of the point's own equations: N_po Q_oo N_op.
+  Eigen::Matrix2d acrossOthers(PointEquations const& equations) const {
+    Eigen::Matrix2d result;
+    for (int i = 0; i < 2; ++i) {
+      std::vector<double> const solved = engine.normals->solved(equations.others[i], engine.poll);
+      for (int j = 0; j < 2; ++j) {
+        double sum = 0.0;
+        for (std::size_t u = 0; u < solved.size(); ++u) sum += equations.others[j][u] * solved[u];
+        result(i, j) = sum;
+      }
+    }
+    return 0.5 * (result + result.transpose());
+  }
+
+  PlaneEngine const& engine;
+  NumberedNetwork const& net;
+};
+
+}  // namespace
+
+/// Only where the residuals as a whole are too large: then a known point may be the reason.
+void PlaneAdjustment::Data::testControl() {
+  result.control.clear();
+  bool const isTooLarge = result.hasRedundancy && result.unitError > result.upperBound;
+  if (isFree() || !isTooLarge) return;
+  ControlTest const test(engine);
+  bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
+  double const sum = result.unitError * result.unitError * result.redundancy;
+  double const critical =
+      isAPriori ? detail::controlCriticalValue(0) : detail::controlCriticalValue(result.redundancy - 2);
+  for (int n = 0; n < engine.network.known; ++n) {
+    if (engine.poll) engine.poll();
+    ControlTest::Freed const freed = test.freed(n);
+    PlaneControl control;
+    control.point = pointOfNumber[index(n)];
+    control.isDetermined = freed.isDetermined && result.redundancy > 2;
+    control.north = freed.north;
+    control.east = freed.east;
+    control.reduction = freed.reduction;
+    double const variance = isAPriori ? 1.0 : std::max(0.0, sum - freed.reduction) / (result.redundancy - 2);
+    control.test =
+        control.isDetermined ? 0.5 * freed.reduction / variance / critical : std::numeric_limits<double>::quiet_NaN();
+    result.control.push_back(control);
+  }
+}
+
+/// The known points that explain the misfits better than any single observation does, by their probabilities: one, or
+/// several that cannot be told apart.
+std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() const {
+  std::vector<PlaneControl const*> suspected;
+  double largest = 0.0;
+  for (PlaneControl const& control : result.control) {
+    if (control.test > 1.0) largest = std::max(largest, control.reduction);
+  }
+  double worst = 0.0;  // square of the largest residual over its own error
+  for (auto const* list : {&result.directions, &result.distances}) {
+    for (PlaneObservation const& o : *list) {
+      if (o.redundancy >= kUncheckedRedundancy)
+        worst = std::max(worst, std::pow(o.residual / o.error, 2) / o.redundancy);
+    }
+  }
+  // -2 ln of the probability beyond: T for two degrees of freedom, about w² + ln(π w² / 2) for one.
+  bool const isBetter = largest > worst + std::log(std::max(1.0, 1.5708 * worst));
+  if (largest == 0.0 || !isBetter) return suspected;
+  for (PlaneControl const& control : result.control) {
+    if (control.isDetermined && control.reduction >= kAsLikely * largest) suspected.push_back(&control);
+  }
+  return suspected;
+}
+
+}  // namespace kvn
