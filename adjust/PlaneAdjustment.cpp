@@ -9,8 +9,10 @@
 
 #include <utils/QLogicError.h>
 
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 namespace kvn {
@@ -31,30 +33,58 @@ double medianError(std::vector<double> errors) {
   return *middle;
 }
 
-[[noreturn]] void refuse(std::string const& name) { throw AlgorithmException(AlgorithmException::DataError, name); }
-
 bool isNumber(std::size_t size, int number) { return number >= 0 && index(number) < size; }
 
 /// A record that a program filled may hold anything.
-void requireSound(PlaneNetwork const& network) {
-  std::size_t const points = network.points.size();
-  for (PlaneNetwork::Point const& point : network.points) {
-    bool const isSound = point.error >= 0.0 && (!point.isKnown || std::isfinite(point.x + point.y));
-    if (!isSound) refuse(point.name);
+class SoundnessCheck {
+ public:
+  explicit SoundnessCheck(PlaneNetwork const& checked) : network(checked) {}
+
+  void run() const {
+    if (network.points.size() < 2 || network.directions.size() + network.distances.size() == 0) {
+      throw AlgorithmException(AlgorithmException::StationNotEnough, std::string());
+    }
+    for (PlaneNetwork::Point const& point : network.points) {
+      bool const isSound =
+          point.error >= 0.0 && std::isfinite(point.error) && (!point.isKnown || std::isfinite(point.x + point.y));
+      if (!isSound) throw AlgorithmException(AlgorithmException::DataError, point.name);
+    }
+    for (PlaneNetwork::SetUp const& setUp : network.setUps) requireNumbers(setUp.station, setUp.station);
+    for (PlaneNetwork::Direction const& d : network.directions) {
+      if (!isNumber(network.setUps.size(), d.setUp))
+        throw AlgorithmException(AlgorithmException::DataError, "Data error");
+      requireUsable(network.setUps[index(d.setUp)].station, d.target, std::isfinite(d.value), d.error, d.origin);
+    }
+    for (PlaneNetwork::Distance const& d : network.distances) {
+      requireUsable(d.from, d.to, d.value > 0.0 && std::isfinite(d.value), d.error, d.origin);
+    }
   }
-  for (PlaneNetwork::SetUp const& setUp : network.setUps) {
-    if (!isNumber(points, setUp.station)) refuse("Data error");
+
+ private:
+  void requireNumbers(int from, int to) const {
+    bool const areThere = isNumber(network.points.size(), from) && isNumber(network.points.size(), to);
+    if (!areThere) throw AlgorithmException(AlgorithmException::DataError, "Data error");
   }
-  for (PlaneNetwork::Direction const& d : network.directions) {
-    if (!isNumber(network.setUps.size(), d.setUp) || !isNumber(points, d.target)) refuse("Data error");
-    int const station = network.setUps[index(d.setUp)].station;
-    bool const isSound = d.target != station && d.error > 0.0 && std::isfinite(d.value + d.error);
-    if (!isSound) refuse(network.points[index(station)].name);
+
+  void requireUsable(int from, int to, bool hasValue, double error, PlaneNetwork::Origin const& origin) const {
+    requireNumbers(from, to);
+    if (from != to && hasValue && error > 0.0 && std::isfinite(error)) return;
+    QString text = Messages::tr("The observation from %1 to %2 has no usable value or a-priori error");
+    text = text.arg(QString::fromStdString(network.points[index(from)].name),
+                    QString::fromStdString(network.points[index(to)].name));
+    throw origin.line > 0 ? detail::CalculationFailure(Messages::tr("Line %1: %2").arg(origin.line).arg(text))
+                          : detail::CalculationFailure(text);
   }
-  for (PlaneNetwork::Distance const& d : network.distances) {
-    if (!isNumber(points, d.from) || !isNumber(points, d.to)) refuse("Data error");
-    bool const isSound = d.from != d.to && d.error > 0.0 && d.value > 0.0 && std::isfinite(d.value + d.error);
-    if (!isSound) refuse(network.points[index(d.from)].name);
+
+  PlaneNetwork const& network;
+};
+
+void requireSound(PlaneSettings const& settings) {
+  if (!(settings.confidence > 0.0 && settings.confidence < 1.0)) {
+    throw std::invalid_argument("the confidence lies between 0 and 1");
+  }
+  if (!(settings.centring >= 0.0 && std::isfinite(settings.centring))) {
+    throw std::invalid_argument("the centring error is 0 or more");
   }
 }
 
@@ -83,7 +113,8 @@ std::vector<std::pair<std::string, std::string>> const& PlaneAdjustment::coincid
 }
 
 PlaneResult const& PlaneAdjustment::adjust() {
-  requireSound(own->network);
+  requireSound(own->settings);
+  SoundnessCheck(own->network).run();
   own->result = PlaneResult();
   own->engine.poll = [call = own->cancelCall] {
     if (call && call()) throw QLogicError(Messages::tr("User Cancel"));
@@ -104,41 +135,65 @@ void PlaneAdjustment::Data::number() {
   engine.heldUnknowns.clear();
   engine.holdingWeights.clear();
   engine.isDamped = false;
+  engine.hasCommonOrientations = true;
   engine.smallestMove = kSettledMove;
   engine.iterationLimit = settings.iterationLimit;
   engine.sparseFrom = settings.sparseFrom;
   numberPoints();
   numberDirections();
   numberDistances();
+  isLeftOut.assign(engine.network.directions.size() + engine.network.lines.size(), false);
   engine.prepare();
 }
 
+/// A known point that nothing observes says nothing, and would stand in the way of a free network.
+std::vector<bool> PlaneAdjustment::Data::observedPoints() const {
+  std::vector<bool> isObserved(network.points.size(), false);
+  for (PlaneNetwork::Direction const& d : network.directions) {
+    isObserved[index(d.target)] = isObserved[index(network.setUps[index(d.setUp)].station)] = true;
+  }
+  for (PlaneNetwork::Distance const& d : network.distances) isObserved[index(d.from)] = isObserved[index(d.to)] = true;
+  return isObserved;
+}
+
 void PlaneAdjustment::Data::numberPoints() {
+  std::vector<bool> const isObserved = observedPoints();
   NumberedNetwork& numbered = engine.network;
-  numbered.points = static_cast<int>(network.points.size());
   numberOfPoint.assign(network.points.size(), -1);
   pointOfNumber.clear();
+  QStringList leftOut;
   for (bool const isKnown : {true, false}) {
     for (std::size_t p = 0; p < network.points.size(); ++p) {
       if (network.points[p].isKnown != isKnown) continue;
+      if (isKnown && !isObserved[p]) {
+        leftOut << QString::fromStdString(network.points[p].name);
+        continue;
+      }
       numberOfPoint[p] = static_cast<int>(pointOfNumber.size());
       pointOfNumber.push_back(p);
     }
     if (isKnown) numbered.known = static_cast<int>(pointOfNumber.size());
   }
+  numbered.points = static_cast<int>(pointOfNumber.size());
+  if (!leftOut.isEmpty() && engine.tell) {
+    engine.tell(Messages::tr("Known points without an observation are left out: %1").arg(listedNames(leftOut)),
+                Warning);
+  }
   engine.xy.clear();
   for (std::size_t const p : pointOfNumber) {
     PlaneNetwork::Point const& point = network.points[p];
-    if (engine.names.numberOf(point.name) + 1 != engine.names.size() ||
-        index(engine.names.size()) * 2 <= engine.xy.size()) {
-      refuse(point.name);  // two points of one name
+    if (engine.names.contains(point.name)) {
+      throw detail::CalculationFailure(
+          Messages::tr("Two points have the name %1").arg(QString::fromStdString(point.name)));
     }
+    engine.names.numberOf(point.name);
     bool const hasPlace = std::isfinite(point.x + point.y);
     engine.xy.push_back(hasPlace ? point.x : detail::kMissing);
     engine.xy.push_back(hasPlace ? point.y : 0.0);
     if (!point.isKnown) continue;
-    bool const isFixed = point.error < 1e-9;
-    engine.holdingWeights.push_back(isFixed ? PlaneEngine::kFixedWeight : 1.0 / (point.error * point.error));
+    constexpr double kFixed = 1e-9;  // metres; a smaller error is none
+    engine.holdingWeights.push_back(point.error < kFixed ? PlaneEngine::kFixedWeight
+                                                         : 1.0 / (point.error * point.error));
   }
 }
 
@@ -183,74 +238,137 @@ void PlaneAdjustment::Data::numberDistances() {
   engine.network.distanceFixed = medianError(std::move(errors));
 }
 
+/// Approximate coordinates serve where the walk does not come; of a free network they are what it is laid on.
 void PlaneAdjustment::Data::place() {
-  bool const isComplete = !isFree() || engine.network.known >= 2;
-  if (!isComplete) placeFirstPoints();
-  bool const isPlaced = engine.placePoints(engine.network.lines.empty() ? PlaneEngine::Walk::ByTriangles
-                                                                        : PlaneEngine::Walk::ByDistances);
+  NumberedNetwork const& numbered = engine.network;
+  bool const hasDistances = !numbered.lines.empty();
+  if (isFree()) {
+    placeFirstPoints();
+  } else {
+    detail::Coordinates const approximate = engine.xy;
+    detail::forgetUnknown(numbered, engine.xy);
+    bool const isComplete =
+        hasDistances ? detail::walkByDistances(numbered, engine.xy) : detail::walkByTriangles(numbered, engine.xy);
+    for (int n = numbered.known; !isComplete && n < numbered.points; ++n) {
+      if (detail::isPlaced(engine.xy, n) || !detail::isPlaced(approximate, n)) continue;
+      detail::place(engine.xy, n, approximate[2 * index(n)], approximate[2 * index(n) + 1]);
+    }
+  }
+  bool const isPlaced =
+      engine.placePoints(hasDistances ? PlaneEngine::Walk::ByDistances : PlaneEngine::Walk::ByTriangles);
   if (!isPlaced) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No enough data");
   engine.x0y0 = engine.xy;
   addCentring();
 }
 
-/// The lengths of the sights are known well enough from the approximate coordinates.
-void PlaneAdjustment::Data::addCentring() {
+/// A network that nothing holds lies anywhere: on its first line, along the x axis from 0, 0 or from the one point that
+/// has a place.
+void PlaneAdjustment::Data::placeFirstPoints() {
+  NumberedNetwork const& numbered = engine.network;
+  int first = -1;
+  int placed = 0;
+  for (int n = 0; n < numbered.points; ++n) {
+    if (!detail::isPlaced(engine.xy, n)) continue;
+    first = n;
+    ++placed;
+  }
+  if (placed >= 2) return;
+  auto const lay = [&](int a, int b, double length) {
+    if (first >= 0 && a != first && b != first) return false;
+    int const from = b == first ? b : a;
+    if (first < 0) detail::place(engine.xy, from, 0.0, 0.0);
+    detail::place(engine.xy, from == a ? b : a, engine.xy[2 * index(from)] + length, engine.xy[2 * index(from) + 1]);
+    return true;
+  };
+  for (NumberedNetwork::Line const& line : numbered.lines) {
+    if (lay(line.start, line.end, line.value)) return;
+  }
+  constexpr double kAnyLength = 100.0;
+  for (NumberedNetwork::Direction const& direction : numbered.directions) {
+    if (lay(numbered.pointOf(direction.station), direction.target, kAnyLength)) return;
+  }
+}
+
+/// From the current lengths of the sights. @return the largest change of an error, as a share of it.
+double PlaneAdjustment::Data::addCentring() {
   double const variance = 2.0 * settings.centring * settings.centring;
-  if (!(variance > 0.0)) return;
+  if (!(variance > 0.0)) return 0.0;
+  double largest = 0.0;
   double a[4];
   int at[4];
   for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
     NumberedNetwork::Direction& direction = engine.network.directions[d];
     double const length = engine.distanceFactors(engine.network.pointOf(direction.station), direction.target, a, at);
-    direction.error = std::sqrt(direction.error * direction.error + variance / (length * length));
-    double const seconds = direction.error * kSecondsPerRadian;
+    double const error = std::hypot(network.directions[directionOf[d]].error, std::sqrt(variance) / length);
+    largest = std::max(largest, std::abs(error - direction.error) / error);
+    direction.error = error;
+    double const seconds = error * kSecondsPerRadian;
     engine.directionWeights[d] = 1.0 / (seconds * seconds);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
     NumberedNetwork::Line& line = engine.network.lines[e];
-    line.error = std::sqrt(line.error * line.error + variance);
+    line.error = std::hypot(network.distances[e].error, std::sqrt(variance));
     engine.lineWeights[e] = 1.0 / (line.error * line.error);
   }
-}
-
-/// A network that nothing holds lies anywhere: on its first line, along the x axis from 0, 0.
-void PlaneAdjustment::Data::placeFirstPoints() {
-  NumberedNetwork const& numbered = engine.network;
-  bool const hasPlaces = std::count_if(pointOfNumber.begin(), pointOfNumber.end(), [&](std::size_t p) {
-                           return std::isfinite(network.points[p].x + network.points[p].y);
-                         }) >= 2;
-  if (hasPlaces) return;
-  if (!numbered.lines.empty()) {
-    NumberedNetwork::Line const& line = numbered.lines.front();
-    detail::place(engine.xy, line.start, 0.0, 0.0);
-    detail::place(engine.xy, line.end, line.value, 0.0);
-  } else if (!numbered.directions.empty()) {
-    constexpr double kAnyLength = 100.0;
-    NumberedNetwork::Direction const& direction = numbered.directions.front();
-    detail::place(engine.xy, numbered.pointOf(direction.station), 0.0, 0.0);
-    detail::place(engine.xy, direction.target, kAnyLength, 0.0);
-  }
+  return largest;
 }
 
 void PlaneAdjustment::Data::iterate() {
   if (isFree()) chooseHeldUnknowns();
   if (engine.redundancy() < 0) fail();
   if (!engine.settles()) iterateDamped();
+  // Lengths from poor approximate coordinates have given poor weights to short sights.
+  constexpr double kSameErrors = 1e-3;
+  if (addCentring() > kSameErrors) settle();
   if (isFree()) layOnDatum();
   if (!engine.invert()) fail();
 }
 
-/// From the walk's coordinates or, where plain steps do not settle, from better ones, with steps that never make the
-/// sum of squares larger.
-void PlaneAdjustment::Data::iterateDamped() {
-  engine.xy = engine.x0y0;
-  if (!isFree()) engine.findSuspects(engine.xy, true);
-  engine.start = engine.xy;
-  engine.isDamped = true;
+/// Further rounds from where the network is.
+void PlaneAdjustment::Data::settle() {
   PlaneEngine::Outcome const outcome = engine.iterateUpTo(engine.iterationLimit);
   if (outcome == PlaneEngine::Outcome::Singular) fail();
   if (outcome == PlaneEngine::Outcome::Unsettled) {
     throw detail::CalculationFailure(Messages::tr("total station data is error"));
+  }
+}
+
+/// Where plain rounds do not settle: from the places that the observations say which are not suspected, with steps that
+/// do not make the sum of squares larger. When the suspects still pull the network about they lose their weight.
+void PlaneAdjustment::Data::iterateDamped() {
+  engine.xy = engine.x0y0;
+  if (!isFree()) engine.findSuspects(engine.xy, true);
+  useTrustedPlaces();
+  engine.start = engine.xy;
+  engine.isDamped = true;
+  PlaneEngine::Outcome const outcome = engine.iterateUpTo(engine.iterationLimit);
+  if (outcome == PlaneEngine::Outcome::Settled) return;
+  if (engine.suspectNumbers.empty()) settle();  // tells why
+  leaveOutSuspects();
+  useTrustedPlaces();
+  settle();
+}
+
+void PlaneAdjustment::Data::useTrustedPlaces() {
+  for (int n = engine.network.known; n < static_cast<int>(engine.trustedPlaces.size()); ++n) {
+    detail::Place const place = engine.trustedPlaces[index(n)];
+    detail::place(engine.xy, n, place.real(), place.imag());
+  }
+}
+
+/// They stay in the equations with a weight that moves nothing, so that their residuals tell how far they are off.
+void PlaneAdjustment::Data::leaveOutSuspects() {
+  constexpr double kNoWeight = 1e-12;
+  std::size_t const directions = engine.network.directions.size();
+  for (int const suspect : engine.suspectNumbers) {
+    std::size_t const number = index(suspect);
+    isLeftOut[number] = true;
+    (number < directions ? engine.directionWeights[number] : engine.lineWeights[number - directions]) *= kNoWeight;
+  }
+  if (engine.tell) {
+    engine.tell(
+        Messages::tr("The adjustment does not settle with the suspected observations: they have no weight in it"),
+        Warning);
   }
 }
 

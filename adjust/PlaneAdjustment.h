@@ -41,6 +41,7 @@ struct PlaneSettings {
 struct PlaneObservation {
   double adjusted = 0.0;
   double residual = 0.0;  ///< adjusted minus observed
+  double weight = 1.0;    ///< 0 of a suspect with which the adjustment does not settle
   double error = 0.0;     ///< a-priori standard error, centring included
   double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
   double azimuthError = 0.0;
@@ -141,10 +142,12 @@ class KELVANE_EXPORT PlaneAdjustment {
 
   /// Ends when no coordinate moves by more than 0.01 mm in a round.
   ///
-  /// @throws AlgorithmException DataError for a record whose numbers do not fit together (an observation of a point to
-  ///         itself, an error that is not above 0, a value that is not finite); KnownPointNotEnough for points that
-  ///         cannot be placed, `unplacedPoints` has them; DataError "Calculate failed" for a singular system,
-  ///         `looseMotions` has what can move. std::exception when the iteration does not settle.
+  /// @throws std::invalid_argument for a setting out of range; std::exception, with the line, for an observation
+  /// without
+  ///         a usable value or error; AlgorithmException DataError for a record whose numbers do not fit together;
+  ///         KnownPointNotEnough for points that cannot be placed, `unplacedPoints` has them; DataError "Calculate
+  ///         failed" for a singular system, `looseMotions` has what can move. std::exception when the iteration does
+  ///         not settle.
   PlaneResult const& adjust();
   PlaneResult const& result() const;  ///< of the last `adjust`
   PlaneNetwork const& network() const;

@@ -2,6 +2,7 @@
 
 #include "adjust/NameIndex.h"
 #include "core/AlgorithmException.h"
+#include "records/detail/Recorded.h"
 
 #include <cmath>
 
@@ -9,8 +10,6 @@ namespace kvn {
 namespace {
 
 constexpr double kSecondsPerRadian = 206264.80624709636;
-// Distances up to this, in metres, count as not measured.
-constexpr double kNoDistance = 1e-8;
 
 double distanceError(double distance, ObservationErrors const& errors) {
   double const proportional = errors.distanceProportional * distance;
@@ -53,7 +52,11 @@ PlaneNetwork planeNetworkOf(Network const& network) {
     station = &line.start_name;
     auto const setUp = static_cast<int>(result.setUps.size()) - 1;
     if (line.horizontalAngleFlag) result.directions.push_back({setUp, target, line.horizontal_angle});
-    if (line.horizontal_distance > kNoDistance) result.distances.push_back({from, target, line.horizontal_distance});
+    if (line.horizontal_distance < 0.0 || std::isnan(line.horizontal_distance)) {
+      throw AlgorithmException(AlgorithmException::DataError, line.start_name);
+    }
+    if (line.horizontal_distance > detail::kNotRecorded)
+      result.distances.push_back({from, target, line.horizontal_distance});
   }
   return result;
 }

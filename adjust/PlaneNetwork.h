@@ -80,7 +80,8 @@ KELVANE_EXPORT void setErrors(PlaneNetwork& network, ObservationErrors const& er
 /// The observations of a network's lines, without errors yet. Lines of one station that follow each other are one
 /// set-up; a line whose `horizontalAngleFlag` is false has no direction, and one of at most 1e-8 m no distance.
 ///
-/// @throws AlgorithmException KnownPointNameRepeat for a known point that comes twice.
+/// @throws AlgorithmException KnownPointNameRepeat for a known point that comes twice, DataError for a distance that is
+///         negative or no number.
 KELVANE_EXPORT PlaneNetwork planeNetworkOf(Network const& network);
 
 }  // namespace kvn

@@ -66,6 +66,7 @@ std::vector<LineInfo> collectDistances(AlgorithmData const& input, bool control,
 void numberPoints(PlaneEngine& engine, std::vector<PointInfo> const& knownPoints,
                   std::vector<StationInfo> const& stations) {
   engine.xy.assign(2 * index(engine.network.points), 0.0);
+  engine.x0y0 = engine.xy;
   for (PointInfo const& point : knownPoints) {
     detail::place(engine.xy, engine.names.numberOf(point.name), point.x, point.y);
   }

@@ -85,8 +85,8 @@ class ObservationList {
           Origin const origin{0, static_cast<int>(measured.row)};
           distances.push_back({numberOf(station.name), numberOf(name), 0.0, 0.0, 0, origin});
         }
-        distances[number].value += measured.sum / measured.count;
-        ++distances[number].rounds;
+        distances[number].value += measured.sum / measured.count * measured.rounds();
+        distances[number].rounds += measured.rounds();
       }
     }
     for (PlaneNetwork::Distance& distance : distances) {

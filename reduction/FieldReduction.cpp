@@ -22,8 +22,8 @@ namespace kvn {
 namespace {
 
 using detail::CircleMean;
-using utils::foldedAngle;
 using detail::MeanDistance;
+using utils::foldedAngle;
 using utils::onCircle;
 using Round = detail::FieldRound;
 using Sighted = detail::SightedTarget;
@@ -140,6 +140,8 @@ class Reducer {
       round.distances.back().row = i;
     }
     round.distances[number].add(distance);
+    bool const isSecond = hasVertical(rows[i]) && detail::isSecondFace(rows[i].vertical_angle);
+    ++round.distances[number].ofFace[isSecond ? 1 : 0];
   }
 
   /// Metres; a distance that was measured on one face is not left with the index error of its vertical reading.

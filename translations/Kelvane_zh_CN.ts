@@ -555,6 +555,34 @@
         <translation>无法求得近似坐标：%1</translation>
     </message>
     <message>
+        <source>%1 (it would lie %2 m north and %3 m east of its coordinates)</source>
+        <translation>%1（其位置应在给定坐标以北 %2 m、以东 %3 m）</translation>
+    </message>
+    <message>
+        <source>A known point does not fit the observations: %1</source>
+        <translation>一个已知点与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>One of these known points does not fit the observations: %1</source>
+        <translation>以下已知点之一与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>The observation from %1 to %2 has no usable value or a-priori error</source>
+        <translation>从 %1 到 %2 的观测值没有可用的数值或先验误差</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
+    <message>
+        <source>Two points have the name %1</source>
+        <translation>两个点同名：%1</translation>
+    </message>
+    <message>
+        <source>The adjustment does not settle with the suspected observations: they have no weight in it</source>
+        <translation>平差在含有疑似粗差观测值时不收敛：这些观测值不参与定权</translation>
+    </message>
+    <message>
         <source>Suspected gross errors: %1</source>
         <translation>疑似粗差：%1</translation>
     </message>

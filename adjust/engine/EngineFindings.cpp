@@ -59,11 +59,17 @@ void PlaneEngine::findSuspects(Coordinates const& about, bool improveStart) {
   }
   suspects.clear();
   // The fit looks at all sights at once. A gross error hardly leads it astray, and no other start need be tried.
-  std::optional<std::vector<GrossError>> errors;
-  if (hasFit()) errors = grossErrors(network, fitted(), {}, poll);
-  if (!errors) errors = grossErrors(network, places, searched, poll);
-  for (GrossError const& error : errors.value_or(std::vector<GrossError>())) {
-    suspects.push_back(suspectOf(error.observation, error.difference));
+  std::optional<GrossErrorSearch> search;
+  if (hasFit()) search = grossErrors(network, fitted(), {}, poll);
+  if (!search) search = grossErrors(network, places, searched, poll);
+  suspectNumbers.clear();
+  trustedPlaces.clear();
+  if (search) {
+    trustedPlaces = std::move(search->places);
+    for (GrossError const& error : search->errors) {
+      suspectNumbers.push_back(error.observation);
+      suspects.push_back(suspectOf(error.observation, error.difference));
+    }
   }
   addControlSuspects();
   tellSuspects();

@@ -32,6 +32,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   std::vector<std::size_t> pointOfNumber;
   std::vector<std::size_t> directionOf;     ///< of each direction of the engine, that of the network
   std::vector<std::size_t> setUpOfStation;  ///< of each station of the engine
+  std::vector<bool> isLeftOut;              ///< of the directions of the engine and, behind them, the distances
   detail::FreeDatum datum;                  ///< of a free network
 
   bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
@@ -43,11 +44,15 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void numberDistances();
   void place();
   void placeFirstPoints();
-  void addCentring();
+  double addCentring();
+  std::vector<bool> observedPoints() const;
 
   // Run.
   void iterate();
+  void settle();
   void iterateDamped();
+  void useTrustedPlaces();
+  void leaveOutSuspects();
   [[noreturn]] void fail();
   void chooseHeldUnknowns();
   void layOnDatum();
@@ -61,6 +66,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void takeOrientations();
   void takeKinds();
   void findUnchecked();
+  void findUncheckedOfFree();
   void judge();
   void judgeWithoutFixedPoints();
   void testControl();

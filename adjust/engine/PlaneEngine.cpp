@@ -4,6 +4,7 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/SparseCholesky.h"
+#include "adjust/plane/CommonAngle.h"
 #include "adjust/plane/NetworkBlocks.h"
 
 #include <algorithm>
@@ -47,10 +48,12 @@ void PlaneEngine::prepare() {
   fittedPlaces.clear();
   network.blockOrder.clear();
   normals.reset();
-  isInverted = false;
+  isInverted = isFactored = false;
   iterations = 0;
   unplacedPoints.clear();
   suspects.clear();
+  suspectNumbers.clear();
+  trustedPlaces.clear();
   looseMotions.clear();
   coincidentPoints.clear();
 }
@@ -85,14 +88,29 @@ PlaneEngine::Outcome PlaneEngine::iterateUpTo(int rounds) {
 
 /// Azimuth of the circle's zero: from the station's first direction, 0 to 2π, anew from the current coordinates.
 double PlaneEngine::orientationOf(int station) const {
+  if (hasCommonOrientations) return commonOrientation(xy, station);
   NumberedNetwork::Direction const& first = network.direction(network.firstDirection(station));
   double const orientation = azimuthBetween(xy, network.pointOf(station), first.target) - first.value;
   return orientation < 0.0 ? orientation + kTurn : orientation;
 }
 
+/// The angle on which most directions of the station agree, 0 to 2π.
+double PlaneEngine::commonOrientation(Coordinates const& at, int station) const {
+  std::vector<SeenAngle> seen;
+  for (int d = network.firstDirection(station); d < network.endDirection(station); ++d) {
+    NumberedNetwork::Direction const& direction = network.direction(d);
+    int const from = network.pointOf(station);
+    double const length = std::hypot(at[2 * index(direction.target)] - at[2 * index(from)],
+                                     at[2 * index(direction.target) + 1] - at[2 * index(from) + 1]);
+    seen.push_back({azimuthBetween(at, from, direction.target) - direction.value, length});
+  }
+  double const orientation = std::fmod(commonAngle(seen), kTurn);
+  return orientation < 0.0 ? orientation + kTurn : orientation;
+}
+
 /// Made here and not with the input: approximate coordinates alone need no matrix.
 void PlaneEngine::clearNormals() {
-  isInverted = false;
+  isInverted = isFactored = false;
   if (normals) {
     normals->clear();
     return;
@@ -162,7 +180,8 @@ void PlaneEngine::holdKnownPoints() {
 }
 
 bool PlaneEngine::solve() {
-  if (!normals->factor(poll)) return false;
+  isFactored = normals->factor(poll);
+  if (!isFactored) return false;
   corrections = normals->solution(poll);
   if (!std::all_of(corrections.begin(), corrections.end(), [](double x) { return std::isfinite(x); })) return false;
   largestMove = 0.0;
@@ -179,13 +198,12 @@ double PlaneEngine::sumOfSquares(Coordinates const& at) const {
   std::vector<double> turns;
   for (int s = 0; s < network.stations(); ++s) {
     turns.clear();
+    double const first = commonOrientation(at, s);
     double weights = 0.0;
     double mean = 0.0;
-    double first = 0.0;
     for (int d = network.firstDirection(s); d < network.endDirection(s); ++d) {
       NumberedNetwork::Direction const& direction = network.direction(d);
       double const turn = azimuthBetween(at, network.pointOf(s), direction.target) - direction.value;
-      if (turns.empty()) first = turn;
       turns.push_back(std::remainder(turn - first, kTurn) * kSecondsPerRadian);
       weights += directionWeights[index(d)];
       mean += directionWeights[index(d)] * turns.back();
@@ -235,7 +253,7 @@ bool PlaneEngine::invert() {
 
 void PlaneEngine::needInverse() {
   needNormals();
-  if (!isInverted) isInverted = normals->invert(poll);
+  if (isFactored && !isInverted) isInverted = normals->invert(poll);
 }
 
 /// Directions from the linear equations of the last round and its corrections, distances from the coordinates.

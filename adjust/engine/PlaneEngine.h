@@ -57,6 +57,9 @@ class PlaneEngine {
   int iterationLimit = 10000;  ///< rounds
   int sparseFrom = kSparseFrom;
   bool isDamped = false;  ///< steps that would make the sum of squares larger are shortened
+  /// Directions are compared with the orientation on which most of their station agree, and not with the first one: a
+  /// gross direction is then off by itself alone.
+  bool hasCommonOrientations = false;
 
   Poll poll;  ///< called again and again in long work; may throw to end it
   AdjustProgressCall progress;
@@ -124,6 +127,10 @@ class PlaneEngine {
   /// Observations that do not fit the others, about `about`, told in one `Warning`. With `improveStart`, `xy` moves to
   /// better coordinates where plain least squares do not settle about these.
   void findSuspects(Coordinates const& about, bool improveStart);
+  /// Where the last `findSuspects` has the points: by the observations that it does not suspect. Empty when it came to
+  /// nothing.
+  std::vector<Place> trustedPlaces;
+  std::vector<int> suspectNumbers;  ///< of the last `findSuspects`: directions and, behind them, distances
   /// The same about the finished adjustment. Where each observation fits the others within its errors nothing is
   /// searched for.
   void judgeObservations();
@@ -155,6 +162,7 @@ class PlaneEngine {
 
   // Iteration.
   double orientationOf(int station) const;
+  double commonOrientation(Coordinates const& at, int station) const;
   double sumOfSquares(Coordinates const& at) const;
   void shortenStep(Coordinates const& before);
   std::vector<int> const& eliminationOrder();
@@ -167,6 +175,7 @@ class PlaneEngine {
   void say(QString const& text, MessType type) const;
 
   std::vector<Place> fittedPlaces;  // once they are asked for
+  bool isFactored = false;
   bool isInverted = false;
 };
 

@@ -89,7 +89,7 @@ void PlaneAdjustment::Data::takeUnitError() {
   }
   if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
   result.iterations = engine.iterations;
-  result.redundancy = engine.redundancy();
+  result.redundancy = engine.redundancy() - static_cast<int>(std::count(isLeftOut.begin(), isLeftOut.end(), true));
   result.hasRedundancy = result.redundancy > 0;
   result.unitError = result.lowerBound = result.upperBound = result.criticalValue = result.confidenceFactor = kNaN;
   bool const isAPriori = settings.unitWeight == UnitWeight::APriori;
@@ -121,6 +121,12 @@ void PlaneAdjustment::Data::takePoints() {
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     effort.step();
     int const n = numberOfPoint[p];
+    if (n < 0) {  // a known point without an observation
+      result.points[p] = {network.points[p].x, network.points[p].y};
+      result.points[p].isChecked = true;
+      result.approximate[p] = {network.points[p].x, network.points[p].y};
+      continue;
+    }
     int const at[2] = {2 * n, 2 * n + 1};
     double q[4];
     engine.normals->block(at, 2, q);
@@ -157,6 +163,7 @@ void PlaneAdjustment::Data::takeObservations() {
     observation.residual = engine.directionResiduals[d] / kSecondsPerRadian;
     observation.adjusted = direction.value + observation.residual;
     // The equations are in seconds.
+    observation.weight = isLeftOut[d] ? 0.0 : 1.0;
     takeObservation(observation, a, at, 5, direction.error * kSecondsPerRadian);
     for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
     test(observation, direction.error);
@@ -168,6 +175,7 @@ void PlaneAdjustment::Data::takeObservations() {
     engine.distanceFactors(line.start, line.end, a, at);
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
+    observation.weight = isLeftOut[engine.network.directions.size() + e] ? 0.0 : 1.0;
     takeObservation(observation, a, at, 4, line.error);
     test(observation, line.error);
   }
@@ -185,15 +193,21 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
   double const variance = product(a, q, a, count, count);
   double const m = scaleOfErrors();
   observation.adjustedError = rootOf(variance) * m;
-  observation.redundancy = std::min(1.0, std::max(0.0, 1.0 - variance / (error * error)));
+  // One that is left out is judged by the others alone.
+  double const share = variance / (error * error);
+  observation.redundancy = observation.weight > 0.0 ? std::min(1.0, std::max(0.0, 1.0 - share)) : 1.0;
+  // The line's errors are those of its points, which in a free network depend on what the datum is.
+  double lineQ[25];
+  std::copy(q, q + count * count, lineQ);
+  datum.transform(at, count, lineQ);
   double line[kPointUnknowns];
   int lineAt[kPointUnknowns];
   int const i = at[0] / 2;
   int const j = at[2] / 2;
   observation.azimuth = engine.azimuthFactors(i, j, line, lineAt);
-  observation.azimuthError = rootOf(product(line, q, line, kPointUnknowns, count)) * m / kSecondsPerRadian;
+  observation.azimuthError = rootOf(product(line, lineQ, line, kPointUnknowns, count)) * m / kSecondsPerRadian;
   observation.length = engine.distanceFactors(i, j, line, lineAt);
-  observation.lengthError = rootOf(product(line, q, line, kPointUnknowns, count)) * m;
+  observation.lengthError = rootOf(product(line, lineQ, line, kPointUnknowns, count)) * m;
   observation.detectable = observation.effect = kNaN;
   if (observation.redundancy < kUncheckedRedundancy) return;
   observation.detectable = kDetectableShift * error / std::sqrt(observation.redundancy);
@@ -223,6 +237,7 @@ void PlaneAdjustment::Data::takeKinds() {
     double sum = 0.0;
     double redundancy = 0.0;
     for (PlaneObservation const& observation : observations) {
+      if (observation.weight == 0.0) continue;
       double const v = observation.residual / observation.error;
       sum += v * v;
       redundancy += observation.redundancy;
@@ -278,14 +293,35 @@ void PlaneAdjustment::Data::findUnchecked() {
     disturb(a, at, 4, line.error);
   }
   if (!hasUnchecked) return;
+  if (isFree()) {
+    findUncheckedOfFree();
+    return;
+  }
   std::vector<double> const moved = engine.normals->solved(right, engine.poll);
   for (int n = 0; n < engine.network.points; ++n) {
-    bool const isFixed = !isFree() && n < engine.network.known;
+    bool const isFixed = n < engine.network.known && !(engine.holdingWeights[index(n)] < PlaneEngine::kFixedWeight);
     if (isFixed) continue;
     auto const isMoved = [&](int unknown) {
       return std::abs(moved[index(unknown)]) > kNoShare * rootOf(engine.inverse(unknown, unknown));
     };
     if (isMoved(2 * n) || isMoved(2 * n + 1)) result.points[pointOfNumber[index(n)]].isChecked = false;
+  }
+}
+
+/// Which of two parts an unchecked observation moves against the other is a matter of the datum: told are points that
+/// no checked observation touches.
+void PlaneAdjustment::Data::findUncheckedOfFree() {
+  for (PlanePoint& point : result.points) point.isChecked = false;
+  auto const check = [&](PlaneObservation const& observation, int from, int to) {
+    if (observation.redundancy < kUncheckedRedundancy) return;
+    result.points[index(from)].isChecked = result.points[index(to)].isChecked = true;
+  };
+  for (std::size_t d = 0; d < network.directions.size(); ++d) {
+    check(result.directions[d], network.setUps[index(network.directions[d].setUp)].station,
+          network.directions[d].target);
+  }
+  for (std::size_t e = 0; e < network.distances.size(); ++e) {
+    check(result.distances[e], network.distances[e].from, network.distances[e].to);
   }
 }
 
@@ -297,6 +333,7 @@ void PlaneAdjustment::Data::judge() {
     tellControl(suspected);
     return;
   }
+  if (!engine.suspectNumbers.empty()) return;  // found, and told, on the way
   bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
                                     [](double weight) { return !(weight < PlaneEngine::kFixedWeight); });
   if (isFree() || !areFixed) {

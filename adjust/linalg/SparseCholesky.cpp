@@ -131,7 +131,10 @@ SparseCholesky::SparseCholesky(SparseCholesky const& other)
   std::copy(other.l.get(), other.l.get() + factorSize(), l.get());
 }
 
-void SparseCholesky::clear() { std::fill(values.begin(), values.end(), 0.0); }
+void SparseCholesky::clear() {
+  std::fill(values.begin(), values.end(), 0.0);
+  inverseValues.clear();
+}
 
 void SparseCholesky::add(int i, int j, double value) {
   Slot const place = slot(i, j);
@@ -422,7 +425,7 @@ void SparseCholesky::invertFront(FrontColumns const& front, double* z, Effort& e
 
 double SparseCholesky::inverse(int i, int j) const {
   Slot const place = slot(i, j);
-  return place.exists ? inverseValues[place.at] : 0.0;
+  return place.exists ? elements()[place.at] : 0.0;
 }
 
 bool SparseCholesky::holdsAll(int const* at, int count) const {
@@ -435,16 +438,17 @@ bool SparseCholesky::holdsAll(int const* at, int count) const {
 }
 
 double SparseCholesky::cofactor(double const* a, int const* at, int count) const {
+  std::vector<double> const& known = elements();
   double q = 0.0;
-  visitPairs(at, count, [&](int r, int c, std::size_t element) {
-    q += (r == c ? 1.0 : 2.0) * a[r] * a[c] * inverseValues[element];
-  });
+  visitPairs(at, count,
+             [&](int r, int c, std::size_t element) { q += (r == c ? 1.0 : 2.0) * a[r] * a[c] * known[element]; });
   return q;
 }
 
 void SparseCholesky::block(int const* at, int count, double* q) const {
+  std::vector<double> const& known = elements();
   visitPairs(at, count,
-             [&](int r, int c, std::size_t element) { q[r * count + c] = q[c * count + r] = inverseValues[element]; });
+             [&](int r, int c, std::size_t element) { q[r * count + c] = q[c * count + r] = known[element]; });
 }
 
 }  // namespace kvn::sparse

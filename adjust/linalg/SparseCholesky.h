@@ -61,7 +61,7 @@ class SparseCholesky {
 
   /// Calculates the elements of the inverse, from the last front to the first (Takahashi's recursion). After `factor`.
   void invert(Poll const& poll = {});
-  /// Element (i, j) of the inverse after `invert`; 0 where no clique brings i and j together.
+  /// Element (i, j) of the inverse after `invert`, before it that of N; 0 where no clique brings i and j together.
   double inverse(int i, int j) const;
   /// Whether cliques bring each two of the unknowns together.
   bool holdsAll(int const* at, int count) const;
@@ -75,6 +75,8 @@ class SparseCholesky {
   std::size_t factorSize() const { return tree.factorStarts.back(); }
 
  private:
+  std::vector<double> const& elements() const { return inverseValues.empty() ? values : inverseValues; }
+
   struct FrontColumns {
     double* data;
     std::size_t width;

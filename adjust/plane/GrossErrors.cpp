@@ -41,6 +41,7 @@ class Fit {
         normals(network, call) {}
 
   std::size_t size() const { return equations.size(); }
+  std::vector<Place> const& places() const { return state.places; }
   double normalised(std::size_t i) const { return std::abs(equations[i].misclosure) / equations[i].error; }
   double misclosure(std::size_t i) const { return equations[i].misclosure; }
 
@@ -187,6 +188,7 @@ namespace {
 struct Verdict {
   double doubt = std::numeric_limits<double>::infinity();
   std::vector<GrossError> errors;
+  std::vector<Place> places;
 };
 
 Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& places, bool plainFirst,
@@ -200,6 +202,7 @@ Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& pla
   for (std::size_t i = 0; i < fit.size(); ++i) isSuspect[i] = fit.normalised(i) > critical;
   if (!testOneByOne(fit, isSuspect)) return verdict;
   verdict.doubt = fit.doubt();
+  verdict.places = fit.places();
   for (std::size_t i = 0; i < fit.size(); ++i) {
     if (isSuspect[i]) verdict.errors.push_back({static_cast<int>(i), fit.misclosure(i)});
   }
@@ -208,9 +211,8 @@ Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& pla
 
 }  // namespace
 
-std::optional<std::vector<GrossError>> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
-                                                   std::function<std::vector<Place>()> const& otherPlaces,
-                                                   Poll const& poll) {
+std::optional<GrossErrorSearch> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
+                                            std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll) {
   Verdict best = judgedFrom(network, places, false, poll);
   bool const isClean = best.errors.empty() && std::isfinite(best.doubt);
   if (otherPlaces && !isClean) {
@@ -225,7 +227,7 @@ std::optional<std::vector<GrossError>> grossErrors(NumberedNetwork const& networ
     }
   }
   if (!std::isfinite(best.doubt)) return std::nullopt;
-  return std::move(best.errors);
+  return GrossErrorSearch{std::move(best.errors), std::move(best.places)};
 }
 
 }  // namespace kvn::detail

@@ -16,6 +16,11 @@ struct GrossError {
   double difference;  ///< what the others say less what was observed, radians or metres
 };
 
+struct GrossErrorSearch {
+  std::vector<GrossError> errors;
+  std::vector<Place> places;  ///< of all points, by the observations that are not suspected
+};
+
 /// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
 /// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
 double criticalTest(std::size_t observations);
@@ -29,9 +34,9 @@ double criticalTest(std::size_t observations);
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
 ///                     none when the places can be trusted not to follow a gross error.
 /// @return nothing when nothing can be said: the observations that are not suspected have no solution.
-std::optional<std::vector<GrossError>> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
-                                                   std::function<std::vector<Place>()> const& otherPlaces,
-                                                   Poll const& poll = {});
+std::optional<GrossErrorSearch> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
+                                            std::function<std::vector<Place>()> const& otherPlaces,
+                                            Poll const& poll = {});
 
 /// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
 /// swings to and fro or runs away.

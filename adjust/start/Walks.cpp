@@ -76,11 +76,13 @@ class OrientedWalk {
         queue(index(net.stations())),
         placedTargets(index(net.stations()), 0),
         done(index(net.stations()), false),
-        remaining(net.points - net.known) {}
+        remaining(0) {
+    for (int n = 0; n < net.points; ++n) remaining += isPlaced(at, n) ? 0 : 1;
+  }
 
   /// False when points are left that no station can place.
   bool run() {
-    for (int point = 0; point < net.known; ++point) tellStations(point);
+    for (int point = 0; point < net.points; ++point) tellStations(point);
     int station = 0;
     while (queue.next(station)) placeTargets(station);
     return remaining == 0;
@@ -149,7 +151,7 @@ class TriangleWalk {
 
   /// False when points are left that no triangle places.
   bool run() {
-    for (int point = 0; point < net.known; ++point) tellStations(point);
+    for (int point = 0; point < net.points; ++point) tellStations(point);
     int station = 0;
     while (queue.next(station)) tryToPlace(station);
     for (int point = net.known; point < net.points; ++point) {

@@ -55,7 +55,11 @@ struct MeanDistance {
   double least = 0.0;
   double greatest = 0.0;
   int count = 0;
-  std::size_t row = 0;  ///< of the first one
+  std::size_t row = 0;     ///< of the first one
+  int ofFace[2] = {0, 0};  ///< measurements
+
+  /// Both faces are one round.
+  int rounds() const { return std::max(ofFace[0], ofFace[1]); }
 
   void add(double distance) {
     least = count == 0 ? distance : std::min(least, distance);

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 #include <algorithm>
+#include <iomanip>
 #include <random>
+#include <sstream>
 
 namespace {
 
@@ -184,6 +186,63 @@ TEST(ReduceField, TakesTheIndexErrorOffDistancesFromOneFace) {
   kvn::FieldReduction const reduced = kvn::reduceField(rows);
   EXPECT_NEAR(reduced.network.lines[0].horizontal_distance, 100 * std::sqrt(0.5), 1e-9);
   EXPECT_NEAR(reduced.network.lines[1].horizontal_distance, 100 * std::sqrt(0.75), 1e-9);  // B has one face
+}
+
+/// "set-up: target direction(readings)" of all set-ups, and "from>to metres(rounds)" of all distances.
+std::string observationsText(kvn::PlaneNetwork const& network) {
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(4);
+  for (std::size_t s = 0; s < network.setUps.size(); ++s) {
+    text << network.points[std::size_t(network.setUps[s].station)].name << ':';
+    for (auto const& d : network.directions) {
+      if (d.setUp != static_cast<int>(s)) continue;
+      text << ' ' << network.points[std::size_t(d.target)].name << ' ' << d.value / kDegree << '(' << d.readings << ')';
+    }
+    text << '\n';
+  }
+  for (auto const& d : network.distances) {
+    text << network.points[std::size_t(d.from)].name << '>' << network.points[std::size_t(d.to)].name << ' ' << d.value
+         << '(' << d.rounds << ")\n";
+  }
+  return text.str();
+}
+
+TEST(ReduceField, KeepsSetUpsApartAndCountsReadings) {
+  auto const withDistance = [](kvn::TraverseDataInfo row, double distance) {
+    row.slant_distance = distance;
+    row.isSlantDistanceHave = true;
+    return row;
+  };
+  struct Case {
+    char const* what;
+    Rows rows;
+    char const* observations;
+  };
+  Case const cases[] = {
+      // The second round stands 30 degrees further; it is turned onto the first by the mean difference.
+      {"two rounds on both faces",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), sight("B", 190, 270), sight("A", 180, 270),
+        sight("A", 30, 90), sight("B", 40.002, 90), sight("B", 220.002, 270), sight("A", 210, 270)},
+       "S: A 359.9995(4) B 10.0005(4)\n"},
+      {"one face alone", {station("S"), sight("A", 0, 90), sight("B", 10, 90)}, "S: A 0.0000(1) B 10.0000(1)\n"},
+      {"a round that lacks a target keeps its own orientation",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), sight("C", 20, 90), sight("A", 30, 90),
+        sight("B", 40, 90)},
+       "S: A 0.0000(1) B 10.0000(1) C 20.0000(1)\nS: A 30.0000(1) B 40.0000(1)\n"},
+      {"two set-ups, with and without a common target",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), station("S"), sight("A", 50, 90), sight("B", 60, 90),
+        station("S"), sight("C", 70, 90)},
+       "S: A 0.0000(1) B 10.0000(1)\nS: A 50.0000(1) B 60.0000(1)\nS: C 70.0000(1)\n"},
+      {"distances of both faces are one round, those of two rounds two, turned or not",
+       {station("S"), withDistance(sight("A", 0, 90), 100.0), withDistance(sight("B", 10, 90), 50.0),
+        withDistance(sight("B", 190, 270), 50.002), withDistance(sight("A", 180, 270), 100.002),
+        withDistance(sight("A", 0, 90), 100.004), withDistance(sight("A", 180, 270), 100.006)},
+       "S: A 0.0000(4) B 10.0000(2)\nS>A 100.0030(2)\nS>B 50.0010(1)\n"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(observationsText(kvn::reduceField(c.rows).observations), c.observations);
+  }
 }
 
 TEST(ReduceField, TellsWhatItCannotRelate) {
