@@ -125,6 +125,7 @@ PlaneResult const& PlaneAdjustment::adjust() {
   own->iterate();
   own->takeResults();
   own->judge();
+  if (own->settings.leavesOutSuspects) own->leaveOutSuspects();
   return own->result;
 }
 
@@ -142,6 +143,7 @@ void PlaneAdjustment::Data::number() {
   numberPoints();
   numberDirections();
   numberDistances();
+  leftOut.clear();
   isLeftOut.assign(engine.network.directions.size() + engine.network.lines.size(), false);
   engine.prepare();
 }
@@ -161,12 +163,12 @@ void PlaneAdjustment::Data::numberPoints() {
   NumberedNetwork& numbered = engine.network;
   numberOfPoint.assign(network.points.size(), -1);
   pointOfNumber.clear();
-  QStringList leftOut;
+  QStringList unobserved;
   for (bool const isKnown : {true, false}) {
     for (std::size_t p = 0; p < network.points.size(); ++p) {
       if (network.points[p].isKnown != isKnown) continue;
       if (isKnown && !isObserved[p]) {
-        leftOut << QString::fromStdString(network.points[p].name);
+        unobserved << QString::fromStdString(network.points[p].name);
         continue;
       }
       numberOfPoint[p] = static_cast<int>(pointOfNumber.size());
@@ -175,8 +177,8 @@ void PlaneAdjustment::Data::numberPoints() {
     if (isKnown) numbered.known = static_cast<int>(pointOfNumber.size());
   }
   numbered.points = static_cast<int>(pointOfNumber.size());
-  if (!leftOut.isEmpty() && engine.tell) {
-    engine.tell(Messages::tr("Known points without an observation are left out: %1").arg(listedNames(leftOut)),
+  if (!unobserved.isEmpty() && engine.tell) {
+    engine.tell(Messages::tr("Known points without an observation are left out: %1").arg(listedNames(unobserved)),
                 Warning);
   }
   engine.xy.clear();
@@ -344,7 +346,12 @@ void PlaneAdjustment::Data::iterateDamped() {
   PlaneEngine::Outcome const outcome = engine.iterateUpTo(engine.iterationLimit);
   if (outcome == PlaneEngine::Outcome::Settled) return;
   if (engine.suspectNumbers.empty()) settle();  // tells why
-  leaveOutSuspects();
+  for (int const suspect : engine.suspectNumbers) leaveOut(suspect);
+  if (engine.tell) {
+    engine.tell(
+        Messages::tr("The adjustment does not settle with the suspected observations: they have no weight in it"),
+        Warning);
+  }
   useTrustedPlaces();
   settle();
 }
@@ -353,22 +360,6 @@ void PlaneAdjustment::Data::useTrustedPlaces() {
   for (int n = engine.network.known; n < static_cast<int>(engine.trustedPlaces.size()); ++n) {
     detail::Place const place = engine.trustedPlaces[index(n)];
     detail::place(engine.xy, n, place.real(), place.imag());
-  }
-}
-
-/// They stay in the equations with a weight that moves nothing, so that their residuals tell how far they are off.
-void PlaneAdjustment::Data::leaveOutSuspects() {
-  constexpr double kNoWeight = 1e-12;
-  std::size_t const directions = engine.network.directions.size();
-  for (int const suspect : engine.suspectNumbers) {
-    std::size_t const number = index(suspect);
-    isLeftOut[number] = true;
-    (number < directions ? engine.directionWeights[number] : engine.lineWeights[number - directions]) *= kNoWeight;
-  }
-  if (engine.tell) {
-    engine.tell(
-        Messages::tr("The adjustment does not settle with the suspected observations: they have no weight in it"),
-        Warning);
   }
 }
 

@@ -32,6 +32,9 @@ struct PlaneSettings {
   /// Standard error of each coordinate of instrument and target about their marks, metres: it adds 2 (centring / S)² to
   /// the variance of a direction over the distance S, in square radians, and 2 centring² to that of a distance.
   double centring = 0.0;
+  /// Whether suspects are left out, one after the other, the one that fits least first, until none is left. They keep
+  /// their rows, with a weight of 0.
+  bool leavesOutSuspects = false;
   double confidence = 0.95;  ///< of the global test and the confidence ellipses, above 0 and below 1
   int iterationLimit = 100;  ///< rounds
   int sparseFrom = 200;      ///< unknowns from which on the normal equations are kept sparse
@@ -77,6 +80,22 @@ struct PlanePoint {
   bool isChecked = false;  ///< false where a gross error of some observation moves it and shows nowhere
 };
 
+/// An observation whose error cannot be told from one of a suspect: their residuals have a correlation of 0.99 and
+/// more.
+struct PlaneAlternative {
+  std::size_t suspect = 0;  ///< its place in `PlaneAdjustment::suspects`
+  bool isDirection = false;
+  std::size_t observation = 0;  ///< number among the directions or distances of the network
+};
+
+/// What leaving an observation out has done.
+struct PlaneLeftOut {
+  bool isDirection = false;
+  std::size_t observation = 0;  ///< number among the directions or distances of the network
+  double gross = 0.0;           ///< by what it is too large, as the others say; radians or metres
+  double largestMove = 0.0;     ///< of a coordinate, metres
+};
+
 /// A known point, tested when the residuals as a whole are too large: would it fit if it were free?
 struct PlaneControl {
   std::size_t point = 0;      ///< number in the network
@@ -113,8 +132,10 @@ struct PlaneResult {
   std::vector<double> orientationErrors;  ///< radians
   std::vector<PlaneObservation> directions;
   std::vector<PlaneObservation> distances;
-  std::vector<PlaneControl> control;          ///< empty unless the residuals as a whole are too large
-  std::vector<std::size_t> suspectedControl;  ///< points: the one that does not fit or, of several, one of them
+  std::vector<PlaneAlternative> alternatives;  ///< to the suspects
+  std::vector<PlaneLeftOut> leftOut;           ///< in the order in which they were left out
+  std::vector<PlaneControl> control;           ///< empty unless the residuals as a whole are too large
+  std::vector<std::size_t> suspectedControl;   ///< points: the one that does not fit or, of several, one of them
   /// Coordinates from which the iteration began, x and y of each point.
   std::vector<std::pair<double, double>> approximate;
 };

@@ -583,6 +583,10 @@
         <translation>平差在含有疑似粗差观测值时不收敛：这些观测值不参与定权</translation>
     </message>
     <message>
+        <source>Not to be told apart from the suspected observations: %1</source>
+        <translation>与疑似粗差观测值无法区分：%1</translation>
+    </message>
+    <message>
         <source>Suspected gross errors: %1</source>
         <translation>疑似粗差：%1</translation>
     </message>

@@ -19,6 +19,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   static constexpr double kSecondsPerRadian = 206264.80624709636;
   /// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
   static constexpr double kUncheckedRedundancy = 1e-6;
+  /// What the error of an observation that is left out is multiplied with: it moves nothing then.
+  static constexpr double kLeftOutFactor = 1e6;
 
   PlaneNetwork network;
   PlaneSettings settings;
@@ -33,7 +35,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   std::vector<std::size_t> directionOf;     ///< of each direction of the engine, that of the network
   std::vector<std::size_t> setUpOfStation;  ///< of each station of the engine
   std::vector<bool> isLeftOut;              ///< of the directions of the engine and, behind them, the distances
-  detail::FreeDatum datum;                  ///< of a free network
+  std::vector<PlaneLeftOut> leftOut;
+  detail::FreeDatum datum;  ///< of a free network
 
   bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
 
@@ -52,7 +55,6 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void settle();
   void iterateDamped();
   void useTrustedPlaces();
-  void leaveOutSuspects();
   [[noreturn]] void fail();
   void chooseHeldUnknowns();
   void layOnDatum();
@@ -69,6 +71,12 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void findUncheckedOfFree();
   void judge();
   void judgeWithoutFixedPoints();
+  void leaveOut(int suspect);
+  void leaveOutSuspects();
+  void findAlternatives();
+  PlaneObservation const& resultOf(std::size_t number) const;
+  int equationOf(std::size_t number, double* a, int* at) const;
+  double errorOf(std::size_t number) const;
   void testControl();
   std::vector<PlaneControl const*> suspectedControl() const;
   void tellControl(std::vector<PlaneControl const*> const& suspected);

@@ -2,12 +2,9 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
-#include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/Quantiles.h"
 #include "core/AlgorithmException.h"
-#include "records/detail/Messages.h"
 
-#include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -147,6 +144,14 @@ void PlaneAdjustment::Data::takePoints() {
   }
 }
 
+/// A-priori standard error of an observation of the engine, radians or metres.
+double PlaneAdjustment::Data::errorOf(std::size_t number) const {
+  std::size_t const directions = engine.network.directions.size();
+  double const error =
+      number < directions ? engine.network.directions[number].error : engine.network.lines[number - directions].error;
+  return isLeftOut[number] ? error / kLeftOutFactor : error;
+}
+
 void PlaneAdjustment::Data::takeObservations() {
   Effort effort(engine.poll);
   result.directions.resize(network.directions.size());
@@ -164,9 +169,10 @@ void PlaneAdjustment::Data::takeObservations() {
     observation.adjusted = direction.value + observation.residual;
     // The equations are in seconds.
     observation.weight = isLeftOut[d] ? 0.0 : 1.0;
-    takeObservation(observation, a, at, 5, direction.error * kSecondsPerRadian);
+    double const error = errorOf(d);
+    takeObservation(observation, a, at, 5, error * kSecondsPerRadian);
     for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
-    test(observation, direction.error);
+    test(observation, error);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
     effort.step();
@@ -176,8 +182,9 @@ void PlaneAdjustment::Data::takeObservations() {
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
     observation.weight = isLeftOut[engine.network.directions.size() + e] ? 0.0 : 1.0;
-    takeObservation(observation, a, at, 4, line.error);
-    test(observation, line.error);
+    double const error = errorOf(engine.network.directions.size() + e);
+    takeObservation(observation, a, at, 4, error);
+    test(observation, error);
   }
 }
 
@@ -323,67 +330,6 @@ void PlaneAdjustment::Data::findUncheckedOfFree() {
   for (std::size_t e = 0; e < network.distances.size(); ++e) {
     check(result.distances[e], network.distances[e].from, network.distances[e].to);
   }
-}
-
-/// What does not fit: a known point, where one explains it better than any observation, else observations.
-void PlaneAdjustment::Data::judge() {
-  testControl();
-  std::vector<PlaneControl const*> const suspected = suspectedControl();
-  if (!suspected.empty()) {
-    tellControl(suspected);
-    return;
-  }
-  if (!engine.suspectNumbers.empty()) return;  // found, and told, on the way
-  bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
-                                    [](double weight) { return !(weight < PlaneEngine::kFixedWeight); });
-  if (isFree() || !areFixed) {
-    judgeWithoutFixedPoints();
-  } else {
-    engine.judgeObservations();
-  }
-}
-
-void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& suspected) {
-  engine.suspects.clear();
-  QStringList names;
-  for (PlaneControl const* control : suspected) {
-    result.suspectedControl.push_back(control->point);
-    QString const text = Messages::tr("%1 (it would lie %2 m north and %3 m east of its coordinates)");
-    names << text.arg(QString::fromStdString(network.points[control->point].name))
-                 .arg(control->north, 0, 'f', 3)
-                 .arg(control->east, 0, 'f', 3);
-  }
-  if (!engine.tell) return;
-  QString const list = names.join(QStringLiteral("; "));
-  engine.tell(suspected.size() == 1
-                  ? Messages::tr("A known point does not fit the observations: %1").arg(list)
-                  : Messages::tr("One of these known points does not fit the observations: %1").arg(list),
-              Warning);
-}
-
-/// The observation that fits least, where it is beyond what so many good ones show. The search that several gross
-/// errors do not lead astray needs fixed points.
-void PlaneAdjustment::Data::judgeWithoutFixedPoints() {
-  std::vector<double> sizes;
-  auto const sizeOf = [](PlaneObservation const& o, double error) {
-    if (o.redundancy < kUncheckedRedundancy) return 0.0;
-    return std::abs(o.residual) / (error * std::sqrt(o.redundancy));
-  };
-  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
-    sizes.push_back(sizeOf(result.directions[directionOf[d]], engine.network.directions[d].error));
-  }
-  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
-    sizes.push_back(sizeOf(result.distances[e], engine.network.lines[e].error));
-  }
-  auto const worst = std::max_element(sizes.begin(), sizes.end());
-  engine.suspects.clear();
-  if (worst == sizes.end() || *worst <= detail::criticalTest(sizes.size())) return;
-  auto const number = static_cast<std::size_t>(worst - sizes.begin());
-  std::size_t const directions = engine.network.directions.size();
-  PlaneObservation const& o =
-      number < directions ? result.directions[directionOf[number]] : result.distances[number - directions];
-  engine.suspects.push_back(engine.suspectOf(static_cast<int>(number), o.residual / o.redundancy));
-  engine.tellSuspects();
 }
 
 }  // namespace kvn

@@ -391,6 +391,62 @@ TEST(PlaneAdjustments, NameOneGrossErrorUnderControlWithErrors) {
   }
 }
 
+TEST(PlaneAdjustments, LeaveOutSuspectsOneAfterTheOther) {
+  Site const site = makeSite(9, 3, 101);
+  std::mt19937 random(102);
+  kvn::PlaneNetwork const good = disturbed(site.network, random);
+  kvn::PlaneNetwork bad = good;
+  bad.distances[30].value += 0.2;
+  bad.directions[50].value += 100.0 / kSecondsPerRadian;
+  kvn::PlaneSettings settings;
+  settings.leavesOutSuspects = true;
+  kvn::PlaneAdjustment adjustment(bad, settings);
+  adjustment.setTellFindings(false);
+  kvn::PlaneResult const& result = adjustment.adjust();
+  ASSERT_EQ(result.leftOut.size(), 2U);
+  EXPECT_EQ(result.leftOut[0].observation, 30U);  // 60 of its errors, the other 50
+  EXPECT_NEAR(result.leftOut[0].gross, 0.2, 0.02);
+  EXPECT_GT(result.leftOut[0].largestMove, 0.001);
+  EXPECT_EQ(result.leftOut[1].observation, 50U);
+  EXPECT_NEAR(result.leftOut[1].gross * kSecondsPerRadian, 100.0, 10.0);
+  EXPECT_EQ(result.distances[30].weight, 0.0);
+  EXPECT_TRUE(adjustment.suspects().empty());
+  // The same as if they had never been observed, whose weight left 1e-12 of them: 1e-12 of 0.2 m.
+  kvn::PlaneNetwork without = good;
+  without.distances.erase(without.distances.begin() + 30);
+  without.directions.erase(without.directions.begin() + 50);
+  kvn::PlaneAdjustment alone(without);
+  kvn::PlaneResult const& expected = alone.adjust();
+  EXPECT_EQ(result.redundancy, expected.redundancy);
+  EXPECT_NEAR(result.unitError, expected.unitError, 1e-7);
+  for (std::size_t p = 0; p < expected.points.size(); ++p) {
+    EXPECT_NEAR(result.points[p].x, expected.points[p].x, 1e-8);
+    EXPECT_NEAR(result.points[p].mx, expected.points[p].mx, 1e-8);
+  }
+}
+
+TEST(PlaneAdjustments, NameWhatNoResidualTellsApart) {
+  // A set-up with two directions has one angle: an error of one looks like an error of the other.
+  kvn::PlaneNetwork network = makeSite(6, 3, 105).network;
+  network.setUps.push_back({4});
+  network.directions.push_back({6, 0, 1.0});
+  network.directions.push_back({6, 1, 1.0});
+  kvn::PlaneNetwork good = network;
+  kvn::setErrors(good, kvn::ObservationErrors());
+  kvn::PlaneAdjustment first(good);
+  first.setTellFindings(false);
+  double const right = first.adjust().directions[31].azimuth - first.result().directions[30].azimuth;
+  network.directions[31].value = 1.0 + right + 60.0 / kSecondsPerRadian;
+  kvn::setErrors(network, kvn::ObservationErrors());
+  kvn::PlaneAdjustment adjustment(network);
+  adjustment.setTellFindings(false);
+  kvn::PlaneResult const& result = adjustment.adjust();
+  ASSERT_EQ(adjustment.suspects().size(), 1U);
+  ASSERT_EQ(result.alternatives.size(), 1U);
+  EXPECT_TRUE(result.alternatives[0].isDirection);
+  EXPECT_GE(result.alternatives[0].observation, 30U);
+}
+
 TEST(PlaneAdjustments, LayAFreeNetworkWhereItsKnownPointIs) {
   kvn::PlaneNetwork network = makeSite(6, 1, 91).network;
   network.points[0].x = 5000.0;

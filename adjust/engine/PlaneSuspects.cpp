@@ -1,0 +1,191 @@
+// What does not fit, and the adjustment without it.
+#include "adjust/engine/PlaneAdjustmentData.h"
+#include "adjust/linalg/Index.h"
+#include "adjust/plane/GrossErrors.h"
+#include "records/detail/Messages.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::index;
+using detail::PlaneEngine;
+
+// Residuals with a correlation of this size and more are those of one error.
+constexpr double kInseparable = 0.99;
+
+}  // namespace
+
+/// What does not fit: a known point, where one explains it better than any observation, else observations.
+void PlaneAdjustment::Data::judge() {
+  testControl();
+  std::vector<PlaneControl const*> const suspected = suspectedControl();
+  if (!suspected.empty()) {
+    tellControl(suspected);
+    return;
+  }
+  if (!engine.suspectNumbers.empty() && leftOut.empty()) {
+    findAlternatives();  // the suspects were found, and told, on the way
+    return;
+  }
+  bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
+                                    [](double weight) { return !(weight < PlaneEngine::kFixedWeight); });
+  if (isFree() || !areFixed) {
+    judgeWithoutFixedPoints();
+  } else {
+    engine.judgeObservations();
+  }
+  findAlternatives();
+}
+
+void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& suspected) {
+  engine.suspects.clear();
+  QStringList names;
+  for (PlaneControl const* control : suspected) {
+    result.suspectedControl.push_back(control->point);
+    QString const text = Messages::tr("%1 (it would lie %2 m north and %3 m east of its coordinates)");
+    names << text.arg(QString::fromStdString(network.points[control->point].name))
+                 .arg(control->north, 0, 'f', 3)
+                 .arg(control->east, 0, 'f', 3);
+  }
+  if (!engine.tell) return;
+  QString const list = names.join(QStringLiteral("; "));
+  engine.tell(suspected.size() == 1
+                  ? Messages::tr("A known point does not fit the observations: %1").arg(list)
+                  : Messages::tr("One of these known points does not fit the observations: %1").arg(list),
+              Warning);
+}
+
+/// The observation that fits least, where it is beyond what so many good ones show. The search that several gross
+/// errors do not lead astray needs fixed points.
+void PlaneAdjustment::Data::judgeWithoutFixedPoints() {
+  std::size_t const directions = engine.network.directions.size();
+  std::size_t const count = directions + engine.network.lines.size();
+  std::size_t worst = count;
+  double largest = detail::criticalTest(count);
+  for (std::size_t number = 0; number < count; ++number) {
+    PlaneObservation const& o = resultOf(number);
+    if (isLeftOut[number] || o.redundancy < kUncheckedRedundancy) continue;
+    double const size = std::abs(o.residual) / (o.error * std::sqrt(o.redundancy));
+    if (size <= largest) continue;
+    largest = size;
+    worst = number;
+  }
+  engine.suspects.clear();
+  engine.suspectNumbers.clear();
+  if (worst == count) return;
+  PlaneObservation const& o = resultOf(worst);
+  engine.suspectNumbers.push_back(static_cast<int>(worst));
+  engine.suspects.push_back(engine.suspectOf(static_cast<int>(worst), o.residual / o.redundancy));
+  engine.tellSuspects();
+}
+
+PlaneObservation const& PlaneAdjustment::Data::resultOf(std::size_t number) const {
+  std::size_t const directions = engine.network.directions.size();
+  return number < directions ? result.directions[directionOf[number]] : result.distances[number - directions];
+}
+
+/// The equation of an observation of the engine, in seconds or metres. @return the number of its unknowns.
+int PlaneAdjustment::Data::equationOf(std::size_t number, double* a, int* at) const {
+  std::size_t const directions = engine.network.directions.size();
+  if (number >= directions) {
+    detail::NumberedNetwork::Line const& line = engine.network.lines[number - directions];
+    engine.distanceFactors(line.start, line.end, a, at);
+    return 4;
+  }
+  detail::NumberedNetwork::Direction const& direction = engine.network.directions[number];
+  engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
+  a[4] = -1.0;
+  at[4] = 2 * engine.network.points + direction.station;
+  return 5;
+}
+
+/// Observations whose residuals are those of a suspect times a factor: an error of one looks like an error of the
+/// other, as with the two directions of a station that has two.
+void PlaneAdjustment::Data::findAlternatives() {
+  result.alternatives.clear();
+  std::size_t const directions = engine.network.directions.size();
+  std::size_t const count = directions + engine.network.lines.size();
+  auto const scaledError = [&](std::size_t number) {
+    return errorOf(number) * (number < directions ? kSecondsPerRadian : 1.0);
+  };
+  QStringList told;
+  for (std::size_t s = 0; s < engine.suspectNumbers.size(); ++s) {
+    auto const suspect = static_cast<std::size_t>(engine.suspectNumbers[s]);
+    if (isLeftOut[suspect]) continue;
+    double a[5];
+    int at[5];
+    std::vector<double> right(index(engine.unknowns()), 0.0);
+    int const size = equationOf(suspect, a, at);
+    for (int r = 0; r < size; ++r) right[index(at[r])] = a[r];
+    std::vector<double> const q = engine.normals->solved(std::move(right), engine.poll);
+    for (std::size_t other = 0; other < count; ++other) {
+      PlaneObservation const& o = resultOf(other);
+      if (other == suspect || isLeftOut[other] || o.redundancy < kUncheckedRedundancy) continue;
+      double covariance = 0.0;
+      int const otherSize = equationOf(other, a, at);
+      for (int r = 0; r < otherSize; ++r) covariance -= a[r] * q[index(at[r])];
+      double const errors = scaledError(suspect) * scaledError(other);
+      double const correlation = covariance / (errors * std::sqrt(resultOf(suspect).redundancy * o.redundancy));
+      if (std::abs(correlation) < kInseparable) continue;
+      result.alternatives.push_back(
+          {s, other < directions, other < directions ? directionOf[other] : other - directions});
+      SuspectObservation const name = engine.suspectOf(static_cast<int>(other), 0.0);
+      told << QStringLiteral("%1 - %2").arg(QString::fromStdString(name.from), QString::fromStdString(name.to));
+    }
+  }
+  if (told.isEmpty() || !engine.tell) return;
+  engine.tell(Messages::tr("Not to be told apart from the suspected observations: %1").arg(listedNames(told)), Warning);
+}
+
+/// It stays in the equations with a weight that moves nothing, so that its residual tells how far it is off.
+void PlaneAdjustment::Data::leaveOut(int suspect) {
+  std::size_t const directions = engine.network.directions.size();
+  std::size_t const number = index(suspect);
+  bool const isDirection = number < directions;
+  isLeftOut[number] = true;
+  (isDirection ? engine.network.directions[number].error : engine.network.lines[number - directions].error) *=
+      kLeftOutFactor;
+  (isDirection ? engine.directionWeights[number] : engine.lineWeights[number - directions]) /=
+      kLeftOutFactor * kLeftOutFactor;
+}
+
+/// One after the other, the one with the largest test first, until none is suspected.
+void PlaneAdjustment::Data::leaveOutSuspects() {
+  constexpr std::size_t kMost = 100;
+  while (!engine.suspectNumbers.empty() && result.suspectedControl.empty() && leftOut.size() < kMost) {
+    auto const sizeOf = [this](int number) {
+      PlaneObservation const& o = resultOf(index(number));
+      return std::abs(o.residual) / (o.error * std::sqrt(o.redundancy));
+    };
+    int const worst = *std::max_element(engine.suspectNumbers.begin(), engine.suspectNumbers.end(),
+                                        [&](int a, int b) { return sizeOf(a) < sizeOf(b); });
+    detail::Coordinates const before = engine.xy;
+    leaveOut(worst);
+    settle();
+    if (isFree()) layOnDatum();
+    if (!engine.invert()) fail();
+    PlaneResult fresh;
+    std::swap(fresh, result);
+    takeResults();
+    std::size_t const directions = engine.network.directions.size();
+    std::size_t const number = index(worst);
+    PlaneLeftOut entry;
+    entry.isDirection = number < directions;
+    entry.observation = entry.isDirection ? directionOf[number] : number - directions;
+    entry.gross = -resultOf(number).residual;
+    for (std::size_t r = 0; r < before.size(); ++r) {
+      entry.largestMove = std::max(entry.largestMove, std::abs(engine.xy[r] - before[r]));
+    }
+    leftOut.push_back(entry);
+    engine.suspectNumbers.clear();
+    judge();
+  }
+  result.leftOut = leftOut;
+}
+
+}  // namespace kvn
