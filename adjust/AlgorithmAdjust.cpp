@@ -5,6 +5,8 @@
 #include "adjust/OpenTraverse.h"
 #include "adjust/engine/TraverseAdjustData.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <string>
 #include <type_traits>
 #include <unordered_map>
@@ -20,24 +22,51 @@ void takeStations(ClosingTraverse const& traverse, std::vector<TraverseInfo>& li
 
 }  // namespace
 
-AlgorithmAdjust::AlgorithmAdjust() = default;
-AlgorithmAdjust::AlgorithmAdjust(AlgorithmAdjust const&) = default;
-AlgorithmAdjust& AlgorithmAdjust::operator=(AlgorithmAdjust const&) = default;
+struct KELVANE_PRIVATE AlgorithmAdjust::Data {
+  KELVANE_LATER_MEMBER
+
+  std::vector<PointErrorInfo> pointErrorInfoList;
+  std::vector<DirectionResult> directionResultList;
+  ErrorEllipseManage errorEllipseList;
+  std::vector<LineErrorInfo> lineErrorInfoList;
+  std::vector<TraverseInfo> traverseAdjustInfoList;
+  std::vector<PointInfo> pointX0Y0List;
+  std::vector<PointInfo> pointList;
+  std::vector<Degree> degreeInfoList;
+  std::vector<PointInfo> knPointInfoList;
+  Configure configure;
+  AlgorithmData algorithmData;
+  AdjustSummary summary;
+  TraverseSummary traverseSummary;
+  bool countControlDistances = false;
+  int iterationLimit = 10000;
+  AdjustProgressCall progressCall;
+  bool foldToNearest = false;
+};
+
+AlgorithmAdjust::AlgorithmAdjust() : own(std::make_unique<Data>()) {}
+AlgorithmAdjust::AlgorithmAdjust(AlgorithmAdjust const& other)
+    : utils::IProcessCancel(other), own(std::make_unique<Data>(*other.own)) {}
+AlgorithmAdjust& AlgorithmAdjust::operator=(AlgorithmAdjust const& other) {
+  utils::IProcessCancel::operator=(other);
+  *own = *other.own;
+  return *this;
+}
 AlgorithmAdjust::~AlgorithmAdjust() = default;
 
-void AlgorithmAdjust::setConfigure(Configure const& value) { configure = value; }
+void AlgorithmAdjust::setConfigure(Configure const& value) { own->configure = value; }
 
 void AlgorithmAdjust::setNetworkData(Network const& network, MissingDirection missing) {
-  algorithmData.readNetworkData(network, missing);
+  own->algorithmData.readNetworkData(network, missing);
 }
 
-void AlgorithmAdjust::setCountControlDistances(bool count) { countControlDistances = count; }
-void AlgorithmAdjust::setIterationLimit(int rounds) { iterationLimit = rounds; }
-void AlgorithmAdjust::setProgressCall(AdjustProgressCall call) { progressCall = std::move(call); }
-void AlgorithmAdjust::setFoldToNearest(bool fold) { foldToNearest = fold; }
+void AlgorithmAdjust::setCountControlDistances(bool count) { own->countControlDistances = count; }
+void AlgorithmAdjust::setIterationLimit(int rounds) { own->iterationLimit = rounds; }
+void AlgorithmAdjust::setProgressCall(AdjustProgressCall call) { own->progressCall = std::move(call); }
+void AlgorithmAdjust::setFoldToNearest(bool fold) { own->foldToNearest = fold; }
 
 void AlgorithmAdjust::calculateAdjust() {
-  switch (configure.AdjustMethod) {
+  switch (own->configure.AdjustMethod) {
     case LeastSquares:
       adjustLeastSquares();
       break;
@@ -57,41 +86,41 @@ void AlgorithmAdjust::calculateAdjust() {
 
 void AlgorithmAdjust::adjustLeastSquares() {
   // Seconds, millimetres and parts per million to seconds, metres and a ratio.
-  TraverseAdjust adjustment(double(configure.AngleError), double(configure.LineFixedError) / 1000.0,
-                            double(configure.LineProportionError) / 1e6, configure.LineCalculateExpression);
+  TraverseAdjust adjustment(double(own->configure.AngleError), double(own->configure.LineFixedError) / 1000.0,
+                            double(own->configure.LineProportionError) / 1e6, own->configure.LineCalculateExpression);
   adjustment.setCancelCall(getCancelCall());
-  adjustment.readAlgorithmData(algorithmData);
-  adjustment.setCountControlDistances(countControlDistances);
-  adjustment.setIterationLimit(iterationLimit);
-  adjustment.setProgressCall(progressCall);
+  adjustment.readAlgorithmData(own->algorithmData);
+  adjustment.setCountControlDistances(own->countControlDistances);
+  adjustment.setIterationLimit(own->iterationLimit);
+  adjustment.setProgressCall(own->progressCall);
   adjustment.calculateAdjust();
-  traverseAdjustInfoList = adjustment.getStationInfo();
-  pointX0Y0List = adjustment.getPointX0Y0();
-  directionResultList = std::move(adjustment.own->directionResults);
-  errorEllipseList = std::move(adjustment.own->errorEllipses);
-  lineErrorInfoList = std::move(adjustment.own->lineErrorInfos);
-  pointList = adjustment.getPoints();
-  pointErrorInfoList = adjustment.getPointErrorInfo();
-  summary = adjustment.getSummary();
+  own->traverseAdjustInfoList = adjustment.getStationInfo();
+  own->pointX0Y0List = adjustment.getPointX0Y0();
+  own->directionResultList = std::move(adjustment.own->directionResults);
+  own->errorEllipseList = std::move(adjustment.own->errorEllipses);
+  own->lineErrorInfoList = std::move(adjustment.own->lineErrorInfos);
+  own->pointList = adjustment.getPoints();
+  own->pointErrorInfoList = adjustment.getPointErrorInfo();
+  own->summary = adjustment.getSummary();
 }
 
 template <typename Traverse>
 void AlgorithmAdjust::adjustSingle() {
   Traverse traverse;
-  if constexpr (std::is_same_v<Traverse, CloseTraverse>) traverse.setFoldToNearest(foldToNearest);
-  traverse.readAlgorithmData(algorithmData);
+  if constexpr (std::is_same_v<Traverse, CloseTraverse>) traverse.setFoldToNearest(own->foldToNearest);
+  traverse.readAlgorithmData(own->algorithmData);
   traverse.setCancelCall(getCancelCall());
   traverse.calculateAdjust();
-  takeStations(traverse, traverseAdjustInfoList);
-  traverse.getAzimuth(degreeInfoList);
-  traverse.getKnPoints(knPointInfoList);
-  traverse.getPoints(pointList);
-  traverseSummary = traverse.getSummary();
+  takeStations(traverse, own->traverseAdjustInfoList);
+  traverse.getAzimuth(own->degreeInfoList);
+  traverse.getKnPoints(own->knPointInfoList);
+  traverse.getPoints(own->pointList);
+  own->traverseSummary = traverse.getSummary();
 }
 
 void AlgorithmAdjust::adjustTraverseList(std::vector<TraverseDataInfo>& rows) const {
   std::unordered_map<std::string, PointErrorInfo const*> pointOf;
-  for (PointErrorInfo const& point : pointErrorInfoList) pointOf[point.name] = &point;
+  for (PointErrorInfo const& point : own->pointErrorInfoList) pointOf[point.name] = &point;
   for (TraverseDataInfo& row : rows) {
     auto const found = row.isKnown ? pointOf.end() : pointOf.find(row.name);
     if (found == pointOf.end()) continue;
@@ -102,7 +131,7 @@ void AlgorithmAdjust::adjustTraverseList(std::vector<TraverseDataInfo>& rows) co
 
 std::vector<CoordinatePointInfo> AlgorithmAdjust::getCoordinatePointXYList() const {
   std::vector<CoordinatePointInfo> points;
-  for (PointInfo const& point : pointList) {
+  for (PointInfo const& point : own->pointList) {
     CoordinatePointInfo coordinate;
     coordinate.name = point.name;
     coordinate.N = point.x;
@@ -112,16 +141,18 @@ std::vector<CoordinatePointInfo> AlgorithmAdjust::getCoordinatePointXYList() con
   return points;
 }
 
-std::vector<PointErrorInfo> const& AlgorithmAdjust::getPointErrorInfoList() const { return pointErrorInfoList; }
-std::vector<DirectionResult> const& AlgorithmAdjust::getDirectionResultList() const { return directionResultList; }
-ErrorEllipseManage const& AlgorithmAdjust::getErrorEllipseList() const { return errorEllipseList; }
-std::vector<LineErrorInfo> const& AlgorithmAdjust::getLineErrorInfoList() const { return lineErrorInfoList; }
-std::vector<TraverseInfo> const& AlgorithmAdjust::getTraverseAdjustInfoList() const { return traverseAdjustInfoList; }
-std::vector<PointInfo> const& AlgorithmAdjust::getPointX0Y0List() const { return pointX0Y0List; }
-std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const { return pointList; }
-std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const { return degreeInfoList; }
-std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const { return knPointInfoList; }
-AdjustSummary const& AlgorithmAdjust::getSummary() const { return summary; }
-TraverseSummary const& AlgorithmAdjust::getTraverseSummary() const { return traverseSummary; }
+std::vector<PointErrorInfo> const& AlgorithmAdjust::getPointErrorInfoList() const { return own->pointErrorInfoList; }
+std::vector<DirectionResult> const& AlgorithmAdjust::getDirectionResultList() const { return own->directionResultList; }
+ErrorEllipseManage const& AlgorithmAdjust::getErrorEllipseList() const { return own->errorEllipseList; }
+std::vector<LineErrorInfo> const& AlgorithmAdjust::getLineErrorInfoList() const { return own->lineErrorInfoList; }
+std::vector<TraverseInfo> const& AlgorithmAdjust::getTraverseAdjustInfoList() const {
+  return own->traverseAdjustInfoList;
+}
+std::vector<PointInfo> const& AlgorithmAdjust::getPointX0Y0List() const { return own->pointX0Y0List; }
+std::vector<PointInfo> const& AlgorithmAdjust::getPointList() const { return own->pointList; }
+std::vector<Degree> const& AlgorithmAdjust::getDegreeInfoList() const { return own->degreeInfoList; }
+std::vector<PointInfo> const& AlgorithmAdjust::getKnPointInfoList() const { return own->knPointInfoList; }
+AdjustSummary const& AlgorithmAdjust::getSummary() const { return own->summary; }
+TraverseSummary const& AlgorithmAdjust::getTraverseSummary() const { return own->traverseSummary; }
 
 }  // namespace kvn

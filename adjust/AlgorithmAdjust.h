@@ -13,6 +13,7 @@
 #include <utils/Export.h>
 #include <utils/IProcessCancel.h>
 
+#include <memory>
 #include <vector>
 
 namespace kvn {
@@ -75,23 +76,8 @@ class KELVANE_EXPORT AlgorithmAdjust : public utils::IProcessCancel {
   template <typename Traverse>
   void adjustSingle();
 
-  std::vector<PointErrorInfo> pointErrorInfoList;
-  std::vector<DirectionResult> directionResultList;
-  ErrorEllipseManage errorEllipseList;
-  std::vector<LineErrorInfo> lineErrorInfoList;
-  std::vector<TraverseInfo> traverseAdjustInfoList;
-  std::vector<PointInfo> pointX0Y0List;
-  std::vector<PointInfo> pointList;
-  std::vector<Degree> degreeInfoList;
-  std::vector<PointInfo> knPointInfoList;
-  Configure configure;
-  AlgorithmData algorithmData;
-  AdjustSummary summary;
-  TraverseSummary traverseSummary;
-  bool countControlDistances = false;
-  int iterationLimit = 10000;
-  AdjustProgressCall progressCall;
-  bool foldToNearest = false;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn
