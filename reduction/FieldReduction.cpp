@@ -22,8 +22,8 @@ namespace kvn {
 namespace {
 
 using detail::CircleMean;
-using utils::foldedAngle;
 using detail::MeanDistance;
+using utils::foldedAngle;
 using utils::onCircle;
 using Round = detail::FieldRound;
 using Sighted = detail::SightedTarget;
@@ -256,6 +256,7 @@ class Reducer {
     for (std::size_t r = 0; r < joined.size(); ++r) {
       Round const& round = station.rounds[r];
       if (joined[r] || round.targets.empty()) continue;
+      if (!result.lostRound) result.lostRound = result.findings.size();
       tell(FieldFinding::Warning, station.name, round.names.names(),
            "the round has no target in common with the others of its station", round.targets.front().firstRow);
     }
