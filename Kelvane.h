@@ -47,6 +47,7 @@
 #include "job/FindingTexts.h"
 #include "job/Job.h"
 #include "job/JobException.h"
+#include "job/PlaneOptions.h"
 #include "legend/XmlMannager.h"
 #include "map/CoordinateDataTool.h"
 #include "map/FeatureLook.h"

@@ -4,6 +4,8 @@
 #include "Failures.h"
 #include "Options.h"
 #include "Output.h"
+#include "PlaneReport.h"
+#include "RecordJson.h"
 #include "Saving.h"
 #include "Session.h"
 #include "TraverseReport.h"
@@ -26,7 +28,20 @@ void takeOptions(AdjustOptions const& options, Configure& configure) {
   configure.AngleError = options.angleError.value_or(configure.AngleError);
   configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
   configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
-  configure.LineCalculateExpression = options.sumForm.value_or(configure.LineCalculateExpression);
+  if (options.asRead) {
+    configure.LineCalculateExpression = options.sumForm.value_or(configure.LineCalculateExpression);
+  }
+}
+
+PlaneOptions planeOptions(AdjustOptions const& options) {
+  PlaneOptions plane;
+  if (!options.sumForm.value_or(true)) plane.distanceForm = ObservationErrors::Form::Root;
+  plane.centring = options.centring.value_or(0.0) / 1000.0;
+  plane.controlError = options.controlError.value_or(0.0) / 1000.0;
+  if (options.isFree) plane.datum = PlaneSettings::Datum::Free;
+  if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;
+  plane.confidence = options.confidence.value_or(plane.confidence);
+  return plane;
 }
 
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
@@ -92,36 +107,65 @@ std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
   return findings;
 }
 
-int report(Session& session, bool asJson) {
-  Network const& network = session.job().adjustedNetwork();
-  Project const& project = session.project();
-  Configure const& configure = project.getConfigure();
-  AlgorithmAdjust const& result = *project.getAlgorithmAdjust();
-  if (configure.AdjustMethod == kLeastSquares) {
-    AdjustSummary const& summary = result.getSummary();
-    if (summary.hasRedundancy && summary.unitError > kDoubtfulUnitError) {
-      System::Instance()->sendMessage(
-          "The unit weight error is far above 1: a gross error, or known points that do not fit", Warning);
-    }
-    AdjustReport const finished(session.file(), configure, result, network);
-    if (asJson) {
-      finished.writeJson(session.messages().take(), printBytes);
-    } else {
-      finished.writeText(printBytes);
-    }
-    finishPrinting();
-    return Done;
+void tellDoubtfulUnitError(bool hasRedundancy, double unitError) {
+  if (!hasRedundancy || unitError <= kDoubtfulUnitError) return;
+  System::Instance()->sendMessage(
+      "The unit weight error is far above 1: a gross error, or known points that do not fit", Warning);
+}
+
+/// What is worth a look; notes say that nothing is wrong.
+Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
+  Json::Value list(Json::arrayValue);
+  for (FieldFinding const& finding : findings) {
+    if (finding.severity != FieldFinding::Note) list.append(toJson(finding));
   }
-  TraverseReport const finished(session.file(), configure, result, network);
+  return list;
+}
+
+void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+  PlaneAdjustment const& run = *session.job().planeAdjustment();
+  tellDoubtfulUnitError(run.result().hasRedundancy, run.result().unitError);
+  PlaneReport const finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
+  if (asJson) {
+    finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
+  } else {
+    finished.writeText(printBytes);
+  }
+  finishPrinting();
+}
+
+void reportLiteral(Session& session, bool asJson) {
+  AlgorithmAdjust const& result = *session.project().getAlgorithmAdjust();
+  tellDoubtfulUnitError(result.getSummary().hasRedundancy, result.getSummary().unitError);
+  AdjustReport const finished(session.file(), session.project().getConfigure(), result,
+                              session.job().adjustedNetwork());
+  if (asJson) {
+    finished.writeJson(session.messages().take(), printBytes);
+  } else {
+    finished.writeText(printBytes);
+  }
+  finishPrinting();
+}
+
+void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+  TraverseReport const finished(session.file(), session.project().getConfigure(),
+                                *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
   for (QString const& warning : finished.warnings()) System::Instance()->sendMessage(warning, Warning);
-  if (!asJson) {
-    printText(finished.text());
-    return Done;
-  }
+  if (!asJson) return printText(finished.text());
   Json::Value json = finished.json();
+  json["findings"] = findingsJson(findings);
   json["messages"] = session.messages().take();
   printJson(json);
-  return Done;
+}
+
+void report(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+  if (session.project().getConfigure().AdjustMethod != kLeastSquares) {
+    reportTraverse(session, findings, asJson);
+  } else if (session.job().planeAdjustment() != nullptr) {
+    reportPlane(session, findings, asJson);
+  } else {
+    reportLiteral(session, asJson);
+  }
 }
 
 }  // namespace
@@ -133,12 +177,15 @@ int runAdjust(QStringList const& arguments) {
     if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
     session.open(options->file, options->asRead);
     takeOptions(*options, session.project().getConfigure());
+    session.job().setPlaneOptions(planeOptions(*options));
     adjust(session);
     // Behind the run, so that a refusal stays the one line that it is.
-    if (!options->asRead) tellWarnings(findingsBesideTheRun(session.job()));
+    std::vector<FieldFinding> findings;
+    if (!options->asRead) findings = findingsBesideTheRun(session.job());
+    tellWarnings(findings);
     bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
-    int const reported = report(session, options->json);
-    return saved ? reported : Refused;
+    report(session, findings, options->json);
+    return saved ? Done : Refused;
   });
 }
 

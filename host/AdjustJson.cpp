@@ -6,6 +6,7 @@
 namespace kvn::host {
 namespace {
 
+constexpr int kJsonVersion = 2;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 void writeTarget(JsonStream& json, DirectionResult const& station, std::size_t i, double distanceError) {
@@ -53,12 +54,15 @@ void AdjustReport::writeJson(Json::Value const& messages, TextSink const& sink) 
   writeDistances(json);
   writeEllipses(json);
   json.member("file").value(file.toStdString());
+  json.member("findings").beginArray();
+  json.endArray();
   json.member("iterations").number(summary.iterations);
   json.member("messages").value(messages);
   json.member("method").text("least-squares");
   writePoints(json);
   json.member("redundancy").number(summary.redundancy);
   json.member("unitError").number(summary.unitError);
+  json.member("version").number(kJsonVersion);
   json.endObject();
 }
 

@@ -1,4 +1,4 @@
-// What a least-squares `adjust` has to tell, as text and as JSON.
+// What a literal least-squares `adjust` has to tell, as text and as JSON.
 #pragma once
 
 #include "JsonStream.h"

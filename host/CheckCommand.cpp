@@ -4,6 +4,7 @@
 #include "Format.h"
 #include "Options.h"
 #include "Output.h"
+#include "RecordJson.h"
 #include "Session.h"
 
 #include <algorithm>
@@ -12,9 +13,7 @@
 namespace kvn::host {
 namespace {
 
-constexpr char const* kSeverities[] = {"Note", "Warning", "Error"};
-
-Json::Value toJson(TraverseDataInfo const& row) {
+Json::Value marksOf(TraverseDataInfo const& row) {
   Json::Value json;
   json["id"] = jsonText(row.id);
   json["name"] = jsonText(row.name);
@@ -23,17 +22,6 @@ Json::Value toJson(TraverseDataInfo const& row) {
   json["isHorizontalAngleValid"] = row.isHorizontalAngleValid;
   json["isVerticalAngleValid"] = row.isVerticalAngleValid;
   json["isSlantDistanceValid"] = row.isSlantDistanceValid;
-  return json;
-}
-
-Json::Value toJson(FieldFinding const& finding) {
-  Json::Value json;
-  json["severity"] = kSeverities[finding.severity];
-  json["station"] = jsonText(finding.station);
-  json["targets"] = Json::Value(Json::arrayValue);
-  for (std::string const& target : finding.targets) json["targets"].append(jsonText(target));
-  json["text"] = finding.text.toStdString();
-  json["line"] = finding.line > 0 ? Json::Value(finding.line) : Json::Value();
   return json;
 }
 
@@ -56,7 +44,7 @@ void print(Session& session, bool ok, std::vector<FieldFinding> const& findings,
   if (!asJson) {
     QString text;
     for (FieldFinding const& finding : findings) {
-      text += printable(QString("%1: %2").arg(QLatin1String(kSeverities[finding.severity]), worded(finding))) + '\n';
+      text += printable(QString("%1: %2").arg(QLatin1String(severityName(finding.severity)), worded(finding))) + '\n';
     }
     printText(text.isEmpty() ? QStringLiteral("Nothing found.\n") : text);
     return;
@@ -64,7 +52,7 @@ void print(Session& session, bool ok, std::vector<FieldFinding> const& findings,
   Json::Value json;
   json["ok"] = ok;
   json["rows"] = json["findings"] = Json::Value(Json::arrayValue);
-  for (TraverseDataInfo const& row : session.project().getTraverseDataList()) json["rows"].append(toJson(row));
+  for (TraverseDataInfo const& row : session.project().getTraverseDataList()) json["rows"].append(marksOf(row));
   for (FieldFinding const& finding : findings) json["findings"].append(toJson(finding));
   json["messages"] = session.messages().take();
   printJson(json);

@@ -3,6 +3,7 @@
 #include <utils/Circle.h>
 #include <utils/Degree.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -63,6 +64,20 @@ std::string metresText(double metres) { return fixed(metres, 4); }
 std::string millimetresText(double metres) { return fixed(metres * 1000.0, 2); }
 
 std::string secondsText(double seconds) { return fixed(seconds, 2); }
+
+std::string ratioText(double ratio) { return fixed(ratio, 2); }
+
+double secondsOfRadians(double radians) { return radians * utils::kSecondsPerRadian; }
+
+double dmsOfRadians(double radians) {
+  // What rounding left just below a whole minute is that minute: 60 seconds are none of an angle.
+  constexpr double kMinuteSlack = 1e-9;
+  double const seconds = std::abs(secondsOfRadians(radians));
+  double const minutes = std::floor(seconds / 60.0 + kMinuteSlack);
+  double const degrees = std::floor(minutes / 60.0);
+  double const rest = std::max(0.0, seconds - minutes * 60.0);
+  return std::copysign(degrees * 10000.0 + (minutes - degrees * 60.0) * 100.0 + rest, radians);
+}
 
 std::string angleOfDmsText(double dms) { return sexagesimal(degreesOfDms(dms)); }
 

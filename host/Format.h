@@ -19,9 +19,13 @@ QString axisOfRadians(double radians);  ///< 123°45′, the direction of an axi
 std::string metresText(double metres);
 std::string millimetresText(double metres);
 std::string secondsText(double seconds);
+std::string ratioText(double ratio);  ///< two decimals
 std::string angleOfDmsText(double dms);
 std::string azimuthOfDmsText(double dms);
 std::string axisOfRadiansText(double radians);
+
+double secondsOfRadians(double radians);
+double dmsOfRadians(double radians);  ///< DDDMMSS.ss
 
 QString shortNumber(double value);                                      ///< as few digits as tell a float
 QString counted(std::size_t count, char const* one, char const* many);  ///< "1 point", "2 points"

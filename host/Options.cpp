@@ -88,6 +88,35 @@ std::optional<bool> formOption(QCommandLineParser const& parser) {
   return form == "sum";
 }
 
+/// A number within bounds.
+std::optional<double> boundedOption(QCommandLineParser const& parser, QString const& name, double least,
+                                    double largest) {
+  std::optional<double> const value = numberOption(parser, name);
+  if (!value || (*value >= least && *value <= largest)) return value;
+  throw UsageError(QString("--%1 goes from %2 to %3: %4").arg(name).arg(least).arg(largest).arg(parser.value(name)));
+}
+
+bool aPrioriOption(QCommandLineParser const& parser) {
+  QString const form = parser.value("sigma0");
+  if (form != "a-posteriori" && form != "a-priori") {
+    throw UsageError("--sigma0 is a-posteriori or a-priori, not " + form);
+  }
+  return form == "a-priori";
+}
+
+/// What only an adjustment has in which every observation counts.
+void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
+  for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0"}) {
+    if (!parser.isSet(name)) continue;
+    if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
+    bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
+    if (options.asRead && !isLiteralToo) {
+      throw UsageError(QString("--%1 does not go with --as-read").arg(QLatin1String(name)));
+    }
+  }
+  if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
+}
+
 /// A picture that a screen or a sheet of paper can hold, and not so small that the margins leave nothing.
 constexpr int kLeastSize = 100;
 constexpr int kLargestSize = 8192;
@@ -195,12 +224,20 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
       {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
       {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
       {"distance-error-form",
-       "How the two parts are joined for the unit weight error: sum, or root of the sum of squares (the default).",
+       "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
+       "weight error alone, and as the file says by default.",
        "sum|root"},
+      {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
+      {"control-error",
+       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 holds them.", "MM"},
+      {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
+      {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
+      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
+       "a-posteriori|a-priori", "a-posteriori"},
       {"as-read",
-       "Take the file literally, as the library does by default: a distance alone is a direction of 0 as well, "
-       "doubtful lines are taken in silence, distances between known points are left out, a field book is paired by "
-       "the places of its sights, and a traverse gets distances to both sides as they are."},
+       "Take the file literally, as the library does by default: observations of one line count once, a distance alone "
+       "is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, "
+       "a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are."},
       {"save",
        "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, "
        ".in2).",
@@ -214,8 +251,14 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.fixedError = errorOption(parser, "fixed-error", true);
   options.proportionalError = errorOption(parser, "proportional-error", true);
   options.sumForm = formOption(parser);
+  options.centring = boundedOption(parser, "centring", 0.0, 1000.0);
+  options.controlError = boundedOption(parser, "control-error", 0.0, 100000.0);
+  options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
+  options.isFree = parser.isSet("free");
+  options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
   options.asRead = parser.isSet("as-read");
+  requireFittingOptions(parser, options);
   return options;
 }
 

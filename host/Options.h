@@ -31,7 +31,12 @@ struct AdjustOptions : CommonOptions {
   std::optional<float> angleError;         ///< seconds of arc
   std::optional<float> fixedError;         ///< millimetres
   std::optional<float> proportionalError;  ///< parts per million
-  std::optional<bool> sumForm;             ///< as `Configure::LineCalculateExpression`
+  std::optional<bool> sumForm;             ///< else the root form
+  std::optional<double> centring;          ///< millimetres
+  std::optional<double> controlError;      ///< millimetres
+  std::optional<double> confidence;        ///< of the test of the whole and of the ellipses
+  bool isFree = false;                     ///< the known points are not held
+  bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
 };

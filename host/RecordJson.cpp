@@ -80,4 +80,20 @@ Json::Value toJson(CoordinatePointInfo const& point) {
   return json;
 }
 
+char const* severityName(FieldFinding::Severity severity) {
+  constexpr char const* kNames[] = {"Note", "Warning", "Error"};
+  return kNames[severity];
+}
+
+Json::Value toJson(FieldFinding const& finding) {
+  Json::Value json;
+  json["severity"] = severityName(finding.severity);
+  json["station"] = jsonText(finding.station);
+  json["targets"] = Json::Value(Json::arrayValue);
+  for (std::string const& target : finding.targets) json["targets"].append(jsonText(target));
+  json["text"] = finding.text.toStdString();
+  json["line"] = finding.line > 0 ? Json::Value(finding.line) : Json::Value();
+  return json;
+}
+
 }  // namespace kvn::host

@@ -11,6 +11,9 @@ Json::Value toJson(KnownPoint const& point);
 Json::Value toJson(NetworkDataInfo const& line);
 Json::Value toJson(TraverseDataInfo const& row);
 Json::Value toJson(CoordinatePointInfo const& point);
+Json::Value toJson(FieldFinding const& finding);
+
+char const* severityName(FieldFinding::Severity severity);
 
 template <typename Record>
 Json::Value toJson(std::vector<Record> const& records) {

@@ -65,6 +65,13 @@ void tryHeights(detail::JobState& state, double refraction) {
   detail::sendWarning(QString("No heights are adjusted: %1").arg(reason));
 }
 
+void takePlaneResults(Project& project, PlaneAdjustment const& adjustment) {
+  std::vector<CoordinatePointInfo> points = detail::coordinatesOf(adjustment);
+  TriangleHeightAdjust const* const heights = project.getTriangleHeightAdjust();
+  if (project.getConfigure().TraversePointAdjust == 0 && heights != nullptr) heights->convertCoordZ(points);
+  project.setCoordinatePointList(std::move(points));
+}
+
 }  // namespace
 
 QString detail::suffixOf(QString const& path) { return QFileInfo(path).suffix().toLower(); }
@@ -114,6 +121,7 @@ void Job::open(QString const& path, Reading reading) {
   now.asRead = asRead;
   now.opened = std::move(opened);
   now.progress = std::move(state->progress);
+  now.plane = state->plane;
   *state = std::move(now);
 }
 
@@ -143,7 +151,7 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
       add(opened.placed(inspectRows(project.getTraverseDataList(), opened.reduction)));
     }
     if ((sources & NetworkChecks) != 0) add(inspectNetwork(project.getNetwork(), project.getConfigure()));
-    if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(project));
+    if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(*state));
   });
   return all;
 }
@@ -152,10 +160,23 @@ void Job::requireNoError(unsigned sources) const { detail::requireNoError(state-
 
 void Job::setProgressCall(AdjustProgressCall call) { state->progress = std::move(call); }
 
-AlgorithmAdjust const& Job::adjust() {
-  guarded(*state, [this] { detail::adjust(*state, *this); });
-  return *state->project->getAlgorithmAdjust();
+void Job::setPlaneOptions(PlaneOptions const& options) {
+  auto const require = [this](double value, double least, double largest, char const* text) {
+    if (!(value >= least && value <= largest)) throw JobException(state->file, QString(text));
+  };
+  require(options.centring, 0.0, 1.0, "the centring error must be from 0 to 1 m");
+  require(options.controlError, 0.0, 100.0, "the error of known coordinates must be from 0 to 100 m");
+  require(options.confidence, 0.5, 0.9999, "the confidence must be from 0.5 to 0.9999");
+  state->plane = options;
 }
+
+PlaneOptions const& Job::planeOptions() const { return state->plane; }
+
+void Job::adjust() {
+  guarded(*state, [this] { detail::adjust(*state, *this); });
+}
+
+PlaneAdjustment const* Job::planeAdjustment() const { return state->planeRun.get(); }
 
 Network const& Job::adjustedNetwork() const { return state->adjusted; }
 
@@ -171,10 +192,14 @@ void Job::takeResults(std::optional<double> refraction) {
   Project& project = *state->project;
   double const coefficient = refraction.value_or(double(project.getConfigure().AtmosphericIndex));
   guarded(*state, [&] {
-    if (project.getAlgorithmAdjust() != nullptr && !project.getTraverseDataList().empty()) {
-      tryHeights(*state, coefficient);
+    PlaneAdjustment const* const plane = planeAdjustment();
+    bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
+    if (hasResult && !project.getTraverseDataList().empty()) tryHeights(*state, coefficient);
+    if (plane == nullptr) {
+      project.algorithmPointConvertCoord();
+    } else {
+      takePlaneResults(project, *plane);
     }
-    project.algorithmPointConvertCoord();
     tellMissingHeights(project.getCoordinatePointList());
   });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/AdjustProgress.h"
+#include "job/PlaneOptions.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
 
@@ -16,7 +17,6 @@
 
 namespace kvn {
 
-class AlgorithmAdjust;
 class Project;
 class TriangleHeightAdjust;
 class TriangleHeightDataConvert;
@@ -29,7 +29,7 @@ struct JobState;
 ///     kvn::Job job(system.createProject());
 ///     job.open("job.lqf");
 ///     for (kvn::FieldFinding const& finding : job.findings()) show(kvn::worded(finding));
-///     job.adjust();       // results: job.project()->getAlgorithmAdjust()
+///     job.adjust();       // results: job.planeAdjustment()->result()
 ///     job.takeResults();  // coordinates and heights: job.project()->getCoordinatePointList()
 ///     job.save("job.kvn");
 ///
@@ -40,8 +40,8 @@ struct JobState;
 class KELVANE_EXPORT Job : public utils::IProcessCancel {
  public:
   enum class Reading {
-    /// Directions by names and faces, whatever the order of the sights; several set-ups of a station are turned onto
-    /// each other; what readers take in silence is told with its line.
+    /// Directions by names and faces, whatever the order of the sights; what readers take in silence is told with its
+    /// line. By least squares every observation counts by itself, and every set-up has its own orientation.
     Careful,
     /// To the letter of the formats, as `Project` reads them: faces paired by their places or through the station map,
     /// a distance alone is a direction of 0 as well, distances between known points do not count. No findings of the
@@ -55,7 +55,7 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     FieldReduced = 2,     ///< rows that make no good directions and distances
     RowChecks = 4,        ///< marks of the row checks; a `Note` for each pair of faces
     NetworkChecks = 8,    ///< ends of a line that differ; points that hang loose
-    AdjustmentStart = 16  ///< what a least-squares adjustment would run into; costs about as much as half of one
+    AdjustmentStart = 16  ///< what a least-squares adjustment would run into; costs as much as one
   };
 
   Job();  ///< on a new project of the System, or one of its own where there is no System
@@ -100,12 +100,29 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
 
   /// Told where a least-squares run stands; an empty call tells nobody. For the cancel query see `setCancelCall`.
   void setProgressCall(AdjustProgressCall call);
-  /// Adjusts the network of the project by its settings: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an
-  /// open, connecting or closed traverse. The result is the project's `getAlgorithmAdjust` then, too.
+  /// How careful runs by least squares weigh and judge; stays when another file is opened.
+  /// @throws JobException for a value out of range.
+  void setPlaneOptions(PlaneOptions const& options);
+  PlaneOptions const& planeOptions() const;
+
+  /// Adjusts the job by the settings of its project: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an open,
+  /// connecting or closed traverse.
+  ///
+  /// By least squares, read with care, each observation of the file counts by itself: each line of a network file, with
+  /// a set-up for each of its station lines; of a field book the means of each set-up's rounds. Where the host has
+  /// edited the lines of the project's network, these are the observations; after edited rows call `reduce` first. The
+  /// result is `planeAdjustment`. A `Warning` names the points that nothing checks.
+  ///
+  /// The single traverses and Reading::AsRead work on the network of the project, and their result is the project's
+  /// `getAlgorithmAdjust`. Of the two results there is the one of the last run, the other is null. Nothing else in the
+  /// library reads them: maps and files show the coordinate list, for which see `takeResults`.
   /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, and a network that the
   ///         observations do not determine. An earlier result stays then.
-  AlgorithmAdjust const& adjust();
-  /// The network that the last run worked on. That of a single traverse has turned circles and its distances forward.
+  void adjust();
+  /// The last run, where it was a careful one by least squares; else null. Good until the next one.
+  PlaneAdjustment const* planeAdjustment() const;
+  /// The network that the last run worked on, empty where that is the one of `planeAdjustment`. That of a single
+  /// traverse has turned circles and its distances forward.
   Network const& adjustedNetwork() const;
 
   /// Adjusts the trigonometric heights of the rows. The result is the project's `getTriangleHeightAdjust` then, too.

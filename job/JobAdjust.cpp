@@ -18,23 +18,9 @@ namespace {
 constexpr int kMethods = 4;  // of Configure::AdjustMethod: least squares, and the three single traverses
 constexpr int kByLeastSquares = 0;
 
-// Each round inverts the whole matrix.
-constexpr int kRoundLimit = 50;
-
 void requireUsableErrors(QString const& file, Configure const& configure, Network const& network) {
-  auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
-  if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
-    throw JobException(file, "the a-priori error of a direction (first number of line 1) must be above 0");
-  }
-  if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
-    throw JobException(file, "the a-priori errors of a distance (second and third number of line 1) must be 0 or more");
-  }
-  // A distance without error would have a weight without bound.
-  bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),
-                                        [](NetworkDataInfo const& line) { return line.horizontal_distance > 0.0; });
-  if (hasDistances && configure.LineFixedError == 0.0F && configure.LineProportionError == 0.0F) {
-    throw JobException(file, "the a-priori errors of a distance are both 0");
-  }
+  QString const fault = detail::faultOfErrors(configure, network);
+  if (!fault.isEmpty()) throw JobException(file, fault);
 }
 
 void requireAdjustable(detail::JobState const& state) {
@@ -47,7 +33,12 @@ void requireAdjustable(detail::JobState const& state) {
   if (method < 0 || method >= kMethods) {
     throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
   }
-  if (method == kByLeastSquares) requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
+  if (method == kByLeastSquares) {
+    requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
+  } else {
+    detail::requireWholeRounds(state.file, state.opened, state.opened.reduction);
+    detail::tellRepeatedObservations(state);
+  }
 }
 
 /// The network as the method wants it.
@@ -63,11 +54,8 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
                                             detail::JobState const& state, utils::IProcessCancel const& cancel) {
   auto adjustment = std::make_unique<AlgorithmAdjust>();
   adjustment->setConfigure(configure);
-  // The distance between two known points moves nothing, but it tells whether they fit. A line of which the file has
-  // the distance alone has no direction of 0.
-  adjustment->setCountControlDistances(!state.asRead);
+  // A line of which the file has the distance alone has no direction of 0.
   adjustment->setFoldToNearest(!state.asRead);
-  if (!state.asRead) adjustment->setIterationLimit(kRoundLimit);
   adjustment->setNetworkData(network, state.asRead ? MissingDirection::IsZero : MissingDirection::IsLeftOut);
   adjustment->setProgressCall(state.progress);
   adjustment->setCancelCall(cancel.getCancelCall());
@@ -85,13 +73,30 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
 
 }  // namespace
 
+QString detail::faultOfErrors(Configure const& configure, Network const& network) {
+  auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
+  if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
+    return "the a-priori error of a direction (first number of line 1) must be above 0";
+  }
+  if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
+    return "the a-priori errors of a distance (second and third number of line 1) must be 0 or more";
+  }
+  // A distance without error would have a weight without bound.
+  bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),
+                                        [](NetworkDataInfo const& line) { return line.horizontal_distance > 0.0; });
+  bool const hasError = configure.LineFixedError > 0.0F || configure.LineProportionError > 0.0F;
+  return hasDistances && !hasError ? QString("the a-priori errors of a distance are both 0") : QString();
+}
+
 void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
   Project& project = *state.project;
   Configure const& configure = project.getConfigure();
+  if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
   Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
   project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
   state.adjusted = std::move(network);
+  state.planeRun.reset();
 }
 
 }  // namespace kvn

@@ -123,8 +123,7 @@ OpenedFile takeFieldJob(Project& project, QString const& path, std::string const
   readRows(project, path, bytes);
   if (!isProject) opened.text = inspectText(project, path, bytes);
   if (project.getTraverseDataList().empty()) return opened;
-  opened.reduction = reduceField(project.getTraverseDataList());
-  project.setNetwork(opened.reduction.network);
+  opened.takeReduction(reduceField(project.getTraverseDataList()), project);
   return opened;
 }
 
@@ -138,7 +137,7 @@ void takeFieldJobAsRead(Project& project, QString const& path, std::string const
   project.generateNetworkData();
 }
 
-void takeNetwork(Project& project, QString const& path, std::string const& bytes, CosaCollection&& collection) {
+void takeNetwork(Project& project, QString const& path, std::string const& bytes, CosaCollection& collection) {
   utils::ByteStream stream(bytes);
   collection.setConfigure(project.getConfigure());  // what the head does not say stays
   collection.read(stream);
@@ -152,6 +151,15 @@ void takeNetwork(Project& project, QString const& path, std::string const& bytes
     project.setName(path);
   }
   project.setConfigure(collection.getConfigure());  // which the project does not take from a network file
+}
+
+OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes) {
+  CarefulCosaCollection collection;
+  collection.setKeepObservations(true);
+  takeNetwork(project, path, bytes, collection);
+  OpenedFile opened;
+  opened.takeObservations(PlaneNetwork(collection.getObservations()), project.getNetwork());
+  return opened;
 }
 
 /// Names of a coordinate file in another encoding would become question marks, and several points one.
@@ -199,18 +207,15 @@ void detail::reduce(JobState& state) {
   // Where rows have come or gone, no line of the file belongs to the others any more.
   std::vector<int>& lines = state.opened.text.rowLines;
   if (lines.size() != project.getTraverseDataList().size()) lines.clear();
-  state.opened.reduction = reduceField(project.getTraverseDataList());
-  project.setNetwork(state.opened.reduction.network);
+  state.opened.takeReduction(reduceField(project.getTraverseDataList()), project);
 }
 
 OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead) {
   QString const kind = suffixOf(path);
   if (kind == "in2") {
-    if (asRead) {
-      takeNetwork(project, path, bytes, CosaCollection());
-    } else {
-      takeNetwork(project, path, bytes, CarefulCosaCollection());
-    }
+    if (!asRead) return takeNetworkWithCare(project, path, bytes);
+    CosaCollection collection;
+    takeNetwork(project, path, bytes, collection);
   } else if (kind == "dat") {
     requireEncoding(path, bytes);
     project.readContents(path, bytes);

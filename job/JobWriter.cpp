@@ -163,6 +163,7 @@ Network networkOf(JobState const& state) {
     FieldReduction reduction = reduceField(detail::rowsWithKnownStations(project));
     requireNoError(state.file, state.opened.text.findings);
     requireNoError(state.file, state.opened.placed(reduction.findings));
+    detail::requireWholeRounds(state.file, state.opened, reduction);
     return std::move(reduction.network);
   }
   if (!network.isEmpty() || !network.knownPoints.empty()) return network;
@@ -176,6 +177,7 @@ Network networkOf(JobState const& state) {
 void writeNetwork(JobState const& state, QString const& path) {
   Network const network = networkOf(state);
   if (network.isEmpty() && network.knownPoints.empty()) throw JobException(path, "there is no network to write");
+  detail::tellRepeatedObservations(state);
   CarefulCosaCollection collection;
   // Without the a-priori errors of its file the network would be adjusted with other weights.
   collection.setConfigure(state.project->getConfigure());
@@ -208,7 +210,10 @@ void saveNetwork(Project const& project, QString const& path) {
 void writeProject(JobState const& state, QString const& path) {
   Project& project = *state.project;
   tellLoss(project.getTraverseDataList(), "kvn");
-  if (project.getTraverseDataList().empty()) requireDirections(path, project.getNetwork());
+  if (project.getTraverseDataList().empty()) {
+    requireDirections(path, project.getNetwork());
+    detail::tellRepeatedObservations(state);
+  }
   requireNoError(state.file, state.opened.text.findings);
   utils::createFolderOf(path);
   bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();

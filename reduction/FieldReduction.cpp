@@ -258,6 +258,7 @@ class Reducer {
     for (std::size_t r = 0; r < joined.size(); ++r) {
       Round const& round = station.rounds[r];
       if (joined[r] || round.targets.empty()) continue;
+      if (!result.lostRound) result.lostRound = result.findings.size();
       tell(FieldFinding::Warning, station.name, round.names.names(),
            "the round has no target in common with the others of its station", round.targets.front().firstRow);
     }

@@ -9,6 +9,7 @@
 #include <utils/Export.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ struct FieldReduction {
   PlaneNetwork observations;           ///< every set-up by itself; without errors yet
   std::vector<FieldFinding> findings;  ///< in the order of the rows, by station
   std::vector<FacePair> pairs;
+  /// The first finding of a round that `network` lacks, since nothing turns it onto the others of its station's one
+  /// circle; `observations` has it.
+  std::optional<std::size_t> lostRound;
 };
 
 /// Directions and distances of all stations, independent of the order in which the targets were sighted.

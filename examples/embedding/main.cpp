@@ -7,6 +7,7 @@
 #include <QLoggingCategory>
 #include <QString>
 #include <QStringList>
+#include <cmath>
 #include <cstdio>
 #include <exception>
 
@@ -28,22 +29,23 @@ void printFindings(kvn::Job const& job) {
   }
 }
 
-// The errors are there only where their flags say so: without redundant observations there are none.
-QString millimetres(double metres, bool isValid) {
-  return isValid ? QString::number(1000 * metres, 'f', 2) : QStringLiteral("-");
+// Without redundant observations there are no errors: they are NaN then.
+QString millimetres(double metres) {
+  return std::isnan(metres) ? QStringLiteral("-") : QString::number(1000 * metres, 'f', 2);
 }
 
-// The list of the errors and the coordinate list have the points in the same order. Numbers by QString: std::printf
-// would write a decimal comma in some locales, since QCoreApplication sets that of the user.
-void printPoints(kvn::Project const& project) {
+// The results and the coordinate list have the points in the same order. Numbers by QString: std::printf would write a
+// decimal comma in some locales, since QCoreApplication sets that of the user.
+void printPoints(kvn::Job const& job) {
   std::puts("point           x [m]          y [m]      z [m]  mx [mm]  my [mm]  mp [mm]");
-  auto coordinate = project.getCoordinatePointList().begin();
-  for (kvn::PointErrorInfo const& point : project.getAlgorithmAdjust()->getPointErrorInfoList()) {
-    QString const line = QString::asprintf(
-        "%-6s %14.4f %14.4f %10.4f %8s %8s %8s", point.name.c_str(), point.x, point.y, (coordinate++)->Z,
-        qUtf8Printable(millimetres(point.mx, point.mxValid)), qUtf8Printable(millimetres(point.my, point.myValid)),
-        qUtf8Printable(millimetres(point.mp, point.mpValid)));
+  auto point = job.planeAdjustment()->result().points.begin();
+  for (kvn::CoordinatePointInfo const& coordinate : job.project()->getCoordinatePointList()) {
+    QString const line =
+        QString::asprintf("%-6s %14.4f %14.4f %10.4f %8s %8s %8s", coordinate.name.c_str(), point->x, point->y,
+                          coordinate.Z, qUtf8Printable(millimetres(point->mx)), qUtf8Printable(millimetres(point->my)),
+                          qUtf8Printable(millimetres(point->mp)));
     std::puts(qUtf8Printable(line));
+    ++point;
   }
 }
 
@@ -55,7 +57,7 @@ void run(kvn::System& system, QString const& file, QString const& projectFile) {
   job.project()->getConfigure().AdjustMethod = 0;  // least squares; what else there is to set is in `Configure`
   job.adjust();
   job.takeResults();  // points, and heights where the rows give any, into the coordinate list
-  printPoints(*job.project());
+  printPoints(job);
 
   // The project file has settings, observations and coordinates: the calculation is made again, not stored.
   job.save(projectFile);

@@ -2,22 +2,33 @@
 #pragma once
 
 #include "adjust/AdjustProgress.h"
+#include "adjust/PlaneAdjustment.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "core/Project.h"
 #include "formats/FieldTextCheck.h"
+#include "job/PlaneOptions.h"
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
 
 #include <QString>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 namespace kvn::detail {
 
-/// What was found out about a file beside what went into the project; empty but for field jobs and project files.
+/// What was found out about a file beside what went into the project.
 struct OpenedFile {
-  FieldTextCheck text;
-  FieldReduction reduction;
+  FieldTextCheck text;       ///< of field jobs and project files
+  FieldReduction reduction;  ///< of rows; its observations are below
+  /// Every observation by itself, with its line, of rows and of a network file read with care. They belong to the
+  /// network of the project as long as that has this mark: a host may have edited its lines since.
+  PlaneNetwork observations;
+  std::size_t networkMark = 0;
+
+  /// Takes the reduction of the rows and leaves its network in the project.
+  void takeReduction(FieldReduction&& made, Project& project);
+  void takeObservations(PlaneNetwork&& made, Network const& network);
 
   /// Of the text and of the reduction, in this order.
   std::vector<FieldFinding> findings() const;
@@ -31,7 +42,9 @@ struct JobState {
   bool asRead = false;
   OpenedFile opened;
   AdjustProgressCall progress;
-  Network adjusted;                       ///< as the last adjustment had it
+  PlaneOptions plane;
+  std::unique_ptr<PlaneAdjustment> planeRun;  ///< the last run, where it was a careful one by least squares
+  Network adjusted;                       ///< as the last adjustment had it; empty after a run of the plane adjustment
   TriangleHeightDataConvert heightLines;  ///< of the last adjustment of heights
 };
 

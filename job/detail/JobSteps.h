@@ -1,6 +1,7 @@
 // The steps of a job, one source each. Those that take a JobState are called by Job alone.
 #pragma once
 
+#include "adjust/PlaneNetwork.h"
 #include "core/AlgorithmException.h"
 #include "core/Configure.h"
 #include "job/detail/JobState.h"
@@ -44,9 +45,25 @@ std::vector<TraverseDataInfo> rowsWithKnownStations(Project const& project);
 /// The network of the rows as they are now, into the project.
 void reduce(JobState& state);
 
-/// What a least-squares adjustment of the project's network would run into: input that it refuses, points that cannot
-/// be placed or that nothing holds, gross errors.
-std::vector<FieldFinding> findingsOnStart(Project const& project);
+/// What a least-squares adjustment of the job would run into: input that it refuses, points that cannot be placed or
+/// that nothing holds, gross errors.
+std::vector<FieldFinding> findingsOnStart(JobState const& state);
+
+/// Why a-priori errors cannot be used; empty when they can.
+QString faultOfErrors(Configure const& configure, Network const& network);
+/// Every observation of the job with its error, and the points that are observed.
+/// @throws AlgorithmException with the number of a line of the project's network that holds no observation.
+PlaneNetwork weighedObservations(JobState const& state);
+/// How the options adjust and judge.
+PlaneSettings settingsOf(PlaneOptions const& options);
+/// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.
+void adjustPlane(JobState& state, utils::IProcessCancel const& cancel);
+/// The adjusted points, without heights.
+std::vector<CoordinatePointInfo> coordinatesOf(PlaneAdjustment const& adjustment);
+/// Tells of observations that the network of the project lacks, since it has one direction and distance a line.
+void tellRepeatedObservations(JobState const& state);
+/// @throws JobException for a round that the network of the rows lacks.
+void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
 
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);

@@ -82,7 +82,8 @@ TEST(ProjectFileCommands, AdjustSavesItsResults) {
 
   test::Run const plane = program.run({"adjust", "net.in2", "--save", "net.dat", "--json"});
   EXPECT_THAT(plane.err, HasSubstr("3 of 3 coordinates have no height"));
-  EXPECT_EQ(plane.json()["messages"].size(), 1U);
+  EXPECT_EQ(plane.json()["messages"].size(), 2U);
+  EXPECT_THAT(plane.err, HasSubstr("Nothing checks: P\n")) << "nothing is redundant";
   EXPECT_THAT(program.read("net.dat"), HasSubstr("P,,49.9995,-49.9995,0.0000"));
   EXPECT_EQ(program.run({"adjust", "net.in2", "--save", "net.in2/x.dat"}).exitCode, 1);
   EXPECT_EQ(program.read("net.in2"), kNetworkFile);

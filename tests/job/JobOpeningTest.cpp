@@ -140,7 +140,7 @@ TEST_F(JobInFolder, ARefusedFileLeavesTheProjectAsItWas) {
     EXPECT_EQ(job.project()->getNetwork().lines.size(), 4U);
     EXPECT_EQ(job.project()->getConfigure().AngleError, 20.0F);
     EXPECT_EQ(job.project()->getCoordinatePointList().size(), 3U);
-    EXPECT_NE(job.project()->getAlgorithmAdjust(), nullptr);
+    EXPECT_NE(job.planeAdjustment(), nullptr);
   }
 }
 
@@ -160,7 +160,7 @@ TEST_F(JobInFolder, ReplacesAllOfTheOldDataButTheSettingsThatTheFileDoesNotHave)
   EXPECT_EQ(job.project()->getNetwork().knownPoints.size(), 2U);
   EXPECT_TRUE(job.project()->getCoordinatePointList().empty());
   EXPECT_TRUE(job.project()->getNetworkFile().isEmpty());
-  EXPECT_EQ(job.project()->getAlgorithmAdjust(), nullptr);
+  EXPECT_EQ(job.planeAdjustment(), nullptr);
   EXPECT_FALSE(job.project()->isModified());
 }
 

@@ -1,0 +1,93 @@
+#include "PlaneReport.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+namespace kvn::host {
+namespace {
+
+constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+/// Whether an observation fits worse than the worst one before it.
+bool isWorse(PlaneObservation const& observation, double worst) { return std::abs(observation.test) > worst; }
+
+}  // namespace
+
+PlaneReport::PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
+                         PlaneAdjustment const& adjustment)
+    : file(std::move(path)),
+      configure(settings),
+      options(planeOptions),
+      run(adjustment),
+      network(adjustment.network()),
+      result(adjustment.result()),
+      circlesOfPoint(network.points.size(), 0) {
+  // What the run did, whatever the settings of the project say of the literal adjustment.
+  configure.LineCalculateExpression = options.distanceForm == ObservationErrors::Form::Sum;
+  std::vector<std::size_t> circleOf(network.setUps.size(), kNowhere);
+  for (PlaneNetwork::Direction const& direction : network.directions) {
+    circleOf[static_cast<std::size_t>(direction.setUp)] = 0;
+  }
+  for (std::size_t s = 0; s < circleOf.size(); ++s) {
+    if (circleOf[s] == kNowhere) continue;
+    circleOf[s] = circles.size();
+    auto const station = static_cast<std::size_t>(network.setUps[s].station);
+    circles.push_back({s, ++circlesOfPoint[station], {}});
+  }
+  for (std::size_t d = 0; d < network.directions.size(); ++d) {
+    circles[circleOf[static_cast<std::size_t>(network.directions[d].setUp)]].directions.push_back(d);
+  }
+}
+
+bool PlaneReport::isFixed(std::size_t point) const {
+  return network.points[point].isKnown && !isFree() && options.controlError == 0.0;
+}
+
+bool PlaneReport::hasErrors() const {
+  return result.hasRedundancy || options.unitWeight == PlaneSettings::UnitWeight::APriori;
+}
+
+std::size_t PlaneReport::countKnown() const {
+  return static_cast<std::size_t>(std::count_if(network.points.begin(), network.points.end(),
+                                                [](PlaneNetwork::Point const& point) { return point.isKnown; }));
+}
+
+std::size_t PlaneReport::countStations() const {
+  return static_cast<std::size_t>(
+      std::count_if(circlesOfPoint.begin(), circlesOfPoint.end(), [](int count) { return count > 0; }));
+}
+
+/// A suspect is told by the names of its points: of several observations between them it is the one that fits worst.
+std::vector<PlaneReport::Suspicion> PlaneReport::suspicions() const {
+  std::vector<Suspicion> list;
+  if (run.suspects().empty()) return list;
+  std::unordered_map<std::string, std::vector<std::size_t>> bySource;
+  for (SuspectObservation const& suspect : run.suspects()) {
+    bySource[suspect.from].push_back(list.size());
+    list.push_back({&suspect, 0});
+  }
+  std::vector<double> worst(list.size(), -1.0);
+  auto const look = [&](bool isDirection, int from, int to, PlaneObservation const& observation, int line) {
+    auto const found = bySource.find(nameOf(from));
+    if (found == bySource.end()) return;
+    for (std::size_t const i : found->second) {
+      SuspectObservation const& suspect = *list[i].suspect;
+      if (suspect.isDirection != isDirection || suspect.to != nameOf(to) || !isWorse(observation, worst[i])) continue;
+      worst[i] = std::abs(observation.test);
+      list[i].line = line;
+    }
+  };
+  for (std::size_t d = 0; d < network.directions.size(); ++d) {
+    PlaneNetwork::Direction const& direction = network.directions[d];
+    int const station = network.setUps[static_cast<std::size_t>(direction.setUp)].station;
+    look(true, station, direction.target, result.directions[d], direction.origin.line);
+  }
+  for (std::size_t d = 0; d < network.distances.size(); ++d) {
+    PlaneNetwork::Distance const& distance = network.distances[d];
+    look(false, distance.from, distance.to, result.distances[d], distance.origin.line);
+  }
+  return list;
+}
+
+}  // namespace kvn::host

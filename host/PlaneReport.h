@@ -1,0 +1,81 @@
+// What `adjust` has to tell of an adjustment in which every observation counts, as text and as JSON.
+#pragma once
+
+#include "JsonStream.h"
+#include "Output.h"
+
+#include <Kelvane.h>
+#include <json/value.h>
+#include <QString>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kvn::host {
+
+/// A finished run with its settings; holds a reference to it.
+class PlaneReport {
+ public:
+  PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
+              PlaneAdjustment const& adjustment);
+
+  /// Head, points, error ellipses, directions, distances: what is looked at first stands first.
+  void writeText(TextSink const& sink) const;
+  /// The same values with all their digits, and what was found and told beside them.
+  void writeJson(Json::Value const& findings, Json::Value const& messages, TextSink const& sink) const;
+
+ private:
+  /// The directions of one set-up. Set-ups without one are not told.
+  struct Circle {
+    std::size_t setUp = 0;
+    int number = 1;  ///< among those of its station, in the order of the file
+    std::vector<std::size_t> directions;
+  };
+  /// An observation that stands for a suspect.
+  struct Suspicion {
+    SuspectObservation const* suspect = nullptr;
+    int line = 0;
+  };
+
+  std::string const& nameOf(int point) const { return network.points[static_cast<std::size_t>(point)].name; }
+  int stationOf(Circle const& circle) const { return network.setUps[circle.setUp].station; }
+  bool isFree() const { return options.datum == PlaneSettings::Datum::Free; }
+  /// Given coordinates that stay as they are.
+  bool isFixed(std::size_t point) const;
+  /// Whether there are standard errors of the results.
+  bool hasErrors() const;
+  std::size_t countKnown() const;
+  std::size_t countStations() const;
+  std::vector<Suspicion> suspicions() const;
+
+  QString headText() const;
+  QString unitErrorText() const;
+  void writePointTable(TextSink const& sink) const;
+  void writeEllipseTable(TextSink const& sink) const;
+  void writeDirectionTable(TextSink const& sink) const;
+  void writeDistanceTable(TextSink const& sink) const;
+
+  Json::Value countsJson() const;
+  Json::Value globalTestJson() const;
+  void writeApproximate(JsonStream& json) const;
+  void writePoints(JsonStream& json) const;
+  void writeMoved(JsonStream& json, std::size_t point) const;
+  void writeEllipses(JsonStream& json) const;
+  void writeDirections(JsonStream& json) const;
+  void writeTarget(JsonStream& json, std::size_t direction) const;
+  void writeDistances(JsonStream& json) const;
+  void writeSuspects(JsonStream& json) const;
+  void writeUnchecked(JsonStream& json) const;
+
+  QString file;
+  Configure configure;
+  PlaneOptions options;
+  PlaneAdjustment const& run;
+  PlaneNetwork const& network;
+  PlaneResult const& result;
+  std::vector<Circle> circles;
+  std::vector<int> circlesOfPoint;  ///< how many a point has
+};
+
+}  // namespace kvn::host

@@ -1,0 +1,253 @@
+#include "Format.h"
+#include "PlaneReport.h"
+
+#include <cmath>
+#include <limits>
+
+namespace kvn::host {
+namespace {
+
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+constexpr int kJsonVersion = 2;
+constexpr double kWeight = 1.0;
+
+char const* datumName(PlaneOptions const& options) {
+  if (options.datum == PlaneSettings::Datum::Free) return "free";
+  return options.controlError > 0.0 ? "weighted" : "fixed";
+}
+
+void writeLine(JsonStream& json, int line) {
+  json.member("line");
+  if (line > 0) {
+    json.number(line);
+  } else {
+    json.number(kNoNumber);
+  }
+}
+
+void writeUncheckedLine(JsonStream& json, char const* kind, std::string const& from, std::string const& to, int line) {
+  json.beginObject();
+  json.member("from").text(from);
+  json.member("kind").text(kind);
+  writeLine(json, line);
+  json.member("to").text(to);
+  json.endObject();
+}
+
+}  // namespace
+
+// Members in the order of their names, as every other JSON of the program has them.
+void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& messages, TextSink const& sink) const {
+  JsonStream json(sink);
+  json.beginObject();
+  writeApproximate(json);
+  json.member("confidence").number(options.confidence);
+  Json::Value settings;
+  configure.write(settings);
+  json.member("configure").value(settings);
+  json.member("counts").value(countsJson());
+  json.member("datum").text(datumName(options));
+  writeDirections(json);
+  writeDistances(json);
+  writeEllipses(json);
+  json.member("file").value(file.toStdString());
+  json.member("findings").value(findings);
+  json.member("globalTest").value(globalTestJson());
+  json.member("iterations").number(result.iterations);
+  json.member("messages").value(messages);
+  json.member("method").text("least-squares");
+  writePoints(json);
+  json.member("redundancy").number(result.redundancy);
+  writeSuspects(json);
+  writeUnchecked(json);
+  json.member("unitError").number(result.unitError);
+  json.member("version").number(kJsonVersion);
+  json.endObject();
+}
+
+Json::Value PlaneReport::countsJson() const {
+  Json::Value json;
+  json["points"] = static_cast<int>(network.points.size());
+  json["knownPoints"] = static_cast<int>(countKnown());
+  json["stations"] = static_cast<int>(countStations());
+  json["setUps"] = static_cast<int>(circles.size());
+  json["directions"] = static_cast<int>(network.directions.size());
+  json["distances"] = static_cast<int>(network.distances.size());
+  return json;
+}
+
+Json::Value PlaneReport::globalTestJson() const {
+  Json::Value json;
+  json["lower"] = number(result.lowerBound);
+  json["upper"] = number(result.upperBound);
+  json["value"] = number(result.unitError);
+  json["passed"] = result.hasRedundancy ? Json::Value(result.isPassed) : Json::Value();
+  return json;
+}
+
+void PlaneReport::writeApproximate(JsonStream& json) const {
+  json.member("approximate").beginArray();
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    json.beginObject();
+    json.member("name").text(network.points[p].name);
+    json.member("x").number(result.approximate[p].first);
+    json.member("y").number(result.approximate[p].second);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void PlaneReport::writePoints(JsonStream& json) const {
+  json.member("points").beginArray();
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    PlanePoint const& point = result.points[p];
+    json.beginObject();
+    json.member("checked").truth(point.isChecked);
+    json.member("known").truth(network.points[p].isKnown);
+    writeMoved(json, p);
+    json.member("mp").number(point.mp);
+    json.member("mx").number(point.mx);
+    json.member("my").number(point.my);
+    json.member("name").text(network.points[p].name);
+    json.member("x").number(point.x);
+    json.member("y").number(point.y);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+/// Of given coordinates that are observations: by how much they are adjusted.
+void PlaneReport::writeMoved(JsonStream& json, std::size_t p) const {
+  PlaneNetwork::Point const& given = network.points[p];
+  if (!given.isKnown || isFree() || options.controlError == 0.0) return;
+  json.member("moved").beginObject();
+  json.member("east").number(result.points[p].y - given.y);
+  json.member("north").number(result.points[p].x - given.x);
+  json.member("test").number(kNoNumber);
+  json.endObject();
+}
+
+void PlaneReport::writeEllipses(JsonStream& json) const {
+  json.member("ellipses").beginArray();
+  for (std::size_t p = 0; hasErrors() && p < network.points.size(); ++p) {
+    if (isFixed(p)) continue;
+    PlanePoint const& point = result.points[p];
+    json.beginObject();
+    json.member("angle").number(point.bearing);
+    json.member("confidenceMajor").number(point.semiMajor * result.confidenceFactor);
+    json.member("confidenceMinor").number(point.semiMinor * result.confidenceFactor);
+    json.member("name").text(network.points[p].name);
+    json.member("semiMajor").number(point.semiMajor);
+    json.member("semiMinor").number(point.semiMinor);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void PlaneReport::writeDirections(JsonStream& json) const {
+  json.member("directions").beginArray();
+  for (Circle const& circle : circles) {
+    json.beginObject();
+    writeLine(json, network.setUps[circle.setUp].origin.line);
+    json.member("orientation").number(result.orientations[circle.setUp]);
+    json.member("orientationError").number(secondsOfRadians(result.orientationErrors[circle.setUp]));
+    json.member("setUp").number(circle.number);
+    json.member("station").text(nameOf(stationOf(circle)));
+    json.member("targets").beginArray();
+    for (std::size_t const direction : circle.directions) writeTarget(json, direction);
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void PlaneReport::writeTarget(JsonStream& json, std::size_t d) const {
+  PlaneNetwork::Direction const& direction = network.directions[d];
+  PlaneObservation const& adjusted = result.directions[d];
+  json.beginObject();
+  json.member("azimuth").number(dmsOfRadians(adjusted.azimuth));
+  json.member("azimuthError").number(secondsOfRadians(adjusted.azimuthError));
+  json.member("detectable").number(secondsOfRadians(adjusted.detectable));
+  json.member("distance").number(adjusted.length);
+  json.member("distanceError").number(adjusted.lengthError);
+  json.member("effect").number(adjusted.effect);
+  json.member("error").number(secondsOfRadians(adjusted.error));
+  json.member("gross").number(secondsOfRadians(adjusted.gross));
+  writeLine(json, direction.origin.line);
+  json.member("name").text(nameOf(direction.target));
+  json.member("observed").number(dmsOfRadians(direction.value));
+  json.member("redundancy").number(adjusted.redundancy);
+  json.member("residual").number(secondsOfRadians(adjusted.residual));
+  json.member("standardised").number(adjusted.standardised);
+  json.member("test").number(adjusted.test);
+  json.member("weight").number(kWeight);
+  json.endObject();
+}
+
+void PlaneReport::writeDistances(JsonStream& json) const {
+  json.member("distances").beginArray();
+  for (std::size_t d = 0; d < network.distances.size(); ++d) {
+    PlaneNetwork::Distance const& distance = network.distances[d];
+    PlaneObservation const& adjusted = result.distances[d];
+    json.beginObject();
+    json.member("adjusted").number(adjusted.adjusted);
+    json.member("azimuth").number(adjusted.azimuth);
+    json.member("azimuthError").number(secondsOfRadians(adjusted.azimuthError));
+    json.member("detectable").number(adjusted.detectable);
+    json.member("distanceError").number(adjusted.lengthError);
+    json.member("effect").number(adjusted.effect);
+    json.member("error").number(adjusted.error);
+    json.member("from").text(nameOf(distance.from));
+    json.member("gross").number(adjusted.gross);
+    writeLine(json, distance.origin.line);
+    json.member("observed").number(distance.value);
+    json.member("redundancy").number(adjusted.redundancy);
+    json.member("residual").number(adjusted.residual);
+    json.member("standardised").number(adjusted.standardised);
+    json.member("test").number(adjusted.test);
+    json.member("to").text(nameOf(distance.to));
+    json.member("weight").number(kWeight);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void PlaneReport::writeSuspects(JsonStream& json) const {
+  json.member("suspects").beginArray();
+  for (Suspicion const& suspicion : suspicions()) {
+    SuspectObservation const& suspect = *suspicion.suspect;
+    json.beginObject();
+    json.member("difference").number(suspect.difference);
+    json.member("from").text(suspect.from);
+    json.member("kind").text(suspect.isDirection ? "direction" : "distance");
+    writeLine(json, suspicion.line);
+    json.member("to").text(suspect.to);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void PlaneReport::writeUnchecked(JsonStream& json) const {
+  json.member("unchecked").beginArray();
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    if (result.points[p].isChecked) continue;
+    json.beginObject();
+    json.member("kind").text("point");
+    json.member("name").text(network.points[p].name);
+    json.endObject();
+  }
+  for (std::size_t d = 0; d < network.directions.size(); ++d) {
+    if (!std::isnan(result.directions[d].detectable)) continue;
+    PlaneNetwork::Direction const& direction = network.directions[d];
+    int const station = network.setUps[static_cast<std::size_t>(direction.setUp)].station;
+    writeUncheckedLine(json, "direction", nameOf(station), nameOf(direction.target), direction.origin.line);
+  }
+  for (std::size_t d = 0; d < network.distances.size(); ++d) {
+    if (!std::isnan(result.distances[d].detectable)) continue;
+    PlaneNetwork::Distance const& distance = network.distances[d];
+    writeUncheckedLine(json, "distance", nameOf(distance.from), nameOf(distance.to), distance.origin.line);
+  }
+  json.endArray();
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,163 @@
+#include "Format.h"
+#include "PlaneReport.h"
+#include "TextTable.h"
+
+#include <cmath>
+
+namespace kvn::host {
+namespace {
+
+QString decimals(double value) { return std::isfinite(value) ? QString::number(value, 'f', 2) : QString("-"); }
+
+QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
+
+/// What catches the eye in a row whose residual is too large for chance.
+char const* markOf(PlaneObservation const& observation) { return observation.test > 1.0 ? "*" : ""; }
+
+QString errorsText(Configure const& configure, PlaneOptions const& options) {
+  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
+                     .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
+                          shortNumber(double(configure.LineProportionError)),
+                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
+  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
+  if (options.controlError > 0.0) {
+    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
+  }
+  return text;
+}
+
+}  // namespace
+
+void PlaneReport::writeText(TextSink const& sink) const {
+  sink(headText().toStdString());
+  writePointTable(sink);
+  writeEllipseTable(sink);
+  writeDirectionTable(sink);
+  writeDistanceTable(sink);
+}
+
+QString PlaneReport::headText() const {
+  std::vector<std::pair<QString, QString>> lines{
+      {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
+      {"Observations",
+       QString("%1 from %2 of %3, %4")
+           .arg(counted(network.directions.size(), "direction", "directions"),
+                counted(circles.size(), "set-up", "set-ups"), counted(countStations(), "station", "stations"),
+                counted(network.distances.size(), "distance", "distances"))},
+      {"A-priori errors", errorsText(configure, options)},
+      {"Redundancy", QString::number(result.redundancy)},
+      {"Unit weight error", unitErrorText()},
+      {"By kind", QString("directions %1, distances %2")
+                      .arg(decimals(result.directionUnitError), decimals(result.distanceUnitError))},
+      {"Iterations", QString::number(result.iterations)},
+  };
+  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", "free: the known points are not held"});
+  if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
+    lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
+  }
+  return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
+}
+
+QString PlaneReport::unitErrorText() const {
+  if (!result.hasRedundancy) {
+    return hasErrors() ? "- (nothing is redundant)" : "- (nothing is redundant, so there are no errors)";
+  }
+  QString const text = QString("%1, expected between %2 and %3 at %4")
+                           .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
+                                percent(options.confidence));
+  return result.isPassed ? text : text + ": fails";
+}
+
+void PlaneReport::writePointTable(TextSink const& sink) const {
+  TextTable table({{"Point", TextTable::Left},
+                   {"North x [m]", TextTable::Right},
+                   {"East y [m]", TextTable::Right},
+                   {"mx [mm]", TextTable::Right},
+                   {"my [mm]", TextTable::Right},
+                   {"mp [mm]", TextTable::Right},
+                   {"", TextTable::Left}});
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    PlanePoint const& point = result.points[p];
+    std::string const name = utf8Of(network.points[p].name);
+    if (isFixed(p)) {
+      table.addUtf8({name, metresText(point.x), metresText(point.y), "known"});
+    } else {
+      table.addUtf8({name, metresText(point.x), metresText(point.y), millimetresText(point.mx),
+                     millimetresText(point.my), millimetresText(point.mp), point.isChecked ? "" : "unchecked"});
+    }
+  }
+  writeTitled("Points", table, sink);
+}
+
+void PlaneReport::writeEllipseTable(TextSink const& sink) const {
+  if (!hasErrors()) return;
+  TextTable table({{"Point", TextTable::Left},
+                   {"Major [mm]", TextTable::Right},
+                   {"Minor [mm]", TextTable::Right},
+                   {"Azimuth", TextTable::Right},
+                   {"Major " + percent(options.confidence), TextTable::Right},
+                   {"Minor " + percent(options.confidence), TextTable::Right}});
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    if (isFixed(p)) continue;
+    PlanePoint const& point = result.points[p];
+    table.addUtf8({utf8Of(network.points[p].name), millimetresText(point.semiMajor), millimetresText(point.semiMinor),
+                   axisOfRadiansText(point.bearing), millimetresText(point.semiMajor * result.confidenceFactor),
+                   millimetresText(point.semiMinor * result.confidenceFactor)});
+  }
+  writeTitled("Error ellipses (semi-axes)", table, sink);
+}
+
+void PlaneReport::writeDirectionTable(TextSink const& sink) const {
+  if (circles.empty()) return;
+  TextTable table({{"Station", TextTable::Left},
+                   {"Target", TextTable::Left},
+                   {"Observed", TextTable::Right},
+                   {QString::fromUtf8("v [″]"), TextTable::Right},
+                   {"r", TextTable::Right},
+                   {"w", TextTable::Right},
+                   {"", TextTable::Left},
+                   {"Azimuth", TextTable::Right},
+                   {QString::fromUtf8("m [″]"), TextTable::Right},
+                   {"Distance [m]", TextTable::Right},
+                   {"m [mm]", TextTable::Right}});
+  for (Circle const& circle : circles) {
+    int const point = stationOf(circle);
+    std::string station = utf8Of(nameOf(point));
+    if (circlesOfPoint[static_cast<std::size_t>(point)] > 1) station += " (" + std::to_string(circle.number) + ')';
+    for (std::size_t const d : circle.directions) {
+      PlaneNetwork::Direction const& direction = network.directions[d];
+      PlaneObservation const& adjusted = result.directions[d];
+      table.addUtf8({d == circle.directions.front() ? station : std::string(), utf8Of(nameOf(direction.target)),
+                     angleOfDmsText(dmsOfRadians(direction.value)), secondsText(secondsOfRadians(adjusted.residual)),
+                     ratioText(adjusted.redundancy), ratioText(adjusted.standardised), markOf(adjusted),
+                     azimuthOfDmsText(dmsOfRadians(adjusted.azimuth)),
+                     secondsText(secondsOfRadians(adjusted.azimuthError)), metresText(adjusted.length),
+                     millimetresText(adjusted.lengthError)});
+    }
+  }
+  writeTitled("Directions (v residual, r redundancy, w standardised residual, * too large, m error after adjustment)",
+              table, sink);
+}
+
+void PlaneReport::writeDistanceTable(TextSink const& sink) const {
+  if (network.distances.empty()) return;
+  TextTable table({{"From", TextTable::Left},
+                   {"To", TextTable::Left},
+                   {"Observed [m]", TextTable::Right},
+                   {"v [mm]", TextTable::Right},
+                   {"r", TextTable::Right},
+                   {"w", TextTable::Right},
+                   {"", TextTable::Left},
+                   {"Adjusted [m]", TextTable::Right},
+                   {"m [mm]", TextTable::Right}});
+  for (std::size_t d = 0; d < network.distances.size(); ++d) {
+    PlaneNetwork::Distance const& distance = network.distances[d];
+    PlaneObservation const& adjusted = result.distances[d];
+    table.addUtf8({utf8Of(nameOf(distance.from)), utf8Of(nameOf(distance.to)), metresText(distance.value),
+                   millimetresText(adjusted.residual), ratioText(adjusted.redundancy), ratioText(adjusted.standardised),
+                   markOf(adjusted), metresText(adjusted.adjusted), millimetresText(adjusted.lengthError)});
+  }
+  writeTitled("Distances", table, sink);
+}
+
+}  // namespace kvn::host

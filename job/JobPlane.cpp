@@ -1,0 +1,259 @@
+// The careful run by least squares: every observation of a job by itself.
+#include "adjust/AlgorithmAdjust.h"
+#include "adjust/PlaneAdjustment.h"
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "records/NetworkFindings.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+// Millimetres and parts per million of a project's settings.
+constexpr double kMillimetre = 1e-3;
+constexpr double kMillionth = 1e-6;
+// Metres; the slack is that of a distance that was not measured.
+constexpr double kNoDistance = 1e-8;
+
+/// A number that tells one network from another, but for a chance of one in 2^64.
+class NetworkMark {
+ public:
+  void add(std::string const& name) { mix(std::hash<std::string>()(name)); }
+  void add(double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    mix(bits);
+  }
+  std::size_t value() const { return state; }
+
+ private:
+  void mix(std::uint64_t word) {
+    // The finalizer of MurmurHash3 (Appleby 2011) on a running state.
+    std::uint64_t h = state * 31U + word;
+    h ^= h >> 33U;
+    h *= 0xff51afd7ed558ccdULL;
+    h ^= h >> 33U;
+    h *= 0xc4ceb9fe1a85ec53ULL;
+    state = h ^ (h >> 33U);
+  }
+
+  std::uint64_t state = 0;
+};
+
+std::size_t markOf(Network const& network) {
+  NetworkMark mark;
+  for (KnownPoint const& point : network.knownPoints) {
+    mark.add(point.name);
+    mark.add(point.x);
+    mark.add(point.y);
+  }
+  for (NetworkDataInfo const& line : network.lines) {
+    mark.add(line.start_name);
+    mark.add(line.end_name);
+    mark.add(line.horizontalAngleFlag ? line.horizontal_angle : -1000.0);
+    mark.add(line.horizontal_distance);
+  }
+  return mark.value();
+}
+
+/// The lines of a network as observations, which each have to be some.
+PlaneNetwork observationsOfLines(Network const& network) {
+  for (std::size_t i = 0; i < network.lines.size(); ++i) {
+    NetworkDataInfo const& line = network.lines[i];
+    bool const isSound =
+        std::isfinite(line.horizontal_angle + line.horizontal_distance) && line.horizontal_distance >= -kNoDistance;
+    if (!isSound) throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
+  }
+  return planeNetworkOf(network);
+}
+
+/// @throws AlgorithmException with the number of the line, as of a network whose lines are edited.
+void requireSound(PlaneNetwork const& observations, Network const& network) {
+  auto const refuse = [&](int from, int to) {
+    std::string const& start = observations.points[static_cast<std::size_t>(from)].name;
+    std::string const& end = observations.points[static_cast<std::size_t>(to)].name;
+    auto const line = std::find_if(network.lines.begin(), network.lines.end(), [&](NetworkDataInfo const& one) {
+      return one.start_name == start && one.end_name == end;
+    });
+    throw AlgorithmException(static_cast<int>(line - network.lines.begin()), AlgorithmException::DataError);
+  };
+  for (PlaneNetwork::Direction const& direction : observations.directions) {
+    int const station = observations.setUps[static_cast<std::size_t>(direction.setUp)].station;
+    if (direction.target == station || !std::isfinite(direction.value)) refuse(station, direction.target);
+  }
+  for (PlaneNetwork::Distance const& distance : observations.distances) {
+    bool const isSound = distance.from != distance.to && std::isfinite(distance.value) && distance.value > 0.0;
+    if (!isSound) refuse(distance.from, distance.to);
+  }
+}
+
+/// Leaves out the points that nothing observes: known ones, which the checks of the network tell.
+void keepObservedPoints(PlaneNetwork& network) {
+  std::vector<int> number(network.points.size(), -1);
+  auto const mark = [&number](int point) { number[static_cast<std::size_t>(point)] = 0; };
+  auto const renumber = [&number](int& point) { point = number[static_cast<std::size_t>(point)]; };
+  for (PlaneNetwork::SetUp const& setUp : network.setUps) mark(setUp.station);
+  for (PlaneNetwork::Direction const& direction : network.directions) mark(direction.target);
+  for (PlaneNetwork::Distance const& distance : network.distances) {
+    mark(distance.from);
+    mark(distance.to);
+  }
+  std::vector<PlaneNetwork::Point> kept;
+  for (std::size_t p = 0; p < number.size(); ++p) {
+    if (number[p] < 0) continue;
+    number[p] = static_cast<int>(kept.size());
+    kept.push_back(std::move(network.points[p]));
+  }
+  network.points = std::move(kept);
+  for (PlaneNetwork::SetUp& setUp : network.setUps) renumber(setUp.station);
+  for (PlaneNetwork::Direction& direction : network.directions) renumber(direction.target);
+  for (PlaneNetwork::Distance& distance : network.distances) {
+    renumber(distance.from);
+    renumber(distance.to);
+  }
+}
+
+ObservationErrors errorsOf(Configure const& configure, PlaneOptions const& options) {
+  ObservationErrors errors;
+  errors.directionSeconds = double(configure.AngleError);
+  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
+  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
+  errors.form = options.distanceForm;
+  errors.control = options.controlError;
+  return errors;
+}
+
+bool isOriginal(detail::JobState const& state) {
+  PlaneNetwork const& observations = state.opened.observations;
+  bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
+  return hasSome && markOf(state.project->getNetwork()) == state.opened.networkMark;
+}
+
+/// The points that a refusal is about.
+QStringList namesIn(PlaneAdjustment const& adjustment) {
+  QStringList names;
+  for (UnplacedPoint const& point : adjustment.unplacedPoints()) names << recordText(point.name);
+  for (LooseMotion const& motion : adjustment.looseMotions()) {
+    for (std::string const& name : motion.names) names << recordText(name);
+  }
+  for (auto const& [a, b] : adjustment.coincidentPoints()) names << recordText(a) << recordText(b);
+  names.removeDuplicates();
+  return names;
+}
+
+void requireControl(PlaneNetwork const& network, PlaneOptions const& options) {
+  auto const isKnown = [](PlaneNetwork::Point const& point) { return point.isKnown; };
+  bool const isFree = options.datum == PlaneSettings::Datum::Free;
+  if (isFree || std::count_if(network.points.begin(), network.points.end(), isKnown) >= 2) return;
+  throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
+}
+
+void tellUnchecked(PlaneAdjustment const& adjustment) {
+  QStringList names;
+  for (std::size_t p = 0; p < adjustment.network().points.size(); ++p) {
+    if (!adjustment.result().points[p].isChecked) names << recordText(adjustment.network().points[p].name);
+  }
+  if (!names.isEmpty()) detail::sendWarning(QString("Nothing checks: %1").arg(listedNames(names)));
+}
+
+}  // namespace
+
+void detail::OpenedFile::takeReduction(FieldReduction&& made, Project& project) {
+  reduction = std::move(made);
+  project.setNetwork(std::move(reduction.network));
+  reduction.network = Network();
+  auto const place = [this](PlaneNetwork::Origin& origin) {
+    auto const row = static_cast<std::size_t>(origin.row);
+    if (origin.row >= 0 && row < text.rowLines.size()) origin.line = text.rowLines[row];
+  };
+  PlaneNetwork& found = reduction.observations;
+  for (PlaneNetwork::SetUp& setUp : found.setUps) place(setUp.origin);
+  for (PlaneNetwork::Direction& direction : found.directions) place(direction.origin);
+  for (PlaneNetwork::Distance& distance : found.distances) place(distance.origin);
+  takeObservations(std::exchange(found, {}), project.getNetwork());
+}
+
+void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {
+  observations = std::move(made);
+  networkMark = markOf(network);
+}
+
+PlaneNetwork detail::weighedObservations(JobState const& state) {
+  PlaneNetwork network =
+      isOriginal(state) ? state.opened.observations : observationsOfLines(state.project->getNetwork());
+  requireSound(network, state.project->getNetwork());
+  keepObservedPoints(network);
+  setErrors(network, errorsOf(state.project->getConfigure(), state.plane));
+  requireControl(network, state.plane);
+  return network;
+}
+
+PlaneSettings detail::settingsOf(PlaneOptions const& options) {
+  PlaneSettings settings;
+  settings.datum = options.datum;
+  settings.unitWeight = options.unitWeight;
+  settings.centring = options.centring;
+  settings.confidence = options.confidence;
+  return settings;
+}
+
+void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
+  auto run = std::make_unique<PlaneAdjustment>(weighedObservations(state), settingsOf(state.plane));
+  run->setProgressCall(state.progress);
+  run->setCancelCall(cancel.getCancelCall());
+  try {
+    run->adjust();
+  } catch (AlgorithmException const& failure) {
+    QStringList const names = namesIn(*run);
+    if (names.isEmpty()) throw;
+    QString const text = QString("%1: %2").arg(worded(failure, Network()), listedNames(names));
+    std::throw_with_nested(JobException(state.file, text));
+  }
+  // The calls of the host are for the time of the run.
+  run->setProgressCall({});
+  run->setCancelCall({});
+  tellUnchecked(*run);
+  state.planeRun = std::move(run);
+  state.project->setAlgorithmAdjust(nullptr);
+  state.adjusted = Network();
+}
+
+std::vector<CoordinatePointInfo> detail::coordinatesOf(PlaneAdjustment const& adjustment) {
+  std::vector<CoordinatePointInfo> coordinates(adjustment.network().points.size());
+  for (std::size_t p = 0; p < coordinates.size(); ++p) {
+    coordinates[p].name = adjustment.network().points[p].name;
+    coordinates[p].N = adjustment.result().points[p].x;
+    coordinates[p].E = adjustment.result().points[p].y;
+  }
+  return coordinates;
+}
+
+void detail::tellRepeatedObservations(JobState const& state) {
+  Project const& project = *state.project;
+  if (!project.getTraverseDataList().empty() || !isOriginal(state)) return;
+  std::size_t directions = 0;
+  std::size_t distances = 0;
+  for (NetworkDataInfo const& line : project.getNetwork().lines) {
+    if (line.horizontalAngleFlag) ++directions;
+    if (line.horizontal_distance > kNoDistance) ++distances;
+  }
+  std::size_t const given = state.opened.observations.directions.size() + state.opened.observations.distances.size();
+  if (given <= directions + distances) return;
+  sendWarning(QString("%1 of %2 observations are given more than once from a station; the first ones count")
+                  .arg(given - directions - distances)
+                  .arg(given));
+}
+
+}  // namespace kvn

@@ -1,0 +1,120 @@
+// What a least-squares adjustment would run into, found before it is asked for.
+#include "adjust/AlgorithmData.h"
+#include "adjust/TraverseAdjust.h"
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/detail/JobSteps.h"
+#include "records/NetworkFindings.h"
+
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+FieldFinding findingOn(FieldFinding::Severity severity, std::string station, std::vector<std::string> targets,
+                       QString text) {
+  FieldFinding finding;
+  finding.severity = severity;
+  finding.station = std::move(station);
+  finding.targets = std::move(targets);
+  finding.text = std::move(text);
+  return finding;
+}
+
+/// What an adjustment has found out, whether it came to an end or not.
+struct Found {
+  std::vector<UnplacedPoint> const& unplaced;
+  std::vector<std::pair<std::string, std::string>> const& coincident;
+  std::vector<LooseMotion> const& motions;
+  std::vector<SuspectObservation> const& suspects;
+};
+
+Found foundBy(TraverseAdjust const& adjustment) {
+  return {adjustment.getUnplacedPoints(), adjustment.getCoincidentPoints(), adjustment.getLooseMotions(),
+          adjustment.getSuspects()};
+}
+
+Found foundBy(PlaneAdjustment const& adjustment) {
+  return {adjustment.unplacedPoints(), adjustment.coincidentPoints(), adjustment.looseMotions(), adjustment.suspects()};
+}
+
+std::vector<FieldFinding> findingsOf(Found const& found) {
+  std::vector<FieldFinding> findings;
+  for (UnplacedPoint const& point : found.unplaced) {
+    findings.push_back(findingOn(FieldFinding::Error, {}, {point.name}, "cannot be placed: " + worded(point.reason)));
+  }
+  for (auto const& [a, b] : found.coincident) {
+    findings.push_back(findingOn(FieldFinding::Error, a, {b}, "an observation between points at one place"));
+  }
+  for (LooseMotion const& motion : found.motions) {
+    findings.push_back(findingOn(FieldFinding::Error, {}, {}, worded(std::vector<LooseMotion>{motion})));
+  }
+  for (SuspectObservation const& suspect : found.suspects) {
+    QString const kind = suspect.isDirection ? "direction" : "distance";
+    findings.push_back(findingOn(FieldFinding::Warning, suspect.from, {suspect.to},
+                                 QString("suspected gross error of the %1: %2").arg(kind, wordedSize(suspect))));
+  }
+  return findings;
+}
+
+/// A job without its control points, or without an unknown one, is looked at for its own sake.
+bool isUsual(AlgorithmException const& failure, Project const& project) {
+  return failure.errorType == AlgorithmException::KnownPointNotEnough ||
+         failure.errorType == AlgorithmException::AllStationKnown || project.getNetwork().lines.empty();
+}
+
+std::vector<FieldFinding> findingsOfLiteral(Project const& project) {
+  Configure const configure = project.getConfigure();
+  TraverseAdjust adjustment(double(configure.AngleError), double(configure.LineFixedError) / 1000.0,
+                            double(configure.LineProportionError) / 1e6, configure.LineCalculateExpression);
+  adjustment.setTellFindings(false);
+  adjustment.setCountControlDistances(true);
+  try {
+    AlgorithmData data;
+    data.readNetworkData(project.getNetwork(), MissingDirection::IsLeftOut);
+    adjustment.readAlgorithmData(data);
+    adjustment.calculateApproximate();
+    adjustment.checkDetermination();
+    adjustment.checkObservations();
+  } catch (AlgorithmException const& failure) {
+    bool const isTold = !adjustment.getUnplacedPoints().empty();
+    if (!isTold && !isUsual(failure, project)) {
+      return {findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork()))};
+    }
+  }
+  return findingsOf(foundBy(adjustment));
+}
+
+std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
+  Project const& project = *state.project;
+  if (project.getNetwork().lines.empty()) return {};
+  QString const fault = detail::faultOfErrors(project.getConfigure(), project.getNetwork());
+  if (!fault.isEmpty()) return {findingOn(FieldFinding::Error, {}, {}, fault)};
+  PlaneAdjustment adjustment{PlaneNetwork()};
+  try {
+    adjustment = PlaneAdjustment(detail::weighedObservations(state), detail::settingsOf(state.plane));
+    adjustment.setTellFindings(false);
+    adjustment.adjust();
+  } catch (AlgorithmException const& failure) {
+    std::vector<FieldFinding> const findings = findingsOf(foundBy(adjustment));
+    if (!findings.empty() || isUsual(failure, project)) return findings;
+    return {findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork()))};
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const& failure) {  // an iteration that does not settle
+    std::vector<FieldFinding> findings = findingsOf(foundBy(adjustment));
+    findings.insert(findings.begin(), findingOn(FieldFinding::Error, {}, {}, QString::fromUtf8(failure.what())));
+    return findings;
+  }
+  return findingsOf(foundBy(adjustment));
+}
+
+}  // namespace
+
+std::vector<FieldFinding> detail::findingsOnStart(JobState const& state) {
+  return state.asRead ? findingsOfLiteral(*state.project) : findingsOfPlane(state);
+}
+
+}  // namespace kvn
