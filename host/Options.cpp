@@ -106,7 +106,8 @@ bool aPrioriOption(QCommandLineParser const& parser) {
 
 /// What only an adjustment has in which every observation counts.
 void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
-  for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0"}) {
+  for (char const* name :
+       {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0", "leave-out"}) {
     if (!parser.isSet(name)) continue;
     if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
@@ -229,7 +230,10 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "sum|root"},
       {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
       {"control-error",
-       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 holds them.", "MM"},
+       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 "
+       "holds them.",
+       "MM"},
+      {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
       {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
       {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
@@ -255,6 +259,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.controlError = boundedOption(parser, "control-error", 0.0, 100000.0);
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isFree = parser.isSet("free");
+  options.leavesOut = parser.isSet("leave-out");
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
   options.asRead = parser.isSet("as-read");

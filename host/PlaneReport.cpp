@@ -58,6 +58,16 @@ std::size_t PlaneReport::countStations() const {
       std::count_if(circlesOfPoint.begin(), circlesOfPoint.end(), [](int count) { return count > 0; }));
 }
 
+PlaneReport::Named PlaneReport::named(bool isDirection, std::size_t observation) const {
+  if (!isDirection) {
+    PlaneNetwork::Distance const& distance = network.distances[observation];
+    return {nameOf(distance.from), nameOf(distance.to), distance.origin.line};
+  }
+  PlaneNetwork::Direction const& direction = network.directions[observation];
+  int const station = network.setUps[static_cast<std::size_t>(direction.setUp)].station;
+  return {nameOf(station), nameOf(direction.target), direction.origin.line};
+}
+
 /// A suspect is told by the names of its points: of several observations between them it is the one that fits worst.
 std::vector<PlaneReport::Suspicion> PlaneReport::suspicions() const {
   std::vector<Suspicion> list;

@@ -48,6 +48,12 @@ class PlaneReport {
   std::size_t countKnown() const;
   std::size_t countStations() const;
   std::vector<Suspicion> suspicions() const;
+  struct Named {
+    std::string const& from;
+    std::string const& to;
+    int line;
+  };
+  Named named(bool isDirection, std::size_t observation) const;
 
   QString headText() const;
   QString unitErrorText() const;
@@ -55,6 +61,7 @@ class PlaneReport {
   void writeEllipseTable(TextSink const& sink) const;
   void writeDirectionTable(TextSink const& sink) const;
   void writeDistanceTable(TextSink const& sink) const;
+  void writeLeftOutTable(TextSink const& sink) const;
 
   Json::Value countsJson() const;
   Json::Value globalTestJson() const;
@@ -66,6 +73,7 @@ class PlaneReport {
   void writeTarget(JsonStream& json, std::size_t direction) const;
   void writeDistances(JsonStream& json) const;
   void writeSuspects(JsonStream& json) const;
+  void writeLeftOut(JsonStream& json) const;
   void writeUnchecked(JsonStream& json) const;
 
   QString file;

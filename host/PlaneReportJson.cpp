@@ -9,7 +9,6 @@ namespace {
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr int kJsonVersion = 2;
-constexpr double kWeight = 1.0;
 
 char const* datumName(PlaneOptions const& options) {
   if (options.datum == PlaneSettings::Datum::Free) return "free";
@@ -54,6 +53,7 @@ void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& mess
   json.member("findings").value(findings);
   json.member("globalTest").value(globalTestJson());
   json.member("iterations").number(result.iterations);
+  writeLeftOut(json);
   json.member("messages").value(messages);
   json.member("method").text("least-squares");
   writePoints(json);
@@ -116,15 +116,38 @@ void PlaneReport::writePoints(JsonStream& json) const {
   json.endArray();
 }
 
-/// Of given coordinates that are observations: by how much they are adjusted.
+/// Of given coordinates that are observations, by how much they are adjusted; of those that do not fit, where the point
+/// would lie if it were free.
 void PlaneReport::writeMoved(JsonStream& json, std::size_t p) const {
   PlaneNetwork::Point const& given = network.points[p];
-  if (!given.isKnown || isFree() || options.controlError == 0.0) return;
+  if (!given.isKnown || isFree()) return;
+  PlaneControl const* tested = nullptr;
+  for (PlaneControl const& control : result.control) {
+    if (control.point == p) tested = &control;
+  }
+  bool const isSuspected = tested != nullptr && tested->test > 1.0;
+  if (options.controlError == 0.0 && !isSuspected) return;
   json.member("moved").beginObject();
-  json.member("east").number(result.points[p].y - given.y);
-  json.member("north").number(result.points[p].x - given.x);
-  json.member("test").number(kNoNumber);
+  json.member("east").number(isSuspected ? tested->east : result.points[p].y - given.y);
+  json.member("north").number(isSuspected ? tested->north : result.points[p].x - given.x);
+  json.member("test").number(tested != nullptr ? tested->test : kNoNumber);
   json.endObject();
+}
+
+void PlaneReport::writeLeftOut(JsonStream& json) const {
+  json.member("leftOut").beginArray();
+  for (PlaneLeftOut const& left : result.leftOut) {
+    Named const observation = named(left.isDirection, left.observation);
+    json.beginObject();
+    json.member("from").text(observation.from);
+    json.member("gross").number(left.isDirection ? secondsOfRadians(left.gross) : left.gross);
+    json.member("kind").text(left.isDirection ? "direction" : "distance");
+    json.member("largestMove").number(left.largestMove);
+    writeLine(json, observation.line);
+    json.member("to").text(observation.to);
+    json.endObject();
+  }
+  json.endArray();
 }
 
 void PlaneReport::writeEllipses(JsonStream& json) const {
@@ -180,7 +203,7 @@ void PlaneReport::writeTarget(JsonStream& json, std::size_t d) const {
   json.member("residual").number(secondsOfRadians(adjusted.residual));
   json.member("standardised").number(adjusted.standardised);
   json.member("test").number(adjusted.test);
-  json.member("weight").number(kWeight);
+  json.member("weight").number(adjusted.weight);
   json.endObject();
 }
 
@@ -206,7 +229,7 @@ void PlaneReport::writeDistances(JsonStream& json) const {
     json.member("standardised").number(adjusted.standardised);
     json.member("test").number(adjusted.test);
     json.member("to").text(nameOf(distance.to));
-    json.member("weight").number(kWeight);
+    json.member("weight").number(adjusted.weight);
     json.endObject();
   }
   json.endArray();

@@ -11,8 +11,11 @@ QString decimals(double value) { return std::isfinite(value) ? QString::number(v
 
 QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
 
-/// What catches the eye in a row whose residual is too large for chance.
-char const* markOf(PlaneObservation const& observation) { return observation.test > 1.0 ? "*" : ""; }
+/// What catches the eye in a row whose residual is too large for chance, or that is left out.
+char const* markOf(PlaneObservation const& observation) {
+  if (observation.weight == 0.0) return "left out";
+  return observation.test > 1.0 ? "*" : "";
+}
 
 QString errorsText(Configure const& configure, PlaneOptions const& options) {
   QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
@@ -34,6 +37,7 @@ void PlaneReport::writeText(TextSink const& sink) const {
   writeEllipseTable(sink);
   writeDirectionTable(sink);
   writeDistanceTable(sink);
+  writeLeftOutTable(sink);
 }
 
 QString PlaneReport::headText() const {
@@ -158,6 +162,22 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
                    markOf(adjusted), metresText(adjusted.adjusted), millimetresText(adjusted.lengthError)});
   }
   writeTitled("Distances", table, sink);
+}
+
+void PlaneReport::writeLeftOutTable(TextSink const& sink) const {
+  if (result.leftOut.empty()) return;
+  TextTable table({{"From", TextTable::Left},
+                   {"To", TextTable::Left},
+                   {"Too large by", TextTable::Right},
+                   {"", TextTable::Left},
+                   {"Moved [mm]", TextTable::Right}});
+  for (PlaneLeftOut const& left : result.leftOut) {
+    Named const observation = named(left.isDirection, left.observation);
+    std::string const size = left.isDirection ? secondsText(secondsOfRadians(left.gross)) : millimetresText(left.gross);
+    table.addUtf8({utf8Of(observation.from), utf8Of(observation.to), size, std::string(left.isDirection ? "\"" : "mm"),
+                   millimetresText(left.largestMove)});
+  }
+  writeTitled("Left out, in this order (moved: the largest change of a coordinate by it)", table, sink);
 }
 
 }  // namespace kvn::host

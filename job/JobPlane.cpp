@@ -206,6 +206,7 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
   settings.unitWeight = options.unitWeight;
   settings.centring = options.centring;
   settings.confidence = options.confidence;
+  settings.leavesOutSuspects = options.leavesOutSuspects;
   return settings;
 }
 

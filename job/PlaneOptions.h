@@ -19,6 +19,8 @@ struct PlaneOptions {
   PlaneSettings::UnitWeight unitWeight = PlaneSettings::UnitWeight::APosteriori;
   /// Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999.
   double confidence = 0.95;
+  /// Whether suspected observations are left out, one after the other.
+  bool leavesOutSuspects = false;
 };
 
 }  // namespace kvn
