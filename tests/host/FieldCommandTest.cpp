@@ -196,6 +196,32 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
   }
 }
 
+TEST(Convert, RefusesRoundsThatOneCircleCannotHold) {
+  Program const program;
+  // The second round of A sees Q and R alone, the first one B and P. By themselves both can be adjusted.
+  program.write("job.txt",
+                "STA,A,1.5,,0,1,1\nSC,B,1.5,,0.0,90.0,,0,0,0\nSC,P,1.5,,60.0,90.0,100,0,0,0\n"
+                "STA,A,1.5,,0,1,1\nSC,Q,1.5,,0.0,90.0,,0,0,0\nSC,R,1.5,,30.0,90.0,100,0,0,0\nSTA,B,1.5,,0,101,1\n"
+                "SC,A,1.5,,0.0,90.0,,0,0,0\nSC,Q,1.5,,20.0,90.0,50,0,0,0\nSC,R,1.5,,30.0,90.0,51.764,0,0,0\n");
+  program.write("old.in2", "old");
+  char const* const says = "line 5: A to Q, R: the round has no target in common with the others of its station";
+  for (QStringList const& arguments :
+       {QStringList{"convert", "job.txt", "old.in2"}, {"adjust", "job.txt", "--method", "open"}}) {
+    test::Run const run = program.run(arguments);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(says));
+  }
+  EXPECT_EQ(program.read("old.in2"), "old");
+  EXPECT_EQ(program.run({"adjust", "job.txt"}).exitCode, 0);
+}
+
+TEST(Convert, TellsOfObservationsThatAProjectCannotHold) {
+  Program const program;
+  program.write("net.in2", "2,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,270\nP,S,100.002\nA\nB,L,30\nP,S,99.998\n");
+  EXPECT_THAT(program.run({"convert", "net.in2", "net.kvn"}).err,
+              HasSubstr("2 of 5 observations are given more than once from a station; the first ones count\n"));
+}
+
 TEST(Convert, WritesANetworkOfKnownPointsOrOfLinesAlone) {
   Program const program;
   for (char const* text : {"2,3,3\nA,0.0000,1.0000\n", "2,3,3\nA\nB,L,0.000000\nB,S,5.0000\n"}) {

@@ -164,6 +164,27 @@ TEST_F(JobInFolder, ReplacesAllOfTheOldDataButTheSettingsThatTheFileDoesNotHave)
   EXPECT_FALSE(job.project()->isModified());
 }
 
+TEST_F(JobInFolder, AdjustsTheLinesThatTheHostHasEdited) {
+  // Two distances of one line, 4 mm apart: their mean counts, until the host edits the line that the project has of
+  // them.
+  job.open(written("net.in2", "2,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,270\nP,S,100.002\nP,S,99.998\n"));
+  job.adjust();
+  EXPECT_NEAR(job.planeAdjustment()->result().points[2].x, 100.0, 1e-6);
+  EXPECT_EQ(job.planeAdjustment()->network().distances[1].origin.line, 8);
+  Network network = job.project()->getNetwork();
+  network.lines[1].horizontal_distance = 50.0;
+  job.project()->setNetwork(network);
+  job.adjust();
+  EXPECT_NEAR(job.planeAdjustment()->result().points[2].x, 50.0, 1e-6);
+  network.lines[1].horizontal_distance = -50.0;
+  job.project()->setNetwork(network);
+  EXPECT_THAT(test::failureOf<JobException>([this] { job.adjust(); }), HasSubstr("Data error: line from A to P"));
+  PlaneOptions options;
+  options.confidence = 95.0;
+  EXPECT_THAT(test::failureOf<JobException>([&] { job.setPlaneOptions(options); }),
+              HasSubstr("the confidence must be from 0.5 to 0.9999"));
+}
+
 TEST_F(JobInFolder, MakesTheNetworkOfEditedRows) {
   job.open(written("book.txt", test::kFieldBook));
   auto& rows = job.project()->getTraverseDataList();
