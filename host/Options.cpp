@@ -229,7 +229,9 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "sum|root"},
       {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
       {"control-error",
-       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 holds them.", "MM"},
+       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 "
+       "holds them.",
+       "MM"},
       {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
       {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
