@@ -4,12 +4,14 @@
 #include "core/AlgorithmException.h"
 #include "records/detail/Recorded.h"
 
+#include <utils/Circle.h>
+
 #include <cmath>
 
 namespace kvn {
 namespace {
 
-constexpr double kSecondsPerRadian = 206264.80624709636;
+using utils::kSecondsPerRadian;
 
 double distanceError(double distance, ObservationErrors const& errors) {
   double const proportional = errors.distanceProportional * distance;

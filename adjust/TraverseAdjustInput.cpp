@@ -10,6 +10,8 @@
 #include "core/AlgorithmException.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -25,7 +27,7 @@ constexpr double kSmallestVariance = 1e-15;
 // The smallest a-priori errors that a test can divide by: 1e-6" and 0.1 nm.
 constexpr double kSmallestSeconds = 1e-6;
 constexpr double kSmallestDistanceError = 1e-10;
-double const kSecondsPerRadian = 1.0 / CommonFunction::m_PI * 180.0 * 3600.0;
+using utils::kSecondsPerRadian;
 
 std::vector<PointInfo> observedKnownPoints(AlgorithmData const& input, NameIndex const& observed) {
   std::vector<PointInfo> points;

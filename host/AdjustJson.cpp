@@ -6,7 +6,6 @@
 namespace kvn::host {
 namespace {
 
-constexpr int kJsonVersion = 2;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 void writeTarget(JsonStream& json, DirectionResult const& station, std::size_t i, double distanceError) {

@@ -11,6 +11,9 @@ namespace kvn::host {
 
 QString versionLine();
 
+/// What programs ask before they read the JSON of `adjust`: keys are only added to it.
+constexpr int kJsonVersion = 2;
+
 /// To standard output. @throws std::runtime_error when it cannot be written, as on a full disk.
 void printText(QString const& text);
 /// Takes the next piece of a long text, UTF-8.

@@ -8,7 +8,6 @@ namespace kvn::host {
 namespace {
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-constexpr int kJsonVersion = 2;
 
 char const* datumName(PlaneOptions const& options) {
   if (options.datum == PlaneSettings::Datum::Free) return "free";

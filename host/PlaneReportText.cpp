@@ -94,7 +94,8 @@ void PlaneReport::writePointTable(TextSink const& sink) const {
 }
 
 void PlaneReport::writeEllipseTable(TextSink const& sink) const {
-  if (!hasErrors()) return;
+  bool const isAnyMoving = countKnown() < network.points.size() || isFree() || options.controlError > 0.0;
+  if (!hasErrors() || !isAnyMoving) return;
   TextTable table({{"Point", TextTable::Left},
                    {"Major [mm]", TextTable::Right},
                    {"Minor [mm]", TextTable::Right},

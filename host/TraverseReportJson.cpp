@@ -15,7 +15,7 @@ Json::Value TraverseReport::json() const {
   json["azimuths"] = azimuthsJson();
   if (closes()) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
-  json["version"] = 2;
+  json["version"] = kJsonVersion;
   return json;
 }
 

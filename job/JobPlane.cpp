@@ -25,7 +25,7 @@ namespace {
 constexpr double kMillimetre = 1e-3;
 constexpr double kMillionth = 1e-6;
 // Metres; the slack is that of a distance that was not measured.
-constexpr double kNoDistance = 1e-8;
+constexpr double kUnmeasured = 1e-8;
 
 /// A number that tells one network from another, but for a chance of one in 2^64.
 class NetworkMark {
@@ -73,7 +73,7 @@ PlaneNetwork observationsOfLines(Network const& network) {
   for (std::size_t i = 0; i < network.lines.size(); ++i) {
     NetworkDataInfo const& line = network.lines[i];
     bool const isSound =
-        std::isfinite(line.horizontal_angle + line.horizontal_distance) && line.horizontal_distance >= -kNoDistance;
+        std::isfinite(line.horizontal_angle + line.horizontal_distance) && line.horizontal_distance >= -kUnmeasured;
     if (!isSound) throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
   }
   return planeNetworkOf(network);
@@ -197,6 +197,7 @@ PlaneNetwork detail::weighedObservations(JobState const& state) {
   keepObservedPoints(network);
   setErrors(network, errorsOf(state.project->getConfigure(), state.plane));
   requireControl(network, state.plane);
+  if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
   return network;
 }
 
@@ -248,7 +249,7 @@ void detail::tellRepeatedObservations(JobState const& state) {
   std::size_t distances = 0;
   for (NetworkDataInfo const& line : project.getNetwork().lines) {
     if (line.horizontalAngleFlag) ++directions;
-    if (line.horizontal_distance > kNoDistance) ++distances;
+    if (line.horizontal_distance > kUnmeasured) ++distances;
   }
   std::size_t const given = state.opened.observations.directions.size() + state.opened.observations.distances.size();
   if (given <= directions + distances) return;

@@ -98,7 +98,7 @@ std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
     adjustment.setTellFindings(false);
     adjustment.adjust();
   } catch (AlgorithmException const& failure) {
-    std::vector<FieldFinding> const findings = findingsOf(foundBy(adjustment));
+    std::vector<FieldFinding> findings = findingsOf(foundBy(adjustment));
     if (!findings.empty() || isUsual(failure, project)) return findings;
     return {findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork()))};
   } catch (std::bad_alloc const&) {

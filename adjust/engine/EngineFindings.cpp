@@ -6,6 +6,8 @@
 #include "adjust/start/StartSearch.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
+
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
@@ -16,7 +18,7 @@
 namespace kvn::detail {
 namespace {
 
-constexpr double kSecondsPerRadian = 206264.80624709636;
+using utils::kSecondsPerRadian;
 // A distance between known points is suspected from here on, in its a-priori errors, as all other observations are.
 constexpr double kCritical = 5.0;
 // An observation that so small a share of its errors would show in its residual is not checked by the others.

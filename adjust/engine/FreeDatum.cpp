@@ -2,6 +2,8 @@
 
 #include "adjust/linalg/Index.h"
 
+#include <utils/Circle.h>
+
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
@@ -10,7 +12,7 @@
 namespace kvn::detail {
 namespace {
 
-constexpr double kSecondsPerRadian = 206264.80624709636;
+using utils::kSecondsPerRadian;
 
 }  // namespace
 

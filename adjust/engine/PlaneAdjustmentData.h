@@ -5,6 +5,8 @@
 #include "adjust/engine/FreeDatum.h"
 #include "adjust/engine/PlaneEngine.h"
 
+#include <utils/Circle.h>
+
 #include <utils/detail/PrivateData.h>
 
 #include <cstddef>
@@ -16,7 +18,7 @@ namespace kvn {
 struct KELVANE_PRIVATE PlaneAdjustment::Data {
   KELVANE_LATER_MEMBER
 
-  static constexpr double kSecondsPerRadian = 206264.80624709636;
+  static constexpr double kSecondsPerRadian = utils::kSecondsPerRadian;
   /// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
   static constexpr double kUncheckedRedundancy = 1e-6;
   /// What the error of an observation that is left out is multiplied with: it moves nothing then.

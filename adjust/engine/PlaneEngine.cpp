@@ -1,11 +1,12 @@
 // The iteration: error equations, normal equations, corrections, residuals.
 #include "adjust/engine/PlaneEngine.h"
 
-#include "adjust/CommonFunction.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/SparseCholesky.h"
 #include "adjust/plane/CommonAngle.h"
 #include "adjust/plane/NetworkBlocks.h"
+
+#include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,8 +14,8 @@
 namespace kvn::detail {
 namespace {
 
-double const kTurn = 2.0 * CommonFunction::m_PI;
-double const kSecondsPerRadian = 1.0 / CommonFunction::m_PI * 180.0 * 3600.0;
+constexpr double kTurn = utils::kFullCircle;
+using utils::kSecondsPerRadian;
 // A diagonal element times that of the inverse says how much of its pivot the elimination took away. From here on what
 // is left is rounding, since doubles carry 16 digits; a traverse of 300 legs of 1 km with 0.001 mm and 10" stays below.
 constexpr double kLostPivot = 1e13;

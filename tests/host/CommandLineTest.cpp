@@ -22,6 +22,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   program.write("head.in2", "0,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\n");
   program.write("nan.in2", "nan,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
   program.write("below.in2", "3,-5,3\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
+  program.write("points.in2", "3,5,0\nA,0,0\nB,0,100\n");
   program.write("exact.in2", "3,0,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
   struct Case {
     QStringList arguments;
@@ -59,6 +60,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"show", "NET.TXT"}, 1, "kelvane: NET.TXT: The line 1 is wrong"},
       {{"show", "empty.in2"}, 1, "kelvane: empty.in2: The import file data is empty"},
       {{"adjust", "one.in2"}, 1, "kelvane: one.in2: Known points are not enough\n"},
+      {{"adjust", "points.in2", "--free"}, 1, "kelvane: points.in2: there are no observations to adjust\n"},
       {{"adjust", "far.in2"}, 1, "kelvane: far.in2: Known points are not enough: No enough data: P, Q\n"},
       {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: Data error: line from A to P\n"},
       {{"adjust", "head.in2"}, 1, "kelvane: head.in2: the a-priori error of a direction"},
