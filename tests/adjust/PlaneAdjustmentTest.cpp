@@ -1,4 +1,5 @@
 // The adjustment in which every observation counts, against another program's results and closed forms.
+#include "Networks.h"
 #include "adjust/PlaneAdjustment.h"
 #include "core/AlgorithmException.h"
 #include "formats/CarefulCosaCollection.h"
@@ -16,7 +17,7 @@
 
 namespace {
 
-constexpr double kSecondsPerRadian = 206264.80624709636;
+using test::kSecondsPerRadian;
 constexpr double kDegreesPerRadian = 180.0 / 3.14159265358979323846;
 
 kvn::PlaneNetwork networkOf(std::string const& path) {

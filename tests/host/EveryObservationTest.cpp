@@ -124,6 +124,28 @@ TEST(EveryObservation, AgreesWithAnotherProgramObservationByObservation) {
   }
 }
 
+TEST(EveryObservation, IsLeftOutOnRequestWhenItIsSuspected) {
+  Program const program;
+  QString const base = QStringLiteral(KELVANE_SOURCE_DIR "/tests/adjust/peer/synth_grid100");
+  std::string text = test::fileBytes(base + ".in2");
+  std::string const line = "P014,S,180.9368\n";  // line 105, of the block of P013; 250 mm more is 70 of its errors
+  std::size_t const at = text.find(line);
+  ASSERT_NE(at, std::string::npos);
+  program.write("bad.in2", text.replace(at, line.size(), "P014,S,181.1868\n"));
+  Json::Value const kept = adjusted(program, "bad.in2");
+  EXPECT_EQ(kept["suspects"].size(), 1U);
+  EXPECT_FALSE(kept["globalTest"]["passed"].asBool());
+  Json::Value const json = adjusted(program, "bad.in2", {"--leave-out"});
+  ASSERT_EQ(json["leftOut"].size(), 1U);
+  Json::Value const& left = json["leftOut"][0];
+  EXPECT_EQ(left["from"].asString() + left["to"].asString() + left["kind"].asString(), "P013P014distance");
+  EXPECT_EQ(left["line"].asInt(), 105);
+  EXPECT_NEAR(left["gross"].asDouble(), 0.25, 0.02);  // and the error of the distance itself, 3.5 mm
+  EXPECT_TRUE(json["globalTest"]["passed"].asBool());
+  EXPECT_EQ(json["redundancy"].asInt(), kept["redundancy"].asInt() - 1);
+  EXPECT_EQ(json["suspects"].size(), 0U);
+}
+
 TEST(EveryObservation, HasTheKeysThatProgramsReadItBy) {
   using Keys = std::set<std::string>;
   Program const program;
@@ -142,10 +164,10 @@ TEST(EveryObservation, HasTheKeysThatProgramsReadItBy) {
     return keys;
   };
   for (Case const& c : {
-           Case{"all", json, {"approximate", "confidence", "configure", "counts",    "datum",
-                              "directions",  "distances",  "ellipses",  "file",      "findings",
-                              "globalTest",  "iterations", "messages",  "method",    "points",
-                              "redundancy",  "suspects",   "unchecked", "unitError", "version"}},
+           Case{"all", json, {"approximate", "confidence", "configure", "counts",   "datum",      "directions",
+                              "distances",   "ellipses",   "file",      "findings", "globalTest", "iterations",
+                              "leftOut",     "messages",   "method",    "points",   "redundancy", "suspects",
+                              "unchecked",   "unitError",  "version"}},
            {"counts", json["counts"], {"points", "knownPoints", "stations", "setUps", "directions", "distances"}},
            {"test", json["globalTest"], {"lower", "upper", "value", "passed"}},
            {"known", json["points"][0], {"checked", "known", "moved", "mp", "mx", "my", "name", "x", "y"}},
