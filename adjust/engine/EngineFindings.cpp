@@ -90,26 +90,20 @@ void PlaneEngine::judgeObservations() {
 /// The test of `grossErrors`, with the residuals of all observations taken together.
 bool PlaneEngine::hasMisfits() const {
   Effort effort(poll);
-  double const critical = criticalTest(network.directions.size() + network.lines.size());
-  auto const isMisfit = [critical](double residual, double error, double variance) {
-    double const checked = 1.0 - variance / (error * error);
-    return checked >= kUncheckedShare && !(std::abs(residual) <= critical * error * std::sqrt(checked));
-  };
+  std::size_t const directions = network.directions.size();
+  std::size_t const count = directions + network.lines.size();
+  double const critical = criticalTest(count);
   double a[5];
   int at[5];
-  a[4] = -1.0;
-  for (std::size_t d = 0; d < network.directions.size(); ++d) {
+  for (std::size_t i = 0; i < count; ++i) {
     effort.step();
-    NumberedNetwork::Direction const& direction = network.directions[d];
-    at[4] = 2 * network.points + direction.station;
-    azimuthFactors(network.pointOf(direction.station), direction.target, a, at);
-    if (isMisfit(directionResiduals[d], direction.error * kSecondsPerRadian, cofactor(a, at, 5))) return true;
-  }
-  for (std::size_t e = 0; e < network.lines.size(); ++e) {
-    effort.step();
-    NumberedNetwork::Line const& line = network.lines[e];
-    distanceFactors(line.start, line.end, a, at);
-    if (isMisfit(lineResiduals[e], line.error, cofactor(a, at, 4))) return true;
+    bool const isDirection = i < directions;
+    double const error =
+        isDirection ? network.directions[i].error * kSecondsPerRadian : network.lines[i - directions].error;
+    double const residual = isDirection ? directionResiduals[i] : lineResiduals[i - directions];
+    int const size = equationFactors(i, a, at);
+    double const checked = 1.0 - cofactor(a, at, size) / (error * error);
+    if (checked >= kUncheckedShare && !(std::abs(residual) <= critical * error * std::sqrt(checked))) return true;
   }
   return false;
 }

@@ -77,8 +77,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void leaveOutSuspects();
   void findAlternatives();
   PlaneObservation const& resultOf(std::size_t number) const;
-  int equationOf(std::size_t number, double* a, int* at) const;
   double errorOf(std::size_t number) const;
+  double scaledErrorOf(std::size_t number) const;
   void testControl();
   std::vector<PlaneControl const*> suspectedControl() const;
   void tellControl(std::vector<PlaneControl const*> const& suspected);

@@ -83,10 +83,10 @@ class ControlTest {
       for (int d = net.firstDirection(s); d < net.endDirection(s); ++d) addDirection(d, point, equations);
     }
     for (int const l : net.linesAt(point)) {
-      double a[4];
-      int at[4];
-      engine.distanceFactors(net.line(l).start, net.line(l).end, a, at);
-      add(a, at, 4, engine.lineWeights[index(l)], engine.lineResiduals[index(l)], point, equations);
+      double a[5];
+      int at[5];
+      int const count = engine.equationFactors(net.directions.size() + index(l), a, at);
+      add(a, at, count, engine.lineWeights[index(l)], engine.lineResiduals[index(l)], point, equations);
     }
     return equations;
   }
@@ -94,10 +94,8 @@ class ControlTest {
   void addDirection(int d, int point, PointEquations& equations) const {
     double a[5];
     int at[5];
-    engine.azimuthFactors(net.pointOf(net.stationOf(d)), net.direction(d).target, a, at);
-    a[4] = -1.0;
-    at[4] = 2 * net.points + net.stationOf(d);
-    add(a, at, 5, engine.directionWeights[index(d)], engine.directionResiduals[index(d)], point, equations);
+    int const count = engine.equationFactors(index(d), a, at);
+    add(a, at, count, engine.directionWeights[index(d)], engine.directionResiduals[index(d)], point, equations);
   }
 
   void add(double const* a, int const* at, int count, double weight, double residual, int point,

@@ -263,12 +263,9 @@ double PlaneEngine::calculateResiduals() {
   double sum = 0.0;
   double a[5];
   int at[5];
-  a[4] = -1.0;
   for (std::size_t d = 0; d < network.directions.size(); ++d) {
     effort.step();
-    NumberedNetwork::Direction const& direction = network.directions[d];
-    azimuthFactors(network.pointOf(direction.station), direction.target, a, at);
-    at[4] = 2 * network.points + direction.station;
+    equationFactors(d, a, at);
     double v = directionResiduals[d];
     for (int r = 0; r < 5; ++r) v += a[r] * corrections[index(at[r])];
     directionResiduals[d] = v;
@@ -282,6 +279,19 @@ double PlaneEngine::calculateResiduals() {
     sum += v * v * lineWeights[e];
   }
   return sum;
+}
+
+int PlaneEngine::equationFactors(std::size_t observation, double* a, int* at) const {
+  if (observation >= network.directions.size()) {
+    NumberedNetwork::Line const& line = network.lines[observation - network.directions.size()];
+    distanceFactors(line.start, line.end, a, at);
+    return 4;
+  }
+  NumberedNetwork::Direction const& direction = network.directions[observation];
+  azimuthFactors(network.pointOf(direction.station), direction.target, a, at);
+  a[4] = -1.0;
+  at[4] = 2 * network.points + direction.station;
+  return 5;
 }
 
 double PlaneEngine::azimuthFactors(int i, int j, double* a, int* at) const {

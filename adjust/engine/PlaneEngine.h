@@ -119,6 +119,10 @@ class PlaneEngine {
   double distanceFactors(int i, int j, double* a, int* at) const;
 
   void tellProgress(AdjustProgress::Stage stage) const;
+  /// The error equation of an observation without its misclosure: of a direction in seconds, with its orientation, of a
+  /// distance, numbered behind all directions, in metres. @return the number of its unknowns, 5 or 4.
+  int equationFactors(std::size_t observation, double* a, int* at) const;
+
   int unknowns() const { return 2 * network.points + network.stations(); }
   /// Observations less unknowns. A fixed coordinate is none.
   int redundancy() const;

@@ -152,6 +152,16 @@ double PlaneAdjustment::Data::errorOf(std::size_t number) const {
   return isLeftOut[number] ? error / kLeftOutFactor : error;
 }
 
+/// The same in the unit of its error equation.
+double PlaneAdjustment::Data::scaledErrorOf(std::size_t number) const {
+  return errorOf(number) * (number < engine.network.directions.size() ? kSecondsPerRadian : 1.0);
+}
+
+PlaneObservation const& PlaneAdjustment::Data::resultOf(std::size_t number) const {
+  std::size_t const directions = engine.network.directions.size();
+  return number < directions ? result.directions[directionOf[number]] : result.distances[number - directions];
+}
+
 void PlaneAdjustment::Data::takeObservations() {
   Effort effort(engine.poll);
   result.directions.resize(network.directions.size());
@@ -162,15 +172,13 @@ void PlaneAdjustment::Data::takeObservations() {
     effort.step();
     NumberedNetwork::Direction const& direction = engine.network.directions[d];
     PlaneObservation& observation = result.directions[directionOf[d]];
-    engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
-    a[4] = -1.0;
-    at[4] = 2 * engine.network.points + direction.station;
+    int const count = engine.equationFactors(d, a, at);
     observation.residual = engine.directionResiduals[d] / kSecondsPerRadian;
     observation.adjusted = direction.value + observation.residual;
     // The equations are in seconds.
     observation.weight = isLeftOut[d] ? 0.0 : 1.0;
     double const error = errorOf(d);
-    takeObservation(observation, a, at, 5, error * kSecondsPerRadian);
+    takeObservation(observation, a, at, count, error * kSecondsPerRadian);
     for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
     test(observation, error);
   }
@@ -178,12 +186,12 @@ void PlaneAdjustment::Data::takeObservations() {
     effort.step();
     NumberedNetwork::Line const& line = engine.network.lines[e];
     PlaneObservation& observation = result.distances[e];
-    engine.distanceFactors(line.start, line.end, a, at);
+    int const count = engine.equationFactors(engine.network.directions.size() + e, a, at);
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
     observation.weight = isLeftOut[engine.network.directions.size() + e] ? 0.0 : 1.0;
     double const error = errorOf(engine.network.directions.size() + e);
-    takeObservation(observation, a, at, 4, error);
+    takeObservation(observation, a, at, count, error);
     test(observation, error);
   }
 }
@@ -278,26 +286,15 @@ void PlaneAdjustment::Data::findUnchecked() {
   std::mt19937 random(1);
   std::vector<double> right(index(engine.unknowns()), 0.0);
   bool hasUnchecked = false;
-  auto const disturb = [&](double const* a, int const* at, int count, double error) {
-    hasUnchecked = true;
-    double const size = 1.0 + static_cast<double>(random()) / 4294967296.0;
-    for (int r = 0; r < count; ++r) right[index(at[r])] += size * a[r] / error;
-  };
   double a[5];
   int at[5];
-  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
-    if (result.directions[directionOf[d]].redundancy >= kUncheckedRedundancy) continue;
-    NumberedNetwork::Direction const& direction = engine.network.directions[d];
-    engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
-    a[4] = -1.0;
-    at[4] = 2 * engine.network.points + direction.station;
-    disturb(a, at, 5, direction.error * kSecondsPerRadian);
-  }
-  for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
-    if (result.distances[e].redundancy >= kUncheckedRedundancy) continue;
-    NumberedNetwork::Line const& line = engine.network.lines[e];
-    engine.distanceFactors(line.start, line.end, a, at);
-    disturb(a, at, 4, line.error);
+  std::size_t const directions = engine.network.directions.size();
+  for (std::size_t i = 0; i < directions + engine.network.lines.size(); ++i) {
+    if (resultOf(i).redundancy >= kUncheckedRedundancy) continue;
+    hasUnchecked = true;
+    int const count = engine.equationFactors(i, a, at);
+    double const size = (1.0 + static_cast<double>(random()) / 4294967296.0) / scaledErrorOf(i);
+    for (int r = 0; r < count; ++r) right[index(at[r])] += size * a[r];
   }
   if (!hasUnchecked) return;
   if (isFree()) {

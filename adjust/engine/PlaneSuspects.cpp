@@ -84,35 +84,12 @@ void PlaneAdjustment::Data::judgeWithoutFixedPoints() {
   engine.tellSuspects();
 }
 
-PlaneObservation const& PlaneAdjustment::Data::resultOf(std::size_t number) const {
-  std::size_t const directions = engine.network.directions.size();
-  return number < directions ? result.directions[directionOf[number]] : result.distances[number - directions];
-}
-
-/// The equation of an observation of the engine, in seconds or metres. @return the number of its unknowns.
-int PlaneAdjustment::Data::equationOf(std::size_t number, double* a, int* at) const {
-  std::size_t const directions = engine.network.directions.size();
-  if (number >= directions) {
-    detail::NumberedNetwork::Line const& line = engine.network.lines[number - directions];
-    engine.distanceFactors(line.start, line.end, a, at);
-    return 4;
-  }
-  detail::NumberedNetwork::Direction const& direction = engine.network.directions[number];
-  engine.azimuthFactors(engine.network.pointOf(direction.station), direction.target, a, at);
-  a[4] = -1.0;
-  at[4] = 2 * engine.network.points + direction.station;
-  return 5;
-}
-
 /// Observations whose residuals are those of a suspect times a factor: an error of one looks like an error of the
 /// other, as with the two directions of a station that has two.
 void PlaneAdjustment::Data::findAlternatives() {
   result.alternatives.clear();
   std::size_t const directions = engine.network.directions.size();
   std::size_t const count = directions + engine.network.lines.size();
-  auto const scaledError = [&](std::size_t number) {
-    return errorOf(number) * (number < directions ? kSecondsPerRadian : 1.0);
-  };
   QStringList told;
   for (std::size_t s = 0; s < engine.suspectNumbers.size(); ++s) {
     auto const suspect = static_cast<std::size_t>(engine.suspectNumbers[s]);
@@ -120,16 +97,16 @@ void PlaneAdjustment::Data::findAlternatives() {
     double a[5];
     int at[5];
     std::vector<double> right(index(engine.unknowns()), 0.0);
-    int const size = equationOf(suspect, a, at);
+    int const size = engine.equationFactors(suspect, a, at);
     for (int r = 0; r < size; ++r) right[index(at[r])] = a[r];
     std::vector<double> const q = engine.normals->solved(std::move(right), engine.poll);
     for (std::size_t other = 0; other < count; ++other) {
       PlaneObservation const& o = resultOf(other);
       if (other == suspect || isLeftOut[other] || o.redundancy < kUncheckedRedundancy) continue;
       double covariance = 0.0;
-      int const otherSize = equationOf(other, a, at);
+      int const otherSize = engine.equationFactors(other, a, at);
       for (int r = 0; r < otherSize; ++r) covariance -= a[r] * q[index(at[r])];
-      double const errors = scaledError(suspect) * scaledError(other);
+      double const errors = scaledErrorOf(suspect) * scaledErrorOf(other);
       double const correlation = covariance / (errors * std::sqrt(resultOf(suspect).redundancy * o.redundancy));
       if (std::abs(correlation) < kInseparable) continue;
       result.alternatives.push_back(
