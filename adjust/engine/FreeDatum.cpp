@@ -73,6 +73,7 @@ FreeDatum::Motion FreeDatum::weightedOf(int unknown) const {
 
 /// Q - G C W' - W C G' + G (C G'BW C) G'.
 void FreeDatum::transform(int const* at, int count, double* q) const {
+  if (isEmpty()) return;
   for (int r = 0; r < count; ++r) {
     Motion const gr = motionOf(at[r]);
     Motion const wr = weightedOf(at[r]);
@@ -93,6 +94,7 @@ void FreeDatum::transform(int const* at, int count, double* q) const {
 /// x - G C G'B x, where G'B x = (Q B G)' b.
 void FreeDatum::transformShifts(double const* a, int const* from, int fromCount, int const* at, int count,
                                 double* x) const {
+  if (isEmpty()) return;
   Motion gbx{};
   for (int i = 0; i < fromCount; ++i) {
     Motion const row = weightedOf(from[i]);

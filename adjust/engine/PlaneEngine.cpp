@@ -45,7 +45,8 @@ void PlaneEngine::prepare() {
   lineResiduals.assign(network.lines.size(), 0.0);
   xy.resize(2 * index(network.points), 0.0);
   x0y0.assign(2 * index(network.points), 0.0);
-  given.assign(xy.begin(), xy.begin() + 2 * network.known);
+  given = xy;
+  given.resize(2 * index(network.known));
   fittedPlaces.clear();
   network.blockOrder.clear();
   normals.reset();
@@ -89,10 +90,22 @@ PlaneEngine::Outcome PlaneEngine::iterateUpTo(int rounds) {
 
 /// Azimuth of the circle's zero: from the station's first direction, 0 to 2π, anew from the current coordinates.
 double PlaneEngine::orientationOf(int station) const {
-  if (hasCommonOrientations) return commonOrientation(xy, station);
   NumberedNetwork::Direction const& first = network.direction(network.firstDirection(station));
   double const orientation = azimuthBetween(xy, network.pointOf(station), first.target) - first.value;
+  if (hasCommonOrientations && !agrees(station, orientation)) return commonOrientation(xy, station);
   return orientation < 0.0 ? orientation + kTurn : orientation;
+}
+
+/// Whether no direction of the station is far from the orientation. As a misclosure of all by the same angle changes
+/// nothing but the orientation unknown, any of them serves then.
+bool PlaneEngine::agrees(int station, double orientation) const {
+  constexpr double kFar = 0.5;  // radians
+  for (int d = network.firstDirection(station); d < network.endDirection(station); ++d) {
+    NumberedNetwork::Direction const& direction = network.direction(d);
+    double const turn = azimuthBetween(xy, network.pointOf(station), direction.target) - direction.value;
+    if (std::abs(std::remainder(turn - orientation, kTurn)) > kFar) return false;
+  }
+  return true;
 }
 
 /// The angle on which most directions of the station agree, 0 to 2π.

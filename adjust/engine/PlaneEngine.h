@@ -166,6 +166,7 @@ class PlaneEngine {
 
   // Iteration.
   double orientationOf(int station) const;
+  bool agrees(int station, double orientation) const;
   double commonOrientation(Coordinates const& at, int station) const;
   double sumOfSquares(Coordinates const& at) const;
   void shortenStep(Coordinates const& before);

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 
 namespace kvn {
@@ -42,7 +43,8 @@ double product(double const* a, double const* q, double const* b, int count, int
 std::vector<int> PlaneAdjustment::Data::datumPoints() const {
   std::vector<int> points;
   int const count = engine.network.known >= 2 ? engine.network.known : engine.network.points;
-  for (int n = 0; n < count; ++n) points.push_back(n);
+  points.resize(index(count));
+  std::iota(points.begin(), points.end(), 0);
   return points;
 }
 
@@ -203,7 +205,7 @@ void PlaneAdjustment::Data::takeObservations() {
 void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, double const* a, int const* at, int count,
                                             double error) {
   constexpr int kPointUnknowns = 4;
-  double q[25];
+  double q[25] = {};
   engine.normals->block(at, count, q);
   double const variance = product(a, q, a, count, count);
   double const m = scaleOfErrors();
@@ -213,7 +215,7 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
   observation.redundancy = observation.weight > 0.0 ? std::min(1.0, std::max(0.0, 1.0 - share)) : 1.0;
   // The line's errors are those of its points, which in a free network depend on what the datum is.
   double lineQ[25];
-  std::copy(q, q + count * count, lineQ);
+  std::copy(std::begin(q), std::end(q), std::begin(lineQ));
   datum.transform(at, count, lineQ);
   double line[kPointUnknowns];
   int lineAt[kPointUnknowns];
