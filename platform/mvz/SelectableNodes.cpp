@@ -11,7 +11,6 @@
 #include <map>
 #include <osg/Image>
 #include <osgDB/ReadFile>
-#include <utility>
 
 namespace mvz {
 namespace {
@@ -57,8 +56,8 @@ struct KELVANE_PRIVATE SelectableFeatureNode::Data {
 SelectableFeatureNode::SelectableFeatureNode(osgEarth::Feature* feature, osgEarth::Style normal,
                                              osgEarth::Style selected)
     : osgEarth::FeatureNode(feature, normal), own(std::make_unique<Data>()) {
-  own->normal = std::move(normal);
-  own->selected = std::move(selected);
+  own->normal = normal;
+  own->selected = selected;
 }
 
 SelectableFeatureNode::~SelectableFeatureNode() = default;
@@ -77,8 +76,8 @@ struct KELVANE_PRIVATE SelectablePlaceNode::Data {
 SelectablePlaceNode::SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text,
                                          osgEarth::Style normal, osgEarth::Style selected)
     : osgEarth::PlaceNode(position, text, normal, iconOf(normal)), own(std::make_unique<Data>()) {
-  own->normal = std::move(normal);
-  own->selected = std::move(selected);
+  own->normal = normal;
+  own->selected = selected;
 }
 
 SelectablePlaceNode::~SelectablePlaceNode() = default;
