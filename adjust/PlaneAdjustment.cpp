@@ -291,14 +291,17 @@ void PlaneAdjustment::Data::placeFirstPoints() {
   }
 }
 
-/// From the current lengths of the sights. @return the largest change of an error, as a share of it.
+/// From the current lengths of the sights. One that is left out stays without weight. @return the largest change of an
+/// error, as a share of it.
 double PlaneAdjustment::Data::addCentring() {
   double const variance = 2.0 * settings.centring * settings.centring;
   if (!(variance > 0.0)) return 0.0;
   double largest = 0.0;
   double a[4];
   int at[4];
-  for (std::size_t d = 0; d < engine.network.directions.size(); ++d) {
+  std::size_t const directions = engine.network.directions.size();
+  for (std::size_t d = 0; d < directions; ++d) {
+    if (isLeftOut[d]) continue;
     NumberedNetwork::Direction& direction = engine.network.directions[d];
     double const length = engine.distanceFactors(engine.network.pointOf(direction.station), direction.target, a, at);
     double const error = std::hypot(network.directions[directionOf[d]].error, std::sqrt(variance) / length);
@@ -308,6 +311,7 @@ double PlaneAdjustment::Data::addCentring() {
     engine.directionWeights[d] = 1.0 / (seconds * seconds);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
+    if (isLeftOut[directions + e]) continue;
     NumberedNetwork::Line& line = engine.network.lines[e];
     line.error = std::hypot(network.distances[e].error, std::sqrt(variance));
     engine.lineWeights[e] = 1.0 / (line.error * line.error);

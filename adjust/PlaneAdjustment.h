@@ -44,7 +44,7 @@ struct PlaneSettings {
 struct PlaneObservation {
   double adjusted = 0.0;
   double residual = 0.0;  ///< adjusted minus observed
-  double weight = 1.0;    ///< 0 of a suspect with which the adjustment does not settle
+  double weight = 1.0;    ///< 0 of a suspect that is left out
   double error = 0.0;     ///< a-priori standard error, centring included
   double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
   double azimuthError = 0.0;
@@ -163,9 +163,9 @@ class KELVANE_EXPORT PlaneAdjustment {
 
   /// Ends when no coordinate moves by more than 0.01 mm in a round.
   ///
-  /// @throws std::invalid_argument for a setting out of range; std::exception, with the line, for an observation
-  /// without
-  ///         a usable value or error; AlgorithmException DataError for a record whose numbers do not fit together;
+  /// @throws std::invalid_argument for a setting out of range; std::exception, with the line, for an observation that
+  ///         has no usable value or error; AlgorithmException StationNotEnough for fewer than two points or no
+  ///         observation at all, DataError for a record whose numbers do not fit together;
   ///         KnownPointNotEnough for points that cannot be placed, `unplacedPoints` has them; DataError "Calculate
   ///         failed" for a singular system, `looseMotions` has what can move. std::exception when the iteration does
   ///         not settle.

@@ -134,6 +134,10 @@ void PlaneAdjustment::Data::leaveOut(int suspect) {
 /// One after the other, the one with the largest test first, until none is suspected.
 void PlaneAdjustment::Data::leaveOutSuspects() {
   constexpr std::size_t kMost = 100;
+  // Those with which the iteration did not settle have lost their weight already.
+  auto& numbers = engine.suspectNumbers;
+  auto const isOut = [this](int number) { return isLeftOut[index(number)]; };
+  numbers.erase(std::remove_if(numbers.begin(), numbers.end(), isOut), numbers.end());
   while (!engine.suspectNumbers.empty() && result.suspectedControl.empty() && leftOut.size() < kMost) {
     auto const sizeOf = [this](int number) {
       PlaneObservation const& o = resultOf(index(number));
