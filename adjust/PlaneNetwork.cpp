@@ -54,7 +54,7 @@ PlaneNetwork planeNetworkOf(Network const& network) {
     station = &line.start_name;
     auto const setUp = static_cast<int>(result.setUps.size()) - 1;
     if (line.horizontalAngleFlag) result.directions.push_back({setUp, target, line.horizontal_angle});
-    if (line.horizontal_distance < 0.0 || std::isnan(line.horizontal_distance)) {
+    if (line.horizontal_distance < -detail::kNotRecorded || std::isnan(line.horizontal_distance)) {
       throw AlgorithmException(AlgorithmException::DataError, line.start_name);
     }
     if (line.horizontal_distance > detail::kNotRecorded)

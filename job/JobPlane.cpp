@@ -6,6 +6,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Recorded.h"
 
 #include <QStringList>
 #include <algorithm>
@@ -24,8 +25,6 @@ namespace {
 // Millimetres and parts per million of a project's settings.
 constexpr double kMillimetre = 1e-3;
 constexpr double kMillionth = 1e-6;
-// Metres; the slack is that of a distance that was not measured.
-constexpr double kUnmeasured = 1e-8;
 
 /// A number that tells one network from another, but for a chance of one in 2^64.
 class NetworkMark {
@@ -72,8 +71,8 @@ std::size_t markOf(Network const& network) {
 PlaneNetwork observationsOfLines(Network const& network) {
   for (std::size_t i = 0; i < network.lines.size(); ++i) {
     NetworkDataInfo const& line = network.lines[i];
-    bool const isSound =
-        std::isfinite(line.horizontal_angle + line.horizontal_distance) && line.horizontal_distance >= -kUnmeasured;
+    bool const isSound = std::isfinite(line.horizontal_angle + line.horizontal_distance) &&
+                         line.horizontal_distance >= -detail::kNotRecorded;
     if (!isSound) throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
   }
   return planeNetworkOf(network);
@@ -249,7 +248,7 @@ void detail::tellRepeatedObservations(JobState const& state) {
   std::size_t distances = 0;
   for (NetworkDataInfo const& line : project.getNetwork().lines) {
     if (line.horizontalAngleFlag) ++directions;
-    if (line.horizontal_distance > kUnmeasured) ++distances;
+    if (line.horizontal_distance > detail::kNotRecorded) ++distances;
   }
   std::size_t const given = state.opened.observations.directions.size() + state.opened.observations.distances.size();
   if (given <= directions + distances) return;
