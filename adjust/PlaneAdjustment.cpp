@@ -112,21 +112,58 @@ std::vector<std::pair<std::string, std::string>> const& PlaneAdjustment::coincid
   return own->engine.coincidentPoints;
 }
 
+void PlaneAdjustment::setDirectionUsed(std::size_t direction, bool isUsed) {
+  own->isDirectionOut.resize(own->network.directions.size(), false);
+  own->isDirectionOut.at(direction) = !isUsed;
+}
+
+void PlaneAdjustment::setDistanceUsed(std::size_t distance, bool isUsed) {
+  own->isDistanceOut.resize(own->network.distances.size(), false);
+  own->isDistanceOut.at(distance) = !isUsed;
+}
+
 PlaneResult const& PlaneAdjustment::adjust() {
   requireSound(own->settings);
   SoundnessCheck(own->network).run();
   own->result = PlaneResult();
-  own->engine.poll = [call = own->cancelCall] {
+  own->takeCalls();
+  own->run();
+  return own->result;
+}
+
+PlaneResult const& PlaneAdjustment::adjustAgain() {
+  if (!own->isAdjusted) return adjust();
+  own->isAdjusted = false;
+  own->result = PlaneResult();
+  own->takeCalls();
+  if (own->iterateAgain()) {
+    own->finish();
+  } else {
+    own->run();
+  }
+  return own->result;
+}
+
+void PlaneAdjustment::Data::takeCalls() {
+  engine.poll = [call = cancelCall] {
     if (call && call()) throw QLogicError(Messages::tr("User Cancel"));
   };
-  own->engine.tell = own->tellFindings ? Messages::send : nullptr;
-  own->number();
-  own->place();
-  own->iterate();
-  own->takeResults();
-  own->judge();
-  if (own->settings.leavesOutSuspects) own->leaveOutSuspects();
-  return own->result;
+  engine.tell = tellFindings ? Messages::send : nullptr;
+}
+
+void PlaneAdjustment::Data::run() {
+  isAdjusted = false;
+  number();
+  place();
+  iterate();
+  finish();
+}
+
+void PlaneAdjustment::Data::finish() {
+  takeResults();
+  judge();
+  if (settings.leavesOutSuspects) leaveOutSuspects();
+  isAdjusted = true;
 }
 
 /// Known points first, then the others, each in the order of the network. A set-up without a direction has no unknown.
@@ -143,9 +180,8 @@ void PlaneAdjustment::Data::number() {
   numberPoints();
   numberDirections();
   numberDistances();
-  leftOut.clear();
-  isLeftOut.assign(engine.network.directions.size() + engine.network.lines.size(), false);
   engine.prepare();
+  takeOut();
 }
 
 /// A known point that nothing observes says nothing, and would stand in the way of a free network.
@@ -301,27 +337,30 @@ double PlaneAdjustment::Data::addCentring() {
   int at[4];
   std::size_t const directions = engine.network.directions.size();
   for (std::size_t d = 0; d < directions; ++d) {
-    if (isLeftOut[d]) continue;
     NumberedNetwork::Direction& direction = engine.network.directions[d];
     double const length = engine.distanceFactors(engine.network.pointOf(direction.station), direction.target, a, at);
     double const error = std::hypot(network.directions[directionOf[d]].error, std::sqrt(variance) / length);
+    if (isLeftOut[d]) {
+      direction.error = kLeftOutFactor * error;
+      continue;
+    }
     largest = std::max(largest, std::abs(error - direction.error) / error);
     direction.error = error;
     double const seconds = error * kSecondsPerRadian;
     engine.directionWeights[d] = 1.0 / (seconds * seconds);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
-    if (isLeftOut[directions + e]) continue;
     NumberedNetwork::Line& line = engine.network.lines[e];
     line.error = std::hypot(network.distances[e].error, std::sqrt(variance));
-    engine.lineWeights[e] = 1.0 / (line.error * line.error);
+    engine.lineWeights[e] = isLeftOut[directions + e] ? 0.0 : 1.0 / (line.error * line.error);
+    if (isLeftOut[directions + e]) line.error *= kLeftOutFactor;
   }
   return largest;
 }
 
 void PlaneAdjustment::Data::iterate() {
   if (isFree()) chooseHeldUnknowns();
-  if (engine.redundancy() < 0) fail();
+  if (engine.redundancy() - leftOutCount() < 0) fail();
   if (!engine.settles()) iterateDamped();
   // Lengths from poor approximate coordinates have given poor weights to short sights.
   constexpr double kSameErrors = 1e-3;
@@ -367,7 +406,9 @@ void PlaneAdjustment::Data::useTrustedPlaces() {
   }
 }
 
+/// What can move is told of the network without the observations that are out.
 void PlaneAdjustment::Data::fail() {
+  if (leftOutCount() > 0) forgetLeftOut();
   engine.explainFailure();
   throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
 }

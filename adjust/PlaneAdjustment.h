@@ -44,7 +44,7 @@ struct PlaneSettings {
 struct PlaneObservation {
   double adjusted = 0.0;
   double residual = 0.0;  ///< adjusted minus observed
-  double weight = 1.0;    ///< 0 of a suspect that is left out
+  double weight = 1.0;    ///< 0 of one that is out
   double error = 0.0;     ///< a-priori standard error, centring included
   double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
   double azimuthError = 0.0;
@@ -170,7 +170,19 @@ class KELVANE_EXPORT PlaneAdjustment {
   ///         failed" for a singular system, `looseMotions` has what can move. std::exception when the iteration does
   ///         not settle.
   PlaneResult const& adjust();
-  PlaneResult const& result() const;  ///< of the last `adjust`
+
+  /// Takes an observation out, or puts it back in, from the next run on. One that is out keeps its row, with a weight
+  /// of 0 and the residual that the others give it; NaN where these do not orient its set-up.
+  /// @throws std::out_of_range for a number that the network has not.
+  void setDirectionUsed(std::size_t direction, bool isUsed);
+  void setDistanceUsed(std::size_t distance, bool isUsed);
+  /// `adjust` from the coordinates of the last run, with the order of elimination and the places in the factor that are
+  /// known from it: for observations that were taken out or put back since, in half of the time and less. Where it does
+  /// not settle from there, or where there is no result yet, it is `adjust`.
+  /// @throws as `adjust`.
+  PlaneResult const& adjustAgain();
+
+  PlaneResult const& result() const;  ///< of the last run
   PlaneNetwork const& network() const;
 
   std::vector<UnplacedPoint> const& unplacedPoints() const;

@@ -1,4 +1,5 @@
-// The full and the sparse matrix of an adjustment on the same networks: time of both, and how far their results differ.
+// Engines on the same networks: the full and the sparse matrix of an adjustment, time of both and how far their results
+// differ; an adjustment and the next one without one of its observations.
 #include "SyntheticNetworks.h"
 #include "Timing.h"
 
@@ -61,5 +62,26 @@ void fullAndSparse(benchmark::State& state) {
   state.counters["errors_apart"] = errors;
 }
 BENCHMARK(fullAndSparse)->Apply(sizes)->Unit(benchmark::kMillisecond);
+
+void firstAndAgain(benchmark::State& state) {
+  kvn::PlaneNetwork network =
+      kvn::planeNetworkOf(bench::gridNetwork(static_cast<std::size_t>(state.range(0)), kSeed).network());
+  kvn::setErrors(network, kvn::ObservationErrors());
+  double first = std::numeric_limits<double>::infinity();
+  double again = first;
+  for (auto _ : state) {
+    kvn::PlaneAdjustment adjustment(network);
+    bench::Watch watch;
+    adjustment.adjust();
+    first = std::min(first, watch.lap());
+    adjustment.setDistanceUsed(network.distances.size() / 2, false);
+    adjustment.adjustAgain();
+    again = std::min(again, watch.lap());
+  }
+  state.counters["first_ms"] = 1e3 * first;
+  state.counters["again_ms"] = 1e3 * again;
+  state.counters["ratio"] = again / first;
+}
+BENCHMARK(firstAndAgain)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 }  // namespace

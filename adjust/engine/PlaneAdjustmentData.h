@@ -21,7 +21,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   static constexpr double kSecondsPerRadian = utils::kSecondsPerRadian;
   /// Below this redundancy nothing checks an observation: rounding leaves 1e-9.
   static constexpr double kUncheckedRedundancy = 1e-6;
-  /// What the error of an observation that is left out is multiplied with: it moves nothing then.
+  /// What the error of an observation that is left out, and has no weight, is multiplied with, for the searches that
+  /// need one.
   static constexpr double kLeftOutFactor = 1e6;
 
   PlaneNetwork network;
@@ -37,26 +38,39 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   std::vector<std::size_t> directionOf;     ///< of each direction of the engine, that of the network
   std::vector<std::size_t> setUpOfStation;  ///< of each station of the engine
   std::vector<bool> isLeftOut;              ///< of the directions of the engine and, behind them, the distances
+  std::vector<bool> isDirectionOut;         ///< of those of the network, as the host wants it; empty for none
+  std::vector<bool> isDistanceOut;
+  bool isAdjusted = false;
   std::vector<PlaneLeftOut> leftOut;
   detail::FreeDatum datum;  ///< of a free network
 
   bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
 
   // Input.
+  void takeCalls();
   void number();
   void numberPoints();
   void numberDirections();
   void numberDistances();
+  void weigh();
+  void takeOut();
+  bool isIdle(int station) const;
   void place();
   void placeFirstPoints();
   double addCentring();
   std::vector<bool> observedPoints() const;
 
   // Run.
+  void run();
+  void finish();
+  bool iterateAgain();
+  void moveFor(std::vector<std::size_t> const& changed);
   void iterate();
   void settle();
   void iterateDamped();
   void useTrustedPlaces();
+  int leftOutCount() const;
+  void forgetLeftOut();
   [[noreturn]] void fail();
   void chooseHeldUnknowns();
   void layOnDatum();

@@ -62,7 +62,7 @@ void PlaneEngine::prepare() {
 
 /// A point that is held with a weight of its own adds two unknowns and the two observations of its coordinates.
 int PlaneEngine::redundancy() const {
-  auto const observations = static_cast<int>(network.directions.size() + network.lines.size());
+  auto const observations = static_cast<int>(network.directions.size() + network.lines.size() + idleUnknowns.size());
   if (!heldUnknowns.empty()) return observations - (unknowns() - static_cast<int>(heldUnknowns.size()));
   return observations - (network.stations() + 2 * (network.points - network.known));
 }
@@ -183,6 +183,7 @@ void PlaneEngine::buildNormals() {
 }
 
 void PlaneEngine::holdKnownPoints() {
+  for (int const unknown : idleUnknowns) normals->add(unknown, unknown, 1.0);
   for (int const unknown : heldUnknowns) normals->add(unknown, unknown, kFixedWeight);
   if (!heldUnknowns.empty()) return;
   for (int k = 0; k < 2 * network.known; ++k) {

@@ -49,6 +49,8 @@ class PlaneEngine {
   /// Unknowns that are held in place of the known points, which move with all others then: as many as the observations
   /// leave free. Empty where known points hold the network.
   std::vector<int> heldUnknowns;
+  /// Orientations that no observation with a weight has: held as well, and no unknowns.
+  std::vector<int> idleUnknowns;
   /// Distances between known points that move nothing; `countControlLines` tells whether they are judged.
   std::vector<NumberedNetwork::Line> controlLines;
   bool countControlLines = false;

@@ -88,7 +88,7 @@ void PlaneAdjustment::Data::takeUnitError() {
   }
   if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
   result.iterations = engine.iterations;
-  result.redundancy = engine.redundancy() - static_cast<int>(std::count(isLeftOut.begin(), isLeftOut.end(), true));
+  result.redundancy = engine.redundancy() - leftOutCount();
   result.hasRedundancy = result.redundancy > 0;
   result.unitError = result.lowerBound = result.upperBound = result.criticalValue = result.confidenceFactor = kNaN;
   bool const isAPriori = settings.unitWeight == UnitWeight::APriori;
@@ -175,7 +175,8 @@ void PlaneAdjustment::Data::takeObservations() {
     NumberedNetwork::Direction const& direction = engine.network.directions[d];
     PlaneObservation& observation = result.directions[directionOf[d]];
     int const count = engine.equationFactors(d, a, at);
-    observation.residual = engine.directionResiduals[d] / kSecondsPerRadian;
+    bool const isOriented = !isLeftOut[d] || !isIdle(direction.station);
+    observation.residual = isOriented ? engine.directionResiduals[d] / kSecondsPerRadian : kNaN;
     observation.adjusted = direction.value + observation.residual;
     // The equations are in seconds.
     observation.weight = isLeftOut[d] ? 0.0 : 1.0;
@@ -273,6 +274,7 @@ void PlaneAdjustment::Data::takeOrientations() {
     PlaneObservation const& first = result.directions[directionOf[index(engine.network.firstDirection(s))]];
     double const orientation = std::fmod(first.azimuth - first.adjusted, turn);
     std::size_t const setUp = setUpOfStation[index(s)];
+    if (isIdle(s)) continue;
     result.orientations[setUp] = orientation < 0.0 ? orientation + turn : orientation;
     int const at[1] = {2 * engine.network.points + s};
     double q[1];

@@ -119,18 +119,6 @@ void PlaneAdjustment::Data::findAlternatives() {
   engine.tell(Messages::tr("Not to be told apart from the suspected observations: %1").arg(listedNames(told)), Warning);
 }
 
-/// It stays in the equations with a weight that moves nothing, so that its residual tells how far it is off.
-void PlaneAdjustment::Data::leaveOut(int suspect) {
-  std::size_t const directions = engine.network.directions.size();
-  std::size_t const number = index(suspect);
-  bool const isDirection = number < directions;
-  isLeftOut[number] = true;
-  (isDirection ? engine.network.directions[number].error : engine.network.lines[number - directions].error) *=
-      kLeftOutFactor;
-  (isDirection ? engine.directionWeights[number] : engine.lineWeights[number - directions]) /=
-      kLeftOutFactor * kLeftOutFactor;
-}
-
 /// One after the other, the one with the largest test first, until none is suspected.
 void PlaneAdjustment::Data::leaveOutSuspects() {
   constexpr std::size_t kMost = 100;
@@ -146,7 +134,9 @@ void PlaneAdjustment::Data::leaveOutSuspects() {
     int const worst = *std::max_element(engine.suspectNumbers.begin(), engine.suspectNumbers.end(),
                                         [&](int a, int b) { return sizeOf(a) < sizeOf(b); });
     detail::Coordinates const before = engine.xy;
+    std::size_t const idle = engine.idleUnknowns.size();
     leaveOut(worst);
+    if (engine.idleUnknowns.size() == idle) moveFor({index(worst)});
     settle();
     if (isFree()) layOnDatum();
     if (!engine.invert()) fail();
