@@ -382,7 +382,7 @@ void PlaneAdjustment::Data::settle() {
 /// do not make the sum of squares larger. When the suspects still pull the network about they lose their weight.
 void PlaneAdjustment::Data::iterateDamped() {
   engine.xy = engine.x0y0;
-  if (!isFree()) engine.findSuspects(engine.xy, true);
+  engine.findSuspects(engine.xy, true);
   useTrustedPlaces();
   engine.start = engine.xy;
   engine.isDamped = true;

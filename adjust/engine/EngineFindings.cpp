@@ -1,7 +1,6 @@
 // What stands in the way of an adjustment: gross errors, points that nothing holds.
 #include "adjust/engine/PlaneEngine.h"
 #include "adjust/linalg/Index.h"
-#include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/LooseGroups.h"
 #include "adjust/start/StartSearch.h"
 #include "records/detail/Messages.h"
@@ -38,6 +37,22 @@ void PlaneEngine::say(QString const& text, MessType type) const {
   if (tell) tell(text, type);
 }
 
+std::vector<HeldCoordinate> PlaneEngine::heldCoordinates(std::vector<Place> const& places) const {
+  // Far below what is observed, and not so far that its weight takes the digits of the others.
+  constexpr double kFixed = 1e-6;  // metres
+  std::vector<HeldCoordinate> held;
+  for (int const unknown : heldUnknowns) {
+    Place const place = places[index(unknown / 2)];
+    held.push_back({unknown, unknown % 2 == 0 ? place.real() : place.imag(), kFixed});
+  }
+  bool const isWeighted =
+      std::any_of(holdingWeights.begin(), holdingWeights.end(), [](double weight) { return weight < kFixedWeight; });
+  for (int k = 0; heldUnknowns.empty() && isWeighted && k < 2 * network.known; ++k) {
+    held.push_back({k, given[index(k)], std::max(kFixed, 1.0 / std::sqrt(holdingWeights[index(k / 2)]))});
+  }
+  return held;
+}
+
 /// Where plain least squares do not settle about the coordinates of the walk, a search from the known points alone may
 /// give better ones: it weighs all that is observed to a point.
 void PlaneEngine::findSuspects(Coordinates const& about, bool improveStart) {
@@ -51,9 +66,16 @@ void PlaneEngine::findSuspects(Coordinates const& about, bool improveStart) {
     for (int n = 0; n < network.points; ++n) found.push_back(search.at(n));
     return found;
   };
-  if (improveStart && !detail::settles(network, places, kSettledMove, poll)) {
+  std::vector<HeldCoordinate> const held = heldCoordinates(places);
+  NumberedNetwork loosened;
+  if (!held.empty()) {
+    loosened = network;
+    loosened.known = 0;
+  }
+  NumberedNetwork const& judged = held.empty() ? network : loosened;
+  if (improveStart && !detail::settles(judged, places, kSettledMove, poll, held)) {
     std::vector<Place> const better = searched();
-    if (!better.empty() && detail::settles(network, better, kSettledMove, poll)) {
+    if (!better.empty() && detail::settles(judged, better, kSettledMove, poll, held)) {
       for (int n = network.known; n < network.points; ++n) {
         place(xy, n, better[index(n)].real(), better[index(n)].imag());
       }
@@ -62,8 +84,8 @@ void PlaneEngine::findSuspects(Coordinates const& about, bool improveStart) {
   suspects.clear();
   // The fit looks at all sights at once. A gross error hardly leads it astray, and no other start need be tried.
   std::optional<GrossErrorSearch> search;
-  if (hasFit()) search = grossErrors(network, fitted(), {}, poll);
-  if (!search) search = grossErrors(network, places, searched, poll);
+  if (hasFit()) search = grossErrors(judged, fitted(), {}, poll, held);
+  if (!search) search = grossErrors(judged, places, searched, poll, held);
   suspectNumbers.clear();
   trustedPlaces.clear();
   if (search) {

@@ -86,7 +86,6 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void findUnchecked();
   void findUncheckedOfFree();
   void judge();
-  void judgeWithoutFixedPoints();
   void leaveOut(int suspect);
   void leaveOutSuspects();
   void findAlternatives();

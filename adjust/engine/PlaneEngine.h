@@ -5,6 +5,7 @@
 #include "adjust/NameIndex.h"
 #include "adjust/linalg/NormalEquations.h"
 #include "adjust/linalg/Poll.h"
+#include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/NumberedNetwork.h"
 #include "adjust/start/PolarFit.h"
 #include "adjust/start/Walks.h"
@@ -175,6 +176,8 @@ class PlaneEngine {
   std::vector<int> const& eliminationOrder();
 
   // Findings.
+  /// What holds the network where its known points do not, all of which are unknown then.
+  std::vector<HeldCoordinate> heldCoordinates(std::vector<Place> const& places) const;
   bool hasMisfits() const;
   void addControlSuspects();
   void findLooseMotions(bool hasFailed);

@@ -1,7 +1,6 @@
 // What does not fit, and the adjustment without it.
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
-#include "adjust/plane/GrossErrors.h"
 #include "records/detail/Messages.h"
 
 #include <QStringList>
@@ -13,7 +12,6 @@ namespace kvn {
 namespace {
 
 using detail::index;
-using detail::PlaneEngine;
 
 // Residuals with a correlation of this size and more are those of one error.
 constexpr double kInseparable = 0.99;
@@ -32,13 +30,7 @@ void PlaneAdjustment::Data::judge() {
     findAlternatives();  // the suspects were found, and told, on the way
     return;
   }
-  bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
-                                    [](double weight) { return !(weight < PlaneEngine::kFixedWeight); });
-  if (isFree() || !areFixed) {
-    judgeWithoutFixedPoints();
-  } else {
-    engine.judgeObservations();
-  }
+  engine.judgeObservations();
   findAlternatives();
 }
 
@@ -58,30 +50,6 @@ void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& 
                   ? Messages::tr("A known point does not fit the observations: %1").arg(list)
                   : Messages::tr("One of these known points does not fit the observations: %1").arg(list),
               Warning);
-}
-
-/// The observation that fits least, where it is beyond what so many good ones show. The search that several gross
-/// errors do not lead astray needs fixed points.
-void PlaneAdjustment::Data::judgeWithoutFixedPoints() {
-  std::size_t const directions = engine.network.directions.size();
-  std::size_t const count = directions + engine.network.lines.size();
-  std::size_t worst = count;
-  double largest = detail::criticalTest(count);
-  for (std::size_t number = 0; number < count; ++number) {
-    PlaneObservation const& o = resultOf(number);
-    if (isLeftOut[number] || o.redundancy < kUncheckedRedundancy) continue;
-    double const size = std::abs(o.residual) / (o.error * std::sqrt(o.redundancy));
-    if (size <= largest) continue;
-    largest = size;
-    worst = number;
-  }
-  engine.suspects.clear();
-  engine.suspectNumbers.clear();
-  if (worst == count) return;
-  PlaneObservation const& o = resultOf(worst);
-  engine.suspectNumbers.push_back(static_cast<int>(worst));
-  engine.suspects.push_back(engine.suspectOf(static_cast<int>(worst), o.residual / o.redundancy));
-  engine.tellSuspects();
 }
 
 /// Observations whose residuals are those of a suspect times a factor: an error of one looks like an error of the

@@ -32,22 +32,29 @@ constexpr std::size_t kFewOfAKind = 20;
 
 class Fit {
  public:
-  Fit(NumberedNetwork const& network, std::vector<Place> const& places, Poll const& call)
+  Fit(NumberedNetwork const& network, std::vector<Place> const& places, std::vector<HeldCoordinate> const& coordinates,
+      Poll const& call)
       : net(network),
         poll(call),
+        held(coordinates),
         state(orientedState(network, places, call)),
-        equations(equationsOf(network, state, call)),
-        weights(equations.size()),
-        normals(network, call) {}
+        normals(network, call) {
+    linearise();
+    weights.resize(equations.size());
+  }
 
-  std::size_t size() const { return equations.size(); }
+  /// Observations. Behind them stand the equations of what is held.
+  std::size_t size() const { return equations.size() - held.size(); }
   std::vector<Place> const& places() const { return state.places; }
   double normalised(std::size_t i) const { return std::abs(equations[i].misclosure) / equations[i].error; }
   double misclosure(std::size_t i) const { return equations[i].misclosure; }
 
   /// Weights 1 / error² times the given factors. The largest move of a coordinate; not finite when it cannot be solved.
   double step(std::vector<double> const& factors) {
-    for (std::size_t i = 0; i < size(); ++i) weights[i] = factors[i] / (equations[i].error * equations[i].error);
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+      double const factor = i < size() ? factors[i] : 1.0;
+      weights[i] = factor / (equations[i].error * equations[i].error);
+    }
     if (!normals.factor(equations, weights, 0.0, poll)) return std::numeric_limits<double>::infinity();
     std::vector<double> const dx = normals.correction(equations, weights, poll);
     double largest = 0.0;
@@ -56,7 +63,7 @@ class Fit {
       largest = std::max(largest, std::abs(dx[index(i)]));
     }
     move(net, state, dx);
-    equations = equationsOf(net, state, poll);
+    linearise();
     return largest;
   }
 
@@ -72,7 +79,7 @@ class Fit {
   /// Weights that fall with the square of the residual (Cauchy), with a scale that comes down to the a-priori errors
   /// or, where residuals are larger throughout, to these.
   bool settleRobustly() {
-    double width = std::max(1.0, medianMisfit(equations));
+    double width = std::max(1.0, medianMisfit(equations, size()));
     std::vector<double> factors(size());
     for (int round = 0; round < kRobustRounds; ++round) {
       for (std::size_t i = 0; i < size(); ++i) {
@@ -89,7 +96,7 @@ class Fit {
   }
 
   /// How many times as large as the a-priori errors the residuals are, 1 at least.
-  double scale() const { return std::max(1.0, medianMisfit(equations) / kNormalMedian); }
+  double scale() const { return std::max(1.0, medianMisfit(equations, size()) / kNormalMedian); }
 
   double doubt() const {
     double sum = 0.0;
@@ -101,6 +108,7 @@ class Fit {
   /// of its kind that are no suspects are larger throughout than the a-priori errors, these are taken larger.
   std::vector<double> tests(std::vector<bool> const& isSuspect) {
     std::vector<double> result = normals.cofactors(equations, poll);
+    result.resize(size());
     std::size_t const firstDistance = net.directions.size();
     std::vector<double> ofDirections;
     std::vector<double> ofDistances;
@@ -122,8 +130,18 @@ class Fit {
   }
 
  private:
+  void linearise() {
+    equations = equationsOf(net, state, poll);
+    for (HeldCoordinate const& coordinate : held) {
+      Place const place = state.places[index(net.known + coordinate.unknown / 2)];
+      double const now = coordinate.unknown % 2 == 0 ? place.real() : place.imag();
+      equations.push_back({{coordinate.unknown}, {1.0}, 1, now - coordinate.value, coordinate.error});
+    }
+  }
+
   NumberedNetwork const& net;
   Poll const& poll;
+  std::vector<HeldCoordinate> const& held;
   NetworkState state;
   std::vector<Equation> equations;
   std::vector<double> weights;
@@ -178,8 +196,9 @@ int attemptRounds(int unknowns) {
   return std::max(kFewRounds, std::min(kManyRounds, kRoundsTimesUnknowns / std::max(unknowns, 1)));
 }
 
-bool settles(NumberedNetwork const& network, std::vector<Place> const& places, double smallestMove, Poll const& poll) {
-  Fit fit(network, places, poll);
+bool settles(NumberedNetwork const& network, std::vector<Place> const& places, double smallestMove, Poll const& poll,
+             std::vector<HeldCoordinate> const& held) {
+  Fit fit(network, places, held, poll);
   return fit.settle(std::vector<double>(fit.size(), 1.0), attemptRounds(unknownsOf(network)), smallestMove);
 }
 
@@ -191,10 +210,10 @@ struct Verdict {
   std::vector<Place> places;
 };
 
-Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& places, bool plainFirst,
-                   Poll const& poll) {
+Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& places,
+                   std::vector<HeldCoordinate> const& held, bool plainFirst, Poll const& poll) {
   Verdict verdict;
-  Fit fit(network, places, poll);
+  Fit fit(network, places, held, poll);
   if (plainFirst && !fit.settle(std::vector<double>(fit.size(), 1.0), kPlainRounds, kSettled)) return verdict;
   if (!fit.settleRobustly()) return verdict;
   double const critical = criticalTest(fit.size()) * fit.scale();
@@ -212,8 +231,9 @@ Verdict judgedFrom(NumberedNetwork const& network, std::vector<Place> const& pla
 }  // namespace
 
 std::optional<GrossErrorSearch> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
-                                            std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll) {
-  Verdict best = judgedFrom(network, places, false, poll);
+                                            std::function<std::vector<Place>()> const& otherPlaces, Poll const& poll,
+                                            std::vector<HeldCoordinate> const& held) {
+  Verdict best = judgedFrom(network, places, held, false, poll);
   bool const isClean = best.errors.empty() && std::isfinite(best.doubt);
   if (otherPlaces && !isClean) {
     // A robust fit keeps near to where it began, and a gross error may have led the start astray.
@@ -221,7 +241,7 @@ std::optional<GrossErrorSearch> grossErrors(NumberedNetwork const& network, std:
     for (bool const plainFirst : {true, false}) {
       for (std::vector<Place> const* start : {&places, &others}) {
         if (start->empty() || (start == &places && !plainFirst)) continue;
-        Verdict verdict = judgedFrom(network, *start, plainFirst, poll);
+        Verdict verdict = judgedFrom(network, *start, held, plainFirst, poll);
         if (verdict.doubt < best.doubt) best = std::move(verdict);
       }
     }

@@ -21,6 +21,14 @@ struct GrossErrorSearch {
   std::vector<Place> places;  ///< of all points, by the observations that are not suspected
 };
 
+/// What holds a network beside its known points: coordinates that are observations with errors of their own, or, of a
+/// free network, as many as it leaves free. They are not tested.
+struct HeldCoordinate {
+  int unknown;   ///< as in `Equation`
+  double value;  ///< metres
+  double error;  ///< standard error, metres, above 0
+};
+
 /// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
 /// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
 double criticalTest(std::size_t observations);
@@ -33,10 +41,11 @@ double criticalTest(std::size_t observations);
 /// @param places       of all points, to begin with.
 /// @param otherPlaces  gives places that were found in another way, or none; asked for when there are suspects. Itself
 ///                     none when the places can be trusted not to follow a gross error.
+/// @param held         coordinates of points that are not among the known ones of `network`.
 /// @return nothing when nothing can be said: the observations that are not suspected have no solution.
 std::optional<GrossErrorSearch> grossErrors(NumberedNetwork const& network, std::vector<Place> const& places,
                                             std::function<std::vector<Place>()> const& otherPlaces,
-                                            Poll const& poll = {});
+                                            Poll const& poll = {}, std::vector<HeldCoordinate> const& held = {});
 
 /// Rounds that an attempt to settle is worth: 200, and down to 20 where each takes long. What has not settled by then
 /// swings to and fro or runs away.
@@ -45,6 +54,6 @@ int attemptRounds(int unknowns);
 /// Whether plain least squares come from these places, within so many rounds, to one that moves no coordinate by more
 /// than `smallestMove`, metres.
 bool settles(NumberedNetwork const& network, std::vector<Place> const& places, double smallestMove,
-             Poll const& poll = {});
+             Poll const& poll = {}, std::vector<HeldCoordinate> const& held = {});
 
 }  // namespace kvn::detail

@@ -94,11 +94,11 @@ double medianOf(std::vector<double> numbers) {
   return *middle;
 }
 
-double medianMisfit(std::vector<Equation> const& equations) {
+double medianMisfit(std::vector<Equation> const& equations, std::size_t count) {
   std::vector<double> sizes;
-  sizes.reserve(equations.size());
-  for (Equation const& e : equations) {
-    double const size = std::abs(e.misclosure) / e.error;
+  sizes.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    double const size = std::abs(equations[i].misclosure) / equations[i].error;
     if (std::isfinite(size)) sizes.push_back(size);
   }
   return medianOf(std::move(sizes));

@@ -5,6 +5,7 @@
 #include "adjust/plane/NumberedNetwork.h"
 
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace kvn::detail {
@@ -35,8 +36,8 @@ NetworkState orientedState(NumberedNetwork const& network, std::vector<Place> pl
 std::vector<Equation> equationsOf(NumberedNetwork const& network, NetworkState const& state, Poll const& poll = {});
 /// The upper one of two; 0 of none.
 double medianOf(std::vector<double> numbers);
-/// Median of the misclosures' sizes over their a-priori errors; those that are no numbers do not count.
-double medianMisfit(std::vector<Equation> const& equations);
+/// Median of the first misclosures' sizes over their a-priori errors; those that are no numbers do not count.
+double medianMisfit(std::vector<Equation> const& equations, std::size_t count);
 void move(NumberedNetwork const& network, NetworkState& state, std::vector<double> const& step);
 
 }  // namespace kvn::detail

@@ -17,7 +17,7 @@ constexpr double kLargestMove = 0.2;
 
 /// Weights that fall with the square of the residual, so that gross errors pull little.
 std::vector<double> robustWeights(std::vector<Equation> const& equations) {
-  double const scale = 3.0 * std::max(1.0, medianMisfit(equations));
+  double const scale = 3.0 * std::max(1.0, medianMisfit(equations, equations.size()));
   std::vector<double> weights;
   weights.reserve(equations.size());
   for (Equation const& e : equations) {

@@ -374,21 +374,34 @@ TEST(PlaneAdjustments, BringAGrossDirectionToAnEnd) {
   }
 }
 
-TEST(PlaneAdjustments, NameOneGrossErrorUnderControlWithErrors) {
-  Site site = makeSite(8, 4, 81);
-  kvn::ObservationErrors errors;
-  errors.control = 0.02;
-  kvn::setErrors(site.network, errors);
-  std::mt19937 random(82);
-  for (int run = 0; run < 20; ++run) {
-    kvn::PlaneNetwork network = disturbed(site.network, random);
-    network.distances[30].value += 0.05;
-    kvn::PlaneAdjustment adjustment(network);
-    adjustment.setTellFindings(false);
-    adjustment.adjust();
-    ASSERT_EQ(adjustment.suspects().size(), 1U) << run;
-    EXPECT_EQ(adjustment.suspects()[0].from, "P4");
-    EXPECT_NEAR(adjustment.suspects()[0].difference, 0.05, 0.02);
+TEST(PlaneAdjustments, NameSeveralGrossErrorsWhateverHoldsTheNetwork) {
+  for (auto const datum : {kvn::PlaneSettings::Datum::Known, kvn::PlaneSettings::Datum::Free}) {
+    for (int const known : {0, 4}) {
+      if (known == 0 && datum == kvn::PlaneSettings::Datum::Known) continue;
+      SCOPED_TRACE(known);
+      Site site = makeSite(8, known, 81);
+      kvn::ObservationErrors errors;
+      errors.control = 0.02;
+      kvn::setErrors(site.network, errors);
+      std::mt19937 random(82);
+      kvn::PlaneSettings settings;
+      settings.datum = datum;
+      for (int run = 0; run < 20; ++run) {
+        kvn::PlaneNetwork network = disturbed(site.network, random);
+        network.distances[30].value += 0.05;
+        network.distances[41].value -= 0.3;
+        network.directions[52].value += 80.0 / kSecondsPerRadian;
+        kvn::PlaneAdjustment adjustment(network, settings);
+        adjustment.setTellFindings(false);
+        adjustment.adjust();
+        auto const& suspects = adjustment.suspects();
+        ASSERT_EQ(suspects.size(), 3U) << run;  // directions first
+        EXPECT_EQ(suspects[0].from + suspects[1].from + suspects[2].from, "P7P4P5");
+        EXPECT_NEAR(suspects[0].difference, 80.0, 20.0);
+        EXPECT_NEAR(suspects[1].difference, 0.05, 0.02);
+        EXPECT_NEAR(suspects[2].difference, -0.3, 0.02);
+      }
+    }
   }
 }
 
