@@ -1,5 +1,6 @@
 // The adjustment in which every observation counts, against another program's results and closed forms.
 #include "Networks.h"
+#include "Sites.h"
 #include "adjust/PlaneAdjustment.h"
 #include "core/AlgorithmException.h"
 #include "formats/CarefulCosaCollection.h"
@@ -17,7 +18,11 @@
 
 namespace {
 
+using test::aPriori;
+using test::disturbed;
 using test::kSecondsPerRadian;
+using test::makeSite;
+using test::Site;
 constexpr double kDegreesPerRadian = 180.0 / 3.14159265358979323846;
 
 kvn::PlaneNetwork networkOf(std::string const& path) {
@@ -98,56 +103,6 @@ INSTANTIATE_TEST_SUITE_P(OfNineNetworks, Peer,
                                          "synth_free50", "synth_grid100", "textbook_Benning88_Distance_fix",
                                          "textbook_Grossmann_Direction_fix", "textbook_LotherStrehle_Direction1",
                                          "textbook_StrangBorre_Distance_fix"));
-
-/// Points at random in a square, all sighting all others; errors of the observations from a seed.
-struct Site {
-  kvn::PlaneNetwork network;
-  std::vector<std::pair<double, double>> truth;
-};
-
-Site makeSite(int points, int known, unsigned seed, bool hasDistances = true) {
-  std::mt19937 random(seed);
-  std::uniform_real_distribution<double> place(0.0, 400.0);
-  Site site;
-  for (int p = 0; p < points; ++p) {
-    site.truth.emplace_back(place(random), place(random));
-    kvn::PlaneNetwork::Point point{"P" + std::to_string(p)};
-    point.isKnown = p < known;
-    if (point.isKnown) std::tie(point.x, point.y) = site.truth.back();
-    site.network.points.push_back(point);
-    site.network.setUps.push_back({p});
-  }
-  for (int s = 0; s < points; ++s) {
-    for (int t = 0; t < points; ++t) {
-      if (s == t) continue;
-      double const dx = site.truth[std::size_t(t)].first - site.truth[std::size_t(s)].first;
-      double const dy = site.truth[std::size_t(t)].second - site.truth[std::size_t(s)].second;
-      site.network.directions.push_back({s, t, std::atan2(dy, dx) + 0.1 * s});
-      if (hasDistances) site.network.distances.push_back({s, t, std::hypot(dx, dy)});
-    }
-  }
-  kvn::setErrors(site.network, kvn::ObservationErrors());
-  return site;
-}
-
-/// Observations, and given coordinates of known points that are not fixed, with errors drawn as they are told.
-kvn::PlaneNetwork disturbed(kvn::PlaneNetwork network, std::mt19937& random) {
-  std::normal_distribution<double> normal;
-  for (auto& d : network.directions) d.value += d.error * normal(random);
-  for (auto& d : network.distances) d.value += d.error * normal(random);
-  for (auto& p : network.points) {
-    if (!p.isKnown) continue;
-    p.x += p.error * normal(random);
-    p.y += p.error * normal(random);
-  }
-  return network;
-}
-
-kvn::PlaneSettings aPriori() {
-  kvn::PlaneSettings settings;
-  settings.unitWeight = kvn::PlaneSettings::UnitWeight::APriori;
-  return settings;
-}
 
 /// Normal equations of the coordinates about the result, orientations eliminated: what no code of the library forms.
 Eigen::MatrixXd reducedNormals(kvn::PlaneNetwork const& network, kvn::PlaneResult const& result) {
@@ -257,71 +212,6 @@ TEST(FreeNetwork, OverTheKnownPointsHasTheInverseBorderedWithTheConstraints) {
     bordered.block(2 * p, n.rows(), 2, 3) = block.transpose();
   }
   expectCovariances(bordered.inverse().topLeftCorner(n.rows(), n.cols()), result);
-}
-
-// 10 coordinates in 400 runs: the root mean square has a chance error of 1.1 %; the bound is 3 of them.
-TEST(PromisedErrors, AreTheTrueOnes) {
-  struct Case {
-    char const* what;
-    double control;
-    int readings;
-  };
-  for (Case const c : {Case{"fixed control", 0.0, 2}, Case{"control with errors", 0.01, 2}, Case{"one face", 0.0, 1}}) {
-    SCOPED_TRACE(c.what);
-    Site site = makeSite(8, 3, 21);
-    for (auto& d : site.network.directions) d.readings = c.readings;
-    kvn::ObservationErrors errors;
-    errors.control = c.control;
-    kvn::setErrors(site.network, errors);
-    std::mt19937 random(22);
-    double promised = 0.0;
-    double real = 0.0;
-    int beyond = 0;
-    int marked = 0;
-    constexpr int kRuns = 400;
-    for (int run = 0; run < kRuns; ++run) {
-      kvn::PlaneAdjustment adjustment(disturbed(site.network, random), aPriori());
-      adjustment.setTellFindings(false);
-      kvn::PlaneResult const& result = adjustment.adjust();
-      if (!result.isPassed) ++beyond;
-      for (std::size_t p = 3; p < site.truth.size(); ++p) {
-        promised += std::pow(result.points[p].mp, 2);
-        real += std::pow(result.points[p].x - site.truth[p].first, 2) +
-                std::pow(result.points[p].y - site.truth[p].second, 2);
-      }
-      for (auto const* list : {&result.directions, &result.distances}) {
-        for (auto const& observation : *list) marked += observation.test > 1.0 ? 1 : 0;
-      }
-    }
-    EXPECT_NEAR(std::sqrt(promised / real), 1.0, 0.033);
-    // 5 % of the runs fail the test of the whole, with a chance error of 1.1 %; 0.1 % of the rows are marked.
-    EXPECT_NEAR(beyond, 0.05 * kRuns, 0.035 * kRuns);
-    EXPECT_NEAR(marked / (112.0 * kRuns), 0.001, 0.0005);
-  }
-}
-
-TEST(PlaneTests, NameAnErrorOfItsDetectableSize) {
-  Site const site = makeSite(8, 3, 31);
-  std::mt19937 random(32);
-  kvn::PlaneAdjustment clean(site.network, aPriori());
-  std::vector<kvn::PlaneObservation> const planned = clean.adjust().distances;
-  int named = 0;
-  for (std::size_t i = 0; i < 40; ++i) {
-    ASSERT_GT(planned[i].redundancy, 0.3);
-    kvn::PlaneNetwork network = disturbed(site.network, random);
-    double const gross = planned[i].detectable + 5.0 * network.distances[i].error;
-    network.distances[i].value += gross;
-    kvn::PlaneAdjustment adjustment(network, aPriori());
-    adjustment.setTellFindings(false);
-    kvn::PlaneResult const& result = adjustment.adjust();
-    bool isLargest = result.distances[i].test > 1.0;
-    for (auto const& other : result.distances) isLargest = isLargest && !(other.test > result.distances[i].test);
-    if (isLargest) {
-      ++named;
-      EXPECT_NEAR(result.distances[i].gross, gross, 6.0 * network.distances[i].error);
-    }
-  }
-  EXPECT_GE(named, 38);
 }
 
 TEST(PlaneTests, SayWhatNothingChecks) {
@@ -606,42 +496,6 @@ TEST(PlaneAdjustments, RefuseWhatCannotBeAnObservation) {
   kvn::PlaneSettings settings;
   settings.confidence = 1.0;
   EXPECT_THROW(kvn::PlaneAdjustment(makeSite(5, 3, 97).network, settings).adjust(), std::invalid_argument);
-}
-
-TEST(ControlPoints, AreNamedWhenOneIsWrong) {
-  // Five points known, one of them given 50 mm off, fixed and with errors of its own; the same network in which nothing
-  // is wrong names none.
-  for (double const error : {0.0, 0.003}) {
-    SCOPED_TRACE(error);
-    Site site = makeSite(9, 5, 61);
-    kvn::ObservationErrors errors;
-    errors.control = error;
-    kvn::setErrors(site.network, errors);
-    std::mt19937 random(62);
-    int named = 0;
-    int accused = 0;
-    constexpr int kRuns = 100;
-    for (int run = 0; run < kRuns; ++run) {
-      kvn::PlaneNetwork network = disturbed(site.network, random);
-      kvn::PlaneAdjustment good(network);
-      good.setTellFindings(false);
-      accused += static_cast<int>(good.adjust().suspectedControl.size());
-      auto const wrong = static_cast<std::size_t>(run % 5);
-      network.points[wrong].x += 0.03;
-      network.points[wrong].y -= 0.04;
-      kvn::PlaneAdjustment adjustment(network);
-      adjustment.setTellFindings(false);
-      kvn::PlaneResult const& result = adjustment.adjust();
-      if (result.suspectedControl != std::vector<std::size_t>{wrong}) continue;
-      ++named;
-      EXPECT_TRUE(adjustment.suspects().empty());
-      // It would lie where it does: back by what it was moved, within 4 of its errors.
-      EXPECT_NEAR(result.control[wrong].north, -0.03, 0.012 + 4.0 * error);
-      EXPECT_NEAR(result.control[wrong].east, 0.04, 0.012 + 4.0 * error);
-    }
-    EXPECT_GE(named, 90);
-    EXPECT_LE(accused, 1);
-  }
 }
 
 TEST(ControlPoints, ReduceTheSumOfSquaresByWhatANewAdjustmentSays) {
