@@ -8,6 +8,8 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/ConnectTraverse.h"
 #include "adjust/ElevationRows.h"
+#include "adjust/HeightAdjustment.h"
+#include "adjust/HeightNetwork.h"
 #include "adjust/Matrix.h"
 #include "adjust/NameIndex.h"
 #include "adjust/OpenTraverse.h"

@@ -1,13 +1,10 @@
 #include "adjust/ElevationRows.h"
 
+#include "adjust/heights/Elevations.h"
 #include "adjust/input/IndexError.h"
-#include "adjust/input/Missing.h"
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"
 #include "records/NewId.h"
-#include "records/detail/Recorded.h"
-
-#include <utils/Circle.h>
 
 #include <cmath>
 #include <optional>
@@ -17,13 +14,9 @@
 namespace kvn {
 namespace {
 
-using detail::isPresent;
-using utils::kFullCircle;
-using utils::kPi;
-using utils::kRightAngle;
-
-// How far a reading may lie outside the circle, or an elevation beyond the zenith: rounding of texts, radians.
-constexpr double kRounding = 1e-6;
+using detail::elevationOf;
+using detail::hasDistance;
+using detail::isAlongVertical;
 
 /// A sight with the place where it was taken from.
 struct Sight {
@@ -33,27 +26,6 @@ struct Sight {
   std::size_t occupied;         // one occupation of the station and target name
   double occupationInstrument;  // metres
 };
-
-bool hasAngle(TraverseDataInfo const& row) { return row.angleMark != 0.0 && isPresent(row.vertical_angle); }
-
-bool hasDistance(TraverseDataInfo const& row) {
-  return row.isSlantDistanceHave && row.slant_distance > 0.0 && isPresent(row.slant_distance);
-}
-
-bool isOnCircle(double reading) { return reading >= -kRounding && reading <= kFullCircle + kRounding; }
-
-std::optional<double> elevationOf(TraverseDataInfo const& row) {
-  if (!hasAngle(row)) return std::nullopt;
-  double elevation = row.vertical_angle;
-  if (row.verticalAngleType == FullCircleZenith) {
-    if (!isOnCircle(elevation)) return std::nullopt;
-    elevation = elevation < kPi ? kRightAngle - elevation : elevation - 3 * kRightAngle;
-  } else if (row.verticalAngleType == ZenithAngle) {
-    elevation = kRightAngle - elevation;
-  }
-  if (std::abs(elevation) > kRightAngle + kRounding) return std::nullopt;
-  return elevation;
-}
 
 /// What the sights belong to.
 class FieldBook {
@@ -127,11 +99,6 @@ class Conversion {
       distances[sight.occupied].sum += row.slant_distance * std::cos(*elevation);
       ++distances[sight.occupied].count;
     }
-  }
-
-  static bool isAlongVertical(TraverseDataInfo const& row, double elevation) {
-    double const distance = hasDistance(row) ? row.slant_distance : 1.0;
-    return distance * std::cos(elevation) < detail::kNotMeasured;
   }
 
   void leaveOut(std::size_t row, std::string const& station, LeftOutSight::Reason reason) {

@@ -1,30 +1,14 @@
 // Vertical readings of a field book as elevations, ready for the height reduction.
 #pragma once
 
+#include "adjust/HeightNetwork.h"
 #include "records/TraverseDataInfo.h"
 
 #include <utils/Export.h>
 
-#include <cstddef>
-#include <string>
 #include <vector>
 
 namespace kvn {
-
-/// A sight that gives no height difference.
-struct LeftOutSight {
-  enum Reason {
-    NoStation,      ///< no station row stands before it
-    SightsItself,   ///< the target is the station
-    NoAngle,        ///< no vertical reading, or one outside the circle
-    NoDistance,     ///< neither the sight nor another one of the same occupation to the same target has a distance
-    AlongVertical,  ///< straight up or down, as a sight whose vertical reading was left at 0
-  };
-  std::string station;
-  std::string target;
-  std::size_t row;  ///< place in the list of rows
-  Reason reason;
-};
 
 struct ElevationRows {
   std::vector<TraverseDataInfo> rows;
