@@ -1,4 +1,4 @@
-// Field-book readings on a full circle become elevations that the height reduction can take.
+// Field-book readings on a full circle become elevations that the height reduction can take, or sights.
 #include "HeightRows.h"
 
 #include <gtest/gtest.h>
@@ -9,9 +9,9 @@ namespace {
 using namespace kvn;
 using namespace test;
 
-std::vector<LeftOutSight::Reason> reasonsOf(ElevationRows const& converted) {
+std::vector<LeftOutSight::Reason> reasonsOf(std::vector<LeftOutSight> const& sights) {
   std::vector<LeftOutSight::Reason> reasons;
-  for (LeftOutSight const& sight : converted.leftOut) reasons.push_back(sight.reason);
+  for (LeftOutSight const& sight : sights) reasons.push_back(sight.reason);
   return reasons;
 }
 
@@ -51,8 +51,15 @@ TEST(ElevationRows, TellsWhatGivesNoHeight) {
   rows[8].angleMark = 0.0;
   ElevationRows const converted = elevationRows(rows);
   using R = LeftOutSight;
-  EXPECT_EQ(reasonsOf(converted), (std::vector<R::Reason>{R::NoStation, R::SightsItself, R::NoAngle, R::NoDistance,
-                                                          R::AlongVertical, R::NoAngle, R::NoAngle}));
+  std::vector<R::Reason> const reasons{R::NoStation,     R::SightsItself, R::NoAngle, R::NoDistance,
+                                       R::AlongVertical, R::NoAngle,      R::NoAngle};
+  EXPECT_EQ(reasonsOf(converted.leftOut), reasons);
+  HeightReduction const sights = heightNetworkOf(rows);
+  EXPECT_EQ(reasonsOf(sights.leftOut), reasons);
+  ASSERT_EQ(sights.network.sights.size(), 2U);  // B once, as the mean of both
+  EXPECT_EQ(sights.network.sights[0].readings, 2);
+  EXPECT_EQ(sights.network.sights[0].rounds, 1);
+  EXPECT_EQ(sights.network.sights[1].origin.row, 11);
   // What is left is in order: B with the distance of its other sight, C from the second occupation.
   ASSERT_EQ(converted.rows.size(), 6U);
   EXPECT_EQ(converted.rows[1].name, "B");
@@ -99,6 +106,16 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
     }
     ElevationRows const elevations = elevationRows(rows);
     EXPECT_TRUE(elevations.leftOut.empty());
+    HeightNetwork network = heightNetworkOf(rows).network;
+    HeightErrors errors;
+    errors.refraction = kNoCurvature;
+    reduceSights(network, errors);
+    EXPECT_EQ(network.sights.size(), 28U);
+    HeightAdjustment adjustment(network);
+    HeightResult const& result = adjustment.adjust();
+    for (std::size_t n = 0; n < network.points.size(); ++n) {
+      EXPECT_NEAR(result.points[n].height, points[std::stoul(network.points[n].name)].z, 1e-6) << n;
+    }
     TriangleHeightAdjust run;
     run.setTriangleHeightDataConvert(converted(elevations.rows));
     run.heightLSAdjust();
