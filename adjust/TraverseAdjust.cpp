@@ -173,7 +173,7 @@ void TraverseAdjust::calculateBTPB() { ready().engine.buildNormals(); }
 void TraverseAdjust::calculateBTPBi(double const* a, int const* at, double p, double l, int n) {
   PlaneEngine& engine = ready().engine;
   engine.needNormals();
-  engine.normals->addEquation(a, at, n, p, l);
+  engine.normals->addAnyEquation(a, at, n, p, l);
 }
 
 double TraverseAdjust::calculateAB(int i, int j, double* a, int* at) const {
