@@ -106,7 +106,7 @@ void TraverseAdjust::calculateApproximate() {
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
   PlaneEngine& engine = ready().engine;
-  bool const settled = engine.settles();
+  bool const settled = engine.tryToSettle();
   if (!settled) {
     engine.xy = engine.x0y0;
     engine.findSuspects(engine.xy, true);
