@@ -8,7 +8,6 @@ set(alone_in_library
   adjust/AlgorithmData.cpp
   adjust/heights/TriangleHeightDataRead.cpp
   adjust/input/FaceMeans.cpp
-  adjust/linalg/FrontTree.cpp
   adjust/plane/GrossErrors.cpp
   adjust/start/BodySolver.cpp
   adjust/start/MeetingPlace.cpp

@@ -16,7 +16,9 @@
 namespace kvn {
 namespace {
 
-enum Method { LeastSquares = 0, Closed = 3 };  // of Configure::AdjustMethod
+// Configure::AdjustMethod
+constexpr int kMethodOfLeastSquares = 0;
+constexpr int kMethodOfPolygon = 3;
 
 // Far beyond what a-priori errors that were set too small explain.
 constexpr double kDoubtfulUnitError = 20.0;
@@ -52,7 +54,7 @@ QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& n
   }
   // No faults of observing add up to a half circle, but outer angles are off by a full one.
   double const misclosure = -summary.angleCorrection * static_cast<double>(chain.size());
-  if (method == Closed && std::abs(misclosure) > utils::kPi) {
+  if (method == kMethodOfPolygon && std::abs(misclosure) > utils::kPi) {
     std::string const angle = utils::Degree(misclosure * (180.0 / utils::kPi)).toUtf8(utils::DDRMMRSS, 2);
     list << QString("The angles are off by %1; the stations must go around counter-clockwise")
                 .arg(QString::fromStdString(angle));
@@ -66,7 +68,7 @@ QStringList doubtsOf(detail::JobState const& state) {
   }
   AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
   int const method = state.project->getConfigure().AdjustMethod;
-  if (method != LeastSquares) return doubtsOfTraverse(adjustment, state.adjusted, method);
+  if (method != kMethodOfLeastSquares) return doubtsOfTraverse(adjustment, state.adjusted, method);
   return doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
 }
 
