@@ -361,7 +361,7 @@ double PlaneAdjustment::Data::addCentring() {
 void PlaneAdjustment::Data::iterate() {
   if (isFree()) chooseHeldUnknowns();
   if (engine.redundancy() - leftOutCount() < 0) fail();
-  if (!engine.settles()) iterateDamped();
+  if (!engine.tryToSettle()) iterateDamped();
   // Lengths from poor approximate coordinates have given poor weights to short sights.
   constexpr double kSameErrors = 1e-3;
   if (addCentring() > kSameErrors) settle();

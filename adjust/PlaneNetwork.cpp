@@ -1,6 +1,6 @@
 #include "adjust/PlaneNetwork.h"
 
-#include "adjust/NameIndex.h"
+#include "adjust/input/PointNumbers.h"
 #include "core/AlgorithmException.h"
 #include "records/detail/Recorded.h"
 
@@ -33,23 +33,12 @@ void setErrors(PlaneNetwork& network, ObservationErrors const& errors) {
 
 PlaneNetwork planeNetworkOf(Network const& network) {
   PlaneNetwork result;
-  NameIndex names;
-  auto const numberOf = [&](std::string const& name) {
-    int const number = names.numberOf(name);
-    if (number == static_cast<int>(result.points.size())) result.points.push_back({name});
-    return number;
-  };
-  for (KnownPoint const& known : network.knownPoints) {
-    PlaneNetwork::Point& point = result.points[static_cast<std::size_t>(numberOf(known.name))];
-    if (point.isKnown) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, known.name);
-    point.x = known.x;
-    point.y = known.y;
-    point.isKnown = true;
-  }
+  detail::PointNumbers numbers(result.points);
+  numbers.addDistinct(network.knownPoints);
   std::string const* station = nullptr;
   for (NetworkDataInfo const& line : network.lines) {
-    int const from = numberOf(line.start_name);
-    int const target = numberOf(line.end_name);
+    int const from = numbers[line.start_name];
+    int const target = numbers[line.end_name];
     if (station == nullptr || *station != line.start_name) result.setUps.push_back({from});
     station = &line.start_name;
     auto const setUp = static_cast<int>(result.setUps.size()) - 1;

@@ -106,7 +106,7 @@ void TraverseAdjust::calculateApproximate() {
 void TraverseAdjust::calculateAdjust() {
   calculateApproximate();
   PlaneEngine& engine = ready().engine;
-  bool const settled = engine.settles();
+  bool const settled = engine.tryToSettle();
   if (!settled) {
     engine.xy = engine.x0y0;
     engine.findSuspects(engine.xy, true);
@@ -173,7 +173,7 @@ void TraverseAdjust::calculateBTPB() { ready().engine.buildNormals(); }
 void TraverseAdjust::calculateBTPBi(double const* a, int const* at, double p, double l, int n) {
   PlaneEngine& engine = ready().engine;
   engine.needNormals();
-  engine.normals->addEquation(a, at, n, p, l);
+  engine.normals->addAnyEquation(a, at, n, p, l);
 }
 
 double TraverseAdjust::calculateAB(int i, int j, double* a, int* at) const {

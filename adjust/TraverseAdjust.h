@@ -148,6 +148,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   // The steps of a run, for a derived class that drives them itself. The first of them after `readAlgorithmData` makes
   // normal equations of zeros. `calculateQQ` and `calculateMxMy` read the inverse that `calculateDx` leaves.
   void calculateBTPB();
+  /// Adds the error equation v = a x + l with the weight p, of any n unknowns: of points, too, that no observation of
+  /// the input joins.
   void calculateBTPBi(double const* a, int const* index, double p, double l, int n);
   double calculateAB(int i, int j, double* a, int* index) const;  ///< seconds per metre; returns the azimuth
   double calculateCD(int i, int j, double* a, int* index) const;  ///< returns the distance

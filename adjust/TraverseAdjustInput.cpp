@@ -163,8 +163,7 @@ void TraverseAdjust::readAlgorithmData(AlgorithmData const& input) {
     engine.controlLines.push_back(state.numbered(line));
   }
   engine.prepare();
-  detail::warnOfUnobserved(input.knPoints, observed,
-                           Messages::tr("Known points without an observation are left out: %1"));
+  detail::warnOfLeftOut(input.knPoints, observed);
 }
 
 }  // namespace kvn

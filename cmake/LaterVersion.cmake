@@ -38,7 +38,10 @@ endforeach()
 list(TRANSFORM later PREPEND ${CMAKE_SOURCE_DIR}/)
 add_library(kelvane_later_objects OBJECT ${later})
 set_target_properties(kelvane_later_objects PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
-set_source_files_properties(${CMAKE_SOURCE_DIR}/adjust/ConnectTraverse.cpp ${CMAKE_SOURCE_DIR}/adjust/OpenTraverse.cpp
+set_source_files_properties(
+  ${CMAKE_SOURCE_DIR}/adjust/engine/PlaneResults.cpp
+  ${CMAKE_SOURCE_DIR}/adjust/traverse/ConnectTraverse.cpp
+  ${CMAKE_SOURCE_DIR}/adjust/traverse/OpenTraverse.cpp
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 target_link_libraries(kelvane_later_objects PRIVATE kelvane_headers kelvane_warnings Eigen3::Eigen)
 target_compile_definitions(kelvane_later_objects PRIVATE KELVANE_BUILDING KELVANE_LATER_VERSION)

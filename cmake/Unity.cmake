@@ -6,15 +6,14 @@ endfunction()
 
 set(alone_in_library
   adjust/AlgorithmData.cpp
-  adjust/ConnectTraverse.cpp
-  adjust/OpenTraverse.cpp
-  adjust/start/BodySolver.cpp
+  adjust/heights/TriangleHeightDataRead.cpp
   adjust/input/FaceMeans.cpp
   adjust/plane/GrossErrors.cpp
+  adjust/start/BodySolver.cpp
   adjust/start/MeetingPlace.cpp
+  adjust/traverse/ConnectTraverse.cpp
+  adjust/traverse/OpenTraverse.cpp
   adjust/traverse/TraverseStations.cpp
-  adjust/TriangleHeightDataRead.cpp
-  adjust/linalg/FrontTree.cpp
   commands/ModifyNetworkDataCMD.cpp
   commands/ModifyTraverseDataCMD.cpp
   reduction/TraverseDataManage.cpp)

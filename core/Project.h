@@ -86,6 +86,11 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   /// The same for a network file that the caller has read already.
   /// @throws QLogicError "The import file data is empty" when it has neither lines nor known points.
   void importCosaNetwork(QString const& path, Network read);
+  /// The same as `importVRDFile` for a traverse file that the caller has read already, but the rows keep their
+  /// coordinates, and their flags are not set: those that make no network are rows all the same. The file becomes the
+  /// project's own, with its name.
+  /// @throws QLogicError "The import file data is empty" without rows.
+  void importTraverseRows(QString const& path, std::vector<TraverseDataInfo> read);
   /// Reads an instrument job file: the rows are replaced and the network emptied. Job and instrument names are kept
   /// for a later export.
   /// @throws QLogicError "There is no observation data" when it has no rows; what the reader throws.

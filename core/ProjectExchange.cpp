@@ -15,6 +15,11 @@
 #include <utility>
 
 namespace kvn {
+namespace {
+
+QString emptyImport() { return Messages::tr("The import file data is empty"); }
+
+}  // namespace
 
 void Project::read(QString const& path) {
   QString const suffix = QFileInfo(path).suffix().toUpper();
@@ -89,7 +94,7 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   VRDTraverseDataCollcetion collection;
   collection.read(stream);
   std::vector<TraverseDataInfo>& rows = collection.getTraverseDataList();
-  if (rows.empty()) throw QLogicError(Messages::tr("The import file data is empty"));
+  if (rows.empty()) throw QLogicError(emptyImport());
   own->fileType = VrdFile;
   own->network->clear();
   own->stationMap.clear();  // it leads into the rows that go
@@ -102,6 +107,21 @@ void Project::takeTraverse(QString const& path, std::istream& stream) {
   own->algorithmAdjust.reset();
   checkVRDData();  // the flags of the rows are what counts
   readLegendCode();
+}
+
+void Project::importTraverseRows(QString const& path, std::vector<TraverseDataInfo> read) {
+  if (read.empty()) throw QLogicError(emptyImport());
+  own->fileType = VrdFile;
+  own->verticalAngleType = FullCircleZenith;
+  own->network->clear();
+  own->stationMap.clear();  // it leads into the rows that go
+  *own->traverseDataList = std::move(read);
+  own->networkFile.clear();
+  own->viewFile = path;
+  own->sourcesAreOfOtherData = false;
+  own->algorithmAdjust.reset();
+  readLegendCode();
+  setName(path);
 }
 
 void Project::importVRDLQFFile(QString const& path) {
@@ -146,7 +166,7 @@ void Project::takeNetwork(QString const& path, std::istream& stream) {
 
 void Project::importCosaNetwork(QString const& path, Network read) {
   if (read.lines.empty() && read.knownPoints.empty()) {
-    throw QLogicError(Messages::tr("The import file data is empty"));
+    throw QLogicError(emptyImport());
   }
   *own->network = std::move(read);
   own->networkFile = path;

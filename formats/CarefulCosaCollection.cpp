@@ -1,7 +1,7 @@
 #include "formats/CarefulCosaCollection.h"
 
 #include "adjust/CommonFunction.h"
-#include "core/AlgorithmException.h"
+#include "adjust/input/PointNumbers.h"
 #include "core/DataException.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/CosaReading.h"
@@ -126,24 +126,13 @@ PlaneNetwork const& CarefulCosaCollection::getObservations() const { return obse
 
 void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {
   observed = PlaneNetwork();
-  NameIndex names;
-  auto const numberOf = [&](std::string_view name) {
-    int const number = names.numberOf(name);
-    if (number == static_cast<int>(observed.points.size())) observed.points.push_back({std::string(name)});
-    return number;
-  };
-  for (KnownPoint const& known : knownPointList) {
-    PlaneNetwork::Point& point = observed.points[static_cast<std::size_t>(numberOf(known.name))];
-    if (point.isKnown) throw AlgorithmException(AlgorithmException::KnownPointNameRepeat, known.name);
-    point.x = known.x;
-    point.y = known.y;
-    point.isKnown = true;
-  }
+  detail::PointNumbers numbers(observed.points);
+  numbers.addDistinct(knownPointList);
   int block = -2;
   for (Observation const& observation : reading.observations) {
     if (holdsNothing(observation)) continue;
-    int const station = numberOf(reading.stationOf(observation));
-    int const target = numberOf(reading.targetOf(observation));
+    int const station = numbers[reading.stationOf(observation)];
+    int const target = numbers[reading.targetOf(observation)];
     if (observation.block != block) observed.setUps.push_back({station, {observation.line, -1}});
     block = observation.block;
     PlaneNetwork::Origin const origin{observation.line, -1};

@@ -5,6 +5,7 @@
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/FileAccess.h"
 #include "formats/detail/LineSource.h"
+#include "formats/detail/TraverseReading.h"
 #include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
@@ -74,6 +75,31 @@ class Findings {
   }
 
   std::vector<FieldFinding>& list;
+};
+
+/// Each line of a traverse file is a row.
+class TraverseTextLook {
+ public:
+  explicit TraverseTextLook(FieldTextCheck& result) : check(result), findings(result.findings) {}
+
+  void lookAt(int number, std::string const& line, Fields const& fields) {
+    findings.line = number;
+    findings.row = check.rowLines.size();
+    check.rowLines.push_back(number);
+    if (detail::hasLostBytes(line)) findings.tell(FieldFinding::Error, Messages::tr("the line is no UTF-8"));
+    if (fields.size() < 3) return;
+    bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
+    if (!isSight) findings.station = fields[1];
+    findings.target = isSight ? fields[1] : std::string_view();
+    findings.lookAtNumber(fields[2]);
+    if (isSight) findings.lookAtAngle(fields[4]);
+    if (isSight) findings.lookAtAngle(fields[5]);
+    for (std::size_t i = isSight ? 6 : 4; i < fields.size(); ++i) findings.lookAtNumber(fields[i]);
+  }
+
+ private:
+  FieldTextCheck& check;
+  Findings findings;
 };
 
 /// The records of a job file that can become a row.
@@ -245,27 +271,21 @@ class LineCountingBuffer : public std::streambuf {
 
 FieldTextCheck inspectTraverseText(std::istream& stream) {
   FieldTextCheck check;
-  Findings findings(check.findings);
+  TraverseTextLook look(check);
   std::string line;
   Fields fields;
   for (detail::LineSource source(stream); source.next(line);) {
     fields.cut(line, ',', false);
-    findings.line = source.lineNumber();
-    findings.row = check.rowLines.size();
-    check.rowLines.push_back(findings.line);
-    if (detail::hasLostBytes(line)) {
-      findings.tell(FieldFinding::Error, Messages::tr("the line is no UTF-8"));
-    }
-    if (fields.size() < 3) continue;
-    bool const isSight = fields[0] == "SC" && fields.size() == kSightFields;
-    if (!isSight) findings.station = fields[1];
-    findings.target = isSight ? fields[1] : std::string_view();
-    findings.lookAtNumber(fields[2]);
-    if (isSight) findings.lookAtAngle(fields[4]);
-    if (isSight) findings.lookAtAngle(fields[5]);
-    for (std::size_t i = isSight ? 6 : 4; i < fields.size(); ++i) findings.lookAtNumber(fields[i]);
+    look.lookAt(source.lineNumber(), line, fields);
   }
   return check;
+}
+
+void detail::InspectedTraverse::read(std::istream& stream) {
+  TraverseTextLook look(text);
+  readTraverse(stream, traverseDataList, [&look](int number, std::string const& line, Fields const& fields) {
+    look.lookAt(number, line, fields);
+  });
 }
 
 FieldTextCheck inspectJobText(std::istream& stream, std::vector<TraverseDataInfo> const& rows) {

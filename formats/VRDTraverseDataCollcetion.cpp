@@ -3,6 +3,7 @@
 #include "core/DataException.h"
 #include "formats/detail/FieldText.h"
 #include "formats/detail/LineSource.h"
+#include "formats/detail/TraverseReading.h"
 #include "records/detail/Messages.h"
 
 #include <utils/Degree.h>
@@ -82,7 +83,9 @@ bool writeRow(std::ostream& stream, TraverseDataInfo const& row) {
 
 VRDTraverseDataCollcetion::VRDTraverseDataCollcetion() = default;
 
-void VRDTraverseDataCollcetion::read(std::istream& stream) {
+void VRDTraverseDataCollcetion::read(std::istream& stream) { detail::readTraverse(stream, traverseDataList, {}); }
+
+void detail::readTraverse(std::istream& stream, std::vector<TraverseDataInfo>& rows, TraverseLook const& look) {
   std::string groupId = TraverseDataInfo().groupId;
   std::string line;
   Fields fields;
@@ -99,7 +102,8 @@ void VRDTraverseDataCollcetion::read(std::istream& stream) {
     } else {
       throw DataException(Messages::tr("The line %1 is wrong").arg(source.lineNumber()).toStdString());
     }
-    traverseDataList.push_back(std::move(row));
+    rows.push_back(std::move(row));
+    if (look) look(source.lineNumber(), line, fields);
   }
 }
 

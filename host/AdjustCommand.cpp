@@ -20,9 +20,6 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
-// Far beyond what a-priori errors that were set too small explain.
-constexpr double kDoubtfulUnitError = 20.0;
-
 void takeOptions(AdjustOptions const& options, Configure& configure) {
   configure.AdjustMethod = options.method;
   configure.AngleError = options.angleError.value_or(configure.AngleError);
@@ -108,12 +105,6 @@ std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
   return findings;
 }
 
-void tellDoubtfulUnitError(bool hasRedundancy, double unitError) {
-  if (!hasRedundancy || unitError <= kDoubtfulUnitError) return;
-  System::Instance()->sendMessage(
-      "The unit weight error is far above 1: a gross error, or known points that do not fit", Warning);
-}
-
 /// What is worth a look; notes say that nothing is wrong.
 Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
   Json::Value list(Json::arrayValue);
@@ -125,7 +116,6 @@ Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
 
 void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   PlaneAdjustment const& run = *session.job().planeAdjustment();
-  tellDoubtfulUnitError(run.result().hasRedundancy, run.result().unitError);
   PlaneReport const finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
   if (asJson) {
     finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
@@ -137,7 +127,6 @@ void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bo
 
 void reportLiteral(Session& session, bool asJson) {
   AlgorithmAdjust const& result = *session.project().getAlgorithmAdjust();
-  tellDoubtfulUnitError(result.getSummary().hasRedundancy, result.getSummary().unitError);
   AdjustReport const finished(session.file(), session.project().getConfigure(), result,
                               session.job().adjustedNetwork());
   if (asJson) {
@@ -151,7 +140,6 @@ void reportLiteral(Session& session, bool asJson) {
 void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   TraverseReport const finished(session.file(), session.project().getConfigure(),
                                 *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
-  for (QString const& warning : finished.warnings()) System::Instance()->sendMessage(warning, Warning);
   if (!asJson) return printText(finished.text());
   Json::Value json = finished.json();
   json["findings"] = findingsJson(findings);
@@ -180,7 +168,7 @@ int runAdjust(QStringList const& arguments) {
     takeOptions(*options, session.project().getConfigure());
     session.job().setPlaneOptions(planeOptions(*options));
     adjust(session);
-    // Behind the run, so that a refusal stays the one line that it is.
+    // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);

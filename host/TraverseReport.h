@@ -21,17 +21,12 @@ class TraverseReport {
   QString text() const;
   /// All but the messages.
   Json::Value json() const;
-  /// What makes the result doubtful: stations left out, legs without a distance, angles of no polygon.
-  QStringList warnings() const;
 
  private:
   bool closes() const { return summary.hasMisclosure; }
   bool isLeg(std::size_t station) const { return !closes() || station + 1 < stations.size(); }
   double angularMisclosure() const;
   double sumOfLegs() const;
-
-  QStringList leftOut() const;
-  QStringList polygonWarnings() const;
 
   QString headText() const;
   QString stationsText() const;
@@ -48,7 +43,6 @@ class TraverseReport {
 
   QString file;
   Configure const& configure;
-  Network const& network;
   TraverseSummary const& summary;
   std::vector<TraverseInfo> const& stations;
   std::vector<PointInfo> const& points;

@@ -113,6 +113,10 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// edited the lines of the project's network, these are the observations; after edited rows call `reduce` first. The
   /// result is `planeAdjustment`. A `Warning` names the points that nothing checks.
   ///
+  /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
+  /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
+  /// than half a circle.
+  ///
   /// The single traverses and Reading::AsRead work on the network of the project, and their result is the project's
   /// `getAlgorithmAdjust`. Of the two results there is the one of the last run, the other is null. Nothing else in the
   /// library reads them: maps and files show the coordinate list, for which see `takeResults`.

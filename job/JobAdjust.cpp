@@ -44,7 +44,7 @@ void requireAdjustable(detail::JobState const& state) {
 /// The network as the method wants it.
 Network prepared(Network const& network, int method, bool asRead) {
   if (method == kByLeastSquares || asRead) return network;
-  // A failure in the input names a line by its number, and the lines change.
+  // Validated before the lines are changed, so that the number of a reported line is that of the file.
   AlgorithmData().readNetworkData(network, MissingDirection::IsLeftOut);
   return withForwardDistances(turnedCircles(network));
 }
@@ -92,11 +92,15 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
   Project& project = *state.project;
   Configure const& configure = project.getConfigure();
-  if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
-  Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
-  project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
-  state.adjusted = std::move(network);
-  state.planeRun.reset();
+  if (configure.AdjustMethod == kByLeastSquares && !state.asRead) {
+    adjustPlane(state, cancel);
+  } else {
+    Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
+    project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
+    state.adjusted = std::move(network);
+    state.planeRun.reset();
+  }
+  tellDoubts(state);
 }
 
 }  // namespace kvn

@@ -1,13 +1,13 @@
 // Opening: the bytes of a file of any kind into a project.
 #include "adjust/AlgorithmData.h"
+#include "adjust/input/Unobserved.h"
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/CarefulCosaCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/FieldTextCheck.h"
 #include "formats/LQFTraverseDataCollection.h"
-#include "formats/VRDTraverseDataCollcetion.h"
 #include "formats/detail/PointText.h"
+#include "formats/detail/TraverseReading.h"
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
@@ -16,7 +16,6 @@
 #include <utils/ByteStream.h>
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
-#include <utils/QLogicError.h>
 
 #include <QFileInfo>
 #include <QTextCodec>
@@ -52,22 +51,25 @@ void readJob(Project& project, QString const& path, std::string const& bytes) {
   takeKnownStations(project);
 }
 
-void readTraverse(Project& project, QString const& path, std::string const& bytes) {
-  VRDTraverseDataCollcetion rows;
+FieldTextCheck readTraverse(Project& project, QString const& path, std::string const& bytes) {
+  detail::InspectedTraverse rows;
   utils::ByteStream stream(bytes);
   readNamingTheLine(rows, stream);
-  if (rows.getTraverseDataList().empty()) throw QLogicError(System::tr("The import file data is empty"));
-  try {
-    project.readContents(path, bytes);  // again, so that the project knows its file
-  } catch (std::bad_alloc const&) {
-    throw;  // says nothing about the rows
-  } catch (std::exception const&) {
-    // The library pairs the faces by their places: it may refuse rows that are good.
-    project.setFileType(Project::VrdFile);
-    project.setVerticalAngleType(FullCircleZenith);
-    project.setName(path);
+  // Not `readContents`: its pairing of the faces by their places may refuse rows that are good.
+  project.importTraverseRows(path, std::move(rows.getTraverseDataList()));
+  return std::move(rows.text);
+}
+
+/// A station whose coordinates are given, and which nothing is observed from or to, may have a misspelt name.
+void tellUnobserved(Network const& network) {
+  NameIndex observed;
+  for (NetworkDataInfo const& line : network.lines) {
+    observed.numberOf(line.start_name);
+    observed.numberOf(line.end_name);
   }
-  project.setTraverseDataList(std::move(rows.getTraverseDataList()));
+  std::vector<PointInfo> known(network.knownPoints.size());
+  for (std::size_t i = 0; i < known.size(); ++i) known[i].name = network.knownPoints[i].name;
+  detail::warnOfLeftOut(known, observed);
 }
 
 /// A project file tells neither which sights have no readings nor which stations of a job have coordinates.
@@ -96,34 +98,25 @@ void readProject(Project& project, QString const& path, std::string const& bytes
   restoreMarks(project);
 }
 
-void readRows(Project& project, QString const& path, std::string const& bytes) {
-  QString const kind = suffixOf(path);
-  if (kind == "lqf") {
-    readJob(project, path, bytes);
-  } else if (kind == "txt") {
-    readTraverse(project, path, bytes);
-  } else {
-    readProject(project, path, bytes);
-  }
-  project.checkVRDData();
-}
-
-FieldTextCheck inspectText(Project const& project, QString const& path, std::string const& bytes) {
-  if (suffixOf(path) == "kvn") return detail::inspectProjectFile(path, bytes);
-  utils::ByteStream stream(bytes);
-  return suffixOf(path) == "lqf" ? inspectJobText(stream, project.getTraverseDataList()) : inspectTraverseText(stream);
-}
-
 /// Takes in a traverse file, an instrument job file or a project file. Stations of a job that have coordinates are
 /// known. A project file may hold a network or coordinates in place of rows.
 OpenedFile takeFieldJob(Project& project, QString const& path, std::string const& bytes) {
   OpenedFile opened;
-  bool const isProject = suffixOf(path) == "kvn";
-  if (isProject) opened.text = inspectText(project, path, bytes);  // a reader would say less of what is wrong
-  readRows(project, path, bytes);
-  if (!isProject) opened.text = inspectText(project, path, bytes);
+  QString const kind = suffixOf(path);
+  if (kind == "txt") {
+    opened.text = readTraverse(project, path, bytes);
+  } else if (kind == "lqf") {
+    readJob(project, path, bytes);
+    utils::ByteStream stream(bytes);
+    opened.text = inspectJobText(stream, project.getTraverseDataList());
+  } else {
+    opened.text = detail::inspectProjectFile(path, bytes);  // a reader would say less of what is wrong
+    readProject(project, path, bytes);
+  }
+  project.checkVRDData();
   if (project.getTraverseDataList().empty()) return opened;
   opened.takeReduction(reduceField(project.getTraverseDataList()), project);
+  if (kind == "txt") tellUnobserved(project.getNetwork());
   return opened;
 }
 

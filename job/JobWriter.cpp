@@ -186,7 +186,7 @@ void writeNetwork(JobState const& state, QString const& path) {
   writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
-/// A project file tells a direction of 0 from none by nothing.
+/// A project file cannot distinguish a direction of 0 from a missing one.
 void requireDirections(QString const& path, Network const& network) {
   for (NetworkDataInfo const& line : network.lines) {
     if (line.horizontalAngleFlag) continue;

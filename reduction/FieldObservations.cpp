@@ -1,4 +1,5 @@
 // From the rounds of a field book to observations, each set-up by itself.
+#include "adjust/input/PointNumbers.h"
 #include "reduction/detail/FieldRounds.h"
 
 #include <map>
@@ -15,18 +16,7 @@ class ObservationList {
  public:
   PlaneNetwork network;
 
-  int numberOf(std::string const& name) {
-    int const number = names.numberOf(name);
-    if (number == static_cast<int>(network.points.size())) network.points.push_back({name});
-    return number;
-  }
-
-  void addKnown(KnownPoint const& known) {
-    PlaneNetwork::Point& point = network.points[static_cast<std::size_t>(numberOf(known.name))];
-    point.x = known.x;
-    point.y = known.y;
-    point.isKnown = true;
-  }
+  void addKnown(KnownPoint const& known) { numbers.addKnown(known); }
 
   void addOccupation(FieldStation const& station, Rounds const& rounds) {
     // Rounds by the names of their targets, in the order of the first ones.
@@ -52,7 +42,7 @@ class ObservationList {
   void addSet(FieldStation const& station, Rounds const& rounds) {
     FieldRound const& first = *rounds.front();
     auto const setUp = static_cast<int>(network.setUps.size());
-    network.setUps.push_back({numberOf(station.name), Origin{0, static_cast<int>(first.occupation)}});
+    network.setUps.push_back({numbers[station.name], Origin{0, static_cast<int>(first.occupation)}});
     std::vector<CircleMean> means(first.targets.size());
     std::vector<int> readings(first.targets.size(), 0);
     for (FieldRound const* round : rounds) {
@@ -67,7 +57,7 @@ class ObservationList {
       }
     }
     for (std::size_t i = 0; i < means.size(); ++i) {
-      int const target = numberOf(first.names.names()[i]);
+      int const target = numbers[first.names.names()[i]];
       Origin const origin{0, static_cast<int>(first.targets[i].firstRow)};
       network.directions.push_back({setUp, target, utils::onCircle(means[i].value()), 0.0, readings[i], origin});
     }
@@ -83,7 +73,7 @@ class ObservationList {
         auto const number = static_cast<std::size_t>(targets.numberOf(name));
         if (number == distances.size()) {
           Origin const origin{0, static_cast<int>(measured.row)};
-          distances.push_back({numberOf(station.name), numberOf(name), 0.0, 0.0, 0, origin});
+          distances.push_back({numbers[station.name], numbers[name], 0.0, 0.0, 0, origin});
         }
         distances[number].value += measured.sum / measured.count * measured.rounds();
         distances[number].rounds += measured.rounds();
@@ -95,7 +85,7 @@ class ObservationList {
     }
   }
 
-  NameIndex names;
+  PointNumbers numbers{network.points};
 };
 
 }  // namespace

@@ -18,18 +18,15 @@ namespace kvn::detail {
 namespace {
 
 using utils::kSecondsPerRadian;
-// A distance between known points is suspected from here on, in its a-priori errors, as all other observations are.
+// A distance between known points is suspected from here on, in its a-priori errors: as every observation of a network
+// that is not very large.
 constexpr double kCritical = 5.0;
-// An observation that so small a share of its errors would show in its residual is not checked by the others.
-constexpr double kUncheckedShare = 1e-4;
 // Pivots of the normal equations, in metres and with equal weights, as a share of their diagonal elements, below which
 // a motion counts as not felt; the second when the system has failed and the first finds nothing.
 constexpr double kWeakness = 1e-10;
 constexpr double kWeaknessOfFailure = 1e-8;
 // The centre of a turn is a point's place when it lies this near, as a share of the distance to what turns.
 constexpr double kAtPoint = 1e-3;
-// As the iteration of the calculators; metres.
-constexpr double kSettledMove = 0.01;
 
 }  // namespace
 
@@ -73,9 +70,9 @@ void PlaneEngine::findSuspects(Coordinates const& about, bool improveStart) {
     loosened.known = 0;
   }
   NumberedNetwork const& judged = held.empty() ? network : loosened;
-  if (improveStart && !detail::settles(judged, places, kSettledMove, poll, held)) {
+  if (improveStart && !detail::settles(judged, places, kCalculatorMove, poll, held)) {
     std::vector<Place> const better = searched();
-    if (!better.empty() && detail::settles(judged, better, kSettledMove, poll, held)) {
+    if (!better.empty() && detail::settles(judged, better, kCalculatorMove, poll, held)) {
       for (int n = network.known; n < network.points; ++n) {
         place(xy, n, better[index(n)].real(), better[index(n)].imag());
       }

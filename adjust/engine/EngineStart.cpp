@@ -97,7 +97,7 @@ bool PlaneEngine::searchRemainingPoints(bool tellsLeft) {
 
 /// A walk hands its errors on from station to station: where two fronts of it meet far from the known points, it is off
 /// by more than the iteration can take.
-bool PlaneEngine::settles() {
+bool PlaneEngine::tryToSettle() {
   if (redundancy() < 0) return false;
   int const rounds = std::min(iterationLimit, attemptRounds(unknowns()));
   start = xy;

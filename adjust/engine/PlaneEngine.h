@@ -30,11 +30,14 @@ namespace kvn::detail {
 /// Known points are held by weight, so that the numbering does not depend on which points are known, and a known point
 /// with an error of its own is no other case than a fixed one.
 ///
-/// Its owner fills the input, calls `prepare`, then `placePoints`, `settles` or `iterateUpTo`, `invert`.
+/// Its owner fills the input, calls `prepare`, then `placePoints`, `tryToSettle` or `iterateUpTo`, `invert`.
 class PlaneEngine {
  public:
   /// 1e20 is a standard error of 1e-10 m: far below a millimetre, and still far from overflow in the products.
   static constexpr double kFixedWeight = 1e20;
+
+  /// The stopping rule of the calculators, metres.
+  static constexpr double kCalculatorMove = 0.01;
 
   enum class Outcome { Settled, Unsettled, Singular };
   enum class Walk { ByDistances, ByTriangles };
@@ -56,7 +59,8 @@ class PlaneEngine {
   std::vector<NumberedNetwork::Line> controlLines;
   bool countControlLines = false;
 
-  double smallestMove = 0.01;  ///< no coordinate moves by more when the iteration ends, metres; exactly this ends it
+  double smallestMove =
+      kCalculatorMove;         ///< no coordinate moves by more when the iteration ends, metres; exactly this ends it
   int iterationLimit = 10000;  ///< rounds
   int sparseFrom = kSparseFrom;
   bool isDamped = false;  ///< steps that would make the sum of squares larger are shortened
@@ -94,7 +98,7 @@ class PlaneEngine {
   bool placePoints(Walk walk);
   /// An attempt without the searches that take long, from `xy`. Most networks settle in a few rounds. False leaves `xy`
   /// anywhere.
-  bool settles();
+  bool tryToSettle();
 
   // ---- Iteration.
   Outcome iterateUpTo(int rounds);

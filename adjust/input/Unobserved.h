@@ -24,4 +24,9 @@ inline void warnOfUnobserved(std::vector<PointInfo> const& knownPoints, NameInde
   if (!names.isEmpty()) Messages::send(text.arg(listedNames(names)), Warning);
 }
 
+/// Of those that the adjustment of a plane network leaves out.
+inline void warnOfLeftOut(std::vector<PointInfo> const& knownPoints, NameIndex const& observed) {
+  warnOfUnobserved(knownPoints, observed, Messages::tr("Known points without an observation are left out: %1"));
+}
+
 }  // namespace kvn::detail

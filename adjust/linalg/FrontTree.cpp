@@ -1,5 +1,7 @@
 #include "adjust/linalg/FrontTree.h"
 
+#include "adjust/linalg/Index.h"
+
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -7,7 +9,7 @@
 namespace kvn::sparse {
 namespace {
 
-std::size_t index(int i) { return static_cast<std::size_t>(i); }
+using detail::index;
 
 /// Children of each node of a forest, ascending; the last list holds the roots.
 std::vector<std::vector<int>> childrenOf(std::vector<int> const& parents) {

@@ -75,15 +75,19 @@ class SparseSystem : public NormalEquations {
 
   void clear() override {
     cholesky.clear();
+    apart.clear();
+    isFactored = false;
     std::fill(right.begin(), right.end(), 0.0);
   }
 
   void add(int i, int j, double value) override { cholesky.add(i, j, value); }
 
   bool factor(Poll const& poll) override {
+    takeApart(poll);
     // 2^-53, the largest p with p + 1.0 == 1.0.
     double const least = soundness.rule == PivotRule::ChangesOne ? 0.5 * std::numeric_limits<double>::epsilon() : 0.0;
-    return cholesky.factor({least, 1.0 / soundness.lostPivot}, poll);
+    isFactored = cholesky.factor({least, 1.0 / soundness.lostPivot}, poll);
+    return isFactored;
   }
 
   std::vector<double> solved(std::vector<double> b, Poll const& poll) const override {
@@ -109,11 +113,18 @@ class SparseSystem : public NormalEquations {
     cholesky.addEquation(a, at, count, p);
   }
 
+  void addAnyEquation(double const* a, int const* at, int count, double p, double l) override {
+    if (cholesky.holdsAll(at, count)) return addEquation(a, at, count, p, l);
+    for (int r = 0; r < count; ++r) addRight(at[r], -p * a[r] * l);
+    apart.push_back({{a, a + count}, {at, at + count}, p});
+  }
+
   double inverse(int i, int j) const override { return cholesky.inverse(i, j); }
 
   double cofactor(double const* a, int const* at, int count) const override { return cholesky.cofactor(a, at, count); }
 
   double anyCofactor(double const* a, int const* at, int count) const override {
+    if (!isFactored) return cholesky.cofactor(a, at, count) + cofactorApart(a, at, count);
     if (cholesky.holdsAll(at, count)) return cholesky.cofactor(a, at, count);
     std::vector<double> x(index(cholesky.unknowns()), 0.0);
     for (int r = 0; r < count; ++r) x[index(at[r])] += a[r];
@@ -127,8 +138,46 @@ class SparseSystem : public NormalEquations {
   SparseSystem(sparse::SparseCholesky system, Soundness limits)
       : NormalEquations(index(system.unknowns())), soundness(limits), cholesky(std::move(system)) {}
 
+  /// An equation of unknowns that no clique brings together.
+  struct Equation {
+    std::vector<double> a;
+    std::vector<int> at;
+    double p;
+  };
+
+  /// All at once, so that the elements find their places only once.
+  void takeApart(Poll const& poll) {
+    if (apart.empty()) return;
+    std::vector<sparse::Clique> pairs;
+    for (Equation const& equation : apart) {
+      for (int const i : equation.at) {
+        for (int const j : equation.at) pairs.push_back({i, j, -1});
+      }
+    }
+    cholesky = cholesky.withPairs(std::move(pairs), poll);
+    for (Equation const& equation : apart) {
+      cholesky.addEquation(equation.a.data(), equation.at.data(), static_cast<int>(equation.at.size()), equation.p);
+    }
+    apart.clear();
+  }
+
+  double cofactorApart(double const* a, int const* at, int count) const {
+    double sum = 0.0;
+    for (Equation const& equation : apart) {
+      double product = 0.0;
+      for (int r = 0; r < count; ++r) {
+        for (std::size_t k = 0; k < equation.at.size(); ++k)
+          product += equation.at[k] == at[r] ? a[r] * equation.a[k] : 0.0;
+      }
+      sum += equation.p * product * product;
+    }
+    return sum;
+  }
+
   Soundness soundness;
   sparse::SparseCholesky cholesky;
+  std::vector<Equation> apart;  // since the last factorisation
+  bool isFactored = false;
 };
 
 }  // namespace

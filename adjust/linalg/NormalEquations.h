@@ -39,6 +39,11 @@ class NormalEquations {
   void addRight(int i, double value) { right[static_cast<std::size_t>(i)] += value; }
   /// Adds the error equation v = a x + l with the weight p: `count` unknowns, whose numbers stand in `at`.
   virtual void addEquation(double const* a, int const* at, int count, double p, double l);
+  /// The same for blocks that need not meet. A sparse system grows by their elements when it is factored next, and
+  /// keeps them when it is cleared.
+  virtual void addAnyEquation(double const* a, int const* at, int count, double p, double l) {
+    addEquation(a, at, count, p, l);
+  }
 
   /// False for a singular system.
   virtual bool factor(Poll const& poll) = 0;
@@ -52,7 +57,8 @@ class NormalEquations {
   virtual double inverse(int i, int j) const = 0;
   /// Variance factor a Q a' of a function of `count` unknowns, whose numbers stand in `at` and whose blocks meet.
   virtual double cofactor(double const* a, int const* at, int count) const;
-  /// The same for blocks that need not meet: a system is solved where they do not.
+  /// The same for blocks that need not meet: a system is solved where they do not. Of N and not of Q as long as nothing
+  /// has been factored.
   virtual double anyCofactor(double const* a, int const* at, int count) const { return cofactor(a, at, count); }
   /// The elements of Q of `count` unknowns whose blocks meet, row by row into q[count * count].
   virtual void block(int const* at, int count, double* q) const;

@@ -137,8 +137,8 @@ void SparseCholesky::clear() {
 }
 
 void SparseCholesky::add(int i, int j, double value) {
-  Slot const place = slot(i, j);
-  if (place.exists) values[place.at] += value;
+  Slot const element = slot(i, j);
+  if (element.exists) values[element.at] += value;
 }
 
 /// Calls visit(r, c, index of the element (at[r], at[c])) for each pair of unknowns once, c up to r, if it has an
@@ -186,6 +186,22 @@ void SparseCholesky::visitColumn(int place, Visit visit) const {
     std::size_t const other = index(laterGroups[p]);
     for (int row = groupFirst[other]; row < groupFirst[other + 1]; ++row) visit(row, at++);
   }
+}
+
+SparseCholesky SparseCholesky::withPairs(std::vector<Clique> pairs, Poll const& poll) const {
+  std::vector<int> unknownAt(placeOf.size());
+  for (int i = 0; i < unknowns(); ++i) unknownAt[index(placeOf[index(i)])] = i;
+  for (int place = 0; place < unknowns(); ++place) {
+    int const column = unknownAt[index(place)];
+    visitColumn(place, [&](int row, std::size_t) { pairs.push_back({column, unknownAt[index(row)], -1}); });
+  }
+  // Each unknown is a block of its own: those with the same neighbours are joined again.
+  SparseCholesky larger(std::vector<int>(placeOf.size(), 1), pairs, {}, poll);
+  for (int place = 0; place < unknowns(); ++place) {
+    int const column = unknownAt[index(place)];
+    visitColumn(place, [&](int row, std::size_t at) { larger.add(column, unknownAt[index(row)], values[at]); });
+  }
+  return larger;
 }
 
 SparseCholesky::FrontColumns SparseCholesky::frontColumns(int f) const {

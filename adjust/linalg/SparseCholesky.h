@@ -30,6 +30,10 @@ class SparseCholesky {
   SparseCholesky& operator=(SparseCholesky&&) = default;
   ~SparseCholesky() = default;
 
+  /// The same elements of N, not factored, in a system that also has those of the pairs of unknowns. Its order of
+  /// elimination is found anew, which takes as long as a factorisation.
+  SparseCholesky withPairs(std::vector<Clique> pairs, Poll const& poll = {}) const;
+
   int unknowns() const { return static_cast<int>(placeOf.size()); }
 
   /// All elements become 0.

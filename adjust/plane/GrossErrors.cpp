@@ -14,7 +14,7 @@ namespace {
 // Beyond this many standard errors lie 6 of 10 million good observations.
 constexpr double kLeastCritical = 5.0;
 constexpr int kPlainRounds = 15;
-// As many as come to rest slowly, and few where each takes seconds.
+// Round limit of an attempt: 200, down to 20 where a round takes seconds.
 constexpr int kManyRounds = 200;
 constexpr int kFewRounds = 20;
 constexpr int kRoundsTimesUnknowns = 2000000;
@@ -24,8 +24,6 @@ constexpr int kTestRounds = 40;
 constexpr double kSameScale = 1.01;
 // Weight of a suspect against its own: it decides where nothing else does.
 constexpr double kSuspectWeight = 1e-8;
-// An observation that so small a share of its errors would show in its residual is not checked by the others.
-constexpr double kUnchecked = 1e-4;
 constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
 // A median of fewer observations may be that of gross errors.
 constexpr std::size_t kFewOfAKind = 20;
@@ -115,7 +113,7 @@ class Fit {
     for (std::size_t i = 0; i < size(); ++i) {
       double const share = result[i] / (equations[i].error * equations[i].error);
       double const checked = isSuspect[i] ? 1.0 + share : 1.0 - share;
-      result[i] = checked < kUnchecked ? 0.0 : normalised(i) / std::sqrt(checked);
+      result[i] = checked < kUncheckedShare ? 0.0 : normalised(i) / std::sqrt(checked);
       if (!isSuspect[i] && result[i] > 0.0) (i < firstDistance ? ofDirections : ofDistances).push_back(result[i]);
     }
     std::vector<double> all = ofDirections;

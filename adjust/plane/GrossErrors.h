@@ -29,6 +29,9 @@ struct HeldCoordinate {
   double error;  ///< standard error, metres, above 0
 };
 
+/// An observation of whose errors a smaller share than this shows in its residual is not checked by the others.
+constexpr double kUncheckedShare = 1e-4;
+
 /// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
 /// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
 double criticalTest(std::size_t observations);

@@ -54,15 +54,16 @@ class PolarSystem {
       }
       findFree();
     }
-    cholesky.solve(right, poll);
+    std::vector<double> solution = right;
+    cholesky.solve(solution, poll);
     double largestMove = 0.0;
     for (std::size_t n = index(known); n < places.size(); ++n) {
-      Place const before = std::exchange(places[n], origin + Place(right[2 * n], right[2 * n + 1]));
+      Place const before = std::exchange(places[n], origin + Place(solution[2 * n], solution[2 * n + 1]));
       largestMove = std::max(largestMove, std::abs(places[n] - before));
     }
     for (std::size_t s = 0; s < turns.size(); ++s) {
       std::size_t const at = 2 * (places.size() + s);
-      turns[s] = Place(right[at], right[at + 1]) / length;
+      turns[s] = Place(solution[at], solution[at + 1]) / length;
     }
     return largestMove;
   }

@@ -65,6 +65,9 @@ void tellRepeatedObservations(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
 void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
 
+/// Warns of what makes the result of the last adjustment doubtful: a unit weight error far above 1; stations outside a
+/// single traverse, its legs without a distance, angles of no polygon.
+void tellDoubts(JobState const& state);
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.

@@ -96,19 +96,64 @@ TEST(AdjustmentSteps, TellTheCofactorOfPointsThatNoObservationJoins) {
   }
 }
 
+// A host's own distance between two points far apart, 5 cm longer than the others have it. No observation
+// of the input joins the two, so that the sparse pattern has no place for it.
+TEST(AdjustmentSteps, TakeAnObservationOfPointsThatNoOtherJoins) {
+  kvn::AlgorithmData const data = grid(12);
+  std::vector<kvn::PointErrorInfo> points[2];
+  double cofactor[2];
+  for (bool const isSparse : {false, true}) {
+    Steps steps;
+    steps.setSparseFrom(isSparse ? 1 : 100000);
+    steps.readAlgorithmData(data);
+    steps.calculateApproximate();
+    double a[4];
+    int at[4];
+    double const observed = steps.calculateCD(4, 143, a, at) + 0.05;
+    for (double limit = 1.0; limit > 0.01;) {
+      steps.calculateBTPB();
+      steps.holdKnownPoints(4);
+      double const distance = steps.calculateCD(4, 143, a, at);
+      steps.calculateBTPBi(a, at, 1e6, distance - observed, 4);
+      limit = steps.calculateDx();
+    }
+    steps.calculateUnitError();
+    steps.calculateMxMy();
+    points[isSparse] = steps.getPointErrorInfo();
+    cofactor[isSparse] = steps.calculateQQ(a, at);
+    // It counts: with a weight of 1e6 the distance is known to better than 1 mm.
+    EXPECT_GT(cofactor[isSparse], 1e-8);
+    EXPECT_LT(cofactor[isSparse], 1e-6);
+  }
+  // A condition of 1e6 takes six of sixteen digits.
+  EXPECT_NEAR(cofactor[1] / cofactor[0], 1.0, 1e-9);
+  for (std::size_t p = 4; p < points[0].size(); ++p) {
+    EXPECT_NEAR(points[1][p].x, points[0][p].x, 1e-9);
+    EXPECT_NEAR(points[1][p].y, points[0][p].y, 1e-9);
+    EXPECT_NEAR(points[1][p].mx / points[0][p].mx, 1.0, 1e-9);
+  }
+}
+
+// Of points that observations join, and of points that none does.
 TEST(AdjustmentSteps, BeginWithNormalEquationsOfZeros) {
-  kvn::AlgorithmData const data = grid(5);
+  kvn::AlgorithmData const data = grid(12);
   double const a[4] = {1.0, 1.0, 1.0, 1.0};
-  int const at[4] = {8, 9, 10, 11};
-  Steps steps;
-  steps.readAlgorithmData(data);
-  EXPECT_EQ(steps.calculateQQ(a, at), 0.0);
-  EXPECT_THROW(steps.calculateDx(), kvn::AlgorithmException);  // zeros have no inverse
-  // An observation alone: element (8, 9) is p a a.
-  Steps alone;
-  alone.readAlgorithmData(data);
-  alone.calculateBTPBi(a, at, 4.0, 0.0, 4);
-  EXPECT_EQ(alone.calculateQQ(a, at), 64.0);
+  for (int const other : {10, 286}) {
+    for (bool const isSparse : {false, true}) {
+      int const at[4] = {8, 9, other, other + 1};
+      Steps steps;
+      steps.setSparseFrom(isSparse ? 1 : 100000);
+      steps.readAlgorithmData(data);
+      EXPECT_EQ(steps.calculateQQ(a, at), 0.0);
+      EXPECT_THROW(steps.calculateDx(), kvn::AlgorithmException);  // zeros have no inverse
+      // An observation alone: element (8, 9) is p a a.
+      Steps alone;
+      alone.setSparseFrom(isSparse ? 1 : 100000);
+      alone.readAlgorithmData(data);
+      alone.calculateBTPBi(a, at, 4.0, 0.0, 4);
+      EXPECT_EQ(alone.calculateQQ(a, at), 64.0);
+    }
+  }
 }
 
 TEST(AdjustmentSteps, RunOutOfNumbersWithTheTable) {

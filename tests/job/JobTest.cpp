@@ -91,6 +91,20 @@ TEST_F(JobInFolder, AdjustsASingleTraverseByTheSettings) {
   EXPECT_TRUE(job.project()->getAlgorithmAdjust()->getTraverseSummary().hasMisclosure) << "the earlier result stays";
 }
 
+TEST_F(JobInFolder, WarnsOfADoubtfulResultAtTheEnd) {
+  std::string network = test::kFirstNetwork;
+  network.replace(network.find("141.43"), 6, "151.43");
+  QString const file = written("doubtful.in2", network);
+  for (Job::Reading const reading : {Job::Reading::Careful, Job::Reading::AsRead}) {
+    job.open(file, reading);
+    host.messages.clear();
+    job.adjust();
+    ASSERT_FALSE(host.messages.empty());
+    EXPECT_EQ(host.messages.back().first,
+              "The unit weight error is far above 1: a gross error, or known points that do not fit");
+  }
+}
+
 TEST_F(JobInFolder, TellsProgressAndEndsWhenTheHostSaysSo) {
   job.open(test::samplePath("net_charamza1990_p238.in2"));
   int calls = 0;

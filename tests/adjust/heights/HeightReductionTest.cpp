@@ -1,6 +1,6 @@
 // From field-book rows to height differences.
-#include "HeightRows.h"
-#include "adjust/input/MergeViews.h"
+#include "adjust/heights/HeightRows.h"
+#include "adjust/heights/MergeViews.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "adjust/TriangleHeightDataRead.h"
 
 #include "adjust/NameIndex.h"
+#include "adjust/heights/MergeViews.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/input/EraseStepping.h"
-#include "adjust/input/MergeViews.h"
 #include "adjust/input/Missing.h"
 #include "adjust/input/PairIndex.h"
 #include "adjust/linalg/Index.h"

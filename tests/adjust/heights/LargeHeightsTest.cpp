@@ -1,5 +1,5 @@
 // Heights with a full and with a sparse matrix, and networks that only the sparse one can take.
-#include "HeightRows.h"
+#include "adjust/heights/HeightRows.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>

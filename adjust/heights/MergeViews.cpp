@@ -1,4 +1,4 @@
-#include "adjust/input/MergeViews.h"
+#include "adjust/heights/MergeViews.h"
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/LiveList.h"

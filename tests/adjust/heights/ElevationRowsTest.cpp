@@ -1,5 +1,5 @@
 // Field-book readings on a full circle become elevations that the height reduction can take, or sights.
-#include "HeightRows.h"
+#include "adjust/heights/HeightRows.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,5 +1,5 @@
 // Adjusted heights against published figures and a hand computation.
-#include "HeightRows.h"
+#include "adjust/heights/HeightRows.h"
 #include "support/Support.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,81 @@
+// What makes the result of an adjustment doubtful, though it came to an end.
+#include "adjust/AlgorithmAdjust.h"
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/detail/JobSteps.h"
+
+#include <utils/Circle.h>
+#include <utils/Degree.h>
+
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace kvn {
+namespace {
+
+// Configure::AdjustMethod
+constexpr int kMethodOfLeastSquares = 0;
+constexpr int kMethodOfPolygon = 3;
+
+// Far beyond what a-priori errors that were set too small explain.
+constexpr double kDoubtfulUnitError = 20.0;
+
+QStringList doubtsOfUnitError(bool hasRedundancy, double unitError) {
+  if (!hasRedundancy || unitError <= kDoubtfulUnitError) return {};
+  return {"The unit weight error is far above 1: a gross error, or known points that do not fit"};
+}
+
+/// Stations of the network that the chain does not come to.
+QStringList leftOut(std::vector<TraverseInfo> const& chain, Network const& network) {
+  std::unordered_set<std::string> told;
+  for (TraverseInfo const& station : chain) told.insert(station.stationPoint.name);
+  QStringList names;
+  for (NetworkDataInfo const& line : network.lines) {
+    if (told.insert(line.start_name).second) names.append(recordText(line.start_name));
+  }
+  return names;
+}
+
+QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& network, int method) {
+  QStringList list;
+  std::vector<TraverseInfo> const& chain = adjustment.getTraverseAdjustInfoList();
+  TraverseSummary const& summary = adjustment.getTraverseSummary();
+  QStringList const names = leftOut(chain, network);
+  if (!names.isEmpty()) list << QString("Stations outside the traverse are left out: %1").arg(names.join(", "));
+  // The last station of a traverse with a misclosure looks to a known point, or back to the first.
+  std::size_t const legs = summary.hasMisclosure && !chain.empty() ? chain.size() - 1 : chain.size();
+  for (std::size_t i = 0; i < legs; ++i) {
+    if (chain[i].distance != 0.0) continue;
+    list << QString("The leg from %1 to %2 has no distance and counts as 0")
+                .arg(recordText(chain[i].stationPoint.name), recordText(chain[i].forePoints.front().name));
+  }
+  // No faults of observing add up to a half circle, but outer angles are off by a full one.
+  double const misclosure = -summary.angleCorrection * static_cast<double>(chain.size());
+  if (method == kMethodOfPolygon && std::abs(misclosure) > utils::kPi) {
+    std::string const angle = utils::Degree(misclosure * (180.0 / utils::kPi)).toUtf8(utils::DDRMMRSS, 2);
+    list << QString("The angles are off by %1; the stations must go around counter-clockwise")
+                .arg(QString::fromStdString(angle));
+  }
+  return list;
+}
+
+QStringList doubtsOf(detail::JobState const& state) {
+  if (state.planeRun != nullptr) {
+    return doubtsOfUnitError(state.planeRun->result().hasRedundancy, state.planeRun->result().unitError);
+  }
+  AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
+  int const method = state.project->getConfigure().AdjustMethod;
+  if (method != kMethodOfLeastSquares) return doubtsOfTraverse(adjustment, state.adjusted, method);
+  return doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
+}
+
+}  // namespace
+
+void detail::tellDoubts(JobState const& state) {
+  for (QString const& text : doubtsOf(state)) sendWarning(text);
+}
+
+}  // namespace kvn
