@@ -126,6 +126,7 @@ PlaneResult const& PlaneAdjustment::adjust() {
   own->takeResults();
   own->judge();
   if (own->settings.leavesOutSuspects) own->leaveOutSuspects();
+  own->findTwins();
   return own->result;
 }
 
