@@ -97,6 +97,7 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
   state.adjusted = std::move(network);
   state.planeRun.reset();
+  state.runFindings.clear();
 }
 
 }  // namespace kvn
