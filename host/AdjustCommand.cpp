@@ -2,6 +2,7 @@
 #include "AdjustReport.h"
 #include "Commands.h"
 #include "Failures.h"
+#include "FindingsText.h"
 #include "Options.h"
 #include "Output.h"
 #include "PlaneReport.h"
@@ -101,11 +102,19 @@ void saveResults(Session& session, QString const& path) {
   session.job().save(path);
 }
 
-/// By line, but for what the adjustment itself has told.
+/// What the run has not told itself; what may cost most first, then by line.
 std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
   auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
   sortFindings(findings);
+  sortByCost(findings);
   return findings;
+}
+
+std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<FieldFinding> const& beside) {
+  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun);
+  all.insert(all.end(), beside.begin(), beside.end());
+  sortByCost(all);
+  return all;
 }
 
 void tellDoubtfulUnitError(bool hasRedundancy, double unitError) {
@@ -125,12 +134,11 @@ Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
 
 void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   PlaneAdjustment const& run = *session.job().planeAdjustment();
-  tellDoubtfulUnitError(run.result().hasRedundancy, run.result().unitError);
   PlaneReport const finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
   if (asJson) {
     finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
   } else {
-    finished.writeText(printBytes);
+    finished.writeText(findings, printBytes);
   }
   finishPrinting();
 }
@@ -152,7 +160,7 @@ void reportTraverse(Session& session, std::vector<FieldFinding> const& findings,
   TraverseReport const finished(session.file(), session.project().getConfigure(),
                                 *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
   for (QString const& warning : finished.warnings()) System::Instance()->sendMessage(warning, Warning);
-  if (!asJson) return printText(finished.text());
+  if (!asJson) return printText(finished.text(findingsText(findings)));
   Json::Value json = finished.json();
   json["findings"] = findingsJson(findings);
   json["messages"] = session.messages().take();
@@ -185,6 +193,7 @@ int runAdjust(QStringList const& arguments) {
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
     bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
+    if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
     report(session, findings, options->json);
     return saved ? Done : Refused;
   });
