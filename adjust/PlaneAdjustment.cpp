@@ -163,6 +163,7 @@ void PlaneAdjustment::Data::finish() {
   takeResults();
   judge();
   if (settings.leavesOutSuspects) leaveOutSuspects();
+  findTwins();
   isAdjusted = true;
 }
 

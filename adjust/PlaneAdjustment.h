@@ -96,7 +96,15 @@ struct PlaneLeftOut {
   double largestMove = 0.0;     ///< of a coordinate, metres
 };
 
-/// A known point, tested when the residuals as a whole are too large: would it fit if it were free?
+/// Two points that lie where one could: within what the a-priori errors allow, and nothing is observed between them.
+/// Often one point under two names. At least one of them is not fixed.
+struct PlaneTwins {
+  std::size_t first = 0;  ///< numbers in the network
+  std::size_t second = 0;
+  double apart = 0.0;  ///< metres, up to 0.1
+};
+
+/// A known point, tested: would it fit if it were free?
 struct PlaneControl {
   std::size_t point = 0;      ///< number in the network
   bool isDetermined = false;  ///< false where the network has no datum without it; nothing can be said then
@@ -134,10 +142,13 @@ struct PlaneResult {
   std::vector<PlaneObservation> distances;
   std::vector<PlaneAlternative> alternatives;  ///< to the suspects
   std::vector<PlaneLeftOut> leftOut;           ///< in the order in which they were left out
-  std::vector<PlaneControl> control;           ///< empty unless the residuals as a whole are too large
-  std::vector<std::size_t> suspectedControl;   ///< points: the one that does not fit or, of several, one of them
+  /// Of each known point where its coordinates are observations; of fixed ones where the residuals as a whole are too
+  /// large, else empty.
+  std::vector<PlaneControl> control;
+  std::vector<std::size_t> suspectedControl;  ///< points: the one that does not fit or, of several, one of them
   /// Coordinates from which the iteration began, x and y of each point.
   std::vector<std::pair<double, double>> approximate;
+  std::vector<PlaneTwins> twins;  ///< the nearest first
 };
 
 /// Unknowns are x and y of every point and the orientation of every set-up; minimised is the sum of (residual /

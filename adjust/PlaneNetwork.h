@@ -33,8 +33,17 @@ struct PlaneNetwork {
 
   /// The instrument on a point with one position of its circle: one unknown orientation.
   struct SetUp {
+    /// How well repeated measurements agree, whatever the a-priori errors say.
+    struct Scatter {
+      double error =
+          std::numeric_limits<double>::quiet_NaN();  ///< standard deviation of one of them, radians or metres
+      int redundancy = 0;                            ///< of that number; 0 where nothing is repeated
+    };
+
     int station = 0;  ///< point number
     Origin origin = {};
+    Scatter directions = {};  ///< of a direction in one round, the rounds being turned onto their mean
+    Scatter distances = {};   ///< of a distance in one round, over all targets; in the first set-up of a station record
   };
 
   struct Direction {

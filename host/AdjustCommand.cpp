@@ -2,6 +2,7 @@
 #include "AdjustReport.h"
 #include "Commands.h"
 #include "Failures.h"
+#include "FindingsText.h"
 #include "Options.h"
 #include "Output.h"
 #include "PlaneReport.h"
@@ -98,11 +99,19 @@ void saveResults(Session& session, QString const& path) {
   session.job().save(path);
 }
 
-/// By line, but for what the adjustment itself has told.
+/// What the run has not told itself; what may cost most first, then by line.
 std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
   auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
   sortFindings(findings);
+  sortByCost(findings);
   return findings;
+}
+
+std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<FieldFinding> const& beside) {
+  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun);
+  all.insert(all.end(), beside.begin(), beside.end());
+  sortByCost(all);
+  return all;
 }
 
 /// What is worth a look; notes say that nothing is wrong.
@@ -120,7 +129,7 @@ void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bo
   if (asJson) {
     finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
   } else {
-    finished.writeText(printBytes);
+    finished.writeText(findings, printBytes);
   }
   finishPrinting();
 }
@@ -140,7 +149,7 @@ void reportLiteral(Session& session, bool asJson) {
 void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   TraverseReport const finished(session.file(), session.project().getConfigure(),
                                 *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
-  if (!asJson) return printText(finished.text());
+  if (!asJson) return printText(finished.text(findingsText(findings)));
   Json::Value json = finished.json();
   json["findings"] = findingsJson(findings);
   json["messages"] = session.messages().take();
@@ -173,6 +182,7 @@ int runAdjust(QStringList const& arguments) {
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
     bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
+    if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
     report(session, findings, options->json);
     return saved ? Done : Refused;
   });

@@ -50,6 +50,7 @@ void print(Session& session, bool ok, std::vector<FieldFinding> const& findings,
     return;
   }
   Json::Value json;
+  json["version"] = kJsonVersion;
   json["ok"] = ok;
   json["rows"] = json["findings"] = Json::Value(Json::arrayValue);
   for (TraverseDataInfo const& row : session.project().getTraverseDataList()) json["rows"].append(marksOf(row));

@@ -61,6 +61,7 @@ QString HeightsReport::linesText() const {
 
 Json::Value HeightsReport::json() const {
   Json::Value json;
+  json["version"] = kJsonVersion;
   Json::Value& points = json["points"] = Json::Value(Json::arrayValue);
   auto const approximate = result.getTriangleHeightPointInfoH0();
   for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {

@@ -11,7 +11,7 @@ namespace kvn::host {
 
 QString versionLine();
 
-/// What programs ask before they read the JSON of `adjust`: keys are only added to it.
+/// What programs ask before they read the JSON of `adjust`, `show`, `check` or `heights`: keys are only added to it.
 constexpr int kJsonVersion = 2;
 
 /// To standard output. @throws std::runtime_error when it cannot be written, as on a full disk.

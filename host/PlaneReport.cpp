@@ -25,6 +25,8 @@ PlaneReport::PlaneReport(QString path, Configure const& settings, PlaneOptions c
       circlesOfPoint(network.points.size(), 0) {
   // What the run did, whatever the settings of the project say of the literal adjustment.
   configure.LineCalculateExpression = options.distanceForm == ObservationErrors::Form::Sum;
+  controlOfPoint.assign(network.points.size(), nullptr);
+  for (PlaneControl const& control : result.control) controlOfPoint[control.point] = &control;
   std::vector<std::size_t> circleOf(network.setUps.size(), kNowhere);
   for (PlaneNetwork::Direction const& direction : network.directions) {
     circleOf[static_cast<std::size_t>(direction.setUp)] = 0;
@@ -46,6 +48,13 @@ bool PlaneReport::isFixed(std::size_t point) const {
 
 bool PlaneReport::hasErrors() const {
   return result.hasRedundancy || options.unitWeight == PlaneSettings::UnitWeight::APriori;
+}
+
+PlaneControl const* PlaneReport::controlOf(std::size_t point) const { return controlOfPoint[point]; }
+
+bool PlaneReport::isSuspectedControl(std::size_t point) const {
+  bool const isTooLarge = result.hasRedundancy && result.unitError > result.upperBound;
+  return isTooLarge && controlOf(point) != nullptr && controlOf(point)->test > 1.0;
 }
 
 std::size_t PlaneReport::countKnown() const {

@@ -20,8 +20,8 @@ class PlaneReport {
   PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
               PlaneAdjustment const& adjustment);
 
-  /// Head, points, error ellipses, directions, distances: what is looked at first stands first.
-  void writeText(TextSink const& sink) const;
+  /// Head, findings, points, error ellipses, directions, distances: what is looked at first stands first.
+  void writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
   /// The same values with all their digits, and what was found and told beside them.
   void writeJson(Json::Value const& findings, Json::Value const& messages, TextSink const& sink) const;
 
@@ -45,6 +45,9 @@ class PlaneReport {
   bool isFixed(std::size_t point) const;
   /// Whether there are standard errors of the results.
   bool hasErrors() const;
+  bool isWeighted() const { return !isFree() && options.controlError > 0.0; }
+  PlaneControl const* controlOf(std::size_t point) const;
+  bool isSuspectedControl(std::size_t point) const;
   std::size_t countKnown() const;
   std::size_t countStations() const;
   std::vector<Suspicion> suspicions() const;
@@ -62,9 +65,15 @@ class PlaneReport {
   void writeDirectionTable(TextSink const& sink) const;
   void writeDistanceTable(TextSink const& sink) const;
   void writeLeftOutTable(TextSink const& sink) const;
+  void writeControlTable(TextSink const& sink) const;
+  void writeScatterTable(TextSink const& sink) const;
+  QString kindsText() const;
+  std::string stationText(Circle const& circle) const;
 
   Json::Value countsJson() const;
   Json::Value globalTestJson() const;
+  Json::Value byKindJson() const;
+  void writeSetUps(JsonStream& json) const;
   void writeApproximate(JsonStream& json) const;
   void writePoints(JsonStream& json) const;
   void writeMoved(JsonStream& json, std::size_t point) const;
@@ -84,6 +93,7 @@ class PlaneReport {
   PlaneResult const& result;
   std::vector<Circle> circles;
   std::vector<int> circlesOfPoint;  ///< how many a point has
+  std::vector<PlaneControl const*> controlOfPoint;
 };
 
 }  // namespace kvn::host

@@ -39,6 +39,7 @@ void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& mess
   JsonStream json(sink);
   json.beginObject();
   writeApproximate(json);
+  json.member("byKind").value(byKindJson());
   json.member("confidence").number(options.confidence);
   Json::Value settings;
   configure.write(settings);
@@ -57,6 +58,7 @@ void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& mess
   json.member("method").text("least-squares");
   writePoints(json);
   json.member("redundancy").number(result.redundancy);
+  writeSetUps(json);
   writeSuspects(json);
   writeUnchecked(json);
   json.member("unitError").number(result.unitError);
@@ -82,6 +84,36 @@ Json::Value PlaneReport::globalTestJson() const {
   json["value"] = number(result.unitError);
   json["passed"] = result.hasRedundancy ? Json::Value(result.isPassed) : Json::Value();
   return json;
+}
+
+/// In the units of the options and of `configure`.
+Json::Value PlaneReport::byKindJson() const {
+  Json::Value json;
+  json["directions"]["unitError"] = number(result.directionUnitError);
+  json["directions"]["AngleError"] = number(result.directionUnitError * double(configure.AngleError));
+  json["distances"]["unitError"] = number(result.distanceUnitError);
+  json["distances"]["LineFixedError"] = number(result.distanceUnitError * double(configure.LineFixedError));
+  json["distances"]["LineProportionError"] = number(result.distanceUnitError * double(configure.LineProportionError));
+  return json;
+}
+
+/// Those in which something is repeated.
+void PlaneReport::writeSetUps(JsonStream& json) const {
+  json.member("setUps").beginArray();
+  for (Circle const& circle : circles) {
+    PlaneNetwork::SetUp const& setUp = network.setUps[circle.setUp];
+    if (setUp.directions.redundancy + setUp.distances.redundancy == 0) continue;
+    json.beginObject();
+    json.member("directionRedundancy").number(setUp.directions.redundancy);
+    json.member("directionScatter").number(secondsOfRadians(setUp.directions.error));
+    json.member("distanceRedundancy").number(setUp.distances.redundancy);
+    json.member("distanceScatter").number(setUp.distances.error);
+    writeLine(json, setUp.origin.line);
+    json.member("setUp").number(circle.number);
+    json.member("station").text(nameOf(stationOf(circle)));
+    json.endObject();
+  }
+  json.endArray();
 }
 
 void PlaneReport::writeApproximate(JsonStream& json) const {
@@ -120,15 +152,16 @@ void PlaneReport::writePoints(JsonStream& json) const {
 void PlaneReport::writeMoved(JsonStream& json, std::size_t p) const {
   PlaneNetwork::Point const& given = network.points[p];
   if (!given.isKnown || isFree()) return;
-  PlaneControl const* tested = nullptr;
-  for (PlaneControl const& control : result.control) {
-    if (control.point == p) tested = &control;
-  }
-  bool const isSuspected = tested != nullptr && tested->test > 1.0;
-  if (options.controlError == 0.0 && !isSuspected) return;
+  PlaneControl const* const tested = controlOf(p);
+  bool const isSuspected = isSuspectedControl(p);
+  if (!isWeighted() && !isSuspected) return;
   json.member("moved").beginObject();
   json.member("east").number(isSuspected ? tested->east : result.points[p].y - given.y);
   json.member("north").number(isSuspected ? tested->north : result.points[p].x - given.x);
+  if (isWeighted()) {
+    json.member("residualEast").number(result.points[p].y - given.y);
+    json.member("residualNorth").number(result.points[p].x - given.x);
+  }
   json.member("test").number(tested != nullptr ? tested->test : kNoNumber);
   json.endObject();
 }

@@ -1,3 +1,4 @@
+#include "FindingsText.h"
 #include "Format.h"
 #include "PlaneReport.h"
 #include "TextTable.h"
@@ -31,12 +32,15 @@ QString errorsText(Configure const& configure, PlaneOptions const& options) {
 
 }  // namespace
 
-void PlaneReport::writeText(TextSink const& sink) const {
+void PlaneReport::writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const {
   sink(headText().toStdString());
+  sink(findingsText(findings).toStdString());
   writePointTable(sink);
   writeEllipseTable(sink);
   writeDirectionTable(sink);
   writeDistanceTable(sink);
+  writeControlTable(sink);
+  writeScatterTable(sink);
   writeLeftOutTable(sink);
 }
 
@@ -51,8 +55,7 @@ QString PlaneReport::headText() const {
       {"A-priori errors", errorsText(configure, options)},
       {"Redundancy", QString::number(result.redundancy)},
       {"Unit weight error", unitErrorText()},
-      {"By kind", QString("directions %1, distances %2")
-                      .arg(decimals(result.directionUnitError), decimals(result.distanceUnitError))},
+      {"By kind", kindsText()},
       {"Iterations", QString::number(result.iterations)},
   };
   if (isFree()) lines.insert(lines.begin() + 2, {"Datum", "free: the known points are not held"});
@@ -70,6 +73,23 @@ QString PlaneReport::unitErrorText() const {
                            .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
                                 percent(options.confidence));
   return result.isPassed ? text : text + ": fails";
+}
+
+/// Of each kind its unit weight error, and the a-priori error with which it would be 1, unless something is wrong.
+QString PlaneReport::kindsText() const {
+  constexpr double kDoubtful = 20.0;
+  QString directions = "directions " + decimals(result.directionUnitError);
+  if (result.directionUnitError <= kDoubtful) {
+    directions +=
+        QString::fromUtf8(" (%1″ would fit)").arg(decimals(result.directionUnitError * double(configure.AngleError)));
+  }
+  QString distances = ", distances " + decimals(result.distanceUnitError);
+  if (result.distanceUnitError <= kDoubtful) {
+    distances += QString(" (%1 mm + %2 ppm)")
+                     .arg(decimals(result.distanceUnitError * double(configure.LineFixedError)),
+                          decimals(result.distanceUnitError * double(configure.LineProportionError)));
+  }
+  return directions + distances;
 }
 
 void PlaneReport::writePointTable(TextSink const& sink) const {
@@ -112,6 +132,14 @@ void PlaneReport::writeEllipseTable(TextSink const& sink) const {
   writeTitled("Error ellipses (semi-axes)", table, sink);
 }
 
+/// With its number where the station has several.
+std::string PlaneReport::stationText(Circle const& circle) const {
+  int const point = stationOf(circle);
+  std::string const station = utf8Of(nameOf(point));
+  if (circlesOfPoint[static_cast<std::size_t>(point)] <= 1) return station;
+  return station + " (" + std::to_string(circle.number) + ')';
+}
+
 void PlaneReport::writeDirectionTable(TextSink const& sink) const {
   if (circles.empty()) return;
   TextTable table({{"Station", TextTable::Left},
@@ -126,9 +154,7 @@ void PlaneReport::writeDirectionTable(TextSink const& sink) const {
                    {"Distance [m]", TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (Circle const& circle : circles) {
-    int const point = stationOf(circle);
-    std::string station = utf8Of(nameOf(point));
-    if (circlesOfPoint[static_cast<std::size_t>(point)] > 1) station += " (" + std::to_string(circle.number) + ')';
+    std::string const station = stationText(circle);
     for (std::size_t const d : circle.directions) {
       PlaneNetwork::Direction const& direction = network.directions[d];
       PlaneObservation const& adjusted = result.directions[d];
@@ -163,6 +189,59 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
                    markOf(adjusted), metresText(adjusted.adjusted), millimetresText(adjusted.lengthError)});
   }
   writeTitled("Distances", table, sink);
+}
+
+/// Of given coordinates that are observations.
+void PlaneReport::writeControlTable(TextSink const& sink) const {
+  if (!isWeighted() || countKnown() == 0) return;
+  TextTable table({{"Point", TextTable::Left},
+                   {"v north [mm]", TextTable::Right},
+                   {"v east [mm]", TextTable::Right},
+                   {"test", TextTable::Right},
+                   {"", TextTable::Left}});
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    PlaneNetwork::Point const& given = network.points[p];
+    if (!given.isKnown) continue;
+    double const test = controlOf(p) == nullptr ? std::nan("") : controlOf(p)->test;
+    table.addUtf8({utf8Of(given.name), millimetresText(result.points[p].x - given.x),
+                   millimetresText(result.points[p].y - given.y), ratioText(test), test > 1.0 ? "*" : ""});
+  }
+  writeTitled("Known points (v adjusted minus given, test of both coordinates: * above 1, too large)", table, sink);
+}
+
+void PlaneReport::writeScatterTable(TextSink const& sink) const {
+  TextTable table({{"Station", TextTable::Left},
+                   {QString::fromUtf8("directions [″]"), TextTable::Right},
+                   {"f", TextTable::Right},
+                   {"distances [mm]", TextTable::Right},
+                   {"f", TextTable::Right}});
+  PlaneNetwork::SetUp::Scatter directions;
+  PlaneNetwork::SetUp::Scatter distances;
+  int rows = 0;
+  // Of all set-ups together: squares weighted by their redundancies.
+  auto const join = [](PlaneNetwork::SetUp::Scatter& sum, PlaneNetwork::SetUp::Scatter const& one) {
+    if (one.redundancy == 0) return;
+    double const before = sum.redundancy == 0 ? 0.0 : sum.error * sum.error * sum.redundancy;
+    sum.redundancy += one.redundancy;
+    sum.error = std::sqrt((before + one.error * one.error * one.redundancy) / sum.redundancy);
+  };
+  auto const add = [&table](std::string const& name, PlaneNetwork::SetUp::Scatter const& a,
+                            PlaneNetwork::SetUp::Scatter const& b) {
+    table.addUtf8({name, secondsText(secondsOfRadians(a.error)), std::to_string(a.redundancy), millimetresText(b.error),
+                   std::to_string(b.redundancy)});
+  };
+  for (Circle const& circle : circles) {
+    PlaneNetwork::SetUp const& setUp = network.setUps[circle.setUp];
+    if (setUp.directions.redundancy + setUp.distances.redundancy == 0) continue;
+    add(stationText(circle), setUp.directions, setUp.distances);
+    join(directions, setUp.directions);
+    join(distances, setUp.distances);
+    ++rows;
+  }
+  if (rows == 0) return;
+  if (rows > 1) add("together", directions, distances);
+  writeTitled("Scatter between rounds (standard deviation of one round, f its redundancy; no part of the errors above)",
+              table, sink);
 }
 
 void PlaneReport::writeLeftOutTable(TextSink const& sink) const {

@@ -93,6 +93,7 @@ Json::Value toJson(FieldFinding const& finding) {
   for (std::string const& target : finding.targets) json["targets"].append(jsonText(target));
   json["text"] = finding.text.toStdString();
   json["line"] = finding.line > 0 ? Json::Value(finding.line) : Json::Value();
+  json["cost"] = finding.cost > 0.0 ? number(finding.cost) : Json::Value();
   return json;
 }
 

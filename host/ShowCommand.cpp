@@ -115,6 +115,7 @@ QString text(Session& session) {
 Json::Value json(Session& session) {
   Project const& project = session.project();
   Json::Value result;
+  result["version"] = kJsonVersion;
   result["file"] = session.file().toStdString();
   result["fileType"] = static_cast<int>(project.getFileType());
   result["name"] = project.getName().toStdString();

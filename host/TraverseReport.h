@@ -18,7 +18,8 @@ class TraverseReport {
   TraverseReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment, Network const& network);
 
   /// The table of the traverse, a line for each station, and the misclosures.
-  QString text() const;
+  /// @param behindHead  stands between the head and the tables.
+  QString text(QString const& behindHead) const;
   /// All but the messages.
   Json::Value json() const;
 

@@ -16,7 +16,9 @@ QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString
 
 }  // namespace
 
-QString TraverseReport::text() const { return headText() + stationsText() + misclosureText(); }
+QString TraverseReport::text(QString const& behindHead) const {
+  return headText() + behindHead + stationsText() + misclosureText();
+}
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();

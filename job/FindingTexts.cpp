@@ -46,12 +46,14 @@ struct Told {
       ++others;
     } else if (++count <= kNamedPlaces) {
       QString const names = namesOf(finding);
-      places << (names.isEmpty() ? placeOf(finding) : names);
+      QString const place = names.isEmpty() ? placeOf(finding) : names;
+      if (!place.isEmpty()) places << place;
     }
   }
 
   QString line() const {
-    QString told = text + ": " + places.join("; ");
+    QString told = text;
+    if (!places.isEmpty()) told += ": " + places.join("; ");
     if (count > kNamedPlaces) told += QString("; and %1 more").arg(count - kNamedPlaces);
     if (others > 0) told += QString("; and %1 more of this kind").arg(others);
     return told;
@@ -111,6 +113,12 @@ QStringList warningLines(std::vector<FieldFinding> const& findings) {
   QStringList lines;
   for (Told const& told : list) lines << told.line();
   return lines;
+}
+
+void sortByCost(std::vector<FieldFinding>& findings) {
+  std::stable_sort(findings.begin(), findings.end(), [](FieldFinding const& a, FieldFinding const& b) {
+    return std::pair(a.severity, a.cost) > std::pair(b.severity, b.cost);
+  });
 }
 
 void sortFindings(std::vector<FieldFinding>& findings) {

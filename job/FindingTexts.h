@@ -29,6 +29,9 @@ KELVANE_EXPORT QString worded(AlgorithmException const& failure, Network const& 
 /// quote, the first three are told, and how many more there are.
 KELVANE_EXPORT QStringList warningLines(std::vector<FieldFinding> const& findings);
 
+/// What stops the job first, then by what it may cost, the most first; the order of others stays.
+KELVANE_EXPORT void sortByCost(std::vector<FieldFinding>& findings);
+
 /// By line, then by severity; the order of others stays.
 KELVANE_EXPORT void sortFindings(std::vector<FieldFinding>& findings);
 

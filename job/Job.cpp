@@ -150,8 +150,9 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
     if ((sources & RowChecks) != 0) {
       add(opened.placed(inspectRows(project.getTraverseDataList(), opened.reduction)));
     }
-    if ((sources & NetworkChecks) != 0) add(inspectNetwork(project.getNetwork(), project.getConfigure()));
+    if ((sources & NetworkChecks) != 0) add(detail::findingsOnNetwork(*state));
     if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(*state));
+    if ((sources & AdjustmentRun) != 0) add(state->runFindings);
   });
   return all;
 }

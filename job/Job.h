@@ -51,11 +51,12 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
 
   /// What looks at a job. Values are added up.
   enum FindingSource : unsigned {
-    FileText = 1,         ///< what the reader took in silence
-    FieldReduced = 2,     ///< rows that make no good directions and distances
-    RowChecks = 4,        ///< marks of the row checks; a `Note` for each pair of faces
-    NetworkChecks = 8,    ///< ends of a line that differ; points that hang loose
-    AdjustmentStart = 16  ///< what a least-squares adjustment would run into; costs as much as one
+    FileText = 1,          ///< what the reader took in silence
+    FieldReduced = 2,      ///< rows that make no good directions and distances
+    RowChecks = 4,         ///< marks of the row checks; a `Note` for each pair of faces
+    NetworkChecks = 8,     ///< ends of a line that differ; points that hang loose
+    AdjustmentStart = 16,  ///< what a least-squares adjustment would run into; costs as much as one
+    AdjustmentRun = 32     ///< what the last careful run by least squares found out; costs nothing
   };
 
   Job();  ///< on a new project of the System, or one of its own where there is no System
@@ -111,7 +112,10 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// By least squares, read with care, each observation of the file counts by itself: each line of a network file, with
   /// a set-up for each of its station lines; of a field book the means of each set-up's rounds. Where the host has
   /// edited the lines of the project's network, these are the observations; after edited rows call `reduce` first. The
-  /// result is `planeAdjustment`. A `Warning` names the points that nothing checks.
+  /// result is `planeAdjustment`. A `Warning` names the points that nothing checks, one each what may be one point
+  /// under two names, new points that lie a kilometre and more from coordinates that the network or the coordinate list
+  /// of the project gives for them, and known points that fit with north and east exchanged.
+  /// `findingsOf(AdjustmentRun)` has all that was found out, with what it may cost.
   ///
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more

@@ -92,15 +92,13 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
   Project& project = *state.project;
   Configure const& configure = project.getConfigure();
-  if (configure.AdjustMethod == kByLeastSquares && !state.asRead) {
-    adjustPlane(state, cancel);
-  } else {
-    Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
-    project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
-    state.adjusted = std::move(network);
-    state.planeRun.reset();
-  }
-  tellDoubts(state);
+  if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
+  Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
+  project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
+  state.adjusted = std::move(network);
+  state.planeRun.reset();
+  state.runFindings = findingsOnCalculated(state);
+  for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
 }
 
 }  // namespace kvn

@@ -3,11 +3,13 @@
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "reduction/FieldInspection.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kvn {
+
 std::vector<FieldFinding> detail::OpenedFile::findings() const {
   std::vector<FieldFinding> all = text.findings;
   std::vector<FieldFinding> const ofRows = placed(reduction.findings);
@@ -28,6 +30,19 @@ void detail::requireNoError(QString const& file, std::vector<FieldFinding> const
   if (first == findings.end()) return;
   auto const further = static_cast<int>(std::count_if(first + 1, findings.end(), isError));
   throw JobException(file, worded(*first), first->line, further);
+}
+
+std::vector<FieldFinding> detail::findingsOnNetwork(JobState const& state) {
+  Project const& project = *state.project;
+  Network const& network = project.getNetwork();
+  if (state.asRead) return inspectNetwork(network, project.getConfigure());
+  PlaneNetwork observations;
+  try {
+    observations = observationsWithErrors(state);
+  } catch (AlgorithmException const&) {  // NOLINT(bugprone-empty-catch): an observation that the adjustment refuses
+  }
+  bool const isFree = state.plane.datum == PlaneSettings::Datum::Free;
+  return inspectNetwork(network, observations, state.plane.centring, isFree);
 }
 
 void detail::requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction) {

@@ -1,6 +1,7 @@
 // The careful run by least squares: every observation of a job by itself.
 #include "adjust/AlgorithmAdjust.h"
 #include "adjust/PlaneAdjustment.h"
+#include "adjust/input/CalculationFailure.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
@@ -16,6 +17,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -189,12 +191,17 @@ void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& ne
   networkMark = markOf(network);
 }
 
-PlaneNetwork detail::weighedObservations(JobState const& state) {
+PlaneNetwork detail::observationsWithErrors(JobState const& state) {
   PlaneNetwork network =
       isOriginal(state) ? state.opened.observations : observationsOfLines(state.project->getNetwork());
   requireSound(network, state.project->getNetwork());
   keepObservedPoints(network);
   setErrors(network, errorsOf(state.project->getConfigure(), state.plane));
+  return network;
+}
+
+PlaneNetwork detail::weighedObservations(JobState const& state) {
+  PlaneNetwork network = observationsWithErrors(state);
   requireControl(network, state.plane);
   if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
   return network;
@@ -211,21 +218,38 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
 }
 
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
-  auto run = std::make_unique<PlaneAdjustment>(weighedObservations(state), settingsOf(state.plane));
+  PlaneSettings const settings = settingsOf(state.plane);
+  std::function<bool()> const isCancelled = cancel.getCancelCall();
+  auto run = std::make_unique<PlaneAdjustment>(weighedObservations(state), settings);
   run->setProgressCall(state.progress);
-  run->setCancelCall(cancel.getCancelCall());
+  run->setCancelCall(isCancelled);
+  auto const refuse = [&](QString text, QStringList const& names) {
+    std::optional<FieldFinding> const exchange = findingOnExchange(*run, settings, isCancelled);
+    if (names.isEmpty() && !exchange) throw;
+    if (!names.isEmpty()) text = QString("%1: %2").arg(text, listedNames(names));
+    if (exchange) text = QString("%1. %2").arg(text, exchange->text);
+    std::throw_with_nested(JobException(state.file, text));
+  };
   try {
     run->adjust();
   } catch (AlgorithmException const& failure) {
-    QStringList const names = namesIn(*run);
-    if (names.isEmpty()) throw;
-    QString const text = QString("%1: %2").arg(worded(failure, Network()), listedNames(names));
-    std::throw_with_nested(JobException(state.file, text));
+    refuse(worded(failure, Network()), namesIn(*run));
+  } catch (CalculationFailure const& failure) {
+    refuse(QString::fromUtf8(failure.what()), {});
   }
   // The calls of the host are for the time of the run.
   run->setProgressCall({});
   run->setCancelCall({});
   tellUnchecked(*run);
+  std::vector<FieldFinding> findings = findingsOnResult(state, *run);
+  if (std::optional<FieldFinding> exchange = findingOnExchange(*run, settings, isCancelled)) {
+    findings.push_back(std::move(*exchange));
+  }
+  for (QString const& line : warningLines(findings)) sendWarning(line);
+  std::vector<FieldFinding> const told = findingsToldBy(*run);
+  findings.insert(findings.end(), told.begin(), told.end());
+  sortByCost(findings);
+  state.runFindings = std::move(findings);
   state.planeRun = std::move(run);
   state.project->setAlgorithmAdjust(nullptr);
   state.adjusted = Network();

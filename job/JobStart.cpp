@@ -6,6 +6,7 @@
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <utility>
@@ -23,23 +24,22 @@ FieldFinding findingOn(FieldFinding::Severity severity, std::string station, std
   return finding;
 }
 
-/// What an adjustment has found out, whether it came to an end or not.
+/// What keeps an adjustment from an end.
 struct Found {
   std::vector<UnplacedPoint> const& unplaced;
   std::vector<std::pair<std::string, std::string>> const& coincident;
   std::vector<LooseMotion> const& motions;
-  std::vector<SuspectObservation> const& suspects;
 };
 
 Found foundBy(TraverseAdjust const& adjustment) {
-  return {adjustment.getUnplacedPoints(), adjustment.getCoincidentPoints(), adjustment.getLooseMotions(),
-          adjustment.getSuspects()};
+  return {adjustment.getUnplacedPoints(), adjustment.getCoincidentPoints(), adjustment.getLooseMotions()};
 }
 
 Found foundBy(PlaneAdjustment const& adjustment) {
-  return {adjustment.unplacedPoints(), adjustment.coincidentPoints(), adjustment.looseMotions(), adjustment.suspects()};
+  return {adjustment.unplacedPoints(), adjustment.coincidentPoints(), adjustment.looseMotions()};
 }
 
+/// Of what keeps it from an end.
 std::vector<FieldFinding> findingsOf(Found const& found) {
   std::vector<FieldFinding> findings;
   for (UnplacedPoint const& point : found.unplaced) {
@@ -50,11 +50,6 @@ std::vector<FieldFinding> findingsOf(Found const& found) {
   }
   for (LooseMotion const& motion : found.motions) {
     findings.push_back(findingOn(FieldFinding::Error, {}, {}, worded(std::vector<LooseMotion>{motion})));
-  }
-  for (SuspectObservation const& suspect : found.suspects) {
-    QString const kind = suspect.isDirection ? "direction" : "distance";
-    findings.push_back(findingOn(FieldFinding::Warning, suspect.from, {suspect.to},
-                                 QString("suspected gross error of the %1: %2").arg(kind, wordedSize(suspect))));
   }
   return findings;
 }
@@ -84,7 +79,24 @@ std::vector<FieldFinding> findingsOfLiteral(Project const& project) {
       return {findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork()))};
     }
   }
-  return findingsOf(foundBy(adjustment));
+  std::vector<FieldFinding> findings = findingsOf(foundBy(adjustment));
+  for (SuspectObservation const& suspect : adjustment.getSuspects()) {
+    findings.push_back(findingOn(FieldFinding::Warning, suspect.from, {suspect.to}, detail::textOfSuspect(suspect)));
+  }
+  return findings;
+}
+
+/// What the adjustment has found out, whether it came to an end or not.
+std::vector<FieldFinding> findingsOf(detail::JobState const& state, PlaneAdjustment const& run,
+                                     PlaneSettings const& settings) {
+  std::vector<FieldFinding> findings = findingsOf(foundBy(run));
+  auto const add = [&findings](std::vector<FieldFinding> const& more) {
+    findings.insert(findings.end(), more.begin(), more.end());
+  };
+  if (auto const exchange = detail::findingOnExchange(run, settings, {})) add({*exchange});
+  if (!run.result().points.empty()) add(detail::findingsOnResult(state, run));
+  add(detail::findingsToldBy(run));
+  return findings;
 }
 
 std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
@@ -93,22 +105,28 @@ std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
   QString const fault = detail::faultOfErrors(project.getConfigure(), project.getNetwork());
   if (!fault.isEmpty()) return {findingOn(FieldFinding::Error, {}, {}, fault)};
   PlaneAdjustment adjustment{PlaneNetwork()};
+  PlaneSettings const settings = detail::settingsOf(state.plane);
   try {
-    adjustment = PlaneAdjustment(detail::weighedObservations(state), detail::settingsOf(state.plane));
+    adjustment = PlaneAdjustment(detail::weighedObservations(state), settings);
     adjustment.setTellFindings(false);
     adjustment.adjust();
   } catch (AlgorithmException const& failure) {
-    std::vector<FieldFinding> findings = findingsOf(foundBy(adjustment));
-    if (!findings.empty() || isUsual(failure, project)) return findings;
-    return {findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork()))};
+    std::vector<FieldFinding> findings = findingsOf(state, adjustment, settings);
+    bool const isExplained = std::any_of(findings.begin(), findings.end(), [](FieldFinding const& finding) {
+      return finding.severity == FieldFinding::Error;
+    });
+    if (!isExplained && !isUsual(failure, project)) {
+      findings.insert(findings.begin(), findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork())));
+    }
+    return findings;
   } catch (std::bad_alloc const&) {
     throw;
   } catch (std::exception const& failure) {  // an iteration that does not settle
-    std::vector<FieldFinding> findings = findingsOf(foundBy(adjustment));
+    std::vector<FieldFinding> findings = findingsOf(state, adjustment, settings);
     findings.insert(findings.begin(), findingOn(FieldFinding::Error, {}, {}, QString::fromUtf8(failure.what())));
     return findings;
   }
-  return findingsOf(foundBy(adjustment));
+  return findingsOf(state, adjustment, settings);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What makes the result of an adjustment doubtful, though it came to an end.
+// What makes the result of a calculator doubtful, though it came to an end.
 #include "adjust/AlgorithmAdjust.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
@@ -20,11 +20,8 @@ namespace {
 constexpr int kMethodOfLeastSquares = 0;
 constexpr int kMethodOfPolygon = 3;
 
-// Far beyond what a-priori errors that were set too small explain.
-constexpr double kDoubtfulUnitError = 20.0;
-
 QStringList doubtsOfUnitError(bool hasRedundancy, double unitError) {
-  if (!hasRedundancy || unitError <= kDoubtfulUnitError) return {};
+  if (!hasRedundancy || unitError <= detail::kDoubtfulUnitError) return {};
   return {"The unit weight error is far above 1: a gross error, or known points that do not fit"};
 }
 
@@ -62,20 +59,18 @@ QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& n
   return list;
 }
 
-QStringList doubtsOf(detail::JobState const& state) {
-  if (state.planeRun != nullptr) {
-    return doubtsOfUnitError(state.planeRun->result().hasRedundancy, state.planeRun->result().unitError);
-  }
-  AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
-  int const method = state.project->getConfigure().AdjustMethod;
-  if (method != kMethodOfLeastSquares) return doubtsOfTraverse(adjustment, state.adjusted, method);
-  return doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
-}
-
 }  // namespace
 
-void detail::tellDoubts(JobState const& state) {
-  for (QString const& text : doubtsOf(state)) sendWarning(text);
+std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
+  AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
+  int const method = state.project->getConfigure().AdjustMethod;
+  QStringList const doubts =
+      method == kMethodOfLeastSquares
+          ? doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError)
+          : doubtsOfTraverse(adjustment, state.adjusted, method);
+  std::vector<FieldFinding> findings;
+  for (QString const& text : doubts) findings.push_back({FieldFinding::Warning, {}, {}, text});
+  return findings;
 }
 
 }  // namespace kvn

@@ -22,6 +22,8 @@ struct FieldFinding {
   QString text;              ///< what is the matter, without the names
   std::size_t row = kNoRow;  ///< index of the row concerned
   int line = 0;              ///< line of the file, from 1; 0 when it is not known
+  /// What it may cost: metres by which a coordinate may be wrong, as far as that can be told; 0 where it cannot.
+  double cost = 0.0;
 };
 
 }  // namespace kvn

@@ -27,7 +27,6 @@ QString seconds(double radians) {
   double const rounded = std::round(radians * kSecondsPerRadian * 10.0) / 10.0;
   return QString::number(rounded + 0.0, 'f', 1) + "\"";
 }
-QString millimetres(double metres) { return QString::number(metres * 1000.0, 'f', 1) + " mm"; }
 
 /// One occupation: the rows from a station row up to the next one.
 struct Occupation {
@@ -159,115 +158,10 @@ class RowInspection {
   std::vector<FieldFinding> findings;
 };
 
-class NetworkInspection {
- public:
-  NetworkInspection(Network const& value, Configure const& settings) : network(value), configure(settings) {
-    for (NetworkDataInfo const& line : network.lines) {
-      names.numberOf(line.start_name);
-      names.numberOf(line.end_name);
-    }
-    isKnown.assign(static_cast<std::size_t>(names.size()), false);
-    for (KnownPoint const& point : network.knownPoints) {
-      int const number = names.find(point.name);
-      if (number >= 0) isKnown[static_cast<std::size_t>(number)] = true;
-    }
-  }
-
-  std::vector<FieldFinding> run() {
-    lookAtEnds();
-    std::unordered_set<std::string> seen;
-    for (KnownPoint const& point : network.knownPoints) {
-      if (!seen.insert(point.name).second) {
-        tell({}, point.name, "the known point stands twice");
-        findings.back().severity = FieldFinding::Error;
-      }
-      if (!names.contains(point.name)) tell({}, point.name, "the known point is not observed");
-    }
-    lookAtConnections();
-    return std::move(findings);
-  }
-
- private:
-  void tell(std::string const& station, std::string const& target, QString const& text) {
-    std::vector<std::string> targets;
-    if (!target.empty()) targets.push_back(target);
-    findings.push_back({FieldFinding::Warning, station, std::move(targets), text, FieldFinding::kNoRow, 0});
-  }
-
-  void lookAtEnds() {
-    std::unordered_map<std::uint64_t, double> distanceOf;
-    for (NetworkDataInfo const& line : network.lines) {
-      if (!(line.horizontal_distance > 0.0)) continue;
-      int const start = names.find(line.start_name);
-      int const end = names.find(line.end_name);
-      auto const back = distanceOf.find(detail::orderedKey(end, start));
-      if (back != distanceOf.end()) lookAtEnds(line, back->second);
-      distanceOf.try_emplace(detail::orderedKey(start, end), line.horizontal_distance);
-    }
-  }
-
-  void lookAtEnds(NetworkDataInfo const& line, double back) {
-    double const error =
-        double(configure.LineFixedError) / 1000.0 + double(configure.LineProportionError) * 1e-6 * back;
-    double const difference = std::abs(line.horizontal_distance - back);
-    if (difference <= error) return;
-    tell(line.start_name, line.end_name, "the distances from both ends differ by " + millimetres(difference));
-  }
-
-  void lookAtConnections() {
-    std::vector<std::vector<int>> neighbours(isKnown.size());
-    std::vector<int> holds(isKnown.size(), 0);
-    for (NetworkDataInfo const& line : network.lines) {
-      auto const start = static_cast<std::size_t>(names.find(line.start_name));
-      auto const end = static_cast<std::size_t>(names.find(line.end_name));
-      neighbours[start].push_back(static_cast<int>(end));
-      neighbours[end].push_back(static_cast<int>(start));
-      int const observations = (line.horizontalAngleFlag ? 1 : 0) + (line.horizontal_distance > 0.0 ? 1 : 0);
-      holds[start] += observations;
-      holds[end] += observations;
-    }
-    std::vector<bool> const reached = reachedFromKnown(neighbours);
-    for (std::size_t i = 0; i < isKnown.size(); ++i) {
-      if (isKnown[i]) continue;
-      if (!reached[i]) tell({}, names.names()[i], "nothing connects the point to a known one");
-      if (reached[i] && holds[i] < 2) tell({}, names.names()[i], "a single observation does not fix the point");
-    }
-  }
-
-  std::vector<bool> reachedFromKnown(std::vector<std::vector<int>> const& neighbours) const {
-    std::vector<bool> reached = isKnown;
-    std::vector<std::size_t> open;
-    for (std::size_t i = 0; i < isKnown.size(); ++i) {
-      if (isKnown[i]) open.push_back(i);
-    }
-    while (!open.empty()) {
-      std::size_t const point = open.back();
-      open.pop_back();
-      for (int const neighbour : neighbours[point]) {
-        auto const next = static_cast<std::size_t>(neighbour);
-        if (reached[next]) continue;
-        reached[next] = true;
-        open.push_back(next);
-      }
-    }
-    return reached;
-  }
-
-  Network const& network;
-  Configure const& configure;
-  NameIndex names;
-  std::vector<bool> isKnown;
-  std::vector<FieldFinding> findings;
-};
-
 }  // namespace
 
 std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows, FieldReduction const& reduction) {
   return RowInspection(rows, reduction).run();
-}
-
-std::vector<FieldFinding> inspectNetwork(Network const& network, Configure const& configure) {
-  return NetworkInspection(network, configure).run();
 }
 
 }  // namespace kvn

@@ -27,4 +27,13 @@ KELVANE_EXPORT std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInf
 /// observation holds.
 KELVANE_EXPORT std::vector<FieldFinding> inspectNetwork(Network const& network, Configure const& configure);
 
+/// The same where every observation counts: the means of the distances from either end are compared with 3 standard
+/// errors of their difference, of which one good line in 370 is beyond.
+///
+/// @param observations  those of the network, with their a-priori errors.
+/// @param centring      standard error of each coordinate of instrument and target about their marks, metres.
+/// @param isFree        no known point holds the network: points that nothing connects to the largest part of it.
+KELVANE_EXPORT std::vector<FieldFinding> inspectNetwork(Network const& network, PlaneNetwork const& observations,
+                                                        double centring, bool isFree);
+
 }  // namespace kvn

@@ -2,6 +2,7 @@
 #include "adjust/input/PointNumbers.h"
 #include "reduction/detail/FieldRounds.h"
 
+#include <cmath>
 #include <map>
 #include <set>
 #include <utility>
@@ -11,6 +12,7 @@ namespace {
 
 using Rounds = std::vector<FieldRound const*>;
 using Origin = PlaneNetwork::Origin;
+using Scatter = PlaneNetwork::SetUp::Scatter;
 
 class ObservationList {
  public:
@@ -29,8 +31,10 @@ class ObservationList {
       if (number == sets.size()) sets.emplace_back();
       sets[number].push_back(round);
     }
+    std::size_t const firstSetUp = network.setUps.size();
     for (Rounds const& set : sets) addSet(station, set);
-    addDistances(station, rounds);
+    Scatter const distances = addDistances(station, rounds);
+    if (firstSetUp < network.setUps.size()) network.setUps[firstSetUp].distances = distances;
   }
 
  private:
@@ -45,6 +49,7 @@ class ObservationList {
     network.setUps.push_back({numbers[station.name], Origin{0, static_cast<int>(first.occupation)}});
     std::vector<CircleMean> means(first.targets.size());
     std::vector<int> readings(first.targets.size(), 0);
+    std::vector<double> turned;  // of all rounds, target by target
     for (FieldRound const* round : rounds) {
       CircleMean turn;
       for (std::string const& name : first.names.names()) {
@@ -52,7 +57,8 @@ class ObservationList {
       }
       for (std::size_t i = 0; i < means.size(); ++i) {
         SightedTarget const& target = targetOf(*round, first.names.names()[i]);
-        means[i].add(target.direction() + turn.value());
+        turned.push_back(target.direction() + turn.value());
+        means[i].add(turned.back());
         readings[i] += target.readings;
       }
     }
@@ -61,11 +67,36 @@ class ObservationList {
       Origin const origin{0, static_cast<int>(first.targets[i].firstRow)};
       network.directions.push_back({setUp, target, utils::onCircle(means[i].value()), 0.0, readings[i], origin});
     }
+    network.setUps.back().directions = scatterOf(turned, means);
   }
 
-  void addDistances(FieldStation const& station, Rounds const& rounds) {
+  /// Each round has a turn of its own and each target a mean, which share one.
+  static Scatter scatterOf(std::vector<double> const& turned, std::vector<CircleMean> const& means) {
+    std::size_t const rounds = turned.size() / means.size();
+    double sum = 0.0;
+    for (std::size_t i = 0; i < turned.size(); ++i) {
+      double const v = utils::foldedAngle(turned[i] - means[i % means.size()].value());
+      sum += v * v;
+    }
+    return scatterOf(sum, (rounds - 1) * (means.size() - 1));
+  }
+
+  static Scatter scatterOf(double squares, std::size_t redundancy) {
+    Scatter scatter;
+    scatter.redundancy = static_cast<int>(redundancy);
+    if (redundancy > 0) scatter.error = std::sqrt(squares / static_cast<double>(redundancy));
+    return scatter;
+  }
+
+  Scatter addDistances(FieldStation const& station, Rounds const& rounds) {
     NameIndex targets;
     std::vector<PlaneNetwork::Distance> distances;
+    struct Repeated {
+      std::size_t target;
+      double mean;
+      int rounds;
+    };
+    std::vector<Repeated> all;
     for (FieldRound const* round : rounds) {
       for (std::size_t i = 0; i < round->distances.size(); ++i) {
         std::string const& name = round->distanceNames.names()[i];
@@ -75,14 +106,21 @@ class ObservationList {
           Origin const origin{0, static_cast<int>(measured.row)};
           distances.push_back({numbers[station.name], numbers[name], 0.0, 0.0, 0, origin});
         }
-        distances[number].value += measured.sum / measured.count * measured.rounds();
-        distances[number].rounds += measured.rounds();
+        all.push_back({number, measured.sum / measured.count, measured.rounds()});
+        distances[number].value += all.back().mean * all.back().rounds;
+        distances[number].rounds += all.back().rounds;
       }
     }
     for (PlaneNetwork::Distance& distance : distances) {
       distance.value /= distance.rounds;
       network.distances.push_back(distance);
     }
+    double sum = 0.0;
+    for (Repeated const& one : all) {
+      double const v = one.mean - distances[one.target].value;
+      sum += one.rounds * v * v;
+    }
+    return scatterOf(sum, all.size() - distances.size());
   }
 
   PointNumbers numbers{network.points};

@@ -618,5 +618,21 @@
         <source>observed %1 m too short</source>
         <translation>观测值偏短 %1 m</translation>
     </message>
+    <message>
+        <source>perhaps one point under two names, %1 mm from each other</source>
+        <translation>可能是同一点的两个点名，相距 %1 mm</translation>
+    </message>
+    <message>
+        <source>lies %1 km from the coordinates that are given for it</source>
+        <translation>与给定坐标相距 %1 km</translation>
+    </message>
+    <message>
+        <source>The known points fit with north and east exchanged: unit weight error %1 instead of %2</source>
+        <translation>已知点的北坐标与东坐标互换后与观测值相符：单位权中误差为 %1，而不是 %2</translation>
+    </message>
+    <message>
+        <source>The known points fit with north and east exchanged: unit weight error %1</source>
+        <translation>已知点的北坐标与东坐标互换后与观测值相符：单位权中误差为 %1</translation>
+    </message>
 </context>
 </TS>

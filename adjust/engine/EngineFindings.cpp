@@ -196,12 +196,80 @@ void PlaneEngine::findCoincidentPoints() {
   coincidentPoints.assign(pairs.begin(), pairs.end());
 }
 
-/// About the approximate coordinates, since those of a failed iteration may be anything.
+/// Two points to hold a free network by, so that all other motions are those of points against them: they have a
+/// distance between them, unless none is measured and the scale is free, and most observations.
+std::pair<int, int> PlaneEngine::firmPair() const {
+  std::vector<int> observations(index(network.points), 0);
+  auto const count = [&](int a, int b) {
+    ++observations[index(a)];
+    ++observations[index(b)];
+  };
+  for (NumberedNetwork::Line const& line : network.lines) count(line.start, line.end);
+  for (NumberedNetwork::Direction const& d : network.directions) count(network.pointOf(d.station), d.target);
+  std::pair<int, int> firm{0, 1};
+  int most = 0;
+  auto const look = [&](int a, int b) {
+    int const least = std::min(observations[index(a)], observations[index(b)]);
+    if (least > most) firm = {a, b};
+    most = std::max(most, least);
+  };
+  for (NumberedNetwork::Line const& line : network.lines) look(line.start, line.end);
+  if (!network.lines.empty()) return firm;
+  for (NumberedNetwork::Direction const& d : network.directions) look(network.pointOf(d.station), d.target);
+  return firm;
+}
+
+/// The network with two points in front, as known ones.
+///
+/// @param numberOf  becomes the new number of each point.
+NumberedNetwork PlaneEngine::heldInFront(std::pair<int, int> const& firm, std::vector<int>& numberOf) const {
+  numberOf.assign(index(network.points), -1);
+  NumberedNetwork held = network;
+  held.known = 2;
+  numberOf[index(firm.first)] = 0;
+  numberOf[index(firm.second)] = 1;
+  int next = held.known;
+  for (int& number : numberOf) {
+    if (number < 0) number = next++;
+  }
+  for (int& point : held.stationPoint) point = numberOf[index(point)];
+  for (NumberedNetwork::Direction& direction : held.directions) direction.target = numberOf[index(direction.target)];
+  for (NumberedNetwork::Line& line : held.lines) {
+    line.start = numberOf[index(line.start)];
+    line.end = numberOf[index(line.end)];
+  }
+  held.blockOrder.clear();
+  held.buildLookups(poll);
+  return held;
+}
+
+/// About the approximate coordinates, since those of a failed iteration may be anything. Of a free network the motions
+/// against two points of it.
 void PlaneEngine::findLooseMotions(bool hasFailed) {
   std::vector<Place> const places = placesOf(x0y0);
-  NetworkState const state = orientedState(network, places, poll);
-  std::vector<LooseGroup> groups = looseGroups(network, state, kWeakness, poll);
-  if (groups.empty() && hasFailed) groups = looseGroups(network, state, kWeaknessOfFailure, poll);
+  auto const groupsOf = [&](NumberedNetwork const& net, std::vector<Place> const& at) {
+    NetworkState const state = orientedState(net, at, poll);
+    std::vector<LooseGroup> found = looseGroups(net, state, kWeakness, poll);
+    if (found.empty() && hasFailed) found = looseGroups(net, state, kWeaknessOfFailure, poll);
+    return found;
+  };
+  std::vector<LooseGroup> groups;
+  if (heldUnknowns.empty()) {
+    groups = groupsOf(network, places);
+  } else {
+    std::vector<int> numberOf;
+    NumberedNetwork const held = heldInFront(firmPair(), numberOf);
+    std::vector<Place> at(places.size());
+    std::vector<int> pointOf(places.size());
+    for (std::size_t p = 0; p < places.size(); ++p) {
+      at[index(numberOf[p])] = places[p];
+      pointOf[index(numberOf[p])] = static_cast<int>(p);
+    }
+    groups = groupsOf(held, at);
+    for (LooseGroup& group : groups) {
+      for (int& point : group.points) point = pointOf[index(point)];
+    }
+  }
   for (LooseGroup const& group : groups) {
     LooseMotion motion;
     motion.kind = group.motion;

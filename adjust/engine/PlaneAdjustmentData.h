@@ -89,6 +89,10 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void leaveOut(int suspect);
   void leaveOutSuspects();
   void findAlternatives();
+  void findTwins();
+  bool isTwinOf(int a, int b) const;
+  bool isObservedBetween(int a, int b) const;
+  bool isFixed(int point) const;
   PlaneObservation const& resultOf(std::size_t number) const;
   double errorOf(std::size_t number) const;
   double scaledErrorOf(std::size_t number) const;

@@ -77,7 +77,9 @@ class ControlTest {
 
   PointEquations equationsOf(int point) const {
     PointEquations equations;
-    for (auto& list : equations.others) list.assign(index(engine.unknowns()), 0.0);
+    if (isHeld(2 * point)) {
+      for (auto& list : equations.others) list.assign(index(engine.unknowns()), 0.0);
+    }
     for (int const d : net.sightingsOf(point)) addDirection(d, point, equations);
     for (int const s : net.stationsAt(point)) {
       for (int d = net.firstDirection(s); d < net.endDirection(s); ++d) addDirection(d, point, equations);
@@ -108,7 +110,7 @@ class ControlTest {
         int const other = at[c] - 2 * point;
         if (other >= 0 && other <= 1) {
           equations.own(coordinate, other) += weight * a[r] * a[c];
-        } else if (!isHeld(at[c])) {
+        } else if (!equations.others[coordinate].empty() && !isHeld(at[c])) {
           equations.others[coordinate][index(at[c])] += weight * a[r] * a[c];
         }
       }
@@ -135,11 +137,12 @@ class ControlTest {
 
 }  // namespace
 
-/// Only where the residuals as a whole are too large: then a known point may be the reason.
+/// Of fixed points only where the residuals as a whole are too large: then a known point may be the reason. That its
+/// coordinates are observations makes the test of a point cheap, and it has residuals of its own.
 void PlaneAdjustment::Data::testControl() {
   result.control.clear();
-  bool const isTooLarge = result.hasRedundancy && result.unitError > result.upperBound;
-  if (isFree() || !isTooLarge) return;
+  if (isFree() || !result.hasRedundancy) return;
+  bool const isTooLarge = result.unitError > result.upperBound;
   ControlTest const test(engine);
   bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
   double const sum = result.unitError * result.unitError * result.redundancy;
@@ -147,6 +150,7 @@ void PlaneAdjustment::Data::testControl() {
       isAPriori ? detail::controlCriticalValue(0) : detail::controlCriticalValue(result.redundancy - 2);
   for (int n = 0; n < engine.network.known; ++n) {
     if (engine.poll) engine.poll();
+    if (isFixed(n) && !isTooLarge) continue;
     ControlTest::Freed const freed = test.freed(n);
     PlaneControl control;
     control.point = pointOfNumber[index(n)];
@@ -165,6 +169,7 @@ void PlaneAdjustment::Data::testControl() {
 /// several that cannot be told apart.
 std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() const {
   std::vector<PlaneControl const*> suspected;
+  if (!(result.unitError > result.upperBound)) return suspected;
   double largest = 0.0;
   for (PlaneControl const& control : result.control) {
     if (control.test > 1.0) largest = std::max(largest, control.reduction);

@@ -185,6 +185,8 @@ class PlaneEngine {
   bool hasMisfits() const;
   void addControlSuspects();
   void findLooseMotions(bool hasFailed);
+  std::pair<int, int> firmPair() const;
+  NumberedNetwork heldInFront(std::pair<int, int> const& firm, std::vector<int>& numberOf) const;
   void findCoincidentPoints();
   void say(QString const& text, MessType type) const;
 

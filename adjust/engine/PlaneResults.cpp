@@ -21,9 +21,6 @@ using detail::PlaneEngine;
 using UnitWeight = PlaneSettings::UnitWeight;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-// Shift of the test statistic that the test finds with a power of 80 % at an error probability of 0.1 %, two-sided
-// (Baarda 1968): 3.29 + 0.84.
-constexpr double kDetectableShift = 4.13;
 // A share of a coordinate's standard error below which an observation does not move it.
 constexpr double kNoShare = 1e-6;
 
@@ -228,7 +225,7 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
   observation.lengthError = rootOf(product(line, lineQ, line, kPointUnknowns, count)) * m;
   observation.detectable = observation.effect = kNaN;
   if (observation.redundancy < kUncheckedRedundancy) return;
-  observation.detectable = kDetectableShift * error / std::sqrt(observation.redundancy);
+  observation.detectable = detail::kDetectableShift * error / std::sqrt(observation.redundancy);
   // A gross error g moves the unknowns by Q a' p g.
   double shift[kPointUnknowns] = {};
   for (int r = 0; r < kPointUnknowns; ++r) {

@@ -1,6 +1,7 @@
 // What does not fit, and the adjustment without it.
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
+#include "adjust/plane/GrossErrors.h"
 #include "records/detail/Messages.h"
 
 #include <QStringList>
@@ -12,9 +13,6 @@ namespace kvn {
 namespace {
 
 using detail::index;
-
-// Residuals with a correlation of this size and more are those of one error.
-constexpr double kInseparable = 0.99;
 
 }  // namespace
 
@@ -76,7 +74,7 @@ void PlaneAdjustment::Data::findAlternatives() {
       for (int r = 0; r < otherSize; ++r) covariance -= a[r] * q[index(at[r])];
       double const errors = scaledErrorOf(suspect) * scaledErrorOf(other);
       double const correlation = covariance / (errors * std::sqrt(resultOf(suspect).redundancy * o.redundancy));
-      if (std::abs(correlation) < kInseparable) continue;
+      if (std::abs(correlation) < detail::kInseparable) continue;
       result.alternatives.push_back(
           {s, other < directions, other < directions ? directionOf[other] : other - directions});
       SuspectObservation const name = engine.suspectOf(static_cast<int>(other), 0.0);

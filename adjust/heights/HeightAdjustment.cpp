@@ -26,12 +26,8 @@ using detail::index;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // What holds a known height or a shared one, against the weights of its sights.
 constexpr double kHold = 1e8;
-// Below this share of an error nothing checks a height: rounding leaves 1e-7 where it is held.
-constexpr double kUncheckedShare = 1e-5;
-// Shift of a test that it finds with a power of 80 % at an error probability of 0.1 %, two-sided (Baarda 1968).
-constexpr double kDetectableShift = 4.13;
 // A share of a height's standard error below which an observation does not move it.
-constexpr double kNoShare = 1e-4;
+constexpr double kNoMove = 1e-4;
 
 }  // namespace
 
@@ -336,7 +332,7 @@ void HeightAdjustment::Data::judge(HeightTest& test, double size, double sensiti
   if (test.redundancy < kUncheckedShare) return;
   test.standardised = -size * std::sqrt(sensitivity) / scale();
   test.test = std::abs(test.standardised) / result.criticalValue;
-  test.detectable = kDetectableShift / std::sqrt(sensitivity);
+  test.detectable = detail::kDetectableShift / std::sqrt(sensitivity);
   if (test.test > 1.0) test.gross = size;
 }
 
@@ -409,7 +405,7 @@ void HeightAdjustment::Data::findUnchecked() {
   std::vector<double> const moved = normals->solved(right, poll);
   for (int p = 0; p < pointCount(); ++p) {
     double const error = std::sqrt(normals->inverse(p, p));
-    bool const isMoved = !network.points[index(p)].isKnown && std::abs(moved[index(p)]) > kNoShare * error;
+    bool const isMoved = !network.points[index(p)].isKnown && std::abs(moved[index(p)]) > kNoMove * error;
     if (isMoved) result.points[index(p)].isChecked = false;
   }
 }

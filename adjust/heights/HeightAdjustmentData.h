@@ -19,6 +19,9 @@ namespace kvn {
 struct KELVANE_PRIVATE HeightAdjustment::Data {
   KELVANE_LATER_MEMBER
 
+  /// Below this share of an error nothing checks a height: rounding leaves 1e-7 where it is held.
+  static constexpr double kUncheckedShare = 1e-5;
+
   /// One held unknown: what its sights say of it.
   struct Held {
     int unknown = 0;

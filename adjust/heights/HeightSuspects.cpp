@@ -12,10 +12,6 @@ namespace {
 
 using detail::index;
 
-// Below this share of an error nothing checks a height.
-constexpr double kUncheckedShare = 1e-5;
-// Errors whose tests have a correlation of this size and more are one error.
-constexpr double kInseparable = 0.99;
 // Suspects that are looked for one after the other.
 constexpr int kMostSuspects = 50;
 // A median of fewer may be that of gross errors.
@@ -132,7 +128,7 @@ void HeightAdjustment::Data::findAlternatives(HeightSuspect& suspect, Candidate 
   for (Candidate const& other : all) {
     if (other.kind == candidate.kind && other.number == candidate.number) continue;
     double const covariance = other.kind == HeightSuspect::Sight ? ofSights[other.number] : ofHeld[heldNumber(other)];
-    if (std::abs(covariance) < kInseparable * std::sqrt(candidate.kappa * other.kappa)) continue;
+    if (std::abs(covariance) < detail::kInseparable * std::sqrt(candidate.kappa * other.kappa)) continue;
     suspect.alternatives.emplace_back(other.kind, other.number);
   }
 }

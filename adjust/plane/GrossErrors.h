@@ -32,6 +32,9 @@ struct HeldCoordinate {
 /// An observation of whose errors a smaller share than this shows in its residual is not checked by the others.
 constexpr double kUncheckedShare = 1e-4;
 
+/// Errors whose tests have a correlation of this size and more cannot be told apart.
+constexpr double kInseparable = 0.99;
+
 /// Standard errors beyond which one of so many observations is suspected: 5, and more where that many good ones would
 /// pass 5 by chance, so that fewer than one network in twenty has a good observation accused.
 double criticalTest(std::size_t observations);

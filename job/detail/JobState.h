@@ -44,6 +44,7 @@ struct JobState {
   AdjustProgressCall progress;
   PlaneOptions plane;
   std::unique_ptr<PlaneAdjustment> planeRun;  ///< the last run, where it was a careful one by least squares
+  std::vector<FieldFinding> runFindings;      ///< of that run
   Network adjusted;                       ///< as the last adjustment had it; empty after a run of the plane adjustment
   TriangleHeightDataConvert heightLines;  ///< of the last adjustment of heights
 };

@@ -10,7 +10,9 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,9 @@ std::vector<TraverseDataInfo> rowsWithKnownStations(Project const& project);
 /// The network of the rows as they are now, into the project.
 void reduce(JobState& state);
 
+/// What is doubtful in the network of the job before it is adjusted.
+std::vector<FieldFinding> findingsOnNetwork(JobState const& state);
+
 /// What a least-squares adjustment of the job would run into: input that it refuses, points that cannot be placed or
 /// that nothing holds, gross errors.
 std::vector<FieldFinding> findingsOnStart(JobState const& state);
@@ -53,7 +58,21 @@ std::vector<FieldFinding> findingsOnStart(JobState const& state);
 QString faultOfErrors(Configure const& configure, Network const& network);
 /// Every observation of the job with its error, and the points that are observed.
 /// @throws AlgorithmException with the number of a line of the project's network that holds no observation.
+PlaneNetwork observationsWithErrors(JobState const& state);
+/// The same, for an adjustment. @throws AlgorithmException KnownPointNotEnough as well, JobException without any.
 PlaneNetwork weighedObservations(JobState const& state);
+QString textOfSuspect(SuspectObservation const& suspect);
+/// What a finished adjustment has found out and told itself: suspects, known points that do not fit, unchecked points.
+std::vector<FieldFinding> findingsToldBy(PlaneAdjustment const& run);
+/// What its result says beside: points that may be one, points far from the coordinates given for them.
+std::vector<FieldFinding> findingsOnResult(JobState const& state, PlaneAdjustment const& run);
+/// Where the observations fit the known points badly, or not at all, but well with north and east exchanged.
+///
+///
+/// @param run          finished or failed; another one is made only where it has failed or fits badly.
+/// @param isCancelled  may be empty; ends that one as it ends an adjustment.
+std::optional<FieldFinding> findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,
+                                              std::function<bool()> const& isCancelled);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.
@@ -65,9 +84,11 @@ void tellRepeatedObservations(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
 void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
 
-/// Warns of what makes the result of the last adjustment doubtful: a unit weight error far above 1; stations outside a
+/// A unit weight error far beyond what a-priori errors that were set too small explain.
+constexpr double kDoubtfulUnitError = 20.0;
+/// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
-void tellDoubts(JobState const& state);
+std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.

@@ -89,7 +89,8 @@ struct FieldStation {
 
 /// The observations of all stations, each set-up by itself. Rounds of one occupation with the same targets are one set
 /// of directions: turned onto the first one by their mean difference, and averaged. A round with other targets keeps
-/// its own orientation. The distances of an occupation to a target are averaged over its rounds.
+/// its own orientation. The distances of an occupation to a target are averaged over its rounds. What the rounds
+/// scatter by stands with the set-ups.
 PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints);
 
 }  // namespace kvn::detail

@@ -141,7 +141,7 @@ TEST(CommandLine, CheckTellsWhatAnAdjustmentWouldRunInto) {
   Case const cases[] = {
       {"sound", square + rest + last, 0, "Nothing found.\n"},
       {"a distance that is 10 m too long", square + rest + "D\nC,L,0\nB,L,45.0\nA,L,90.0\nB,S,151.42136\n", 0,
-       "Warning: D to B: suspected gross error of the distance: observed 10.0000 m too long\n"},
+       "Warning: line 24: D to B: suspected gross error of the distance: observed 10.0000 m too long\n"},
       {"a point seen once", square + rest + last + "A2\nP,L,0\nP,S,7\n", 1, "no connection to the known points"},
       {"two points at one place", "3,5,0\nA,0,0\nB,0,100\nK,0,0\nA\nB,L,0\nK,L,9.0\nP,L,45.0\nP,S,7\n", 1,
        "Error: A to K: an observation between points at one place\n"},

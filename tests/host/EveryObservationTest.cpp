@@ -164,15 +164,17 @@ TEST(EveryObservation, HasTheKeysThatProgramsReadItBy) {
     return keys;
   };
   for (Case const& c : {
-           Case{"all", json, {"approximate", "confidence", "configure", "counts",   "datum",      "directions",
-                              "distances",   "ellipses",   "file",      "findings", "globalTest", "iterations",
-                              "leftOut",     "messages",   "method",    "points",   "redundancy", "suspects",
-                              "unchecked",   "unitError",  "version"}},
+           Case{"all", json, {"approximate", "byKind",    "confidence", "configure", "counts",   "datum",
+                              "directions",  "distances", "ellipses",   "file",      "findings", "globalTest",
+                              "iterations",  "leftOut",   "messages",   "method",    "points",   "redundancy",
+                              "setUps",      "suspects",  "unchecked",  "unitError", "version"}},
            {"counts", json["counts"], {"points", "knownPoints", "stations", "setUps", "directions", "distances"}},
            {"test", json["globalTest"], {"lower", "upper", "value", "passed"}},
            {"known", json["points"][0], {"checked", "known", "moved", "mp", "mx", "my", "name", "x", "y"}},
            {"unknown", json["points"][2], {"checked", "known", "mp", "mx", "my", "name", "x", "y"}},
-           {"moved", json["points"][0]["moved"], {"north", "east", "test"}},
+           {"moved", json["points"][0]["moved"], {"north", "east", "residualNorth", "residualEast", "test"}},
+           {"kinds", json["byKind"], {"directions", "distances"}},
+           {"kind", json["byKind"]["distances"], {"LineFixedError", "LineProportionError", "unitError"}},
            {"ellipse",
             json["ellipses"][0],
             {"angle", "confidenceMajor", "confidenceMinor", "name", "semiMajor", "semiMinor"}},
@@ -204,6 +206,30 @@ TEST(EveryObservation, NamesAGrossErrorInItsUnitAndMarksItsRow) {
   std::string const text = program.run({"adjust", "net.in2"}).out;
   EXPECT_THAT(text, testing::ContainsRegex("A +C +141\\.5214 .* \\* +141\\.43"));
   EXPECT_THAT(text, HasSubstr(" at 95 %: fails\n"));
+}
+
+TEST(EveryObservation, TellsWhatToLookAtFirstInTheTextTheJsonAndOnceBesideThem) {
+  Program const program;
+  // C to A is 0.1 m too long, and what A and D measure of each other differs by 14 mm.
+  program.write("net.in2",
+                "3,3,0\nA,0,0\nB,0,100\nA\nB,L,0\nC,L,315\nD,L,270\nC,S,141.52136\nD,S,100\nB\nA,L,0\nD,L,45\n"
+                "C,L,90\nC,S,100\nD,S,141.42136\nC\nB,L,0\nA,L,45\nD,L,90\nD,S,100\nD\nC,L,0\nB,L,45\nA,L,90\n"
+                "A,S,100.014\n");
+  std::vector<std::string> const texts{"suspected gross error of the distance", "the distances from both ends differ"};
+  Json::Value const json = adjusted(program, "net.in2");
+  ASSERT_EQ(json["findings"].size(), texts.size());
+  for (Json::ArrayIndex i = 0; i < json["findings"].size(); ++i) {
+    EXPECT_THAT(json["findings"][i]["text"].asString(), HasSubstr(texts[i]));
+  }
+  EXPECT_EQ(json["findings"][0]["line"].asInt(), 8);
+  EXPECT_GT(json["findings"][0]["cost"].asDouble(), 0.01);
+  EXPECT_NEAR(json["findings"][1]["cost"].asDouble(), 0.007, 1e-9);
+  test::Run const run = program.run({"adjust", "net.in2"});
+  EXPECT_THAT(run.out,
+              testing::ContainsRegex("\nTo look at first\n  suspected gross error of the distance: observed 0"
+                                     "[^\n]*: A to C\n  the distances from both ends differ by 14.0 mm: D to A\n"
+                                     "\nPoints\n"));
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 2) << run.err;
 }
 
 TEST(EveryObservation, AsReadGivesWhatTheLiteralCalculatorGives) {

@@ -124,8 +124,8 @@ TEST(Check, TellsWhatIsWrongAndWhereItStands) {
       {"60.0000,90", "60.7000,90", 1, "Warning: line 3: A to P: minutes or seconds of 60 and above: 60.7000"},
       {"STA,B,1.5,", "STA,B,1.5m,", 0, "Warning: line 6: B: something stands behind the number: 1.5m"},
       {"STA,B,", "STA,A,", 1, "Note: line 1: A: the station comes twice"},
-      {"0.0000,90.0000,100", "0.0000,90.0000,100.02", 0,
-       "Warning: B to A: the distances from both ends differ by 10.0 mm"},
+      {"0.0000,90.0000,100", "0.0000,90.0000,100.04", 0,
+       "Warning: line 8: B to A: the distances from both ends differ by 20.0 mm"},
       {"STA,A", "STA,Z,0,,1,1,1\nSTA,A", 0, "Warning: Z: the known point is not observed"},
       {"90.0000,100,", "-90.0000,-100,", 1, "Warning: line 2: A to B: the distance is negative"},
   };

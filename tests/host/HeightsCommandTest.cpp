@@ -40,7 +40,7 @@ TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
   test::Run const asJson = program.run({"heights", "job.txt", "--json"});
   ASSERT_EQ(asJson.exitCode, 0) << asJson.err;
   Json::Value const json = asJson.json();
-  EXPECT_EQ(json.getMemberNames(), (std::vector<std::string>{"lines", "messages", "points"}));
+  EXPECT_EQ(json.getMemberNames(), (std::vector<std::string>{"lines", "messages", "points", "version"}));
   EXPECT_EQ(json["points"][2]["name"], "B");
   EXPECT_NEAR(json["points"][2]["height"].asDouble(), 121.8545, 1e-4);
   EXPECT_NEAR(json["points"][2]["approximate"].asDouble(), 121.8545, 1e-4);

@@ -316,4 +316,74 @@ TEST(MarkKnownStations, GoesByCoordinatesThatAreThere) {
   EXPECT_EQ(marked, "-B--");
 }
 
+TEST(FieldScatter, IsThatOfOneRound) {
+  // 200 set-ups of four rounds and five targets, readings of 3" and distances of 2 mm: 2400 and 3000 redundant ones
+  // leave a chance error of 1.4 % and 1.3 %; the bounds are three of them.
+  std::mt19937 random(11);
+  std::normal_distribution<double> normal;
+  double squares[2] = {};
+  int redundancy[2] = {};
+  for (int setUp = 0; setUp < 200; ++setUp) {
+    Rows rows{station("S")};
+    for (int round = 0; round < 4; ++round) {
+      for (int target = 0; target < 5; ++target) {
+        double const reading = 20.0 * round + 50.0 * target + 5.0 + 3.0 / 3600.0 * normal(random);
+        rows.push_back(
+            sight(std::string(1, static_cast<char>('A' + target)), reading, 90.0, 100.0 + 0.002 * normal(random)));
+      }
+    }
+    kvn::PlaneNetwork const network = kvn::reduceField(grouped(rows)).observations;
+    ASSERT_EQ(network.setUps.size(), 1U);
+    int kind = 0;
+    for (kvn::PlaneNetwork::SetUp::Scatter const* scatter :
+         {&network.setUps[0].directions, &network.setUps[0].distances}) {
+      squares[kind] += scatter->error * scatter->error * scatter->redundancy;
+      redundancy[kind++] += scatter->redundancy;
+    }
+  }
+  EXPECT_EQ(redundancy[0], 200 * 3 * 4);
+  EXPECT_EQ(redundancy[1], 200 * 3 * 5);
+  EXPECT_NEAR(std::sqrt(squares[0] / redundancy[0]), 3.0 * kSecond, 0.042 * 3.0 * kSecond);
+  EXPECT_NEAR(std::sqrt(squares[1] / redundancy[1]), 0.002, 0.039 * 0.002);
+  // One round says nothing.
+  kvn::PlaneNetwork const once = kvn::reduceField(grouped({station("S"), sight("A", 5, 90, 10)})).observations;
+  EXPECT_EQ(once.setUps[0].directions.redundancy + once.setUps[0].distances.redundancy, 0);
+  EXPECT_TRUE(std::isnan(once.setUps[0].directions.error));
+}
+
+TEST(BothEnds, AreToldOfOneGoodLineIn370) {
+  // Three standard errors: 0.27 % of 20,000, with a chance error of 7.3.
+  std::mt19937 random(12);
+  std::normal_distribution<double> normal;
+  constexpr double kCentring = 0.001;
+  kvn::PlaneNetwork network;
+  network.points.resize(2 * 20000);
+  for (int line = 0; line < 20000; ++line) {
+    double const length = 20.0 + line % 500;
+    for (int end : {0, 1}) network.distances.push_back({2 * line + end, 2 * line + 1 - end, length, 0.0, 1 + line % 3});
+  }
+  kvn::setErrors(network, kvn::ObservationErrors());
+  for (auto& d : network.distances) d.value += std::hypot(d.error, std::sqrt(2.0) * kCentring) * normal(random);
+  auto const count = static_cast<double>(kvn::inspectNetwork(kvn::Network(), network, kCentring, false).size());
+  EXPECT_NEAR(count, 54.0, 3 * 7.3);
+}
+
+TEST(Connections, OfAFreeNetworkAreThoseOfItsPointsToEachOther) {
+  kvn::Network network;
+  for (auto const& [from, to] : {std::pair("A", "B"), {"A", "C"}, {"X", "Y"}, {"B", "C"}}) {
+    network.lines.emplace_back();
+    network.lines.back().start_name = from;
+    network.lines.back().end_name = to;
+    network.lines.back().horizontal_distance = 10.0;
+  }
+  auto const namesOf = [](std::vector<kvn::FieldFinding> const& findings) {
+    std::string names;
+    for (kvn::FieldFinding const& finding : findings) names += finding.targets.front();
+    return names;
+  };
+  EXPECT_EQ(namesOf(kvn::inspectNetwork(network, kvn::PlaneNetwork(), 0.0, true)), "XY");
+  EXPECT_EQ(namesOf(kvn::inspectNetwork(network, kvn::PlaneNetwork(), 0.0, false)), "ABCXY");
+  EXPECT_EQ(namesOf(kvn::inspectNetwork(network, kvn::Configure())), "ABCXY");
+}
+
 }  // namespace

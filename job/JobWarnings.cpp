@@ -1,0 +1,292 @@
+// What an adjustment's result says that a surveyor should look at, with what it may cost.
+#include "core/Project.h"
+#include "job/detail/JobSteps.h"
+#include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <new>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace kvn {
+namespace {
+
+using detail::kDoubtfulUnitError;
+// Known points fit exchanged where the unit weight error is smaller by this factor then.
+constexpr double kFitsBetter = 10.0;
+// Rounds of the trial with exchanged coordinates: a network that fits settles in a few.
+constexpr int kTrialRounds = 30;
+// Two known points can be exchanged without a trace: the network turns. From three on it would have to be mirrored.
+constexpr int kLeastOfMirror = 3;
+// Approximate coordinates farther from the adjusted place are those of another place, metres.
+constexpr double kFarOff = 1000.0;
+
+// Marks that are farther from each other are two, metres.
+constexpr double kOneMark = 0.1;
+// Of a point in the plane 99.7 % are within this many standard errors of its true place: the root of 11.83.
+constexpr double kWithinErrors = 3.44;
+constexpr double kWithoutErrors = 0.02;  // where nothing tells the errors, metres
+// Coordinates beyond are none, metres: they would not be told apart in a square of the size above.
+constexpr double kFarthest = 1e12;
+
+FieldFinding warning(std::string station, std::vector<std::string> targets, QString text, double cost = 0.0) {
+  FieldFinding finding;
+  finding.station = std::move(station);
+  finding.targets = std::move(targets);
+  finding.text = std::move(text);
+  finding.cost = std::isfinite(cost) ? cost : 0.0;
+  return finding;
+}
+
+/// An observation by its points, as in the network.
+struct Sight {
+  std::string const& from;
+  std::string const& to;
+  PlaneNetwork::Origin origin;
+};
+
+Sight sightOf(PlaneNetwork const& network, bool isDirection, std::size_t number) {
+  auto const nameOf = [&network](int point) -> std::string const& {
+    return network.points[static_cast<std::size_t>(point)].name;
+  };
+  if (!isDirection) {
+    PlaneNetwork::Distance const& distance = network.distances[number];
+    return {nameOf(distance.from), nameOf(distance.to), distance.origin};
+  }
+  PlaneNetwork::Direction const& direction = network.directions[number];
+  int const station = network.setUps[static_cast<std::size_t>(direction.setUp)].station;
+  return {nameOf(station), nameOf(direction.target), direction.origin};
+}
+
+/// What the gross error that an observation seems to have moves a coordinate by.
+double costOf(PlaneObservation const& observation) {
+  if (observation.weight == 0.0) return 0.0;
+  return std::abs(observation.residual) / observation.redundancy * observation.effect / observation.detectable;
+}
+
+/// A suspect is told by the names of its points: of several observations between them it is the one that fits worst.
+class Suspicions {
+ public:
+  explicit Suspicions(PlaneAdjustment const& run) {
+    for (SuspectObservation const& suspect : run.suspects()) {
+      findings.push_back(warning(suspect.from, {suspect.to}, detail::textOfSuspect(suspect)));
+    }
+    worst.assign(findings.size(), -1.0);
+    for (std::size_t i = 0; i < findings.size(); ++i) placesOf[findings[i].station].push_back(i);
+    if (findings.empty()) return;
+    PlaneResult const& result = run.result();
+    for (bool const isDirection : {true, false}) {
+      std::vector<PlaneObservation> const& list = isDirection ? result.directions : result.distances;
+      for (std::size_t i = 0; i < list.size(); ++i) look(run, isDirection, i, list[i]);
+    }
+  }
+
+  std::vector<FieldFinding> findings;
+
+ private:
+  void look(PlaneAdjustment const& run, bool isDirection, std::size_t number, PlaneObservation const& observation) {
+    Sight const sight = sightOf(run.network(), isDirection, number);
+    auto const places = placesOf.find(sight.from);
+    if (places == placesOf.end()) return;
+    for (std::size_t const i : places->second) {
+      FieldFinding& finding = findings[i];
+      bool const isIt = run.suspects()[i].isDirection == isDirection && finding.targets.front() == sight.to;
+      if (!isIt || !(observation.test > worst[i])) continue;
+      worst[i] = observation.test;
+      finding.line = sight.origin.line;
+      double const cost = costOf(observation);
+      finding.cost = std::isfinite(cost) ? cost : 0.0;
+    }
+  }
+
+  std::vector<double> worst;
+  std::unordered_map<std::string, std::vector<std::size_t>> placesOf;
+};
+
+QString wordedMove(PlaneControl const& control) {
+  return QString("it would lie %1 m north and %2 m east of its coordinates")
+      .arg(control.north, 0, 'f', 3)
+      .arg(control.east, 0, 'f', 3);
+}
+
+void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  PlaneResult const& result = run.result();
+  QString const text = result.suspectedControl.size() == 1
+                           ? "the known point does not fit the observations: %1"
+                           : "the known point, or another of these, does not fit the observations: %1";
+  for (PlaneControl const& control : result.control) {
+    auto const& suspected = result.suspectedControl;
+    if (std::find(suspected.begin(), suspected.end(), control.point) == suspected.end()) continue;
+    findings.push_back(warning({}, {run.network().points[control.point].name}, text.arg(wordedMove(control)),
+                               std::hypot(control.north, control.east)));
+  }
+}
+
+FieldFinding twinsOf(std::string const& first, std::string const& second, double apart) {
+  QString const text = Messages::tr("perhaps one point under two names, %1 mm from each other");
+  return warning({}, {first, second}, text.arg(QString::number(1000.0 * apart, 'f', 1)), apart);
+}
+
+void addTwins(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  auto const nameOf = [&run](std::size_t point) { return run.network().points[point].name; };
+  for (PlaneTwins const& twins : run.result().twins) {
+    findings.push_back(twinsOf(nameOf(twins.first), nameOf(twins.second), twins.apart));
+  }
+}
+
+/// Known points that nothing observes take no part in the run: a new point may be one of them.
+void addUnobservedTwins(Project const& project, PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  std::unordered_set<std::string> observed;
+  for (PlaneNetwork::Point const& point : run.network().points) observed.insert(point.name);
+  std::map<std::pair<std::int64_t, std::int64_t>, std::vector<KnownPoint const*>> squares;
+  auto const squareOf = [](double x) { return static_cast<std::int64_t>(std::floor(x / kOneMark)); };
+  for (KnownPoint const& point : project.getNetwork().knownPoints) {
+    bool const isCandidate = observed.count(point.name) == 0 && std::abs(point.x) + std::abs(point.y) < kFarthest;
+    if (isCandidate) squares[{squareOf(point.x), squareOf(point.y)}].push_back(&point);
+  }
+  for (std::size_t p = 0; !squares.empty() && p < run.network().points.size(); ++p) {
+    PlanePoint const& point = run.result().points[p];
+    if (run.network().points[p].isKnown) continue;
+    double const allowed = std::isfinite(point.semiMajor) ? kWithinErrors * point.semiMajor : kWithoutErrors;
+    for (int near = 0; near < 9; ++near) {
+      auto const square = squares.find({squareOf(point.x) + near / 3 - 1, squareOf(point.y) + near % 3 - 1});
+      if (square == squares.end()) continue;
+      for (KnownPoint const* known : square->second) {
+        double const apart = std::hypot(point.x - known->x, point.y - known->y);
+        if (apart > std::min(kOneMark, allowed)) continue;
+        findings.push_back(twinsOf(known->name, run.network().points[p].name, apart));
+      }
+    }
+  }
+}
+
+/// Against the coordinates that the network gives for a new point, else those of the project's list.
+void addFarOff(Project const& project, PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  std::unordered_map<std::string, CoordinatePointInfo const*> listed;
+  for (CoordinatePointInfo const& point : project.getCoordinatePointList()) listed.emplace(point.name, &point);
+  for (std::size_t p = 0; p < run.network().points.size(); ++p) {
+    PlaneNetwork::Point const& point = run.network().points[p];
+    if (point.isKnown) continue;
+    double x = point.x;
+    double y = point.y;
+    if (!std::isfinite(x + y)) {
+      auto const found = listed.find(point.name);
+      if (found == listed.end()) continue;
+      x = found->second->N;
+      y = found->second->E;
+    }
+    double const off = std::hypot(run.result().points[p].x - x, run.result().points[p].y - y);
+    if (!(off > kFarOff)) continue;
+    QString const text = Messages::tr("lies %1 km from the coordinates that are given for it");
+    findings.push_back(warning({}, {point.name}, text.arg(QString::number(off / 1000.0, 'f', 1)), off));
+  }
+}
+
+/// Whether the iteration came to its end only without some of the observations.
+bool hasLostObservations(PlaneResult const& result) {
+  auto const count = [](std::vector<PlaneObservation> const& list) {
+    return std::count_if(list.begin(), list.end(), [](PlaneObservation const& o) { return o.weight == 0.0; });
+  };
+  return static_cast<std::size_t>(count(result.directions) + count(result.distances)) > result.leftOut.size();
+}
+
+/// Whether the way in which an adjustment failed may come from its known points.
+bool mayFailByControl(PlaneAdjustment const& run) {
+  if (!run.looseMotions().empty() || !run.coincidentPoints().empty()) return false;
+  auto const isMissing = [](UnplacedPoint const& point) { return point.reason <= UnplacedPoint::OnUnplaced; };
+  auto const& unplaced = run.unplacedPoints();
+  return unplaced.empty() || !std::all_of(unplaced.begin(), unplaced.end(), isMissing);
+}
+
+}  // namespace
+
+QString detail::textOfSuspect(SuspectObservation const& suspect) {
+  QString const kind = suspect.isDirection ? "direction" : "distance";
+  return QString("suspected gross error of the %1: %2").arg(kind, wordedSize(suspect));
+}
+
+std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
+  std::vector<FieldFinding> findings = Suspicions(run).findings;
+  PlaneResult const& result = run.result();
+  addControl(run, findings);
+  for (PlaneAlternative const& other : result.alternatives) {
+    Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
+    PlaneObservation const& observation =
+        other.isDirection ? result.directions[other.observation] : result.distances[other.observation];
+    QString const kind = other.isDirection ? "direction" : "distance";
+    findings.push_back(warning(sight.from, {sight.to},
+                               QString("the %1 cannot be told apart from a suspected observation").arg(kind),
+                               costOf(observation)));
+    findings.back().line = sight.origin.line;
+  }
+  if (hasLostObservations(result)) {
+    findings.push_back(
+        warning({}, {}, "the adjustment does not settle with the suspected observations, which have no weight"));
+  }
+  for (std::size_t p = 0; p < result.points.size(); ++p) {
+    if (result.points[p].isChecked) continue;
+    findings.push_back(warning({}, {run.network().points[p].name}, "nothing checks the point"));
+  }
+  return findings;
+}
+
+std::vector<FieldFinding> detail::findingsOnResult(JobState const& state, PlaneAdjustment const& run) {
+  std::vector<FieldFinding> findings;
+  if (run.result().hasRedundancy && run.result().unitError > kDoubtfulUnitError) {
+    findings.push_back(
+        warning({}, {}, "The unit weight error is far above 1: a gross error, or known points that do not fit"));
+  }
+  addTwins(run, findings);
+  addUnobservedTwins(*state.project, run, findings);
+  addFarOff(*state.project, run, findings);
+  return findings;
+}
+
+std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,
+                                                      std::function<bool()> const& isCancelled) {
+  PlaneNetwork network = run.network();
+  // Without some of the observations the rest may fit anywhere.
+  bool const hasResult = !run.result().points.empty() && !hasLostObservations(run.result());
+  double const asGiven = run.result().unitError;
+  bool const isBad = hasResult ? run.result().hasRedundancy && asGiven > kDoubtfulUnitError : mayFailByControl(run);
+  auto const known = std::count_if(network.points.begin(), network.points.end(),
+                                   [](PlaneNetwork::Point const& point) { return point.isKnown; });
+  if (!isBad || known < kLeastOfMirror || settings.datum == PlaneSettings::Datum::Free) return std::nullopt;
+  double cost = 0.0;
+  for (PlaneNetwork::Point& point : network.points) {
+    std::swap(point.x, point.y);
+    if (point.isKnown) cost = std::max(cost, std::hypot(point.x - point.y, point.x - point.y));
+  }
+  settings.leavesOutSuspects = false;
+  settings.iterationLimit = kTrialRounds;
+  PlaneAdjustment exchanged(std::move(network), settings);
+  exchanged.setTellFindings(false);
+  exchanged.setCancelCall(isCancelled);
+  try {
+    exchanged.adjust();
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    if (isCancelled && isCancelled()) throw;
+    return std::nullopt;  // it does not fit that way either
+  }
+  PlaneResult const& result = exchanged.result();
+  double const most = hasResult ? asGiven / kFitsBetter : kDoubtfulUnitError;
+  if (!result.hasRedundancy || hasLostObservations(result) || !(result.unitError <= most)) return std::nullopt;
+  QString const unitError = QString::number(result.unitError, 'f', 2);
+  QString const text =
+      hasResult
+          ? Messages::tr("The known points fit with north and east exchanged: unit weight error %1 instead of %2")
+                .arg(unitError, QString::number(asGiven, 'f', 2))
+          : Messages::tr("The known points fit with north and east exchanged: unit weight error %1").arg(unitError);
+  return warning({}, {}, text, cost);
+}
+
+}  // namespace kvn
