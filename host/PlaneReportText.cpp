@@ -135,7 +135,7 @@ void PlaneReport::writeEllipseTable(TextSink const& sink) const {
 /// With its number where the station has several.
 std::string PlaneReport::stationText(Circle const& circle) const {
   int const point = stationOf(circle);
-  std::string const station = utf8Of(nameOf(point));
+  std::string station = utf8Of(nameOf(point));
   if (circlesOfPoint[static_cast<std::size_t>(point)] <= 1) return station;
   return station + " (" + std::to_string(circle.number) + ')';
 }

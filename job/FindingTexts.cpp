@@ -1,5 +1,7 @@
 #include "job/FindingTexts.h"
 
+#include "records/NetworkFindings.h"
+
 #include <utils/HTextCodec.h>
 
 #include <QHash>
@@ -17,7 +19,7 @@ constexpr int kNamedPlaces = 3;
 QString namesOf(FieldFinding const& finding) {
   QStringList targets;
   for (std::string const& target : finding.targets) targets << recordText(target);
-  if (finding.station.empty()) return targets.join(", ");
+  if (finding.station.empty()) return listedNames(targets);
   QString const station = recordText(finding.station);
   return targets.isEmpty() ? station : station + " to " + targets.join(", ");
 }

@@ -230,9 +230,13 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
     findings.push_back(
         warning({}, {}, "the adjustment does not settle with the suspected observations, which have no weight"));
   }
+  std::vector<std::string> unchecked;
   for (std::size_t p = 0; p < result.points.size(); ++p) {
-    if (result.points[p].isChecked) continue;
-    findings.push_back(warning({}, {run.network().points[p].name}, "nothing checks the point"));
+    if (!result.points[p].isChecked) unchecked.push_back(run.network().points[p].name);
+  }
+  if (!unchecked.empty()) {
+    QString const text = unchecked.size() == 1 ? "nothing checks the point" : "nothing checks the points";
+    findings.push_back(warning({}, std::move(unchecked), text));
   }
   return findings;
 }

@@ -86,7 +86,7 @@ class SquareSite {
 TEST_F(JobWarnings, CompareBothEndsByTheErrorsOfTheJob) {
   // Three standard errors of a difference of two distances of 3 mm are 12.7 mm.
   struct Case {
-    char const* back;  // of A to P, 100 m
+    double back;  // of A to P, 100 m
     double centring;
     ObservationErrors::Form form;
     char const* head;
@@ -94,14 +94,14 @@ TEST_F(JobWarnings, CompareBothEndsByTheErrorsOfTheJob) {
   };
   constexpr auto kSum = ObservationErrors::Form::Sum;
   constexpr auto kRoot = ObservationErrors::Form::Root;
-  for (Case const& c : {Case{"100.0124", 0.0, kSum, "2,3,0", 0},
-                        {"100.0131", 0.0, kSum, "2,3,0", 1},
-                        {"100.0131", 0.001, kSum, "2,3,0", 0},
-                        {"100.0160", 0.0, kSum, "2,3,10", 0},
-                        {"100.0160", 0.0, kRoot, "2,3,10", 1}}) {
+  for (Case const& c : {Case{100.0124, 0.0, kSum, "2,3,0", 0},
+                        {100.0131, 0.0, kSum, "2,3,0", 1},
+                        {100.0131, 0.001, kSum, "2,3,0", 0},
+                        {100.0160, 0.0, kSum, "2,3,10", 0},
+                        {100.0160, 0.0, kRoot, "2,3,10", 1}}) {
     SCOPED_TRACE(c.back);
-    job.open(written("net.in2", std::string(c.head) + "\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,270\nP,S,100\nP\nA,S," + c.back +
-                                    "\nB\nA,L,0\nP,L,45\n"));
+    job.open(written("net.in2", std::string(c.head) + "\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,270\nP,S,100\nP\nA,S," +
+                                    QString::number(c.back, 'f', 4).toStdString() + "\nB\nA,L,0\nP,L,45\n"));
     PlaneOptions options;
     options.centring = c.centring;
     options.distanceForm = c.form;
@@ -110,7 +110,7 @@ TEST_F(JobWarnings, CompareBothEndsByTheErrorsOfTheJob) {
     ASSERT_EQ(findings.size(), c.count);
     if (c.count == 0) continue;
     EXPECT_EQ(findings[0].line, 9);
-    EXPECT_NEAR(findings[0].cost, 0.5 * (std::stod(c.back) - 100.0), 1e-9);
+    EXPECT_NEAR(findings[0].cost, 0.5 * (c.back - 100.0), 1e-9);
   }
 }
 
