@@ -89,6 +89,8 @@ struct LeftOutSight {
 struct HeightReduction {
   HeightNetwork network;              ///< without distances, differences and errors yet
   std::vector<LeftOutSight> leftOut;  ///< in row order
+  /// Known stations to which later rows give another height, by name, each once.
+  std::vector<std::string> contradicted;
 };
 
 /// The sights of a field book. A vertical reading V is the zenith angle V on the first face (V below π) and 2π - V on

@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Failures.h"
 #include "HeightsReport.h"
+#include "LiteralHeightsReport.h"
 #include "Options.h"
 #include "Output.h"
 #include "Session.h"
@@ -9,11 +10,33 @@
 namespace kvn::host {
 namespace {
 
-int report(Session& session, HeightsOptions const& options) {
-  double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
-  TriangleHeightAdjust const& adjustment = session.job().adjustHeights(refraction);
-  HeightsReport const finished(session.file(), refraction, session.job().heightLines(), adjustment);
-  if (!options.json) {
+void takeOptions(Session& session, HeightsOptions const& options) {
+  Configure& configure = session.project().getConfigure();
+  configure.AngleError = options.angleError.value_or(configure.AngleError);
+  configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
+  configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
+  HeightOptions heights;
+  heights.zenithError = options.zenithError;
+  heights.heightError = options.heightError.value_or(1000.0 * heights.heightError) / 1000.0;
+  heights.refraction = options.refraction;
+  heights.refractionError = options.refractionError.value_or(heights.refractionError);
+  session.job().setHeightOptions(heights);
+  PlaneOptions plane;
+  plane.confidence = options.confidence.value_or(plane.confidence);
+  if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;
+  session.job().setPlaneOptions(plane);
+}
+
+/// The run itself has told them.
+std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
+  std::vector<FieldFinding> findings = job.findingsOf(Job::HeightRun);
+  sortByCost(findings);
+  return findings;
+}
+
+template <typename Report>
+int print(Session& session, Report const& finished, bool asJson) {
+  if (!asJson) {
     printText(finished.text());
     return Done;
   }
@@ -21,6 +44,18 @@ int report(Session& session, HeightsOptions const& options) {
   json["messages"] = session.messages().take();
   printJson(json);
   return Done;
+}
+
+int report(Session& session, HeightsOptions const& options) {
+  session.job().adjustHeights();
+  if (options.asRead) {
+    double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
+    LiteralHeightsReport const finished(session.file(), refraction, session.job().heightLines(),
+                                        *session.project().getTriangleHeightAdjust());
+    return print(session, finished, options.json);
+  }
+  std::vector<FieldFinding> const findings = findingsOfTheRun(session.job());
+  return print(session, HeightsReport(session.file(), session.job(), findings), options.json);
 }
 
 }  // namespace
@@ -31,6 +66,7 @@ int runHeights(QStringList const& arguments) {
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file, options->asRead);
     session.job().requireNoError(Job::FileText);
+    takeOptions(session, *options);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
     tellWarnings(session.job().findingsOf(Job::RowChecks));
     return report(session, *options);

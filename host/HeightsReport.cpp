@@ -1,86 +1,248 @@
 #include "HeightsReport.h"
 
+#include "FindingsText.h"
 #include "Format.h"
 #include "Output.h"
+#include "RecordJson.h"
 #include "TextTable.h"
 
+#include <QStringList>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace kvn::host {
 namespace {
 
-// The weight of a line is 1 / length in metres, so that its standard error grows with the root of the length.
-double const kRootOfKilometre = std::sqrt(1000.0);
+QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
+
+QString ratio(double value) { return QString::fromStdString(ratioText(value)); }
+
+void addTest(Json::Value& json, HeightTest const& test) {
+  json["redundancy"] = number(test.redundancy);
+  json["standardised"] = number(test.standardised);
+  json["test"] = number(test.test);
+  json["detectable"] = number(test.detectable);
+  json["gross"] = number(test.gross);
+}
 
 }  // namespace
 
-HeightsReport::HeightsReport(QString path, double refractionCoefficient, TriangleHeightDataConvert const& observations,
-                             TriangleHeightAdjust const& adjustment)
-    : file(std::move(path)), refraction(refractionCoefficient), input(observations), result(adjustment) {}
+HeightsReport::HeightsReport(QString path, Job const& finishedJob, std::vector<FieldFinding> const& runFindings)
+    : file(std::move(path)),
+      job(finishedJob),
+      findings(runFindings),
+      network(finishedJob.heightAdjustment()->network()),
+      result(finishedJob.heightAdjustment()->result()) {}
 
-QString HeightsReport::text() const { return headText() + pointsText() + linesText(); }
+std::string const& HeightsReport::stationOf(int setUp) const {
+  return nameOf(static_cast<std::size_t>(network.setUps[static_cast<std::size_t>(setUp)].station));
+}
+
+QString HeightsReport::text() const {
+  return headText() + findingsText(findings) + pointsText() + sightsText() + sharedText() + loopsText();
+}
+
+QString HeightsReport::unitErrorText() const {
+  if (!result.hasRedundancy) return "- (nothing is redundant)";
+  QString const told = QString("%1, expected between %2 and %3 at %4")
+                           .arg(ratio(result.unitError), ratio(result.lowerBound), ratio(result.upperBound),
+                                percent(job.planeOptions().confidence));
+  return result.isPassed ? told : told + ": fails";
+}
 
 QString HeightsReport::headText() const {
-  QString const unitError = result.getRedundancy() > 0
-                                ? millimetres(result.getUnitError() * kRootOfKilometre) + " mm for a line of 1 km"
-                                : QString("- (nothing is redundant, so there are no errors)");
+  Configure const& configure = job.project()->getConfigure();
+  HeightOptions const& options = job.heightOptions();
+  auto const known = std::count_if(network.points.begin(), network.points.end(),
+                                   [](HeightNetwork::Point const& point) { return point.isKnown; });
+  QString const errors =
+      QString::fromUtf8("zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm")
+          .arg(shortNumber(options.zenithError.value_or(double(configure.AngleError))),
+               shortNumber(double(configure.LineFixedError)), shortNumber(double(configure.LineProportionError)),
+               shortNumber(1000.0 * options.heightError));
+  QString const refraction =
+      QString::fromUtf8("%1 ± %2").arg(shortNumber(options.refraction.value_or(double(configure.AtmosphericIndex))),
+                                       shortNumber(options.refractionError));
   return QString("Trigonometric heights of %1\n\n").arg(printable(file)) +
          labelled({
-             {"Points", QString("%1, %2 of them known").arg(input.getPnumber()).arg(input.getKnPnumber())},
-             {"Lines", QString::number(input.getLnumber())},
-             {"Refraction", shortNumber(refraction)},
-             {"Redundancy", QString::number(result.getRedundancy())},
-             {"Unit weight error", unitError},
+             {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(known)},
+             {"Sights", QString("%1 from %2")
+                            .arg(network.sights.size())
+                            .arg(counted(network.setUps.size(), "set-up", "set-ups"))},
+             {"A-priori errors", errors},
+             {"Refraction", refraction},
+             {"Redundancy", QString::number(result.redundancy)},
+             {"Unit weight error", unitErrorText()},
          });
 }
 
 QString HeightsReport::pointsText() const {
-  TextTable table({{"Point", TextTable::Left}, {"Height [m]", TextTable::Right}, {"m [mm]", TextTable::Right}});
-  int number = 0;  // known points come first
-  for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
-    bool const isKnown = number++ < input.getKnPnumber();
-    table.add({textOf(point.name), metres(point.height), isKnown ? QString("known") : millimetres(point.heightError)});
+  TextTable table({{"Point", TextTable::Left},
+                   {"Height [m]", TextTable::Right},
+                   {"m [mm]", TextTable::Right},
+                   {"", TextTable::Left}});
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    HeightPoint const& point = result.points[p];
+    bool const isKnown = network.points[p].isKnown;
+    table.add({textOf(nameOf(p)), metres(point.height), isKnown ? QString("known") : millimetres(point.error),
+               point.isChecked ? QString() : QString("unchecked")});
   }
   return "\nPoints\n" + table.toString();
 }
 
-QString HeightsReport::linesText() const {
+QString HeightsReport::sightsText() const {
   TextTable table({{"From", TextTable::Left},
                    {"To", TextTable::Left},
                    {"Distance [m]", TextTable::Right},
                    {"Difference [m]", TextTable::Right},
-                   {"v [mm]", TextTable::Right}});
-  std::size_t number = 0;
-  for (TriangleViewData const& line : input.getTraingleViewData()) {
-    table.add({textOf(line.start_name), textOf(line.end_name), metres(line.horizontalDistance),
-               metres(line.heightDifference), millimetres(result.getResiduals()[number++])});
+                   {QString::fromUtf8("σ [mm]"), TextTable::Right},
+                   {"v [mm]", TextTable::Right},
+                   {"r", TextTable::Right},
+                   {"w", TextTable::Right},
+                   {"", TextTable::Left}});
+  for (std::size_t s = 0; s < network.sights.size(); ++s) {
+    HeightNetwork::Sight const& sight = network.sights[s];
+    HeightObservation const& adjusted = result.sights[s];
+    table.add({textOf(stationOf(sight.setUp)), textOf(nameOf(static_cast<std::size_t>(sight.target))),
+               metres(sight.distance), metres(sight.difference), millimetres(sight.error),
+               millimetres(adjusted.residual), ratio(adjusted.redundancy), ratio(adjusted.standardised),
+               adjusted.test > 1.0 ? QString("*") : QString()});
   }
-  return "\nLines (v residual)\n" + table.toString();
+  return QString::fromUtf8(
+             "\nSights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)\n") +
+         table.toString();
+}
+
+/// Only what is too large: there is one of each set-up and each target.
+QString HeightsReport::sharedText() const {
+  TextTable table({{"", TextTable::Left},
+                   {"Point", TextTable::Left},
+                   {"Height [m]", TextTable::Right},
+                   {"Sights", TextTable::Right},
+                   {"w", TextTable::Right},
+                   {"Too large by [mm]", TextTable::Right}});
+  bool isEmpty = true;
+  for (SharedHeight const& shared : result.shared) {
+    if (!(shared.test > 1.0)) continue;
+    isEmpty = false;
+    QString const name =
+        textOf(shared.isInstrument ? stationOf(static_cast<int>(shared.setUp)) : nameOf(shared.target));
+    table.add({shared.isInstrument ? "instrument" : "target", name, metres(shared.height),
+               QString::number(shared.sights), ratio(shared.standardised), millimetres(shared.gross)});
+  }
+  return isEmpty ? QString() : "\nHeights of instruments and targets that do not fit\n" + table.toString();
+}
+
+QString HeightsReport::loopName(HeightLoop const& loop) const {
+  constexpr std::size_t kMostNames = 12;
+  QStringList names;
+  for (std::size_t const point : loop.points) {
+    if (static_cast<std::size_t>(names.size()) == kMostNames) break;
+    names << textOf(nameOf(point));
+  }
+  if (loop.points.size() > kMostNames) names << QString("... (%1 points)").arg(loop.points.size());
+  return names.join(" - ");
+}
+
+QString HeightsReport::loopsText() const {
+  if (result.loops.empty()) return {};
+  TextTable table(
+      {{"Loop", TextTable::Left}, {"Misclosure [mm]", TextTable::Right}, {"Allowed [mm]", TextTable::Right}});
+  for (HeightLoop const& loop : result.loops) {
+    table.add({loopName(loop), millimetres(loop.misclosure), millimetres(loop.allowed)});
+  }
+  return "\nLoops that do not close (allowed: 99 %)\n" + table.toString();
+}
+
+Json::Value HeightsReport::globalTestJson() const {
+  Json::Value json;
+  json["lower"] = number(result.lowerBound);
+  json["upper"] = number(result.upperBound);
+  json["value"] = number(result.unitError);
+  json["passed"] = result.hasRedundancy ? Json::Value(result.isPassed) : Json::Value();
+  return json;
+}
+
+Json::Value HeightsReport::pointsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    HeightPoint const& point = result.points[p];
+    Json::Value entry;
+    entry["name"] = jsonText(nameOf(p));
+    entry["height"] = number(point.height);
+    entry["heightError"] = number(point.error);
+    entry["approximate"] = number(point.approximate);
+    entry["known"] = network.points[p].isKnown;
+    entry["checked"] = point.isChecked;
+    if (network.points[p].isKnown) entry["test"] = number(result.known[p].test);
+    list.append(entry);
+  }
+  return list;
+}
+
+Json::Value HeightsReport::linesJson() const {
+  Json::Value list(Json::arrayValue);
+  for (std::size_t s = 0; s < network.sights.size(); ++s) {
+    HeightNetwork::Sight const& sight = network.sights[s];
+    HeightObservation const& adjusted = result.sights[s];
+    Json::Value entry;
+    entry["from"] = jsonText(stationOf(sight.setUp));
+    entry["to"] = jsonText(nameOf(static_cast<std::size_t>(sight.target)));
+    entry["setUp"] = sight.setUp + 1;
+    entry["difference"] = number(sight.difference);
+    entry["horizontalDistance"] = number(sight.distance);
+    entry["error"] = number(sight.error);
+    entry["residual"] = number(adjusted.residual);
+    entry["effect"] = number(adjusted.effect);
+    addTest(entry, adjusted);
+    entry["line"] = sight.origin.line > 0 ? Json::Value(sight.origin.line) : Json::Value();
+    list.append(entry);
+  }
+  return list;
+}
+
+Json::Value HeightsReport::sharedJson() const {
+  Json::Value list(Json::arrayValue);
+  for (SharedHeight const& shared : result.shared) {
+    Json::Value entry;
+    entry["kind"] = shared.isInstrument ? "instrument" : "target";
+    entry["point"] = jsonText(shared.isInstrument ? stationOf(static_cast<int>(shared.setUp)) : nameOf(shared.target));
+    entry["setUp"] = shared.isInstrument ? Json::Value(static_cast<int>(shared.setUp) + 1) : Json::Value();
+    entry["height"] = number(shared.height);
+    entry["sights"] = static_cast<int>(shared.sights);
+    addTest(entry, shared);
+    list.append(entry);
+  }
+  return list;
+}
+
+Json::Value HeightsReport::loopsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (HeightLoop const& loop : result.loops) {
+    Json::Value entry;
+    Json::Value& names = entry["names"] = Json::Value(Json::arrayValue);
+    for (std::size_t const point : loop.points) names.append(jsonText(nameOf(point)));
+    entry["misclosure"] = number(loop.misclosure);
+    entry["allowed"] = number(loop.allowed);
+    list.append(entry);
+  }
+  return list;
 }
 
 Json::Value HeightsReport::json() const {
   Json::Value json;
+  json["points"] = pointsJson();
+  json["lines"] = linesJson();
+  json["sharedHeights"] = sharedJson();
+  json["loops"] = loopsJson();
+  json["unitError"] = number(result.unitError);
+  json["redundancy"] = result.redundancy;
+  json["globalTest"] = globalTestJson();
+  HeightOptions const& options = job.heightOptions();
+  json["refraction"] = number(options.refraction.value_or(double(job.project()->getConfigure().AtmosphericIndex)));
+  json["findings"] = toJson(findings);
   json["version"] = kJsonVersion;
-  Json::Value& points = json["points"] = Json::Value(Json::arrayValue);
-  auto const approximate = result.getTriangleHeightPointInfoH0();
-  for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
-    Json::Value entry;
-    entry["name"] = jsonText(point.name);
-    entry["height"] = number(point.height);
-    entry["heightError"] = number(point.heightError);
-    entry["approximate"] = number(approximate[points.size()].height);
-    points.append(entry);
-  }
-  Json::Value& lines = json["lines"] = Json::Value(Json::arrayValue);
-  for (TriangleViewData const& line : input.getTraingleViewData()) {
-    Json::Value entry;
-    entry["from"] = jsonText(line.start_name);
-    entry["to"] = jsonText(line.end_name);
-    entry["difference"] = number(line.heightDifference);
-    entry["horizontalDistance"] = number(line.horizontalDistance);
-    lines.append(entry);
-  }
   return json;
 }
 

@@ -273,6 +273,17 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   parser.addPositionalArgument("FILE", "Field book (.txt, .lqf) or project (.kvn).");
   parser.addOptions({
       {"refraction", "Refraction coefficient; 1 takes neither curvature nor refraction (default 0.16).", "K"},
+      {"refraction-error", "Standard error of the refraction coefficient, 0 to 10 (default 0.05).", "K"},
+      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
+      {"zenith-error",
+       "Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).",
+       "SECONDS"},
+      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
+      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
+      {"height-error", "Standard error of each height of instrument and target, 0 to 1000 (default 1).", "MM"},
+      {"confidence", "Of the test of the whole, 0.5 to 0.9999 (default 0.95).", "P"},
+      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
+       "a-posteriori|a-priori", "a-posteriori"},
       {"as-read",
        "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
        "full-circle zenith readings give the index term of the circle instead of the elevation."},
@@ -281,6 +292,14 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   auto options = commonOptions<HeightsOptions>(parser);
   options.file = parser.positionalArguments().first();
   options.refraction = numberOption(parser, "refraction");
+  options.refractionError = boundedOption(parser, "refraction-error", 0.0, 10.0);
+  options.angleError = errorOption(parser, "angle-error", false);
+  options.fixedError = errorOption(parser, "fixed-error", true);
+  options.proportionalError = errorOption(parser, "proportional-error", true);
+  options.zenithError = boundedOption(parser, "zenith-error", 1e-6, 10000.0);
+  options.heightError = boundedOption(parser, "height-error", 0.0, 1000.0);
+  options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
+  options.isAPriori = aPrioriOption(parser);
   options.asRead = parser.isSet("as-read");
   return options;
 }

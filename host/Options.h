@@ -44,8 +44,16 @@ struct AdjustOptions : CommonOptions {
 
 struct HeightsOptions : CommonOptions {
   QString file;
-  std::optional<double> refraction;  ///< coefficient; empty for that of the settings
-  bool asRead = false;               ///< the rows as the library takes them, without the host's care
+  std::optional<double> refraction;        ///< coefficient; empty for that of the settings
+  std::optional<double> refractionError;   ///< standard error of it
+  std::optional<float> angleError;         ///< seconds of arc
+  std::optional<float> fixedError;         ///< millimetres
+  std::optional<float> proportionalError;  ///< parts per million
+  std::optional<double> zenithError;       ///< seconds of arc
+  std::optional<double> heightError;       ///< millimetres
+  std::optional<double> confidence;        ///< of the test of the whole
+  bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
+  bool asRead = false;                     ///< the rows as the library takes them, without the host's care
 };
 
 struct MapOptions : CommonOptions {

@@ -1,6 +1,7 @@
 #include "job/Job.h"
 
 #include "adjust/AlgorithmAdjust.h"
+#include "adjust/HeightAdjustment.h"
 #include "adjust/TriangleHeightAdjust.h"
 #include "core/DataException.h"
 #include "core/Project.h"
@@ -12,8 +13,11 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <new>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace kvn {
@@ -49,10 +53,10 @@ void tellMissingHeights(std::vector<CoordinatePointInfo> const& points) {
 }
 
 /// Heights where the rows give any.
-void tryHeights(detail::JobState& state, double refraction) {
+void tryHeights(detail::JobState& state, utils::IProcessCancel const& cancel) {
   QString reason;
   try {
-    detail::adjustHeights(state, refraction);
+    detail::adjustHeights(state, cancel);
     return;
   } catch (std::bad_alloc const&) {
     throw;  // says nothing about the heights
@@ -62,13 +66,29 @@ void tryHeights(detail::JobState& state, double refraction) {
     reason = QString::fromUtf8(failure.what());
   }
   state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());  // those of a run before
+  state.heightRun.reset();
+  state.heightFindings.clear();
   detail::sendWarning(QString("No heights are adjusted: %1").arg(reason));
 }
 
-void takePlaneResults(Project& project, PlaneAdjustment const& adjustment) {
-  std::vector<CoordinatePointInfo> points = detail::coordinatesOf(adjustment);
-  TriangleHeightAdjust const* const heights = project.getTriangleHeightAdjust();
-  if (project.getConfigure().TraversePointAdjust == 0 && heights != nullptr) heights->convertCoordZ(points);
+/// The heights of the last run into the coordinates, where the project wants them.
+void takeHeights(detail::JobState const& state) {
+  Project& project = *state.project;
+  if (project.getConfigure().TraversePointAdjust != 0) return;
+  std::vector<CoordinatePointInfo> points = project.getCoordinatePointList();
+  if (TriangleHeightAdjust const* const literal = project.getTriangleHeightAdjust(); literal != nullptr) {
+    literal->convertCoordZ(points);
+  }
+  if (state.heightRun == nullptr) return project.setCoordinatePointList(std::move(points));
+  HeightAdjustment const& heights = *state.heightRun;
+  std::unordered_map<std::string, double> heightOf;
+  for (std::size_t p = 0; p < heights.network().points.size(); ++p) {
+    heightOf.emplace(heights.network().points[p].name, heights.result().points[p].height);
+  }
+  for (CoordinatePointInfo& point : points) {
+    auto const found = heightOf.find(point.name);
+    if (found != heightOf.end()) point.Z = found->second;
+  }
   project.setCoordinatePointList(std::move(points));
 }
 
@@ -122,6 +142,7 @@ void Job::open(QString const& path, Reading reading) {
   now.opened = std::move(opened);
   now.progress = std::move(state->progress);
   now.plane = state->plane;
+  now.heights = state->heights;
   *state = std::move(now);
 }
 
@@ -153,6 +174,7 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
     if ((sources & NetworkChecks) != 0) add(detail::findingsOnNetwork(*state));
     if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(*state));
     if ((sources & AdjustmentRun) != 0) add(state->runFindings);
+    if ((sources & HeightRun) != 0) add(state->heightFindings);
   });
   return all;
 }
@@ -181,26 +203,42 @@ PlaneAdjustment const* Job::planeAdjustment() const { return state->planeRun.get
 
 Network const& Job::adjustedNetwork() const { return state->adjusted; }
 
-TriangleHeightAdjust const& Job::adjustHeights(std::optional<double> refraction) {
-  double const coefficient = refraction.value_or(double(state->project->getConfigure().AtmosphericIndex));
-  guarded(*state, [&] { detail::adjustHeights(*state, coefficient); });
-  return *state->project->getTriangleHeightAdjust();
+void Job::setHeightOptions(HeightOptions const& options) {
+  auto const require = [this](bool isSound, char const* text) {
+    if (!isSound) throw JobException(state->file, QString(text));
+  };
+  require(!options.zenithError || (*options.zenithError > 0.0 && *options.zenithError <= 10000.0),
+          "the error of a zenith angle must be above 0 and up to 10000 seconds");
+  require(options.heightError >= 0.0 && options.heightError <= 1.0,
+          "the error of a height of instrument or target must be from 0 to 1 m");
+  require(!options.refraction || std::abs(*options.refraction) <= 10.0, "the refraction must be from -10 to 10");
+  require(options.refractionError >= 0.0 && options.refractionError <= 10.0,
+          "the error of the refraction must be from 0 to 10");
+  state->heights = options;
 }
+
+HeightOptions const& Job::heightOptions() const { return state->heights; }
+
+void Job::adjustHeights() {
+  guarded(*state, [this] { detail::adjustHeights(*state, *this); });
+}
+
+HeightAdjustment const* Job::heightAdjustment() const { return state->heightRun.get(); }
 
 TriangleHeightDataConvert const& Job::heightLines() const { return state->heightLines; }
 
-void Job::takeResults(std::optional<double> refraction) {
+void Job::takeResults() {
   Project& project = *state->project;
-  double const coefficient = refraction.value_or(double(project.getConfigure().AtmosphericIndex));
   guarded(*state, [&] {
     PlaneAdjustment const* const plane = planeAdjustment();
     bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
-    if (hasResult && !project.getTraverseDataList().empty()) tryHeights(*state, coefficient);
+    if (hasResult && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
     if (plane == nullptr) {
       project.algorithmPointConvertCoord();
     } else {
-      takePlaneResults(project, *plane);
+      project.setCoordinatePointList(detail::coordinatesOf(*plane));
     }
+    takeHeights(*state);
     tellMissingHeights(project.getCoordinatePointList());
   });
 }

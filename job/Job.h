@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/AdjustProgress.h"
+#include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
@@ -12,13 +13,12 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace kvn {
 
 class Project;
-class TriangleHeightAdjust;
+class HeightAdjustment;
 class TriangleHeightDataConvert;
 namespace detail {
 struct JobState;
@@ -56,7 +56,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     RowChecks = 4,         ///< marks of the row checks; a `Note` for each pair of faces
     NetworkChecks = 8,     ///< ends of a line that differ; points that hang loose
     AdjustmentStart = 16,  ///< what a least-squares adjustment would run into; costs as much as one
-    AdjustmentRun = 32     ///< what the last careful run by least squares found out; costs nothing
+    AdjustmentRun = 32,    ///< what the last careful run by least squares found out; costs nothing
+    HeightRun = 64         ///< the same of heights
   };
 
   Job();  ///< on a new project of the System, or one of its own where there is no System
@@ -133,16 +134,26 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// traverse has turned circles and its distances forward.
   Network const& adjustedNetwork() const;
 
-  /// Adjusts the trigonometric heights of the rows. The result is the project's `getTriangleHeightAdjust` then, too.
+  /// How careful heights are weighed; stays when another file is opened.
+  /// @throws JobException for a value out of range.
+  void setHeightOptions(HeightOptions const& options);
+  HeightOptions const& heightOptions() const;
+
+  /// Adjusts the trigonometric heights of the rows. Read with care, every sight counts by itself, and the result is
+  /// `heightAdjustment`; a `Warning` each tells what does not fit and what nothing checks, and `findingsOf(HeightRun)`
+  /// has it all. With Reading::AsRead the result is the project's `getTriangleHeightAdjust`. Of the two results there
+  /// is the one of the last run, the other is null.
   /// @param refraction  coefficient; without one `Configure::AtmosphericIndex`.
   /// @throws JobException without rows, without a known height, for points that no line connects to one.
-  TriangleHeightAdjust const& adjustHeights(std::optional<double> refraction = {});
-  TriangleHeightDataConvert const& heightLines() const;  ///< the observations of the last run of `adjustHeights`
+  void adjustHeights();
+  /// The last run of heights, where it was a careful one; else null. Good until the next one.
+  HeightAdjustment const* heightAdjustment() const;
+  TriangleHeightDataConvert const& heightLines() const;  ///< of the last run that was not; empty after a careful one
 
   /// Puts the adjusted points into the coordinate list of the project, with heights where the rows give any: heights
   /// are adjusted for that, and a `Warning` says why where they cannot be. A point without a height has 0.
   /// @throws JobException before `adjust`.
-  void takeResults(std::optional<double> refraction = {});
+  void takeResults();
 
   /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
   /// list, which are the known points where there is none. The folder is made where it is not there. What the format

@@ -1,22 +1,27 @@
-// Heights: the height differences of a field book, with a surveyor's care, and their adjustment.
-#include "adjust/ElevationRows.h"
+// Heights: the sights of a field book, each with its own error, and their adjustment.
+#include "adjust/HeightAdjustment.h"
 #include "adjust/NameIndex.h"
 #include "adjust/TriangleHeightAdjust.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "adjust/TriangleHeightDataRead.h"
+#include "core/AlgorithmException.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 
 #include <QStringList>
-#include <cstddef>
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
 
 namespace kvn {
 namespace {
+
+// Millimetres and parts per million of a project's settings.
+constexpr double kMillimetre = 1e-3;
+constexpr double kMillionth = 1e-6;
 
 QString reasonText(LeftOutSight::Reason reason) {
   switch (reason) {
@@ -44,15 +49,80 @@ void tellLeftOut(detail::OpenedFile const& opened, std::vector<LeftOutSight> con
 }
 
 /// A control point known in plan only has the height 0 in the field book, as one at sea level.
-void tellKnownHeightsOfZero(TriangleHeightDataConvert const& observations) {
-  for (TriangleStationData const& station : observations.getTriangleStationData()) {
-    if (station.height != 0.0) continue;
-    detail::sendWarning(QString("The known height of %1 is 0").arg(recordText(station.name)));
+void tellKnownHeightOfZero(std::string const& name) {
+  detail::sendWarning(QString("The known height of %1 is 0").arg(recordText(name)));
+}
+
+void tellContradicted(std::vector<std::string> const& stations) {
+  QStringList names;
+  for (std::string const& name : stations) names << recordText(name);
+  if (names.isEmpty()) return;
+  detail::sendWarning(
+      QString("Known stations with different heights, of which the first counts: %1").arg(listedNames(names)));
+}
+
+[[noreturn]] void refuseUnconnected(QString const& file, std::vector<std::string> const& points) {
+  QStringList names;
+  for (std::string const& name : points) names << recordText(name);
+  throw JobException(file, "no line connects these points to a known height: " + listedNames(names));
+}
+
+HeightErrors errorsOf(detail::JobState const& state) {
+  Configure const& configure = state.project->getConfigure();
+  HeightErrors errors;
+  errors.zenithSeconds = state.heights.zenithError.value_or(double(configure.AngleError));
+  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
+  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
+  errors.form = state.plane.distanceForm;
+  errors.height = state.heights.heightError;
+  errors.refraction = detail::refractionOf(state);
+  errors.refractionError = state.heights.refractionError;
+  return errors;
+}
+
+void requireErrors(detail::JobState const& state) {
+  QString const fault = detail::faultOfErrors(state.project->getConfigure(), Network());
+  if (!fault.isEmpty()) throw JobException(state.file, fault);
+}
+
+/// Every sight by itself.
+void adjustSights(detail::JobState& state, utils::IProcessCancel const& cancel) {
+  requireErrors(state);
+  HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
+  tellLeftOut(state.opened, reduction.leftOut);
+  HeightNetwork& network = reduction.network;
+  auto const isKnown = [](HeightNetwork::Point const& point) { return point.isKnown; };
+  if (std::none_of(network.points.begin(), network.points.end(), isKnown)) {
+    throw JobException(state.file, "no station has a known height");
   }
+  for (HeightNetwork::Point const& point : network.points) {
+    if (point.isKnown && point.height == 0.0) tellKnownHeightOfZero(point.name);
+  }
+  tellContradicted(reduction.contradicted);
+  reduceSights(network, errorsOf(state));
+  for (HeightNetwork::SetUp& setUp : network.setUps) state.opened.placeLine(setUp.origin);
+  for (HeightNetwork::Sight& sight : network.sights) state.opened.placeLine(sight.origin);
+  HeightSettings settings;
+  settings.unitWeight = state.plane.unitWeight;
+  settings.confidence = state.plane.confidence;
+  auto run = std::make_unique<HeightAdjustment>(std::move(network), settings);
+  run->setCancelCall(cancel.getCancelCall());
+  try {
+    run->adjust();
+  } catch (AlgorithmException const&) {
+    if (run->unplacedPoints().empty()) throw;
+    refuseUnconnected(state.file, run->unplacedPoints());
+  }
+  run->setCancelCall({});  // of the host, for the time of the run
+  state.heightFindings = state.opened.placed(detail::findingsOnHeights(*run));
+  for (QString const& line : warningLines(state.heightFindings)) detail::sendWarning(line);
+  state.heightRun = std::move(run);
+  state.heightLines = TriangleHeightDataConvert();
+  state.project->setTriangleHeightAdjust(nullptr);
 }
 
 /// Points that no chain of lines connects to a known station, which the library refuses without their names.
-QStringList unconnected(TriangleHeightDataConvert const& observations) {
+std::vector<std::string> unconnected(TriangleHeightDataConvert const& observations) {
   NameIndex names;
   std::vector<std::vector<int>> neighbours(static_cast<std::size_t>(observations.getPnumber()));
   for (TriangleStationData const& station : observations.getTriangleStationData()) names.numberOf(station.name);
@@ -75,51 +145,50 @@ QStringList unconnected(TriangleHeightDataConvert const& observations) {
     open.pop_back();
     for (int const neighbour : neighbours[static_cast<std::size_t>(point)]) reach(neighbour);
   }
-  QStringList left;
+  std::vector<std::string> left;
   for (std::size_t n = 0; n < reached.size(); ++n) {
-    if (!reached[n]) left << recordText(names.names()[n]);
+    if (!reached[n]) left.push_back(names.names()[n]);
   }
   return left;
 }
 
-/// The height lines of the rows, by the elevations of both faces, or as the library takes the rows.
-TriangleHeightDataConvert heightLinesOf(detail::JobState const& state, double refraction) {
-  Project const& project = *state.project;
-  TriangleHeightDataRead reader(state.asRead ? project.getVerticalAngleType() : ElevationAngle);
-  if (state.asRead) {
-    reader.setTraverseDataList(project.getTraverseDataList(), refraction);
-  } else {
-    ElevationRows const elevations = elevationRows(project.getTraverseDataList());
-    tellLeftOut(state.opened, elevations.leftOut);
-    reader.setTraverseDataList(elevations.rows, refraction);
-  }
+/// As the library takes the rows.
+void adjustLines(detail::JobState& state) {
+  Project& project = *state.project;
+  TriangleHeightDataRead reader(project.getVerticalAngleType());
+  reader.setTraverseDataList(project.getTraverseDataList(), detail::refractionOf(state));
   TriangleHeightDataConvert lines;
   lines.setTriangleHeightDataRead(reader);
-  tellKnownHeightsOfZero(lines);
-  return lines;
-}
-
-void requireSolvable(QString const& file, TriangleHeightDataConvert const& lines) {
-  if (lines.getKnPnumber() == 0) throw JobException(file, "no station has a known height");
-  QStringList const left = unconnected(lines);
-  if (left.isEmpty()) return;
-  throw JobException(file, "no line connects these points to a known height: " + left.join(", "));
-}
-
-}  // namespace
-
-void detail::adjustHeights(JobState& state, double refraction) {
-  Project& project = *state.project;
-  if (project.getTraverseDataList().empty()) {
-    throw JobException(state.file, "the file has no rows of a field book, from which heights are computed");
+  for (TriangleStationData const& station : lines.getTriangleStationData()) {
+    if (station.height == 0.0) tellKnownHeightOfZero(station.name);
   }
-  TriangleHeightDataConvert lines = heightLinesOf(state, refraction);
-  requireSolvable(state.file, lines);
+  if (lines.getKnPnumber() == 0) throw JobException(state.file, "no station has a known height");
+  std::vector<std::string> const left = unconnected(lines);
+  if (!left.empty()) refuseUnconnected(state.file, left);
   auto adjustment = std::make_unique<TriangleHeightAdjust>();
   adjustment->setTriangleHeightDataConvert(lines);
   adjustment->heightLSAdjust();
   project.setTriangleHeightAdjust(std::move(adjustment));
   state.heightLines = std::move(lines);
+  state.heightRun.reset();
+  state.heightFindings.clear();
+}
+
+}  // namespace
+
+double detail::refractionOf(JobState const& state) {
+  return state.heights.refraction.value_or(double(state.project->getConfigure().AtmosphericIndex));
+}
+
+void detail::adjustHeights(JobState& state, utils::IProcessCancel const& cancel) {
+  if (state.project->getTraverseDataList().empty()) {
+    throw JobException(state.file, "the file has no rows of a field book, from which heights are computed");
+  }
+  if (state.asRead) {
+    adjustLines(state);
+  } else {
+    adjustSights(state, cancel);
+  }
 }
 
 }  // namespace kvn

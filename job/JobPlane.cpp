@@ -175,15 +175,16 @@ void detail::OpenedFile::takeReduction(FieldReduction&& made, Project& project) 
   reduction = std::move(made);
   project.setNetwork(std::move(reduction.network));
   reduction.network = Network();
-  auto const place = [this](PlaneNetwork::Origin& origin) {
-    auto const row = static_cast<std::size_t>(origin.row);
-    if (origin.row >= 0 && row < text.rowLines.size()) origin.line = text.rowLines[row];
-  };
   PlaneNetwork& found = reduction.observations;
-  for (PlaneNetwork::SetUp& setUp : found.setUps) place(setUp.origin);
-  for (PlaneNetwork::Direction& direction : found.directions) place(direction.origin);
-  for (PlaneNetwork::Distance& distance : found.distances) place(distance.origin);
+  for (PlaneNetwork::SetUp& setUp : found.setUps) placeLine(setUp.origin);
+  for (PlaneNetwork::Direction& direction : found.directions) placeLine(direction.origin);
+  for (PlaneNetwork::Distance& distance : found.distances) placeLine(distance.origin);
   takeObservations(std::exchange(found, {}), project.getNetwork());
+}
+
+void detail::OpenedFile::placeLine(PlaneNetwork::Origin& origin) const {
+  auto const row = static_cast<std::size_t>(origin.row);
+  if (origin.row >= 0 && row < text.rowLines.size()) origin.line = text.rowLines[row];
 }
 
 void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {

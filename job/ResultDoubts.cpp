@@ -64,10 +64,9 @@ QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& n
 std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
   AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
   int const method = state.project->getConfigure().AdjustMethod;
-  QStringList const doubts =
-      method == kMethodOfLeastSquares
-          ? doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError)
-          : doubtsOfTraverse(adjustment, state.adjusted, method);
+  QStringList const doubts = method == kMethodOfLeastSquares ? doubtsOfUnitError(adjustment.getSummary().hasRedundancy,
+                                                                                 adjustment.getSummary().unitError)
+                                                             : doubtsOfTraverse(adjustment, state.adjusted, method);
   std::vector<FieldFinding> findings;
   for (QString const& text : doubts) findings.push_back({FieldFinding::Warning, {}, {}, text});
   return findings;

@@ -65,6 +65,9 @@ class SightList {
       point.isKnown = true;
       point.height = row.Z;
       point.origin = origin;
+    } else if (row.isKnown && row.Z != point.height && !contradicted.contains(row.name)) {
+      contradicted.numberOf(row.name);
+      result.contradicted.push_back(row.name);
     }
     result.network.setUps.push_back({station, row.instrument, origin});
   }
@@ -144,6 +147,7 @@ class SightList {
   std::vector<TraverseDataInfo> const& rows;
   std::vector<double> indexErrors;
   NameIndex names;
+  NameIndex contradicted;
   HeightReduction result;
   // Of the set-up that is open.
   std::vector<HeightNetwork::Sight> open;

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "adjust/AdjustProgress.h"
+#include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "core/Project.h"
 #include "formats/FieldTextCheck.h"
+#include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
@@ -30,6 +32,9 @@ struct OpenedFile {
   void takeReduction(FieldReduction&& made, Project& project);
   void takeObservations(PlaneNetwork&& made, Network const& network);
 
+  /// The line of the file of what comes from a row.
+  void placeLine(PlaneNetwork::Origin& origin) const;
+
   /// Of the text and of the reduction, in this order.
   std::vector<FieldFinding> findings() const;
   /// Findings on rows with the lines of the file, where they are known.
@@ -45,8 +50,11 @@ struct JobState {
   PlaneOptions plane;
   std::unique_ptr<PlaneAdjustment> planeRun;  ///< the last run, where it was a careful one by least squares
   std::vector<FieldFinding> runFindings;      ///< of that run
-  Network adjusted;                       ///< as the last adjustment had it; empty after a run of the plane adjustment
-  TriangleHeightDataConvert heightLines;  ///< of the last adjustment of heights
+  Network adjusted;  ///< as the last adjustment had it; empty after a run of the plane adjustment
+  HeightOptions heights;
+  std::unique_ptr<HeightAdjustment> heightRun;  ///< the last run of heights, where it was a careful one
+  std::vector<FieldFinding> heightFindings;     ///< of that run
+  TriangleHeightDataConvert heightLines;        ///< of the last run that was not
 };
 
 }  // namespace kvn::detail

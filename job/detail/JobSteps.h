@@ -94,9 +94,11 @@ void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.
 QString explained(AlgorithmException const& failure, int method);
 
-/// Adjusts the heights of the rows, into the project. What gives no height is told as a `Warning`.
+/// Adjusts the heights of the rows. What gives no height, and what does not fit, is told as a `Warning`.
 /// @throws JobException without a known height, and with the names of points that no line connects to one.
-void adjustHeights(JobState& state, double refraction);
+void adjustHeights(JobState& state, utils::IProcessCancel const& cancel);
+std::vector<FieldFinding> findingsOnHeights(HeightAdjustment const& run);
+double refractionOf(JobState const& state);
 
 /// Writes the job in the format of the suffix. The project stays as it is. @throws JobException; what the library's
 /// writers throw.

@@ -137,10 +137,13 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   // refraction; without refraction it is 0.1 mm more.
   EXPECT_NEAR(coordinate(job, "P").Z, 55.1343, 5e-5);
   EXPECT_NEAR(coordinate(job, "P").N, 913.5161, 5e-5);
-  EXPECT_EQ(job.heightLines().getLnumber(), 1);
-  job.takeResults(0.0);
+  EXPECT_EQ(job.heightAdjustment()->result().sights.size(), 1U);
+  HeightOptions options;
+  options.refraction = 0.0;
+  job.setHeightOptions(options);
+  job.takeResults();
   EXPECT_NEAR(coordinate(job, "P").Z, 55.1344, 5e-5);
-  EXPECT_EQ(job.adjustHeights(1.0).getTriangleHeightPointInfo().size(), 3U);
+  EXPECT_EQ(job.project()->getTriangleHeightAdjust(), nullptr);
 
   job.save(path("new/job.kvn"));
   Job again(host.system.createProject());
@@ -148,7 +151,8 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   EXPECT_EQ(coordinate(again, "P").N, coordinate(job, "P").N);
   EXPECT_EQ(again.project()->getTraverseDataList().size(), 6U);
   again.adjust();
-  again.takeResults(0.0);
+  again.setHeightOptions(options);
+  again.takeResults();
   EXPECT_EQ(coordinate(again, "P").Z, coordinate(job, "P").Z);
 }
 
