@@ -135,6 +135,7 @@ void PlaneAdjustment::Data::number() {
   engine.names = NameIndex();
   engine.heldUnknowns.clear();
   engine.holdingWeights.clear();
+  engine.hints.clear();
   engine.isDamped = false;
   engine.hasCommonOrientations = true;
   engine.smallestMove = kSettledMove;
@@ -240,27 +241,34 @@ void PlaneAdjustment::Data::numberDistances() {
   engine.network.distanceFixed = medianError(std::move(errors));
 }
 
-/// Approximate coordinates serve where the walk does not come; of a free network they are what it is laid on.
+/// Approximate coordinates serve where the observations leave a choice, and where no search places a point. A free
+/// network without two known points is laid on them.
 void PlaneAdjustment::Data::place() {
   NumberedNetwork const& numbered = engine.network;
   bool const hasDistances = !numbered.lines.empty();
-  if (isFree()) {
+  if (isFree() && numbered.known < 2) {
     placeFirstPoints();
   } else {
-    detail::Coordinates const approximate = engine.xy;
+    takeHints();
     detail::forgetUnknown(numbered, engine.xy);
-    bool const isComplete =
-        hasDistances ? detail::walkByDistances(numbered, engine.xy) : detail::walkByTriangles(numbered, engine.xy);
-    for (int n = numbered.known; !isComplete && n < numbered.points; ++n) {
-      if (detail::isPlaced(engine.xy, n) || !detail::isPlaced(approximate, n)) continue;
-      detail::place(engine.xy, n, approximate[2 * index(n)], approximate[2 * index(n) + 1]);
-    }
   }
   bool const isPlaced =
       engine.placePoints(hasDistances ? PlaneEngine::Walk::ByDistances : PlaneEngine::Walk::ByTriangles);
   if (!isPlaced) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No enough data");
   engine.x0y0 = engine.xy;
   addCentring();
+}
+
+void PlaneAdjustment::Data::takeHints() {
+  NumberedNetwork const& numbered = engine.network;
+  bool hasAny = false;
+  for (int n = 0; n < numbered.points; ++n) {
+    bool const isHint = n >= numbered.known && detail::isPlaced(engine.xy, n);
+    hasAny = hasAny || isHint;
+    engine.hints.push_back(isHint ? detail::Place(engine.xy[2 * index(n)], engine.xy[2 * index(n) + 1])
+                                  : detail::kNoPlace);
+  }
+  if (!hasAny) engine.hints.clear();
 }
 
 /// A network that nothing holds lies anywhere: on its first line, along the x axis from 0, 0 or from the one point that

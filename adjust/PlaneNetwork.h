@@ -24,7 +24,9 @@ struct PlaneNetwork {
 
   struct Point {
     std::string name;
-    double x = std::numeric_limits<double>::quiet_NaN();  ///< of an unknown point approximate, or NaN
+    /// North; of an unknown point approximate, or NaN. Approximate coordinates decide between two places that agree
+    /// with the observations, as two distances leave, and serve where no search places the point.
+    double x = std::numeric_limits<double>::quiet_NaN();
     double y = std::numeric_limits<double>::quiet_NaN();
     bool isKnown = false;
     double error = 0.0;  ///< of each given coordinate of a known point, metres; 0 where it is fixed

@@ -179,6 +179,7 @@ int runAdjust(QStringList const& arguments) {
     session.open(options->file, options->asRead);
     takeOptions(*options, session.project().getConfigure());
     session.job().setPlaneOptions(planeOptions(*options));
+    if (!options->approximateFile.isEmpty()) session.job().openApproximate(options->approximateFile);
     adjust(session);
     // Behind the run, so that a refusal stays the one line that it is.
     std::vector<FieldFinding> findings;

@@ -106,8 +106,8 @@ bool aPrioriOption(QCommandLineParser const& parser) {
 
 /// What only an adjustment has in which every observation counts.
 void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
-  for (char const* name :
-       {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0", "leave-out"}) {
+  for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0",
+                           "leave-out", "approximate"}) {
     if (!parser.isSet(name)) continue;
     if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
@@ -235,6 +235,11 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "MM"},
       {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
       {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
+      {"approximate",
+       "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
+       "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
+       "network on it.",
+       "FILE"},
       {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
        "a-posteriori|a-priori", "a-posteriori"},
@@ -262,6 +267,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.leavesOut = parser.isSet("leave-out");
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
+  options.approximateFile = fileOption(parser, "approximate");
   options.asRead = parser.isSet("as-read");
   requireFittingOptions(parser, options);
   return options;

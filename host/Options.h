@@ -40,6 +40,7 @@ struct AdjustOptions : CommonOptions {
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
+  QString approximateFile;                 ///< coordinate file; empty: none
 };
 
 struct HeightsOptions : CommonOptions {

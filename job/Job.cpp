@@ -81,6 +81,11 @@ void detail::sendWarning(QString const& text) {
   if (system != nullptr) system->sendMessage(text, Warning);
 }
 
+void detail::sendInfo(QString const& text) {
+  System const* const system = System::Instance();
+  if (system != nullptr) system->sendMessage(text, Info);
+}
+
 void detail::throwNaming(QString const& file, Network const& network) {
   try {
     throw;

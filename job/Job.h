@@ -3,6 +3,7 @@
 
 #include "adjust/AdjustProgress.h"
 #include "job/PlaneOptions.h"
+#include "records/CoordinatePointInfo.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
 
@@ -104,6 +105,17 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// @throws JobException for a value out of range.
   void setPlaneOptions(PlaneOptions const& options);
   PlaneOptions const& planeOptions() const;
+
+  /// Coordinates that points of the network have about, for careful runs by least squares; those of another file that
+  /// is opened are others. They decide between places that agree with all observations, as two mirror images of a
+  /// network of distances alone, serve where no search places a point, and without any known point a free network is
+  /// laid on them. Known points keep their own. Points that the network does not have are ignored; `adjust` tells how
+  /// many these are. An empty list takes them back.
+  /// @throws JobException for a coordinate that is no number, and for a name that is given twice in different places.
+  void setApproximate(std::vector<CoordinatePointInfo> points);
+  /// The same with the points of a coordinate file (.dat). Its heights do not count.
+  /// @throws JobException, as `open`, for a file that cannot be read; as above.
+  void openApproximate(QString const& path);
 
   /// Adjusts the job by the settings of its project: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an open,
   /// connecting or closed traverse.

@@ -1,8 +1,10 @@
 // Opening: the bytes of a file of any kind into a project.
 #include "adjust/AlgorithmData.h"
+#include "core/DataException.h"
 #include "core/Project.h"
 #include "core/System.h"
 #include "formats/CarefulCosaCollection.h"
+#include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/FieldTextCheck.h"
 #include "formats/LQFTraverseDataCollection.h"
@@ -176,6 +178,29 @@ void requireEncoding(QString const& path, std::string const& bytes) {
   }
 }
 
+/// @throws DataException with the line that is no point.
+void readCoordinates(Project& project, QString const& path, std::string const& bytes) {
+  try {
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    std::string_view rest = bytes;
+    for (int number = 1; !rest.empty(); ++number) {
+      std::string const line(rest.substr(0, rest.find('\n')));
+      rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+      try {
+        CoordinateDataCollection().readContents(line + '\n');
+      } catch (std::bad_alloc const&) {
+        throw;
+      } catch (std::exception const& failure) {
+        throw DataException(number, failure.what());
+      }
+    }
+    throw;
+  }
+}
+
 }  // namespace
 
 std::string detail::bytesOf(QString const& path) {
@@ -218,7 +243,7 @@ OpenedFile detail::takeIn(Project& project, QString const& path, std::string con
     takeNetwork(project, path, bytes, collection);
   } else if (kind == "dat") {
     requireEncoding(path, bytes);
-    project.readContents(path, bytes);
+    readCoordinates(project, path, bytes);
   } else if (asRead) {
     takeFieldJobAsRead(project, path, bytes);
   } else {

@@ -194,6 +194,7 @@ PlaneNetwork detail::weighedObservations(JobState const& state) {
       isOriginal(state) ? state.opened.observations : observationsOfLines(state.project->getNetwork());
   requireSound(network, state.project->getNetwork());
   keepObservedPoints(network);
+  giveApproximate(state, network);
   setErrors(network, errorsOf(state.project->getConfigure(), state.plane));
   requireControl(network, state.plane);
   if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
@@ -211,7 +212,9 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
 }
 
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
-  auto run = std::make_unique<PlaneAdjustment>(weighedObservations(state), settingsOf(state.plane));
+  PlaneNetwork network = weighedObservations(state);
+  tellUnusedApproximate(state, giveApproximate(state, network));
+  auto run = std::make_unique<PlaneAdjustment>(std::move(network), settingsOf(state.plane));
   run->setProgressCall(state.progress);
   run->setCancelCall(cancel.getCancelCall());
   try {

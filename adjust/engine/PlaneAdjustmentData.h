@@ -48,6 +48,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void numberDirections();
   void numberDistances();
   void place();
+  void takeHints();
   void placeFirstPoints();
   double addCentring();
   std::vector<bool> observedPoints() const;

@@ -7,6 +7,7 @@
 #include "core/Project.h"
 #include "formats/FieldTextCheck.h"
 #include "job/PlaneOptions.h"
+#include "records/CoordinatePointInfo.h"
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
 
@@ -43,7 +44,8 @@ struct JobState {
   OpenedFile opened;
   AdjustProgressCall progress;
   PlaneOptions plane;
-  std::unique_ptr<PlaneAdjustment> planeRun;  ///< the last run, where it was a careful one by least squares
+  std::vector<CoordinatePointInfo> approximate;  ///< as the host has told them, good numbers, each name in one place
+  std::unique_ptr<PlaneAdjustment> planeRun;     ///< the last run, where it was a careful one by least squares
   Network adjusted;                       ///< as the last adjustment had it; empty after a run of the plane adjustment
   TriangleHeightDataConvert heightLines;  ///< of the last adjustment of heights
 };

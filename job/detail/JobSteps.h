@@ -10,6 +10,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,6 +24,7 @@ namespace kvn::detail {
 /// Suffix of a path in small letters.
 QString suffixOf(QString const& path);
 void sendWarning(QString const& text);
+void sendInfo(QString const& text);
 /// The exception that is being handled, as a JobException that has it nested; a JobException and std::bad_alloc pass.
 [[noreturn]] void throwNaming(QString const& file, Network const& network);
 /// @throws JobException for the first `Error` among the findings.
@@ -54,6 +56,15 @@ QString faultOfErrors(Configure const& configure, Network const& network);
 /// Every observation of the job with its error, and the points that are observed.
 /// @throws AlgorithmException with the number of a line of the project's network that holds no observation.
 PlaneNetwork weighedObservations(JobState const& state);
+/// The points of a coordinate file. @throws JobException for what is no coordinate file, and as `requireUsable`.
+std::vector<CoordinatePointInfo> approximateOf(QString const& path);
+/// @throws JobException for coordinates that are no numbers and for a name in two places.
+void requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& points);
+/// Gives the unknown points the approximate coordinates of the job. @return how many of these have names that are not
+/// in the network.
+std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
+/// Says how many that are, if any.
+void tellUnusedApproximate(JobState const& state, std::size_t unused);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.
