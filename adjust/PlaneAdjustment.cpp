@@ -38,7 +38,7 @@ bool isNumber(std::size_t size, int number) { return number >= 0 && index(number
 /// A record that a program filled may hold anything.
 class SoundnessCheck {
  public:
-  explicit SoundnessCheck(PlaneNetwork const& checked) : network(checked) {}
+  SoundnessCheck(PlaneNetwork const& checked, bool hasReadings) : network(checked), readsValues(hasReadings) {}
 
   void run() const {
     if (network.points.size() < 2 || network.directions.size() + network.distances.size() == 0) {
@@ -53,10 +53,12 @@ class SoundnessCheck {
     for (PlaneNetwork::Direction const& d : network.directions) {
       if (!isNumber(network.setUps.size(), d.setUp))
         throw AlgorithmException(AlgorithmException::DataError, "Data error");
-      requireUsable(network.setUps[index(d.setUp)].station, d.target, std::isfinite(d.value), d.error, d.origin);
+      requireUsable(network.setUps[index(d.setUp)].station, d.target, !readsValues || std::isfinite(d.value), d.error,
+                    d.origin);
     }
     for (PlaneNetwork::Distance const& d : network.distances) {
-      requireUsable(d.from, d.to, d.value > 0.0 && std::isfinite(d.value), d.error, d.origin);
+      bool const hasValue = d.value > 0.0 && std::isfinite(d.value);
+      requireUsable(d.from, d.to, !readsValues || hasValue, d.error, d.origin);
     }
   }
 
@@ -77,6 +79,7 @@ class SoundnessCheck {
   }
 
   PlaneNetwork const& network;
+  bool readsValues;
 };
 
 void requireSound(PlaneSettings const& settings) {
@@ -113,20 +116,24 @@ std::vector<std::pair<std::string, std::string>> const& PlaneAdjustment::coincid
 }
 
 PlaneResult const& PlaneAdjustment::adjust() {
-  requireSound(own->settings);
-  SoundnessCheck(own->network).run();
-  own->result = PlaneResult();
-  own->engine.poll = [call = own->cancelCall] {
-    if (call && call()) throw QLogicError(Messages::tr("User Cancel"));
-  };
-  own->engine.tell = own->tellFindings ? Messages::send : nullptr;
-  own->number();
+  own->begin(true);
   own->place();
   own->iterate();
   own->takeResults();
   own->judge();
   if (own->settings.leavesOutSuspects) own->leaveOutSuspects();
   return own->result;
+}
+
+void PlaneAdjustment::Data::begin(bool readsValues) {
+  requireSound(settings);
+  SoundnessCheck(network, readsValues).run();
+  result = PlaneResult();
+  engine.poll = [call = cancelCall] {
+    if (call && call()) throw QLogicError(Messages::tr("User Cancel"));
+  };
+  engine.tell = tellFindings ? Messages::send : nullptr;
+  number();
 }
 
 /// Known points first, then the others, each in the order of the network. A set-up without a direction has no unknown.

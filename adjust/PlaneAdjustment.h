@@ -170,7 +170,21 @@ class KELVANE_EXPORT PlaneAdjustment {
   ///         failed" for a singular system, `looseMotions` has what can move. std::exception when the iteration does
   ///         not settle.
   PlaneResult const& adjust();
-  PlaneResult const& result() const;  ///< of the last `adjust`
+
+  /// What the results would be worth before anything is measured: `adjust` at the coordinates that all points have been
+  /// given, one solution without any iteration. Readings do not count, errors are those by the unit weight error 1.
+  /// There are errors, ellipses, redundancy numbers, smallest detectable errors and unchecked points; what comes of
+  /// readings is NaN: residuals and their tests, orientations, unit weight errors. `adjusted` and the lengths follow
+  /// from the coordinates.
+  ///
+  ///     setPlannedValues(network);
+  ///     setErrors(network, ObservationErrors());  // of distances, which grow with their lengths
+  ///     PlaneAdjustment planned(network);
+  ///     PlaneResult const& result = planned.plan();
+  ///
+  /// @throws as `adjust`, but that a point without coordinates is a std::exception with its name.
+  PlaneResult const& plan();
+  PlaneResult const& result() const;  ///< of the last `adjust` or `plan`
   PlaneNetwork const& network() const;
 
   std::vector<UnplacedPoint> const& unplacedPoints() const;

@@ -40,7 +40,7 @@ struct AdjustOptions : CommonOptions {
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
-  QString approximateFile;                 ///< coordinate file; empty: none
+  QString approximateFile;                 ///< coordinate file, of a plan that of all points; empty: none
 };
 
 struct HeightsOptions : CommonOptions {
@@ -75,6 +75,7 @@ std::optional<ShowOptions> parseShow(QStringList const& arguments);
 std::optional<CheckOptions> parseCheck(QStringList const& arguments);
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<AdjustOptions> parsePlan(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<MapOptions> parseMap(QStringList const& arguments);
 std::optional<ExecOptions> parseExec(QStringList const& arguments);

@@ -17,18 +17,6 @@ char const* markOf(PlaneObservation const& observation) {
   return observation.test > 1.0 ? "*" : "";
 }
 
-QString errorsText(Configure const& configure, PlaneOptions const& options) {
-  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
-                     .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
-                          shortNumber(double(configure.LineProportionError)),
-                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
-  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
-  if (options.controlError > 0.0) {
-    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
-  }
-  return text;
-}
-
 }  // namespace
 
 void PlaneReport::writeText(TextSink const& sink) const {
@@ -43,12 +31,8 @@ void PlaneReport::writeText(TextSink const& sink) const {
 QString PlaneReport::headText() const {
   std::vector<std::pair<QString, QString>> lines{
       {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
-      {"Observations",
-       QString("%1 from %2 of %3, %4")
-           .arg(counted(network.directions.size(), "direction", "directions"),
-                counted(circles.size(), "set-up", "set-ups"), counted(countStations(), "station", "stations"),
-                counted(network.distances.size(), "distance", "distances"))},
-      {"A-priori errors", errorsText(configure, options)},
+      {"Observations", observationsText()},
+      {"A-priori errors", errorsText()},
       {"Redundancy", QString::number(result.redundancy)},
       {"Unit weight error", unitErrorText()},
       {"By kind", QString("directions %1, distances %2")
@@ -60,6 +44,31 @@ QString PlaneReport::headText() const {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
   }
   return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
+}
+
+QString PlaneReport::errorsText() const {
+  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
+                     .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
+                          shortNumber(double(configure.LineProportionError)),
+                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
+  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
+  if (options.controlError > 0.0) {
+    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
+  }
+  return text;
+}
+
+QString PlaneReport::observationsText() const {
+  return QString("%1 from %2 of %3, %4")
+      .arg(counted(network.directions.size(), "direction", "directions"), counted(circles.size(), "set-up", "set-ups"),
+           counted(countStations(), "station", "stations"), counted(network.distances.size(), "distance", "distances"));
+}
+
+std::string PlaneReport::stationText(Circle const& circle) const {
+  int const point = stationOf(circle);
+  std::string const name = utf8Of(nameOf(point));
+  bool const isOnlyOne = circlesOfPoint[static_cast<std::size_t>(point)] == 1;
+  return isOnlyOne ? name : name + " (" + std::to_string(circle.number) + ')';
 }
 
 QString PlaneReport::unitErrorText() const {
@@ -126,9 +135,7 @@ void PlaneReport::writeDirectionTable(TextSink const& sink) const {
                    {"Distance [m]", TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (Circle const& circle : circles) {
-    int const point = stationOf(circle);
-    std::string station = utf8Of(nameOf(point));
-    if (circlesOfPoint[static_cast<std::size_t>(point)] > 1) station += " (" + std::to_string(circle.number) + ')';
+    std::string const station = stationText(circle);
     for (std::size_t const d : circle.directions) {
       PlaneNetwork::Direction const& direction = network.directions[d];
       PlaneObservation const& adjusted = result.directions[d];

@@ -117,13 +117,15 @@ void Job::open(QString const& path, Reading reading) {
   Project read;
   read.setConfigure(state->project->getConfigure());
   bool const asRead = reading == Reading::AsRead;
+  bool const isPlan = reading == Reading::Plan;
   detail::OpenedFile opened;
-  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, detail::bytesOf(path), asRead); });
+  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, detail::bytesOf(path), asRead, isPlan); });
   state->project->takeData(std::move(read));
   detail::JobState now;
   now.project = std::move(state->project);
   now.file = path;
   now.asRead = asRead;
+  now.isPlan = isPlan;
   now.opened = std::move(opened);
   now.progress = std::move(state->progress);
   now.plane = state->plane;
@@ -131,7 +133,10 @@ void Job::open(QString const& path, Reading reading) {
 }
 
 QString const& Job::file() const { return state->file; }
-Job::Reading Job::reading() const { return state->asRead ? Reading::AsRead : Reading::Careful; }
+Job::Reading Job::reading() const {
+  if (state->isPlan) return Reading::Plan;
+  return state->asRead ? Reading::AsRead : Reading::Careful;
+}
 std::shared_ptr<Project> const& Job::project() const { return state->project; }
 
 void Job::reduce() {
@@ -179,6 +184,11 @@ PlaneOptions const& Job::planeOptions() const { return state->plane; }
 
 void Job::adjust() {
   guarded(*state, [this] { detail::adjust(*state, *this); });
+}
+
+PlaneAdjustment const& Job::plan() {
+  guarded(*state, [this] { detail::planNetwork(*state, *this); });
+  return *state->planned;
 }
 
 PlaneAdjustment const* Job::planeAdjustment() const { return state->planeRun.get(); }

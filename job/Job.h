@@ -48,6 +48,9 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     /// a distance alone is a direction of 0 as well, distances between known points do not count. No findings of the
     /// text and of the reduction.
     AsRead,
+    /// As Careful, for `plan`: lines of a network file may name observations without values (see
+    /// `CarefulCosaCollection::setTakePlanned`).
+    Plan,
   };
 
   /// What looks at a job. Values are added up.
@@ -136,6 +139,13 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// The network that the last run worked on, empty where that is the one of `planeAdjustment`. That of a single
   /// traverse has turned circles and its distances forward.
   Network const& adjustedNetwork() const;
+
+  /// What the results of the job would be worth, before anything is measured: `PlaneAdjustment::plan` with the
+  /// observations of the file, whatever their readings, at the coordinates of `setApproximate`; known points keep their
+  /// own. The errors are those of the settings and of `planeOptions`. A `Warning` names the points that nothing checks.
+  /// @return good until the next call or the next file.
+  /// @throws JobException as `adjust`, and with the names of points that have no coordinates.
+  PlaneAdjustment const& plan();
 
   /// Adjusts the trigonometric heights of the rows. The result is the project's `getTriangleHeightAdjust` then, too.
   /// @param refraction  coefficient; without one `Configure::AtmosphericIndex`.

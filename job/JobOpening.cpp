@@ -155,8 +155,9 @@ void takeNetwork(Project& project, QString const& path, std::string const& bytes
   project.setConfigure(collection.getConfigure());  // which the project does not take from a network file
 }
 
-OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes) {
+OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes, bool isPlan) {
   CarefulCosaCollection collection;
+  collection.setTakePlanned(isPlan);
   collection.setKeepObservations(true);
   takeNetwork(project, path, bytes, collection);
   OpenedFile opened;
@@ -235,10 +236,10 @@ void detail::reduce(JobState& state) {
   state.opened.takeReduction(reduceField(project.getTraverseDataList()), project);
 }
 
-OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead) {
+OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan) {
   QString const kind = suffixOf(path);
   if (kind == "in2") {
-    if (!asRead) return takeNetworkWithCare(project, path, bytes);
+    if (!asRead) return takeNetworkWithCare(project, path, bytes, isPlan);
     CosaCollection collection;
     takeNetwork(project, path, bytes, collection);
   } else if (kind == "dat") {

@@ -43,6 +43,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
 
   // Input.
+  void begin(bool readsValues);
   void number();
   void numberPoints();
   void numberDirections();
@@ -62,6 +63,10 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void chooseHeldUnknowns();
   void layOnDatum();
   std::vector<int> datumPoints() const;
+
+  // Plan.
+  void takeGivenPlaces();
+  void forgetReadings();
 
   // Results.
   void takeResults();

@@ -41,11 +41,13 @@ struct JobState {
   std::shared_ptr<Project> project;
   QString file;
   bool asRead = false;
+  bool isPlan = false;  ///< observations may lack their values
   OpenedFile opened;
   AdjustProgressCall progress;
   PlaneOptions plane;
   std::vector<CoordinatePointInfo> approximate;  ///< as the host has told them, good numbers, each name in one place
   std::unique_ptr<PlaneAdjustment> planeRun;     ///< the last run, where it was a careful one by least squares
+  std::unique_ptr<PlaneAdjustment> planned;      ///< the last plan
   Network adjusted;                       ///< as the last adjustment had it; empty after a run of the plane adjustment
   TriangleHeightDataConvert heightLines;  ///< of the last adjustment of heights
 };

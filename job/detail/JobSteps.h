@@ -33,7 +33,7 @@ void requireNoError(QString const& file, std::vector<FieldFinding> const& findin
 /// All bytes of a file. @throws JobException for one that is not there, cannot be read or is of an unknown kind.
 std::string bytesOf(QString const& path);
 /// Takes the bytes of a file of any kind into an empty project. @throws what the readers throw.
-OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead);
+OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan = false);
 /// A look at the text of a project file, for what its reader takes in silence.
 ///
 /// `Error`: a number, a truth value or a kind of row that cannot be read, for which the reader takes the default.
@@ -65,6 +65,18 @@ void requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& 
 std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
 /// Says how many that are, if any.
 void tellUnusedApproximate(JobState const& state, std::size_t unused);
+/// The observations of the job, without errors, and the points that are observed.
+PlaneNetwork observedNetwork(JobState const& state);
+/// By the settings and options of the job.
+ObservationErrors observationErrors(JobState const& state);
+void requireControl(PlaneNetwork const& network, PlaneOptions const& options);
+/// The points that a refusal is about.
+QStringList namesIn(PlaneAdjustment const& adjustment);
+void tellUnchecked(PlaneAdjustment const& adjustment);
+/// What stands against the errors, the findings or the kind of the job. @throws JobException.
+void requireObservations(JobState const& state);
+/// Plans the network of the job. @throws JobException; what the plan throws.
+void planNetwork(JobState& state, utils::IProcessCancel const& cancel);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.

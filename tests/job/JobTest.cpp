@@ -188,6 +188,12 @@ TEST_F(JobInFolder, StartsFromTheCoordinatesThatItIsTold) {
               HasSubstr("line 2"));
   EXPECT_THAT(failureOf([&] { job.openApproximate(written("job.lqf", test::kTwoSetUps)); }), HasSubstr(".dat"));
   job.adjust();  // a refused list leaves the one before
+  EXPECT_GT(job.plan().result().points[2].mp, 0.0);
+  job.open(written("names.in2", "2,3,3\nA,0,0\nB,0,100\nA\nP,S\nB\nP,S\n"), Job::Reading::Plan);
+  EXPECT_THAT(failureOf([&] { job.plan(); }), HasSubstr("Points without coordinates: P"));
+  job.openApproximate(path("about.dat"));
+  EXPECT_NEAR(job.plan().result().distances[0].adjusted, std::hypot(30.0, 50.0), 1e-9);
+  EXPECT_THAT(failureOf([&] { job.adjust(); }), HasSubstr("line 5: the observation from A to P has no value"));
   job.open(path("distances.in2"));
   EXPECT_THROW(job.adjust(), JobException);
 }
