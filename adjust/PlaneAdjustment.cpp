@@ -89,6 +89,9 @@ void requireSound(PlaneSettings const& settings) {
   if (!(settings.centring >= 0.0 && std::isfinite(settings.centring))) {
     throw std::invalid_argument("the centring error is 0 or more");
   }
+  if (settings.leavesOutSuspects && settings.weighsDownSuspects) {
+    throw std::invalid_argument("suspects are left out or weighed down, not both");
+  }
 }
 
 }  // namespace
@@ -120,6 +123,10 @@ PlaneResult const& PlaneAdjustment::adjust() {
   own->place();
   own->iterate();
   own->takeResults();
+  if (own->settings.weighsDownSuspects) {
+    own->weighDown();
+    return own->result;
+  }
   own->judge();
   if (own->settings.leavesOutSuspects) own->leaveOutSuspects();
   return own->result;
@@ -152,6 +159,7 @@ void PlaneAdjustment::Data::number() {
   numberDirections();
   numberDistances();
   leftOut.clear();
+  robustWeights.clear();
   isLeftOut.assign(engine.network.directions.size() + engine.network.lines.size(), false);
   engine.prepare();
 }

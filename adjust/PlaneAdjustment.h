@@ -38,13 +38,18 @@ struct PlaneSettings {
   double confidence = 0.95;  ///< of the global test and the confidence ellipses, above 0 and below 1
   int iterationLimit = 100;  ///< rounds
   int sparseFrom = 200;      ///< unknowns from which on the normal equations are kept sparse
+  /// Whether observations that do not fit the others weigh less, in place of `leavesOutSuspects`: by Yang's IGG III
+  /// (1994), fully up to 2.5 standard errors of the difference from what the others say, not at all from 6 on. Of these
+  /// the suspects are. Errors and tests are those of the final weights. An observation of weight 0 does not count in
+  /// the redundancy, any other counts as one. What nothing checks keeps its weight.
+  bool weighsDownSuspects = false;
 };
 
 /// One adjusted observation. Angles in radians, lengths in metres, as in the network.
 struct PlaneObservation {
   double adjusted = 0.0;
   double residual = 0.0;  ///< adjusted minus observed
-  double weight = 1.0;    ///< 0 of a suspect that is left out
+  double weight = 1.0;    ///< 0 of a suspect that is left out, 0 to 1 in a robust run
   double error = 0.0;     ///< a-priori standard error, centring included
   double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
   double azimuthError = 0.0;

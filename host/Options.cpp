@@ -107,7 +107,7 @@ bool aPrioriOption(QCommandLineParser const& parser) {
 /// What only an adjustment has in which every observation counts.
 void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
   for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0",
-                           "leave-out", "approximate"}) {
+                           "leave-out", "approximate", "robust"}) {
     if (!parser.isSet(name)) continue;
     if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
@@ -116,6 +116,7 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
     }
   }
   if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
+  if (options.leavesOut && options.weighsDown) throw UsageError("--robust does not go with --leave-out");
 }
 
 /// How observations are weighed, and what the results refer to.
@@ -254,6 +255,9 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "weight error alone, and as the file says by default.",
        "sum|root"},
       {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
+      {"robust",
+       "Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG "
+       "III), and tell the weights."},
       {"approximate",
        "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
        "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
@@ -277,6 +281,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.method = methodOption(parser);
   takeWeightOptions(parser, options);
   options.leavesOut = parser.isSet("leave-out");
+  options.weighsDown = parser.isSet("robust");
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
   options.approximateFile = fileOption(parser, "approximate");

@@ -33,6 +33,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<float> proportionalError;  ///< parts per million
   std::optional<bool> sumForm;             ///< else the root form
   bool leavesOut = false;                  ///< suspected observations
+  bool weighsDown = false;                 ///< the same
   std::optional<double> centring;          ///< millimetres
   std::optional<double> controlError;      ///< millimetres
   std::optional<double> confidence;        ///< of the test of the whole and of the ellipses

@@ -45,6 +45,8 @@ class PlaneReport {
 
   std::string const& nameOf(int point) const { return network.points[static_cast<std::size_t>(point)].name; }
   int stationOf(Circle const& circle) const { return network.setUps[circle.setUp].station; }
+  bool hasWeights() const;  ///< of a robust run, that are not 1
+  std::string markOf(PlaneObservation const& observation) const;
   bool isPlan() const { return kind == Kind::Planned; }
   bool isFree() const { return options.datum == PlaneSettings::Datum::Free; }
   /// Given coordinates that stay as they are.
@@ -63,6 +65,7 @@ class PlaneReport {
 
   QString headText() const;
   QString planHeadText() const;
+  QString robustText() const;
   QString errorsText() const;  ///< a-priori
   QString observationsText() const;
   std::string stationText(Circle const& circle) const;  ///< with the number of the set-up where there are several

@@ -2,6 +2,7 @@
 #include "PlaneReport.h"
 #include "TextTable.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kvn::host {
@@ -10,12 +11,6 @@ namespace {
 QString decimals(double value) { return std::isfinite(value) ? QString::number(value, 'f', 2) : QString("-"); }
 
 QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
-
-/// What catches the eye in a row whose residual is too large for chance, or that is left out.
-char const* markOf(PlaneObservation const& observation) {
-  if (observation.weight == 0.0) return "left out";
-  return observation.test > 1.0 ? "*" : "";
-}
 
 }  // namespace
 
@@ -43,6 +38,7 @@ QString PlaneReport::headText() const {
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
   }
+  if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {"Robust weights", robustText()});
   return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
 }
 
@@ -69,6 +65,33 @@ std::string PlaneReport::stationText(Circle const& circle) const {
   std::string const name = utf8Of(nameOf(point));
   bool const isOnlyOne = circlesOfPoint[static_cast<std::size_t>(point)] == 1;
   return isOnlyOne ? name : name + " (" + std::to_string(circle.number) + ')';
+}
+
+bool PlaneReport::hasWeights() const {
+  auto const isLess = [](PlaneObservation const& observation) { return observation.weight < 1.0; };
+  return options.weighsDownSuspects && (std::any_of(result.directions.begin(), result.directions.end(), isLess) ||
+                                        std::any_of(result.distances.begin(), result.distances.end(), isLess));
+}
+
+/// What catches the eye in a row whose residual is too large for chance, that is left out or that weighs less.
+std::string PlaneReport::markOf(PlaneObservation const& observation) const {
+  if (observation.weight < 1.0 && options.weighsDownSuspects) return ratioText(observation.weight);
+  if (observation.weight == 0.0) return "left out";
+  return observation.test > 1.0 ? "*" : "";
+}
+
+QString PlaneReport::robustText() const {
+  std::size_t less = 0;
+  std::size_t none = 0;
+  for (auto const* list : {&result.directions, &result.distances}) {
+    for (PlaneObservation const& observation : *list) {
+      if (observation.weight < 1.0) ++less;
+      if (observation.weight == 0.0) ++none;
+    }
+  }
+  if (less == 0) return "all observations have their full weight";
+  QString const text = counted(less, "observation weighs", "observations weigh") + " less";
+  return none == 0 ? text : text + QString(", %1 of them nothing: not counted in the redundancy").arg(none);
 }
 
 QString PlaneReport::unitErrorText() const {
@@ -129,7 +152,7 @@ void PlaneReport::writeDirectionTable(TextSink const& sink) const {
                    {QString::fromUtf8("v [″]"), TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {"", TextTable::Left},
+                   {hasWeights() ? "Weight" : "", TextTable::Left},
                    {"Azimuth", TextTable::Right},
                    {QString::fromUtf8("m [″]"), TextTable::Right},
                    {"Distance [m]", TextTable::Right},
@@ -159,7 +182,7 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
                    {"v [mm]", TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {"", TextTable::Left},
+                   {hasWeights() ? "Weight" : "", TextTable::Left},
                    {"Adjusted [m]", TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (std::size_t d = 0; d < network.distances.size(); ++d) {

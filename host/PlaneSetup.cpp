@@ -18,6 +18,7 @@ PlaneOptions planeOptions(AdjustOptions const& options) {
   if (!options.sumForm.value_or(true)) plane.distanceForm = ObservationErrors::Form::Root;
   plane.centring = options.centring.value_or(0.0) / 1000.0;
   plane.leavesOutSuspects = options.leavesOut;
+  plane.weighsDownSuspects = options.weighsDown;
   plane.controlError = options.controlError.value_or(0.0) / 1000.0;
   if (options.isFree) plane.datum = PlaneSettings::Datum::Free;
   if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;

@@ -177,6 +177,9 @@ void Job::setPlaneOptions(PlaneOptions const& options) {
   require(options.centring, 0.0, 1.0, "the centring error must be from 0 to 1 m");
   require(options.controlError, 0.0, 100.0, "the error of known coordinates must be from 0 to 100 m");
   require(options.confidence, 0.5, 0.9999, "the confidence must be from 0.5 to 0.9999");
+  if (options.leavesOutSuspects && options.weighsDownSuspects) {
+    throw JobException(state->file, "suspects are left out or weighed down, not both");
+  }
   state->plane = options;
 }
 

@@ -233,6 +233,7 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
   settings.centring = options.centring;
   settings.confidence = options.confidence;
   settings.leavesOutSuspects = options.leavesOutSuspects;
+  settings.weighsDownSuspects = options.weighsDownSuspects;
   return settings;
 }
 

@@ -23,6 +23,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   static constexpr double kUncheckedRedundancy = 1e-6;
   /// What the error of an observation that is left out is multiplied with: it moves nothing then.
   static constexpr double kLeftOutFactor = 1e6;
+  static constexpr double kLeastWeight = 1.0 / (kLeftOutFactor * kLeftOutFactor);  ///< the same as a weight
 
   PlaneNetwork network;
   PlaneSettings settings;
@@ -37,6 +38,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   std::vector<std::size_t> directionOf;     ///< of each direction of the engine, that of the network
   std::vector<std::size_t> setUpOfStation;  ///< of each station of the engine
   std::vector<bool> isLeftOut;              ///< of the directions of the engine and, behind them, the distances
+  /// Of the same observations in a robust run, 0 to 1; empty in others.
+  std::vector<double> robustWeights;
   std::vector<PlaneLeftOut> leftOut;
   detail::FreeDatum datum;  ///< of a free network
 
@@ -67,6 +70,15 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   // Plan.
   void takeGivenPlaces();
   void forgetReadings();
+
+  // Robust weights.
+  void weighDown();
+  void setWeight(std::size_t number, double weight);
+  double weightOf(std::size_t number) const;
+  std::vector<double> standardisedSizes();
+  double takeWeights(std::vector<double> const& sizes, bool isGentle, double step);
+  bool startFromTrusted();
+  void judgeWeighed();
 
   // Results.
   void takeResults();

@@ -48,6 +48,8 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "net.in2", "--sigma0", "1"}, 2, "--sigma0 is a-posteriori or a-priori, not 1"},
       {{"adjust", "net.in2", "--free", "--control-error", "3"}, 2, "--control-error does not go with --free"},
       {{"adjust", "net.in2", "--as-read", "--free"}, 2, "--free does not go with --as-read"},
+      {{"adjust", "net.in2", "--robust", "--leave-out"}, 2, "--robust does not go with --leave-out"},
+      {{"adjust", "net.in2", "--as-read", "--robust"}, 2, "--robust does not go with --as-read"},
       {{"adjust", "net.in2", "--as-read", "--approximate", "a.dat"}, 2, "--approximate does not go with --as-read"},
       {{"adjust", "net.in2", "--approximate", "far.in2"}, 1, "far.in2: approximate coordinates are read from a"},
       {{"adjust", "net.in2", "--as-read", "--confidence", "0.9"}, 2, "--confidence does not go with --as-read"},
