@@ -38,7 +38,7 @@ bool isNumber(std::size_t size, int number) { return number >= 0 && index(number
 /// A record that a program filled may hold anything.
 class SoundnessCheck {
  public:
-  explicit SoundnessCheck(PlaneNetwork const& checked) : network(checked) {}
+  SoundnessCheck(PlaneNetwork const& checked, bool hasReadings) : network(checked), readsValues(hasReadings) {}
 
   void run() const {
     if (network.points.size() < 2 || network.directions.size() + network.distances.size() == 0) {
@@ -53,10 +53,12 @@ class SoundnessCheck {
     for (PlaneNetwork::Direction const& d : network.directions) {
       if (!isNumber(network.setUps.size(), d.setUp))
         throw AlgorithmException(AlgorithmException::DataError, "Data error");
-      requireUsable(network.setUps[index(d.setUp)].station, d.target, std::isfinite(d.value), d.error, d.origin);
+      requireUsable(network.setUps[index(d.setUp)].station, d.target, !readsValues || std::isfinite(d.value), d.error,
+                    d.origin);
     }
     for (PlaneNetwork::Distance const& d : network.distances) {
-      requireUsable(d.from, d.to, d.value > 0.0 && std::isfinite(d.value), d.error, d.origin);
+      bool const hasValue = d.value > 0.0 && std::isfinite(d.value);
+      requireUsable(d.from, d.to, !readsValues || hasValue, d.error, d.origin);
     }
   }
 
@@ -77,6 +79,7 @@ class SoundnessCheck {
   }
 
   PlaneNetwork const& network;
+  bool readsValues;
 };
 
 void requireSound(PlaneSettings const& settings) {
@@ -85,6 +88,9 @@ void requireSound(PlaneSettings const& settings) {
   }
   if (!(settings.centring >= 0.0 && std::isfinite(settings.centring))) {
     throw std::invalid_argument("the centring error is 0 or more");
+  }
+  if (settings.leavesOutSuspects && settings.weighsDownSuspects) {
+    throw std::invalid_argument("suspects are left out or weighed down, not both");
   }
 }
 
@@ -123,10 +129,7 @@ void PlaneAdjustment::setDistanceUsed(std::size_t distance, bool isUsed) {
 }
 
 PlaneResult const& PlaneAdjustment::adjust() {
-  requireSound(own->settings);
-  SoundnessCheck(own->network).run();
-  own->result = PlaneResult();
-  own->takeCalls();
+  own->begin(true);
   own->run();
   return own->result;
 }
@@ -152,7 +155,6 @@ void PlaneAdjustment::Data::takeCalls() {
 }
 
 void PlaneAdjustment::Data::run() {
-  isAdjusted = false;
   number();
   place();
   iterate();
@@ -161,10 +163,22 @@ void PlaneAdjustment::Data::run() {
 
 void PlaneAdjustment::Data::finish() {
   takeResults();
-  judge();
-  if (settings.leavesOutSuspects) leaveOutSuspects();
+  if (settings.weighsDownSuspects) {
+    weighDown();
+  } else {
+    judge();
+    if (settings.leavesOutSuspects) leaveOutSuspects();
+  }
   findTwins();
   isAdjusted = true;
+}
+
+void PlaneAdjustment::Data::begin(bool readsValues) {
+  requireSound(settings);
+  SoundnessCheck(network, readsValues).run();
+  result = PlaneResult();
+  isAdjusted = false;
+  takeCalls();
 }
 
 /// Known points first, then the others, each in the order of the network. A set-up without a direction has no unknown.
@@ -173,6 +187,7 @@ void PlaneAdjustment::Data::number() {
   engine.names = NameIndex();
   engine.heldUnknowns.clear();
   engine.holdingWeights.clear();
+  engine.hints.clear();
   engine.isDamped = false;
   engine.hasCommonOrientations = true;
   engine.smallestMove = kSettledMove;
@@ -277,27 +292,34 @@ void PlaneAdjustment::Data::numberDistances() {
   engine.network.distanceFixed = medianError(std::move(errors));
 }
 
-/// Approximate coordinates serve where the walk does not come; of a free network they are what it is laid on.
+/// Approximate coordinates serve where the observations leave a choice, and where no search places a point. A free
+/// network without two known points is laid on them.
 void PlaneAdjustment::Data::place() {
   NumberedNetwork const& numbered = engine.network;
   bool const hasDistances = !numbered.lines.empty();
-  if (isFree()) {
+  if (isFree() && numbered.known < 2) {
     placeFirstPoints();
   } else {
-    detail::Coordinates const approximate = engine.xy;
+    takeHints();
     detail::forgetUnknown(numbered, engine.xy);
-    bool const isComplete =
-        hasDistances ? detail::walkByDistances(numbered, engine.xy) : detail::walkByTriangles(numbered, engine.xy);
-    for (int n = numbered.known; !isComplete && n < numbered.points; ++n) {
-      if (detail::isPlaced(engine.xy, n) || !detail::isPlaced(approximate, n)) continue;
-      detail::place(engine.xy, n, approximate[2 * index(n)], approximate[2 * index(n) + 1]);
-    }
   }
   bool const isPlaced =
       engine.placePoints(hasDistances ? PlaneEngine::Walk::ByDistances : PlaneEngine::Walk::ByTriangles);
   if (!isPlaced) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No enough data");
   engine.x0y0 = engine.xy;
   addCentring();
+}
+
+void PlaneAdjustment::Data::takeHints() {
+  NumberedNetwork const& numbered = engine.network;
+  bool hasAny = false;
+  for (int n = 0; n < numbered.points; ++n) {
+    bool const isHint = n >= numbered.known && detail::isPlaced(engine.xy, n);
+    hasAny = hasAny || isHint;
+    engine.hints.push_back(isHint ? detail::Place(engine.xy[2 * index(n)], engine.xy[2 * index(n) + 1])
+                                  : detail::kNoPlace);
+  }
+  if (!hasAny) engine.hints.clear();
 }
 
 /// A network that nothing holds lies anywhere: on its first line, along the x axis from 0, 0 or from the one point that
@@ -391,6 +413,7 @@ void PlaneAdjustment::Data::iterateDamped() {
   if (outcome == PlaneEngine::Outcome::Settled) return;
   if (engine.suspectNumbers.empty()) settle();  // tells why
   for (int const suspect : engine.suspectNumbers) leaveOut(suspect);
+  hasLostSuspects = true;
   if (engine.tell) {
     engine.tell(
         Messages::tr("The adjustment does not settle with the suspected observations: they have no weight in it"),

@@ -38,13 +38,18 @@ struct PlaneSettings {
   double confidence = 0.95;  ///< of the global test and the confidence ellipses, above 0 and below 1
   int iterationLimit = 100;  ///< rounds
   int sparseFrom = 200;      ///< unknowns from which on the normal equations are kept sparse
+  /// Whether observations that do not fit the others weigh less, in place of `leavesOutSuspects`: by Yang's IGG III
+  /// (1994), fully up to 2.5 standard errors of the difference from what the others say, not at all from 6 on. Of these
+  /// the suspects are. Errors and tests are those of the final weights. An observation of weight 0 does not count in
+  /// the redundancy, any other counts as one. What nothing checks keeps its weight.
+  bool weighsDownSuspects = false;
 };
 
 /// One adjusted observation. Angles in radians, lengths in metres, as in the network.
 struct PlaneObservation {
   double adjusted = 0.0;
   double residual = 0.0;  ///< adjusted minus observed
-  double weight = 1.0;    ///< 0 of one that is out
+  double weight = 1.0;    ///< 0 of one that is out, 0 to 1 in a robust run
   double error = 0.0;     ///< a-priori standard error, centring included
   double azimuth = 0.0;   ///< of the line, adjusted, 0 to 2π
   double azimuthError = 0.0;
@@ -128,6 +133,8 @@ struct PlaneResult {
   double lowerBound = 0.0;
   double upperBound = 0.0;
   bool isPassed = true;
+  /// The iteration came to an end only without the suspected observations, which have no weight.
+  bool isWithoutSuspects = false;
 
   double directionUnitError = 0.0;  ///< √(Σ (v/σ)² / Σ r) over the directions; NaN where nothing checks them
   double distanceUnitError = 0.0;
@@ -193,6 +200,19 @@ class KELVANE_EXPORT PlaneAdjustment {
   /// @throws as `adjust`.
   PlaneResult const& adjustAgain();
 
+  /// What the results would be worth before anything is measured: `adjust` at the coordinates that all points have been
+  /// given, one solution without any iteration. Readings do not count, errors are those by the unit weight error 1.
+  /// There are errors, ellipses, redundancy numbers, smallest detectable errors and unchecked points; what comes of
+  /// readings is NaN: residuals and their tests, orientations, unit weight errors. `adjusted` and the lengths follow
+  /// from the coordinates.
+  ///
+  ///     setPlannedValues(network);
+  ///     setErrors(network, ObservationErrors());  // of distances, which grow with their lengths
+  ///     PlaneAdjustment planned(network);
+  ///     PlaneResult const& result = planned.plan();
+  ///
+  /// @throws as `adjust`, but that a point without coordinates is a std::exception with its name.
+  PlaneResult const& plan();
   PlaneResult const& result() const;  ///< of the last run
   PlaneNetwork const& network() const;
 

@@ -24,7 +24,9 @@ struct PlaneNetwork {
 
   struct Point {
     std::string name;
-    double x = std::numeric_limits<double>::quiet_NaN();  ///< of an unknown point approximate, or NaN
+    /// North; of an unknown point approximate, or NaN. Approximate coordinates decide between two places that agree
+    /// with the observations, as two distances leave, and serve where no search places the point.
+    double x = std::numeric_limits<double>::quiet_NaN();
     double y = std::numeric_limits<double>::quiet_NaN();
     bool isKnown = false;
     double error = 0.0;  ///< of each given coordinate of a known point, metres; 0 where it is fixed
@@ -49,7 +51,7 @@ struct PlaneNetwork {
   struct Direction {
     int setUp = 0;
     int target = 0;      ///< point number
-    double value = 0.0;  ///< radians
+    double value = 0.0;  ///< radians; NaN where it is still to be measured
     double error = 0.0;  ///< standard error, radians, above 0
     int readings = 2;    ///< face readings of which the value is the mean; 2 of a round on both faces
     Origin origin = {};
@@ -58,7 +60,7 @@ struct PlaneNetwork {
   struct Distance {
     int from = 0;  ///< point numbers
     int to = 0;
-    double value = 0.0;  ///< metres
+    double value = 0.0;  ///< metres; NaN where it is still to be measured
     double error = 0.0;  ///< standard error, metres, above 0
     int rounds = 1;      ///< of which the value is the mean, both faces being one
     Origin origin = {};
@@ -85,6 +87,11 @@ struct ObservationErrors {
 /// Gives every observation and every known point its error: directions √(2 / readings) times that of a round,
 /// distances that of one measurement over √rounds.
 KELVANE_EXPORT void setErrors(PlaneNetwork& network, ObservationErrors const& errors);
+
+/// Gives every observation the value that it has between the coordinates of its points: a direction the azimuth of its
+/// line, 0 to 2π, as on a circle whose zero lies north. For a network that is planned, before `setErrors`.
+/// @throws std::exception with the names of observed points that have no coordinates.
+KELVANE_EXPORT void setPlannedValues(PlaneNetwork& network);
 
 /// The observations of a network's lines, without errors yet. Lines of one station that follow each other are one
 /// set-up; a line whose `horizontalAngleFlag` is false has no direction, and one of at most 1e-8 m no distance.

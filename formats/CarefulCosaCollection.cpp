@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <ostream>
 #include <stdexcept>
 #include <string_view>
@@ -66,6 +67,18 @@ class Joining {
 };
 
 bool holdsNothing(Observation const& observation) { return !observation.hasAngle && observation.distance == 0.0; }
+
+bool isPlanned(Observation const& observation) { return observation.planned != detail::CosaReading::Kind::None; }
+
+/// An observation without a value; false for what is none.
+bool readPlanned(detail::CosaReading& reading, utils::Pieces const& fields) {
+  bool const isBoth = fields[1] == "LS";
+  bool const hasDirection = isBoth || fields[1] == "L";
+  bool const hasDistance = isBoth || fields[1] == "S";
+  if (hasDirection) reading.add(fields[0]).planned = detail::CosaReading::Kind::Direction;
+  if (hasDistance) reading.add(fields[0]).planned = detail::CosaReading::Kind::Distance;
+  return hasDirection || hasDistance;
+}
 
 void warnOfLine(QString const& text, int number, std::string const& line) { warn(text.arg(number).arg(quoted(line))); }
 
@@ -122,6 +135,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
 }
 
 void CarefulCosaCollection::setKeepObservations(bool keep) { keepsObservations = keep; }
+void CarefulCosaCollection::setTakePlanned(bool take) { takesPlanned = take; }
 PlaneNetwork const& CarefulCosaCollection::getObservations() const { return observed; }
 
 void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {
@@ -130,17 +144,20 @@ void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading)
   numbers.addDistinct(knownPointList);
   int block = -2;
   for (Observation const& observation : reading.observations) {
-    if (holdsNothing(observation)) continue;
+    if (holdsNothing(observation) && !isPlanned(observation)) continue;
     int const station = numbers[reading.stationOf(observation)];
     int const target = numbers[reading.targetOf(observation)];
     if (observation.block != block) observed.setUps.push_back({station, {observation.line, -1}});
     block = observation.block;
     PlaneNetwork::Origin const origin{observation.line, -1};
-    if (observation.hasAngle) {
+    double const noValue = std::numeric_limits<double>::quiet_NaN();
+    if (observation.hasAngle || observation.planned == detail::CosaReading::Kind::Direction) {
       auto const setUp = static_cast<int>(observed.setUps.size()) - 1;
-      observed.directions.push_back({setUp, target, observation.angle, 0.0, 2, origin});
+      double const value = isPlanned(observation) ? noValue : observation.angle;
+      observed.directions.push_back({setUp, target, value, 0.0, 2, origin});
     } else {
-      observed.distances.push_back({station, target, observation.distance, 0.0, 1, origin});
+      double const value = isPlanned(observation) ? noValue : observation.distance;
+      observed.distances.push_back({station, target, value, 0.0, 1, origin});
     }
   }
 }
@@ -175,7 +192,7 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, utils:
     reading.beginStation(fields[0]);
   } else if (fields.size() == 3 && readObservation(reading, fields)) {
     checkTaken(number, line, fields, reading);
-  } else {
+  } else if (!(takesPlanned && fields.size() == 2 && readPlanned(reading, fields))) {
     warnOfPassedOver(number, line);
   }
 }

@@ -32,6 +32,15 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// Whether `read` fills `getObservations` too; off by default. Nothing is lost then, so that observations that are
   /// given more than once are not told.
   void setKeepObservations(bool keep);
+  /// Whether `read` takes lines that name an observation without its value, for a network that is still to be measured;
+  /// off by default, and such lines are passed over with a warning then:
+  ///
+  ///     TARGET,L     a direction
+  ///     TARGET,S     a distance
+  ///     TARGET,LS    both
+  ///
+  /// They stand in `getObservations` with the value NaN, and in none of the other lists.
+  void setTakePlanned(bool take);
   /// Every observation of the file by itself, with the line that it stands on: each station line begins a set-up. The
   /// observations have no errors yet; the head is in `getConfigure`.
   PlaneNetwork const& getObservations() const;
@@ -46,6 +55,7 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void takeObservations(detail::CosaReading const& reading);
 
   bool keepsObservations = false;
+  bool takesPlanned = false;
   PlaneNetwork observed;
 };
 

@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "Output.h"
 #include "PlaneReport.h"
+#include "PlaneSetup.h"
 #include "RecordJson.h"
 #include "Saving.h"
 #include "Session.h"
@@ -20,28 +21,6 @@ namespace kvn::host {
 namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
-
-void takeOptions(AdjustOptions const& options, Configure& configure) {
-  configure.AdjustMethod = options.method;
-  configure.AngleError = options.angleError.value_or(configure.AngleError);
-  configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
-  configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
-  if (options.asRead) {
-    configure.LineCalculateExpression = options.sumForm.value_or(configure.LineCalculateExpression);
-  }
-}
-
-PlaneOptions planeOptions(AdjustOptions const& options) {
-  PlaneOptions plane;
-  if (!options.sumForm.value_or(true)) plane.distanceForm = ObservationErrors::Form::Root;
-  plane.centring = options.centring.value_or(0.0) / 1000.0;
-  plane.leavesOutSuspects = options.leavesOut;
-  plane.controlError = options.controlError.value_or(0.0) / 1000.0;
-  if (options.isFree) plane.datum = PlaneSettings::Datum::Free;
-  if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;
-  plane.confidence = options.confidence.value_or(plane.confidence);
-  return plane;
-}
 
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
@@ -173,9 +152,8 @@ int runAdjust(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
-    session.open(options->file, options->asRead);
-    takeOptions(*options, session.project().getConfigure());
-    session.job().setPlaneOptions(planeOptions(*options));
+    session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
+    useOptions(session, *options);
     adjust(session);
     // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;

@@ -64,7 +64,7 @@ int runHeights(QStringList const& arguments) {
   auto const options = parseHeights(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    session.open(options->file, options->asRead);
+    session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     session.job().requireNoError(Job::FileText);
     takeOptions(session, *options);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));

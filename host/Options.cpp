@@ -106,8 +106,8 @@ bool aPrioriOption(QCommandLineParser const& parser) {
 
 /// What only an adjustment has in which every observation counts.
 void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
-  for (char const* name :
-       {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0", "leave-out"}) {
+  for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0",
+                           "leave-out", "approximate", "robust"}) {
     if (!parser.isSet(name)) continue;
     if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
@@ -116,6 +116,34 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
     }
   }
   if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
+  if (options.leavesOut && options.weighsDown) throw UsageError("--robust does not go with --leave-out");
+}
+
+/// How observations are weighed, and what the results refer to.
+void addWeightOptions(QCommandLineParser& parser) {
+  parser.addOptions({
+      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
+      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
+      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
+      {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
+      {"control-error",
+       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 "
+       "holds them.",
+       "MM"},
+      {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
+      {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
+  });
+}
+
+void takeWeightOptions(QCommandLineParser const& parser, AdjustOptions& options) {
+  options.angleError = errorOption(parser, "angle-error", false);
+  options.fixedError = errorOption(parser, "fixed-error", true);
+  options.proportionalError = errorOption(parser, "proportional-error", true);
+  options.sumForm = formOption(parser);
+  options.centring = boundedOption(parser, "centring", 0.0, 1000.0);
+  options.controlError = boundedOption(parser, "control-error", 0.0, 100000.0);
+  options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
+  options.isFree = parser.isSet("free");
 }
 
 /// A picture that a screen or a sheet of paper can hold, and not so small that the margins leave nothing.
@@ -158,6 +186,7 @@ QString programUsage() {
       "  show FILE                            what a file holds\n"
       "  check FILE                           what is wrong with a file, or should not be trusted\n"
       "  adjust FILE                          adjusted coordinates with their errors\n"
+      "  plan FILE --points FILE.dat          how good the network will be, before it is measured\n"
       "  heights FILE                         trigonometric heights with their errors\n"
       "  convert IN OUT                       the same job in another format\n"
       "  map FILE OUT.png                     a picture of the map\n"
@@ -221,21 +250,19 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "How to adjust: least-squares (the default), or one traverse: open, connect or closed. A traverse takes no "
        "a-priori errors.",
        "METHOD", "least-squares"},
-      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
-      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
-      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
       {"distance-error-form",
        "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
        "weight error alone, and as the file says by default.",
        "sum|root"},
-      {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
-      {"control-error",
-       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 "
-       "holds them.",
-       "MM"},
       {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
-      {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
-      {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
+      {"robust",
+       "Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG "
+       "III), and tell the weights."},
+      {"approximate",
+       "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
+       "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
+       "network on it.",
+       "FILE"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
        "a-posteriori|a-priori", "a-posteriori"},
       {"as-read",
@@ -247,23 +274,42 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        ".in2).",
        "FILE"},
   });
+  addWeightOptions(parser);
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
   options.file = parser.positionalArguments().first();
   options.method = methodOption(parser);
-  options.angleError = errorOption(parser, "angle-error", false);
-  options.fixedError = errorOption(parser, "fixed-error", true);
-  options.proportionalError = errorOption(parser, "proportional-error", true);
-  options.sumForm = formOption(parser);
-  options.centring = boundedOption(parser, "centring", 0.0, 1000.0);
-  options.controlError = boundedOption(parser, "control-error", 0.0, 100000.0);
-  options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
-  options.isFree = parser.isSet("free");
+  takeWeightOptions(parser, options);
   options.leavesOut = parser.isSet("leave-out");
+  options.weighsDown = parser.isSet("robust");
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
+  options.approximateFile = fileOption(parser, "approximate");
   options.asRead = parser.isSet("as-read");
   requireFittingOptions(parser, options);
+  return options;
+}
+
+std::optional<AdjustOptions> parsePlan(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(parser,
+          "Tells how good the results of a network will be, before it is measured: standard errors, error ellipses,\n"
+          "redundancy numbers, smallest detectable gross errors, and what nothing will check.\n"
+          "Readings that FILE has do not count, and a network file may go without: TARGET,L is a direction,\n"
+          "TARGET,S a distance, TARGET,LS both. Errors are those by the unit weight error 1.");
+  parser.addPositionalArgument("FILE", kAnyJob);
+  parser.addOption({"points", "Coordinate file (.dat) with all points of FILE; known points keep their own.", "FILE"});
+  parser.addOption({"distance-error-form",
+                    "How the two parts are joined: sum (the default), or root of the sum of squares.", "sum|root"});
+  addWeightOptions(parser);
+  if (!goesOn(parser, arguments, "plan FILE --points FILE.dat [options]", 1)) return std::nullopt;
+  auto options = commonOptions<AdjustOptions>(parser);
+  options.file = parser.positionalArguments().first();
+  takeWeightOptions(parser, options);
+  options.approximateFile = fileOption(parser, "points");
+  if (options.approximateFile.isEmpty()) throw UsageError("--points is missing");
+  options.isAPriori = true;
+  if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
   return options;
 }
 

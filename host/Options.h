@@ -33,6 +33,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<float> proportionalError;  ///< parts per million
   std::optional<bool> sumForm;             ///< else the root form
   bool leavesOut = false;                  ///< suspected observations
+  bool weighsDown = false;                 ///< the same
   std::optional<double> centring;          ///< millimetres
   std::optional<double> controlError;      ///< millimetres
   std::optional<double> confidence;        ///< of the test of the whole and of the ellipses
@@ -40,6 +41,7 @@ struct AdjustOptions : CommonOptions {
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
+  QString approximateFile;                 ///< coordinate file, of a plan that of all points; empty: none
 };
 
 struct HeightsOptions : CommonOptions {
@@ -82,6 +84,7 @@ std::optional<ShowOptions> parseShow(QStringList const& arguments);
 std::optional<CheckOptions> parseCheck(QStringList const& arguments);
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<AdjustOptions> parsePlan(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<MapOptions> parseMap(QStringList const& arguments);
 std::optional<ExecOptions> parseExec(QStringList const& arguments);

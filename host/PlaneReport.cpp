@@ -15,11 +15,12 @@ bool isWorse(PlaneObservation const& observation, double worst) { return std::ab
 }  // namespace
 
 PlaneReport::PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
-                         PlaneAdjustment const& adjustment)
+                         PlaneAdjustment const& adjustment, Kind reportKind)
     : file(std::move(path)),
       configure(settings),
       options(planeOptions),
       run(adjustment),
+      kind(reportKind),
       network(adjustment.network()),
       result(adjustment.result()),
       circlesOfPoint(network.points.size(), 0) {

@@ -17,11 +17,16 @@ namespace kvn::host {
 /// A finished run with its settings; holds a reference to it.
 class PlaneReport {
  public:
+  /// A plan has nothing that comes of readings.
+  enum class Kind { Adjusted, Planned };
+
   PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
-              PlaneAdjustment const& adjustment);
+              PlaneAdjustment const& adjustment, Kind reportKind = Kind::Adjusted);
 
   /// Head, findings, points, error ellipses, directions, distances: what is looked at first stands first.
   void writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
+  /// The same of a plan.
+  void writePlanText(TextSink const& sink) const;
   /// The same values with all their digits, and what was found and told beside them.
   void writeJson(Json::Value const& findings, Json::Value const& messages, TextSink const& sink) const;
 
@@ -40,6 +45,9 @@ class PlaneReport {
 
   std::string const& nameOf(int point) const { return network.points[static_cast<std::size_t>(point)].name; }
   int stationOf(Circle const& circle) const { return network.setUps[circle.setUp].station; }
+  bool hasWeights() const;  ///< of a robust run, that are not 1
+  std::string markOf(PlaneObservation const& observation) const;
+  bool isPlan() const { return kind == Kind::Planned; }
   bool isFree() const { return options.datum == PlaneSettings::Datum::Free; }
   /// Given coordinates that stay as they are.
   bool isFixed(std::size_t point) const;
@@ -59,6 +67,13 @@ class PlaneReport {
   Named named(bool isDirection, std::size_t observation) const;
 
   QString headText() const;
+  QString planHeadText() const;
+  QString robustText() const;
+  QString errorsText() const;  ///< a-priori
+  QString observationsText() const;
+  std::string stationText(Circle const& circle) const;  ///< with the number of the set-up where there are several
+  void writePlannedDirections(TextSink const& sink) const;
+  void writePlannedDistances(TextSink const& sink) const;
   QString unitErrorText() const;
   void writePointTable(TextSink const& sink) const;
   void writeEllipseTable(TextSink const& sink) const;
@@ -68,7 +83,6 @@ class PlaneReport {
   void writeControlTable(TextSink const& sink) const;
   void writeScatterTable(TextSink const& sink) const;
   QString kindsText() const;
-  std::string stationText(Circle const& circle) const;
 
   Json::Value countsJson() const;
   Json::Value globalTestJson() const;
@@ -89,6 +103,7 @@ class PlaneReport {
   Configure configure;
   PlaneOptions options;
   PlaneAdjustment const& run;
+  Kind kind;
   PlaneNetwork const& network;
   PlaneResult const& result;
   std::vector<Circle> circles;

@@ -52,10 +52,15 @@ void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& mess
   json.member("file").value(file.toStdString());
   json.member("findings").value(findings);
   json.member("globalTest").value(globalTestJson());
-  json.member("iterations").number(result.iterations);
+  json.member("iterations");
+  if (isPlan()) {
+    json.number(kNoNumber);
+  } else {
+    json.number(result.iterations);
+  }
   writeLeftOut(json);
   json.member("messages").value(messages);
-  json.member("method").text("least-squares");
+  json.member("method").text(isPlan() ? "plan" : "least-squares");
   writePoints(json);
   json.member("redundancy").number(result.redundancy);
   writeSetUps(json);
@@ -82,7 +87,7 @@ Json::Value PlaneReport::globalTestJson() const {
   json["lower"] = number(result.lowerBound);
   json["upper"] = number(result.upperBound);
   json["value"] = number(result.unitError);
-  json["passed"] = result.hasRedundancy ? Json::Value(result.isPassed) : Json::Value();
+  json["passed"] = result.hasRedundancy && !isPlan() ? Json::Value(result.isPassed) : Json::Value();
   return json;
 }
 
@@ -230,7 +235,7 @@ void PlaneReport::writeTarget(JsonStream& json, std::size_t d) const {
   json.member("gross").number(secondsOfRadians(adjusted.gross));
   writeLine(json, direction.origin.line);
   json.member("name").text(nameOf(direction.target));
-  json.member("observed").number(dmsOfRadians(direction.value));
+  json.member("observed").number(isPlan() ? kNoNumber : dmsOfRadians(direction.value));
   json.member("redundancy").number(adjusted.redundancy);
   json.member("residual").number(secondsOfRadians(adjusted.residual));
   json.member("standardised").number(adjusted.standardised);
@@ -255,7 +260,7 @@ void PlaneReport::writeDistances(JsonStream& json) const {
     json.member("from").text(nameOf(distance.from));
     json.member("gross").number(adjusted.gross);
     writeLine(json, distance.origin.line);
-    json.member("observed").number(distance.value);
+    json.member("observed").number(isPlan() ? kNoNumber : distance.value);
     json.member("redundancy").number(adjusted.redundancy);
     json.member("residual").number(adjusted.residual);
     json.member("standardised").number(adjusted.standardised);

@@ -3,6 +3,7 @@
 #include "PlaneReport.h"
 #include "TextTable.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kvn::host {
@@ -11,24 +12,6 @@ namespace {
 QString decimals(double value) { return std::isfinite(value) ? QString::number(value, 'f', 2) : QString("-"); }
 
 QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
-
-/// What catches the eye in a row whose residual is too large for chance, or that is left out.
-char const* markOf(PlaneObservation const& observation) {
-  if (observation.weight == 0.0) return "left out";
-  return observation.test > 1.0 ? "*" : "";
-}
-
-QString errorsText(Configure const& configure, PlaneOptions const& options) {
-  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
-                     .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
-                          shortNumber(double(configure.LineProportionError)),
-                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
-  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
-  if (options.controlError > 0.0) {
-    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -47,12 +30,8 @@ void PlaneReport::writeText(std::vector<FieldFinding> const& findings, TextSink 
 QString PlaneReport::headText() const {
   std::vector<std::pair<QString, QString>> lines{
       {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
-      {"Observations",
-       QString("%1 from %2 of %3, %4")
-           .arg(counted(network.directions.size(), "direction", "directions"),
-                counted(circles.size(), "set-up", "set-ups"), counted(countStations(), "station", "stations"),
-                counted(network.distances.size(), "distance", "distances"))},
-      {"A-priori errors", errorsText(configure, options)},
+      {"Observations", observationsText()},
+      {"A-priori errors", errorsText()},
       {"Redundancy", QString::number(result.redundancy)},
       {"Unit weight error", unitErrorText()},
       {"By kind", kindsText()},
@@ -62,7 +41,60 @@ QString PlaneReport::headText() const {
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
   }
+  if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {"Robust weights", robustText()});
   return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
+}
+
+QString PlaneReport::errorsText() const {
+  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
+                     .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
+                          shortNumber(double(configure.LineProportionError)),
+                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
+  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
+  if (options.controlError > 0.0) {
+    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
+  }
+  return text;
+}
+
+QString PlaneReport::observationsText() const {
+  return QString("%1 from %2 of %3, %4")
+      .arg(counted(network.directions.size(), "direction", "directions"), counted(circles.size(), "set-up", "set-ups"),
+           counted(countStations(), "station", "stations"), counted(network.distances.size(), "distance", "distances"));
+}
+
+std::string PlaneReport::stationText(Circle const& circle) const {
+  int const point = stationOf(circle);
+  std::string const name = utf8Of(nameOf(point));
+  bool const isOnlyOne = circlesOfPoint[static_cast<std::size_t>(point)] == 1;
+  return isOnlyOne ? name : name + " (" + std::to_string(circle.number) + ')';
+}
+
+bool PlaneReport::hasWeights() const {
+  auto const isLess = [](PlaneObservation const& observation) { return observation.weight < 1.0; };
+  return options.weighsDownSuspects && (std::any_of(result.directions.begin(), result.directions.end(), isLess) ||
+                                        std::any_of(result.distances.begin(), result.distances.end(), isLess));
+}
+
+/// What catches the eye in a row whose residual is too large for chance, that is left out or that weighs less.
+std::string PlaneReport::markOf(PlaneObservation const& observation) const {
+  if (observation.weight < 1.0 && options.weighsDownSuspects) return ratioText(observation.weight);
+  if (observation.weight == 0.0) return "left out";
+  return observation.test > 1.0 ? "*" : "";
+}
+
+QString PlaneReport::robustText() const {
+  std::size_t less = 0;
+  std::size_t none = 0;
+  for (auto const* list : {&result.directions, &result.distances}) {
+    for (PlaneObservation const& observation : *list) {
+      if (observation.weight < 1.0) ++less;
+      if (observation.weight == 0.0) ++none;
+    }
+  }
+  if (less == 0) return "all observations have their full weight";
+  QString const text = counted(less, "observation weighs", "observations weigh") + " less";
+  return none == 0 ? text : text + QString(", %1 of them nothing: not counted in the redundancy").arg(none);
 }
 
 QString PlaneReport::unitErrorText() const {
@@ -132,14 +164,6 @@ void PlaneReport::writeEllipseTable(TextSink const& sink) const {
   writeTitled("Error ellipses (semi-axes)", table, sink);
 }
 
-/// With its number where the station has several.
-std::string PlaneReport::stationText(Circle const& circle) const {
-  int const point = stationOf(circle);
-  std::string station = utf8Of(nameOf(point));
-  if (circlesOfPoint[static_cast<std::size_t>(point)] <= 1) return station;
-  return station + " (" + std::to_string(circle.number) + ')';
-}
-
 void PlaneReport::writeDirectionTable(TextSink const& sink) const {
   if (circles.empty()) return;
   TextTable table({{"Station", TextTable::Left},
@@ -148,7 +172,7 @@ void PlaneReport::writeDirectionTable(TextSink const& sink) const {
                    {QString::fromUtf8("v [″]"), TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {"", TextTable::Left},
+                   {hasWeights() ? "Weight" : "", TextTable::Left},
                    {"Azimuth", TextTable::Right},
                    {QString::fromUtf8("m [″]"), TextTable::Right},
                    {"Distance [m]", TextTable::Right},
@@ -178,7 +202,7 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
                    {"v [mm]", TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {"", TextTable::Left},
+                   {hasWeights() ? "Weight" : "", TextTable::Left},
                    {"Adjusted [m]", TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (std::size_t d = 0; d < network.distances.size(); ++d) {

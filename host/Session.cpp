@@ -63,9 +63,9 @@ Session::Session() : received(system), opened(system.createProject()) {
 
 Session::~Session() { system.setSendMessageFunc({}); }
 
-void Session::open(QString const& path, bool asRead) {
+void Session::open(QString const& path, Job::Reading reading) {
   openFile = path;
-  opened.open(path, asRead ? Job::Reading::AsRead : Job::Reading::Careful);
+  opened.open(path, reading);
 }
 
 void tellWarnings(std::vector<FieldFinding> const& findings) {

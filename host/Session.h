@@ -20,7 +20,7 @@ class Session {
   ~Session();
 
   /// As `Job::open`. The settings are those of the file, as far as it has any.
-  void open(QString const& path, bool asRead = false);
+  void open(QString const& path, Job::Reading reading = Job::Reading::Careful);
 
   Job& job() { return opened; }
   Project& project() { return *opened.project(); }

@@ -101,6 +101,11 @@ void detail::sendWarning(QString const& text) {
   if (system != nullptr) system->sendMessage(text, Warning);
 }
 
+void detail::sendInfo(QString const& text) {
+  System const* const system = System::Instance();
+  if (system != nullptr) system->sendMessage(text, Info);
+}
+
 void detail::throwNaming(QString const& file, Network const& network) {
   try {
     throw;
@@ -132,13 +137,15 @@ void Job::open(QString const& path, Reading reading) {
   Project read;
   read.setConfigure(state->project->getConfigure());
   bool const asRead = reading == Reading::AsRead;
+  bool const isPlan = reading == Reading::Plan;
   detail::OpenedFile opened;
-  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, detail::bytesOf(path), asRead); });
+  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, detail::bytesOf(path), asRead, isPlan); });
   state->project->takeData(std::move(read));
   detail::JobState now;
   now.project = std::move(state->project);
   now.file = path;
   now.asRead = asRead;
+  now.isPlan = isPlan;
   now.opened = std::move(opened);
   now.progress = std::move(state->progress);
   now.plane = state->plane;
@@ -147,7 +154,10 @@ void Job::open(QString const& path, Reading reading) {
 }
 
 QString const& Job::file() const { return state->file; }
-Job::Reading Job::reading() const { return state->asRead ? Reading::AsRead : Reading::Careful; }
+Job::Reading Job::reading() const {
+  if (state->isPlan) return Reading::Plan;
+  return state->asRead ? Reading::AsRead : Reading::Careful;
+}
 std::shared_ptr<Project> const& Job::project() const { return state->project; }
 
 void Job::reduce() {
@@ -190,6 +200,9 @@ void Job::setPlaneOptions(PlaneOptions const& options) {
   require(options.centring, 0.0, 1.0, "the centring error must be from 0 to 1 m");
   require(options.controlError, 0.0, 100.0, "the error of known coordinates must be from 0 to 100 m");
   require(options.confidence, 0.5, 0.9999, "the confidence must be from 0.5 to 0.9999");
+  if (options.leavesOutSuspects && options.weighsDownSuspects) {
+    throw JobException(state->file, "suspects are left out or weighed down, not both");
+  }
   state->plane = options;
 }
 
@@ -197,6 +210,11 @@ PlaneOptions const& Job::planeOptions() const { return state->plane; }
 
 void Job::adjust() {
   guarded(*state, [this] { detail::adjust(*state, *this); });
+}
+
+PlaneAdjustment const& Job::plan() {
+  guarded(*state, [this] { detail::planNetwork(*state, *this); });
+  return *state->planned;
 }
 
 PlaneAdjustment const* Job::planeAdjustment() const { return state->planeRun.get(); }

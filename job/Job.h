@@ -4,6 +4,7 @@
 #include "adjust/AdjustProgress.h"
 #include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
+#include "records/CoordinatePointInfo.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
 
@@ -47,6 +48,9 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     /// a distance alone is a direction of 0 as well, distances between known points do not count. No findings of the
     /// text and of the reduction.
     AsRead,
+    /// As Careful, for `plan`: lines of a network file may name observations without values (see
+    /// `CarefulCosaCollection::setTakePlanned`).
+    Plan,
   };
 
   /// What looks at a job. Values are added up.
@@ -107,6 +111,17 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   void setPlaneOptions(PlaneOptions const& options);
   PlaneOptions const& planeOptions() const;
 
+  /// Coordinates that points of the network have about, for careful runs by least squares; those of another file that
+  /// is opened are others. They decide between places that agree with all observations, as two mirror images of a
+  /// network of distances alone, serve where no search places a point, and without any known point a free network is
+  /// laid on them. Known points keep their own. Points that the network does not have are ignored; `adjust` tells how
+  /// many these are. An empty list takes them back.
+  /// @throws JobException for a coordinate that is no number, and for a name that is given twice in different places.
+  void setApproximate(std::vector<CoordinatePointInfo> points);
+  /// The same with the points of a coordinate file (.dat). Its heights do not count.
+  /// @throws JobException, as `open`, for a file that cannot be read; as above.
+  void openApproximate(QString const& path);
+
   /// Adjusts the job by the settings of its project: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an open,
   /// connecting or closed traverse.
   ///
@@ -133,6 +148,13 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// The network that the last run worked on, empty where that is the one of `planeAdjustment`. That of a single
   /// traverse has turned circles and its distances forward.
   Network const& adjustedNetwork() const;
+
+  /// What the results of the job would be worth, before anything is measured: `PlaneAdjustment::plan` with the
+  /// observations of the file, whatever their readings, at the coordinates of `setApproximate`; known points keep their
+  /// own. The errors are those of the settings and of `planeOptions`. A `Warning` names the points that nothing checks.
+  /// @return good until the next call or the next file.
+  /// @throws JobException as `adjust`, and with the names of points that have no coordinates.
+  PlaneAdjustment const& plan();
 
   /// How careful heights are weighed; stays when another file is opened.
   /// @throws JobException for a value out of range.

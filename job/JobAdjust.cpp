@@ -26,10 +26,7 @@ void requireUsableErrors(QString const& file, Configure const& configure, Networ
 void requireAdjustable(detail::JobState const& state) {
   Project const& project = *state.project;
   int const method = project.getConfigure().AdjustMethod;
-  detail::requireNoError(state.file, state.opened.findings());
-  if (project.getFileType() == Project::CoordFile) {
-    throw JobException(state.file, "a coordinate file has no observations to adjust");
-  }
+  detail::requireObservations(state);
   if (method < 0 || method >= kMethods) {
     throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
   }
@@ -72,6 +69,12 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
 }
 
 }  // namespace
+
+void detail::requireObservations(JobState const& state) {
+  requireNoError(state.file, state.opened.findings());
+  if (state.project->getFileType() != Project::CoordFile) return;
+  throw JobException(state.file, "a coordinate file has no observations to adjust");
+}
 
 QString detail::faultOfErrors(Configure const& configure, Network const& network) {
   auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };

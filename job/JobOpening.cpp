@@ -1,8 +1,10 @@
 // Opening: the bytes of a file of any kind into a project.
 #include "adjust/AlgorithmData.h"
 #include "adjust/input/Unobserved.h"
+#include "core/DataException.h"
 #include "core/Project.h"
 #include "formats/CarefulCosaCollection.h"
+#include "formats/CoordinateDataCollection.h"
 #include "formats/CosaCollection.h"
 #include "formats/FieldTextCheck.h"
 #include "formats/LQFTraverseDataCollection.h"
@@ -146,8 +148,9 @@ void takeNetwork(Project& project, QString const& path, std::string const& bytes
   project.setConfigure(collection.getConfigure());  // which the project does not take from a network file
 }
 
-OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes) {
+OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes, bool isPlan) {
   CarefulCosaCollection collection;
+  collection.setTakePlanned(isPlan);
   collection.setKeepObservations(true);
   takeNetwork(project, path, bytes, collection);
   OpenedFile opened;
@@ -166,6 +169,29 @@ void requireEncoding(QString const& path, std::string const& bytes) {
     if (detail::isSameInLocal8Bit(line) || HTextCodec::ToLocal8Bit(HTextCodec::FromLocal8Bit(line)) == line) continue;
     QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
     throw JobEncodingException(path, QString("line %1 is no text in the encoding %2").arg(number).arg(codec), number);
+  }
+}
+
+/// @throws DataException with the line that is no point.
+void readCoordinates(Project& project, QString const& path, std::string const& bytes) {
+  try {
+    project.readContents(path, bytes);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    std::string_view rest = bytes;
+    for (int number = 1; !rest.empty(); ++number) {
+      std::string const line(rest.substr(0, rest.find('\n')));
+      rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+      try {
+        CoordinateDataCollection().readContents(line + '\n');
+      } catch (std::bad_alloc const&) {
+        throw;
+      } catch (std::exception const& failure) {
+        throw DataException(number, failure.what());
+      }
+    }
+    throw;
   }
 }
 
@@ -203,15 +229,15 @@ void detail::reduce(JobState& state) {
   state.opened.takeReduction(reduceField(project.getTraverseDataList()), project);
 }
 
-OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead) {
+OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan) {
   QString const kind = suffixOf(path);
   if (kind == "in2") {
-    if (!asRead) return takeNetworkWithCare(project, path, bytes);
+    if (!asRead) return takeNetworkWithCare(project, path, bytes, isPlan);
     CosaCollection collection;
     takeNetwork(project, path, bytes, collection);
   } else if (kind == "dat") {
     requireEncoding(path, bytes);
-    project.readContents(path, bytes);
+    readCoordinates(project, path, bytes);
   } else if (asRead) {
     takeFieldJobAsRead(project, path, bytes);
   } else {

@@ -126,47 +126,28 @@ void keepObservedPoints(PlaneNetwork& network) {
   }
 }
 
-ObservationErrors errorsOf(Configure const& configure, PlaneOptions const& options) {
-  ObservationErrors errors;
-  errors.directionSeconds = double(configure.AngleError);
-  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
-  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
-  errors.form = options.distanceForm;
-  errors.control = options.controlError;
-  return errors;
-}
-
 bool isOriginal(detail::JobState const& state) {
   PlaneNetwork const& observations = state.opened.observations;
   bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
   return hasSome && markOf(state.project->getNetwork()) == state.opened.networkMark;
 }
 
-/// The points that a refusal is about.
-QStringList namesIn(PlaneAdjustment const& adjustment) {
-  QStringList names;
-  for (UnplacedPoint const& point : adjustment.unplacedPoints()) names << recordText(point.name);
-  for (LooseMotion const& motion : adjustment.looseMotions()) {
-    for (std::string const& name : motion.names) names << recordText(name);
+/// @throws JobException with the line of an observation that is still to be measured.
+void requireValues(QString const& file, PlaneNetwork const& network) {
+  auto const refuse = [&](int from, int to, int line) {
+    QString const text("line %1: the observation from %2 to %3 has no value; see kelvane plan");
+    throw JobException(file,
+                       text.arg(line).arg(recordText(network.points[static_cast<std::size_t>(from)].name),
+                                          recordText(network.points[static_cast<std::size_t>(to)].name)),
+                       line);
+  };
+  for (PlaneNetwork::Direction const& d : network.directions) {
+    int const station = network.setUps[static_cast<std::size_t>(d.setUp)].station;
+    if (std::isnan(d.value)) refuse(station, d.target, d.origin.line);
   }
-  for (auto const& [a, b] : adjustment.coincidentPoints()) names << recordText(a) << recordText(b);
-  names.removeDuplicates();
-  return names;
-}
-
-void requireControl(PlaneNetwork const& network, PlaneOptions const& options) {
-  auto const isKnown = [](PlaneNetwork::Point const& point) { return point.isKnown; };
-  bool const isFree = options.datum == PlaneSettings::Datum::Free;
-  if (isFree || std::count_if(network.points.begin(), network.points.end(), isKnown) >= 2) return;
-  throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
-}
-
-void tellUnchecked(PlaneAdjustment const& adjustment) {
-  QStringList names;
-  for (std::size_t p = 0; p < adjustment.network().points.size(); ++p) {
-    if (!adjustment.result().points[p].isChecked) names << recordText(adjustment.network().points[p].name);
+  for (PlaneNetwork::Distance const& d : network.distances) {
+    if (std::isnan(d.value)) refuse(d.from, d.to, d.origin.line);
   }
-  if (!names.isEmpty()) detail::sendWarning(QString("Nothing checks: %1").arg(listedNames(names)));
 }
 
 }  // namespace
@@ -192,19 +173,75 @@ void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& ne
   networkMark = markOf(network);
 }
 
-PlaneNetwork detail::observationsWithErrors(JobState const& state) {
+ObservationErrors detail::observationErrors(JobState const& state) {
+  Configure const& configure = state.project->getConfigure();
+  PlaneOptions const& options = state.plane;
+  ObservationErrors errors;
+  errors.directionSeconds = double(configure.AngleError);
+  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
+  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
+  errors.form = options.distanceForm;
+  errors.control = options.controlError;
+  return errors;
+}
+
+void detail::requireControl(PlaneNetwork const& network, PlaneOptions const& options) {
+  auto const isKnown = [](PlaneNetwork::Point const& point) { return point.isKnown; };
+  bool const isFree = options.datum == PlaneSettings::Datum::Free;
+  if (isFree || std::count_if(network.points.begin(), network.points.end(), isKnown) >= 2) return;
+  throw AlgorithmException(AlgorithmException::KnownPointNotEnough, std::string());
+}
+
+QStringList detail::namesIn(PlaneAdjustment const& adjustment) {
+  QStringList names;
+  for (UnplacedPoint const& point : adjustment.unplacedPoints()) names << recordText(point.name);
+  for (LooseMotion const& motion : adjustment.looseMotions()) {
+    for (std::string const& name : motion.names) names << recordText(name);
+  }
+  for (auto const& [a, b] : adjustment.coincidentPoints()) names << recordText(a) << recordText(b);
+  names.removeDuplicates();
+  return names;
+}
+
+void detail::tellUnchecked(PlaneAdjustment const& adjustment) {
+  QStringList names;
+  for (std::size_t p = 0; p < adjustment.network().points.size(); ++p) {
+    if (!adjustment.result().points[p].isChecked) names << recordText(adjustment.network().points[p].name);
+  }
+  if (!names.isEmpty()) detail::sendWarning(QString("Nothing checks: %1").arg(listedNames(names)));
+}
+
+namespace {
+
+PlaneNetwork observationsIn(detail::JobState const& state) {
   PlaneNetwork network =
       isOriginal(state) ? state.opened.observations : observationsOfLines(state.project->getNetwork());
-  requireSound(network, state.project->getNetwork());
   keepObservedPoints(network);
-  setErrors(network, errorsOf(state.project->getConfigure(), state.plane));
+  return network;
+}
+
+}  // namespace
+
+PlaneNetwork detail::observationsWithErrors(JobState const& state) {
+  PlaneNetwork network = observationsIn(state);
+  requireSound(network, state.project->getNetwork());
+  setErrors(network, observationErrors(state));
+  return network;
+}
+
+PlaneNetwork detail::observedNetwork(JobState const& state) {
+  PlaneNetwork network = observationsIn(state);
+  giveApproximate(state, network);
+  requireControl(network, state.plane);
+  if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
   return network;
 }
 
 PlaneNetwork detail::weighedObservations(JobState const& state) {
-  PlaneNetwork network = observationsWithErrors(state);
-  requireControl(network, state.plane);
-  if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
+  PlaneNetwork network = observedNetwork(state);
+  if (state.isPlan) requireValues(state.file, network);
+  requireSound(network, state.project->getNetwork());
+  setErrors(network, observationErrors(state));
   return network;
 }
 
@@ -215,13 +252,16 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
   settings.centring = options.centring;
   settings.confidence = options.confidence;
   settings.leavesOutSuspects = options.leavesOutSuspects;
+  settings.weighsDownSuspects = options.weighsDownSuspects;
   return settings;
 }
 
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
+  PlaneNetwork network = weighedObservations(state);
+  tellUnusedApproximate(state, giveApproximate(state, network));
   PlaneSettings const settings = settingsOf(state.plane);
   std::function<bool()> const isCancelled = cancel.getCancelCall();
-  auto run = std::make_unique<PlaneAdjustment>(weighedObservations(state), settings);
+  auto run = std::make_unique<PlaneAdjustment>(std::move(network), settings);
   run->setProgressCall(state.progress);
   run->setCancelCall(isCancelled);
   auto const refuse = [&](QString text, QStringList const& names) {

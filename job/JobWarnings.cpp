@@ -189,14 +189,6 @@ void addFarOff(Project const& project, PlaneAdjustment const& run, std::vector<F
   }
 }
 
-/// Whether the iteration came to its end only without some of the observations.
-bool hasLostObservations(PlaneResult const& result) {
-  auto const count = [](std::vector<PlaneObservation> const& list) {
-    return std::count_if(list.begin(), list.end(), [](PlaneObservation const& o) { return o.weight == 0.0; });
-  };
-  return static_cast<std::size_t>(count(result.directions) + count(result.distances)) > result.leftOut.size();
-}
-
 /// Whether the way in which an adjustment failed may come from its known points.
 bool mayFailByControl(PlaneAdjustment const& run) {
   if (!run.looseMotions().empty() || !run.coincidentPoints().empty()) return false;
@@ -226,7 +218,7 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
                                costOf(observation)));
     findings.back().line = sight.origin.line;
   }
-  if (hasLostObservations(result)) {
+  if (result.isWithoutSuspects) {
     findings.push_back(
         warning({}, {}, "the adjustment does not settle with the suspected observations, which have no weight"));
   }
@@ -257,7 +249,7 @@ std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run
                                                       std::function<bool()> const& isCancelled) {
   PlaneNetwork network = run.network();
   // Without some of the observations the rest may fit anywhere.
-  bool const hasResult = !run.result().points.empty() && !hasLostObservations(run.result());
+  bool const hasResult = !run.result().points.empty() && !run.result().isWithoutSuspects;
   double const asGiven = run.result().unitError;
   bool const isBad = hasResult ? run.result().hasRedundancy && asGiven > kDoubtfulUnitError : mayFailByControl(run);
   auto const known = std::count_if(network.points.begin(), network.points.end(),
@@ -283,7 +275,7 @@ std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run
   }
   PlaneResult const& result = exchanged.result();
   double const most = hasResult ? asGiven / kFitsBetter : kDoubtfulUnitError;
-  if (!result.hasRedundancy || hasLostObservations(result) || !(result.unitError <= most)) return std::nullopt;
+  if (!result.hasRedundancy || result.isWithoutSuspects || !(result.unitError <= most)) return std::nullopt;
   QString const unitError = QString::number(result.unitError, 'f', 2);
   QString const text =
       hasResult

@@ -21,6 +21,8 @@ struct PlaneOptions {
   double confidence = 0.95;
   /// Whether suspected observations are left out, one after the other.
   bool leavesOutSuspects = false;
+  /// Whether observations that do not fit weigh less, as `PlaneSettings::weighsDownSuspects`; not with the former.
+  bool weighsDownSuspects = false;
 };
 
 }  // namespace kvn

@@ -371,6 +371,10 @@
         <translation>测站各次设站的仪器高不一致，以第一个为准：%1</translation>
     </message>
     <message>
+        <source>Points without coordinates: %1</source>
+        <translation>没有坐标的点：%1</translation>
+    </message>
+    <message>
         <source>Known points without an observation are left out: %1</source>
         <translation>没有观测值的已知点不参与计算：%1</translation>
     </message>

@@ -78,7 +78,15 @@ bool PlaneEngine::placeRemainingPoints() {
 
 /// From the points that are placed. Points that are left are told when `tellsLeft`.
 bool PlaneEngine::searchRemainingPoints(bool tellsLeft) {
+  if (hints.empty()) return searchOnce(tellsLeft, false);
+  return searchOnce(false, true) || searchOnce(tellsLeft, false);
+}
+
+/// With hints, the points that the search does not place lie where the hints say; but not those that these leave
+/// between two places.
+bool PlaneEngine::searchOnce(bool tellsLeft, bool usesHints) {
   StartSearch search(network, poll);
+  if (usesHints) search.setHints(&hints);
   for (int n = 0; n < network.points; ++n) {
     if (isPlaced(xy, n)) search.place(n, Place(xy[2 * index(n)], xy[2 * index(n) + 1]));
   }
@@ -87,6 +95,16 @@ bool PlaneEngine::searchRemainingPoints(bool tellsLeft) {
       if (!isPlaced(xy, n)) place(xy, n, search.at(n).real(), search.at(n).imag());
     }
     return true;
+  }
+  if (usesHints) {
+    std::vector<bool> isUndecided(index(network.points), false);
+    for (int const n : search.frame().undecided()) isUndecided[index(n)] = true;
+    for (int n = 0; n < network.points; ++n) {
+      if (isPlaced(xy, n)) continue;
+      Place const hint = isUndecided[index(n)] ? kNoPlace : hints[index(n)];
+      Place const at = search.isPlaced(n) ? search.at(n) : hint;
+      if (hasPlace(at)) place(xy, n, at.real(), at.imag());
+    }
   }
   if (!tellsLeft) return false;
   unplacedPoints.clear();

@@ -24,6 +24,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   /// What the error of an observation that is left out, and has no weight, is multiplied with, for the searches that
   /// need one.
   static constexpr double kLeftOutFactor = 1e6;
+  static constexpr double kLeastWeight = 1.0 / (kLeftOutFactor * kLeftOutFactor);  ///< the same as a weight
 
   PlaneNetwork network;
   PlaneSettings settings;
@@ -41,6 +42,9 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   std::vector<bool> isDirectionOut;         ///< of those of the network, as the host wants it; empty for none
   std::vector<bool> isDistanceOut;
   bool isAdjusted = false;
+  bool hasLostSuspects = false;  ///< the iteration has settled without them alone
+  /// Of the same observations in a robust run, 0 to 1; empty in others.
+  std::vector<double> robustWeights;
   std::vector<PlaneLeftOut> leftOut;
   detail::FreeDatum datum;  ///< of a free network
 
@@ -48,6 +52,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
 
   // Input.
   void takeCalls();
+  void begin(bool readsValues);
   void number();
   void numberPoints();
   void numberDirections();
@@ -56,6 +61,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void takeOut();
   bool isIdle(int station) const;
   void place();
+  void takeHints();
   void placeFirstPoints();
   double addCentring();
   std::vector<bool> observedPoints() const;
@@ -75,6 +81,19 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void chooseHeldUnknowns();
   void layOnDatum();
   std::vector<int> datumPoints() const;
+
+  // Plan.
+  void takeGivenPlaces();
+  void forgetReadings();
+
+  // Robust weights.
+  void weighDown();
+  void setWeight(std::size_t number, double weight);
+  double weightOf(std::size_t number) const;
+  std::vector<double> standardisedSizes();
+  double takeWeights(std::vector<double> const& sizes, bool isGentle, double step);
+  bool startFromTrusted();
+  void judgeWeighed();
 
   // Results.
   void takeResults();

@@ -69,6 +69,8 @@ int PlaneAdjustment::Data::leftOutCount() const {
 /// What the host has taken out, and nothing else.
 void PlaneAdjustment::Data::takeOut() {
   leftOut.clear();
+  robustWeights.clear();
+  hasLostSuspects = false;
   isLeftOut.assign(engine.network.directions.size() + engine.network.lines.size(), false);
   engine.idleUnknowns.clear();
   for (std::size_t d = 0; d < directionOf.size() && !isDirectionOut.empty(); ++d) {

@@ -72,6 +72,10 @@ class PlaneEngine {
   AdjustProgressCall progress;
   std::function<void(QString const&, MessType)> tell;  ///< of findings; may be empty
 
+  /// About where the points lie, as somebody has told, NaN where nobody did; may be empty. They decide between two
+  /// places that agree with all observations, and stand in for what no search finds.
+  std::vector<Place> hints;
+
   // ---- State.
   Coordinates given;                ///< of the known points, metres
   Coordinates xy;                   ///< current
@@ -168,6 +172,7 @@ class PlaneEngine {
   bool hasFit();
   bool placeRemainingPoints();
   bool searchRemainingPoints(bool tellsLeft);
+  bool searchOnce(bool tellsLeft, bool usesHints);
   template <typename Chosen>
   void takeFit(Chosen const& chosen);
 

@@ -86,7 +86,9 @@ void PlaneAdjustment::Data::takeUnitError() {
   if (!std::isfinite(pvv)) throw AlgorithmException(AlgorithmException::DataError, "Calculate failed");
   result.iterations = engine.iterations;
   result.redundancy = engine.redundancy() - leftOutCount();
+  result.redundancy -= static_cast<int>(std::count(robustWeights.begin(), robustWeights.end(), 0.0));
   result.hasRedundancy = result.redundancy > 0;
+  result.isWithoutSuspects = hasLostSuspects;
   result.unitError = result.lowerBound = result.upperBound = result.criticalValue = result.confidenceFactor = kNaN;
   bool const isAPriori = settings.unitWeight == UnitWeight::APriori;
   if (isAPriori) {
@@ -148,7 +150,13 @@ double PlaneAdjustment::Data::errorOf(std::size_t number) const {
   std::size_t const directions = engine.network.directions.size();
   double const error =
       number < directions ? engine.network.directions[number].error : engine.network.lines[number - directions].error;
-  return isLeftOut[number] ? error / kLeftOutFactor : error;
+  if (isLeftOut[number]) return error / kLeftOutFactor;
+  return robustWeights.empty() ? error : error * std::sqrt(std::max(robustWeights[number], kLeastWeight));
+}
+
+double PlaneAdjustment::Data::weightOf(std::size_t number) const {
+  if (isLeftOut[number]) return 0.0;
+  return robustWeights.empty() ? 1.0 : robustWeights[number];
 }
 
 /// The same in the unit of its error equation.
@@ -176,7 +184,7 @@ void PlaneAdjustment::Data::takeObservations() {
     observation.residual = isOriented ? engine.directionResiduals[d] / kSecondsPerRadian : kNaN;
     observation.adjusted = direction.value + observation.residual;
     // The equations are in seconds.
-    observation.weight = isLeftOut[d] ? 0.0 : 1.0;
+    observation.weight = weightOf(d);
     double const error = errorOf(d);
     takeObservation(observation, a, at, count, error * kSecondsPerRadian);
     for (double* value : {&observation.adjustedError, &observation.detectable}) *value /= kSecondsPerRadian;
@@ -189,7 +197,7 @@ void PlaneAdjustment::Data::takeObservations() {
     int const count = engine.equationFactors(engine.network.directions.size() + e, a, at);
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
-    observation.weight = isLeftOut[engine.network.directions.size() + e] ? 0.0 : 1.0;
+    observation.weight = weightOf(engine.network.directions.size() + e);
     double const error = errorOf(engine.network.directions.size() + e);
     takeObservation(observation, a, at, count, error);
     test(observation, error);
@@ -209,8 +217,8 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
   double const m = scaleOfErrors();
   observation.adjustedError = rootOf(variance) * m;
   // One that is left out is judged by the others alone.
-  double const share = variance / (error * error);
-  observation.redundancy = observation.weight > 0.0 ? std::min(1.0, std::max(0.0, 1.0 - share)) : 1.0;
+  double const share = observation.weight * variance / (error * error);
+  observation.redundancy = std::min(1.0, std::max(0.0, 1.0 - share));
   // The line's errors are those of its points, which in a free network depend on what the datum is.
   double lineQ[25];
   std::copy(std::begin(q), std::end(q), std::begin(lineQ));
@@ -234,7 +242,7 @@ void PlaneAdjustment::Data::takeObservation(PlaneObservation& observation, doubl
   datum.transformShifts(a, at, count, at, kPointUnknowns, shift);
   double largest = 0.0;
   for (double const s : shift) largest = std::max(largest, std::abs(s));
-  observation.effect = largest * observation.detectable / (error * error);
+  observation.effect = observation.weight * largest * observation.detectable / (error * error);
 }
 
 /// @param error  a-priori standard error in the unit of the residual.
@@ -254,7 +262,7 @@ void PlaneAdjustment::Data::takeKinds() {
     for (PlaneObservation const& observation : observations) {
       if (observation.weight == 0.0) continue;
       double const v = observation.residual / observation.error;
-      sum += v * v;
+      sum += observation.weight * v * v;
       redundancy += observation.redundancy;
     }
     return redundancy < kUncheckedRedundancy ? kNaN : std::sqrt(sum / redundancy);

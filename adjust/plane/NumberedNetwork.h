@@ -8,14 +8,20 @@
 #include <utils/Circle.h>
 
 #include <algorithm>
+#include <cmath>
 #include <complex>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 namespace kvn::detail {
 
 /// A place in the plane, x + i y: x north, y east. A product with e^(i a) turns by the azimuth a.
 using Place = std::complex<double>;
+
+/// Of a point whose place is not known.
+inline Place const kNoPlace{std::numeric_limits<double>::quiet_NaN(), 0.0};
+inline bool hasPlace(Place place) { return std::isfinite(place.real() + place.imag()); }
 
 using utils::foldedAngle;
 

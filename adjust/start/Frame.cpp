@@ -184,12 +184,14 @@ bool Frame::tryNext(Rigour rigour) {
   ready[rigour].pop();
   int const point = -negated;
   if (has(point) || lociCount[point] != count) return true;
-  std::optional<Place> const meet = meetingPlace(lociOf(point), kSharpness[rigour]).place;
-  if (meet) {
-    place(point, *meet);
-  } else if (rigour != Weak) {
-    ready[rigour + 1].emplace(count, -point);
+  Place const hint = hints == nullptr ? kNoPlace : (*hints)[index(point)];
+  Meeting const meeting = meetingPlace(lociOf(point), kSharpness[rigour], hint);
+  if (meeting.place) {
+    place(point, *meeting.place);
+    return true;
   }
+  if (meeting.isAmbiguous && hasPlace(hint)) undecidedPoints.push_back(point);
+  if (rigour != Weak) ready[rigour + 1].emplace(count, -point);
   return true;
 }
 

@@ -34,6 +34,11 @@ class Frame {
 
   void place(int point, Place at);
   void orient(int station, double azimuth);
+  /// About where a point lies, NaN where that is not known: it decides between two places that agree with all
+  /// observations. One for each point of the network, and none to take them away; they stay with their owner.
+  void setHints(std::vector<Place> const* list) { hints = list; }
+  /// Points with two places of which the hint is not clearly nearer to one.
+  std::vector<int> const& undecided() const { return undecidedPoints; }
   /// Places and orients what follows, until nothing moves. Whenever the frame has grown by half, all of it is refined:
   /// errors that each point hands on to the next would grow with the distance. The points placed before the first
   /// growth stay.
@@ -76,6 +81,8 @@ class Frame {
   std::unordered_map<int, Circle> circles;
   std::vector<int> placed;
   std::vector<int> oriented;
+  std::vector<Place> const* hints = nullptr;
+  std::vector<int> undecidedPoints;
   int anchors = -1;           // points at the front of the list that stay; -1 before the first growth
   int scaleLine = -1;         // a distance between placed points that waits to give the scale
   std::size_t refinedAt = 0;  // points at the last refinement
@@ -91,6 +98,9 @@ struct Meeting {
 };
 /// The place with which most of the loci agree; nothing where fewer than two cross at a sine of `sharpness` or more, or
 /// where two places agree with all of them.
-Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness);
+///
+/// @param hint  about where the place is, NaN where that is not known: of two places that agree it takes the one that
+///              is clearly nearer.
+Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness, Place hint = kNoPlace);
 
 }  // namespace kvn::detail

@@ -23,6 +23,8 @@ constexpr double kAsGood = 0.2;
 // Loci that cross at less than this sine do not tell where: they are the same line as far as the errors allow.
 constexpr double kTouching = 5e-4;
 constexpr double kSharp = 0.1;
+// Of two places the nearer one to the hint is taken if it is nearer than this share of the other one's distance.
+constexpr double kClearlyNearer = 0.8;
 
 struct Candidate {
   Place place;
@@ -80,9 +82,14 @@ Place improved(Place place, std::vector<Locus> const& loci) {
   return place + Place(x * yy - y * xy, y * xx - x * xy) / determinant;
 }
 
+Place settled(Candidate const& candidate, double apart, std::vector<Locus> const& judges) {
+  Place const mean = improved(candidate.place, judges);
+  return std::abs(mean - candidate.place) < apart ? mean : candidate.place;
+}
+
 }  // namespace
 
-Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness) {
+Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness, Place hint) {
   std::vector<Locus> const paired = spread(loci, kPairedLoci);
   std::vector<Locus> const judges = spread(loci, kJudges);
   std::vector<Candidate> candidates;
@@ -98,6 +105,7 @@ Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness) {
   }
   if (best == nullptr) return {};
   double const apart = kSamePlace * nearestDistance(judges, best->place);
+  std::vector<Candidate const*> rivals;
   double const rival = std::min(kAgreement, std::max(kAsGood, kRival * best->worst));
   for (Candidate const& other : candidates) {
     if (&other == best || other.worst > rival) continue;
@@ -105,10 +113,22 @@ Meeting meetingPlace(std::vector<Locus> const& loci, double sharpness) {
     // the observations contradict each other, the meets of other pairs are not other solutions.
     bool const isApart = std::abs(other.place - best->place) > apart;
     bool const isTwin = other.pair == best->pair && (isApart || best->crossing < kSharp);
-    if (isTwin || (isApart && best->worst <= 1.0)) return {std::nullopt, true};
+    if (isTwin || (isApart && best->worst <= 1.0)) rivals.push_back(&other);
   }
-  Place const mean = improved(best->place, judges);
-  return {std::abs(mean - best->place) < apart ? mean : best->place, false};
+  if (rivals.empty()) return {settled(*best, apart, judges), false};
+  if (!hasPlace(hint)) return {std::nullopt, true};
+  rivals.push_back(best);
+  auto const isNearer = [hint](Candidate const* a, Candidate const* b) {
+    return std::abs(a->place - hint) < std::abs(b->place - hint);
+  };
+  Candidate const& nearest = **std::min_element(rivals.begin(), rivals.end(), isNearer);
+  double const near = std::abs(nearest.place - hint);
+  for (Candidate const* other : rivals) {
+    // Meets of other pairs of loci at the same place are no other choice.
+    bool const isElsewhere = std::abs(other->place - nearest.place) > apart;
+    if (isElsewhere && near > kClearlyNearer * std::abs(other->place - hint)) return {std::nullopt, true};
+  }
+  return {settled(nearest, apart, judges), false};
 }
 
 }  // namespace kvn::detail

@@ -21,6 +21,9 @@ class StartSearch {
 
   /// A point that is placed already.
   void place(int point, Place at) { root.place(point, at); }
+  /// About where the points lie, NaN where that is not known, for the choice between two places that agree with all
+  /// observations; they stay with their owner.
+  void setHints(std::vector<Place> const* hints) { root.setHints(hints); }
   /// False when points are left.
   bool run();
 

@@ -19,6 +19,8 @@ namespace kvn::detail {
 /// targets have two, a direction and a distance, of which one remains.
 class CosaReading {
  public:
+  enum class Kind : std::uint8_t { None, Direction, Distance };
+
   struct Observation {
     std::size_t targetAt = 0;
     std::uint32_t targetSize = 0;
@@ -28,6 +30,7 @@ class CosaReading {
     double angle = 0.0;     ///< radians
     double distance = 0.0;  ///< metres
     bool hasAngle = false;
+    Kind planned = Kind::None;  ///< what the line names without a value
   };
 
   std::vector<Observation> observations;

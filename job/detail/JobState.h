@@ -9,6 +9,7 @@
 #include "formats/FieldTextCheck.h"
 #include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
+#include "records/CoordinatePointInfo.h"
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
 
@@ -45,11 +46,14 @@ struct JobState {
   std::shared_ptr<Project> project;
   QString file;
   bool asRead = false;
+  bool isPlan = false;  ///< observations may lack their values
   OpenedFile opened;
   AdjustProgressCall progress;
   PlaneOptions plane;
-  std::unique_ptr<PlaneAdjustment> planeRun;  ///< the last run, where it was a careful one by least squares
-  std::vector<FieldFinding> runFindings;      ///< of that run
+  std::vector<CoordinatePointInfo> approximate;  ///< as the host has told them, good numbers, each name in one place
+  std::unique_ptr<PlaneAdjustment> planeRun;     ///< the last run, where it was a careful one by least squares
+  std::vector<FieldFinding> runFindings;         ///< of that run
+  std::unique_ptr<PlaneAdjustment> planned;      ///< the last plan
   Network adjusted;  ///< as the last adjustment had it; empty after a run of the plane adjustment
   HeightOptions heights;
   std::unique_ptr<HeightAdjustment> heightRun;  ///< the last run of heights, where it was a careful one

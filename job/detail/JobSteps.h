@@ -10,6 +10,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -25,6 +26,7 @@ namespace kvn::detail {
 /// Suffix of a path in small letters.
 QString suffixOf(QString const& path);
 void sendWarning(QString const& text);
+void sendInfo(QString const& text);
 /// The exception that is being handled, as a JobException that has it nested; a JobException and std::bad_alloc pass.
 [[noreturn]] void throwNaming(QString const& file, Network const& network);
 /// @throws JobException for the first `Error` among the findings.
@@ -33,7 +35,7 @@ void requireNoError(QString const& file, std::vector<FieldFinding> const& findin
 /// All bytes of a file. @throws JobException for one that is not there, cannot be read or is of an unknown kind.
 std::string bytesOf(QString const& path);
 /// Takes the bytes of a file of any kind into an empty project. @throws what the readers throw.
-OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead);
+OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan = false);
 /// A look at the text of a project file, for what its reader takes in silence.
 ///
 /// `Error`: a number, a truth value or a kind of row that cannot be read, for which the reader takes the default.
@@ -73,6 +75,27 @@ std::vector<FieldFinding> findingsOnResult(JobState const& state, PlaneAdjustmen
 /// @param isCancelled  may be empty; ends that one as it ends an adjustment.
 std::optional<FieldFinding> findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,
                                               std::function<bool()> const& isCancelled);
+/// The points of a coordinate file. @throws JobException for what is no coordinate file, and as `requireUsable`.
+std::vector<CoordinatePointInfo> approximateOf(QString const& path);
+/// @throws JobException for coordinates that are no numbers and for a name in two places.
+void requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& points);
+/// Gives the unknown points the approximate coordinates of the job. @return how many of these have names that are not
+/// in the network.
+std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
+/// Says how many that are, if any.
+void tellUnusedApproximate(JobState const& state, std::size_t unused);
+/// The observations of the job, without errors, and the points that are observed.
+PlaneNetwork observedNetwork(JobState const& state);
+/// By the settings and options of the job.
+ObservationErrors observationErrors(JobState const& state);
+void requireControl(PlaneNetwork const& network, PlaneOptions const& options);
+/// The points that a refusal is about.
+QStringList namesIn(PlaneAdjustment const& adjustment);
+void tellUnchecked(PlaneAdjustment const& adjustment);
+/// What stands against the errors, the findings or the kind of the job. @throws JobException.
+void requireObservations(JobState const& state);
+/// Plans the network of the job. @throws JobException; what the plan throws.
+void planNetwork(JobState& state, utils::IProcessCancel const& cancel);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.

@@ -438,6 +438,10 @@ TEST(PlaneAdjustments, PlaceByDistancesAlone) {
     EXPECT_FALSE(result.points[3].isChecked);
     EXPECT_TRUE(result.points[2].isChecked);  // known, and nothing observes it
   }
+  network.points[3].x = 1.0;  // as near to one as to the other
+  kvn::PlaneAdjustment undecided(network);
+  undecided.setTellFindings(false);
+  EXPECT_THROW(undecided.adjust(), kvn::AlgorithmException);
   network.points[3] = {"P"};
   network.distances.push_back({2, 3, std::hypot(60.0, 30.0)});
   kvn::setErrors(network, kvn::ObservationErrors());

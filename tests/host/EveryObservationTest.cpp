@@ -144,6 +144,28 @@ TEST(EveryObservation, IsLeftOutOnRequestWhenItIsSuspected) {
   EXPECT_TRUE(json["globalTest"]["passed"].asBool());
   EXPECT_EQ(json["redundancy"].asInt(), kept["redundancy"].asInt() - 1);
   EXPECT_EQ(json["suspects"].size(), 0U);
+  // Weighed down it loses all weight, others that are in the tail of their errors a part; the figure is the same.
+  Json::Value const robust = adjusted(program, "bad.in2", {"--robust"});
+  EXPECT_TRUE(robust["globalTest"]["passed"].asBool());
+  EXPECT_EQ(robust["redundancy"], json["redundancy"]);
+  ASSERT_EQ(robust["suspects"].size(), 1U);
+  EXPECT_EQ(robust["suspects"][0]["line"].asInt(), 105);
+  int less = 0;
+  for (Json::Value const& distance : robust["distances"]) {
+    bool const isGone = distance["line"].asInt() == 105;
+    EXPECT_EQ(distance["weight"].asDouble() == 0.0, isGone);
+    less += distance["weight"].asDouble() < 1.0 ? 1 : 0;
+  }
+  EXPECT_GT(less, 1);
+  for (Json::ArrayIndex p = 0; p < json["points"].size(); ++p) {
+    double const error = 0.5 * json["points"][p]["mp"].asDouble() + 1e-9;
+    EXPECT_NEAR(robust["points"][p]["x"].asDouble(), json["points"][p]["x"].asDouble(), error);
+  }
+  std::string const table = program.run({"adjust", "bad.in2", "--robust"}).out;
+  EXPECT_THAT(table, HasSubstr(", 1 of them nothing: not counted in the redundancy\n"));
+  EXPECT_THAT(table, testing::ContainsRegex("P014 +181.1868 .* 0.00 +180.9"));
+  EXPECT_THAT(table, HasSubstr("Weight"));
+  EXPECT_THAT(program.run({"adjust", "bad.in2"}).out, testing::Not(HasSubstr("Weight")));
 }
 
 TEST(EveryObservation, HasTheKeysThatProgramsReadItBy) {

@@ -115,7 +115,7 @@ TEST_F(JobInFolder, ARefusedFileLeavesTheProjectAsItWas) {
       {"record.lqf", "JOB     J\nSTA     A,x,\n", "line 2", 2},
       {"cut.kvn", "<Kelvane>\n<Config>\n", "is not well-formed XML", 2},
       {"other.kvn", "<Other/>", "the file is no project file", 0, false},
-      {"points.dat", "P,,1\n", "The Format of Data is wrong", 0},
+      {"points.dat", "Q,,1,2,3\nP,,1\n", "line 2 The Format of Data is wrong", 2},
       {"points.dat", "P,,1,2,3\nQ\xE9,,1,2,3\n", "line 2 is no text in the encoding UTF-8", 2},
   };
   for (Case const& c : cases) {

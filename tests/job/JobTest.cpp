@@ -186,4 +186,34 @@ TEST_F(JobInFolder, KeepsItsRowsWhereAFileCannotHoldAllOfThem) {
   EXPECT_EQ(job.project()->getTraverseDataList().size(), 9U);
 }
 
+// P lies 60 m north or south of the line from A to B.
+constexpr char const* kTwoDistances = "2,3,3\nA,0,0\nB,0,100\nA\nP,S,72.1110\nB\nP,S,84.8528\n";
+
+TEST_F(JobInFolder, StartsFromTheCoordinatesThatItIsTold) {
+  job.open(written("distances.in2", kTwoDistances));
+  EXPECT_THAT(failureOf([&] { job.adjust(); }), HasSubstr("P"));
+  for (double const side : {1.0, -1.0}) {
+    job.openApproximate(written("about.dat", side > 0.0 ? "P,,30,50,0\nZ,,1,1,1\nA,,5,5,5" : "P,,30,-50,0\n"));
+    job.adjust();
+    EXPECT_NEAR(job.planeAdjustment()->result().points[2].x, 60.0 * side, 1e-3);
+    EXPECT_EQ(job.planeAdjustment()->result().points[0].x, 0.0);  // known points keep their coordinates
+  }
+  EXPECT_THAT(host.messages, testing::Contains(testing::Pair(
+                                 "Coordinates of points that the network does not have are ignored: 1 of 3", Info)));
+  EXPECT_THAT(failureOf([&] { job.openApproximate(written("twice.dat", "P,,1,2,0\nP,,1,3,0\n")); }),
+              HasSubstr("P is given twice"));
+  EXPECT_THAT(failureOf([&] { job.openApproximate(written("wrong.dat", "P,,1,2,0\nQ,,1,x,0\n")); }),
+              HasSubstr("line 2"));
+  EXPECT_THAT(failureOf([&] { job.openApproximate(written("job.lqf", test::kTwoSetUps)); }), HasSubstr(".dat"));
+  job.adjust();  // a refused list leaves the one before
+  EXPECT_GT(job.plan().result().points[2].mp, 0.0);
+  job.open(written("names.in2", "2,3,3\nA,0,0\nB,0,100\nA\nP,S\nB\nP,S\n"), Job::Reading::Plan);
+  EXPECT_THAT(failureOf([&] { job.plan(); }), HasSubstr("Points without coordinates: P"));
+  job.openApproximate(path("about.dat"));
+  EXPECT_NEAR(job.plan().result().distances[0].adjusted, std::hypot(30.0, 50.0), 1e-9);
+  EXPECT_THAT(failureOf([&] { job.adjust(); }), HasSubstr("line 5: the observation from A to P has no value"));
+  job.open(path("distances.in2"));
+  EXPECT_THROW(job.adjust(), JobException);
+}
+
 }  // namespace

@@ -1,0 +1,91 @@
+// Coordinates that somebody has told a job: where the search for a start begins, and where planned points lie.
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/Job.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+
+#include <QHash>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace kvn {
+namespace {
+
+using Points = std::vector<CoordinatePointInfo>;
+
+/// Each by its name as text: those of a coordinate file are in the local 8-bit encoding, those of a network in UTF-8.
+using PointsByName = QHash<QString, std::size_t>;
+
+bool isSamePlace(CoordinatePointInfo const& a, CoordinatePointInfo const& b) { return a.N == b.N && a.E == b.E; }
+
+PointsByName byName(QString const& file, Points const& points) {
+  PointsByName table;
+  for (std::size_t p = 0; p < points.size(); ++p) {
+    QString const name = recordText(points[p].name);
+    if (!std::isfinite(points[p].N + points[p].E)) {
+      throw JobException(file, QString("the coordinates of %1 are no numbers").arg(name));
+    }
+    auto const before = table.constFind(name);
+    if (before == table.constEnd()) {
+      table.insert(name, p);
+    } else if (!isSamePlace(points[*before], points[p])) {
+      throw JobException(file, QString("%1 is given twice, in different places").arg(name));
+    }
+  }
+  return table;
+}
+
+}  // namespace
+
+std::vector<CoordinatePointInfo> detail::approximateOf(QString const& path) {
+  if (suffixOf(path) != "dat") {
+    throw JobException(path, "approximate coordinates are read from a coordinate file (.dat)");
+  }
+  Project read;
+  try {
+    takeIn(read, path, bytesOf(path), false);
+  } catch (...) {
+    throwNaming(path, Network());
+  }
+  Points points = std::move(read.getCoordinatePointList());
+  byName(path, points);
+  return points;
+}
+
+void detail::requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& points) {
+  byName(file, points);
+}
+
+std::size_t detail::giveApproximate(JobState const& state, PlaneNetwork& network) {
+  if (state.approximate.empty()) return 0;
+  PointsByName const table = byName(state.file, state.approximate);
+  std::size_t used = 0;
+  for (PlaneNetwork::Point& point : network.points) {
+    auto const found = table.constFind(recordText(point.name));
+    if (found == table.constEnd()) continue;
+    ++used;
+    if (point.isKnown) continue;
+    point.x = state.approximate[*found].N;
+    point.y = state.approximate[*found].E;
+  }
+  return static_cast<std::size_t>(table.size()) - used;
+}
+
+void detail::tellUnusedApproximate(JobState const& state, std::size_t unused) {
+  if (unused == 0) return;
+  sendInfo(QString("Coordinates of points that the network does not have are ignored: %1 of %2")
+               .arg(unused)
+               .arg(state.approximate.size()));
+}
+
+void Job::openApproximate(QString const& path) { state->approximate = detail::approximateOf(path); }
+
+void Job::setApproximate(std::vector<CoordinatePointInfo> points) {
+  detail::requireUsable(state->file, points);
+  state->approximate = std::move(points);
+}
+
+}  // namespace kvn
