@@ -87,7 +87,7 @@ std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
 }
 
 std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<FieldFinding> const& beside) {
-  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun);
+  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun | Job::HeightRun);
   all.insert(all.end(), beside.begin(), beside.end());
   sortByCost(all);
   return all;
@@ -104,7 +104,8 @@ Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
 
 void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   PlaneAdjustment const& run = *session.job().planeAdjustment();
-  PlaneReport const finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
+  PlaneReport finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
+  finished.setHeights(session.job().heightAdjustment());
   if (asJson) {
     finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
   } else {

@@ -110,4 +110,18 @@ std::vector<PlaneReport::Suspicion> PlaneReport::suspicions() const {
   return list;
 }
 
+void PlaneReport::setHeights(HeightAdjustment const* adjustment) {
+  heights = adjustment;
+  if (heights == nullptr) return;
+  std::unordered_map<std::string, HeightPoint const*> byName;
+  for (std::size_t p = 0; p < heights->network().points.size(); ++p) {
+    byName.emplace(heights->network().points[p].name, &heights->result().points[p]);
+  }
+  heightOfPoint.clear();
+  for (PlaneNetwork::Point const& point : network.points) {
+    auto const found = byName.find(point.name);
+    heightOfPoint.push_back(found == byName.end() ? nullptr : found->second);
+  }
+}
+
 }  // namespace kvn::host

@@ -22,6 +22,8 @@ class PlaneReport {
 
   PlaneReport(QString path, Configure const& settings, PlaneOptions const& planeOptions,
               PlaneAdjustment const& adjustment, Kind reportKind = Kind::Adjusted);
+  /// Heights of a run beside it, or null.
+  void setHeights(HeightAdjustment const* adjustment);
 
   /// Head, findings, points, error ellipses, directions, distances: what is looked at first stands first.
   void writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
@@ -76,6 +78,8 @@ class PlaneReport {
   void writePlannedDistances(TextSink const& sink) const;
   QString unitErrorText() const;
   void writePointTable(TextSink const& sink) const;
+  void addHeight(std::size_t point, std::vector<std::string>& cells) const;
+  void writeHeights(JsonStream& json) const;
   void writeEllipseTable(TextSink const& sink) const;
   void writeDirectionTable(TextSink const& sink) const;
   void writeDistanceTable(TextSink const& sink) const;
@@ -107,7 +111,9 @@ class PlaneReport {
   PlaneNetwork const& network;
   PlaneResult const& result;
   std::vector<Circle> circles;
-  std::vector<int> circlesOfPoint;  ///< how many a point has
+  HeightAdjustment const* heights = nullptr;
+  std::vector<HeightPoint const*> heightOfPoint;  ///< null where there is none
+  std::vector<int> circlesOfPoint;                ///< how many a point has
   std::vector<PlaneControl const*> controlOfPoint;
 };
 

@@ -52,6 +52,7 @@ void PlaneReport::writeJson(Json::Value const& findings, Json::Value const& mess
   json.member("file").value(file.toStdString());
   json.member("findings").value(findings);
   json.member("globalTest").value(globalTestJson());
+  writeHeights(json);
   json.member("iterations");
   if (isPlan()) {
     json.number(kNoNumber);
@@ -133,12 +134,30 @@ void PlaneReport::writeApproximate(JsonStream& json) const {
   json.endArray();
 }
 
+/// Of the heights as a whole; null where there are none.
+void PlaneReport::writeHeights(JsonStream& json) const {
+  Json::Value entry;
+  if (heights != nullptr) {
+    HeightResult const& of = heights->result();
+    entry["redundancy"] = of.redundancy;
+    entry["unitError"] = number(of.unitError);
+    entry["globalTest"]["lower"] = number(of.lowerBound);
+    entry["globalTest"]["upper"] = number(of.upperBound);
+    entry["globalTest"]["value"] = number(of.unitError);
+    entry["globalTest"]["passed"] = of.hasRedundancy ? Json::Value(of.isPassed) : Json::Value();
+  }
+  json.member("heights").value(entry);
+}
+
 void PlaneReport::writePoints(JsonStream& json) const {
   json.member("points").beginArray();
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     PlanePoint const& point = result.points[p];
     json.beginObject();
     json.member("checked").truth(point.isChecked);
+    HeightPoint const* const height = heights == nullptr ? nullptr : heightOfPoint[p];
+    json.member("height").number(height == nullptr ? kNoNumber : height->height);
+    json.member("heightError").number(height == nullptr ? kNoNumber : height->error);
     json.member("known").truth(network.points[p].isKnown);
     writeMoved(json, p);
     json.member("mp").number(point.mp);

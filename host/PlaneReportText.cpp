@@ -37,6 +37,15 @@ QString PlaneReport::headText() const {
       {"By kind", kindsText()},
       {"Iterations", QString::number(result.iterations)},
   };
+  if (heights != nullptr) {
+    HeightResult const& of = heights->result();
+    QString const text = of.hasRedundancy
+                             ? QString("%1, expected between %2 and %3")
+                                       .arg(decimals(of.unitError), decimals(of.lowerBound), decimals(of.upperBound)) +
+                                   (of.isPassed ? "" : ": fails")
+                             : QString("- (nothing is redundant)");
+    lines.push_back({"Unit weight error of heights", text});
+  }
   if (isFree()) lines.insert(lines.begin() + 2, {"Datum", "free: the known points are not held"});
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
@@ -124,23 +133,39 @@ QString PlaneReport::kindsText() const {
   return directions + distances;
 }
 
+void PlaneReport::addHeight(std::size_t p, std::vector<std::string>& cells) const {
+  if (heights == nullptr) return;
+  HeightPoint const* const height = heightOfPoint[p];
+  if (height == nullptr) {
+    cells.insert(cells.end(), {"-", ""});
+    return;
+  }
+  std::string const error = height->error == 0.0 ? "known" : millimetresText(height->error);
+  cells.insert(cells.end(), {metresText(height->height), height->isChecked ? error : error + " (unchecked)"});
+}
+
 void PlaneReport::writePointTable(TextSink const& sink) const {
-  TextTable table({{"Point", TextTable::Left},
-                   {"North x [m]", TextTable::Right},
-                   {"East y [m]", TextTable::Right},
-                   {"mx [mm]", TextTable::Right},
-                   {"my [mm]", TextTable::Right},
-                   {"mp [mm]", TextTable::Right},
-                   {"", TextTable::Left}});
+  std::vector<TextTable::Column> columns{{"Point", TextTable::Left},       {"North x [m]", TextTable::Right},
+                                         {"East y [m]", TextTable::Right}, {"mx [mm]", TextTable::Right},
+                                         {"my [mm]", TextTable::Right},    {"mp [mm]", TextTable::Right}};
+  if (heights != nullptr) {
+    columns.push_back({"Height [m]", TextTable::Right});
+    columns.push_back({"mh [mm]", TextTable::Right});
+  }
+  columns.push_back({"", TextTable::Left});
+  TextTable table(std::move(columns));
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     PlanePoint const& point = result.points[p];
     std::string const name = utf8Of(network.points[p].name);
+    std::vector<std::string> cells{name, metresText(point.x), metresText(point.y)};
     if (isFixed(p)) {
-      table.addUtf8({name, metresText(point.x), metresText(point.y), "known"});
+      cells.insert(cells.end(), {"known", "", ""});
     } else {
-      table.addUtf8({name, metresText(point.x), metresText(point.y), millimetresText(point.mx),
-                     millimetresText(point.my), millimetresText(point.mp), point.isChecked ? "" : "unchecked"});
+      cells.insert(cells.end(), {millimetresText(point.mx), millimetresText(point.my), millimetresText(point.mp)});
     }
+    addHeight(p, cells);
+    cells.emplace_back(isFixed(p) || point.isChecked ? "" : "unchecked");
+    table.addUtf8(cells);
   }
   writeTitled("Points", table, sink);
 }

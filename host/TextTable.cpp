@@ -76,14 +76,21 @@ void TextTable::add(QStringList const& cells) {
 }
 
 void TextTable::addUtf8(std::initializer_list<std::string_view> cells) {
-  for (std::string_view const cell : cells) {
-    if (isPlainAscii(cell)) {
-      append(cell);
-    } else {
-      append(printable(QString::fromUtf8(cell.data(), static_cast<int>(cell.size()))).toStdString());
-    }
-  }
+  for (std::string_view const cell : cells) addCell(cell);
   endRow();
+}
+
+void TextTable::addUtf8(std::vector<std::string> const& cells) {
+  for (std::string const& cell : cells) addCell(cell);
+  endRow();
+}
+
+void TextTable::addCell(std::string_view utf8) {
+  if (isPlainAscii(utf8)) {
+    append(utf8);
+  } else {
+    append(printable(QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()))).toStdString());
+  }
 }
 
 void TextTable::append(std::string_view printableUtf8) {

@@ -32,11 +32,13 @@ class TextTable {
   void add(QStringList const& cells);
   /// The same in UTF-8.
   void addUtf8(std::initializer_list<std::string_view> cells);
+  void addUtf8(std::vector<std::string> const& cells);
   /// Head and rows, each a line, two blanks between columns and none at the end of a line.
   void write(TextSink const& sink) const;
   QString toString() const;  ///< what `write` writes
 
  private:
+  void addCell(std::string_view utf8);
   void append(std::string_view printableUtf8);
   void endRow();
 

@@ -17,6 +17,11 @@ constexpr double kApart = 3.0;
 
 QString millimetres(double metres) { return QString::number(1000.0 * metres, 'f', 1); }
 
+/// "12.3 mm too large".
+QString wrongBy(double metres) {
+  return QString(metres < 0.0 ? "%1 mm too small" : "%1 mm too large").arg(millimetres(std::abs(metres)));
+}
+
 class Findings {
  public:
   explicit Findings(HeightAdjustment const& adjustment) : network(adjustment.network()), result(adjustment.result()) {}
@@ -73,13 +78,12 @@ class Findings {
 
   void addSuspects() {
     for (HeightSuspect const& suspect : result.suspects) {
-      QString const size = millimetres(suspect.gross);
+      QString const size = wrongBy(suspect.gross);
       double const cost = std::abs(suspect.gross);
-      addAt(suspect.kind, suspect.number,
-            QString("suspected gross error of the height difference: %1 mm too large").arg(size),
-            QString("the height of the instrument seems to be %1 mm too large").arg(size),
-            QString("the height of the target (%2 m) seems to be %1 mm too large").arg(size, "%1"),
-            QString("the known height does not fit: it seems to be %1 mm too large").arg(size), cost);
+      addAt(suspect.kind, suspect.number, QString("suspected gross error of the height difference: %1").arg(size),
+            QString("the height of the instrument seems to be %1").arg(size),
+            QString("the height of the target (%2 m) seems to be %1").arg(size, "%1"),
+            QString("the known height does not fit: it seems to be %1").arg(size), cost);
       for (auto const& [kind, number] : suspect.alternatives) {
         addAt(kind, number, "the height difference cannot be told apart from a suspected height",
               "the height of the instrument cannot be told apart from a suspected height",

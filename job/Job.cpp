@@ -65,9 +65,7 @@ void tryHeights(detail::JobState& state, utils::IProcessCancel const& cancel) {
   } catch (std::exception const& failure) {
     reason = QString::fromUtf8(failure.what());
   }
-  state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());  // those of a run before
-  state.heightRun.reset();
-  state.heightFindings.clear();
+  detail::forgetHeights(state);  // those of a run before
   detail::sendWarning(QString("No heights are adjusted: %1").arg(reason));
 }
 
@@ -96,10 +94,12 @@ void takeHeights(detail::JobState const& state) {
 
 QString detail::suffixOf(QString const& path) { return QFileInfo(path).suffix().toLower(); }
 
-void detail::sendWarning(QString const& text) {
+void detail::send(QString const& text, MessType type) {
   System const* const system = System::Instance();
-  if (system != nullptr) system->sendMessage(text, Warning);
+  if (system != nullptr) system->sendMessage(text, type);
 }
+
+void detail::sendWarning(QString const& text) { send(text, Warning); }
 
 void detail::sendInfo(QString const& text) {
   System const* const system = System::Instance();
@@ -209,7 +209,10 @@ void Job::setPlaneOptions(PlaneOptions const& options) {
 PlaneOptions const& Job::planeOptions() const { return state->plane; }
 
 void Job::adjust() {
-  guarded(*state, [this] { detail::adjust(*state, *this); });
+  guarded(*state, [this] {
+    detail::adjust(*state, *this);
+    detail::adjustHeightsBeside(*state, *this);
+  });
 }
 
 PlaneAdjustment const& Job::plan() {
@@ -233,6 +236,7 @@ void Job::setHeightOptions(HeightOptions const& options) {
   require(options.refractionError >= 0.0 && options.refractionError <= 10.0,
           "the error of the refraction must be from 0 to 10");
   state->heights = options;
+  detail::forgetHeights(*state);
 }
 
 HeightOptions const& Job::heightOptions() const { return state->heights; }
@@ -250,7 +254,8 @@ void Job::takeResults() {
   guarded(*state, [&] {
     PlaneAdjustment const* const plane = planeAdjustment();
     bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
-    if (hasResult && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
+    bool const hasHeights = state->heightRun != nullptr;
+    if (hasResult && !hasHeights && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
     if (plane == nullptr) {
       project.algorithmPointConvertCoord();
     } else {

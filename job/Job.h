@@ -131,7 +131,9 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// result is `planeAdjustment`. A `Warning` names the points that nothing checks, one each what may be one point
   /// under two names, new points that lie a kilometre and more from coordinates that the network or the coordinate list
   /// of the project gives for them, and known points that fit with north and east exchanged.
-  /// `findingsOf(AdjustmentRun)` has all that was found out, with what it may cost.
+  /// `findingsOf(AdjustmentRun)` has all that was found out, with what it may cost. Where the rows of a field book give
+  /// heights, these are adjusted as well: `heightAdjustment`. Where they do not, or where every known height is 0, one
+  /// message says so.
   ///
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
@@ -156,16 +158,14 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// @throws JobException as `adjust`, and with the names of points that have no coordinates.
   PlaneAdjustment const& plan();
 
-  /// How careful heights are weighed; stays when another file is opened.
+  /// How careful heights are weighed; stays when another file is opened. The heights of a run before go.
   /// @throws JobException for a value out of range.
   void setHeightOptions(HeightOptions const& options);
   HeightOptions const& heightOptions() const;
 
   /// Adjusts the trigonometric heights of the rows. Read with care, every sight counts by itself, and the result is
   /// `heightAdjustment`; a `Warning` each tells what does not fit and what nothing checks, and `findingsOf(HeightRun)`
-  /// has it all. With Reading::AsRead the result is the project's `getTriangleHeightAdjust`. Of the two results there
-  /// is the one of the last run, the other is null.
-  /// @param refraction  coefficient; without one `Configure::AtmosphericIndex`.
+  /// has it all. With Reading::AsRead the result is the project's `getTriangleHeightAdjust`, which is empty otherwise.
   /// @throws JobException without rows, without a known height, for points that no line connects to one.
   void adjustHeights();
   /// The last run of heights, where it was a careful one; else null. Good until the next one.

@@ -85,16 +85,17 @@ void requireErrors(detail::JobState const& state) {
   if (!fault.isEmpty()) throw JobException(state.file, fault);
 }
 
-/// Every sight by itself.
-void adjustSights(detail::JobState& state, utils::IProcessCancel const& cancel) {
-  requireErrors(state);
-  HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
-  tellLeftOut(state.opened, reduction.leftOut);
-  HeightNetwork& network = reduction.network;
+/// Why the rows give no heights; empty where they do.
+QString missingIn(HeightNetwork const& network) {
   auto const isKnown = [](HeightNetwork::Point const& point) { return point.isKnown; };
-  if (std::none_of(network.points.begin(), network.points.end(), isKnown)) {
-    throw JobException(state.file, "no station has a known height");
-  }
+  if (std::none_of(network.points.begin(), network.points.end(), isKnown)) return "no station has a known height";
+  return network.sights.empty() ? QString("no sight gives a height difference") : QString();
+}
+
+/// Every sight by itself.
+void adjustSights(detail::JobState& state, HeightReduction reduction, utils::IProcessCancel const& cancel) {
+  requireErrors(state);
+  HeightNetwork& network = reduction.network;
   for (HeightNetwork::Point const& point : network.points) {
     if (point.isKnown && point.height == 0.0) tellKnownHeightOfZero(point.name);
   }
@@ -118,7 +119,7 @@ void adjustSights(detail::JobState& state, utils::IProcessCancel const& cancel) 
   for (QString const& line : warningLines(state.heightFindings)) detail::sendWarning(line);
   state.heightRun = std::move(run);
   state.heightLines = TriangleHeightDataConvert();
-  state.project->setTriangleHeightAdjust(nullptr);
+  state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());
 }
 
 /// Points that no chain of lines connects to a known station, which the library refuses without their names.
@@ -184,11 +185,37 @@ void detail::adjustHeights(JobState& state, utils::IProcessCancel const& cancel)
   if (state.project->getTraverseDataList().empty()) {
     throw JobException(state.file, "the file has no rows of a field book, from which heights are computed");
   }
-  if (state.asRead) {
-    adjustLines(state);
-  } else {
-    adjustSights(state, cancel);
+  if (state.asRead) return adjustLines(state);
+  HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
+  tellLeftOut(state.opened, reduction.leftOut);
+  QString const missing = missingIn(reduction.network);
+  if (!missing.isEmpty()) throw JobException(state.file, missing);
+  adjustSights(state, std::move(reduction), cancel);
+}
+
+/// What gives no height is not told: many a field book is one for the plane alone.
+void detail::adjustHeightsBeside(JobState& state, utils::IProcessCancel const& cancel) {
+  forgetHeights(state);
+  if (state.asRead || state.project->getTraverseDataList().empty()) return;
+  HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
+  QString missing = missingIn(reduction.network);
+  // A control point known in plan only has the height 0 in a field book.
+  auto const isUseful = [](HeightNetwork::Point const& point) { return point.isKnown && point.height != 0.0; };
+  bool const isAnyUseful = std::any_of(reduction.network.points.begin(), reduction.network.points.end(), isUseful);
+  if (missing.isEmpty() && !isAnyUseful) missing = "every known height is 0";
+  if (!missing.isEmpty()) return send(QString("No heights: %1").arg(missing), Info);
+  try {
+    adjustSights(state, std::move(reduction), cancel);
+  } catch (JobException const& failure) {
+    send(QString("No heights: %1").arg(failure.text), Warning);
   }
+}
+
+void detail::forgetHeights(JobState& state) {
+  state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());
+  state.heightRun.reset();
+  state.heightFindings.clear();
+  state.heightLines = TriangleHeightDataConvert();
 }
 
 }  // namespace kvn

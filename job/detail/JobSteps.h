@@ -5,6 +5,7 @@
 #include "core/AlgorithmException.h"
 #include "core/Configure.h"
 #include "job/detail/JobState.h"
+#include "records/MessType.h"
 
 #include <utils/IProcessCancel.h>
 
@@ -25,6 +26,7 @@ namespace kvn::detail {
 
 /// Suffix of a path in small letters.
 QString suffixOf(QString const& path);
+void send(QString const& text, MessType type);
 void sendWarning(QString const& text);
 void sendInfo(QString const& text);
 /// The exception that is being handled, as a JobException that has it nested; a JobException and std::bad_alloc pass.
@@ -120,6 +122,9 @@ QString explained(AlgorithmException const& failure, int method);
 /// Adjusts the heights of the rows. What gives no height, and what does not fit, is told as a `Warning`.
 /// @throws JobException without a known height, and with the names of points that no line connects to one.
 void adjustHeights(JobState& state, utils::IProcessCancel const& cancel);
+/// The same beside the plane, where the rows give heights; else one message says why not.
+void adjustHeightsBeside(JobState& state, utils::IProcessCancel const& cancel);
+void forgetHeights(JobState& state);
 std::vector<FieldFinding> findingsOnHeights(HeightAdjustment const& run);
 double refractionOf(JobState const& state);
 

@@ -19,7 +19,8 @@ using testing::HasSubstr;
 //     92°29'45" gives -2°29'45", 267°30'21" gives -2°29'39"; mean -2°29'42", tan a = -0.04357351
 //     horizontal 499.52801; times tan a = -21.76619; curvature and refraction 0.01645
 //     -21.76619 + 1.450 - 1.700 + 0.01645 = -21.99974
-//   mean (21.70919 + 21.99974) / 2 = 21.85447; height of B 100 + 21.85447 = 121.8545.
+//   mean (21.70919 + 21.99974) / 2 = 21.85447; height of B 100 + 21.85447 = 121.8545: both have the same errors but for
+//   a part in 10⁵. They are 290 mm from each other.
 // D has no distance; nobody sights K.
 constexpr char const* kFieldBook =
     "STA,K,0,,2000,1000,50\n"
@@ -40,21 +41,31 @@ TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
   test::Run const asJson = program.run({"heights", "job.txt", "--json"});
   ASSERT_EQ(asJson.exitCode, 0) << asJson.err;
   Json::Value const json = asJson.json();
-  EXPECT_EQ(json.getMemberNames(), (std::vector<std::string>{"lines", "messages", "points", "version"}));
+  EXPECT_EQ(json.getMemberNames(),
+            (std::vector<std::string>{"findings", "globalTest", "lines", "loops", "messages", "points", "redundancy",
+                                      "refraction", "sharedHeights", "unitError", "version"}));
   EXPECT_EQ(json["points"][2]["name"], "B");
   EXPECT_NEAR(json["points"][2]["height"].asDouble(), 121.8545, 1e-4);
-  EXPECT_NEAR(json["points"][2]["approximate"].asDouble(), 121.8545, 1e-4);
-  EXPECT_TRUE(json["points"][2]["heightError"].isNull());               // nothing is redundant
+  EXPECT_NEAR(json["points"][2]["approximate"].asDouble(), 121.7092, 1e-4);  // by the first sight alone
+  EXPECT_TRUE(json["points"][2]["checked"].asBool());
+  EXPECT_FALSE(json["points"][3]["checked"].asBool());
   EXPECT_NEAR(json["points"][3]["height"].asDouble(), 100.0026, 1e-4);  // 200² / 12742786 * 0.84 = 0.0026
-  EXPECT_EQ(json["lines"].size(), 2U);
+  EXPECT_EQ(json["lines"].size(), 3U);
   EXPECT_EQ(json["lines"][0]["from"], "A");
-  EXPECT_NEAR(json["lines"][0]["difference"].asDouble(), 21.8545, 1e-4);
+  EXPECT_EQ(json["lines"][0]["line"], 3);
+  EXPECT_NEAR(json["lines"][0]["difference"].asDouble(), 21.7092, 1e-4);
+  EXPECT_NEAR(json["lines"][2]["difference"].asDouble(), -21.9997, 1e-4);
+  EXPECT_EQ(json["redundancy"], 1);
+  EXPECT_FALSE(json["globalTest"]["passed"].asBool());
+  EXPECT_EQ(json["loops"].size(), 1U);
+  EXPECT_THAT(asJson.err, HasSubstr("the height differences of both ends differ by 290.6 mm: B to A"));
+  EXPECT_THAT(asJson.err, HasSubstr("suspected gross error of the height difference: 290.6 mm too small: A to B"));
   EXPECT_NEAR(json["lines"][0]["horizontalDistance"].asDouble(), 499.5249, 1e-4);
   EXPECT_THAT(asJson.err, HasSubstr("no height from a sight without a distance: A to D"));
   EXPECT_FALSE(json["messages"].empty());
   std::string const text = program.run({"heights", "job.txt", "--refraction", "1"}).out;
-  EXPECT_THAT(text, HasSubstr("C        100.0000       -\n"));
-  EXPECT_THAT(text, HasSubstr("Unit weight error  - (nothing"));
+  EXPECT_THAT(text, HasSubstr("C        100.0000"));
+  EXPECT_THAT(text, HasSubstr("Loops that do not close"));
 }
 
 TEST(HeightsCommand, TakesTheStationsOfAnInstrumentJobThatHaveCoordinatesAsKnown) {

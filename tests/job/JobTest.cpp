@@ -143,7 +143,7 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   job.setHeightOptions(options);
   job.takeResults();
   EXPECT_NEAR(coordinate(job, "P").Z, 55.1344, 5e-5);
-  EXPECT_EQ(job.project()->getTriangleHeightAdjust(), nullptr);
+  EXPECT_TRUE(job.project()->getTriangleHeightAdjust()->getTriangleHeightPointInfo().empty());
 
   job.save(path("new/job.kvn"));
   Job again(host.system.createProject());
