@@ -55,7 +55,9 @@ struct HeightPoint {
   double height = 0.0;
   double error = 0.0;        ///< standard error; 0 of a known point; NaN where there is none
   double approximate = 0.0;  ///< along single sights from the known points
-  bool isChecked = false;    ///< false where the error of some observation moves it and shows nowhere
+  /// False where an error of some sight or instrument height moves it and shows nowhere. A height of a target that is
+  /// the same in all sights to a point is not meant: nothing checks it.
+  bool isChecked = false;
 };
 
 /// What does not fit.

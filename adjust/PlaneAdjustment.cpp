@@ -169,6 +169,7 @@ void PlaneAdjustment::Data::finish() {
     judge();
     if (settings.leavesOutSuspects) leaveOutSuspects();
   }
+  findCommonControl();
   findTwins();
   isAdjusted = true;
 }
@@ -352,25 +353,25 @@ void PlaneAdjustment::Data::placeFirstPoints() {
 
 /// From the current lengths of the sights. One that is left out stays without weight. @return the largest change of an
 /// error, as a share of it.
-double PlaneAdjustment::Data::addCentring() {
+double PlaneAdjustment::Data::addCentring(double leastChange) {
   double const variance = 2.0 * settings.centring * settings.centring;
   if (!(variance > 0.0)) return 0.0;
   double largest = 0.0;
   double a[4];
   int at[4];
   std::size_t const directions = engine.network.directions.size();
+  std::vector<double> errors(directions);
   for (std::size_t d = 0; d < directions; ++d) {
-    NumberedNetwork::Direction& direction = engine.network.directions[d];
+    NumberedNetwork::Direction const& direction = engine.network.directions[d];
     double const length = engine.distanceFactors(engine.network.pointOf(direction.station), direction.target, a, at);
-    double const error = std::hypot(network.directions[directionOf[d]].error, std::sqrt(variance) / length);
-    if (isLeftOut[d]) {
-      direction.error = kLeftOutFactor * error;
-      continue;
-    }
-    largest = std::max(largest, std::abs(error - direction.error) / error);
-    direction.error = error;
-    double const seconds = error * kSecondsPerRadian;
-    engine.directionWeights[d] = 1.0 / (seconds * seconds);
+    errors[d] = std::hypot(network.directions[directionOf[d]].error, std::sqrt(variance) / length);
+    if (!isLeftOut[d]) largest = std::max(largest, std::abs(errors[d] - direction.error) / errors[d]);
+  }
+  if (largest < leastChange) return largest;
+  for (std::size_t d = 0; d < directions; ++d) {
+    engine.network.directions[d].error = isLeftOut[d] ? kLeftOutFactor * errors[d] : errors[d];
+    double const seconds = errors[d] * kSecondsPerRadian;
+    engine.directionWeights[d] = isLeftOut[d] ? 0.0 : 1.0 / (seconds * seconds);
   }
   for (std::size_t e = 0; e < engine.network.lines.size(); ++e) {
     NumberedNetwork::Line& line = engine.network.lines[e];
@@ -387,7 +388,7 @@ void PlaneAdjustment::Data::iterate() {
   if (!engine.tryToSettle()) iterateDamped();
   // Lengths from poor approximate coordinates have given poor weights to short sights.
   constexpr double kSameErrors = 1e-3;
-  if (addCentring() > kSameErrors) settle();
+  if (addCentring(kSameErrors) >= kSameErrors) settle();
   if (isFree()) layOnDatum();
   if (!engine.invert()) fail();
 }

@@ -116,8 +116,10 @@ struct PlaneControl {
   double reduction = 0.0;     ///< of the weighted sum of squares, if it were free
   double north = 0.0;         ///< where it would lie, from its given coordinates, metres
   double east = 0.0;
-  /// reduction / 2 over the variance factor with the point free, over its critical value (F of 2 and f - 2 degrees of
-  /// freedom, error probability 0.1 %): above 1 is significant. NaN where it is not determined.
+  int directions = 0;  ///< in which something else holds it: 2, or 1 where only one coordinate or a distance is tested
+  /// reduction / directions over the variance factor with the point free, over its critical value (F of `directions`
+  /// and f - `directions` degrees of freedom, error probability 0.1 %; chi-square where none of f is left): above 1 is
+  /// significant. NaN where it is not determined.
   double test = 0.0;
 };
 
@@ -148,10 +150,14 @@ struct PlaneResult {
   std::vector<PlaneObservation> directions;
   std::vector<PlaneObservation> distances;
   std::vector<PlaneAlternative> alternatives;  ///< to the suspects
-  std::vector<PlaneLeftOut> leftOut;           ///< in the order in which they were left out
+  /// Known points that most of the suspects have in common.
+  std::vector<std::size_t> commonControl;
+  std::vector<PlaneLeftOut> leftOut;  ///< in the order in which they were left out
   /// Of each known point where its coordinates are observations; of fixed ones where the residuals as a whole are too
   /// large, else empty.
   std::vector<PlaneControl> control;
+  /// False where an observation explains the misfit as well as the suspected known points do.
+  bool isControlAlone = true;
   std::vector<std::size_t> suspectedControl;  ///< points: the one that does not fit or, of several, one of them
   /// Coordinates from which the iteration began, x and y of each point.
   std::vector<std::pair<double, double>> approximate;

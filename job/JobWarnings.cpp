@@ -118,6 +118,9 @@ QString wordedMove(PlaneControl const& control) {
 
 void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
   PlaneResult const& result = run.result();
+  if (!result.isControlAlone && !result.suspectedControl.empty()) {
+    findings.push_back(warning({}, {}, "an observation does not fit, or a known point, and nothing tells which"));
+  }
   QString const text = result.suspectedControl.size() == 1
                            ? "the known point does not fit the observations: %1"
                            : "the known point, or another of these, does not fit the observations: %1";
@@ -208,6 +211,12 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   std::vector<FieldFinding> findings = Suspicions(run).findings;
   PlaneResult const& result = run.result();
   addControl(run, findings);
+  for (std::size_t const point : result.commonControl) {
+    findings.push_back(
+        warning({}, {run.network().points[point].name},
+                "most of the suspected observations are those of this known point, whose coordinates may "
+                "be wrong"));
+  }
   for (PlaneAlternative const& other : result.alternatives) {
     Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
     PlaneObservation const& observation =

@@ -567,6 +567,14 @@
         <translation>一个已知点与观测值不符：%1</translation>
     </message>
     <message>
+        <source>An observation does not fit, or one of these known points, and nothing tells which: %1</source>
+        <translation>某个观测值或以下已知点之一不符，无法区分：%1</translation>
+    </message>
+    <message>
+        <source>Most of the suspected observations are those of a known point, whose coordinates may be wrong: %1</source>
+        <translation>大多数可疑观测值属于同一已知点，其坐标可能有误：%1</translation>
+    </message>
+    <message>
         <source>One of these known points does not fit the observations: %1</source>
         <translation>以下已知点之一与观测值不符：%1</translation>
     </message>

@@ -63,7 +63,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void place();
   void takeHints();
   void placeFirstPoints();
-  double addCentring();
+  double addCentring(double leastChange = 0.0);
   std::vector<bool> observedPoints() const;
 
   // Run.
@@ -103,7 +103,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void takeOrientations();
   void takeKinds();
   void findUnchecked();
-  void findUncheckedOfFree();
+  void findUncheckedOfFree(std::vector<double> const& moved);
   void judge();
   void leaveOut(int suspect);
   void leaveOutSuspects();
@@ -116,7 +116,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   double errorOf(std::size_t number) const;
   double scaledErrorOf(std::size_t number) const;
   void testControl();
-  std::vector<PlaneControl const*> suspectedControl() const;
+  std::vector<PlaneControl const*> suspectedControl();
+  void findCommonControl();
   void tellControl(std::vector<PlaneControl const*> const& suspected);
   double scaleOfErrors() const;
   void test(PlaneObservation& observation, double error) const;

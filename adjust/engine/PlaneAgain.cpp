@@ -135,7 +135,7 @@ void PlaneAdjustment::Data::moveFor(std::vector<std::size_t> const& changed) {
   for (Eigen::Index c = 0; c < count; ++c) {
     std::size_t const number = changed[static_cast<std::size_t>(c)];
     std::vector<double> right(index(engine.unknowns()), 0.0);
-    int const size = engine.equationFactors(number, a, at);
+    int const size = engine.solvedFactors(number, a, at);
     for (int r = 0; r < size; ++r) right[index(at[r])] = a[r];
     moved.push_back(engine.normals->solved(std::move(right), engine.poll));
     double const variance = std::pow(scaledErrorOf(number), 2);
@@ -145,7 +145,7 @@ void PlaneAdjustment::Data::moveFor(std::vector<std::size_t> const& changed) {
         number < directions ? engine.directionResiduals[number] : engine.lineResiduals[number - directions];
   }
   for (Eigen::Index c = 0; c < count; ++c) {
-    int const size = engine.equationFactors(changed[static_cast<std::size_t>(c)], a, at);
+    int const size = engine.solvedFactors(changed[static_cast<std::size_t>(c)], a, at);
     for (Eigen::Index d = 0; d < count; ++d) {
       for (int r = 0; r < size; ++r) middle(c, d) += a[r] * moved[static_cast<std::size_t>(d)][index(at[r])];
     }

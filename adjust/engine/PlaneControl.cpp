@@ -2,8 +2,10 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/Quantiles.h"
+#include "records/detail/Messages.h"
 
 #include <Eigen/Dense>
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -15,8 +17,8 @@ using detail::index;
 using detail::NumberedNetwork;
 using detail::PlaneEngine;
 
-// A point whose freedom leaves a pivot below this share of the other one cannot be freed: nothing holds the network
-// then.
+// A direction in which the others hold a point by less than this share of its own observations is one in which nothing
+// holds it, and often the network, if it is free.
 constexpr double kNoDatum = 1e-9;
 // Points within this share of the largest test value cannot be told apart.
 constexpr double kAsLikely = 0.95;
@@ -38,7 +40,7 @@ class ControlTest {
     double reduction = 0.0;
     double north = 0.0;
     double east = 0.0;
-    bool isDetermined = false;
+    int directions = 0;  ///< in which the others hold the point: 2 as a rule, 0 where nothing can be said
   };
 
   Freed freed(int point) const {
@@ -61,9 +63,14 @@ class ControlTest {
     Freed result;
     Eigen::SelfAdjointEigenSolver<Eigen::Matrix2d> const eigen(reduced);
     double const scale = equations.own.trace();
-    result.isDetermined = eigen.eigenvalues()(0) > kNoDatum * scale;
-    if (!result.isDetermined) return result;
-    Eigen::Vector2d const moved = -reduced.inverse() * equations.gradient;
+    Eigen::Vector2d moved = Eigen::Vector2d::Zero();
+    for (int i = 0; i < 2; ++i) {
+      if (!(eigen.eigenvalues()(i) > kNoDatum * scale)) continue;
+      ++result.directions;
+      Eigen::Vector2d const along = eigen.eigenvectors().col(i);
+      moved -= along * along.dot(equations.gradient) / eigen.eigenvalues()(i);
+    }
+    if (result.directions == 0) return result;
     result.reduction = own - equations.gradient.dot(moved);
     result.north = engine.xy[2 * index(point)] + moved(0) - engine.given[2 * index(point)];
     result.east = engine.xy[2 * index(point) + 1] + moved(1) - engine.given[2 * index(point) + 1];
@@ -87,7 +94,7 @@ class ControlTest {
     for (int const l : net.linesAt(point)) {
       double a[5];
       int at[5];
-      int const count = engine.equationFactors(net.directions.size() + index(l), a, at);
+      int const count = engine.solvedFactors(net.directions.size() + index(l), a, at);
       add(a, at, count, engine.lineWeights[index(l)], engine.lineResiduals[index(l)], point, equations);
     }
     return equations;
@@ -96,7 +103,7 @@ class ControlTest {
   void addDirection(int d, int point, PointEquations& equations) const {
     double a[5];
     int at[5];
-    int const count = engine.equationFactors(index(d), a, at);
+    int const count = engine.solvedFactors(index(d), a, at);
     add(a, at, count, engine.directionWeights[index(d)], engine.directionResiduals[index(d)], point, equations);
   }
 
@@ -146,33 +153,42 @@ void PlaneAdjustment::Data::testControl() {
   ControlTest const test(engine);
   bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
   double const sum = result.unitError * result.unitError * result.redundancy;
-  double const critical =
-      isAPriori ? detail::controlCriticalValue(0) : detail::controlCriticalValue(result.redundancy - 2);
   for (int n = 0; n < engine.network.known; ++n) {
     if (engine.poll) engine.poll();
     if (isFixed(n) && !isTooLarge) continue;
     ControlTest::Freed const freed = test.freed(n);
     PlaneControl control;
     control.point = pointOfNumber[index(n)];
-    control.isDetermined = freed.isDetermined && result.redundancy > 2;
+    control.isDetermined = freed.directions > 0;
+    control.directions = freed.directions;
     control.north = freed.north;
     control.east = freed.east;
     control.reduction = freed.reduction;
-    double const variance = isAPriori ? 1.0 : std::max(0.0, sum - freed.reduction) / (result.redundancy - 2);
-    control.test =
-        control.isDetermined ? 0.5 * freed.reduction / variance / critical : std::numeric_limits<double>::quiet_NaN();
+    control.test = std::numeric_limits<double>::quiet_NaN();
+    if (control.isDetermined) {
+      // Without a redundancy that is left there is no other variance factor than the a-priori one.
+      int const left = isAPriori ? 0 : std::max(0, result.redundancy - freed.directions);
+      double const variance = left == 0 ? 1.0 : std::max(0.0, sum - freed.reduction) / left;
+      double const critical = detail::controlCriticalValue(freed.directions, left);
+      control.test = freed.reduction / freed.directions / variance / critical;
+    }
     result.control.push_back(control);
   }
 }
 
-/// The known points that explain the misfits better than any single observation does, by their probabilities: one, or
-/// several that cannot be told apart.
-std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() const {
+/// The known points that explain the misfits as well as any single observation does, or better, by their probabilities:
+/// one, or several that cannot be told apart.
+std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() {
   std::vector<PlaneControl const*> suspected;
   if (!(result.unitError > result.upperBound)) return suspected;
+  // -2 ln of the probability beyond: T for two degrees of freedom, about w² + ln(π w² / 2) for one.
+  auto const ofOne = [](double square) { return square + std::log(std::max(1.0, 1.5708 * square)); };
+  auto const ofControl = [&ofOne](PlaneControl const& control) {
+    return control.directions == 1 ? ofOne(control.reduction) : control.reduction;
+  };
   double largest = 0.0;
   for (PlaneControl const& control : result.control) {
-    if (control.test > 1.0) largest = std::max(largest, control.reduction);
+    if (control.test > 1.0) largest = std::max(largest, ofControl(control));
   }
   double worst = 0.0;  // square of the largest residual over its own error
   for (auto const* list : {&result.directions, &result.distances}) {
@@ -181,13 +197,43 @@ std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() const
         worst = std::max(worst, std::pow(o.residual / o.error, 2) / o.redundancy);
     }
   }
-  // -2 ln of the probability beyond: T for two degrees of freedom, about w² + ln(π w² / 2) for one.
-  bool const isBetter = largest > worst + std::log(std::max(1.0, 1.5708 * worst));
-  if (largest == 0.0 || !isBetter) return suspected;
+  // With a redundancy of 1 both are the same but for rounding.
+  constexpr double kSame = 1.0 - 1e-4;
+  if (largest == 0.0 || largest < kSame * ofOne(worst)) return suspected;
+  result.isControlAlone = largest > ofOne(worst) / kSame;
   for (PlaneControl const& control : result.control) {
-    if (control.isDetermined && control.reduction >= kAsLikely * largest) suspected.push_back(&control);
+    if (control.isDetermined && ofControl(control) >= kAsLikely * largest) suspected.push_back(&control);
   }
   return suspected;
+}
+
+/// A known point that is far off where it is given takes good observations with it: with so many suspects at one point
+/// it is more likely wrong than they.
+void PlaneAdjustment::Data::findCommonControl() {
+  constexpr std::size_t kFew = 3;
+  constexpr double kMost = 0.75;
+  result.commonControl.clear();
+  if (engine.suspectNumbers.size() < kFew || !result.suspectedControl.empty()) return;
+  std::vector<std::size_t> touching(index(engine.network.known), 0);
+  for (int const suspect : engine.suspectNumbers) {
+    double a[5];
+    int at[5];
+    engine.equationFactors(index(suspect), a, at);
+    for (int const point : {at[0] / 2, at[2] / 2}) {
+      if (point < engine.network.known) ++touching[index(point)];
+    }
+  }
+  QStringList names;
+  for (std::size_t n = 0; n < touching.size(); ++n) {
+    if (static_cast<double>(touching[n]) < kMost * static_cast<double>(engine.suspectNumbers.size())) continue;
+    result.commonControl.push_back(pointOfNumber[n]);
+    names << QString::fromStdString(network.points[pointOfNumber[n]].name);
+  }
+  if (names.isEmpty() || !engine.tell) return;
+  engine.tell(Messages::tr("Most of the suspected observations are those of a known point, whose coordinates may be "
+                           "wrong: %1")
+                  .arg(names.join(QStringLiteral(", "))),
+              Warning);
 }
 
 }  // namespace kvn

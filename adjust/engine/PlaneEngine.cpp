@@ -195,6 +195,7 @@ void PlaneEngine::holdKnownPoints() {
 }
 
 bool PlaneEngine::solve() {
+  linearised = xy;
   isFactored = normals->factor(poll);
   if (!isFactored) return false;
   corrections = normals->solution(poll);
@@ -296,21 +297,33 @@ double PlaneEngine::calculateResiduals() {
 }
 
 int PlaneEngine::equationFactors(std::size_t observation, double* a, int* at) const {
+  return factorsAbout(xy, observation, a, at);
+}
+
+int PlaneEngine::solvedFactors(std::size_t observation, double* a, int* at) const {
+  return factorsAbout(linearised, observation, a, at);
+}
+
+int PlaneEngine::factorsAbout(Coordinates const& about, std::size_t observation, double* a, int* at) const {
   if (observation >= network.directions.size()) {
     NumberedNetwork::Line const& line = network.lines[observation - network.directions.size()];
-    distanceFactors(line.start, line.end, a, at);
+    distanceFactors(about, line.start, line.end, a, at);
     return 4;
   }
   NumberedNetwork::Direction const& direction = network.directions[observation];
-  azimuthFactors(network.pointOf(direction.station), direction.target, a, at);
+  azimuthFactors(about, network.pointOf(direction.station), direction.target, a, at);
   a[4] = -1.0;
   at[4] = 2 * network.points + direction.station;
   return 5;
 }
 
-double PlaneEngine::azimuthFactors(int i, int j, double* a, int* at) const {
-  double const dx = xy[2 * index(j)] - xy[2 * index(i)];
-  double const dy = xy[2 * index(j) + 1] - xy[2 * index(i) + 1];
+double PlaneEngine::azimuthFactors(int i, int j, double* a, int* at) const { return azimuthFactors(xy, i, j, a, at); }
+
+double PlaneEngine::distanceFactors(int i, int j, double* a, int* at) const { return distanceFactors(xy, i, j, a, at); }
+
+double PlaneEngine::azimuthFactors(Coordinates const& about, int i, int j, double* a, int* at) {
+  double const dx = about[2 * index(j)] - about[2 * index(i)];
+  double const dy = about[2 * index(j) + 1] - about[2 * index(i) + 1];
   double const s2 = dx * dx + dy * dy;
   a[0] = dy / s2 * kSecondsPerRadian;
   a[1] = -dx / s2 * kSecondsPerRadian;
@@ -321,9 +334,9 @@ double PlaneEngine::azimuthFactors(int i, int j, double* a, int* at) const {
   return azimuth < 0.0 ? azimuth + kTurn : azimuth;
 }
 
-double PlaneEngine::distanceFactors(int i, int j, double* a, int* at) const {
-  double const dx = xy[2 * index(j)] - xy[2 * index(i)];
-  double const dy = xy[2 * index(j) + 1] - xy[2 * index(i) + 1];
+double PlaneEngine::distanceFactors(Coordinates const& about, int i, int j, double* a, int* at) {
+  double const dx = about[2 * index(j)] - about[2 * index(i)];
+  double const dy = about[2 * index(j) + 1] - about[2 * index(i) + 1];
   double const s = std::sqrt(dx * dx + dy * dy);
   a[0] = -dx / s;
   a[1] = -dy / s;

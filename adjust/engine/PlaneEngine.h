@@ -81,6 +81,7 @@ class PlaneEngine {
   Coordinates xy;                   ///< current
   Coordinates x0y0;                 ///< approximate, as reported
   Coordinates start;                ///< where the iteration began; as x0y0 but for points that were moved before it
+  Coordinates linearised;           ///< about which the equations of the last round were made, metres
   std::vector<double> corrections;  ///< of the last round
   std::vector<double> directionResiduals;  ///< reduced observations, then residuals, seconds
   std::vector<double> lineResiduals;       ///< metres
@@ -133,6 +134,9 @@ class PlaneEngine {
   /// The error equation of an observation without its misclosure: of a direction in seconds, with its orientation, of a
   /// distance, numbered behind all directions, in metres. @return the number of its unknowns, 5 or 4.
   int equationFactors(std::size_t observation, double* a, int* at) const;
+  /// The same about `linearised`, as the normal equations and their inverse have it: the last round may have moved a
+  /// short sight by a millionth of its length, and what hangs on one observation alone is known by less than that.
+  int solvedFactors(std::size_t observation, double* a, int* at) const;
 
   int unknowns() const { return 2 * network.points + network.stations(); }
   /// Observations less unknowns. A fixed coordinate is none.
@@ -177,6 +181,9 @@ class PlaneEngine {
   void takeFit(Chosen const& chosen);
 
   // Iteration.
+  static double azimuthFactors(Coordinates const& about, int i, int j, double* a, int* at);
+  static double distanceFactors(Coordinates const& about, int i, int j, double* a, int* at);
+  int factorsAbout(Coordinates const& about, std::size_t observation, double* a, int* at) const;
   double orientationOf(int station) const;
   bool agrees(int station, double orientation) const;
   double commonOrientation(Coordinates const& at, int station) const;

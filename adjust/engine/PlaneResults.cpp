@@ -179,7 +179,7 @@ void PlaneAdjustment::Data::takeObservations() {
     effort.step();
     NumberedNetwork::Direction const& direction = engine.network.directions[d];
     PlaneObservation& observation = result.directions[directionOf[d]];
-    int const count = engine.equationFactors(d, a, at);
+    int const count = engine.solvedFactors(d, a, at);
     bool const isOriented = !isLeftOut[d] || !isIdle(direction.station);
     observation.residual = isOriented ? engine.directionResiduals[d] / kSecondsPerRadian : kNaN;
     observation.adjusted = direction.value + observation.residual;
@@ -194,7 +194,7 @@ void PlaneAdjustment::Data::takeObservations() {
     effort.step();
     NumberedNetwork::Line const& line = engine.network.lines[e];
     PlaneObservation& observation = result.distances[e];
-    int const count = engine.equationFactors(engine.network.directions.size() + e, a, at);
+    int const count = engine.solvedFactors(engine.network.directions.size() + e, a, at);
     observation.residual = engine.lineResiduals[e];
     observation.adjusted = line.value + observation.residual;
     observation.weight = weightOf(engine.network.directions.size() + e);
@@ -301,16 +301,13 @@ void PlaneAdjustment::Data::findUnchecked() {
   for (std::size_t i = 0; i < directions + engine.network.lines.size(); ++i) {
     if (resultOf(i).redundancy >= kUncheckedRedundancy) continue;
     hasUnchecked = true;
-    int const count = engine.equationFactors(i, a, at);
+    int const count = engine.solvedFactors(i, a, at);
     double const size = (1.0 + static_cast<double>(random()) / 4294967296.0) / scaledErrorOf(i);
     for (int r = 0; r < count; ++r) right[index(at[r])] += size * a[r];
   }
   if (!hasUnchecked) return;
-  if (isFree()) {
-    findUncheckedOfFree();
-    return;
-  }
   std::vector<double> const moved = engine.normals->solved(right, engine.poll);
+  if (isFree()) return findUncheckedOfFree(moved);
   for (int n = 0; n < engine.network.points; ++n) {
     bool const isFixed = n < engine.network.known && !(engine.holdingWeights[index(n)] < PlaneEngine::kFixedWeight);
     if (isFixed) continue;
@@ -321,20 +318,56 @@ void PlaneAdjustment::Data::findUnchecked() {
   }
 }
 
-/// Which of two parts an unchecked observation moves against the other is a matter of the datum: told are points that
-/// no checked observation touches.
-void PlaneAdjustment::Data::findUncheckedOfFree() {
-  for (PlanePoint& point : result.points) point.isChecked = false;
-  auto const check = [&](PlaneObservation const& observation, int from, int to) {
-    if (observation.redundancy < kUncheckedRedundancy) return;
-    result.points[index(from)].isChecked = result.points[index(to)].isChecked = true;
-  };
-  for (std::size_t d = 0; d < network.directions.size(); ++d) {
-    check(result.directions[d], network.setUps[index(network.directions[d].setUp)].station,
-          network.directions[d].target);
+/// What moves against the most of the network, whose shift, turn and, without distances, scale are found by the sum of
+/// the sizes of what is left: those that do not move decide them alone.
+void PlaneAdjustment::Data::findUncheckedOfFree(std::vector<double> const& moved) {
+  constexpr int kRounds = 50;
+  constexpr double kMoves = 1e-3;  // share of the largest motion
+  int const points = engine.network.points;
+  std::vector<detail::Place> places;
+  std::vector<detail::Place> shifts;
+  detail::Place centre;
+  for (int n = 0; n < points; ++n) {
+    places.emplace_back(engine.xy[2 * index(n)], engine.xy[2 * index(n) + 1]);
+    shifts.emplace_back(moved[2 * index(n)], moved[2 * index(n) + 1]);
+    centre += places.back() / static_cast<double>(points);
   }
-  for (std::size_t e = 0; e < network.distances.size(); ++e) {
-    check(result.distances[e], network.distances[e].from, network.distances[e].to);
+  bool const hasScale = !engine.network.lines.empty();
+  detail::Place shift;
+  detail::Place turn;  // about the centre, with the change of scale as its real part
+  double largest = 0.0;
+  std::vector<double> left(index(points), 1.0);
+  for (int round = 0; round < kRounds; ++round) {
+    double sum = 0.0;
+    detail::Place mean;
+    detail::Place meanShift;
+    for (std::size_t n = 0; n < left.size(); ++n) {
+      double const weight = 1.0 / std::max(left[n], 1e-9 * largest + 1e-300);
+      sum += weight;
+      mean += weight * (places[n] - centre);
+      meanShift += weight * shifts[n];
+    }
+    mean /= sum;
+    meanShift /= sum;
+    detail::Place product;
+    double size = 0.0;
+    for (std::size_t n = 0; n < left.size(); ++n) {
+      double const weight = 1.0 / std::max(left[n], 1e-9 * largest + 1e-300);
+      detail::Place const from = places[n] - centre - mean;
+      product += weight * std::conj(from) * (shifts[n] - meanShift);
+      size += weight * std::norm(from);
+    }
+    turn = size > 0.0 ? product / size : detail::Place();
+    if (hasScale) turn = detail::Place(0.0, turn.imag());
+    shift = meanShift - turn * mean;
+    largest = 0.0;
+    for (std::size_t n = 0; n < left.size(); ++n) {
+      left[n] = std::abs(shifts[n] - shift - turn * (places[n] - centre));
+      largest = std::max(largest, left[n]);
+    }
+  }
+  for (std::size_t n = 0; n < left.size(); ++n) {
+    if (left[n] > kMoves * largest) result.points[pointOfNumber[n]].isChecked = false;
   }
 }
 

@@ -44,10 +44,12 @@ void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& 
   }
   if (!engine.tell) return;
   QString const list = names.join(QStringLiteral("; "));
-  engine.tell(suspected.size() == 1
-                  ? Messages::tr("A known point does not fit the observations: %1").arg(list)
-                  : Messages::tr("One of these known points does not fit the observations: %1").arg(list),
-              Warning);
+  QString text = suspected.size() == 1 ? Messages::tr("A known point does not fit the observations: %1")
+                                       : Messages::tr("One of these known points does not fit the observations: %1");
+  if (!result.isControlAlone) {
+    text = Messages::tr("An observation does not fit, or one of these known points, and nothing tells which: %1");
+  }
+  engine.tell(text.arg(list), Warning);
 }
 
 /// Observations whose residuals are those of a suspect times a factor: an error of one looks like an error of the
@@ -63,14 +65,14 @@ void PlaneAdjustment::Data::findAlternatives() {
     double a[5];
     int at[5];
     std::vector<double> right(index(engine.unknowns()), 0.0);
-    int const size = engine.equationFactors(suspect, a, at);
+    int const size = engine.solvedFactors(suspect, a, at);
     for (int r = 0; r < size; ++r) right[index(at[r])] = a[r];
     std::vector<double> const q = engine.normals->solved(std::move(right), engine.poll);
     for (std::size_t other = 0; other < count; ++other) {
       PlaneObservation const& o = resultOf(other);
       if (other == suspect || isLeftOut[other] || o.redundancy < kUncheckedRedundancy) continue;
       double covariance = 0.0;
-      int const otherSize = engine.equationFactors(other, a, at);
+      int const otherSize = engine.solvedFactors(other, a, at);
       for (int r = 0; r < otherSize; ++r) covariance -= a[r] * q[index(at[r])];
       double const errors = scaledErrorOf(suspect) * scaledErrorOf(other);
       double const correlation = covariance / (errors * std::sqrt(resultOf(suspect).redundancy * o.redundancy));

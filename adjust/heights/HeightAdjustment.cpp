@@ -376,8 +376,9 @@ void HeightAdjustment::Data::takeShared() {
   }
 }
 
-/// The points that errors of unchecked sights and shared heights move: all these are disturbed at once, at random, so
-/// that one solution shows every point that one of them moves.
+/// The points that errors of unchecked sights and instruments move: all these are disturbed at once, at random, so that
+/// one solution shows every point that one of them moves. Heights of targets are left out: most points are sighted at
+/// one height alone, which nothing but care checks.
 void HeightAdjustment::Data::findUnchecked() {
   std::mt19937 random(1);
   auto const anySize = [&random] { return 1.0 + static_cast<double>(random()) / 4294967296.0; };
@@ -385,7 +386,8 @@ void HeightAdjustment::Data::findUnchecked() {
   std::vector<double> shift(heldOf.size(), 0.0);  // of each unknown that is shared and unchecked
   bool hasUnchecked = false;
   for (std::size_t h = knownPoint.size(); h < held.size(); ++h) {
-    if (result.shared[h - knownPoint.size()].redundancy >= kUncheckedShare) continue;
+    SharedHeight const& shared = result.shared[h - knownPoint.size()];
+    if (!shared.isInstrument || shared.redundancy >= kUncheckedShare) continue;
     shift[index(held[h].unknown)] = anySize() / std::sqrt(held[h].weight);
     hasUnchecked = true;
   }

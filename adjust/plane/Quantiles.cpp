@@ -30,10 +30,9 @@ double tauCriticalValue(int redundancy) {
   return std::sqrt(f) * t / std::sqrt(f - 1.0 + t * t);
 }
 
-double controlCriticalValue(int redundancy) {
-  if (redundancy < 0) return std::numeric_limits<double>::quiet_NaN();
-  if (redundancy == 0) return 0.5 * quantile(boost::math::chi_squared(2), 1.0 - kErrorProbability);
-  return quantile(boost::math::fisher_f(2, redundancy), 1.0 - kErrorProbability);
+double controlCriticalValue(int freed, int redundancy) {
+  if (redundancy == 0) return quantile(boost::math::chi_squared(freed), 1.0 - kErrorProbability) / freed;
+  return quantile(boost::math::fisher_f(freed, redundancy), 1.0 - kErrorProbability);
 }
 
 double ellipseFactor(double confidence, int redundancy) {

@@ -23,10 +23,10 @@ constexpr double kDetectableShift = 4.13;
 /// + t²) with the quantile t of Student's distribution of f - 1 (Pope 1976). NaN for f below 2.
 double tauCriticalValue(int redundancy);
 
-/// Critical value of half the reduction of the weighted sum of squares by two more unknowns, over the variance factor
-/// of f degrees of freedom: F(0.999; 2, f) and, with f of 0, where the variance factor is known, χ²(0.999; 2) / 2. NaN
-/// for f below 0.
-double controlCriticalValue(int redundancy);
+/// Critical value of the reduction of the weighted sum of squares by one or two more unknowns, over their number and
+/// the variance factor of f degrees of freedom: F(0.999; freed, f) and, with f of 0, where the variance factor is
+/// known, χ²(0.999; freed) / freed.
+double controlCriticalValue(int freed, int redundancy);
 
 /// By what a standard error ellipse is enlarged to hold the point with the given probability: √(2 F(p; 2, f)) and, with
 /// f of 0, where the unit weight error is known, √χ²(p; 2).

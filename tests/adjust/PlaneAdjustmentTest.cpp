@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 #include <Eigen/Dense>
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <functional>
@@ -500,6 +501,97 @@ TEST(PlaneAdjustments, RefuseWhatCannotBeAnObservation) {
   kvn::PlaneSettings settings;
   settings.confidence = 1.0;
   EXPECT_THROW(kvn::PlaneAdjustment(makeSite(5, 3, 97).network, settings).adjust(), std::invalid_argument);
+}
+
+// Of two known points that do not fit each other nothing tells which is wrong: the network has its own size, and
+// nothing else holds the one that is free.
+TEST(ControlPoints, AreNamedTogetherWhereNothingTellsThemApart) {
+  for (unsigned seed = 0; seed < 30; ++seed) {
+    SCOPED_TRACE(seed);
+    Site const site = makeSite(7, 2, 300 + seed);
+    std::mt19937 random(seed);
+    kvn::PlaneNetwork network = disturbed(site.network, random);
+    // Off along the line between both.
+    double const dx = network.points[1].x - network.points[0].x;
+    double const dy = network.points[1].y - network.points[0].y;
+    network.points[0].x += 0.1 * dx / std::hypot(dx, dy);
+    network.points[0].y += 0.1 * dy / std::hypot(dx, dy);
+    kvn::PlaneAdjustment adjustment(network);
+    adjustment.setTellFindings(false);
+    kvn::PlaneResult const& result = adjustment.adjust();
+    EXPECT_THAT(result.suspectedControl, testing::ElementsAre(0, 1));
+    EXPECT_TRUE(result.isControlAlone);
+    ASSERT_EQ(result.control.size(), 2U);
+    EXPECT_EQ(result.control[0].directions, 1);
+    EXPECT_NEAR(std::hypot(result.control[1].north, result.control[1].east), 0.1, 0.01);
+  }
+  // A free station on two known points has one check, their distance: a known point or an observation.
+  Site site = makeSite(3, 2, 5);
+  kvn::PlaneNetwork& network = site.network;
+  auto const isOfStation = [](int station) { return station == 2; };
+  network.directions.erase(std::remove_if(network.directions.begin(), network.directions.end(),
+                                          [&](auto const& d) { return !isOfStation(d.setUp); }),
+                           network.directions.end());
+  network.distances.erase(std::remove_if(network.distances.begin(), network.distances.end(),
+                                         [&](auto const& d) { return !isOfStation(d.from); }),
+                          network.distances.end());
+  network.points[0].x += 0.05;
+  network.points[0].y += 0.05;
+  kvn::PlaneAdjustment station(network);
+  station.setTellFindings(false);
+  kvn::PlaneResult const& result = station.adjust();
+  EXPECT_EQ(result.redundancy, 1);
+  EXPECT_THAT(result.suspectedControl, testing::ElementsAre(0, 1));
+  EXPECT_FALSE(result.isControlAlone);
+}
+
+TEST(ControlPoints, AreNamedWhereMostSuspectsAreTheirs) {
+  Site const site = makeSite(9, 4, 320);
+  std::mt19937 random(321);
+  kvn::PlaneNetwork network = disturbed(site.network, random);
+  network.points[2].x += 1000.0;
+  kvn::PlaneAdjustment adjustment(network);
+  adjustment.setTellFindings(false);
+  EXPECT_THAT(adjustment.adjust().commonControl, testing::ElementsAre(2));
+}
+
+// Q hangs on one direction and one distance that is measured three times. The equations of the last round have it so to
+// rounding, whatever holds the network; centring errors that the round did not have would make a redundancy of 1e-4.
+TEST(PlaneTests, SayWhatNothingChecksUnderEveryDatum) {
+  for (auto const datum : {kvn::PlaneSettings::Datum::Known, kvn::PlaneSettings::Datum::Free}) {
+    for (double const centring : {0.0, 0.002}) {
+      Site const site = makeSite(6, 3, 330);
+      std::mt19937 random(331);
+      kvn::PlaneNetwork network = disturbed(site.network, random);
+      auto const isOfQ = [](int from, int to) { return from == 5 || to == 5; };
+      network.directions.erase(std::remove_if(network.directions.begin(), network.directions.end(),
+                                              [&](auto const& d) { return isOfQ(d.setUp, d.target) && d.setUp != 0; }),
+                               network.directions.end());
+      network.distances.erase(std::remove_if(network.distances.begin(), network.distances.end(),
+                                             [&](auto const& d) { return isOfQ(d.from, d.to) && d.from != 0; }),
+                              network.distances.end());
+      auto const once = std::find_if(network.distances.begin(), network.distances.end(),
+                                     [&](auto const& d) { return isOfQ(d.from, d.to); });
+      kvn::PlaneNetwork::Distance const again = *once;
+      network.distances.push_back(again);
+      network.distances.push_back(again);
+      kvn::PlaneSettings settings;
+      settings.datum = datum;
+      settings.centring = centring;
+      kvn::PlaneAdjustment adjustment(network, settings);
+      adjustment.setTellFindings(false);
+      kvn::PlaneResult const& result = adjustment.adjust();
+      std::vector<bool> checked;
+      for (auto const& point : result.points) checked.push_back(point.isChecked);
+      EXPECT_EQ(checked, (std::vector<bool>{true, true, true, true, true, false})) << centring;
+      // Redundancy numbers sum up to the redundancy.
+      double sum = 0.0;
+      for (auto const* list : {&result.directions, &result.distances}) {
+        for (auto const& o : *list) sum += o.redundancy;
+      }
+      EXPECT_NEAR(sum, result.redundancy, 1e-8);
+    }
+  }
 }
 
 TEST(ControlPoints, ReduceTheSumOfSquaresByWhatANewAdjustmentSays) {
