@@ -43,6 +43,10 @@ PlaneOptions planeOptions(AdjustOptions const& options) {
   return plane;
 }
 
+TraverseOptions traverseOptions(AdjustOptions const& options) {
+  return {options.allowedAngle.value_or(0.0), options.allowedRelative.value_or(0.0), options.isForced};
+}
+
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
  public:
@@ -147,8 +151,8 @@ void reportLiteral(Session& session, bool asJson) {
 }
 
 void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
-  TraverseReport const finished(session.file(), session.project().getConfigure(),
-                                *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
+  TraverseReport const finished(session.file(), session.project().getConfigure(), session.job().traverses().front(),
+                                session.job().adjustedNetwork());
   if (!asJson) return printText(finished.text(findingsText(findings)));
   Json::Value json = finished.json();
   json["findings"] = findingsJson(findings);
@@ -176,6 +180,7 @@ int runAdjust(QStringList const& arguments) {
     session.open(options->file, options->asRead);
     takeOptions(*options, session.project().getConfigure());
     session.job().setPlaneOptions(planeOptions(*options));
+    session.job().setTraverseOptions(traverseOptions(*options));
     adjust(session);
     // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;

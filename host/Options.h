@@ -40,6 +40,9 @@ struct AdjustOptions : CommonOptions {
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
+  std::optional<double> allowedAngle;      ///< seconds of arc for the root of the number of angles
+  std::optional<double> allowedRelative;   ///< 1 : this
+  bool isForced = false;                   ///< a traverse is computed however much it misses
 };
 
 struct HeightsOptions : CommonOptions {

@@ -1,4 +1,5 @@
 #include "AdjustReport.h"
+#include "Format.h"
 #include "Options.h"
 #include "Output.h"
 #include "TraverseReport.h"
@@ -8,12 +9,12 @@ namespace kvn::host {
 Json::Value TraverseReport::json() const {
   Json::Value json;
   json["file"] = file.toStdString();
-  json["method"] = methodName(configure.AdjustMethod);
+  json["method"] = methodName(result.method);
   configure.write(json["configure"]);
   json["counts"] = countsJson();
   json["stations"] = stationsJson();
   json["azimuths"] = azimuthsJson();
-  if (closes()) json["misclosure"] = misclosureJson();
+  if (summary.hasMisclosure) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
   json["version"] = kJsonVersion;
   return json;
@@ -72,7 +73,31 @@ Json::Value TraverseReport::misclosureJson() const {
   json["fy"] = number(summary.fy);
   json["fs"] = number(summary.fs);
   json["relative"] = number(summary.relativeError);
+  json["angle"] = number(existing(closes(), angularMisclosure()));
+  if (result.judgement) addJudgement(json);
   return json;
+}
+
+void TraverseReport::addJudgement(Json::Value& json) const {
+  TraverseJudgement const& judged = *result.judgement;
+  json["angleAllowed"] = number(judged.angleAllowed);
+  json["along"] = number(judged.along);
+  json["across"] = number(judged.across);
+  json["alongAllowed"] = number(judged.alongAllowed);
+  json["acrossAllowed"] = number(judged.acrossAllowed);
+  json["fsAllowed"] = number(judged.fsAllowed);
+  json["suspects"] = Json::Value(Json::arrayValue);
+  for (TraverseSuspect const& suspect : judged.suspects) {
+    TraverseInfo const& at = stations[suspect.station];
+    bool const isAngle = suspect.kind == TraverseSuspect::Angle;
+    Json::Value one;
+    one["kind"] = isAngle ? "angle" : "leg";
+    one["station"] = jsonText(at.stationPoint.name);
+    one["back"] = isAngle ? jsonText(at.backPoint.name) : Json::Value();
+    one["fore"] = jsonText(at.forePoints.front().name);
+    one["gross"] = number(isAngle ? secondsOfRadians(suspect.gross) : suspect.gross);
+    json["suspects"].append(one);
+  }
 }
 
 Json::Value TraverseReport::pointsJson() const {

@@ -71,6 +71,15 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
   return adjustment;
 }
 
+TraverseResult resultOf(AlgorithmAdjust const& adjustment, int method) {
+  TraverseResult result;
+  result.method = method;
+  result.stations = adjustment.getTraverseAdjustInfoList();
+  result.summary = adjustment.getTraverseSummary();
+  result.points = adjustment.getPointList();
+  return result;
+}
+
 }  // namespace
 
 QString detail::faultOfErrors(Configure const& configure, Network const& network) {
@@ -94,10 +103,22 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   Configure const& configure = project.getConfigure();
   if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
   Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
-  project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
+  auto adjustment = calculated(network, configure, state, cancel);
+  std::vector<TraverseResult> traverses;
+  if (configure.AdjustMethod != kByLeastSquares) {
+    traverses.push_back(resultOf(*adjustment, configure.AdjustMethod));
+    if (!state.asRead) judge(traverses.back(), state);
+    requireNotFarBeyond(traverses.back(), state);
+  }
+  project.setAlgorithmAdjust(std::move(adjustment));
   state.adjusted = std::move(network);
   state.planeRun.reset();
+  state.traverses = std::move(traverses);
   state.runFindings = findingsOnCalculated(state);
+  for (TraverseResult const& traverse : state.traverses) {
+    std::vector<FieldFinding> const found = findingsOnMisclosures(traverse, state);
+    state.runFindings.insert(state.runFindings.end(), found.begin(), found.end());
+  }
   for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
 }
 

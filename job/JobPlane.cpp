@@ -126,16 +126,6 @@ void keepObservedPoints(PlaneNetwork& network) {
   }
 }
 
-ObservationErrors errorsOf(Configure const& configure, PlaneOptions const& options) {
-  ObservationErrors errors;
-  errors.directionSeconds = double(configure.AngleError);
-  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
-  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
-  errors.form = options.distanceForm;
-  errors.control = options.controlError;
-  return errors;
-}
-
 bool isOriginal(detail::JobState const& state) {
   PlaneNetwork const& observations = state.opened.observations;
   bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
@@ -190,6 +180,16 @@ void detail::OpenedFile::placeLine(PlaneNetwork::Origin& origin) const {
 void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {
   observations = std::move(made);
   networkMark = markOf(network);
+}
+
+ObservationErrors detail::errorsOf(Configure const& configure, PlaneOptions const& options) {
+  ObservationErrors errors;
+  errors.directionSeconds = double(configure.AngleError);
+  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
+  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
+  errors.form = options.distanceForm;
+  errors.control = options.controlError;
+  return errors;
 }
 
 PlaneNetwork detail::observationsWithErrors(JobState const& state) {
@@ -253,6 +253,7 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   state.runFindings = std::move(findings);
   state.planeRun = std::move(run);
   state.project->setAlgorithmAdjust(nullptr);
+  state.traverses.clear();
   state.adjusted = Network();
 }
 

@@ -11,9 +11,8 @@ using test::Program;
 using testing::HasSubstr;
 
 // A square of 100 m walked counter-clockwise, each angle 10" too large. Distances are measured both ways.
-// The a-priori errors of 0 are of no matter to a traverse.
 constexpr char const* kSquare =
-    "0,0,0\nK1,0,0\nK2,-100,0\n"
+    "10,3,0\nK1,0,0\nK2,-100,0\n"
     "K1\nK2,L,0\nP,L,90.0010\nP,S,100.02\n"
     "P\nK1,L,10\nK1,S,100.00\nQ,L,100.0010\nQ,S,100.01\n"
     "Q\nP,L,0\nK2,L,90.0010\nP,S,100.01\nK2,S,100.01\n"
@@ -82,10 +81,38 @@ TEST(TraverseCommand, WarnsOfStationsOutsideThePolygonAndRefusesOneThatDoesNotCl
   EXPECT_THAT(outside.err, HasSubstr("Warning: Stations outside the traverse are left out: R, U\n"));
   // With what check finds: the ends of a leg, and points that nothing connects.
   EXPECT_EQ(outside.json()["messages"].size(), 3U) << outside.err;
-  test::Run const open = run(replaced(replaced(kSquare, "K1,L,90.0010", "M,L,90.0010"), "0,0,0\n", "0,0,0\nM,0,9\n"));
+  test::Run const open = run(replaced(replaced(kSquare, "K1,L,90.0010", "M,L,90.0010"), "10,3,0\n", "10,3,0\nM,0,9\n"));
   EXPECT_EQ(open.exitCode, 1);
   EXPECT_THAT(open.err, HasSubstr("Known points are not enough: M (the last station is known, and looks forward to the "
                                   "first)\n"));
+}
+
+TEST(TraverseCommand, JudgesMisclosuresAndNamesWhatExplainsThem) {
+  Program const program;
+  // The leg P to Q half a metre too long, in both ways: 10 mm a leg are allowed, but for the leg the square is exact.
+  std::string const wrong = replaced(replaced(kSquare, "Q,S,100.01\n", "Q,S,100.51\n"), "P,S,100.01", "P,S,100.51");
+  program.write("square.in2", wrong);
+  QStringList const arguments{"adjust", "square.in2", "--method", "closed", "--json"};
+  test::Run const refused = program.run(arguments);
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(refused.err, HasSubstr("kelvane: square.in2: The misclosure along the traverse is 510.0 mm, where"));
+  test::Run const forced = program.run(arguments + QStringList{"--force"});
+  EXPECT_EQ(forced.exitCode, 0);
+  Json::Value const misclosure = forced.json()["misclosure"];
+  EXPECT_NEAR(misclosure["angle"].asDouble() * 206264.8, 40.0, 0.01);
+  EXPECT_NEAR(misclosure["angleAllowed"].asDouble() * 206264.8, 2.576 * 10.0 * std::sqrt(8.0), 0.01);
+  ASSERT_EQ(misclosure["suspects"].size(), 1U) << forced.err;
+  EXPECT_EQ(misclosure["suspects"][0]["kind"].asString(), "leg");
+  EXPECT_EQ(misclosure["suspects"][0]["station"].asString(), "P");
+  EXPECT_NEAR(misclosure["suspects"][0]["gross"].asDouble(), 0.5, 0.02);
+  EXPECT_THAT(forced.err, HasSubstr(": it would be explained by the leg from P to Q, "));
+  // 40" of four angles are 20" for the root of their number.
+  program.write("square.in2", kSquare);
+  QStringList const limits{"--allowed-angle", "19", "--allowed-relative", "40000"};
+  test::Run const limited = program.run(arguments + limits);
+  EXPECT_EQ(limited.exitCode, 0);
+  EXPECT_THAT(limited.err, HasSubstr(u8"The angular misclosure is 40.0″, beyond the limit of 38.0″\n"));
+  EXPECT_THAT(limited.err, HasSubstr("The relative misclosure is 1 : 30003, beyond the limit of 1 : 40000\n"));
 }
 
 TEST(TraverseCommand, TakesAPolygonWalkedClockwise) {
