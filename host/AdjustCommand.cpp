@@ -150,11 +150,23 @@ void reportLiteral(Session& session, bool asJson) {
   finishPrinting();
 }
 
-void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
-  TraverseReport const finished(session.file(), session.project().getConfigure(), session.job().traverses().front(),
-                                session.job().adjustedNetwork());
-  if (!asJson) return printText(finished.text(findingsText(findings)));
-  Json::Value json = finished.json();
+/// Of several traverses the first stands at the top of the JSON too, as that of a file with one does.
+void reportTraverses(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+  QString text;
+  Json::Value json;
+  Json::Value all(Json::arrayValue);
+  for (TraverseResult const& traverse : session.job().traverses()) {
+    TraverseReport const finished(session.file(), session.project().getConfigure(), traverse,
+                                  session.job().adjustedNetwork());
+    if (asJson) {
+      all.append(finished.json());
+    } else {
+      text += text.isEmpty() ? finished.text(findingsText(findings)) : "\n" + finished.text(QString());
+    }
+  }
+  if (!asJson) return printText(text);
+  json = all[0];
+  if (all.size() > 1) json["traverses"] = all;
   json["findings"] = findingsJson(findings);
   json["messages"] = session.messages().take();
   printJson(json);
@@ -162,7 +174,7 @@ void reportTraverse(Session& session, std::vector<FieldFinding> const& findings,
 
 void report(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   if (session.project().getConfigure().AdjustMethod != kLeastSquares) {
-    reportTraverse(session, findings, asJson);
+    reportTraverses(session, findings, asJson);
   } else if (session.job().planeAdjustment() != nullptr) {
     reportPlane(session, findings, asJson);
   } else {

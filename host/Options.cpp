@@ -13,7 +13,8 @@ namespace {
 constexpr char const* kAnyFile =
     "Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).";
 constexpr char const* kAnyJob = "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).";
-constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed"};  // by Configure::AdjustMethod
+constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed",
+                                    "traverse"};  // by Configure::AdjustMethod
 
 void prepare(QCommandLineParser& parser, char const* description) {
   parser.setApplicationDescription(QString::fromUtf8(description));
@@ -225,8 +226,8 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   parser.addPositionalArgument("FILE", kAnyJob);
   parser.addOptions({
       {"method",
-       "How to adjust: least-squares (the default), or one traverse: open, connect or closed. By the a-priori errors "
-       "its misclosures are judged.",
+       "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
+       "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.",
        "METHOD", "least-squares"},
       {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
       {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},

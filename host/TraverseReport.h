@@ -33,6 +33,7 @@ class TraverseReport {
   QString headText() const;
   QString stationsText() const;
   QString misclosureText() const;
+  QString sidePointsText() const;
   QString allowedText() const;
   QStringList row(QString const& name, QStringList const& observed, QStringList const& leg, PointInfo const& at) const;
   QStringList observedCells(std::size_t station) const;
@@ -44,6 +45,7 @@ class TraverseReport {
   Json::Value misclosureJson() const;
   void addJudgement(Json::Value& json) const;
   Json::Value pointsJson() const;
+  Json::Value sidePointsJson() const;
 
   QString file;
   Configure const& configure;

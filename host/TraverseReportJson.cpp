@@ -16,6 +16,7 @@ Json::Value TraverseReport::json() const {
   json["azimuths"] = azimuthsJson();
   if (summary.hasMisclosure) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
+  json["sidePoints"] = sidePointsJson();
   json["version"] = kJsonVersion;
   return json;
 }
@@ -108,6 +109,25 @@ Json::Value TraverseReport::pointsJson() const {
     json["x"] = number(point.x);
     json["y"] = number(point.y);
     json["known"] = knownNames.count(point.name) != 0;
+    list.append(json);
+  }
+  return list;
+}
+
+Json::Value TraverseReport::sidePointsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (TraverseSidePoint const& side : result.sidePoints) {
+    Json::Value json;
+    json["name"] = jsonText(side.point.name);
+    json["station"] = jsonText(side.station);
+    json["x"] = number(side.point.x);
+    json["y"] = number(side.point.y);
+    json["known"] = knownNames.count(side.point.name) != 0;
+    json["azimuth"] = number(side.azimuth);
+    json["distance"] = number(side.distance);
+    json["mx"] = number(side.mx);
+    json["my"] = number(side.my);
+    json["mp"] = number(side.mp);
     list.append(json);
   }
   return list;

@@ -17,7 +17,7 @@ QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString
 }  // namespace
 
 QString TraverseReport::text(QString const& behindHead) const {
-  return headText() + behindHead + stationsText() + misclosureText();
+  return headText() + behindHead + stationsText() + misclosureText() + sidePointsText();
 }
 
 QString TraverseReport::headText() const {
@@ -109,6 +109,21 @@ QString TraverseReport::allowedText() const {
   addLength("across [mm]", judged.across, judged.acrossAllowed);
   if (judged.isLoop()) addLength("fs [mm]", judged.fs, judged.fsAllowed);
   return titled("Misclosures and what the a-priori errors allow (99 %)", table);
+}
+
+QString TraverseReport::sidePointsText() const {
+  if (result.sidePoints.empty()) return {};
+  std::vector<TextTable::Column> columns{{"Point", TextTable::Left}, {"From", TextTable::Left}};
+  for (char const* head : {"Azimuth", "Distance [m]", "North x [m]", "East y [m]", "mx [mm]", "my [mm]", "mp [mm]"}) {
+    columns.push_back({head, TextTable::Right});
+  }
+  TextTable table(std::move(columns));
+  for (TraverseSidePoint const& side : result.sidePoints) {
+    table.add({textOf(side.point.name), textOf(side.station), azimuthOfRadians(side.azimuth), metres(side.distance),
+               metres(side.point.x), metres(side.point.y), millimetres(side.mx), millimetres(side.my),
+               millimetres(side.mp)});
+  }
+  return titled("Side shots (nothing checks them; errors by the a-priori errors)", table);
 }
 
 }  // namespace kvn::host

@@ -245,7 +245,9 @@ void Job::takeResults() {
     PlaneAdjustment const* const plane = planeAdjustment();
     bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
     if (hasResult && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
-    if (plane == nullptr) {
+    if (plane == nullptr && !state->traverses.empty() && !state->asRead) {
+      project.setCoordinatePointList(detail::coordinatesOf(state->traverses));
+    } else if (plane == nullptr) {
       project.algorithmPointConvertCoord();
     } else {
       project.setCoordinatePointList(detail::coordinatesOf(*plane));

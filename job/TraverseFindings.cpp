@@ -114,12 +114,17 @@ std::vector<int> distanceCountsOf(std::vector<TraverseInfo> const& stations, Net
 
 }  // namespace
 
+TraverseErrors detail::traverseErrors(JobState const& state) {
+  TraverseErrors errors;
+  errors.observations = errorsOf(state.project->getConfigure(), state.plane);
+  errors.centring = state.plane.centring;
+  return errors;
+}
+
 void detail::judge(TraverseResult& result, JobState const& state) {
   Project const& project = *state.project;
   if (!result.summary.hasMisclosure || !faultOfErrors(project.getConfigure(), project.getNetwork()).isEmpty()) return;
-  TraverseErrors errors;
-  errors.observations = errorsOf(project.getConfigure(), state.plane);
-  errors.centring = state.plane.centring;
+  TraverseErrors errors = traverseErrors(state);
   errors.distanceCounts = distanceCountsOf(result.stations, project.getNetwork());
   result.judgement = judgedTraverse(result.stations, result.summary, result.closing, errors);
 }

@@ -79,6 +79,8 @@ PlaneSettings settingsOf(PlaneOptions const& options);
 void adjustPlane(JobState& state, utils::IProcessCancel const& cancel);
 /// The adjusted points, without heights.
 std::vector<CoordinatePointInfo> coordinatesOf(PlaneAdjustment const& adjustment);
+/// The points of all chains and those beside them, each once.
+std::vector<CoordinatePointInfo> coordinatesOf(std::vector<TraverseResult> const& traverses);
 /// Tells of observations that the network of the project lacks, since it has one direction and distance a line.
 void tellRepeatedObservations(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
@@ -90,6 +92,7 @@ constexpr double kDoubtfulUnitError = 20.0;
 /// single traverse, its legs without a distance, angles of no polygon.
 std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
 ObservationErrors errorsOf(Configure const& configure, PlaneOptions const& options);
+TraverseErrors traverseErrors(JobState const& state);
 /// Judges the misclosures where there are some and the a-priori errors can be used.
 void judge(TraverseResult& result, JobState const& state);
 /// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.

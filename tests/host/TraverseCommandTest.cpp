@@ -115,6 +115,52 @@ TEST(TraverseCommand, JudgesMisclosuresAndNamesWhatExplainsThem) {
   EXPECT_THAT(limited.err, HasSubstr("The relative misclosure is 1 : 30003, beyond the limit of 1 : 40000\n"));
 }
 
+TEST(TraverseCommand, ComputesSideShotsOfEveryStation) {
+  Program const program;
+  // A straight line to the east; a point 10 m north of A, and one 20 m south of P.
+  program.write("side.in2",
+                "5,5,5\nB,0,-100\nA,0,0\nC,0,300\nD,0,400\nA\nB,L,0\nX,L,90\nX,S,10\nP,L,180\nP,S,150\n"
+                "P\nA,L,0\nC,L,180\nC,S,150\nY,L,270\nY,S,20\nC\nP,L,0\nD,L,180\n");
+  for (char const* method : {"connect", "traverse"}) {
+    Json::Value const json = program.run({"adjust", "side.in2", "--method", method, "--json"}).json();
+    EXPECT_EQ(json["method"].asString(), "connect");
+    ASSERT_EQ(json["sidePoints"].size(), 2U);
+    Json::Value const& x = json["sidePoints"][0];
+    EXPECT_NEAR(x["x"].asDouble(), 10.0, 1e-9);
+    EXPECT_NEAR(x["y"].asDouble(), 0.0, 1e-9);
+    // From a known point: a + b S along the ray, and the angle of two directions across.
+    EXPECT_NEAR(x["mx"].asDouble(), 0.00505, 1e-9);
+    EXPECT_NEAR(x["my"].asDouble(), 10.0 * 5.0 * std::sqrt(2.0) / 206264.8, 1e-9);
+    EXPECT_NEAR(json["sidePoints"][1]["x"].asDouble(), -20.0, 1e-9);
+    EXPECT_NEAR(json["sidePoints"][1]["y"].asDouble(), 150.0, 1e-9);
+  }
+}
+
+// Source: samples/README.md. It rounds corrections and increments to centimetres on the way: 7 mm.
+TEST(TraverseCommand, AgreesWithThePublishedLoopOnOneKnownPoint) {
+  Json::Value const json =
+      Program().run({"adjust", test::samplePath("trav_closed_5sides.in2"), "--method", "closed", "--json"}).json();
+  EXPECT_NEAR(json["misclosure"]["angle"].asDouble() * 206264.8, -36.0, 0.005);
+  EXPECT_TRUE(json["misclosure"]["along"].isNull());
+  double const published[][2] = {{1103.94, 2103.93}, {1222.60, 2066.40}, {1235.18, 1934.68}, {1086.82, 1860.86}};
+  ASSERT_EQ(json["points"].size(), 6U);
+  for (Json::ArrayIndex i = 0; i < 4; ++i) {
+    EXPECT_NEAR(json["points"][i + 2]["x"].asDouble(), published[i][0], 0.007);
+    EXPECT_NEAR(json["points"][i + 2]["y"].asDouble(), published[i][1], 0.007);
+  }
+}
+
+TEST(TraverseCommand, ShowsTheMisclosureOfACheckShot) {
+  Program const program;
+  program.write("check.in2",
+                "5,5,5\nB,0,-100\nA,0,0\nC,0,300\nA\nB,L,0\nP,L,180\nP,S,150\nP\nA,L,0\nC,L,180\nC,S,150.004\n");
+  Json::Value const json = program.run({"adjust", "check.in2", "--method", "traverse", "--json"}).json();
+  EXPECT_EQ(json["method"].asString(), "open");
+  EXPECT_NEAR(json["misclosure"]["fy"].asDouble(), 0.004, 1e-9);
+  EXPECT_NEAR(json["misclosure"]["along"].asDouble(), 0.004, 1e-9);
+  EXPECT_TRUE(json["misclosure"]["angle"].isNull());
+}
+
 TEST(TraverseCommand, TakesAPolygonWalkedClockwise) {
   Program const program;
   std::string const clockwise =
@@ -144,7 +190,6 @@ TEST(TraverseCommand, NamesWhereATraverseFails) {
        "Known points are not enough: the traverse ends at P and looks forward to Q, which both have to be known\n"},
       {"closed", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n", "Known points are not enough: Q (the last station is known"},
       {"open", start + "P\nB,L,0\nQ,L,90\n", "Station name [P] distance is 0\n"},
-      {"open", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station point is not enough: P (a station has just two"},
       {"connect", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station Point Name P Repeat (a station has just two"},
       {"open", start + "R\nB,L,0\nQ,L,90\nQ,S,5\n", "Data error (the stations make no single chain"},
       {"open", "P\nB,L,0\nQ,L,90\n", "Known points are not enough: No start data (no known station has a known back"},
