@@ -22,6 +22,10 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
+TraverseOptions traverseOptions(AdjustOptions const& options) {
+  return {options.allowedAngle.value_or(0.0), options.allowedRelative.value_or(0.0), options.isForced};
+}
+
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
  public:
@@ -126,11 +130,23 @@ void reportLiteral(Session& session, bool asJson) {
   finishPrinting();
 }
 
-void reportTraverse(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
-  TraverseReport const finished(session.file(), session.project().getConfigure(),
-                                *session.project().getAlgorithmAdjust(), session.job().adjustedNetwork());
-  if (!asJson) return printText(finished.text(findingsText(findings)));
-  Json::Value json = finished.json();
+/// Of several traverses the first stands at the top of the JSON too, as that of a file with one does.
+void reportTraverses(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+  QString text;
+  Json::Value json;
+  Json::Value all(Json::arrayValue);
+  for (TraverseResult const& traverse : session.job().traverses()) {
+    TraverseReport const finished(session.file(), session.project().getConfigure(), traverse,
+                                  session.job().adjustedNetwork());
+    if (asJson) {
+      all.append(finished.json());
+    } else {
+      text += text.isEmpty() ? finished.text(findingsText(findings)) : "\n" + finished.text(QString());
+    }
+  }
+  if (!asJson) return printText(text);
+  json = all[0];
+  if (all.size() > 1) json["traverses"] = all;
   json["findings"] = findingsJson(findings);
   json["messages"] = session.messages().take();
   printJson(json);
@@ -138,7 +154,7 @@ void reportTraverse(Session& session, std::vector<FieldFinding> const& findings,
 
 void report(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   if (session.project().getConfigure().AdjustMethod != kLeastSquares) {
-    reportTraverse(session, findings, asJson);
+    reportTraverses(session, findings, asJson);
   } else if (session.job().planeAdjustment() != nullptr) {
     reportPlane(session, findings, asJson);
   } else {
@@ -155,6 +171,7 @@ int runAdjust(QStringList const& arguments) {
     if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
+    session.job().setTraverseOptions(traverseOptions(*options));
     adjust(session);
     // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;

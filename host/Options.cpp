@@ -13,7 +13,8 @@ namespace {
 constexpr char const* kAnyFile =
     "Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).";
 constexpr char const* kAnyJob = "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).";
-constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed"};  // by Configure::AdjustMethod
+constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed",
+                                    "traverse"};  // by Configure::AdjustMethod
 
 void prepare(QCommandLineParser& parser, char const* description) {
   parser.setApplicationDescription(QString::fromUtf8(description));
@@ -109,11 +110,18 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
   for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0",
                            "leave-out", "approximate", "robust"}) {
     if (!parser.isSet(name)) continue;
-    if (options.method != 0) throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
+    bool const isOfTraverses = qstrcmp(name, "centring") == 0 || qstrcmp(name, "distance-error-form") == 0;
+    if (options.method != 0 && !isOfTraverses) {
+      throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
+    }
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
     if (options.asRead && !isLiteralToo) {
       throw UsageError(QString("--%1 does not go with --as-read").arg(QLatin1String(name)));
     }
+  }
+  for (char const* name : {"allowed-angle", "allowed-relative", "force"}) {
+    if (!parser.isSet(name) || (options.method != 0 && !options.asRead)) continue;
+    throw UsageError(QString("--%1 is for a traverse, read with care").arg(QLatin1String(name)));
   }
   if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
   if (options.leavesOut && options.weighsDown) throw UsageError("--robust does not go with --leave-out");
@@ -247,8 +255,8 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   parser.addPositionalArgument("FILE", kAnyJob);
   parser.addOptions({
       {"method",
-       "How to adjust: least-squares (the default), or one traverse: open, connect or closed. A traverse takes no "
-       "a-priori errors.",
+       "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
+       "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.",
        "METHOD", "least-squares"},
       {"distance-error-form",
        "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
@@ -265,6 +273,10 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        "FILE"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
        "a-posteriori|a-priori", "a-posteriori"},
+      {"allowed-angle", "Limit of the angular misclosure of a traverse, for the root of the number of its angles.",
+       "SECONDS"},
+      {"allowed-relative", "Limit of the relative misclosure of a traverse, 1 : N.", "N"},
+      {"force", "Compute a traverse that misses by more than ten times what the a-priori errors allow."},
       {"as-read",
        "Take the file literally, as the library does by default: observations of one line count once, a distance alone "
        "is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, "
@@ -286,6 +298,9 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   options.saveFile = fileOption(parser, "save");
   options.approximateFile = fileOption(parser, "approximate");
   options.asRead = parser.isSet("as-read");
+  options.allowedAngle = boundedOption(parser, "allowed-angle", 0.0, 100000.0);
+  options.allowedRelative = boundedOption(parser, "allowed-relative", 0.0, 1e9);
+  options.isForced = parser.isSet("force");
   requireFittingOptions(parser, options);
   return options;
 }

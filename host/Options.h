@@ -42,6 +42,9 @@ struct AdjustOptions : CommonOptions {
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care
   QString saveFile;                        ///< empty: nothing is written
   QString approximateFile;                 ///< coordinate file, of a plan that of all points; empty: none
+  std::optional<double> allowedAngle;      ///< seconds of arc for the root of the number of angles
+  std::optional<double> allowedRelative;   ///< 1 : this
+  bool isForced = false;                   ///< a traverse is computed however much it misses
 };
 
 struct HeightsOptions : CommonOptions {

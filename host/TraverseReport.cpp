@@ -6,17 +6,19 @@
 
 namespace kvn::host {
 
-TraverseReport::TraverseReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment,
+TraverseReport::TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse,
                                Network const& observed)
     : file(std::move(path)),
       configure(settings),
-      summary(adjustment.getTraverseSummary()),
-      stations(adjustment.getTraverseAdjustInfoList()),
-      points(adjustment.getPointList()),
+      result(traverse),
+      summary(traverse.summary),
+      stations(traverse.stations),
+      points(traverse.points),
       knownNames(namesOf(observed.knownPoints)) {}
 
 double TraverseReport::angularMisclosure() const {
-  return -summary.angleCorrection * static_cast<double>(stations.size());
+  std::size_t const angles = stations.size() - (result.closing == TraverseClosing::OnItself ? 1 : 0);
+  return -summary.angleCorrection * static_cast<double>(angles);
 }
 
 double TraverseReport::sumOfLegs() const {

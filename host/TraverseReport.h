@@ -15,7 +15,7 @@ namespace kvn::host {
 class TraverseReport {
  public:
   /// @param network  as the calculator had it.
-  TraverseReport(QString path, Configure const& settings, AlgorithmAdjust const& adjustment, Network const& network);
+  TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse, Network const& network);
 
   /// The table of the traverse, a line for each station, and the misclosures.
   /// @param behindHead  stands between the head and the tables.
@@ -24,7 +24,8 @@ class TraverseReport {
   Json::Value json() const;
 
  private:
-  bool closes() const { return summary.hasMisclosure; }
+  /// Misclosures are distributed.
+  bool closes() const { return summary.hasMisclosure && result.closing != TraverseClosing::AtForePoint; }
   bool isLeg(std::size_t station) const { return !closes() || station + 1 < stations.size(); }
   double angularMisclosure() const;
   double sumOfLegs() const;
@@ -32,6 +33,8 @@ class TraverseReport {
   QString headText() const;
   QString stationsText() const;
   QString misclosureText() const;
+  QString sidePointsText() const;
+  QString allowedText() const;
   QStringList row(QString const& name, QStringList const& observed, QStringList const& leg, PointInfo const& at) const;
   QStringList observedCells(std::size_t station) const;
   QStringList legCells(std::size_t station) const;
@@ -40,10 +43,13 @@ class TraverseReport {
   Json::Value stationsJson() const;
   Json::Value azimuthsJson() const;
   Json::Value misclosureJson() const;
+  void addJudgement(Json::Value& json) const;
   Json::Value pointsJson() const;
+  Json::Value sidePointsJson() const;
 
   QString file;
   Configure const& configure;
+  TraverseResult const& result;
   TraverseSummary const& summary;
   std::vector<TraverseInfo> const& stations;
   std::vector<PointInfo> const& points;

@@ -1,4 +1,5 @@
 #include "AdjustReport.h"
+#include "Format.h"
 #include "Options.h"
 #include "Output.h"
 #include "TraverseReport.h"
@@ -8,13 +9,14 @@ namespace kvn::host {
 Json::Value TraverseReport::json() const {
   Json::Value json;
   json["file"] = file.toStdString();
-  json["method"] = methodName(configure.AdjustMethod);
+  json["method"] = methodName(result.method);
   configure.write(json["configure"]);
   json["counts"] = countsJson();
   json["stations"] = stationsJson();
   json["azimuths"] = azimuthsJson();
-  if (closes()) json["misclosure"] = misclosureJson();
+  if (summary.hasMisclosure) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
+  json["sidePoints"] = sidePointsJson();
   json["version"] = kJsonVersion;
   return json;
 }
@@ -72,7 +74,31 @@ Json::Value TraverseReport::misclosureJson() const {
   json["fy"] = number(summary.fy);
   json["fs"] = number(summary.fs);
   json["relative"] = number(summary.relativeError);
+  json["angle"] = number(existing(closes(), angularMisclosure()));
+  if (result.judgement) addJudgement(json);
   return json;
+}
+
+void TraverseReport::addJudgement(Json::Value& json) const {
+  TraverseJudgement const& judged = *result.judgement;
+  json["angleAllowed"] = number(judged.angleAllowed);
+  json["along"] = number(judged.along);
+  json["across"] = number(judged.across);
+  json["alongAllowed"] = number(judged.alongAllowed);
+  json["acrossAllowed"] = number(judged.acrossAllowed);
+  json["fsAllowed"] = number(judged.fsAllowed);
+  json["suspects"] = Json::Value(Json::arrayValue);
+  for (TraverseSuspect const& suspect : judged.suspects) {
+    TraverseInfo const& at = stations[suspect.station];
+    bool const isAngle = suspect.kind == TraverseSuspect::Angle;
+    Json::Value one;
+    one["kind"] = isAngle ? "angle" : "leg";
+    one["station"] = jsonText(at.stationPoint.name);
+    one["back"] = isAngle ? jsonText(at.backPoint.name) : Json::Value();
+    one["fore"] = jsonText(at.forePoints.front().name);
+    one["gross"] = number(isAngle ? secondsOfRadians(suspect.gross) : suspect.gross);
+    json["suspects"].append(one);
+  }
 }
 
 Json::Value TraverseReport::pointsJson() const {
@@ -83,6 +109,25 @@ Json::Value TraverseReport::pointsJson() const {
     json["x"] = number(point.x);
     json["y"] = number(point.y);
     json["known"] = knownNames.count(point.name) != 0;
+    list.append(json);
+  }
+  return list;
+}
+
+Json::Value TraverseReport::sidePointsJson() const {
+  Json::Value list(Json::arrayValue);
+  for (TraverseSidePoint const& side : result.sidePoints) {
+    Json::Value json;
+    json["name"] = jsonText(side.point.name);
+    json["station"] = jsonText(side.station);
+    json["x"] = number(side.point.x);
+    json["y"] = number(side.point.y);
+    json["known"] = knownNames.count(side.point.name) != 0;
+    json["azimuth"] = number(side.azimuth);
+    json["distance"] = number(side.distance);
+    json["mx"] = number(side.mx);
+    json["my"] = number(side.my);
+    json["mp"] = number(side.mp);
     list.append(json);
   }
   return list;

@@ -17,12 +17,12 @@ QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString
 }  // namespace
 
 QString TraverseReport::text(QString const& behindHead) const {
-  return headText() + behindHead + stationsText() + misclosureText();
+  return headText() + behindHead + stationsText() + misclosureText() + sidePointsText();
 }
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();
-  return QString("%1 of %2\n\n").arg(kTitles[configure.AdjustMethod], printable(file)) +
+  return QString("%1 of %2\n\n").arg(kTitles[result.method], printable(file)) +
          labelled({{"Stations", QString::number(stations.size())},
                    {"Legs", QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}});
 }
@@ -72,17 +72,58 @@ QString TraverseReport::stationsText() const {
 }
 
 QString TraverseReport::misclosureText() const {
-  if (!closes()) return {};
+  if (!summary.hasMisclosure) return {};
   QString const relative =
       summary.relativeError > 0.0 ? QString("1 : %1").arg(1.0 / summary.relativeError, 0, 'f', 0) : QString("-");
+  QString const angles = closes() ? QString("%1, each angle corrected by %2")
+                                        .arg(inSeconds(angularMisclosure()), inSeconds(summary.angleCorrection))
+                                  : QString("-");
   return "\nMisclosures\n" +
-         labelled({{"Angles", QString("%1, each angle corrected by %2")
-                                  .arg(inSeconds(angularMisclosure()), inSeconds(summary.angleCorrection))},
+         labelled({{"Angles", angles},
                    {"fx", metres(summary.fx) + " m"},
                    {"fy", metres(summary.fy) + " m"},
                    {"fs", millimetres(summary.fs) + " mm"},
                    {"Sum of legs", metres(summary.sumDistance) + " m"},
-                   {"Relative", relative}});
+                   {"Relative", relative}}) +
+         allowedText();
+}
+
+/// In 99 of 100 faultless traverses a misclosure is smaller than what is allowed.
+QString TraverseReport::allowedText() const {
+  if (!result.judgement) return {};
+  TraverseJudgement const& judged = *result.judgement;
+  TextTable table({{"Misclosure", TextTable::Left},
+                   {"has", TextTable::Right},
+                   {"allowed", TextTable::Right},
+                   {"", TextTable::Left}});
+  auto const add = [&table](char const* what, double size, double allowed, QString const& has, QString const& may) {
+    if (std::isnan(size)) return;
+    table.add({what, has, may, std::abs(size) > allowed ? "beyond" : ""});
+  };
+  auto const addLength = [&add](char const* what, double size, double allowed) {
+    add(what, size, allowed, millimetres(size), millimetres(allowed));
+  };
+  QString const has = seconds(secondsOf(judged.angle));
+  add(u8"angles [″]", judged.angle, judged.angleAllowed, has, seconds(secondsOf(judged.angleAllowed)));
+  addLength("along [mm]", judged.along, judged.alongAllowed);
+  addLength("across [mm]", judged.across, judged.acrossAllowed);
+  if (judged.isLoop()) addLength("fs [mm]", judged.fs, judged.fsAllowed);
+  return titled("Misclosures and what the a-priori errors allow (99 %)", table);
+}
+
+QString TraverseReport::sidePointsText() const {
+  if (result.sidePoints.empty()) return {};
+  std::vector<TextTable::Column> columns{{"Point", TextTable::Left}, {"From", TextTable::Left}};
+  for (char const* head : {"Azimuth", "Distance [m]", "North x [m]", "East y [m]", "mx [mm]", "my [mm]", "mp [mm]"}) {
+    columns.push_back({head, TextTable::Right});
+  }
+  TextTable table(std::move(columns));
+  for (TraverseSidePoint const& side : result.sidePoints) {
+    table.add({textOf(side.point.name), textOf(side.station), azimuthOfRadians(side.azimuth), metres(side.distance),
+               metres(side.point.x), metres(side.point.y), millimetres(side.mx), millimetres(side.my),
+               millimetres(side.mp)});
+  }
+  return titled("Side shots (nothing checks them; errors by the a-priori errors)", table);
 }
 
 }  // namespace kvn::host

@@ -149,6 +149,7 @@ void Job::open(QString const& path, Reading reading) {
   now.opened = std::move(opened);
   now.progress = std::move(state->progress);
   now.plane = state->plane;
+  now.traverseOptions = state->traverseOptions;
   now.heights = state->heights;
   *state = std::move(now);
 }
@@ -208,6 +209,17 @@ void Job::setPlaneOptions(PlaneOptions const& options) {
 
 PlaneOptions const& Job::planeOptions() const { return state->plane; }
 
+void Job::setTraverseOptions(TraverseOptions const& options) {
+  auto const isSound = [](double value, double largest) { return value >= 0.0 && value <= largest; };
+  bool const fits = isSound(options.allowedAngle, 100000.0) && isSound(options.allowedRelative, 1e9);
+  if (!fits) throw JobException(state->file, QString("the limits of misclosures must be 0 or more"));
+  state->traverseOptions = options;
+}
+
+TraverseOptions const& Job::traverseOptions() const { return state->traverseOptions; }
+
+std::vector<TraverseResult> const& Job::traverses() const { return state->traverses; }
+
 void Job::adjust() {
   guarded(*state, [this] {
     detail::adjust(*state, *this);
@@ -256,7 +268,9 @@ void Job::takeResults() {
     bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
     bool const hasHeights = state->heightRun != nullptr;
     if (hasResult && !hasHeights && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
-    if (plane == nullptr) {
+    if (plane == nullptr && !state->traverses.empty() && !state->asRead) {
+      project.setCoordinatePointList(detail::coordinatesOf(state->traverses));
+    } else if (plane == nullptr) {
       project.algorithmPointConvertCoord();
     } else {
       project.setCoordinatePointList(detail::coordinatesOf(*plane));

@@ -4,6 +4,7 @@
 #include "adjust/AdjustProgress.h"
 #include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
+#include "job/TraverseOptions.h"
 #include "records/CoordinatePointInfo.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
@@ -21,6 +22,7 @@ namespace kvn {
 class Project;
 class HeightAdjustment;
 class TriangleHeightDataConvert;
+struct TraverseResult;
 namespace detail {
 struct JobState;
 }
@@ -110,6 +112,10 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// @throws JobException for a value out of range.
   void setPlaneOptions(PlaneOptions const& options);
   PlaneOptions const& planeOptions() const;
+  /// How single traverses are judged; stays when another file is opened.
+  /// @throws JobException for a value out of range.
+  void setTraverseOptions(TraverseOptions const& options);
+  TraverseOptions const& traverseOptions() const;
 
   /// Coordinates that points of the network have about, for careful runs by least squares; those of another file that
   /// is opened are others. They decide between places that agree with all observations, as two mirror images of a
@@ -137,16 +143,20 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   ///
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
-  /// than half a circle.
+  /// than half a circle. A misclosure beyond what the a-priori errors allow, or beyond a limit, is told with both
+  /// figures, and with the angle or leg that would explain it.
   ///
   /// The single traverses and Reading::AsRead work on the network of the project, and their result is the project's
   /// `getAlgorithmAdjust`. Of the two results there is the one of the last run, the other is null. Nothing else in the
   /// library reads them: maps and files show the coordinate list, for which see `takeResults`.
-  /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, and a network that the
-  ///         observations do not determine. An earlier result stays then.
+  /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, a network that the
+  ///         observations do not determine, and a misclosure above ten times what the a-priori errors allow. An earlier
+  ///         result stays then.
   void adjust();
   /// The last run, where it was a careful one by least squares; else null. Good until the next one.
   PlaneAdjustment const* planeAdjustment() const;
+  /// What the last run computed, where it was one of single traverses; else empty.
+  std::vector<TraverseResult> const& traverses() const;
   /// The network that the last run worked on, empty where that is the one of `planeAdjustment`. That of a single
   /// traverse has turned circles and its distances forward.
   Network const& adjustedNetwork() const;

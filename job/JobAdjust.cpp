@@ -2,21 +2,30 @@
 #include "adjust/AlgorithmAdjust.h"
 #include "adjust/AlgorithmData.h"
 #include "adjust/TraverseLines.h"
+#include "adjust/traverse/TraverseSidePoints.h"
 #include "core/Project.h"
+#include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "reduction/CircleTurning.h"
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace kvn {
 namespace {
 
-constexpr int kMethods = 4;  // of Configure::AdjustMethod: least squares, and the three single traverses
+// Of Configure::AdjustMethod: least squares, the three single traverses, and those that the data makes.
+constexpr int kMethods = 5;
 constexpr int kByLeastSquares = 0;
+constexpr int kOpen = 1;
+constexpr int kAnyTraverse = 4;
 
 void requireUsableErrors(QString const& file, Configure const& configure, Network const& network) {
   QString const fault = detail::faultOfErrors(configure, network);
@@ -27,7 +36,7 @@ void requireAdjustable(detail::JobState const& state) {
   Project const& project = *state.project;
   int const method = project.getConfigure().AdjustMethod;
   detail::requireObservations(state);
-  if (method < 0 || method >= kMethods) {
+  if (method < 0 || method >= kMethods || (method == kAnyTraverse && state.asRead)) {
     throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
   }
   if (method == kByLeastSquares) {
@@ -68,6 +77,138 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
   return adjustment;
 }
 
+/// An open traverse that ends on a known point misses it by something.
+void takeCheckShot(TraverseResult& result, Network const& network) {
+  PointInfo& fore = result.stations.back().forePoints.front();
+  PointInfo const& firstBack = result.stations.front().backPoint;
+  for (KnownPoint const& point : network.knownPoints) {
+    if (point.name != fore.name || point.name == firstBack.name) continue;
+    TraverseSummary& summary = result.summary;
+    result.closing = TraverseClosing::AtForePoint;
+    summary.hasMisclosure = true;
+    for (TraverseInfo const& station : result.stations) summary.sumDistance += station.distance;
+    summary.fx = fore.x - point.x;
+    summary.fy = fore.y - point.y;
+    summary.fs = std::hypot(summary.fx, summary.fy);
+    summary.relativeError = summary.fs / summary.sumDistance;
+    for (PointInfo* held : {&fore, &result.points.back()}) {
+      held->x = point.x;
+      held->y = point.y;
+    }
+  }
+}
+
+TraverseResult resultOf(AlgorithmAdjust const& adjustment, int method, Network const& network, bool asRead) {
+  TraverseResult result;
+  result.method = method;
+  result.stations = adjustment.getTraverseAdjustInfoList();
+  result.summary = adjustment.getTraverseSummary();
+  result.points = adjustment.getPointList();
+  if (method == kOpen && !asRead) takeCheckShot(result, network);
+  return result;
+}
+
+/// What a run makes.
+struct Computed {
+  std::unique_ptr<AlgorithmAdjust> first;  ///< of the calculators, null of a loop
+  std::vector<TraverseResult> traverses;
+  Network network;
+};
+
+/// How many there are, and whether each has two directions.
+std::size_t stationsOf(Network const& network, bool& isPlain) {
+  std::unordered_map<std::string, int> directions;
+  for (NetworkDataInfo const& line : network.lines) directions[line.start_name] += line.horizontalAngleFlag ? 1 : 0;
+  isPlain = std::all_of(directions.begin(), directions.end(), [](auto const& one) { return one.second == 2; });
+  return directions.size();
+}
+
+/// By the library's own rules for a chain: each station has two directions, the smaller reading looks back.
+Computed byReadings(detail::JobState const& state, Configure const& configure, utils::IProcessCancel const& cancel) {
+  Computed done;
+  done.network = prepared(state.project->getNetwork(), configure.AdjustMethod, state.asRead);
+  done.first = calculated(done.network, configure, state, cancel);
+  if (configure.AdjustMethod != kByLeastSquares) {
+    done.traverses.push_back(resultOf(*done.first, configure.AdjustMethod, done.network, state.asRead));
+  }
+  return done;
+}
+
+/// By the sights between the stations, whatever else they sight.
+Computed bySights(detail::JobState const& state, Configure configure, utils::IProcessCancel const& cancel) {
+  Network const& given = state.project->getNetwork();
+  // Validated first, so that the number of a reported line is that of the file.
+  AlgorithmData().readNetworkData(given, MissingDirection::IsLeftOut);
+  Computed done;
+  done.network = turnedCircles(given);
+  int const method = configure.AdjustMethod == kAnyTraverse ? 0 : configure.AdjustMethod;
+  TraverseErrors const errors = detail::traverseErrors(state);
+  bool const hasErrors = detail::faultOfErrors(configure, given).isEmpty();
+  std::vector<detail::TraverseWalk> walks;
+  try {
+    walks = detail::traverseWalks(done.network, method);
+  } catch (AlgorithmException const& failure) {
+    QString const name = recordText(failure.name);
+    bool const isBranch = failure.errorType == AlgorithmException::DataError;
+    std::throw_with_nested(JobException(
+        state.file, QString(isBranch ? "from %1 several ways lead on: no single traverse, but least squares adjusts it"
+                                     : "two sights of %1 have the same direction")
+                        .arg(name)));
+  }
+  for (detail::TraverseWalk const& walk : walks) {
+    TraverseResult result;
+    if (walk.closing == TraverseClosing::OnItself) {
+      result = detail::adjustedLoop(walk);
+    } else {
+      configure.AdjustMethod = walk.method;
+      Network const chain = detail::networkOf(walk, given.knownPoints);
+      auto adjustment = calculated(chain, configure, state, cancel);
+      result = resultOf(*adjustment, walk.method, chain, false);
+      if (done.first == nullptr) done.first = std::move(adjustment);
+    }
+    detail::addSidePoints(result, walk.sideSights, hasErrors ? &errors : nullptr);
+    done.traverses.push_back(std::move(result));
+  }
+  return done;
+}
+
+/// The library's rules hold where they give all that there is.
+Computed computed(detail::JobState const& state, utils::IProcessCancel const& cancel) {
+  Configure const& configure = state.project->getConfigure();
+  if (configure.AdjustMethod == kByLeastSquares || state.asRead) return byReadings(state, configure, cancel);
+  bool isPlain = false;
+  std::size_t const stations = stationsOf(state.project->getNetwork(), isPlain);
+  if (configure.AdjustMethod == kAnyTraverse || !isPlain) {
+    Computed found = bySights(state, configure, cancel);
+    if (!found.traverses.empty()) return found;
+    if (configure.AdjustMethod != kAnyTraverse) return byReadings(state, configure, cancel);
+    throw JobException(state.file, "no traverse: no known station sights another known point and a point to go on to");
+  }
+  Computed found;
+  try {
+    found = byReadings(state, configure, cancel);
+    if (found.traverses.front().stations.size() == stations) return found;
+  } catch (JobException const&) {
+    Computed other;
+    try {
+      other = bySights(state, configure, cancel);
+    } catch (JobException const&) {  // NOLINT(bugprone-empty-catch): the first failure tells more
+    }
+    std::unordered_set<std::string> reached;
+    for (TraverseResult const& traverse : other.traverses) {
+      for (TraverseInfo const& station : traverse.stations) reached.insert(station.stationPoint.name);
+    }
+    if (other.traverses.empty() || reached.size() < stations) throw;
+    return other;
+  }
+  Computed other;
+  try {
+    other = bySights(state, configure, cancel);
+  } catch (JobException const&) {  // NOLINT(bugprone-empty-catch): there is one traverse at least
+  }
+  return other.traverses.size() > 1 ? std::move(other) : std::move(found);
+}
+
 }  // namespace
 
 void detail::requireObservations(JobState const& state) {
@@ -91,16 +232,48 @@ QString detail::faultOfErrors(Configure const& configure, Network const& network
   return hasDistances && !hasError ? QString("the a-priori errors of a distance are both 0") : QString();
 }
 
+std::vector<CoordinatePointInfo> detail::coordinatesOf(std::vector<TraverseResult> const& traverses) {
+  std::vector<CoordinatePointInfo> list;
+  std::unordered_set<std::string> names;
+  auto const add = [&](PointInfo const& point) {
+    if (!names.insert(point.name).second) return;
+    CoordinatePointInfo coordinate;
+    coordinate.name = point.name;
+    coordinate.N = point.x;
+    coordinate.E = point.y;
+    list.push_back(std::move(coordinate));
+  };
+  for (TraverseResult const& traverse : traverses) {
+    for (PointInfo const& point : traverse.points) add(point);
+  }
+  // A point of a chain stays what it is there.
+  for (TraverseResult const& traverse : traverses) {
+    for (TraverseSidePoint const& side : traverse.sidePoints) add(side.point);
+  }
+  return list;
+}
+
 void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
   Project& project = *state.project;
   Configure const& configure = project.getConfigure();
   if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
-  Network network = prepared(project.getNetwork(), configure.AdjustMethod, state.asRead);
-  project.setAlgorithmAdjust(calculated(network, configure, state, cancel));
-  state.adjusted = std::move(network);
+  Computed done = computed(state, cancel);
+  for (TraverseResult& traverse : done.traverses) {
+    if (state.asRead) continue;
+    judge(traverse, state);
+    requireNotFarBeyond(traverse, state);
+  }
+  if (done.first == nullptr) done.first = std::make_unique<AlgorithmAdjust>();
+  project.setAlgorithmAdjust(std::move(done.first));
+  state.adjusted = std::move(done.network);
   state.planeRun.reset();
+  state.traverses = std::move(done.traverses);
   state.runFindings = findingsOnCalculated(state);
+  for (TraverseResult const& traverse : state.traverses) {
+    std::vector<FieldFinding> const found = findingsOnMisclosures(traverse, state);
+    state.runFindings.insert(state.runFindings.end(), found.begin(), found.end());
+  }
   for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
 }
 

@@ -293,6 +293,7 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   state.runFindings = std::move(findings);
   state.planeRun = std::move(run);
   state.project->setAlgorithmAdjust(nullptr);
+  state.traverses.clear();
   state.adjusted = Network();
 }
 

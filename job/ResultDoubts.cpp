@@ -26,9 +26,11 @@ QStringList doubtsOfUnitError(bool hasRedundancy, double unitError) {
 }
 
 /// Stations of the network that the chain does not come to.
-QStringList leftOut(std::vector<TraverseInfo> const& chain, Network const& network) {
+QStringList leftOut(std::vector<TraverseResult> const& traverses, Network const& network) {
   std::unordered_set<std::string> told;
-  for (TraverseInfo const& station : chain) told.insert(station.stationPoint.name);
+  for (TraverseResult const& traverse : traverses) {
+    for (TraverseInfo const& station : traverse.stations) told.insert(station.stationPoint.name);
+  }
   QStringList names;
   for (NetworkDataInfo const& line : network.lines) {
     if (told.insert(line.start_name).second) names.append(recordText(line.start_name));
@@ -36,14 +38,14 @@ QStringList leftOut(std::vector<TraverseInfo> const& chain, Network const& netwo
   return names;
 }
 
-QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& network, int method) {
+QStringList doubtsOfTraverse(TraverseResult const& result) {
   QStringList list;
-  std::vector<TraverseInfo> const& chain = adjustment.getTraverseAdjustInfoList();
-  TraverseSummary const& summary = adjustment.getTraverseSummary();
-  QStringList const names = leftOut(chain, network);
-  if (!names.isEmpty()) list << QString("Stations outside the traverse are left out: %1").arg(names.join(", "));
+  std::vector<TraverseInfo> const& chain = result.stations;
+  TraverseSummary const& summary = result.summary;
   // The last station of a traverse with a misclosure looks to a known point, or back to the first.
-  std::size_t const legs = summary.hasMisclosure && !chain.empty() ? chain.size() - 1 : chain.size();
+  std::size_t const legs = summary.hasMisclosure && result.closing != TraverseClosing::AtForePoint && !chain.empty()
+                               ? chain.size() - 1
+                               : chain.size();
   for (std::size_t i = 0; i < legs; ++i) {
     if (chain[i].distance != 0.0) continue;
     list << QString("The leg from %1 to %2 has no distance and counts as 0")
@@ -51,7 +53,7 @@ QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& n
   }
   // No faults of observing add up to a half circle, but outer angles are off by a full one.
   double const misclosure = -summary.angleCorrection * static_cast<double>(chain.size());
-  if (method == kMethodOfPolygon && std::abs(misclosure) > utils::kPi) {
+  if (result.method == kMethodOfPolygon && std::abs(misclosure) > utils::kPi) {
     std::string const angle = utils::Degree(misclosure * (180.0 / utils::kPi)).toUtf8(utils::DDRMMRSS, 2);
     list << QString("The angles are off by %1; the stations must go around counter-clockwise")
                 .arg(QString::fromStdString(angle));
@@ -64,9 +66,14 @@ QStringList doubtsOfTraverse(AlgorithmAdjust const& adjustment, Network const& n
 std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
   AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
   int const method = state.project->getConfigure().AdjustMethod;
-  QStringList const doubts = method == kMethodOfLeastSquares ? doubtsOfUnitError(adjustment.getSummary().hasRedundancy,
-                                                                                 adjustment.getSummary().unitError)
-                                                             : doubtsOfTraverse(adjustment, state.adjusted, method);
+  QStringList doubts;
+  if (method == kMethodOfLeastSquares) {
+    doubts = doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
+  } else {
+    QStringList const names = leftOut(state.traverses, state.adjusted);
+    if (!names.isEmpty()) doubts << QString("Stations outside the traverse are left out: %1").arg(names.join(", "));
+    for (TraverseResult const& traverse : state.traverses) doubts << doubtsOfTraverse(traverse);
+  }
   std::vector<FieldFinding> findings;
   for (QString const& text : doubts) findings.push_back({FieldFinding::Warning, {}, {}, text});
   return findings;

@@ -4,11 +4,13 @@
 #include "adjust/AdjustProgress.h"
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
+#include "adjust/TraverseResult.h"
 #include "adjust/TriangleHeightDataConvert.h"
 #include "core/Project.h"
 #include "formats/FieldTextCheck.h"
 #include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
+#include "job/TraverseOptions.h"
 #include "records/CoordinatePointInfo.h"
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
@@ -55,6 +57,8 @@ struct JobState {
   std::vector<FieldFinding> runFindings;         ///< of that run
   std::unique_ptr<PlaneAdjustment> planned;      ///< the last plan
   Network adjusted;  ///< as the last adjustment had it; empty after a run of the plane adjustment
+  TraverseOptions traverseOptions;
+  std::vector<TraverseResult> traverses;  ///< of the last run, where it was one of single traverses
   HeightOptions heights;
   std::unique_ptr<HeightAdjustment> heightRun;  ///< the last run of heights, where it was a careful one
   std::vector<FieldFinding> heightFindings;     ///< of that run

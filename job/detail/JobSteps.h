@@ -104,6 +104,8 @@ PlaneSettings settingsOf(PlaneOptions const& options);
 void adjustPlane(JobState& state, utils::IProcessCancel const& cancel);
 /// The adjusted points, without heights.
 std::vector<CoordinatePointInfo> coordinatesOf(PlaneAdjustment const& adjustment);
+/// The points of all chains and those beside them, each once.
+std::vector<CoordinatePointInfo> coordinatesOf(std::vector<TraverseResult> const& traverses);
 /// Tells of observations that the network of the project lacks, since it has one direction and distance a line.
 void tellRepeatedObservations(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
@@ -114,6 +116,12 @@ constexpr double kDoubtfulUnitError = 20.0;
 /// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
 std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
+TraverseErrors traverseErrors(JobState const& state);
+/// Judges the misclosures where there are some and the a-priori errors can be used.
+void judge(TraverseResult& result, JobState const& state);
+/// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.
+void requireNotFarBeyond(TraverseResult const& result, JobState const& state);
+std::vector<FieldFinding> findingsOnMisclosures(TraverseResult const& result, JobState const& state);
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.

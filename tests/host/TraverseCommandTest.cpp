@@ -11,9 +11,8 @@ using test::Program;
 using testing::HasSubstr;
 
 // A square of 100 m walked counter-clockwise, each angle 10" too large. Distances are measured both ways.
-// The a-priori errors of 0 are of no matter to a traverse.
 constexpr char const* kSquare =
-    "0,0,0\nK1,0,0\nK2,-100,0\n"
+    "10,3,0\nK1,0,0\nK2,-100,0\n"
     "K1\nK2,L,0\nP,L,90.0010\nP,S,100.02\n"
     "P\nK1,L,10\nK1,S,100.00\nQ,L,100.0010\nQ,S,100.01\n"
     "Q\nP,L,0\nK2,L,90.0010\nP,S,100.01\nK2,S,100.01\n"
@@ -82,10 +81,84 @@ TEST(TraverseCommand, WarnsOfStationsOutsideThePolygonAndRefusesOneThatDoesNotCl
   EXPECT_THAT(outside.err, HasSubstr("Warning: Stations outside the traverse are left out: R, U\n"));
   // With what check finds: the ends of a leg, and points that nothing connects.
   EXPECT_EQ(outside.json()["messages"].size(), 3U) << outside.err;
-  test::Run const open = run(replaced(replaced(kSquare, "K1,L,90.0010", "M,L,90.0010"), "0,0,0\n", "0,0,0\nM,0,9\n"));
+  test::Run const open = run(replaced(replaced(kSquare, "K1,L,90.0010", "M,L,90.0010"), "10,3,0\n", "10,3,0\nM,0,9\n"));
   EXPECT_EQ(open.exitCode, 1);
   EXPECT_THAT(open.err, HasSubstr("Known points are not enough: M (the last station is known, and looks forward to the "
                                   "first)\n"));
+}
+
+TEST(TraverseCommand, JudgesMisclosuresAndNamesWhatExplainsThem) {
+  Program const program;
+  // The leg P to Q half a metre too long, in both ways: 10 mm a leg are allowed, but for the leg the square is exact.
+  std::string const wrong = replaced(replaced(kSquare, "Q,S,100.01\n", "Q,S,100.51\n"), "P,S,100.01", "P,S,100.51");
+  program.write("square.in2", wrong);
+  QStringList const arguments{"adjust", "square.in2", "--method", "closed", "--json"};
+  test::Run const refused = program.run(arguments);
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(refused.err, HasSubstr("kelvane: square.in2: The misclosure along the traverse is 510.0 mm, where"));
+  test::Run const forced = program.run(arguments + QStringList{"--force"});
+  EXPECT_EQ(forced.exitCode, 0);
+  Json::Value const misclosure = forced.json()["misclosure"];
+  EXPECT_NEAR(misclosure["angle"].asDouble() * 206264.8, 40.0, 0.01);
+  EXPECT_NEAR(misclosure["angleAllowed"].asDouble() * 206264.8, 2.576 * 10.0 * std::sqrt(8.0), 0.01);
+  ASSERT_EQ(misclosure["suspects"].size(), 1U) << forced.err;
+  EXPECT_EQ(misclosure["suspects"][0]["kind"].asString(), "leg");
+  EXPECT_EQ(misclosure["suspects"][0]["station"].asString(), "P");
+  EXPECT_NEAR(misclosure["suspects"][0]["gross"].asDouble(), 0.5, 0.02);
+  EXPECT_THAT(forced.err, HasSubstr(": it would be explained by the leg from P to Q, "));
+  // 40" of four angles are 20" for the root of their number.
+  program.write("square.in2", kSquare);
+  QStringList const limits{"--allowed-angle", "19", "--allowed-relative", "40000"};
+  test::Run const limited = program.run(arguments + limits);
+  EXPECT_EQ(limited.exitCode, 0);
+  EXPECT_THAT(limited.err, HasSubstr(u8"The angular misclosure is 40.0″, beyond the limit of 38.0″\n"));
+  EXPECT_THAT(limited.err, HasSubstr("The relative misclosure is 1 : 30003, beyond the limit of 1 : 40000\n"));
+}
+
+TEST(TraverseCommand, ComputesSideShotsOfEveryStation) {
+  Program const program;
+  // A straight line to the east; a point 10 m north of A, and one 20 m south of P.
+  program.write("side.in2",
+                "5,5,5\nB,0,-100\nA,0,0\nC,0,300\nD,0,400\nA\nB,L,0\nX,L,90\nX,S,10\nP,L,180\nP,S,150\n"
+                "P\nA,L,0\nC,L,180\nC,S,150\nY,L,270\nY,S,20\nC\nP,L,0\nD,L,180\n");
+  for (char const* method : {"connect", "traverse"}) {
+    Json::Value const json = program.run({"adjust", "side.in2", "--method", method, "--json"}).json();
+    EXPECT_EQ(json["method"].asString(), "connect");
+    ASSERT_EQ(json["sidePoints"].size(), 2U);
+    Json::Value const& x = json["sidePoints"][0];
+    EXPECT_NEAR(x["x"].asDouble(), 10.0, 1e-9);
+    EXPECT_NEAR(x["y"].asDouble(), 0.0, 1e-9);
+    // From a known point: a + b S along the ray, and the angle of two directions across.
+    EXPECT_NEAR(x["mx"].asDouble(), 0.00505, 1e-9);
+    EXPECT_NEAR(x["my"].asDouble(), 10.0 * 5.0 * std::sqrt(2.0) / 206264.8, 1e-9);
+    EXPECT_NEAR(json["sidePoints"][1]["x"].asDouble(), -20.0, 1e-9);
+    EXPECT_NEAR(json["sidePoints"][1]["y"].asDouble(), 150.0, 1e-9);
+  }
+}
+
+// Source: samples/README.md. It rounds corrections and increments to centimetres on the way: 7 mm.
+TEST(TraverseCommand, AgreesWithThePublishedLoopOnOneKnownPoint) {
+  Json::Value const json =
+      Program().run({"adjust", test::samplePath("trav_closed_5sides.in2"), "--method", "closed", "--json"}).json();
+  EXPECT_NEAR(json["misclosure"]["angle"].asDouble() * 206264.8, -36.0, 0.005);
+  EXPECT_TRUE(json["misclosure"]["along"].isNull());
+  double const published[][2] = {{1103.94, 2103.93}, {1222.60, 2066.40}, {1235.18, 1934.68}, {1086.82, 1860.86}};
+  ASSERT_EQ(json["points"].size(), 6U);
+  for (Json::ArrayIndex i = 0; i < 4; ++i) {
+    EXPECT_NEAR(json["points"][i + 2]["x"].asDouble(), published[i][0], 0.007);
+    EXPECT_NEAR(json["points"][i + 2]["y"].asDouble(), published[i][1], 0.007);
+  }
+}
+
+TEST(TraverseCommand, ShowsTheMisclosureOfACheckShot) {
+  Program const program;
+  program.write("check.in2",
+                "5,5,5\nB,0,-100\nA,0,0\nC,0,300\nA\nB,L,0\nP,L,180\nP,S,150\nP\nA,L,0\nC,L,180\nC,S,150.004\n");
+  Json::Value const json = program.run({"adjust", "check.in2", "--method", "traverse", "--json"}).json();
+  EXPECT_EQ(json["method"].asString(), "open");
+  EXPECT_NEAR(json["misclosure"]["fy"].asDouble(), 0.004, 1e-9);
+  EXPECT_NEAR(json["misclosure"]["along"].asDouble(), 0.004, 1e-9);
+  EXPECT_TRUE(json["misclosure"]["angle"].isNull());
 }
 
 TEST(TraverseCommand, TakesAPolygonWalkedClockwise) {
@@ -117,7 +190,6 @@ TEST(TraverseCommand, NamesWhereATraverseFails) {
        "Known points are not enough: the traverse ends at P and looks forward to Q, which both have to be known\n"},
       {"closed", start + "P\nB,L,0\nQ,L,90\nQ,S,50\n", "Known points are not enough: Q (the last station is known"},
       {"open", start + "P\nB,L,0\nQ,L,90\n", "Station name [P] distance is 0\n"},
-      {"open", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station point is not enough: P (a station has just two"},
       {"connect", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station Point Name P Repeat (a station has just two"},
       {"open", start + "R\nB,L,0\nQ,L,90\nQ,S,5\n", "Data error (the stations make no single chain"},
       {"open", "P\nB,L,0\nQ,L,90\n", "Known points are not enough: No start data (no known station has a known back"},

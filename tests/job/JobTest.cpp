@@ -86,8 +86,8 @@ TEST_F(JobInFolder, AdjustsASingleTraverseByTheSettings) {
   job.project()->getConfigure().AdjustMethod = 3;
   EXPECT_THAT(failureOf([this] { job.adjust(); }),
               HasSubstr("trav_connecting_fr_5legs.txt: Known points are not enough: "));
-  job.project()->getConfigure().AdjustMethod = 4;
-  EXPECT_THAT(failureOf([this] { job.adjust(); }), HasSubstr("there is no method of adjustment of the number 4"));
+  job.project()->getConfigure().AdjustMethod = 5;
+  EXPECT_THAT(failureOf([this] { job.adjust(); }), HasSubstr("there is no method of adjustment of the number 5"));
   EXPECT_TRUE(job.project()->getAlgorithmAdjust()->getTraverseSummary().hasMisclosure) << "the earlier result stays";
 }
 

@@ -1,0 +1,47 @@
+// Single traverses in a network where stations have side shots, as chains that the calculators can compute.
+#pragma once
+
+#include "adjust/TraverseResult.h"
+#include "records/Network.h"
+
+#include <string>
+#include <vector>
+
+namespace kvn::detail {
+
+/// A sight beside the chain.
+struct SideSight {
+  std::size_t station = 0;  ///< place in the chain
+  std::string target;
+  double angle = 0.0;     ///< clockwise from the back point, radians
+  double distance = 0.0;  ///< metres; 0 for none
+};
+
+struct TraverseWalk {
+  int method = 0;  ///< as in `TraverseResult`
+  TraverseClosing closing = TraverseClosing::AtStation;
+  /// With angle and distance; known points with their coordinates. A loop has its station at both ends: first with the
+  /// mark as back point, then with the angle between its legs.
+  std::vector<TraverseInfo> stations;
+  std::vector<SideSight> sideSights;
+};
+
+/// The traverses of a network, those that close first, in the order of their first stations.
+///
+/// A leg joins two stations that sight each other. From a known station that sights another known point, the chain goes
+/// on over unknown stations as long as one leads on. Where there are several, those count that do not end blindly.
+/// A chain that ends at a known station with another known point in sight connects, one that comes back is closed; one
+/// that ends otherwise is open, its last fore point a known point where one is in sight with a distance. Of the legs
+/// the distance is the mean of both ways.
+///
+/// @param method  1 to 3 for one kind alone, 0 for all.
+/// @throws AlgorithmException DataError with the name of a station from which several ways lead on.
+std::vector<TraverseWalk> traverseWalks(Network const& network, int method);
+
+/// Computes a loop on one known point with a mark.
+TraverseResult adjustedLoop(TraverseWalk const& walk);
+
+/// The lines of a chain for the calculators: of each station back point, then fore point.
+Network networkOf(TraverseWalk const& walk, std::vector<KnownPoint> const& known);
+
+}  // namespace kvn::detail

@@ -1,0 +1,154 @@
+// What the misclosures of a single traverse tell.
+#include "adjust/NameIndex.h"
+#include "adjust/input/PairKey.h"
+#include "core/Project.h"
+#include "job/FindingTexts.h"
+#include "job/JobException.h"
+#include "job/detail/JobSteps.h"
+#include "records/detail/Recorded.h"
+
+#include <utils/Circle.h>
+#include <utils/Degree.h>
+
+#include <QStringList>
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace kvn {
+namespace {
+
+// Observations that miss by that much are no errors of observing.
+constexpr double kFarBeyond = 10.0;
+
+QString angleText(double radians) {
+  constexpr double kDegree = utils::kPi / 180.0;
+  if (std::abs(radians) < kDegree) {
+    return QString::number(radians * utils::kSecondsPerRadian, 'f', 1) + QString::fromUtf8("″");
+  }
+  return QString::fromStdString(utils::Degree(radians / kDegree).toUtf8(utils::DDRMMRSS, 1));
+}
+
+QString lengthText(double metres) {
+  if (std::abs(metres) < 1.0) return QString::number(metres * 1000.0, 'f', 1) + " mm";
+  return QString::number(metres, 'f', 3) + " m";
+}
+
+QString textOf(TraverseSuspect const& suspect, std::vector<TraverseInfo> const& stations) {
+  TraverseInfo const& at = stations[suspect.station];
+  QString const by = suspect.gross < 0.0 ? "too small" : "too large";
+  if (suspect.kind == TraverseSuspect::Angle) {
+    return QString("the angle at %1, %2 %3")
+        .arg(recordText(at.stationPoint.name), angleText(std::abs(suspect.gross)), by);
+  }
+  return QString("the leg from %1 to %2, %3 %4")
+      .arg(recordText(at.stationPoint.name), recordText(at.forePoints.front().name),
+           lengthText(std::abs(suspect.gross)), by);
+}
+
+/// ": what explains it", where something does.
+QString explanation(TraverseResult const& result) {
+  constexpr int kListed = 10;
+  QStringList names;
+  for (TraverseSuspect const& suspect : result.judgement->suspects) names << textOf(suspect, result.stations);
+  if (names.isEmpty()) return {};
+  if (names.size() == 1) return ": it would be explained by " + names.first();
+  QString const more = names.size() > kListed ? QString("; and %1 more").arg(names.size() - kListed) : QString();
+  return ": it would be explained by one of: " + QStringList(names.mid(0, kListed)).join("; ") + more;
+}
+
+/// What misses by more than some times what the a-priori errors allow.
+QStringList beyondAllowed(TraverseJudgement const& judged, double times) {
+  QStringList list;
+  auto const tell = [&](char const* what, double size, double allowed, QString (*text)(double)) {
+    if (!(std::abs(size) > times * allowed)) return;
+    list << QString("%1 is %2, where the a-priori errors allow %3").arg(what, text(size), text(allowed));
+  };
+  tell("The angular misclosure", judged.angle, judged.angleAllowed, angleText);
+  if (judged.isLoop()) {
+    tell("The closing error", judged.fs, judged.fsAllowed, lengthText);
+  } else {
+    tell("The misclosure along the traverse", judged.along, judged.alongAllowed, lengthText);
+    tell("The misclosure across the traverse", judged.across, judged.acrossAllowed, lengthText);
+  }
+  return list;
+}
+
+QStringList beyondLimits(TraverseJudgement const& judged, TraverseOptions const& options) {
+  QStringList list;
+  double const allowed =
+      options.allowedAngle / utils::kSecondsPerRadian * std::sqrt(static_cast<double>(judged.angles));
+  if (options.allowedAngle > 0.0 && std::abs(judged.angle) > allowed) {
+    list << QString("The angular misclosure is %1, beyond the limit of %2")
+                .arg(angleText(judged.angle), angleText(allowed));
+  }
+  if (options.allowedRelative > 0.0 && judged.relative * options.allowedRelative > 1.0) {
+    list << QString("The relative misclosure is 1 : %1, beyond the limit of 1 : %2")
+                .arg(1.0 / judged.relative, 0, 'f', 0)
+                .arg(options.allowedRelative, 0, 'f', 0);
+  }
+  return list;
+}
+
+/// Of each station, of how many distances that of its leg is the mean, as `withForwardDistances` makes it.
+std::vector<int> distanceCountsOf(std::vector<TraverseInfo> const& stations, Network const& observed) {
+  NameIndex names;
+  std::unordered_set<std::uint64_t> measured;
+  for (NetworkDataInfo const& line : observed.lines) {
+    int const from = names.numberOf(line.start_name);
+    int const to = names.numberOf(line.end_name);
+    if (line.horizontal_distance > detail::kNotMeasured) measured.insert(detail::orderedKey(from, to));
+  }
+  std::vector<int> counts;
+  for (TraverseInfo const& station : stations) {
+    int const from = names.find(station.stationPoint.name);
+    int const to = names.find(station.forePoints.front().name);
+    bool const isBoth = from >= 0 && to >= 0 && measured.count(detail::orderedKey(from, to)) != 0 &&
+                        measured.count(detail::orderedKey(to, from)) != 0;
+    counts.push_back(isBoth ? 2 : 1);
+  }
+  return counts;
+}
+
+}  // namespace
+
+TraverseErrors detail::traverseErrors(JobState const& state) {
+  TraverseErrors errors;
+  errors.observations = observationErrors(state);
+  errors.centring = state.plane.centring;
+  return errors;
+}
+
+void detail::judge(TraverseResult& result, JobState const& state) {
+  Project const& project = *state.project;
+  if (!result.summary.hasMisclosure || !faultOfErrors(project.getConfigure(), project.getNetwork()).isEmpty()) return;
+  TraverseErrors errors = traverseErrors(state);
+  errors.distanceCounts = distanceCountsOf(result.stations, project.getNetwork());
+  result.judgement = judgedTraverse(result.stations, result.summary, result.closing, errors);
+}
+
+void detail::requireNotFarBeyond(TraverseResult const& result, JobState const& state) {
+  if (!result.judgement || state.traverseOptions.isForced) return;
+  QStringList const far = beyondAllowed(*result.judgement, kFarBeyond);
+  if (far.isEmpty()) return;
+  throw JobException(state.file, far.join(". ") + explanation(result));
+}
+
+std::vector<FieldFinding> detail::findingsOnMisclosures(TraverseResult const& result, JobState const& state) {
+  std::vector<FieldFinding> findings;
+  auto const tell = [&findings](QString const& text) { findings.push_back({FieldFinding::Warning, {}, {}, text}); };
+  if (!result.summary.hasMisclosure || state.asRead) return findings;
+  if (!result.judgement) {
+    tell("The misclosures are not judged: " +
+         faultOfErrors(state.project->getConfigure(), state.project->getNetwork()));
+    return findings;
+  }
+  QStringList const beyond = beyondAllowed(*result.judgement, 1.0);
+  for (QString const& text : beyond) tell(text + (&text == &beyond.last() ? explanation(result) : QString()));
+  for (QString const& text : beyondLimits(*result.judgement, state.traverseOptions)) tell(text);
+  return findings;
+}
+
+}  // namespace kvn
