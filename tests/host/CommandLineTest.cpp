@@ -53,6 +53,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "net.in2", "--as-read", "--approximate", "a.dat"}, 2, "--approximate does not go with --as-read"},
       {{"adjust", "net.in2", "--approximate", "far.in2"}, 1, "far.in2: approximate coordinates are read from a"},
       {{"adjust", "net.in2", "--as-read", "--confidence", "0.9"}, 2, "--confidence does not go with --as-read"},
+      {{"heights", "job.txt", "--as-read", "--zenith-error", "5"}, 2, "--zenith-error does not go with --as-read"},
       {{"adjust", "net.in2", "--method", "open", "--centring", "1"}, 2, "--centring is for least squares"},
       {{"adjust", "net.in2", "--method", "open", "--distance-error-form", "sum"}, 2, "is for least squares"},
       {{"show", "net.in2", "--encoding", "GBX"}, 2, "unknown encoding: GBX"},
