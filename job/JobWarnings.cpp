@@ -20,7 +20,6 @@
 namespace kvn {
 namespace {
 
-using detail::kDoubtfulUnitError;
 // Known points fit exchanged where the unit weight error is smaller by this factor then.
 constexpr double kFitsBetter = 10.0;
 // Rounds of the trial with exchanged coordinates: a network that fits settles in a few.
