@@ -191,6 +191,7 @@ void PlaneAdjustment::Data::number() {
   engine.hints.clear();
   engine.isDamped = false;
   engine.hasCommonOrientations = true;
+  engine.ownerDirections = &directionOf;
   engine.smallestMove = kSettledMove;
   engine.iterationLimit = settings.iterationLimit;
   engine.sparseFrom = settings.sparseFrom;

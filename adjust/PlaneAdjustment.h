@@ -58,7 +58,9 @@ struct PlaneObservation {
   double adjustedError = 0.0;  ///< standard error of the adjusted value; of a direction together with its orientation
   /// From 0, where nothing checks the observation, to 1: the share of an error of it that shows in its residual.
   double redundancy = 0.0;
-  /// residual / (unit weight error · a-priori error · √redundancy); NaN where nothing checks the observation.
+  /// residual / (unit weight error · a-priori error · √redundancy); NaN where nothing checks the observation. With a
+  /// weight between 0 and 1 the error is the one given all the same, and not the larger one that the weight stands for;
+  /// so in `detectable`.
   double standardised = 0.0;
   /// Size of the standardised residual over its critical value (error probability 0.1 %, two-sided; Pope's τ with the
   /// a-posteriori unit weight error, Baarda's normal test with the a-priori one): above 1 is marked. NaN as before.

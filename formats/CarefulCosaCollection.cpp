@@ -18,6 +18,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace kvn {
 namespace {
@@ -80,48 +81,68 @@ bool readPlanned(detail::CosaReading& reading, utils::Pieces const& fields) {
   return hasDirection || hasDistance;
 }
 
-void warnOfLine(QString const& text, int number, std::string const& line) { warn(text.arg(number).arg(quoted(line))); }
+}  // namespace
 
-void warnOfPassedOver(int number, std::string const& line) {
-  warnOfLine(Messages::tr("Line %1 is passed over: %2"), number, line);
+/// @param message  with the number of the line in it; @param text without.
+void CarefulCosaCollection::tell(int number, QString const& message, QString const& text) {
+  warn(message);
+  FieldFinding finding;
+  finding.text = text;
+  finding.line = number;
+  findings.push_back(std::move(finding));
+}
+
+void CarefulCosaCollection::tellPassedOver(int number, std::string const& line) {
+  tell(number, Messages::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)),
+       Messages::tr("the line is passed over: %1").arg(quoted(line)));
 }
 
 /// @param first  the first field that is a number
-void checkNumbers(int number, std::string const& line, utils::Pieces const& fields, std::ptrdiff_t first) {
+void CarefulCosaCollection::checkNumbers(int number, std::string const& line, utils::Pieces const& fields,
+                                         std::ptrdiff_t first) {
   auto const isNumber = [](std::string_view text) { return utils::fullNumber(text).has_value(); };
-  if (std::all_of(fields.begin() + first, fields.end(), isNumber)) return;
-  warnOfLine(Messages::tr("Line %1 has something behind a number: %2"), number, line);
+  auto const wrong = std::find_if_not(fields.begin() + first, fields.end(), isNumber);
+  if (wrong == fields.end()) return;
+  tell(number, Messages::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)),
+       Messages::tr("something stands behind the number: %1").arg(quoted(*wrong)));
 }
 
-void checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
+void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
   Observation& direction = reading.observations.back();
   direction.angle = utils::onCircle(direction.angle);
+  auto const tellAngle = [&](QString const& message, QString const& what) {
+    tell(number, message, what.arg(quoted(text)));
+    findings.back().station = reading.stationOf(direction);
+    findings.back().targets = {std::string(reading.targetOf(direction))};
+  };
   if (!direction.hasAngle) {
-    warn(Messages::tr("Line %1: the direction from %2 to %3 is no angle: %4")
-             .arg(number)
-             .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)));
+    tellAngle(Messages::tr("Line %1: the direction from %2 to %3 is no angle: %4")
+                  .arg(number)
+                  .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)),
+              Messages::tr("the angle is no number: %1"));
   } else if (hasFullField(text)) {
-    warn(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)));
+    tellAngle(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)),
+              Messages::tr("minutes or seconds of 60 and above: %1"));
   }
 }
 
 /// An observation or a known point that the reader has taken.
-void checkTaken(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading) {
+void CarefulCosaCollection::checkTaken(int number, std::string const& line, utils::Pieces const& fields,
+                                       detail::CosaReading& reading) {
   bool const isDistance = fields[1] == "S";
   if (fields[1] == "L") {
     checkAngle(number, fields[2], reading);
   } else if (isDistance && reading.observations.back().distance == 0.0) {
-    warnOfPassedOver(number, line);
+    tellPassedOver(number, line);
   } else {
     checkNumbers(number, line, fields, isDistance ? 2 : 1);
   }
 }
 
-}  // namespace
-
 void CarefulCosaCollection::read(std::istream& stream) {
   knownPointList.clear();
   networkDataList.clear();
+  findings.clear();
   detail::CosaReading reading;
   try {
     readLines(stream, reading);
@@ -137,6 +158,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
 void CarefulCosaCollection::setKeepObservations(bool keep) { keepsObservations = keep; }
 void CarefulCosaCollection::setTakePlanned(bool take) { takesPlanned = take; }
 PlaneNetwork const& CarefulCosaCollection::getObservations() const { return observed; }
+std::vector<FieldFinding> const& CarefulCosaCollection::getFindings() const { return findings; }
 
 void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {
   observed = PlaneNetwork();
@@ -168,7 +190,8 @@ void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading&
   detail::LineSource source(stream);
   for (bool isFirst = true; source.next(line); isFirst = false) {
     if (isFirst && source.lineNumber() > 1) {
-      warn(Messages::tr("Line 1 is empty: the a-priori errors that stand there are not read"));
+      tell(1, Messages::tr("Line 1 is empty: the a-priori errors that stand there are not read"),
+           Messages::tr("the line is empty: the a-priori errors that stand there are not read"));
     }
     try {
       if (detail::hasLostBytes(line)) throw QLogicError(Messages::tr("the line is no UTF-8"));
@@ -193,7 +216,7 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, utils:
   } else if (fields.size() == 3 && readObservation(reading, fields)) {
     checkTaken(number, line, fields, reading);
   } else if (!(takesPlanned && fields.size() == 2 && readPlanned(reading, fields))) {
-    warnOfPassedOver(number, line);
+    tellPassedOver(number, line);
   }
 }
 

@@ -3,10 +3,15 @@
 
 #include "adjust/PlaneNetwork.h"
 #include "formats/CosaCollection.h"
+#include "records/FieldFinding.h"
 
 #include <utils/Export.h>
 
+#include <QString>
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kvn {
 
@@ -44,6 +49,8 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// Every observation of the file by itself, with the line that it stands on: each station line begins a set-up. The
   /// observations have no errors yet; the head is in `getConfigure`.
   PlaneNetwork const& getObservations() const;
+  /// What the last `read` has warned of, with the lines; not of observations that are given more than once.
+  std::vector<FieldFinding> const& getFindings() const;
   /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
   ///         none at all, for a number that is not finite, and for a negative distance.
   void write(std::ostream& stream) override;
@@ -52,11 +59,17 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void readLines(std::istream& stream, detail::CosaReading& reading);
   void readLine(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
   void requireReadable() const;
+  void tell(int number, QString const& message, QString const& text);
+  void tellPassedOver(int number, std::string const& line);
+  void checkNumbers(int number, std::string const& line, utils::Pieces const& fields, std::ptrdiff_t first);
+  void checkAngle(int number, std::string_view text, detail::CosaReading& reading);
+  void checkTaken(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
   void takeObservations(detail::CosaReading const& reading);
 
   bool keepsObservations = false;
   bool takesPlanned = false;
   PlaneNetwork observed;
+  std::vector<FieldFinding> findings;
 };
 
 }  // namespace kvn

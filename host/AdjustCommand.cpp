@@ -91,7 +91,7 @@ std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
 }
 
 std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<FieldFinding> const& beside) {
-  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun | Job::HeightRun);
+  std::vector<FieldFinding> all = job.findingsOf(Job::AdjustmentRun | Job::HeightRun | Job::FileTold);
   all.insert(all.end(), beside.begin(), beside.end());
   sortByCost(all);
   return all;

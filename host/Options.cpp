@@ -6,6 +6,7 @@
 #include <QCommandLineParser>
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 namespace kvn::host {
 namespace {
@@ -105,6 +106,13 @@ bool aPrioriOption(QCommandLineParser const& parser) {
   return form == "a-priori";
 }
 
+/// What the literal road would take and not look at.
+void refuseWithAsRead(QCommandLineParser const& parser, std::initializer_list<char const*> names) {
+  for (char const* name : names) {
+    if (parser.isSet(name)) throw UsageError(QString("--%1 does not go with --as-read").arg(QLatin1String(name)));
+  }
+}
+
 /// What only an adjustment has in which every observation counts.
 void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const& options) {
   for (char const* name : {"distance-error-form", "centring", "control-error", "free", "confidence", "sigma0",
@@ -115,9 +123,7 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
       throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
     }
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
-    if (options.asRead && !isLiteralToo) {
-      throw UsageError(QString("--%1 does not go with --as-read").arg(QLatin1String(name)));
-    }
+    if (options.asRead && !isLiteralToo) refuseWithAsRead(parser, {name});
   }
   for (char const* name : {"allowed-angle", "allowed-relative", "force"}) {
     if (!parser.isSet(name) || (options.method != 0 && !options.asRead)) continue;
@@ -130,7 +136,7 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
 /// How observations are weighed, and what the results refer to.
 void addWeightOptions(QCommandLineParser& parser) {
   parser.addOptions({
-      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
+      {"angle-error", "Standard error of a direction in one round on both faces, seconds of arc, above 0.", "SECONDS"},
       {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
       {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
       {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
@@ -335,7 +341,7 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   parser.addOptions({
       {"refraction", "Refraction coefficient; 1 takes neither curvature nor refraction (default 0.16).", "K"},
       {"refraction-error", "Standard error of the refraction coefficient, 0 to 10 (default 0.05).", "K"},
-      {"angle-error", "Standard error of one direction, seconds of arc, above 0.", "SECONDS"},
+      {"angle-error", "Standard error of a direction in one round on both faces, seconds of arc, above 0.", "SECONDS"},
       {"zenith-error",
        "Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).",
        "SECONDS"},
@@ -362,6 +368,9 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isAPriori = aPrioriOption(parser);
   options.asRead = parser.isSet("as-read");
+  if (options.asRead)
+    refuseWithAsRead(parser, {"refraction-error", "angle-error", "zenith-error", "fixed-error", "proportional-error",
+                              "height-error", "confidence", "sigma0"});
   return options;
 }
 

@@ -1,16 +1,12 @@
 #include "PlaneReport.h"
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_map>
 
 namespace kvn::host {
 namespace {
 
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
-
-/// Whether an observation fits worse than the worst one before it.
-bool isWorse(PlaneObservation const& observation, double worst) { return std::abs(observation.test) > worst; }
 
 }  // namespace
 
@@ -78,36 +74,8 @@ PlaneReport::Named PlaneReport::named(bool isDirection, std::size_t observation)
   return {nameOf(station), nameOf(direction.target), direction.origin.line};
 }
 
-/// A suspect is told by the names of its points: of several observations between them it is the one that fits worst.
-std::vector<PlaneReport::Suspicion> PlaneReport::suspicions() const {
-  std::vector<Suspicion> list;
-  if (run.suspects().empty()) return list;
-  std::unordered_map<std::string, std::vector<std::size_t>> bySource;
-  for (SuspectObservation const& suspect : run.suspects()) {
-    bySource[suspect.from].push_back(list.size());
-    list.push_back({&suspect, 0});
-  }
-  std::vector<double> worst(list.size(), -1.0);
-  auto const look = [&](bool isDirection, int from, int to, PlaneObservation const& observation, int line) {
-    auto const found = bySource.find(nameOf(from));
-    if (found == bySource.end()) return;
-    for (std::size_t const i : found->second) {
-      SuspectObservation const& suspect = *list[i].suspect;
-      if (suspect.isDirection != isDirection || suspect.to != nameOf(to) || !isWorse(observation, worst[i])) continue;
-      worst[i] = std::abs(observation.test);
-      list[i].line = line;
-    }
-  };
-  for (std::size_t d = 0; d < network.directions.size(); ++d) {
-    PlaneNetwork::Direction const& direction = network.directions[d];
-    int const station = network.setUps[static_cast<std::size_t>(direction.setUp)].station;
-    look(true, station, direction.target, result.directions[d], direction.origin.line);
-  }
-  for (std::size_t d = 0; d < network.distances.size(); ++d) {
-    PlaneNetwork::Distance const& distance = network.distances[d];
-    look(false, distance.from, distance.to, result.distances[d], distance.origin.line);
-  }
-  return list;
+int PlaneReport::lineOf(SuspectObservation const& suspect) const {
+  return suspect.number < 0 ? 0 : named(suspect.isDirection, static_cast<std::size_t>(suspect.number)).line;
 }
 
 void PlaneReport::setHeights(HeightAdjustment const* adjustment) {

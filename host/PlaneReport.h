@@ -39,11 +39,6 @@ class PlaneReport {
     int number = 1;  ///< among those of its station, in the order of the file
     std::vector<std::size_t> directions;
   };
-  /// An observation that stands for a suspect.
-  struct Suspicion {
-    SuspectObservation const* suspect = nullptr;
-    int line = 0;
-  };
 
   std::string const& nameOf(int point) const { return network.points[static_cast<std::size_t>(point)].name; }
   int stationOf(Circle const& circle) const { return network.setUps[circle.setUp].station; }
@@ -60,7 +55,7 @@ class PlaneReport {
   bool isSuspectedControl(std::size_t point) const;
   std::size_t countKnown() const;
   std::size_t countStations() const;
-  std::vector<Suspicion> suspicions() const;
+  int lineOf(SuspectObservation const& suspect) const;
   struct Named {
     std::string const& from;
     std::string const& to;

@@ -293,13 +293,12 @@ void PlaneReport::writeDistances(JsonStream& json) const {
 
 void PlaneReport::writeSuspects(JsonStream& json) const {
   json.member("suspects").beginArray();
-  for (Suspicion const& suspicion : suspicions()) {
-    SuspectObservation const& suspect = *suspicion.suspect;
+  for (SuspectObservation const& suspect : run.suspects()) {
     json.beginObject();
     json.member("difference").number(suspect.difference);
     json.member("from").text(suspect.from);
     json.member("kind").text(suspect.isDirection ? "direction" : "distance");
-    writeLine(json, suspicion.line);
+    writeLine(json, lineOf(suspect));
     json.member("to").text(suspect.to);
     json.endObject();
   }

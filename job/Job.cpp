@@ -166,7 +166,8 @@ void Job::reduce() {
 }
 
 std::vector<FieldFinding> Job::findings() const {
-  std::vector<FieldFinding> all = findingsOf(FileText | FieldReduced | RowChecks | NetworkChecks | AdjustmentStart);
+  std::vector<FieldFinding> all =
+      findingsOf(FileTold | FileText | FieldReduced | RowChecks | NetworkChecks | AdjustmentStart);
   sortFindings(all);
   return all;
 }
@@ -177,6 +178,7 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
   std::vector<FieldFinding> all;
   auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
   guarded(*state, [&] {
+    if ((sources & FileTold) != 0) add(opened.toldFindings);
     if ((sources & FileText) != 0) add(opened.text.findings);
     if ((sources & FieldReduced) != 0) add(opened.placed(opened.reduction.findings));
     if ((sources & RowChecks) != 0) {

@@ -63,7 +63,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     NetworkChecks = 8,     ///< ends of a line that differ; points that hang loose
     AdjustmentStart = 16,  ///< what a least-squares adjustment would run into; costs as much as one
     AdjustmentRun = 32,    ///< what the last careful run by least squares found out; costs nothing
-    HeightRun = 64         ///< the same of heights
+    HeightRun = 64,        ///< the same of heights
+    FileTold = 128         ///< what `open` has told of the lines of a network file
   };
 
   Job();  ///< on a new project of the System, or one of its own where there is no System

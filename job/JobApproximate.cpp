@@ -4,6 +4,7 @@
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "records/NetworkFindings.h"
 
 #include <QHash>
 #include <cmath>
@@ -13,6 +14,9 @@
 
 namespace kvn {
 namespace {
+
+// Approximate coordinates of a known point that are farther off are of another place or system, metres.
+constexpr double kContradicts = 1.0;
 
 using Points = std::vector<CoordinatePointInfo>;
 
@@ -72,6 +76,22 @@ std::size_t detail::giveApproximate(JobState const& state, PlaneNetwork& network
     point.y = state.approximate[*found].E;
   }
   return static_cast<std::size_t>(table.size()) - used;
+}
+
+/// Known points keep their own coordinates. Where the others are of another place, one of the two files is wrong.
+void detail::tellContradictions(JobState const& state, PlaneNetwork const& network) {
+  if (state.approximate.empty()) return;
+  PointsByName const table = byName(state.file, state.approximate);
+  QStringList names;
+  for (PlaneNetwork::Point const& point : network.points) {
+    auto const found = table.constFind(recordText(point.name));
+    if (!point.isKnown || found == table.constEnd()) continue;
+    CoordinatePointInfo const& told = state.approximate[*found];
+    if (std::hypot(told.N - point.x, told.E - point.y) > kContradicts) names << recordText(point.name);
+  }
+  if (names.isEmpty()) return;
+  sendWarning(QString("Known points whose approximate coordinates are more than 1 m from their own, which count: %1")
+                  .arg(listedNames(names)));
 }
 
 void detail::tellUnusedApproximate(JobState const& state, std::size_t unused) {

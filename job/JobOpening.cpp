@@ -155,6 +155,7 @@ OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::strin
   takeNetwork(project, path, bytes, collection);
   OpenedFile opened;
   opened.takeObservations(PlaneNetwork(collection.getObservations()), project.getNetwork());
+  opened.toldFindings = collection.getFindings();
   return opened;
 }
 

@@ -15,6 +15,7 @@ void detail::planNetwork(JobState& state, utils::IProcessCancel const& cancel) {
   if (!fault.isEmpty()) throw JobException(state.file, fault);
   PlaneNetwork network = observedNetwork(state);
   tellUnusedApproximate(state, giveApproximate(state, network));
+  tellContradictions(state, network);
   setPlannedValues(network);
   setErrors(network, observationErrors(state));
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settingsOf(state.plane));

@@ -259,6 +259,7 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   PlaneNetwork network = weighedObservations(state);
   tellUnusedApproximate(state, giveApproximate(state, network));
+  tellContradictions(state, network);
   PlaneSettings const settings = settingsOf(state.plane);
   std::function<bool()> const isCancelled = cancel.getCancelCall();
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settings);

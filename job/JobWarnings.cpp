@@ -4,6 +4,8 @@
 #include "records/NetworkFindings.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -18,7 +20,6 @@
 namespace kvn {
 namespace {
 
-using detail::kDoubtfulUnitError;
 // Known points fit exchanged where the unit weight error is smaller by this factor then.
 constexpr double kFitsBetter = 10.0;
 // Rounds of the trial with exchanged coordinates: a network that fits settles in a few.
@@ -71,44 +72,33 @@ double costOf(PlaneObservation const& observation) {
   return std::abs(observation.residual) / observation.redundancy * observation.effect / observation.detectable;
 }
 
-/// A suspect is told by the names of its points: of several observations between them it is the one that fits worst.
-class Suspicions {
- public:
-  explicit Suspicions(PlaneAdjustment const& run) {
-    for (SuspectObservation const& suspect : run.suspects()) {
-      findings.push_back(warning(suspect.from, {suspect.to}, detail::textOfSuspect(suspect)));
-    }
-    worst.assign(findings.size(), -1.0);
-    for (std::size_t i = 0; i < findings.size(); ++i) placesOf[findings[i].station].push_back(i);
-    if (findings.empty()) return;
-    PlaneResult const& result = run.result();
-    for (bool const isDirection : {true, false}) {
-      std::vector<PlaneObservation> const& list = isDirection ? result.directions : result.distances;
-      for (std::size_t i = 0; i < list.size(); ++i) look(run, isDirection, i, list[i]);
-    }
-  }
+/// Of a run that has failed there is no result, and no cost.
+FieldFinding suspicionOf(PlaneAdjustment const& run, SuspectObservation const& suspect) {
+  FieldFinding finding = warning(suspect.from, {suspect.to}, detail::textOfSuspect(suspect));
+  if (suspect.number < 0) return finding;
+  auto const number = static_cast<std::size_t>(suspect.number);
+  finding.line = sightOf(run.network(), suspect.isDirection, number).origin.line;
+  PlaneResult const& result = run.result();
+  std::vector<PlaneObservation> const& list = suspect.isDirection ? result.directions : result.distances;
+  double const cost = number < list.size() ? costOf(list[number]) : 0.0;
+  finding.cost = std::isfinite(cost) ? cost : 0.0;
+  return finding;
+}
 
-  std::vector<FieldFinding> findings;
-
- private:
-  void look(PlaneAdjustment const& run, bool isDirection, std::size_t number, PlaneObservation const& observation) {
-    Sight const sight = sightOf(run.network(), isDirection, number);
-    auto const places = placesOf.find(sight.from);
-    if (places == placesOf.end()) return;
-    for (std::size_t const i : places->second) {
-      FieldFinding& finding = findings[i];
-      bool const isIt = run.suspects()[i].isDirection == isDirection && finding.targets.front() == sight.to;
-      if (!isIt || !(observation.test > worst[i])) continue;
-      worst[i] = observation.test;
-      finding.line = sight.origin.line;
-      double const cost = costOf(observation);
-      finding.cost = std::isfinite(cost) ? cost : 0.0;
-    }
-  }
-
-  std::vector<double> worst;
-  std::unordered_map<std::string, std::vector<std::size_t>> placesOf;
-};
+/// An observation that is out has no mark any more: what it was too large by, and what that moved.
+FieldFinding leavingOf(PlaneAdjustment const& run, PlaneLeftOut const& left) {
+  Sight const sight = sightOf(run.network(), left.isDirection, left.observation);
+  SuspectObservation size;
+  size.isDirection = left.isDirection;
+  size.difference = left.isDirection ? left.gross * utils::kSecondsPerRadian : left.gross;
+  QString const text = QString("left out: the %1, %2; that moves coordinates by up to %3 m");
+  FieldFinding finding =
+      warning(sight.from, {sight.to},
+              text.arg(left.isDirection ? "direction" : "distance", wordedSize(size)).arg(left.largestMove, 0, 'f', 4),
+              left.largestMove);
+  finding.line = sight.origin.line;
+  return finding;
+}
 
 QString wordedMove(PlaneControl const& control) {
   return QString("it would lie %1 m north and %2 m east of its coordinates")
@@ -208,8 +198,10 @@ QString detail::textOfSuspect(SuspectObservation const& suspect) {
 }
 
 std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
-  std::vector<FieldFinding> findings = Suspicions(run).findings;
+  std::vector<FieldFinding> findings;
   PlaneResult const& result = run.result();
+  for (SuspectObservation const& suspect : run.suspects()) findings.push_back(suspicionOf(run, suspect));
+  for (PlaneLeftOut const& left : result.leftOut) findings.push_back(leavingOf(run, left));
   addControl(run, findings);
   for (std::size_t const point : result.commonControl) {
     findings.push_back(

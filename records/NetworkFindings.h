@@ -35,6 +35,9 @@ struct SuspectObservation {
   std::string to;
   double difference =
       0.0;  ///< observed minus what the others say: seconds of arc for a direction, metres for a distance
+  /// Which one it is, of several between its points: its number among the directions or distances of the network that a
+  /// `PlaneAdjustment` has; -1 of other adjustments.
+  int number = -1;
 };
 
 /// A motion of points that no observation feels, or hardly any.

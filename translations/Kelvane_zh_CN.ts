@@ -251,6 +251,10 @@
         <translation>分或秒大于等于 60：%1</translation>
     </message>
     <message>
+        <source>the line is empty: the a-priori errors that stand there are not read</source>
+        <translation>该行为空：未读到应在此行给出的先验中误差</translation>
+    </message>
+    <message>
         <source>the line is passed over: %1</source>
         <translation>跳过该行：%1</translation>
     </message>
@@ -373,6 +377,10 @@
     <message>
         <source>Points without coordinates: %1</source>
         <translation>没有坐标的点：%1</translation>
+    </message>
+    <message>
+        <source>The weights of the robust adjustment do not settle: its results are those of the last of %1 rounds</source>
+        <translation>抗差平差的权未能稳定：成果取自 %1 轮中的最后一轮</translation>
     </message>
     <message>
         <source>Known points without an observation are left out: %1</source>

@@ -140,11 +140,13 @@ SuspectObservation PlaneEngine::suspectOf(int observation, double difference) co
     suspect.from = nameOf(network.pointOf(direction.station));
     suspect.to = nameOf(direction.target);
     suspect.difference = -difference * kSecondsPerRadian;
+    if (ownerDirections != nullptr) suspect.number = static_cast<int>((*ownerDirections)[index(observation)]);
   } else {
     NumberedNetwork::Line const& line = network.line(observation - directions);
     suspect.from = nameOf(line.start);
     suspect.to = nameOf(line.end);
     suspect.difference = -difference;
+    if (ownerDirections != nullptr) suspect.number = observation - directions;
   }
   return suspect;
 }

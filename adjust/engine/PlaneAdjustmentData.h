@@ -91,7 +91,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void setWeight(std::size_t number, double weight);
   double weightOf(std::size_t number) const;
   std::vector<double> standardisedSizes();
-  double takeWeights(std::vector<double> const& sizes, bool isGentle, double step);
+  bool takeWeights(std::vector<double> const& sizes, bool isGentle, double step);
   bool startFromTrusted();
   void judgeWeighed();
 

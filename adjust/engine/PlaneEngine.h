@@ -76,6 +76,10 @@ class PlaneEngine {
   /// places that agree with all observations, and stand in for what no search finds.
   std::vector<Place> hints;
 
+  /// The numbers that its owner has for the directions, in the order of the engine; null where it has none. Suspects
+  /// are told by them. Distances have the order of the owner.
+  std::vector<std::size_t> const* ownerDirections = nullptr;
+
   // ---- State.
   Coordinates given;                ///< of the known points, metres
   Coordinates xy;                   ///< current

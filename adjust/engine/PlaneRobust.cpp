@@ -2,6 +2,7 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/NetworkEquations.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,8 +27,10 @@ constexpr int kGentleRounds = 8;
 constexpr int kRounds = 60;
 // From this round on a weight goes half the way only: what still changes swings.
 constexpr int kCalmFrom = 20;
-// A weight that is off by this changes its coordinates by a small share of their errors.
-constexpr double kSettledWeight = 0.01;
+// What an observation pulls with, its weight times its size: off by this many standard errors it changes coordinates by
+// a small share of their errors. A hundredth of the weight where weights begin to fall, and far less of one of a gross
+// error, which pulls with 2.5 standard errors under a weight of 0.005 as well.
+constexpr double kSettledPull = 0.01 * kKept;
 
 double gentleWeight(double size) { return size <= kKept ? 1.0 : kKept / size; }
 
@@ -37,6 +40,8 @@ double strictWeight(double size) {
   double const rest = (kNone - size) / (kNone - kKept);
   return kKept / size * rest * rest;
 }
+
+bool isSettled(double change, double size) { return std::abs(change) * std::max(size, kKept) <= kSettledPull; }
 
 }  // namespace
 
@@ -99,21 +104,26 @@ std::vector<double> PlaneAdjustment::Data::standardisedSizes() {
   return sizes;
 }
 
-/// Gives the observations the weights that their residuals ask for. @return the largest change.
+/// Gives the observations the weights that their residuals ask for. @return whether any changes; none does, by however
+/// little, where all have settled, so that the results are those of the weights.
 ///
 /// Of several that touch one point only the one that fits worst loses weight in a round: its error shows in the others
 /// as well, and where residuals cannot be told apart, all of them would go and nothing be left to hold the point.
-double PlaneAdjustment::Data::takeWeights(std::vector<double> const& sizes, bool isGentle, double step) {
+bool PlaneAdjustment::Data::takeWeights(std::vector<double> const& sizes, bool isGentle, double step) {
   std::vector<std::size_t> falling;
-  double largest = 0.0;
+  bool isChanged = false;
   std::vector<double> wanted(sizes.size());
   for (std::size_t i = 0; i < sizes.size(); ++i) {
     wanted[i] = sizes[i] < 0.0 ? 1.0 : (isGentle ? gentleWeight(sizes[i]) : strictWeight(sizes[i]));
     double const change = wanted[i] - robustWeights[i];
-    if (change < 0.0) falling.push_back(i);
-    if (change <= 0.0) continue;
-    largest = std::max(largest, step * change);
-    setWeight(i, robustWeights[i] + step * change);
+    bool const mustGo = change < 0.0 && wanted[i] == 0.0;  // a suspect has no weight, and not a small one
+    if (!mustGo && isSettled(change, sizes[i])) continue;
+    if (change < 0.0) {
+      falling.push_back(i);
+    } else {
+      setWeight(i, robustWeights[i] + step * change);
+      isChanged = true;
+    }
   }
   std::sort(falling.begin(), falling.end(), [&](std::size_t a, std::size_t b) { return sizes[a] > sizes[b]; });
   std::vector<bool> isTouched(index(engine.network.points), false);
@@ -134,24 +144,23 @@ double PlaneAdjustment::Data::takeWeights(std::vector<double> const& sizes, bool
     touch(from);
     touch(to);
     double const change = wanted[i] - robustWeights[i];
-    // The rest of a way that is gone by halves.
-    double const weight = wanted[i] - (1.0 - step) * change;
-    largest = std::max(largest, std::abs(step * change));
-    setWeight(i, weight < kSettledWeight ? wanted[i] : weight);
+    double const rest = (1.0 - step) * change;
+    setWeight(i, isSettled(rest, sizes[i]) ? wanted[i] : wanted[i] - rest);
+    isChanged = true;
   }
-  return largest;
+  return isChanged;
 }
 
 /// Suspects of the search that several gross errors do not lead astray begin without weight.
 bool PlaneAdjustment::Data::startFromTrusted() {
-  bool const areFixed = std::all_of(engine.holdingWeights.begin(), engine.holdingWeights.end(),
-                                    [](double weight) { return !(weight < detail::PlaneEngine::kFixedWeight); });
-  if (isFree() || !areFixed) return false;
   auto const tell = std::exchange(engine.tell, nullptr);  // told when the weights are known
   engine.findSuspects(engine.start, false);
   engine.tell = tell;
   if (engine.trustedPlaces.empty()) return false;
-  useTrustedPlaces();
+  for (int n = 0; n < engine.network.points; ++n) {
+    detail::Place const place = engine.trustedPlaces[index(n)];
+    if (!isFixed(n)) detail::place(engine.xy, n, place.real(), place.imag());
+  }
   for (int const suspect : engine.suspectNumbers) setWeight(index(suspect), 0.0);
   return true;
 }
@@ -168,13 +177,23 @@ void PlaneAdjustment::Data::weighDown() {
   }
   settle();
   if (!engine.invert()) fail();
-  for (int round = 0; round < kRounds; ++round) {
-    bool const isGentle = !isTrusted && round < kGentleRounds;
-    double const largest = takeWeights(standardisedSizes(), isGentle, round < kCalmFrom ? 1.0 : 0.5);
-    if (largest <= kSettledWeight && !isGentle) break;
-    if (largest == 0.0) continue;
-    settle();
-    if (!engine.invert()) fail();
+  bool isGentle = !isTrusted;
+  bool hasSettled = false;
+  for (int round = 0; round < kRounds && !hasSettled; ++round) {
+    isGentle = isGentle && round < kGentleRounds;
+    if (takeWeights(standardisedSizes(), isGentle, round < kCalmFrom ? 1.0 : 0.5)) {
+      settle();
+      if (!engine.invert()) fail();
+    } else {
+      hasSettled = !isGentle;
+      isGentle = false;
+    }
+  }
+  if (!hasSettled && engine.tell) {
+    engine.tell(Messages::tr("The weights of the robust adjustment do not settle: its results are those of the last of "
+                             "%1 rounds")
+                    .arg(kRounds),
+                Warning);
   }
   if (isFree()) {
     layOnDatum();

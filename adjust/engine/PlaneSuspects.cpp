@@ -87,7 +87,8 @@ void PlaneAdjustment::Data::findAlternatives() {
   engine.tell(Messages::tr("Not to be told apart from the suspected observations: %1").arg(listedNames(told)), Warning);
 }
 
-/// One after the other, the one with the largest test first, until none is suspected.
+/// One after the other, the one with the largest test first, until none is suspected. The suspects have been told, and
+/// those that come up behind them are in the list of what is left out: told is what stands at the end.
 void PlaneAdjustment::Data::leaveOutSuspects() {
   constexpr std::size_t kMost = 100;
   // Those with which the iteration did not settle have lost their weight already.
@@ -122,9 +123,17 @@ void PlaneAdjustment::Data::leaveOutSuspects() {
     }
     leftOut.push_back(entry);
     engine.suspectNumbers.clear();
+    auto const tell = std::exchange(engine.tell, nullptr);
     judge();
+    engine.tell = tell;
   }
   result.leftOut = leftOut;
+  if (leftOut.empty()) return;
+  if (!result.suspectedControl.empty()) {
+    result.suspectedControl.clear();
+    tellControl(suspectedControl());
+  }
+  engine.tellSuspects();
 }
 
 }  // namespace kvn

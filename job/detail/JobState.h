@@ -24,8 +24,9 @@ namespace kvn::detail {
 
 /// What was found out about a file beside what went into the project.
 struct OpenedFile {
-  FieldTextCheck text;       ///< of field jobs and project files
-  FieldReduction reduction;  ///< of rows; its observations are below
+  FieldTextCheck text;                     ///< of field jobs and project files
+  std::vector<FieldFinding> toldFindings;  ///< on the text of a network file, which its reader has told as messages
+  FieldReduction reduction;                ///< of rows; its observations are below
   /// Every observation by itself, with its line, of rows and of a network file read with care. They belong to the
   /// network of the project as long as that has this mark: a host may have edited its lines since.
   PlaneNetwork observations;

@@ -98,6 +98,14 @@ TEST(RobustAdjustments, FindTheTruthBesidePlantedErrors) {
   std::vector<Planted> const cases = {
       {"one direction", [&](Grid& g) { turn(g, 12, 13, 400.0); }, {{12, 13}}, {}},
       {"a distance", [&](Grid& g) { lengthen(g, 7, 12, -0.3); }, {}, {{7, 12}}},
+      // Of which Huber's weights keep a hundredth and less, with a pull of 2.5 standard errors.
+      {"far errors",
+       [&](Grid& g) {
+         lengthen(g, 7, 12, 8.0);
+         turn(g, 12, 13, 20000.0);
+       },
+       {{12, 13}},
+       {{7, 12}}},
       {"a leg at both ends",
        [&](Grid& g) {
          lengthen(g, 6, 7, 0.2);
@@ -125,9 +133,10 @@ TEST(RobustAdjustments, FindTheTruthBesidePlantedErrors) {
   kvn::PlaneSettings free;
   free.datum = kvn::PlaneSettings::Datum::Free;
   for (Planted const& c : cases) {
-    for (kvn::PlaneSettings const& settings : {fixed, aPriori, free}) {
+    for (auto const& [settings, controlError] : {std::pair(fixed, 0.0), {aPriori, 0.0}, {free, 0.0}, {fixed, 0.005}}) {
       SCOPED_TRACE(c.what);
       Grid grid(5, 3);
+      for (auto& point : grid.network.points) point.error = point.isKnown ? controlError : 0.0;
       c.plant(grid);
       kvn::PlaneResult const robust = adjusted(grid.network, settings, true);
       EXPECT_LT(grid.worst(robust), kGood);
@@ -144,6 +153,13 @@ TEST(RobustAdjustments, FindTheTruthBesidePlantedErrors) {
       };
       EXPECT_EQ(goneOf(robust.directions) + goneOf(robust.distances),
                 std::ptrdiff_t(c.directions.size() + c.distances.size()));
+      double redundancy = 0.0;
+      for (auto const* list : {&robust.directions, &robust.distances}) {
+        for (kvn::PlaneObservation const& o : *list) redundancy += o.weight > 0.0 ? o.redundancy : 0.0;
+      }
+      // Known coordinates with an error are observations too, and make the promised errors larger.
+      if (controlError > 0.0) continue;
+      EXPECT_NEAR(redundancy, robust.redundancy, 1e-6) << "the weights are those of the solution";
       kvn::PlaneSettings honest = settings;
       honest.unitWeight = kvn::PlaneSettings::UnitWeight::APriori;  // a large unit weight error would excuse the rest
       EXPECT_GT(grid.worst(adjusted(grid.network, honest, false)), kGood);
@@ -151,7 +167,7 @@ TEST(RobustAdjustments, FindTheTruthBesidePlantedErrors) {
   }
 }
 
-// 1,152 observations. Of 100 good ones one loses a part of its weight.
+// 1,088 observations. Of 100 good ones one loses a part of its weight.
 TEST(RobustAdjustments, HardlyTouchACleanNetwork) {
   for (unsigned seed = 1; seed <= 5; ++seed) {
     Grid const grid(9, seed);

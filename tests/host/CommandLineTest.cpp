@@ -56,6 +56,7 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "net.in2", "--method", "open", "--control-error", "1"}, 2, "--control-error is for least squares"},
       {{"adjust", "net.in2", "--force"}, 2, "--force is for a traverse, read with care"},
       {{"adjust", "net.in2", "--method", "closed", "--allowed-angle", "-1"}, 2, "--allowed-angle goes from 0 to 1"},
+      {{"heights", "job.txt", "--as-read", "--zenith-error", "5"}, 2, "--zenith-error does not go with --as-read"},
       {{"show", "net.in2", "--encoding", "GBX"}, 2, "unknown encoding: GBX"},
       {{"show", "net.in2", "--encoding", "UTF-16"}, 2, "not an 8-bit encoding: UTF-16"},
       {{"adjust", "net.in2", "--method", "closed"}, 1, "kelvane: net.in2: Known points are not enough: P ("},

@@ -234,6 +234,31 @@ TEST(EveryObservation, NamesAGrossErrorInItsUnitAndMarksItsRow) {
   EXPECT_THAT(text, HasSubstr(" at 95 %: fails\n"));
 }
 
+TEST(EveryObservation, SuspectsBetweenOnePairOfPointsHaveTheirOwnLinesAndAreToldOnce) {
+  Program const program;
+  // The braced square; of four distances from A to C those of lines 8 and 10 are wrong.
+  program.write("net.in2",
+                "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nC,L,315\nD,L,270\nC,S,141.92136\nC,S,141.42336\nC,S,141.12136\n"
+                "C,S,141.41936\nD,S,100\nB\nA,L,0\nD,L,45\nC,L,90\nC,S,100\nD,S,141.42136\nC\nB,L,0\nA,L,45\n"
+                "D,L,90\nD,S,100\nD\nC,L,0\nB,L,45\nA,L,90\n");
+  Json::Value const json = adjusted(program, "net.in2");
+  auto const linesOf = [](Json::Value const& list, std::string const& says) {
+    std::set<int> lines;
+    for (Json::Value const& entry : list) {
+      if (entry["text"].asString().rfind(says, 0) == 0) lines.insert(entry["line"].asInt());
+    }
+    return lines;
+  };
+  std::set<int> const wrong{8, 10};
+  EXPECT_EQ(linesOf(json["suspects"], ""), wrong);
+  EXPECT_EQ(linesOf(json["findings"], "suspected gross error"), wrong);
+  Json::Value const without = adjusted(program, "net.in2", {"--leave-out"});
+  EXPECT_EQ(without["leftOut"].size(), 2U);
+  EXPECT_EQ(without["suspects"].size(), 0U);
+  EXPECT_EQ(linesOf(without["findings"], "left out: the distance, observed 0."), wrong);
+  EXPECT_EQ(without["messages"].size(), 1U);
+}
+
 TEST(EveryObservation, TellsWhatToLookAtFirstInTheTextTheJsonAndOnceBesideThem) {
   Program const program;
   // C to A is 0.1 m too long, and what A and D measure of each other differs by 14 mm.

@@ -2,6 +2,7 @@
 #include "Folder.h"
 
 #include <gmock/gmock.h>
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <random>
@@ -112,6 +113,35 @@ TEST_F(JobWarnings, CompareBothEndsByTheErrorsOfTheJob) {
     EXPECT_EQ(findings[0].line, 9);
     EXPECT_NEAR(findings[0].cost, 0.5 * (c.back - 100.0), 1e-9);
   }
+}
+
+TEST_F(JobWarnings, TellWhatTheReaderOfANetworkPassesOverWithItsLine) {
+  job.open(written("net.in2", std::string(test::kFirstNetwork) + "D,12OO,1200\nK,1.5,-2x\n"));
+  auto const behind = found(Job::FileTold, "something stands behind the number: -2x");
+  ASSERT_EQ(behind.size(), 1U);
+  EXPECT_EQ(behind[0].line, 13);
+  std::vector<FieldFinding> const all = job.findings();
+  EXPECT_EQ(std::count_if(all.begin(), all.end(), [](FieldFinding const& f) { return f.line == 12; }), 1);
+  EXPECT_EQ(host.messages.size(), 2U);
+  job.open(written("good.in2", test::kFirstNetwork));
+  EXPECT_THAT(job.findingsOf(Job::FileTold), IsEmpty());
+}
+
+TEST_F(JobWarnings, NameKnownPointsThatApproximateCoordinatesPutElsewhere) {
+  job.open(written("net.in2", test::kFirstNetwork));
+  std::vector<CoordinatePointInfo> points(3);
+  for (std::size_t i = 0; i < points.size(); ++i) points[i].name = std::string(1, "ABP"[i]);
+  points[0].N = 1000.9;
+  points[1].N = 1000.0;
+  points[2].N = 1100.0;
+  points[0].E = points[2].E = 1000.0;
+  points[1].E = 1201.1;
+  job.setApproximate(points);
+  job.adjust();
+  auto const told = [](auto const& message) {
+    return message.first.startsWith("Known points whose approximate") && message.first.endsWith("which count: B");
+  };
+  EXPECT_EQ(std::count_if(host.messages.begin(), host.messages.end(), told), 1);
 }
 
 TEST_F(JobWarnings, NameWhatMayBeOnePointUnderTwoNames) {
