@@ -19,10 +19,6 @@
 namespace kvn {
 namespace {
 
-// Millimetres and parts per million of a project's settings.
-constexpr double kMillimetre = 1e-3;
-constexpr double kMillionth = 1e-6;
-
 QString reasonText(LeftOutSight::Reason reason) {
   switch (reason) {
     case LeftOutSight::NoStation:
@@ -67,13 +63,13 @@ void tellContradicted(std::vector<std::string> const& stations) {
   throw JobException(file, "no line connects these points to a known height: " + listedNames(names));
 }
 
-HeightErrors errorsOf(detail::JobState const& state) {
-  Configure const& configure = state.project->getConfigure();
+HeightErrors errorsOfSights(detail::JobState const& state) {
+  ObservationErrors const plane = detail::observationErrors(state);
   HeightErrors errors;
-  errors.zenithSeconds = state.heights.zenithError.value_or(double(configure.AngleError));
-  errors.distanceFixed = double(configure.LineFixedError) * kMillimetre;
-  errors.distanceProportional = double(configure.LineProportionError) * kMillionth;
-  errors.form = state.plane.distanceForm;
+  errors.zenithSeconds = state.heights.zenithError.value_or(plane.directionSeconds);
+  errors.distanceFixed = plane.distanceFixed;
+  errors.distanceProportional = plane.distanceProportional;
+  errors.form = plane.form;
   errors.height = state.heights.heightError;
   errors.refraction = detail::refractionOf(state);
   errors.refractionError = state.heights.refractionError;
@@ -100,7 +96,7 @@ void adjustSights(detail::JobState& state, HeightReduction reduction, utils::IPr
     if (point.isKnown && point.height == 0.0) tellKnownHeightOfZero(point.name);
   }
   tellContradicted(reduction.contradicted);
-  reduceSights(network, errorsOf(state));
+  reduceSights(network, errorsOfSights(state));
   for (HeightNetwork::SetUp& setUp : network.setUps) state.opened.placeLine(setUp.origin);
   for (HeightNetwork::Sight& sight : network.sights) state.opened.placeLine(sight.origin);
   HeightSettings settings;

@@ -1,6 +1,7 @@
 // Trigonometric heights in which every sight counts for itself: against an independent solution, closed forms, and what
 // is true.
 #include "adjust/HeightAdjustment.h"
+#include "adjust/Networks.h"
 #include "core/AlgorithmException.h"
 
 #include <gmock/gmock.h>
@@ -12,9 +13,9 @@
 
 namespace {
 
+using test::kSecondsPerRadian;
 using Suspect = kvn::HeightSuspect;
 constexpr double kEarthRadius = 6371393.0;
-constexpr double kSecondsPerRadian = 206264.80624709636;
 constexpr double kRightAngle = 1.57079632679489662;
 
 /// Points on a hillside; the first ones known. Every point is a station and sights its neighbours.
