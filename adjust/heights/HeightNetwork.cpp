@@ -97,7 +97,7 @@ class SightList {
       sight.setUp = static_cast<int>(result.network.setUps.size()) - 1;
       sight.targetHeight = row.instrument;
       sight.origin.row = static_cast<int>(i);
-      open.push_back(std::move(sight));
+      open.push_back(sight);
       readings.emplace_back();
       targetNames.push_back(row.name);
     }
@@ -135,7 +135,7 @@ class SightList {
         sight.slope = other->second.first / other->second.second / std::cos(elevation);
       }
       sight.target = numberOf(targetNames[s]);
-      result.network.sights.push_back(std::move(sight));
+      result.network.sights.push_back(sight);
     }
     open.clear();
     readings.clear();
