@@ -206,7 +206,7 @@ void HeightAdjustment::Data::prepareNormals() {
   detail::NormalEquations::Pattern pattern;
   pattern.blockSizes.assign(index(unknowns()), 1);
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
-    double a[4];
+    double a[4] = {};
     int at[4] = {-1, -1, -1, -1};
     int const count = equationOf(s, a, at);
     pattern.cliques.push_back({at[0], at[1], at[2]});
@@ -221,8 +221,8 @@ void HeightAdjustment::Data::solve() {
   poll();
   normals->clear();
   for (Held& h : held) h.weight = 0.0;
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     HeightNetwork::Sight const& sight = network.sights[s];
     int const count = equationOf(s, a, at);
@@ -266,8 +266,8 @@ void HeightAdjustment::Data::takeResiduals() {
 /// of the others leaves of its own equations.
 void HeightAdjustment::Data::takeHeld() {
   for (Held& h : held) h.moment = 0.0;
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     if (isOut[s]) continue;
     int const count = equationOf(s, a, at);
@@ -339,9 +339,9 @@ void HeightAdjustment::Data::judge(HeightTest& test, double size, double sensiti
 void HeightAdjustment::Data::takeSights() {
   Effort effort(poll);
   result.sights.resize(network.sights.size());
-  double a[4];
-  int at[4];
-  double q[16];
+  double a[4] = {};
+  int at[4] = {};
+  double q[16] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     effort.step();
     int const count = equationOf(s, a, at);
@@ -391,8 +391,8 @@ void HeightAdjustment::Data::findUnchecked() {
     shift[index(held[h].unknown)] = anySize() / std::sqrt(held[h].weight);
     hasUnchecked = true;
   }
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     int const count = equationOf(s, a, at);
     double error = 0.0;

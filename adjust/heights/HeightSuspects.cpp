@@ -28,8 +28,8 @@ double HeightAdjustment::Data::Candidate::test() const { return std::abs(moment)
 std::vector<HeightAdjustment::Data::Candidate> HeightAdjustment::Data::candidates() const {
   detail::Effort effort(poll);
   std::vector<Candidate> all;
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     effort.step();
     if (isOut[s]) continue;
@@ -84,8 +84,8 @@ void HeightAdjustment::Data::findSuspects() {
 /// changes the sights by e.
 std::vector<double> HeightAdjustment::Data::covariancesWith(Candidate const& candidate) const {
   std::vector<double> change(network.sights.size(), 0.0);
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   if (candidate.kind == HeightSuspect::Sight) {
     change[candidate.number] = 1.0;
   } else {
@@ -116,8 +116,8 @@ void HeightAdjustment::Data::findAlternatives(HeightSuspect& suspect, Candidate 
                                               std::vector<Candidate> const& all) const {
   std::vector<double> const ofSights = covariancesWith(candidate);
   std::vector<double> ofHeld(held.size(), 0.0);
-  double a[4];
-  int at[4];
+  double a[4] = {};
+  int at[4] = {};
   for (std::size_t s = 0; s < ofSights.size(); ++s) {
     int const count = equationOf(s, a, at);
     for (int r = 0; r < count; ++r) {

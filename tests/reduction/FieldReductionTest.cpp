@@ -357,7 +357,7 @@ TEST(BothEnds, AreToldOfOneGoodLineIn370) {
   std::normal_distribution<double> normal;
   constexpr double kCentring = 0.001;
   kvn::PlaneNetwork network;
-  network.points.resize(2 * 20000);
+  network.points.resize(40000);
   for (int line = 0; line < 20000; ++line) {
     double const length = 20.0 + line % 500;
     for (int end : {0, 1}) network.distances.push_back({2 * line + end, 2 * line + 1 - end, length, 0.0, 1 + line % 3});
