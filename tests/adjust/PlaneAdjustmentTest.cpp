@@ -353,7 +353,7 @@ TEST(PlaneAdjustments, TakeObservationsOutAndPutThemBack) {
         }
       };
       // All directions of the set-up on P4, which then has no orientation, and a distance.
-      std::size_t const first = 4 * 8;
+      std::size_t const first = 32;
       for (std::size_t d = first; d < first + 8; ++d) again.setDirectionUsed(d, false);
       again.setDistanceUsed(20, false);
       kvn::PlaneResult const less = again.adjustAgain();
