@@ -13,7 +13,6 @@
 
 namespace {
 
-using kvn::AlgorithmData;
 using kvn::Network;
 using kvn::TraverseAdjust;
 using kvn::UnplacedPoint;

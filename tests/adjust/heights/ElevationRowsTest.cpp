@@ -11,6 +11,7 @@ using namespace test;
 
 std::vector<LeftOutSight::Reason> reasonsOf(std::vector<LeftOutSight> const& sights) {
   std::vector<LeftOutSight::Reason> reasons;
+  reasons.reserve(sights.size());
   for (LeftOutSight const& sight : sights) reasons.push_back(sight.reason);
   return reasons;
 }
