@@ -10,8 +10,6 @@
 namespace kvn {
 namespace {
 
-// Far beyond what a-priori errors that were set too small explain.
-constexpr double kDoubtfulUnitError = 20.0;
 // Standard errors by which two measurements of one difference may differ.
 constexpr double kApart = 3.0;
 
@@ -28,7 +26,7 @@ class Findings {
 
   std::vector<FieldFinding> run() {
     addSuspects();
-    if (result.hasRedundancy && result.unitError > kDoubtfulUnitError) {
+    if (result.hasRedundancy && result.unitError > detail::kDoubtfulUnitError) {
       add({}, {},
           "The unit weight error of the heights is far above 1: a gross error, or known heights that do not fit", 0.0);
     }

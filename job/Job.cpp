@@ -101,10 +101,7 @@ void detail::send(QString const& text, MessType type) {
 
 void detail::sendWarning(QString const& text) { send(text, Warning); }
 
-void detail::sendInfo(QString const& text) {
-  System const* const system = System::Instance();
-  if (system != nullptr) system->sendMessage(text, Info);
-}
+void detail::sendInfo(QString const& text) { send(text, Info); }
 
 void detail::throwNaming(QString const& file, Network const& network) {
   try {

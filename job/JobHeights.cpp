@@ -204,6 +204,8 @@ void detail::adjustHeightsBeside(JobState& state, utils::IProcessCancel const& c
     adjustSights(state, std::move(reduction), cancel);
   } catch (JobException const& failure) {
     send(QString("No heights: %1").arg(failure.text), Warning);
+  } catch (AlgorithmException const& failure) {
+    send(QString("No heights: %1").arg(worded(failure, Network())), Warning);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "adjust/HeightAdjustment.h"
 
 #include "adjust/heights/HeightAdjustmentData.h"
+#include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/Quantiles.h"
 #include "core/AlgorithmException.h"
@@ -69,7 +70,7 @@ void HeightAdjustment::Data::requireSound() const {
   auto const isPoint = [this](int number) { return number >= 0 && number < pointCount(); };
   auto const refuse = [](std::string const& name) { throw AlgorithmException(AlgorithmException::DataError, name); };
   for (HeightNetwork::Point const& point : network.points) {
-    if (point.isKnown && !std::isfinite(point.height)) refuse(point.name);
+    if (point.isKnown && !detail::isPresent(point.height)) refuse(point.name);
   }
   for (HeightNetwork::SetUp const& setUp : network.setUps) {
     if (!isPoint(setUp.station)) refuse("Data error");
@@ -77,7 +78,7 @@ void HeightAdjustment::Data::requireSound() const {
   for (HeightNetwork::Sight const& sight : network.sights) {
     bool const isThere = sight.setUp >= 0 && index(sight.setUp) < network.setUps.size() && isPoint(sight.target);
     if (!isThere) refuse("Data error");
-    bool const isUsable = std::isfinite(sight.difference) && sight.error > 0.0 && std::isfinite(sight.error) &&
+    bool const isUsable = detail::isPresent(sight.difference) && sight.error > 0.0 && std::isfinite(sight.error) &&
                           network.setUps[index(sight.setUp)].station != sight.target;
     if (!isUsable) refuse(network.points[index(sight.target)].name);
   }

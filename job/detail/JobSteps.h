@@ -72,7 +72,6 @@ std::vector<FieldFinding> findingsToldBy(PlaneAdjustment const& run);
 std::vector<FieldFinding> findingsOnResult(JobState const& state, PlaneAdjustment const& run);
 /// Where the observations fit the known points badly, or not at all, but well with north and east exchanged.
 ///
-///
 /// @param run          finished or failed; another one is made only where it has failed or fits badly.
 /// @param isCancelled  may be empty; ends that one as it ends an adjustment.
 std::optional<FieldFinding> findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,

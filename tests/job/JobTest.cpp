@@ -156,6 +156,17 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   EXPECT_EQ(coordinate(again, "P").Z, coordinate(job, "P").Z);
 }
 
+TEST_F(JobInFolder, GivesThePlaneWhereHeightsCannotBeUsed) {
+  std::string const book = test::kFieldBook;
+  std::string const height = "STA,A,";
+  std::size_t const at = book.find(height) + height.size();
+  std::string const broken = book.substr(0, at) + "1e30" + book.substr(book.find(',', at));
+  job.open(written("broken.txt", broken.c_str()));
+  job.adjust();
+  EXPECT_NE(job.planeAdjustment(), nullptr);
+  EXPECT_EQ(job.heightAdjustment(), nullptr);
+}
+
 TEST_F(JobInFolder, SavesEveryKindThatCanHoldItAndNothingElse) {
   job.open(written("book.txt", test::kFieldBook));
   for (QString const& kind : Job::writableKinds()) {
