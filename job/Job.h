@@ -130,7 +130,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   void openApproximate(QString const& path);
 
   /// Adjusts the job by the settings of its project: `Configure::AdjustMethod` 0 by least squares, 1 to 3 as an open,
-  /// connecting or closed traverse.
+  /// connecting or closed traverse and, read with care, 4 as whatever traverses the file holds. The result of 1 to 4 is
+  /// `traverses` as well; `setTraverseOptions` says how their misclosures are judged.
   ///
   /// By least squares, read with care, each observation of the file counts by itself: each line of a network file, with
   /// a set-up for each of its station lines; of a field book the means of each set-up's rounds. Where the host has

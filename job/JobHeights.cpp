@@ -166,7 +166,7 @@ void adjustLines(detail::JobState& state) {
   adjustment->setTriangleHeightDataConvert(lines);
   adjustment->heightLSAdjust();
   project.setTriangleHeightAdjust(std::move(adjustment));
-  state.heightLines = std::move(lines);
+  state.heightLines = lines;
   state.heightRun.reset();
   state.heightFindings.clear();
 }
