@@ -161,7 +161,7 @@ TEST_F(JobInFolder, GivesThePlaneWhereHeightsCannotBeUsed) {
   std::string const height = "STA,A,";
   std::size_t const at = book.find(height) + height.size();
   std::string const broken = book.substr(0, at) + "1e30" + book.substr(book.find(',', at));
-  job.open(written("broken.txt", broken.c_str()));
+  job.open(written("broken.txt", broken));
   job.adjust();
   EXPECT_NE(job.planeAdjustment(), nullptr);
   EXPECT_EQ(job.heightAdjustment(), nullptr);
