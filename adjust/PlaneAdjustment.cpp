@@ -155,9 +155,13 @@ void PlaneAdjustment::Data::takeCalls() {
 }
 
 void PlaneAdjustment::Data::run() {
-  number();
-  place();
-  iterate();
+  if (isFree()) {
+    runFree();
+  } else {
+    number();
+    place();
+    iterate();
+  }
   finish();
 }
 
@@ -309,6 +313,7 @@ void PlaneAdjustment::Data::place() {
       engine.placePoints(hasDistances ? PlaneEngine::Walk::ByDistances : PlaneEngine::Walk::ByTriangles);
   if (!isPlaced) throw AlgorithmException(AlgorithmException::KnownPointNotEnough, "No enough data");
   engine.x0y0 = engine.xy;
+  datumPlaces = engine.xy;
   addCentring();
 }
 

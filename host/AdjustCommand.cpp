@@ -97,15 +97,6 @@ std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<Field
   return all;
 }
 
-/// What is worth a look; notes say that nothing is wrong.
-Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
-  Json::Value list(Json::arrayValue);
-  for (FieldFinding const& finding : findings) {
-    if (finding.severity != FieldFinding::Note) list.append(toJson(finding));
-  }
-  return list;
-}
-
 void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
   PlaneAdjustment const& run = *session.job().planeAdjustment();
   PlaneReport finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);

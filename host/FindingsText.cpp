@@ -1,6 +1,7 @@
 #include "FindingsText.h"
 
 #include "Output.h"
+#include "RecordJson.h"
 
 namespace kvn::host {
 
@@ -8,6 +9,14 @@ QString findingsText(std::vector<FieldFinding> const& findings) {
   QString text;
   for (QString const& line : warningLines(findings)) text += "  " + printable(line) + '\n';
   return text.isEmpty() ? text : "\nTo look at first\n" + text;
+}
+
+Json::Value findingsJson(std::vector<FieldFinding> const& findings) {
+  Json::Value list(Json::arrayValue);
+  for (FieldFinding const& finding : findings) {
+    if (finding.severity != FieldFinding::Note) list.append(toJson(finding));
+  }
+  return list;
 }
 
 }  // namespace kvn::host

@@ -1,7 +1,8 @@
-// What to look at first, for the head of a report.
+// What to look at first, for the head of a report and for JSON.
 #pragma once
 
 #include <Kelvane.h>
+#include <json/value.h>
 #include <QString>
 #include <vector>
 
@@ -9,5 +10,7 @@ namespace kvn::host {
 
 /// The warnings, in their order, each a line below a title; those of one kind together. Empty where there is none.
 QString findingsText(std::vector<FieldFinding> const& findings);
+/// What is worth a look; notes say that nothing is wrong.
+Json::Value findingsJson(std::vector<FieldFinding> const& findings);
 
 }  // namespace kvn::host

@@ -1,6 +1,7 @@
 // plan: how good the results of a network will be, before it is measured.
 #include "Commands.h"
 #include "Failures.h"
+#include "FindingsText.h"
 #include "Options.h"
 #include "Output.h"
 #include "PlaneReport.h"
@@ -18,10 +19,12 @@ int runPlan(QStringList const& arguments) {
     PlaneAdjustment const& planned = session.job().plan();
     PlaneReport const finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), planned,
                                PlaneReport::Kind::Planned);
+    std::vector<FieldFinding> findings = session.job().findingsOf(Job::AdjustmentRun | Job::FileTold);
+    sortByCost(findings);
     if (options->json) {
-      finished.writeJson(Json::Value(Json::arrayValue), session.messages().take(), printBytes);
+      finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
     } else {
-      finished.writePlanText(printBytes);
+      finished.writePlanText(findings, printBytes);
     }
     finishPrinting();
     return Done;

@@ -28,7 +28,7 @@ class PlaneReport {
   /// Head, findings, points, error ellipses, directions, distances: what is looked at first stands first.
   void writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
   /// The same of a plan.
-  void writePlanText(TextSink const& sink) const;
+  void writePlanText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
   /// The same values with all their digits, and what was found and told beside them.
   void writeJson(Json::Value const& findings, Json::Value const& messages, TextSink const& sink) const;
 
@@ -66,6 +66,7 @@ class PlaneReport {
   QString headText() const;
   QString planHeadText() const;
   QString robustText() const;
+  QString datumText() const;   ///< of a free network
   QString errorsText() const;  ///< a-priori
   QString observationsText() const;
   std::string stationText(Circle const& circle) const;  ///< with the number of the set-up where there are several

@@ -171,14 +171,15 @@ void PlaneReport::writePoints(JsonStream& json) const {
   json.endArray();
 }
 
-/// Of given coordinates that are observations, by how much they are adjusted; of those that do not fit, where the point
-/// would lie if it were free.
+/// Of given coordinates that are observations, and of those that a free network is laid on, by how much they are
+/// adjusted; of those that do not fit, where the point would lie if it were free.
 void PlaneReport::writeMoved(JsonStream& json, std::size_t p) const {
   PlaneNetwork::Point const& given = network.points[p];
-  if (!given.isKnown || isFree()) return;
+  if (!given.isKnown) return;
   PlaneControl const* const tested = controlOf(p);
   bool const isSuspected = isSuspectedControl(p);
-  if (!isWeighted() && !isSuspected) return;
+  bool const isShifted = isFree() && !isPlan();
+  if (!isWeighted() && !isSuspected && !isShifted) return;
   json.member("moved").beginObject();
   json.member("east").number(isSuspected ? tested->east : result.points[p].y - given.y);
   json.member("north").number(isSuspected ? tested->north : result.points[p].x - given.x);

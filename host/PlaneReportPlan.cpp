@@ -1,12 +1,14 @@
 // A plan as text.
+#include "FindingsText.h"
 #include "Format.h"
 #include "PlaneReport.h"
 #include "TextTable.h"
 
 namespace kvn::host {
 
-void PlaneReport::writePlanText(TextSink const& sink) const {
+void PlaneReport::writePlanText(std::vector<FieldFinding> const& findings, TextSink const& sink) const {
   sink(planHeadText().toStdString());
+  sink(findingsText(findings).toStdString());
   writePointTable(sink);
   writeEllipseTable(sink);
   writePlannedDirections(sink);
@@ -21,7 +23,7 @@ QString PlaneReport::planHeadText() const {
       {"Redundancy", QString::number(result.redundancy)},
       {"Errors of results", "by the a-priori unit weight error, 1"},
   };
-  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", "free: the known points are not held"});
+  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", datumText()});
   return QString("Plan of %1\n\n").arg(printable(file)) + labelled(lines);
 }
 

@@ -46,12 +46,16 @@ QString PlaneReport::headText() const {
                              : QString("- (nothing is redundant)");
     lines.push_back({"Unit weight error of heights", text});
   }
-  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", "free: the known points are not held"});
+  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", datumText()});
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
   }
   if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {"Robust weights", robustText()});
   return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
+}
+
+QString PlaneReport::datumText() const {
+  return countKnown() >= 2 ? "free: laid on the known points, none of which is held" : "free: laid on all points";
 }
 
 QString PlaneReport::errorsText() const {
@@ -240,22 +244,26 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
   writeTitled("Distances", table, sink);
 }
 
-/// Of given coordinates that are observations.
+/// Of given coordinates that are observations, or that a free network is laid on.
 void PlaneReport::writeControlTable(TextSink const& sink) const {
-  if (!isWeighted() || countKnown() == 0) return;
-  TextTable table({{"Point", TextTable::Left},
-                   {"v north [mm]", TextTable::Right},
-                   {"v east [mm]", TextTable::Right},
-                   {"test", TextTable::Right},
-                   {"", TextTable::Left}});
+  if (!(isWeighted() || isFree()) || countKnown() == 0) return;
+  std::vector<TextTable::Column> columns{{"Point", TextTable::Left},
+                                         {isFree() ? "North [mm]" : "v north [mm]", TextTable::Right},
+                                         {isFree() ? "East [mm]" : "v east [mm]", TextTable::Right}};
+  if (isWeighted()) columns.insert(columns.end(), {{"test", TextTable::Right}, {"", TextTable::Left}});
+  TextTable table(columns);
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     PlaneNetwork::Point const& given = network.points[p];
     if (!given.isKnown) continue;
+    std::vector<std::string> cells{utf8Of(given.name), millimetresText(result.points[p].x - given.x),
+                                   millimetresText(result.points[p].y - given.y)};
     double const test = controlOf(p) == nullptr ? std::nan("") : controlOf(p)->test;
-    table.addUtf8({utf8Of(given.name), millimetresText(result.points[p].x - given.x),
-                   millimetresText(result.points[p].y - given.y), ratioText(test), test > 1.0 ? "*" : ""});
+    if (isWeighted()) cells.insert(cells.end(), {ratioText(test), test > 1.0 ? "*" : ""});
+    table.addUtf8(cells);
   }
-  writeTitled("Known points (v adjusted minus given, test of both coordinates: * above 1, too large)", table, sink);
+  writeTitled(isFree() ? "Known points (shifts from their given coordinates)"
+                       : "Known points (v adjusted minus given, test of both coordinates: * above 1, too large)",
+              table, sink);
 }
 
 void PlaneReport::writeScatterTable(TextSink const& sink) const {

@@ -62,7 +62,7 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     RowChecks = 4,         ///< marks of the row checks; a `Note` for each pair of faces
     NetworkChecks = 8,     ///< ends of a line that differ; points that hang loose
     AdjustmentStart = 16,  ///< what a least-squares adjustment would run into; costs as much as one
-    AdjustmentRun = 32,    ///< what the last careful run by least squares found out; costs nothing
+    AdjustmentRun = 32,    ///< what the last careful run or plan found out; costs nothing
     HeightRun = 64,        ///< the same of heights
     FileTold = 128         ///< what `open` has told of the lines of a network file
   };
@@ -165,7 +165,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
 
   /// What the results of the job would be worth, before anything is measured: `PlaneAdjustment::plan` with the
   /// observations of the file, whatever their readings, at the coordinates of `setApproximate`; known points keep their
-  /// own. The errors are those of the settings and of `planeOptions`. A `Warning` names the points that nothing checks.
+  /// own. The errors are those of the settings and of `planeOptions`. A `Warning` names the points that nothing checks;
+  /// `findingsOf(AdjustmentRun)` has them too.
   /// @return good until the next call or the next file.
   /// @throws JobException as `adjust`, and with the names of points that have no coordinates.
   PlaneAdjustment const& plan();

@@ -32,6 +32,7 @@ void detail::planNetwork(JobState& state, utils::IProcessCancel const& cancel) {
   run->setProgressCall({});
   run->setCancelCall({});
   tellUnchecked(*run);
+  state.runFindings = findingsToldBy(*run);
   state.planned = std::move(run);
 }
 

@@ -1,4 +1,5 @@
 // What an adjustment's result says that a surveyor should look at, with what it may cost.
+#include "adjust/engine/FreeDatum.h"
 #include "core/Project.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
@@ -25,7 +26,7 @@ constexpr double kFitsBetter = 10.0;
 // Rounds of the trial with exchanged coordinates: a network that fits settles in a few.
 constexpr int kTrialRounds = 30;
 // Two known points can be exchanged without a trace: the network turns. From three on it would have to be mirrored.
-constexpr int kLeastOfMirror = 3;
+constexpr std::size_t kLeastOfMirror = 3;
 // Approximate coordinates farther from the adjusted place are those of another place, metres.
 constexpr double kFarOff = 1000.0;
 
@@ -160,13 +161,13 @@ void addUnobservedTwins(Project const& project, PlaneAdjustment const& run, std:
   }
 }
 
-/// Against the coordinates that the network gives for a new point, else those of the project's list.
+/// Against the coordinates that the network gives for a point, else those of the project's list. A known point is far
+/// off in a free network alone.
 void addFarOff(Project const& project, PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
   std::unordered_map<std::string, CoordinatePointInfo const*> listed;
   for (CoordinatePointInfo const& point : project.getCoordinatePointList()) listed.emplace(point.name, &point);
   for (std::size_t p = 0; p < run.network().points.size(); ++p) {
     PlaneNetwork::Point const& point = run.network().points[p];
-    if (point.isKnown) continue;
     double x = point.x;
     double y = point.y;
     if (!std::isfinite(x + y)) {
@@ -246,16 +247,50 @@ std::vector<FieldFinding> detail::findingsOnResult(JobState const& state, PlaneA
   return findings;
 }
 
+/// A free network fits itself whatever its known points are; how far these are from it tells.
+std::optional<FieldFinding> detail::findingOnExchangeOfFree(PlaneAdjustment const& run) {
+  PlaneResult const& result = run.result();
+  std::vector<double> adjusted;
+  std::vector<double> given;
+  std::vector<double> exchanged;
+  std::vector<int> points;
+  for (std::size_t p = 0; p < result.points.size(); ++p) {
+    PlaneNetwork::Point const& point = run.network().points[p];
+    if (!point.isKnown) continue;
+    points.push_back(static_cast<int>(points.size()));
+    adjusted.insert(adjusted.end(), {result.points[p].x, result.points[p].y});
+    given.insert(given.end(), {point.x, point.y});
+    exchanged.insert(exchanged.end(), {point.y, point.x});
+  }
+  if (points.size() < kLeastOfMirror) return std::nullopt;
+  auto const largestShift = [&](std::vector<double> const& wanted) {
+    std::vector<double> laid = adjusted;
+    layOn(laid, wanted, points, run.network().distances.empty());
+    double largest = 0.0;
+    for (std::size_t i = 0; i < laid.size(); i += 2) {
+      largest = std::max(largest, std::hypot(laid[i] - wanted[i], laid[i + 1] - wanted[i + 1]));
+    }
+    return largest;
+  };
+  double const asGiven = largestShift(given);
+  double const asExchanged = largestShift(exchanged);
+  if (!(asGiven > kOneMark && asExchanged * kFitsBetter < asGiven)) return std::nullopt;
+  QString const text =
+      Messages::tr("The known points fit with north and east exchanged: shifts of up to %1 m instead of %2 m");
+  return warning({}, {}, text.arg(QString::number(asExchanged, 'f', 3), QString::number(asGiven, 'f', 3)), asGiven);
+}
+
 std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,
                                                       std::function<bool()> const& isCancelled) {
+  if (settings.datum == PlaneSettings::Datum::Free) return findingOnExchangeOfFree(run);
   PlaneNetwork network = run.network();
   // Without some of the observations the rest may fit anywhere.
   bool const hasResult = !run.result().points.empty() && !run.result().isWithoutSuspects;
   double const asGiven = run.result().unitError;
   bool const isBad = hasResult ? run.result().hasRedundancy && asGiven > kDoubtfulUnitError : mayFailByControl(run);
-  auto const known = std::count_if(network.points.begin(), network.points.end(),
-                                   [](PlaneNetwork::Point const& point) { return point.isKnown; });
-  if (!isBad || known < kLeastOfMirror || settings.datum == PlaneSettings::Datum::Free) return std::nullopt;
+  auto const known = static_cast<std::size_t>(std::count_if(
+      network.points.begin(), network.points.end(), [](PlaneNetwork::Point const& point) { return point.isKnown; }));
+  if (!isBad || known < kLeastOfMirror) return std::nullopt;
   double cost = 0.0;
   for (PlaneNetwork::Point& point : network.points) {
     std::swap(point.x, point.y);

@@ -654,5 +654,9 @@
         <source>The known points fit with north and east exchanged: unit weight error %1</source>
         <translation>已知点的北坐标与东坐标互换后与观测值相符：单位权中误差为 %1</translation>
     </message>
+    <message>
+        <source>The known points fit with north and east exchanged: shifts of up to %1 m instead of %2 m</source>
+        <translation>交换北坐标与东坐标后已知点相符：最大位移为 %1 m，而不是 %2 m</translation>
+    </message>
 </context>
 </TS>

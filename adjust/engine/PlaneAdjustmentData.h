@@ -46,7 +46,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   /// Of the same observations in a robust run, 0 to 1; empty in others.
   std::vector<double> robustWeights;
   std::vector<PlaneLeftOut> leftOut;
-  detail::FreeDatum datum;  ///< of a free network
+  detail::FreeDatum datum;          ///< of a free network
+  detail::Coordinates datumPlaces;  ///< where the points of a free network are wanted, those of the datum above all
 
   bool isFree() const { return settings.datum == PlaneSettings::Datum::Free; }
 
@@ -63,11 +64,14 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void place();
   void takeHints();
   void placeFirstPoints();
+  void placeByGeometry();
   double addCentring(double leastChange = 0.0);
   std::vector<bool> observedPoints() const;
 
   // Run.
   void run();
+  void runFree();
+  bool mayBeLedAstray(bool hasFailed) const;
   void finish();
   bool iterateAgain();
   void moveFor(std::vector<std::size_t> const& changed);

@@ -128,6 +128,8 @@ class PlaneEngine {
   /// Residuals of all observations about `xy`. @return the weighted sum of their squares, with the weights of the
   /// equations.
   double calculateResiduals();
+  /// The same of any coordinates, each station being turned so that its directions fit best.
+  double sumOfSquares(Coordinates const& at) const;
 
   /// Factors of x and y of i and j in the azimuth from i to j, seconds per metre. @return the azimuth, 0 to 2π.
   double azimuthFactors(int i, int j, double* a, int* at) const;
@@ -191,7 +193,6 @@ class PlaneEngine {
   double orientationOf(int station) const;
   bool agrees(int station, double orientation) const;
   double commonOrientation(Coordinates const& at, int station) const;
-  double sumOfSquares(Coordinates const& at) const;
   void shortenStep(Coordinates const& before);
   std::vector<int> const& eliminationOrder();
 

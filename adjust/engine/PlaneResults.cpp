@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <random>
 
 namespace kvn {
@@ -36,30 +35,6 @@ double product(double const* a, double const* q, double const* b, int count, int
 }
 
 }  // namespace
-
-std::vector<int> PlaneAdjustment::Data::datumPoints() const {
-  std::vector<int> points;
-  int const count = engine.network.known >= 2 ? engine.network.known : engine.network.points;
-  points.resize(index(count));
-  std::iota(points.begin(), points.end(), 0);
-  return points;
-}
-
-void PlaneAdjustment::Data::chooseHeldUnknowns() {
-  int const freedoms = engine.network.lines.empty() ? 4 : 3;
-  engine.heldUnknowns = detail::minimalConstraints(engine.x0y0, datumPoints(), freedoms);
-}
-
-/// The last round began and ended within 0.01 mm of the same figure, so that one more, at the place where the network
-/// comes to lie, moves nothing that shows.
-void PlaneAdjustment::Data::layOnDatum() {
-  detail::Coordinates wanted = engine.x0y0;
-  std::copy(engine.given.begin(), engine.given.end(), wanted.begin());
-  detail::layOn(engine.xy, wanted, datumPoints(), engine.network.lines.empty());
-  engine.buildNormals();
-  engine.holdKnownPoints();
-  if (!engine.solve()) fail();
-}
 
 void PlaneAdjustment::Data::takeResults() {
   engine.tellProgress(AdjustProgress::Results);

@@ -76,6 +76,8 @@ std::vector<FieldFinding> findingsOnResult(JobState const& state, PlaneAdjustmen
 /// @param isCancelled  may be empty; ends that one as it ends an adjustment.
 std::optional<FieldFinding> findingOnExchange(PlaneAdjustment const& run, PlaneSettings settings,
                                               std::function<bool()> const& isCancelled);
+/// The same of a free network, by the shifts of its known points.
+std::optional<FieldFinding> findingOnExchangeOfFree(PlaneAdjustment const& run);
 /// The points of a coordinate file. @throws JobException for what is no coordinate file, and as `requireUsable`.
 std::vector<CoordinatePointInfo> approximateOf(QString const& path);
 /// @throws JobException for coordinates that are no numbers and for a name in two places.

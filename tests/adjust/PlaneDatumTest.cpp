@@ -60,6 +60,50 @@ TEST(WeightedControl, TestsEachPointByTheCovariancesOfItsResiduals) {
   EXPECT_GT(result.control[1].reduction, result.control[0].reduction);
 }
 
+// What is asked of a free network is its figure. Wherever its known points lie, the residuals are the same.
+TEST(FreeNetwork, HasTheFigureOfItsObservationsWhateverItsKnownPointsSay) {
+  kvn::PlaneSettings settings;
+  settings.datum = kvn::PlaneSettings::Datum::Free;
+  struct Case {
+    char const* name;
+    bool isKnown;  ///< or approximate, of all points
+    double (*north)(double, double);
+    double (*east)(double, double);
+  };
+  auto const x = [](double north, double) { return north; };
+  auto const y = [](double, double east) { return east; };
+  for (Case const &c :
+       {Case{"exchanged", true, y, x}, Case{"approximate and exchanged", false, y, x},
+        Case{"too large a scale", true, [](double north, double) { return 1000.0 * north; },
+             [](double, double east) { return 1000.0 * east; }},
+        Case{"approximate and too large a scale", false, [](double north, double) { return 1000.0 * north; },
+             [](double, double east) { return 1000.0 * east; }},
+        Case{"all along a line", true, x, x}}) {
+    for (bool const hasDistances : {true, false}) {
+      SCOPED_TRACE(c.name);
+      kvn::PlaneNetwork network = figure(c.isKnown ? 4 : 0, 11);
+      if (!hasDistances) network.distances.clear();
+      kvn::PlaneAdjustment sound(network, settings);
+      sound.adjust();
+      for (kvn::PlaneNetwork::Point& point : network.points) {
+        double const north = point.x;
+        point.x = c.north(north, point.y);
+        point.y = c.east(north, point.y);
+      }
+      kvn::PlaneAdjustment adjustment(network, settings);
+      adjustment.setTellFindings(false);
+      kvn::PlaneResult const& result = adjustment.adjust();
+      EXPECT_TRUE(adjustment.suspects().empty());
+      EXPECT_EQ(result.redundancy, sound.result().redundancy);
+      // The iteration ends within 0.01 mm.
+      EXPECT_NEAR(result.unitError, sound.result().unitError, 1e-3);
+      for (std::size_t d = 0; d < result.distances.size(); ++d) {
+        EXPECT_NEAR(result.distances[d].residual, sound.result().distances[d].residual, 1e-5);
+      }
+    }
+  }
+}
+
 TEST(FreeNetwork, NamesThePointsThatCanMove) {
   kvn::PlaneNetwork network = figure(0, 3);
   // F, farther from A than all others, hangs on one distance, from C, which lies in its west.

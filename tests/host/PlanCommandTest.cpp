@@ -44,6 +44,9 @@ TEST(PlanCommand, PrintsWhatItsPageShows) {
   test::Run const run = program.run({"plan", "plan.in2", "--points", "points.dat"});
   EXPECT_EQ("$ kelvane plan plan.in2 --points points.dat\n" + run.out, blocks[2]);
   EXPECT_EQ(run.err, blocks[3]);
+  Json::Value const json = program.run({"plan", "plan.in2", "--points", "points.dat", "--json"}).json();
+  ASSERT_EQ(json["findings"].size(), 1U);
+  EXPECT_EQ(json["findings"][0]["targets"][0], "Q");
   program.write("plan.in2", blocks[0] + blocks[4]);
   test::Run const more = program.run({"plan", "plan.in2", "--points", "points.dat"});
   EXPECT_THAT(more.out, HasSubstr('\n' + blocks[5] + '\n'));

@@ -198,6 +198,17 @@ TEST_F(JobWarnings, SayThatTheKnownPointsFitWithNorthAndEastExchanged) {
       EXPECT_EQ(found(Job::AdjustmentStart, "north and east exchanged").size(), 1U);
     }
   }
+  // A free network fits itself; there its known points tell.
+  PlaneOptions options;
+  options.datum = PlaneSettings::Datum::Free;
+  job.setPlaneOptions(options);
+  for (bool const isExchanged : {true, false}) {
+    job.open(written("net.in2", SquareSite(4, 2, 1).text(isExchanged, true)));
+    job.adjust();
+    EXPECT_LT(job.planeAdjustment()->result().unitError, 2.0);
+    EXPECT_EQ(found(Job::AdjustmentRun, "exchanged: shifts of up to 0.00").size(), isExchanged ? 1U : 0U);
+  }
+  job.setPlaneOptions(PlaneOptions());
   // A gross error of a known point is none.
   std::string text = SquareSite(4, 2, 1).text(false, true);
   text.insert(text.find("K0,") + 3, "1");
