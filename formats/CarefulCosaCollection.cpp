@@ -76,6 +76,7 @@ bool readPlanned(detail::CosaReading& reading, utils::Pieces const& fields) {
   bool const isBoth = fields[1] == "LS";
   bool const hasDirection = isBoth || fields[1] == "L";
   bool const hasDistance = isBoth || fields[1] == "S";
+  if (fields[0].empty()) return false;
   if (hasDirection) reading.add(fields[0]).planned = detail::CosaReading::Kind::Direction;
   if (hasDistance) reading.add(fields[0]).planned = detail::CosaReading::Kind::Distance;
   return hasDirection || hasDistance;
@@ -109,6 +110,9 @@ void CarefulCosaCollection::checkNumbers(int number, std::string const& line, ut
 
 void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
   Observation& direction = reading.observations.back();
+  // An angle of 400° may be one in gon, or have lost its point. A whole circle may come of rounding.
+  constexpr double kCircle = utils::kFullCircle + 1e-9;
+  bool const isBeyond = direction.hasAngle && std::abs(direction.angle) > kCircle;
   direction.angle = utils::onCircle(direction.angle);
   auto const tellAngle = [&](QString const& message, QString const& what) {
     tell(number, message, what.arg(quoted(text)));
@@ -123,6 +127,9 @@ void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail
   } else if (hasFullField(text)) {
     tellAngle(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)),
               Messages::tr("minutes or seconds of 60 and above: %1"));
+  } else if (isBeyond) {
+    tellAngle(Messages::tr("Line %1: the angle is larger than 360 degrees: %2").arg(number).arg(quoted(text)),
+              Messages::tr("the angle is larger than 360 degrees: %1"));
   }
 }
 

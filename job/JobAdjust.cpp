@@ -220,10 +220,10 @@ void detail::requireObservations(JobState const& state) {
 QString detail::faultOfErrors(Configure const& configure, Network const& network) {
   auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
   if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
-    return "the a-priori error of a direction (first number of line 1) must be above 0";
+    return "the a-priori error of a direction (first number of line 1) must be a number above 0";
   }
   if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
-    return "the a-priori errors of a distance (second and third number of line 1) must be 0 or more";
+    return "the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more";
   }
   // A distance without error would have a weight without bound.
   bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),

@@ -167,6 +167,10 @@
         <translation>第 %1 行：%2 中的分或秒大于等于 60</translation>
     </message>
     <message>
+        <source>Line %1: the angle is larger than 360 degrees: %2</source>
+        <translation>第 %1 行：角度大于 360 度：%2</translation>
+    </message>
+    <message>
         <source>The name cannot stand in a network file: %1</source>
         <translation>点名不能写入控制网文件：%1</translation>
     </message>
@@ -249,6 +253,10 @@
     <message>
         <source>minutes or seconds of 60 and above: %1</source>
         <translation>分或秒大于等于 60：%1</translation>
+    </message>
+    <message>
+        <source>the angle is larger than 360 degrees: %1</source>
+        <translation>角度大于 360 度：%1</translation>
     </message>
     <message>
         <source>the line is empty: the a-priori errors that stand there are not read</source>

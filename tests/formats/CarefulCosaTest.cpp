@@ -30,7 +30,8 @@ TEST(CarefulCosaReader, TellsWhatThePlainOneTakesInSilence) {
   };
   Case const cases[] = {
       {"P,L,-45.3000\nP,S,7\n", "P,L,314.300000\nP,S,7.0000\n", ""},
-      {"P,L,725.0\n", "P,L,5.000000\n", ""},
+      {"P,L,725.0\n", "P,L,5.000000\n", "Line 3: the angle is larger than 360 degrees: 725.0"},
+      {"P,L,360.0\n", "P,L,0.000000\n", ""},
       {"P,S,7\n", "P,S,7.0000\n", ""},
       {"P,S,7\nP,L,0.0\n", "P,L,0.000000\nP,S,7.0000\n", ""},
       {"P,L,0.0\nP,L,0.0005\n", "P,L,0.000000\n",

@@ -109,7 +109,7 @@ TEST(PlanCommand, TakesAFieldBookAndAllOptionsOfWeights) {
 
 TEST(PlanCommand, RefusesWhatItCannotPlan) {
   Program const program;
-  program.write("plan.in2", "2,3,2\nA,0,0\nB,0,100\nA\nB,L\nP,LS\nQ,LS\nR,XY\n");
+  program.write("plan.in2", "2,3,2\nA,0,0\nB,0,100\nA\nB,L\nP,LS\nQ,LS\nR,XY\n,LS\n");
   program.write("points.dat", "P,,50,50,0\n");
   program.write("all.dat", "P,,50,50,0\nQ,,60,60,0\nR,,1,1,1\n");
   struct Case {
