@@ -22,10 +22,6 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
-TraverseOptions traverseOptions(AdjustOptions const& options) {
-  return {options.allowedAngle.value_or(0.0), options.allowedRelative.value_or(0.0), options.isForced};
-}
-
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
  public:
@@ -171,7 +167,6 @@ int runAdjust(QStringList const& arguments) {
     if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
-    session.job().setTraverseOptions(traverseOptions(*options));
     adjust(session);
     // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;

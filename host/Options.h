@@ -10,6 +10,7 @@ namespace kvn::host {
 struct CommonOptions {
   bool json = false;
   QString encoding;  ///< name of the local 8-bit codec; empty for that of the locale
+  QString language;  ///< of the texts, en or zh; empty for that of the locale
 };
 
 struct ShowOptions : CommonOptions {
@@ -45,6 +46,12 @@ struct AdjustOptions : CommonOptions {
   std::optional<double> allowedAngle;      ///< seconds of arc for the root of the number of angles
   std::optional<double> allowedRelative;   ///< 1 : this
   bool isForced = false;                   ///< a traverse is computed however much it misses
+};
+
+struct ReportPageOptions : AdjustOptions {
+  QString outFile;
+  QString title;             ///< empty: the name of the file
+  bool isOfHeights = false;  ///< of the heights alone
 };
 
 struct HeightsOptions : CommonOptions {
@@ -87,6 +94,7 @@ std::optional<ShowOptions> parseShow(QStringList const& arguments);
 std::optional<CheckOptions> parseCheck(QStringList const& arguments);
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<ReportPageOptions> parseReport(QStringList const& arguments);
 std::optional<AdjustOptions> parsePlan(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<MapOptions> parseMap(QStringList const& arguments);
