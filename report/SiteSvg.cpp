@@ -28,6 +28,7 @@ using detail::Sheet;
 using detail::SvgText;
 
 constexpr double kDegree = 57.29577951308232;
+constexpr double kRightAngle = 1.5707963267948966;
 constexpr double kLeft = 34.0;  // of the map, for the coordinates of the grid
 constexpr double kRight = 14.0;
 constexpr double kTop = 14.0;
@@ -108,6 +109,7 @@ class SvgWriter {
   void writeFrame();
   void writeLines();
   void writeEllipses();
+  void takeEllipse(NamePlaces& places, std::size_t p) const;
   void writePoints();
   void writePoint(std::size_t p, std::optional<NamePlaces::Label> const& label, bool isCrowded, bool isNamed);
   void writeGridLabels();
@@ -149,7 +151,8 @@ void SvgWriter::layOut() {
   double height = options.height;
   if (height <= 0.0) {
     double const across = map.width() - 2.0 * kMargin;
-    double const down = std::clamp(across * extent.height() / std::max(extent.width(), 1e-9), 0.35 * across, across);
+    double const down =
+        std::clamp(across * extent.height() / std::max(extent.width(), 1e-9), 0.35 * across, 1.25 * across);
     height = down + 2.0 * kMargin + map.top + below;
   }
   picture.height = std::max(height, least);
@@ -237,10 +240,11 @@ void SvgWriter::writeStyle() {
       ";fill:none;vector-effect:non-scaling-stroke}\n.site-map .l.both{stroke-width:" + SvgText::of(1.9 * sizes.line) +
       "}\n.site-map .l.dir{stroke-dasharray:7 4}\n.site-map .l.dist{stroke-dasharray:1.5 3.5;stroke-linecap:round}\n"
       ".site-map .l.dir.dist{stroke-dasharray:none}\n.site-map .l.suspect{stroke:" +
-      suspect + ";stroke-width:" + SvgText::of(std::max(2.2 * sizes.line, 1.4)) +
+      suspect + ";stroke-width:" + SvgText::of(std::max(2.2 * sizes.line, 1.8)) +
       "}\n.site-map .e{fill:" + of("ellipse", "#0b7a75") + ";fill-opacity:.14;stroke:" + of("ellipse", "#0b7a75") +
-      ";stroke-width:.9;vector-effect:non-scaling-stroke}\n.site-map .p .s{fill:" + paper +
-      ";stroke:" + of("new", "#1f2933") + ";stroke-width:" + SvgText::of(std::max(1.3 * sizes.line, 0.7)) +
+      ";stroke-width:" + SvgText::of(0.9 * sizes.line) +
+      ";vector-effect:non-scaling-stroke}\n.site-map .p .s{fill:" + paper + ";stroke:" + of("new", "#1f2933") +
+      ";stroke-width:" + SvgText::of(std::max(1.3 * sizes.line, 0.7)) +
       "}\n.site-map .p.side .s{fill:" + of("new", "#1f2933") +
       ";stroke:none}\n.site-map .p.known .s{fill:" + of("known", "#14508c") + ";stroke:" + paper +
       ";stroke-width:.8}\n.site-map .p.unchecked .s{fill:" + of("doubt", "#ffb74d") +
@@ -323,11 +327,28 @@ void SvgWriter::writeEllipses() {
   out += "</g>\n";
 }
 
+/// Its axes, as lines.
+void SvgWriter::takeEllipse(NamePlaces& places, std::size_t p) const {
+  if (picture.ellipseScale <= 0.0 || !drawing.points[p].ellipse) return;
+  detail::SiteEllipseAxes const axes = detail::axesOf(*drawing.points[p].ellipse, ellipseFactor);
+  double const pixels = picture.ellipseScale * sheet->pixels;
+  Place const at = placeOf(p);
+  for (auto const& [length, bearing] :
+       {std::pair{axes.major, axes.bearing}, std::pair{axes.minor, axes.bearing + kRightAngle}}) {
+    double const right = length * pixels * std::sin(bearing);
+    double const down = -length * pixels * std::cos(bearing);
+    places.takeLine({at.x - right, at.y - down}, {at.x + right, at.y + down});
+  }
+}
+
 void SvgWriter::writePoints() {
   std::size_t const count = drawing.points.size();
   NamePlaces places(map);
   for (SiteLine const& line : drawing.lines) places.takeLine(placeOf(line.from), placeOf(line.to));
-  for (std::size_t p = 0; p < count; ++p) places.takeSymbol(placeOf(p), radiusOf(drawing.points[p]));
+  for (std::size_t p = 0; p < count; ++p) {
+    takeEllipse(places, p);
+    places.takeSymbol(placeOf(p), radiusOf(drawing.points[p]));
+  }
   // Which names come first to the free places.
   auto const rank = [this](std::size_t p) {
     SitePoint const& point = drawing.points[p];

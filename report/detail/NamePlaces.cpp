@@ -12,7 +12,7 @@ namespace {
 constexpr double kCell = 3.0;  // pixels
 constexpr std::size_t kLongestLabel = 32;
 constexpr std::uint32_t kFirstWide = 0x1100;  // Hangul; nearly all that follows is as wide as it is high
-constexpr double kGap = 2.0;                  // between symbol and name, pixels
+constexpr double kGap = 3.0;                  // between symbol and name, pixels
 
 /// Of the size of the font, for plain sans-serif fonts: the mean of digits is 0.56.
 double widthOfSign(std::uint32_t code) {

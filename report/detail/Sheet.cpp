@@ -9,12 +9,28 @@ namespace {
 // Of the greater extent: points that lie on one line, or in one place, are given this much room across it, metres.
 constexpr double kLeastExtent = 1.0;
 constexpr double kEllipsesAcross = 25.0;
+// Along the greater side, for how densely the points lie: a few points lie in as many squares.
+constexpr int kSquares = 24;
 
 void widen(double (&range)[2], double least) {
   double const missing = least - (range[1] - range[0]);
   if (missing <= 0.0) return;
   range[0] -= missing / 2.0;
   range[1] += missing / 2.0;
+}
+
+/// Of the squares that points lie in, square metres.
+double occupiedArea(SiteDrawing const& drawing, Extent const& extent) {
+  double const side = std::max(extent.width(), extent.height()) / kSquares;
+  std::vector<bool> isOccupied(static_cast<std::size_t>(kSquares * kSquares), false);
+  auto const square = [side](double distance) {
+    return std::clamp(static_cast<int>(distance / side), 0, kSquares - 1);
+  };
+  for (SitePoint const& point : drawing.points) {
+    int const number = square(point.x - extent.north[0]) * kSquares + square(point.y - extent.east[0]);
+    isOccupied[static_cast<std::size_t>(number)] = true;
+  }
+  return side * side * static_cast<double>(std::count(isOccupied.begin(), isOccupied.end(), true));
 }
 
 }  // namespace
@@ -63,11 +79,10 @@ double ellipseScaleFor(SiteDrawing const& drawing, double factor, Extent const& 
   auto const middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
   std::nth_element(sizes.begin(), middle, sizes.end());
   double const greater = std::max(extent.width(), extent.height());
-  double const lesser = std::max(std::min(extent.width(), extent.height()), greater / 20.0);
-  // Points spread evenly lie about this far apart.
-  double const apart = std::sqrt(greater * lesser / static_cast<double>(drawing.points.size()));
+  double const apart = std::sqrt(occupiedArea(drawing, extent) / static_cast<double>(drawing.points.size()));
   double const scale = std::min(greater / kEllipsesAcross, apart) / *middle;
-  return scale > 0.0 && std::isfinite(scale) ? roundStep(scale) : 0.0;
+  // Rounded to the next one, up or down.
+  return scale > 0.0 && std::isfinite(scale) ? roundStep(1.4 * scale) : 0.0;
 }
 
 }  // namespace kvn::detail
