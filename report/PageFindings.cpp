@@ -83,7 +83,8 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
 
 void writeFindings(PageWriter& page, ReportParts const& parts) {
   if (parts.findings.empty()) {
-    beginSection(page, "findings", Messages::tr("What to look at first"), Messages::tr("Nothing."));
+    beginSection(page, "findings", Messages::tr("What to look at first"),
+                 Messages::tr("Nothing was found that needs a look."));
     return endSection(page);
   }
   beginSection(page, "findings", Messages::tr("What to look at first"),

@@ -95,10 +95,9 @@ void writeHistogram(PageWriter& page, ReportParts const& parts) {
   }
   if (histogram.count < kLeast) return;
   beginSection(page, "histogram", Messages::tr("Standardised residuals"),
-               Messages::tr("Of %1 residuals %2 are larger than 1.96; by chance it would be about %3. The curve is the "
-                            "normal one.")
-                   .arg(histogram.count)
+               Messages::tr("Larger than 1.96: %1 of %2; by chance it would be about %3. The curve is the normal one.")
                    .arg(histogram.beyond)
+                   .arg(histogram.count)
                    .arg(std::lround(0.05 * static_cast<double>(histogram.count))));
   double const expected = static_cast<double>(histogram.count) * kBinWidth;  // of the density 1
   auto const largest = static_cast<double>(*std::max_element(histogram.bins.begin(), histogram.bins.end()));

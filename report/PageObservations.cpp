@@ -14,6 +14,9 @@
 namespace kvn::detail {
 namespace {
 
+// A shorter error is that of a line between held points: none.
+constexpr double kNoError = 1e-7;
+
 std::size_t at(int number) { return static_cast<std::size_t>(number); }
 
 std::string attributesOf(char const* kind, std::size_t number, std::size_t line, PlaneObservation const& observation) {
@@ -242,7 +245,9 @@ void writeLines(PageWriter& page, ReportParts const& parts) {
     table.beginRow("data-l=\"" + std::to_string(line.number) + '"');
     table.name(parts.pointName(line.from)).name(parts.pointName(line.to)).number(azimuth(adjusted.azimuth));
     table.number(seconds(adjusted.azimuthError)).number(metres(adjusted.length));
-    table.number(millimetres(adjusted.lengthError)).number(oneTo(adjusted.lengthError / adjusted.length)).endRow();
+    table.number(millimetres(adjusted.lengthError))
+        .number(oneTo(adjusted.lengthError > kNoError ? adjusted.lengthError / adjusted.length : 0.0))
+        .endRow();
   }
   table.end();
   endSection(page);

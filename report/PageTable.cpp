@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kShort = 400;
 constexpr std::size_t kRowsOfBlock = 100;
 // Longest bar: what is beyond is gross.
-constexpr double kLongestBar = 5.0;
+constexpr double kLongestBar = 4.0;
 
 char const* classOf(PageColumn::Kind kind) {
   switch (kind) {

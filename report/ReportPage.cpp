@@ -8,7 +8,9 @@
 
 #include <utils/FileText.h>
 
+#include <QtGlobal>
 #include <algorithm>
+#include <cstring>
 #include <ostream>
 #include <sstream>
 
@@ -59,12 +61,25 @@ void writeEnd(PageWriter& page, ReportParts const& parts) {
   word("ellipses", Messages::tr("Ellipses"));
   word("names", Messages::tr("Names"));
   word("back", Messages::tr("Back to the table"));
-  word("sort", Messages::tr("Sort"));
   page.markup("></div>\n<script>/*<![CDATA[*/\n").markup(kPageScript).markup("/*]]>*/</script>\n</body>\n</html>\n");
 }
 
-/// A word of the map in the language of the page.
-std::string mapWord(char const* english) { return Messages::tr(english).toStdString(); }
+// What the map says; the picture itself knows no translator.
+constexpr char const* kMapWords[] = {
+    QT_TRANSLATE_NOOP("kvn::System", "known point"),         QT_TRANSLATE_NOOP("kvn::System", "new point"),
+    QT_TRANSLATE_NOOP("kvn::System", "side point"),          QT_TRANSLATE_NOOP("kvn::System", "nothing checks it"),
+    QT_TRANSLATE_NOOP("kvn::System", "does not fit"),        QT_TRANSLATE_NOOP("kvn::System", "direction and distance"),
+    QT_TRANSLATE_NOOP("kvn::System", "direction"),           QT_TRANSLATE_NOOP("kvn::System", "distance"),
+    QT_TRANSLATE_NOOP("kvn::System", "observed both ways"),  QT_TRANSLATE_NOOP("kvn::System", "suspect"),
+    QT_TRANSLATE_NOOP("kvn::System", "confidence ellipses"), QT_TRANSLATE_NOOP("kvn::System", "standard ellipses"),
+};
+
+std::string mapWord(char const* english) {
+  for (char const* word : kMapWords) {
+    if (std::strcmp(word, english) == 0) return Messages::tr(word).toStdString();
+  }
+  return english;
+}
 
 }  // namespace
 

@@ -654,5 +654,753 @@
         <source>The known points fit with north and east exchanged: unit weight error %1</source>
         <translation>已知点的北坐标与东坐标互换后与观测值相符：单位权中误差为 %1</translation>
     </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>及另外 %1 个</translation>
+    </message>
+    <message>
+        <source>row</source>
+        <translation>所在行</translation>
+    </message>
+    <message>
+        <source>map</source>
+        <translation>图上位置</translation>
+    </message>
+    <message>
+        <source>up to %1</source>
+        <translation>最大 %1</translation>
+    </message>
+    <message>
+        <source>What to look at first</source>
+        <translation>首先查看</translation>
+    </message>
+    <message>
+        <source>Nothing was found that needs a look.</source>
+        <translation>没有需要查看的问题。</translation>
+    </message>
+    <message>
+        <source>What may cost most stands first: by how much a coordinate may be wrong, where that can be told.</source>
+        <translation>影响最大的排在最前：在能够估计时给出坐标可能的误差。</translation>
+    </message>
+    <message>
+        <source>Left out here: %1 more.</source>
+        <translation>此处略去其余 %1 条。</translation>
+    </message>
+    <message>
+        <source>Nothing is redundant in the heights: a wrong height difference would not show.</source>
+        <translation>高程没有多余观测：错误的高差不会被发现。</translation>
+    </message>
+    <message>
+        <source>Nothing is redundant: a wrong observation would not show anywhere.</source>
+        <translation>没有多余观测：错误的观测值不会被发现。</translation>
+    </message>
+    <message>
+        <source>unit weight error %1, expected between %2 and %3 at %4</source>
+        <translation>单位权中误差 %1，在置信水平 %4 下应介于 %2 与 %3 之间</translation>
+    </message>
+    <message>
+        <source>The heights agree with their a-priori errors: %1.</source>
+        <translation>高程观测与先验误差相符：%1。</translation>
+    </message>
+    <message>
+        <source>The observations agree with their a-priori errors: %1.</source>
+        <translation>观测值与先验误差相符：%1。</translation>
+    </message>
+    <message>
+        <source>The heights agree better than their a-priori errors let expect: %1.</source>
+        <translation>高程观测优于先验误差：%1。</translation>
+    </message>
+    <message>
+        <source>The observations agree better than their a-priori errors let expect: %1.</source>
+        <translation>观测值优于先验误差：%1。</translation>
+    </message>
+    <message>
+        <source>The heights do not agree with their a-priori errors: %1.</source>
+        <translation>高程观测与先验误差不符：%1。</translation>
+    </message>
+    <message>
+        <source>The observations do not agree with their a-priori errors: %1.</source>
+        <translation>观测值与先验误差不符：%1。</translation>
+    </message>
+    <message>
+        <source>Observations that do not fit the others: %1.</source>
+        <translation>与其他观测不符的观测值：%1 个。</translation>
+    </message>
+    <message>
+        <source>A misclosure is larger than the a-priori errors allow (99 %).</source>
+        <translation>有闭合差超出先验误差所允许的范围（99 %）。</translation>
+    </message>
+    <message>
+        <source>Nothing checks an open traverse: a wrong observation would not show.</source>
+        <translation>支导线没有检核：错误的观测值不会被发现。</translation>
+    </message>
+    <message>
+        <source>All misclosures are within what the a-priori errors allow (99 %).</source>
+        <translation>所有闭合差均在先验误差所允许的范围内（99 %）。</translation>
+    </message>
+    <message>
+        <source>The misclosures are not judged.</source>
+        <translation>闭合差未作评定。</translation>
+    </message>
+    <message>
+        <source>Coordinates as they were given: nothing was adjusted.</source>
+        <translation>坐标为给定值：未作平差。</translation>
+    </message>
+    <message>
+        <source>Least-squares adjustment</source>
+        <translation>最小二乘平差</translation>
+    </message>
+    <message>
+        <source>Traverses</source>
+        <translation>导线</translation>
+    </message>
+    <message>
+        <source>Open traverse</source>
+        <translation>支导线</translation>
+    </message>
+    <message>
+        <source>Connecting traverse</source>
+        <translation>附合导线</translation>
+    </message>
+    <message>
+        <source>Closed traverse</source>
+        <translation>闭合导线</translation>
+    </message>
+    <message>
+        <source>Trigonometric heights</source>
+        <translation>三角高程</translation>
+    </message>
+    <message>
+        <source>Coordinates</source>
+        <translation>坐标</translation>
+    </message>
+    <message>
+        <source>Observations</source>
+        <translation>观测值</translation>
+    </message>
+    <message>
+        <source>%1 directions, %2 distances</source>
+        <translation>方向 %1 个，距离 %2 个</translation>
+    </message>
+    <message>
+        <source>Redundancy</source>
+        <translation>多余观测数</translation>
+    </message>
+    <message>
+        <source>Unit weight error</source>
+        <translation>单位权中误差</translation>
+    </message>
+    <message>
+        <source>%1 to %2 expected</source>
+        <translation>应为 %1 至 %2</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>测站</translation>
+    </message>
+    <message>
+        <source>Relative misclosure</source>
+        <translation>相对闭合差</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>%1 of them known</source>
+        <translation>其中已知点 %1 个</translation>
+    </message>
+    <message>
+        <source>Height differences</source>
+        <translation>高差</translation>
+    </message>
+    <message>
+        <source>redundancy %1</source>
+        <translation>多余观测数 %1</translation>
+    </message>
+    <message>
+        <source>Largest point error</source>
+        <translation>最大点位误差</translation>
+    </message>
+    <message>
+        <source>at %1</source>
+        <translation>位于 %1</translation>
+    </message>
+    <message>
+        <source>To look at</source>
+        <translation>待查看</translation>
+    </message>
+    <message>
+        <source>direction %1″, distance %2 mm + %3 ppm (%4)</source>
+        <translation>方向 %1″，距离 %2 mm + %3 ppm（%4）</translation>
+    </message>
+    <message>
+        <source>sum</source>
+        <translation>相加</translation>
+    </message>
+    <message>
+        <source>root</source>
+        <translation>平方和开方</translation>
+    </message>
+    <message>
+        <source>, centring %1 mm</source>
+        <translation>，对中 %1 mm</translation>
+    </message>
+    <message>
+        <source>, known coordinates %1 mm</source>
+        <translation>，已知坐标 %1 mm</translation>
+    </message>
+    <message>
+        <source>free: the known points are not held</source>
+        <translation>自由网：已知点不固定</translation>
+    </message>
+    <message>
+        <source>known points, each with its own error</source>
+        <translation>已知点，各带自身误差</translation>
+    </message>
+    <message>
+        <source>known points, held</source>
+        <translation>已知点固定</translation>
+    </message>
+    <message>
+        <source>directions %1</source>
+        <translation>方向 %1</translation>
+    </message>
+    <message>
+        <source> (%1″ would fit)</source>
+        <translation>（%1″ 相符）</translation>
+    </message>
+    <message>
+        <source>distances %1</source>
+        <translation>距离 %1</translation>
+    </message>
+    <message>
+        <source> (%1 mm + %2 ppm would fit)</source>
+        <translation>（%1 mm + %2 ppm 相符）</translation>
+    </message>
+    <message>
+        <source>observations that weigh less: %1, of these nothing: %2</source>
+        <translation>降权的观测值：%1 个，其中权为零：%2 个</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>基准</translation>
+    </message>
+    <message>
+        <source>A-priori errors</source>
+        <translation>先验误差</translation>
+    </message>
+    <message>
+        <source>Errors of results</source>
+        <translation>成果误差</translation>
+    </message>
+    <message>
+        <source>by the a-priori unit weight error, 1</source>
+        <translation>按先验单位权中误差 1</translation>
+    </message>
+    <message>
+        <source>by the unit weight error of this run</source>
+        <translation>按本次平差的单位权中误差</translation>
+    </message>
+    <message>
+        <source>Confidence</source>
+        <translation>置信水平</translation>
+    </message>
+    <message>
+        <source>By kind</source>
+        <translation>分类</translation>
+    </message>
+    <message>
+        <source>Robust weights</source>
+        <translation>抗差权</translation>
+    </message>
+    <message>
+        <source>Left out</source>
+        <translation>已剔除</translation>
+    </message>
+    <message>
+        <source>%1 observations</source>
+        <translation>%1 个观测值</translation>
+    </message>
+    <message>
+        <source>Iterations</source>
+        <translation>迭代次数</translation>
+    </message>
+    <message>
+        <source>A-priori errors of heights</source>
+        <translation>高程先验误差</translation>
+    </message>
+    <message>
+        <source>zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm</source>
+        <translation>天顶距 %1″，距离 %2 mm + %3 ppm，仪器高与目标高 %4 mm</translation>
+    </message>
+    <message>
+        <source>Refraction</source>
+        <translation>折光系数</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Method</source>
+        <translation>方法</translation>
+    </message>
+    <message>
+        <source>Heights</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>点名</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>standard error of the height</source>
+        <translation>高程中误差</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>known</source>
+        <translation>已知</translation>
+    </message>
+    <message>
+        <source>does not fit</source>
+        <translation>不符</translation>
+    </message>
+    <message>
+        <source>unchecked</source>
+        <translation>无检核</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>起点</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>终点</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>horizontal distance</source>
+        <translation>水平距离</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>高差</translation>
+    </message>
+    <message>
+        <source>of height, from mark to mark</source>
+        <translation>两标志之间的高差</translation>
+    </message>
+    <message>
+        <source>a-priori standard error</source>
+        <translation>先验中误差</translation>
+    </message>
+    <message>
+        <source>residual: adjusted minus observed</source>
+        <translation>改正数：平差值减观测值</translation>
+    </message>
+    <message>
+        <source>standardised residual</source>
+        <translation>标准化残差</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>检验</translation>
+    </message>
+    <message>
+        <source>size of w over its critical value; above 1 is too large for chance</source>
+        <translation>w 的绝对值与临界值之比；大于 1 即超出偶然误差</translation>
+    </message>
+    <message>
+        <source>redundancy: the share of an error that shows</source>
+        <translation>多余观测分量：误差在残差中显示的比例</translation>
+    </message>
+    <message>
+        <source>Detectable</source>
+        <translation>可发现粗差</translation>
+    </message>
+    <message>
+        <source>smallest gross error that the test finds with a power of 80 %</source>
+        <translation>检验功效 80 % 时可发现的最小粗差</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>行号</translation>
+    </message>
+    <message>
+        <source>line of the file</source>
+        <translation>文件行号</translation>
+    </message>
+    <message>
+        <source>%1 too small</source>
+        <translation>偏小 %1</translation>
+    </message>
+    <message>
+        <source>%1 too large</source>
+        <translation>偏大 %1</translation>
+    </message>
+    <message>
+        <source>Heights of instruments and targets that do not fit</source>
+        <translation>不符的仪器高与目标高</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类别</translation>
+    </message>
+    <message>
+        <source>Entered</source>
+        <translation>记录值</translation>
+    </message>
+    <message>
+        <source>Sights</source>
+        <translation>照准次数</translation>
+    </message>
+    <message>
+        <source>Too large by</source>
+        <translation>偏大</translation>
+    </message>
+    <message>
+        <source>instrument</source>
+        <translation>仪器</translation>
+    </message>
+    <message>
+        <source>target</source>
+        <translation>目标</translation>
+    </message>
+    <message>
+        <source>… (%1 points)</source>
+        <translation>…（%1 个点）</translation>
+    </message>
+    <message>
+        <source>Loops that do not close</source>
+        <translation>不闭合的环</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>环</translation>
+    </message>
+    <message>
+        <source>Misclosure</source>
+        <translation>闭合差</translation>
+    </message>
+    <message>
+        <source>Allowed at 99 %</source>
+        <translation>限差（99 %）</translation>
+    </message>
+    <message>
+        <source>Standardised residuals</source>
+        <translation>标准化残差</translation>
+    </message>
+    <message>
+        <source>Larger than 1.96: %1 of %2; by chance it would be about %3. The curve is the normal one.</source>
+        <translation>大于 1.96 的：%2 个中有 %1 个；偶然情况下约为 %3 个。曲线为正态曲线。</translation>
+    </message>
+    <message>
+        <source>left out</source>
+        <translation>已剔除</translation>
+    </message>
+    <message>
+        <source>weight %1</source>
+        <translation>权 %1</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>影响</translation>
+    </message>
+    <message>
+        <source>what a gross error of that size moves a coordinate by</source>
+        <translation>该大小的粗差引起的坐标变动</translation>
+    </message>
+    <message>
+        <source>v residual, w standardised residual, marked from %1 on (0.1 %), r redundancy.</source>
+        <translation>v 改正数，w 标准化残差，自 %1 起标记（0.1 %），r 多余观测分量。</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>测站</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>目标</translation>
+    </message>
+    <message>
+        <source>Observed</source>
+        <translation>观测值</translation>
+    </message>
+    <message>
+        <source>Directions</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Distances</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>Orientation</source>
+        <translation>定向角</translation>
+    </message>
+    <message>
+        <source>azimuth of the circle&apos;s zero</source>
+        <translation>度盘零方向的方位角</translation>
+    </message>
+    <message>
+        <source>standard error of the orientation</source>
+        <translation>定向角中误差</translation>
+    </message>
+    <message>
+        <source>redundancy of the scatter</source>
+        <translation>离散度的多余观测数</translation>
+    </message>
+    <message>
+        <source>Scatter of directions</source>
+        <translation>方向离散度</translation>
+    </message>
+    <message>
+        <source>standard deviation of one round</source>
+        <translation>一测回的标准差</translation>
+    </message>
+    <message>
+        <source>Scatter of distances</source>
+        <translation>距离离散度</translation>
+    </message>
+    <message>
+        <source>Set-ups</source>
+        <translation>设站</translation>
+    </message>
+    <message>
+        <source>Lines after adjustment</source>
+        <translation>平差后的边</translation>
+    </message>
+    <message>
+        <source>Azimuth</source>
+        <translation>方位角</translation>
+    </message>
+    <message>
+        <source>standard error of the azimuth</source>
+        <translation>方位角中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the distance</source>
+        <translation>距离中误差</translation>
+    </message>
+    <message>
+        <source>Relative</source>
+        <translation>相对误差</translation>
+    </message>
+    <message>
+        <source>known, not held</source>
+        <translation>已知，未固定</translation>
+    </message>
+    <message>
+        <source>side shot</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>North x</source>
+        <translation>北 x</translation>
+    </message>
+    <message>
+        <source>East y</source>
+        <translation>东 y</translation>
+    </message>
+    <message>
+        <source>standard error of the north coordinate</source>
+        <translation>北坐标中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the east coordinate</source>
+        <translation>东坐标中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the point: root of mx² + my²</source>
+        <translation>点位中误差：mx² + my² 的平方根</translation>
+    </message>
+    <message>
+        <source>major semi-axis of the standard error ellipse</source>
+        <translation>误差椭圆长半轴</translation>
+    </message>
+    <message>
+        <source>minor semi-axis of the standard error ellipse</source>
+        <translation>误差椭圆短半轴</translation>
+    </message>
+    <message>
+        <source>Azimuth of a</source>
+        <translation>a 的方位角</translation>
+    </message>
+    <message>
+        <source>Standard errors; ellipses at %1 are %2 times as large.</source>
+        <translation>误差为中误差；%1 置信椭圆为其 %2 倍。</translation>
+    </message>
+    <message>
+        <source>This table has %1 of %2 rows: those that matter most. The result files have all.</source>
+        <translation>本表列出 %2 行中最重要的 %1 行。成果文件包含全部。</translation>
+    </message>
+    <message>
+        <source>Known points</source>
+        <translation>已知点</translation>
+    </message>
+    <message>
+        <source>v: adjusted minus given. Test: of both coordinates together, above 1 is too large for chance.</source>
+        <translation>v：平差值减给定值。检验：两坐标一并检验，大于 1 即超出偶然误差。</translation>
+    </message>
+    <message>
+        <source>v north</source>
+        <translation>v 北</translation>
+    </message>
+    <message>
+        <source>v east</source>
+        <translation>v 东</translation>
+    </message>
+    <message>
+        <source>v: correction. Azimuth and leg lead to the next point.</source>
+        <translation>v：改正数。方位角与边指向下一点。</translation>
+    </message>
+    <message>
+        <source>Azimuth and leg lead to the next point.</source>
+        <translation>方位角与边指向下一点。</translation>
+    </message>
+    <message>
+        <source>Angle</source>
+        <translation>角度</translation>
+    </message>
+    <message>
+        <source>%1 in %2 m of legs, that is %3.</source>
+        <translation>%1，边长总和 %2 m，即 %3。</translation>
+    </message>
+    <message>
+        <source>Misclosures</source>
+        <translation>闭合差</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>beyond</source>
+        <translation>超限</translation>
+    </message>
+    <message>
+        <source>angles</source>
+        <translation>角度</translation>
+    </message>
+    <message>
+        <source>along the traverse</source>
+        <translation>沿导线方向</translation>
+    </message>
+    <message>
+        <source>across the traverse</source>
+        <translation>垂直于导线方向</translation>
+    </message>
+    <message>
+        <source>closing error</source>
+        <translation>全长闭合差</translation>
+    </message>
+    <message>
+        <source>Side shots</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>Nothing checks them; their errors are those of the a-priori errors.</source>
+        <translation>没有检核；其误差由先验误差推算。</translation>
+    </message>
+    <message>
+        <source>en</source>
+        <translation>zh-CN</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>概要</translation>
+    </message>
+    <message>
+        <source>Computed and written by %1.</source>
+        <translation>由 %1 计算并生成。</translation>
+    </message>
+    <message>
+        <source>Larger</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Smaller</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Whole map</source>
+        <translation>全图</translation>
+    </message>
+    <message>
+        <source>Ellipses</source>
+        <translation>椭圆</translation>
+    </message>
+    <message>
+        <source>Names</source>
+        <translation>点名</translation>
+    </message>
+    <message>
+        <source>Back to the table</source>
+        <translation>返回表格</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>图</translation>
+    </message>
+    <message>
+        <source>The plane cannot be adjusted: %1. The heights alone are here.</source>
+        <translation>平面无法平差：%1。此处仅有高程。</translation>
+    </message>
+    <message>
+        <source>known point</source>
+        <translation>已知点</translation>
+    </message>
+    <message>
+        <source>new point</source>
+        <translation>待定点</translation>
+    </message>
+    <message>
+        <source>side point</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>nothing checks it</source>
+        <translation>无检核</translation>
+    </message>
+    <message>
+        <source>direction and distance</source>
+        <translation>方向与距离</translation>
+    </message>
+    <message>
+        <source>direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>observed both ways</source>
+        <translation>双向观测</translation>
+    </message>
+    <message>
+        <source>suspect</source>
+        <translation>可疑</translation>
+    </message>
+    <message>
+        <source>confidence ellipses</source>
+        <translation>置信椭圆</translation>
+    </message>
+    <message>
+        <source>standard ellipses</source>
+        <translation>误差椭圆</translation>
+    </message>
 </context>
 </TS>
