@@ -1402,5 +1402,265 @@
         <source>standard ellipses</source>
         <translation>误差椭圆</translation>
     </message>
+    <message>
+        <source>the station comes twice, or one of its targets has its name</source>
+        <translation>测站出现两次，或其某个目标与测站同名</translation>
+    </message>
+    <message>
+        <source>the target has the name of its station</source>
+        <translation>目标与其测站同名</translation>
+    </message>
+    <message>
+        <source>the horizontal reading is not between 0 and 360 degrees</source>
+        <translation>水平读数不在 0 至 360 度之间</translation>
+    </message>
+    <message>
+        <source>the sights of the target do not differ by half a circle</source>
+        <translation>该目标的两次照准未相差半圆周</translation>
+    </message>
+    <message>
+        <source>the row checks expect one sight on each face, and there are more</source>
+        <translation>数据检查要求盘左盘右各照准一次，此处多于一次</translation>
+    </message>
+    <message>
+        <source>the vertical reading is not between 0 and 360 degrees</source>
+        <translation>竖直读数不在 0 至 360 度之间</translation>
+    </message>
+    <message>
+        <source>the distance is negative</source>
+        <translation>距离为负</translation>
+    </message>
+    <message>
+        <source>an odd number of sights: a program that pairs faces by their place refuses them</source>
+        <translation>照准次数为奇数：按位置配对盘左盘右的程序将拒绝</translation>
+    </message>
+    <message>
+        <source>a program that pairs faces by their place takes these two for one</source>
+        <translation>按位置配对盘左盘右的程序会把这两者当作同一点</translation>
+    </message>
+    <message>
+        <source>a program that keeps distances forward only drops this one at both ends</source>
+        <translation>只保留往测距离的程序会在两端都舍去此距离</translation>
+    </message>
+    <message>
+        <source>double collimation error %1</source>
+        <translation>2C 值 %1</translation>
+    </message>
+    <message>
+        <source>, index error %1</source>
+        <translation>，竖盘指标差 %1</translation>
+    </message>
+    <message>
+        <source>the known point stands twice</source>
+        <translation>已知点出现两次</translation>
+    </message>
+    <message>
+        <source>the known point is not observed</source>
+        <translation>已知点未被观测</translation>
+    </message>
+    <message>
+        <source>a single observation does not fix the point</source>
+        <translation>单个观测值不能确定该点</translation>
+    </message>
+    <message>
+        <source>the distances from both ends differ by %1</source>
+        <translation>往返测距离相差 %1</translation>
+    </message>
+    <message>
+        <source>nothing connects the point to most of the others</source>
+        <translation>该点与多数其他点没有联系</translation>
+    </message>
+    <message>
+        <source>nothing connects the point to a known one</source>
+        <translation>该点与已知点没有联系</translation>
+    </message>
+    <message>
+        <source>the row has no name</source>
+        <translation>该行没有点名</translation>
+    </message>
+    <message>
+        <source>the sight stands before any station and is left out</source>
+        <translation>该照准位于任何测站之前，已略去</translation>
+    </message>
+    <message>
+        <source>known by its height alone, the station counts as known at 0, 0</source>
+        <translation>测站仅高程已知，按平面坐标 0, 0 的已知点处理</translation>
+    </message>
+    <message>
+        <source>the known point has two heights, of which the first counts</source>
+        <translation>已知点有两个高程，采用第一个</translation>
+    </message>
+    <message>
+        <source>the known point has two positions</source>
+        <translation>已知点有两个位置</translation>
+    </message>
+    <message>
+        <source>the distance has no vertical reading to make it horizontal and is left out</source>
+        <translation>该距离没有竖直读数，无法化为平距，已略去</translation>
+    </message>
+    <message>
+        <source>the distances differ by more than 50 mm</source>
+        <translation>距离之差超过 50 mm</translation>
+    </message>
+    <message>
+        <source>the readings of the target do not belong together</source>
+        <translation>该目标的读数不相匹配</translation>
+    </message>
+    <message>
+        <source>the readings of the target differ by more than 30&quot;</source>
+        <translation>该目标的读数之差超过 30"</translation>
+    </message>
+    <message>
+        <source>the readings of the first target do not belong together</source>
+        <translation>第一个目标的读数不相匹配</translation>
+    </message>
+    <message>
+        <source>the round has no target in common with the others of its station</source>
+        <translation>该测回与本站其他测回没有共同目标</translation>
+    </message>
+    <message>
+        <source>the direction differs by more than 30&quot; from that of the rounds before</source>
+        <translation>该方向与此前测回之差超过 30"</translation>
+    </message>
+    <message>
+        <source>sighted on one face only</source>
+        <translation>仅单盘位照准</translation>
+    </message>
+    <message>
+        <source>the vertical readings of the faces differ by more than 12&apos;</source>
+        <translation>盘左盘右竖直读数之差超过 12'</translation>
+    </message>
+    <message>
+        <source>cannot be placed: %1</source>
+        <translation>无法定位：%1</translation>
+    </message>
+    <message>
+        <source>an observation between points at one place</source>
+        <translation>观测值的两端点位于同一位置</translation>
+    </message>
+    <message>
+        <source>left out: the direction, %1; that moves coordinates by up to %2 m</source>
+        <translation>已剔除方向：%1；坐标因此最大变动 %2 m</translation>
+    </message>
+    <message>
+        <source>left out: the distance, %1; that moves coordinates by up to %2 m</source>
+        <translation>已剔除距离：%1；坐标因此最大变动 %2 m</translation>
+    </message>
+    <message>
+        <source>it would lie %1 m north and %2 m east of its coordinates</source>
+        <translation>其位置应在给定坐标以北 %1 m、以东 %2 m</translation>
+    </message>
+    <message>
+        <source>an observation does not fit, or a known point, and nothing tells which</source>
+        <translation>某个观测值或某个已知点不符，无法判明是哪一个</translation>
+    </message>
+    <message>
+        <source>the known point does not fit the observations: %1</source>
+        <translation>该已知点与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>the known point, or another of these, does not fit the observations: %1</source>
+        <translation>该已知点或其中另一点与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>suspected gross error of the direction: %1</source>
+        <translation>方向疑有粗差：%1</translation>
+    </message>
+    <message>
+        <source>suspected gross error of the distance: %1</source>
+        <translation>距离疑有粗差：%1</translation>
+    </message>
+    <message>
+        <source>most of the suspected observations are those of this known point, whose coordinates may be wrong</source>
+        <translation>多数可疑观测值涉及该已知点，其坐标可能有误</translation>
+    </message>
+    <message>
+        <source>the direction cannot be told apart from a suspected observation</source>
+        <translation>该方向与一个可疑观测值无法区分</translation>
+    </message>
+    <message>
+        <source>the distance cannot be told apart from a suspected observation</source>
+        <translation>该距离与一个可疑观测值无法区分</translation>
+    </message>
+    <message>
+        <source>the adjustment does not settle with the suspected observations, which have no weight</source>
+        <translation>含可疑观测值时平差不收敛，这些观测值的权为零</translation>
+    </message>
+    <message>
+        <source>nothing checks the point</source>
+        <translation>该点无检核</translation>
+    </message>
+    <message>
+        <source>nothing checks the points</source>
+        <translation>这些点无检核</translation>
+    </message>
+    <message>
+        <source>The unit weight error is far above 1: a gross error, or known points that do not fit</source>
+        <translation>单位权中误差远大于 1：存在粗差，或已知点不符</translation>
+    </message>
+    <message>
+        <source>The leg from %1 to %2 has no distance and counts as 0</source>
+        <translation>从 %1 到 %2 的边没有距离，按 0 计算</translation>
+    </message>
+    <message>
+        <source>The angles are off by %1; the stations must go around counter-clockwise</source>
+        <translation>角度相差 %1；测站须按逆时针方向排列</translation>
+    </message>
+    <message>
+        <source>Stations outside the traverse are left out: %1</source>
+        <translation>导线以外的测站已略去：%1</translation>
+    </message>
+    <message>
+        <source>the angle at %1, %2 too small</source>
+        <translation>%1 处的角度，偏小 %2</translation>
+    </message>
+    <message>
+        <source>the angle at %1, %2 too large</source>
+        <translation>%1 处的角度，偏大 %2</translation>
+    </message>
+    <message>
+        <source>the leg from %1 to %2, %3 too small</source>
+        <translation>从 %1 到 %2 的边，偏小 %3</translation>
+    </message>
+    <message>
+        <source>the leg from %1 to %2, %3 too large</source>
+        <translation>从 %1 到 %2 的边，偏大 %3</translation>
+    </message>
+    <message>
+        <source>: it would be explained by %1</source>
+        <translation>：可由以下解释：%1</translation>
+    </message>
+    <message>
+        <source>; and %1 more</source>
+        <translation>；及另外 %1 个</translation>
+    </message>
+    <message>
+        <source>: it would be explained by one of: %1</source>
+        <translation>：可由以下之一解释：%1</translation>
+    </message>
+    <message>
+        <source>The angular misclosure is %1, where the a-priori errors allow %2</source>
+        <translation>角度闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The closing error is %1, where the a-priori errors allow %2</source>
+        <translation>全长闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The misclosure along the traverse is %1, where the a-priori errors allow %2</source>
+        <translation>沿导线方向的闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The misclosure across the traverse is %1, where the a-priori errors allow %2</source>
+        <translation>垂直于导线方向的闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The angular misclosure is %1, beyond the limit of %2</source>
+        <translation>角度闭合差为 %1，超过限差 %2</translation>
+    </message>
+    <message>
+        <source>The relative misclosure is 1 : %1, beyond the limit of 1 : %2</source>
+        <translation>相对闭合差为 1 : %1，超过限差 1 : %2</translation>
+    </message>
 </context>
 </TS>
