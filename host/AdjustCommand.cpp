@@ -67,7 +67,22 @@ void adjust(Session& session) {
   session.job().setProgressCall({});
 }
 
-void saveResults(Session& session, QString const& path) {
+/// Beside a run that has no heights of its own: a traverse, and what is taken to the letter.
+void adjustHeightsForExchange(Session& session) {
+  Job& job = session.job();
+  if (job.planeAdjustment() != nullptr || session.project().getTraverseDataList().empty()) return;
+  try {
+    job.adjustHeights();
+  } catch (JobException const& failure) {
+    System::Instance()->sendMessage("No heights are adjusted: " + failure.text, Warning);
+  }
+}
+
+void saveResults(Session& session, QString const& path, ExchangeChoice const& choice) {
+  if (isExchange(path)) {
+    adjustHeightsForExchange(session);
+    return saveJob(session, path, choice);
+  }
   QString const kind = path.section('.', -1).toLower();
   if (kind == "dat" || kind == "kvn") {
     session.job().takeResults();
@@ -164,7 +179,7 @@ int runAdjust(QStringList const& arguments) {
   auto const options = parseAdjust(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, savableKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
     adjust(session);
@@ -172,7 +187,10 @@ int runAdjust(QStringList const& arguments) {
     std::vector<FieldFinding> findings;
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
-    bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
+    bool const saved =
+        options->saveFile.isEmpty() || save(session, options->saveFile, [&options](Session& from, QString const& path) {
+          saveResults(from, path, options->exchange);
+        });
     if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
     report(session, findings, options->json);
     return saved ? Done : Refused;

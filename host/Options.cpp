@@ -241,6 +241,31 @@ QString languageOption(QCommandLineParser const& parser) {
   throw UsageError("--language is en or zh, not " + language);
 }
 
+void addExchangeOptions(QCommandLineParser& parser) {
+  parser.addOptions({
+      {"crs", "Plane reference system of the coordinates, for .geojson: EPSG and its number, such as EPSG:25832.",
+       "EPSG:N"},
+      {"bom", "Begin .csv with a byte order mark, for spreadsheets that take it for another encoding without one."},
+  });
+}
+
+ExchangeChoice exchangeOptions(QCommandLineParser const& parser, QString const& path) {
+  QString const kind = path.section('.', -1).toLower();
+  ExchangeChoice choice;
+  choice.hasByteOrderMark = parser.isSet("bom");
+  if (choice.hasByteOrderMark && kind != "csv") throw UsageError("--bom is for a .csv file");
+  if (!parser.isSet("crs")) return choice;
+  if (kind != "geojson") throw UsageError("--crs is for a .geojson file");
+  QString const text = parser.value("crs");
+  bool isNumber = false;
+  if (text.startsWith("EPSG:", Qt::CaseInsensitive)) choice.epsg = text.mid(5).toInt(&isNumber);
+  // Numbers of the registry have four and five digits; those of own systems six.
+  if (isNumber && choice.epsg >= 1000 && choice.epsg <= 999999) return choice;
+  throw UsageError("--crs needs a reference system such as EPSG:25832: " + text);
+}
+
+constexpr char const* kExchangeFiles = ".csv, .geojson, .dxf or .svg";
+
 }  // namespace
 
 char const* methodName(int method) { return kMethods[method]; }
@@ -299,13 +324,17 @@ std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
   prepare(parser,
           "Writes a job in another format, chosen by the suffix of OUT.\n"
           "Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into\n"
-          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points.");
+          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points. For other\n"
+          "programs these are written with the lines between them as a table (.csv), for geographic\n"
+          "information systems (.geojson) and CAD (.dxf, release 12), and as a map (.svg).");
   parser.addPositionalArgument("IN", kAnyFile);
-  parser.addPositionalArgument("OUT", "File to write: .kvn, .txt, .lqf, .in2 or .dat.");
+  parser.addPositionalArgument("OUT", QString("File to write: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles));
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "convert IN OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<ConvertOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
+  options.exchange = exchangeOptions(parser, options.outFile);
   return options;
 }
 
@@ -319,12 +348,14 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   parser.addOption(
       {"save",
        "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, "
-       ".in2).",
+       ".in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg).",
        "FILE"});
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
   takeAdjustOptions(parser, options);
   options.saveFile = fileOption(parser, "save");
+  options.exchange = exchangeOptions(parser, options.saveFile);
   return options;
 }
 
@@ -442,12 +473,15 @@ std::optional<ExecOptions> parseExec(QStringList const& arguments) {
   parser.addPositionalArgument("COMMANDS", "JSON array, on standard input.");
   parser.addOptions({
       {"open", "File to open before the first command.", "FILE"},
-      {"save", "File to write after the last command: .kvn, .txt, .lqf, .in2 or .dat.", "FILE"},
+      {"save", QString("File to write after the last command: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles),
+       "FILE"},
   });
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "exec [options] < COMMANDS", 0)) return std::nullopt;
   auto options = commonOptions<ExecOptions>(parser);
   options.openFile = fileOption(parser, "open");
   options.saveFile = fileOption(parser, "save");
+  options.exchange = exchangeOptions(parser, options.saveFile);
   return options;
 }
 

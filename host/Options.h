@@ -21,9 +21,16 @@ struct CheckOptions : CommonOptions {
   QString file;
 };
 
+/// What a file for another program is told beside the job.
+struct ExchangeChoice {
+  bool hasByteOrderMark = false;
+  int epsg = 0;  ///< 0: no reference system
+};
+
 struct ConvertOptions : CommonOptions {
   QString file;
   QString outFile;
+  ExchangeChoice exchange;
 };
 
 struct AdjustOptions : CommonOptions {
@@ -46,6 +53,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<double> allowedAngle;      ///< seconds of arc for the root of the number of angles
   std::optional<double> allowedRelative;   ///< 1 : this
   bool isForced = false;                   ///< a traverse is computed however much it misses
+  ExchangeChoice exchange;
 };
 
 struct ReportPageOptions : AdjustOptions {
@@ -78,6 +86,7 @@ struct MapOptions : CommonOptions {
 struct ExecOptions : CommonOptions {
   QString openFile;  ///< empty: the commands run on an empty project
   QString saveFile;  ///< empty: nothing is written
+  ExchangeChoice exchange;
 };
 
 /// The method by its name on the command line.

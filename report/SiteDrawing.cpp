@@ -4,6 +4,7 @@
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
+#include "adjust/TriangleHeightAdjust.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/Job.h"
@@ -62,6 +63,8 @@ class DrawingMaker {
     point.y = y;
     return point;
   }
+
+  std::unordered_map<std::string, std::size_t> const& places() const { return pointOfName; }
 
   void miss(std::string const& name) {
     if (missed.insert(name).second) drawing.withoutPlace.push_back(utf8(name));
@@ -133,9 +136,11 @@ SiteShift shiftOf(PlanePoint const& found, PlaneNetwork::Point const& given) {
 }
 
 void addPlanePoint(DrawingMaker& maker, PlaneNetwork::Point const& given, PlanePoint const& found, bool isFree) {
-  SitePoint& point = maker.append(given.name, found.x, found.y);
+  // Held coordinates are the given ones to the last digit: those of the result are off by the rounding of a solution.
+  bool const isHeld = given.isKnown && given.error == 0.0 && !isFree;
+  SitePoint& point = isHeld ? maker.append(given.name, given.x, given.y) : maker.append(given.name, found.x, found.y);
   point.isKnown = given.isKnown;
-  point.isHeld = given.isKnown && given.error == 0.0 && !isFree;
+  point.isHeld = isHeld;
   point.isChecked = point.isHeld || found.isChecked;
   if (point.isHeld) return;
   if (given.isKnown) point.shift = shiftOf(found, given);
@@ -202,6 +207,28 @@ void addPlane(DrawingMaker& maker, PlaneAdjustment const& run, PlaneSettings con
   markSuspects(maker, run);
 }
 
+void addKnown(DrawingMaker& maker, std::vector<KnownPoint> const& known) {
+  for (KnownPoint const& one : known) {
+    if (!isPlace(one.x, one.y)) continue;
+    SitePoint& point = maker.place(one.name, one.x, one.y);
+    point.isKnown = point.isHeld = true;
+  }
+}
+
+/// The known points that the lines of a network lead to. Of a list for a whole town only these belong to a job.
+std::vector<KnownPoint> observedKnown(Network const& network) {
+  std::unordered_set<std::string> observed;
+  for (NetworkDataInfo const& line : network.lines) {
+    observed.insert(line.start_name);
+    observed.insert(line.end_name);
+  }
+  std::vector<KnownPoint> known;
+  for (KnownPoint const& point : network.knownPoints) {
+    if (observed.count(point.name) != 0) known.push_back(point);
+  }
+  return known;
+}
+
 /// Points of a chain and beside it. Known are those of the network.
 void addTraversePoints(DrawingMaker& maker, TraverseResult const& traverse) {
   auto const add = [&](PointInfo const& point) -> SitePoint* {
@@ -244,16 +271,7 @@ void addTraverseLegs(DrawingMaker& maker, TraverseResult const& traverse) {
 void addTraverses(DrawingMaker& maker, Job const& job) {
   maker.drawing.source = SiteDrawing::Source::Traverses;
   Network const& network = job.adjustedNetwork();
-  std::unordered_set<std::string> observed;
-  for (NetworkDataInfo const& line : network.lines) {
-    observed.insert(line.start_name);
-    observed.insert(line.end_name);
-  }
-  for (KnownPoint const& known : network.knownPoints) {
-    if (observed.count(known.name) == 0 || !isPlace(known.x, known.y)) continue;
-    SitePoint& point = maker.place(known.name, known.x, known.y);
-    point.isKnown = point.isHeld = true;
-  }
+  addKnown(maker, observedKnown(network));
   for (TraverseResult const& traverse : job.traverses()) addTraversePoints(maker, traverse);
   // A point of a chain stays what it is there.
   for (TraverseResult const& traverse : job.traverses()) {
@@ -281,9 +299,12 @@ void addLiteralEllipse(DrawingMaker& maker, ErrorEllipse const& ellipse) {
 void addLiteral(DrawingMaker& maker, Job const& job) {
   AlgorithmAdjust const& result = *job.project()->getAlgorithmAdjust();
   maker.drawing.source = SiteDrawing::Source::Literal;
-  Network const& network = job.adjustedNetwork();
+  // A command has adjusted the network of the project, and not the job.
+  bool const isOfCommand = job.adjustedNetwork().lines.empty();
+  Network const& network = isOfCommand ? job.project()->getNetwork() : job.adjustedNetwork();
   std::unordered_set<std::string> known;
   for (KnownPoint const& point : network.knownPoints) known.insert(point.name);
+  addKnown(maker, observedKnown(network));
   for (PointErrorInfo const& found : result.getPointErrorInfoList()) {
     if (!isPlace(found.x, found.y)) continue;
     SitePoint& point = maker.place(found.name, found.x, found.y);
@@ -294,15 +315,14 @@ void addLiteral(DrawingMaker& maker, Job const& job) {
     if (found.mpValid) point.mp = finite(found.mp);
   }
   for (ErrorEllipse const& ellipse : result.getErrorEllipseList().ellipseList) addLiteralEllipse(maker, ellipse);
-  maker.observe(network);
-}
-
-void addKnown(DrawingMaker& maker, std::vector<KnownPoint> const& known) {
-  for (KnownPoint const& one : known) {
-    if (!isPlace(one.x, one.y)) continue;
-    SitePoint& point = maker.place(one.name, one.x, one.y);
-    point.isKnown = point.isHeld = true;
+  if (result.getPointErrorInfoList().empty()) {  // a single traverse
+    for (PointInfo const& found : result.getPointList()) {
+      if (!isPlace(found.x, found.y)) continue;
+      SitePoint& point = maker.place(found.name, found.x, found.y);
+      point.isKnown = point.isHeld = known.count(found.name) != 0;
+    }
   }
+  maker.observe(network);
 }
 
 void addGiven(DrawingMaker& maker, Project const& project) {
@@ -335,6 +355,20 @@ void addGivenHeights(DrawingMaker& maker, Project const& project) {
   bool const isListAlone = project.getNetwork().lines.empty() && project.getTraverseDataList().empty();
   for (CoordinatePointInfo const& point : list) {
     if (hasHeight(point) || (hasHeights && isListAlone)) give(point.name, point.Z);
+  }
+}
+
+/// Of the library's own road.
+void addLiteralHeights(DrawingMaker& maker, TriangleHeightAdjust const& run) {
+  std::vector<CoordinatePointInfo> points;
+  for (auto const& [name, place] : maker.places()) {
+    points.emplace_back();
+    points.back().name = name;
+    points.back().Z = std::numeric_limits<double>::quiet_NaN();
+  }
+  run.convertCoordZ(points);
+  for (CoordinatePointInfo const& point : points) {
+    if (std::isfinite(point.Z)) maker.drawing.points[maker.find(point.name)].height = point.Z;
   }
 }
 
@@ -374,6 +408,7 @@ SiteDrawing siteDrawingOf(Job const& job) {
     addGiven(maker, project);
   }
   addGivenHeights(maker, project);
+  if (project.getTriangleHeightAdjust() != nullptr) addLiteralHeights(maker, *project.getTriangleHeightAdjust());
   if (job.heightAdjustment() != nullptr) addHeights(maker, *job.heightAdjustment());
   maker.findSidePoints();
   maker.drawing.title = QFileInfo(job.file()).fileName().toStdString();

@@ -190,6 +190,8 @@ std::vector<SvgWriter::LegendItem> SvgWriter::legendItems() const {
   add(anyLine([](SiteLine const& l) { return !l.hasDirection && l.hasDistance; }), stroke("dist"), "distance", 26.0);
   add(anyLine([](SiteLine const& l) { return l.bothWays; }), stroke("dir dist both"), "observed both ways", 26.0);
   add(anyLine([](SiteLine const& l) { return l.isSuspect; }), stroke("dir dist suspect"), "suspect", 26.0);
+  add(anyLine([](SiteLine const& l) { return !l.isSuspect && l.test > 1.0; }), stroke("dir dist marked"),
+      "fails its test", 26.0);
   return items;
 }
 
@@ -241,13 +243,15 @@ void SvgWriter::writeStyle() {
       "}\n.site-map .l.dir{stroke-dasharray:7 4}\n.site-map .l.dist{stroke-dasharray:1.5 3.5;stroke-linecap:round}\n"
       ".site-map .l.dir.dist{stroke-dasharray:none}\n.site-map .l.suspect{stroke:" +
       suspect + ";stroke-width:" + SvgText::of(std::max(2.2 * sizes.line, 1.8)) +
+      "}\n.site-map .l.marked{stroke:" + of("doubt", "#ec9a29") +
+      ";stroke-width:" + SvgText::of(std::max(2.0 * sizes.line, 1.5)) +
       "}\n.site-map .e{fill:" + of("ellipse", "#0b7a75") + ";fill-opacity:.14;stroke:" + of("ellipse", "#0b7a75") +
       ";stroke-width:" + SvgText::of(0.9 * sizes.line) +
       ";vector-effect:non-scaling-stroke}\n.site-map .p .s{fill:" + paper + ";stroke:" + of("new", "#1f2933") +
       ";stroke-width:" + SvgText::of(std::max(1.3 * sizes.line, 0.7)) +
       "}\n.site-map .p.side .s{fill:" + of("new", "#1f2933") +
       ";stroke:none}\n.site-map .p.known .s{fill:" + of("known", "#14508c") + ";stroke:" + paper +
-      ";stroke-width:.8}\n.site-map .p.unchecked .s{fill:" + of("doubt", "#ffb74d") +
+      ";stroke-width:.8}\n.site-map .p.unchecked .s{fill:" + of("doubt", "#ec9a29") +
       "}\n.site-map .p.suspect .s{fill:" + suspect + "}\n.site-map .n{font-size:" + SvgText::of(sizes.name) +
       "px;paint-order:stroke;stroke:" + paper +
       ";stroke-width:2.5px;stroke-linejoin:round;stroke-opacity:.85}\n"
@@ -290,7 +294,11 @@ void SvgWriter::writeLines() {
       if (line.hasDistance) out += " dist";
       if (line.bothWays) out += " both";
       if (line.isTraverseLeg) out += " leg";
-      if (line.isSuspect) out += " suspect";
+      if (line.isSuspect) {
+        out += " suspect";
+      } else if (line.test > 1.0) {
+        out += " marked";
+      }
       out += "\"";
       out.count("data-l", l).count("data-a", line.from).count("data-b", line.to);
       Place const a = placeOf(line.from);
@@ -453,8 +461,10 @@ void SvgWriter::writeTitle() {
       kind = words("Not adjusted");
       break;
     case SiteDrawing::Source::LeastSquares:
-    case SiteDrawing::Source::Literal:
       kind = words("Adjusted by least squares");
+      break;
+    case SiteDrawing::Source::Literal:
+      kind = words("Adjusted");
       break;
     case SiteDrawing::Source::Traverses:
       kind = words("Traverse");

@@ -56,7 +56,9 @@ struct SvgPicture {
 /// Writes one `svg` element; as a file of its own with the head of an XML document.
 ///
 ///     <g class="p known suspect" id="p12" data-p="12" transform="translate(x y)">   a point, new ones with class new
-///     <line class="l dir dist both suspect" data-l="34" data-a="12" data-b="13">   a line, by its points
+///     <line class="l dir dist both suspect" data-l="34" data-a="12" data-b="13">   a line, by its points; marked where
+///     an
+///                                       observation fails its test and is no suspect
 ///     <ellipse class="e" data-p="12" data-a="0.0021" data-b="0.0012">              semi-axes in metres, to be drawn
 ///
 /// `p`, `l`, `a` and `b` are places in the lists of the drawing. The group `ellipses` has `data-scale` and
