@@ -86,6 +86,10 @@
 #include "reduction/FieldReduction.h"
 #include "reduction/NetworkDataCollection.h"
 #include "reduction/TraverseDataManage.h"
+#include "report/Exchange.h"
+#include "report/ReportPage.h"
+#include "report/SiteDrawing.h"
+#include "report/SiteSvg.h"
 
 #include <mvz/CommonAnnotationLayer.h>
 #include <mvz/GeometryDataTool.h>

@@ -7,7 +7,7 @@ install(TARGETS kelvane EXPORT KelvaneTargets
 install(TARGETS kelvane_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY config DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)
 install(FILES Kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-foreach(folder records core formats reduction adjust job map legend commands)
+foreach(folder records core formats reduction adjust job report map legend commands)
   if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
     continue()
   endif()

@@ -2,7 +2,7 @@
 add_library(kelvane SHARED)
 add_library(Kelvane::Kelvane ALIAS kelvane)
 
-foreach(folder records core formats reduction adjust job map legend commands)
+foreach(folder records core formats reduction adjust job report map legend commands)
   if(EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
     add_subdirectory(${folder})
   endif()

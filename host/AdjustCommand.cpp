@@ -22,10 +22,6 @@ namespace {
 
 constexpr int kLeastSquares = 0;  // Configure::AdjustMethod; the others are single traverses
 
-TraverseOptions traverseOptions(AdjustOptions const& options) {
-  return {options.allowedAngle.value_or(0.0), options.allowedRelative.value_or(0.0), options.isForced};
-}
-
 /// Shows where an adjustment stands, once it has taken long enough for someone to ask.
 class ProgressLine {
  public:
@@ -71,7 +67,22 @@ void adjust(Session& session) {
   session.job().setProgressCall({});
 }
 
-void saveResults(Session& session, QString const& path) {
+/// Beside a run that has no heights of its own: a traverse, and what is taken to the letter.
+void adjustHeightsForExchange(Session& session) {
+  Job& job = session.job();
+  if (job.planeAdjustment() != nullptr || session.project().getTraverseDataList().empty()) return;
+  try {
+    job.adjustHeights();
+  } catch (JobException const& failure) {
+    System::Instance()->sendMessage("No heights are adjusted: " + failure.text, Warning);
+  }
+}
+
+void saveResults(Session& session, QString const& path, ExchangeChoice const& choice) {
+  if (isExchange(path)) {
+    adjustHeightsForExchange(session);
+    return saveJob(session, path, choice);
+  }
   QString const kind = path.section('.', -1).toLower();
   if (kind == "dat" || kind == "kvn") {
     session.job().takeResults();
@@ -159,16 +170,18 @@ int runAdjust(QStringList const& arguments) {
   auto const options = parseAdjust(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, savableKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
-    session.job().setTraverseOptions(traverseOptions(*options));
     adjust(session);
     // After the run: a refused job prints exactly one line.
     std::vector<FieldFinding> findings;
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
-    bool const saved = options->saveFile.isEmpty() || save(session, options->saveFile, saveResults);
+    bool const saved =
+        options->saveFile.isEmpty() || save(session, options->saveFile, [&options](Session& from, QString const& path) {
+          saveResults(from, path, options->exchange);
+        });
     if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
     report(session, findings, options->json);
     return saved ? Done : Refused;

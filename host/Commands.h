@@ -11,6 +11,7 @@ int runShow(QStringList const& arguments);
 int runCheck(QStringList const& arguments);
 int runConvert(QStringList const& arguments);
 int runAdjust(QStringList const& arguments);
+int runReport(QStringList const& arguments);
 int runPlan(QStringList const& arguments);
 int runMap(QStringList const& arguments);
 int runHeights(QStringList const& arguments);

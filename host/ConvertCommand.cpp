@@ -12,10 +12,11 @@ int runConvert(QStringList const& arguments) {
   auto const options = parseConvert(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    Job::requireWritableKind(options->outFile);
+    Job::requireWritableKind(options->outFile, savableKinds());
     session.open(options->file);
     tellWarnings(session.job().findingsOf(Job::FileText));
-    bool const saved = save(session, options->outFile, saveJob);
+    bool const saved = save(session, options->outFile,
+                            [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
     if (options->json) {
       Json::Value json;
       json["file"] = options->outFile.toStdString();

@@ -84,13 +84,15 @@ int runExec(QStringList const& arguments) {
   auto const options = parseExec(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile);
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, savableKinds());
     if (!options->openFile.isEmpty()) session.open(options->openFile);
     bool allGood = true;
     Json::Value const results = runAll(readCommands(), session, allGood);
     // A script that failed half way must not replace a file.
     bool const saves = allGood && !options->saveFile.isEmpty();
-    bool const saved = !saves || save(session, options->saveFile, saveJob);
+    bool const saved = !saves || save(session, options->saveFile, [&options](Session& from, QString const& path) {
+      saveJob(from, path, options->exchange);
+    });
     if (!allGood && !options->saveFile.isEmpty()) {
       printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
     }

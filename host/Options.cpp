@@ -186,6 +186,86 @@ QString fileOption(QCommandLineParser const& parser, QString const& name) {
   return parser.value(name);
 }
 
+/// What `adjust` and `report` have in common.
+void addAdjustOptions(QCommandLineParser& parser) {
+  parser.addOptions({
+      {"method",
+       "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
+       "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.",
+       "METHOD", "least-squares"},
+      {"distance-error-form",
+       "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
+       "weight error alone, and as the file says by default.",
+       "sum|root"},
+      {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
+      {"robust",
+       "Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG "
+       "III), and tell the weights."},
+      {"approximate",
+       "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
+       "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
+       "network on it.",
+       "FILE"},
+      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
+       "a-posteriori|a-priori", "a-posteriori"},
+      {"allowed-angle", "Limit of the angular misclosure of a traverse, for the root of the number of its angles.",
+       "SECONDS"},
+      {"allowed-relative", "Limit of the relative misclosure of a traverse, 1 : N.", "N"},
+      {"force", "Compute a traverse that misses by more than ten times what the a-priori errors allow."},
+      {"as-read",
+       "Take the file literally, as the library does by default: observations of one line count once, a distance alone "
+       "is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, "
+       "a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are."},
+  });
+  addWeightOptions(parser);
+}
+
+void takeAdjustOptions(QCommandLineParser const& parser, AdjustOptions& options) {
+  options.file = parser.positionalArguments().first();
+  options.method = methodOption(parser);
+  takeWeightOptions(parser, options);
+  options.leavesOut = parser.isSet("leave-out");
+  options.weighsDown = parser.isSet("robust");
+  options.isAPriori = aPrioriOption(parser);
+  options.approximateFile = fileOption(parser, "approximate");
+  options.asRead = parser.isSet("as-read");
+  options.allowedAngle = boundedOption(parser, "allowed-angle", 0.0, 100000.0);
+  options.allowedRelative = boundedOption(parser, "allowed-relative", 0.0, 1e9);
+  options.isForced = parser.isSet("force");
+  requireFittingOptions(parser, options);
+}
+
+QString languageOption(QCommandLineParser const& parser) {
+  QString const language = parser.value("language");
+  if (!parser.isSet("language") || language == "en" || language == "zh") return language;
+  throw UsageError("--language is en or zh, not " + language);
+}
+
+void addExchangeOptions(QCommandLineParser& parser) {
+  parser.addOptions({
+      {"crs", "Plane reference system of the coordinates, for .geojson: EPSG and its number, such as EPSG:25832.",
+       "EPSG:N"},
+      {"bom", "Begin .csv with a byte order mark, for spreadsheets that take it for another encoding without one."},
+  });
+}
+
+ExchangeChoice exchangeOptions(QCommandLineParser const& parser, QString const& path) {
+  QString const kind = path.section('.', -1).toLower();
+  ExchangeChoice choice;
+  choice.hasByteOrderMark = parser.isSet("bom");
+  if (choice.hasByteOrderMark && kind != "csv") throw UsageError("--bom is for a .csv file");
+  if (!parser.isSet("crs")) return choice;
+  if (kind != "geojson") throw UsageError("--crs is for a .geojson file");
+  QString const text = parser.value("crs");
+  bool isNumber = false;
+  if (text.startsWith("EPSG:", Qt::CaseInsensitive)) choice.epsg = text.mid(5).toInt(&isNumber);
+  // Numbers of the registry have four and five digits; those of own systems six.
+  if (isNumber && choice.epsg >= 1000 && choice.epsg <= 999999) return choice;
+  throw UsageError("--crs needs a reference system such as EPSG:25832: " + text);
+}
+
+constexpr char const* kExchangeFiles = ".csv, .geojson, .dxf or .svg";
+
 }  // namespace
 
 char const* methodName(int method) { return kMethods[method]; }
@@ -200,6 +280,7 @@ QString programUsage() {
       "  show FILE                            what a file holds\n"
       "  check FILE                           what is wrong with a file, or should not be trusted\n"
       "  adjust FILE                          adjusted coordinates with their errors\n"
+      "  report FILE OUT.html                 the same as a page with map and tables, to print and to hand over\n"
       "  plan FILE --points FILE.dat          how good the network will be, before it is measured\n"
       "  heights FILE                         trigonometric heights with their errors\n"
       "  convert IN OUT                       the same job in another format\n"
@@ -243,13 +324,17 @@ std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
   prepare(parser,
           "Writes a job in another format, chosen by the suffix of OUT.\n"
           "Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into\n"
-          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points.");
+          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points. For other\n"
+          "programs these are written with the lines between them as a table (.csv), for geographic\n"
+          "information systems (.geojson) and CAD (.dxf, release 12), and as a map (.svg).");
   parser.addPositionalArgument("IN", kAnyFile);
-  parser.addPositionalArgument("OUT", "File to write: .kvn, .txt, .lqf, .in2 or .dat.");
+  parser.addPositionalArgument("OUT", QString("File to write: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles));
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "convert IN OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<ConvertOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
+  options.exchange = exchangeOptions(parser, options.outFile);
   return options;
 }
 
@@ -259,55 +344,45 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
           "Adjusts the network of a file and prints coordinates with their errors.\n"
           "The a-priori errors are those of the options, else those of the file, else the defaults.");
   parser.addPositionalArgument("FILE", kAnyJob);
-  parser.addOptions({
-      {"method",
-       "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
-       "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.",
-       "METHOD", "least-squares"},
-      {"distance-error-form",
-       "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
-       "weight error alone, and as the file says by default.",
-       "sum|root"},
-      {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
-      {"robust",
-       "Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG "
-       "III), and tell the weights."},
-      {"approximate",
-       "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
-       "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
-       "network on it.",
-       "FILE"},
-      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
-       "a-posteriori|a-priori", "a-posteriori"},
-      {"allowed-angle", "Limit of the angular misclosure of a traverse, for the root of the number of its angles.",
-       "SECONDS"},
-      {"allowed-relative", "Limit of the relative misclosure of a traverse, 1 : N.", "N"},
-      {"force", "Compute a traverse that misses by more than ten times what the a-priori errors allow."},
-      {"as-read",
-       "Take the file literally, as the library does by default: observations of one line count once, a distance alone "
-       "is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, "
-       "a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are."},
+  addAdjustOptions(parser);
+  parser.addOption(
       {"save",
        "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, "
-       ".in2).",
-       "FILE"},
-  });
-  addWeightOptions(parser);
+       ".in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg).",
+       "FILE"});
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
-  options.file = parser.positionalArguments().first();
-  options.method = methodOption(parser);
-  takeWeightOptions(parser, options);
-  options.leavesOut = parser.isSet("leave-out");
-  options.weighsDown = parser.isSet("robust");
-  options.isAPriori = aPrioriOption(parser);
+  takeAdjustOptions(parser, options);
   options.saveFile = fileOption(parser, "save");
-  options.approximateFile = fileOption(parser, "approximate");
-  options.asRead = parser.isSet("as-read");
-  options.allowedAngle = boundedOption(parser, "allowed-angle", 0.0, 100000.0);
-  options.allowedRelative = boundedOption(parser, "allowed-relative", 0.0, 1e9);
-  options.isForced = parser.isSet("force");
-  requireFittingOptions(parser, options);
+  options.exchange = exchangeOptions(parser, options.saveFile);
+  return options;
+}
+
+std::optional<ReportPageOptions> parseReport(QStringList const& arguments) {
+  QCommandLineParser parser;
+  prepare(
+      parser,
+      "Adjusts the network of a file as adjust does, and writes a page: the judgement of the whole, what to look at\n"
+      "first, a map, and tables of points, observations, traverses and heights. It needs no other file, and prints\n"
+      "on A4. A coordinate file gives points and map.");
+  parser.addPositionalArgument("FILE", kAnyFile);
+  parser.addPositionalArgument("OUT.html", "Page to write.");
+  addAdjustOptions(parser);
+  parser.addOptions({
+      {"heights", "Of a field book the heights alone, without the plane."},
+      {"title", "Heading of the page (default: the name of the file).", "TEXT"},
+      {"language", "Of the page: en or zh; that of the locale if not given.", "en|zh"},
+  });
+  if (!goesOn(parser, arguments, "report FILE OUT.html [options]", 2)) return std::nullopt;
+  auto options = commonOptions<ReportPageOptions>(parser);
+  takeAdjustOptions(parser, options);
+  options.outFile = parser.positionalArguments().at(1);
+  options.title = parser.value("title");
+  options.isOfHeights = parser.isSet("heights");
+  options.language = languageOption(parser);
+  if (options.isOfHeights && options.method != 0) throw UsageError("--method does not go with --heights");
+  if (options.isOfHeights && options.asRead) throw UsageError("--as-read does not go with --heights");
   return options;
 }
 
@@ -398,12 +473,15 @@ std::optional<ExecOptions> parseExec(QStringList const& arguments) {
   parser.addPositionalArgument("COMMANDS", "JSON array, on standard input.");
   parser.addOptions({
       {"open", "File to open before the first command.", "FILE"},
-      {"save", "File to write after the last command: .kvn, .txt, .lqf, .in2 or .dat.", "FILE"},
+      {"save", QString("File to write after the last command: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles),
+       "FILE"},
   });
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "exec [options] < COMMANDS", 0)) return std::nullopt;
   auto options = commonOptions<ExecOptions>(parser);
   options.openFile = fileOption(parser, "open");
   options.saveFile = fileOption(parser, "save");
+  options.exchange = exchangeOptions(parser, options.saveFile);
   return options;
 }
 

@@ -10,6 +10,7 @@ namespace kvn::host {
 struct CommonOptions {
   bool json = false;
   QString encoding;  ///< name of the local 8-bit codec; empty for that of the locale
+  QString language;  ///< of the texts, en or zh; empty for that of the locale
 };
 
 struct ShowOptions : CommonOptions {
@@ -20,9 +21,16 @@ struct CheckOptions : CommonOptions {
   QString file;
 };
 
+/// What a file for another program is told beside the job.
+struct ExchangeChoice {
+  bool hasByteOrderMark = false;
+  int epsg = 0;  ///< 0: no reference system
+};
+
 struct ConvertOptions : CommonOptions {
   QString file;
   QString outFile;
+  ExchangeChoice exchange;
 };
 
 struct AdjustOptions : CommonOptions {
@@ -45,6 +53,13 @@ struct AdjustOptions : CommonOptions {
   std::optional<double> allowedAngle;      ///< seconds of arc for the root of the number of angles
   std::optional<double> allowedRelative;   ///< 1 : this
   bool isForced = false;                   ///< a traverse is computed however much it misses
+  ExchangeChoice exchange;
+};
+
+struct ReportPageOptions : AdjustOptions {
+  QString outFile;
+  QString title;             ///< empty: the name of the file
+  bool isOfHeights = false;  ///< of the heights alone
 };
 
 struct HeightsOptions : CommonOptions {
@@ -71,6 +86,7 @@ struct MapOptions : CommonOptions {
 struct ExecOptions : CommonOptions {
   QString openFile;  ///< empty: the commands run on an empty project
   QString saveFile;  ///< empty: nothing is written
+  ExchangeChoice exchange;
 };
 
 /// The method by its name on the command line.
@@ -87,6 +103,7 @@ std::optional<ShowOptions> parseShow(QStringList const& arguments);
 std::optional<CheckOptions> parseCheck(QStringList const& arguments);
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments);
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments);
+std::optional<ReportPageOptions> parseReport(QStringList const& arguments);
 std::optional<AdjustOptions> parsePlan(QStringList const& arguments);
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments);
 std::optional<MapOptions> parseMap(QStringList const& arguments);

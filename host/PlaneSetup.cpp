@@ -26,11 +26,16 @@ PlaneOptions planeOptions(AdjustOptions const& options) {
   return plane;
 }
 
+TraverseOptions traverseOptions(AdjustOptions const& options) {
+  return {options.allowedAngle.value_or(0.0), options.allowedRelative.value_or(0.0), options.isForced};
+}
+
 }  // namespace
 
 void useOptions(Session& session, AdjustOptions const& options) {
   takeOptions(options, session.project().getConfigure());
   session.job().setPlaneOptions(planeOptions(options));
+  session.job().setTraverseOptions(traverseOptions(options));
   if (!options.approximateFile.isEmpty()) session.job().openApproximate(options.approximateFile);
 }
 

@@ -1,6 +1,7 @@
 #include "Saving.h"
 
 #include "Failures.h"
+#include "Output.h"
 
 #include <new>
 
@@ -13,7 +14,26 @@ void tellNotWritten(QString const& path, QString const& reason) {
 
 }  // namespace
 
-void saveJob(Session& session, QString const& path) { session.job().save(path); }
+QStringList savableKinds() { return Job::writableKinds() + exchangeKinds(); }
+
+bool isExchange(QString const& path) { return exchangeKinds().contains(path.section('.', -1).toLower()); }
+
+void tellWithoutPlace(SiteDrawing const& drawing) {
+  if (drawing.withoutPlace.empty()) return;
+  QStringList names;
+  for (std::string const& name : drawing.withoutPlace) names << printable(QString::fromStdString(name));
+  System::Instance()->sendMessage("Left out, since they have no coordinates: " + listedNames(names), Warning);
+}
+
+void saveJob(Session& session, QString const& path, ExchangeChoice const& choice) {
+  if (!isExchange(path)) return session.job().save(path);
+  SiteDrawing const drawing = siteDrawingOf(session.job());
+  tellWithoutPlace(drawing);
+  ExchangeOptions options;
+  options.hasByteOrderMark = choice.hasByteOrderMark;
+  options.epsg = choice.epsg;
+  writeExchange(path, drawing, options);
+}
 
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write) {
   int const errorsBefore = session.messages().errorCount();

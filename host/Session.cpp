@@ -3,6 +3,7 @@
 #include "Failures.h"
 #include "Output.h"
 
+#include <QLocale>
 #include <QTextCodec>
 #include <new>
 #include <stdexcept>
@@ -46,6 +47,11 @@ void useEncoding(QString const& name) {
   QTextCodec::setCodecForLocale(codec);
 }
 
+/// The tables of texts are chosen by the default locale when the library is started.
+void useLanguage(QString const& name) {
+  if (!name.isEmpty()) QLocale::setDefault(QLocale(name == "zh" ? "zh_CN" : "en_US"));
+}
+
 }  // namespace
 
 QString refusalText(JobException const& failure) {
@@ -74,6 +80,7 @@ void tellWarnings(std::vector<FieldFinding> const& findings) {
 
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {
   useEncoding(options.encoding);
+  useLanguage(options.language);
   Session session;
   try {
     return runGuarded(session, options.json, run);

@@ -23,9 +23,9 @@ struct Subcommand {
   char const* name;
   int (*run)(QStringList const& arguments);
 };
-constexpr Subcommand kSubcommands[] = {{"show", runShow}, {"check", runCheck},     {"adjust", runAdjust},
-                                       {"plan", runPlan}, {"heights", runHeights}, {"convert", runConvert},
-                                       {"map", runMap},   {"exec", runExec}};
+constexpr Subcommand kSubcommands[] = {{"show", runShow},       {"check", runCheck}, {"adjust", runAdjust},
+                                       {"report", runReport},   {"plan", runPlan},   {"heights", runHeights},
+                                       {"convert", runConvert}, {"map", runMap},     {"exec", runExec}};
 
 /// The C locale says nothing about the encoding of names and arguments; today they are UTF-8.
 void readEncodingOfLocale() {

@@ -5,6 +5,7 @@
 #include "job/FindingTexts.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 #include <exception>
@@ -43,10 +44,12 @@ Found foundBy(PlaneAdjustment const& adjustment) {
 std::vector<FieldFinding> findingsOf(Found const& found) {
   std::vector<FieldFinding> findings;
   for (UnplacedPoint const& point : found.unplaced) {
-    findings.push_back(findingOn(FieldFinding::Error, {}, {point.name}, "cannot be placed: " + worded(point.reason)));
+    findings.push_back(findingOn(FieldFinding::Error, {}, {point.name},
+                                 Messages::tr("cannot be placed: %1").arg(worded(point.reason))));
   }
   for (auto const& [a, b] : found.coincident) {
-    findings.push_back(findingOn(FieldFinding::Error, a, {b}, "an observation between points at one place"));
+    findings.push_back(
+        findingOn(FieldFinding::Error, a, {b}, Messages::tr("an observation between points at one place")));
   }
   for (LooseMotion const& motion : found.motions) {
     findings.push_back(findingOn(FieldFinding::Error, {}, {}, worded(std::vector<LooseMotion>{motion})));

@@ -92,17 +92,17 @@ FieldFinding leavingOf(PlaneAdjustment const& run, PlaneLeftOut const& left) {
   SuspectObservation size;
   size.isDirection = left.isDirection;
   size.difference = left.isDirection ? left.gross * utils::kSecondsPerRadian : left.gross;
-  QString const text = QString("left out: the %1, %2; that moves coordinates by up to %3 m");
+  QString const text = left.isDirection
+                           ? Messages::tr("left out: the direction, %1; that moves coordinates by up to %2 m")
+                           : Messages::tr("left out: the distance, %1; that moves coordinates by up to %2 m");
   FieldFinding finding =
-      warning(sight.from, {sight.to},
-              text.arg(left.isDirection ? "direction" : "distance", wordedSize(size)).arg(left.largestMove, 0, 'f', 4),
-              left.largestMove);
+      warning(sight.from, {sight.to}, text.arg(wordedSize(size)).arg(left.largestMove, 0, 'f', 4), left.largestMove);
   finding.line = sight.origin.line;
   return finding;
 }
 
 QString wordedMove(PlaneControl const& control) {
-  return QString("it would lie %1 m north and %2 m east of its coordinates")
+  return Messages::tr("it would lie %1 m north and %2 m east of its coordinates")
       .arg(control.north, 0, 'f', 3)
       .arg(control.east, 0, 'f', 3);
 }
@@ -110,11 +110,12 @@ QString wordedMove(PlaneControl const& control) {
 void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
   PlaneResult const& result = run.result();
   if (!result.isControlAlone && !result.suspectedControl.empty()) {
-    findings.push_back(warning({}, {}, "an observation does not fit, or a known point, and nothing tells which"));
+    findings.push_back(
+        warning({}, {}, Messages::tr("an observation does not fit, or a known point, and nothing tells which")));
   }
   QString const text = result.suspectedControl.size() == 1
-                           ? "the known point does not fit the observations: %1"
-                           : "the known point, or another of these, does not fit the observations: %1";
+                           ? Messages::tr("the known point does not fit the observations: %1")
+                           : Messages::tr("the known point, or another of these, does not fit the observations: %1");
   for (PlaneControl const& control : result.control) {
     auto const& suspected = result.suspectedControl;
     if (std::find(suspected.begin(), suspected.end(), control.point) == suspected.end()) continue;
@@ -194,8 +195,9 @@ bool mayFailByControl(PlaneAdjustment const& run) {
 }  // namespace
 
 QString detail::textOfSuspect(SuspectObservation const& suspect) {
-  QString const kind = suspect.isDirection ? "direction" : "distance";
-  return QString("suspected gross error of the %1: %2").arg(kind, wordedSize(suspect));
+  QString const text = suspect.isDirection ? Messages::tr("suspected gross error of the direction: %1")
+                                           : Messages::tr("suspected gross error of the distance: %1");
+  return text.arg(wordedSize(suspect));
 }
 
 std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
@@ -207,29 +209,31 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   for (std::size_t const point : result.commonControl) {
     findings.push_back(
         warning({}, {run.network().points[point].name},
-                "most of the suspected observations are those of this known point, whose coordinates may "
-                "be wrong"));
+                Messages::tr("most of the suspected observations are those of this known point, whose coordinates may "
+                             "be wrong")));
   }
   for (PlaneAlternative const& other : result.alternatives) {
     Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
     PlaneObservation const& observation =
         other.isDirection ? result.directions[other.observation] : result.distances[other.observation];
-    QString const kind = other.isDirection ? "direction" : "distance";
     findings.push_back(warning(sight.from, {sight.to},
-                               QString("the %1 cannot be told apart from a suspected observation").arg(kind),
+                               other.isDirection
+                                   ? Messages::tr("the direction cannot be told apart from a suspected observation")
+                                   : Messages::tr("the distance cannot be told apart from a suspected observation"),
                                costOf(observation)));
     findings.back().line = sight.origin.line;
   }
   if (result.isWithoutSuspects) {
-    findings.push_back(
-        warning({}, {}, "the adjustment does not settle with the suspected observations, which have no weight"));
+    findings.push_back(warning(
+        {}, {}, Messages::tr("the adjustment does not settle with the suspected observations, which have no weight")));
   }
   std::vector<std::string> unchecked;
   for (std::size_t p = 0; p < result.points.size(); ++p) {
     if (!result.points[p].isChecked) unchecked.push_back(run.network().points[p].name);
   }
   if (!unchecked.empty()) {
-    QString const text = unchecked.size() == 1 ? "nothing checks the point" : "nothing checks the points";
+    QString const text =
+        unchecked.size() == 1 ? Messages::tr("nothing checks the point") : Messages::tr("nothing checks the points");
     findings.push_back(warning({}, std::move(unchecked), text));
   }
   return findings;
@@ -238,8 +242,8 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
 std::vector<FieldFinding> detail::findingsOnResult(JobState const& state, PlaneAdjustment const& run) {
   std::vector<FieldFinding> findings;
   if (run.result().hasRedundancy && run.result().unitError > kDoubtfulUnitError) {
-    findings.push_back(
-        warning({}, {}, "The unit weight error is far above 1: a gross error, or known points that do not fit"));
+    findings.push_back(warning(
+        {}, {}, Messages::tr("The unit weight error is far above 1: a gross error, or known points that do not fit")));
   }
   addTwins(run, findings);
   addUnobservedTwins(*state.project, run, findings);

@@ -3,6 +3,7 @@
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Circle.h>
 #include <utils/Degree.h>
@@ -22,7 +23,7 @@ constexpr int kMethodOfPolygon = 3;
 
 QStringList doubtsOfUnitError(bool hasRedundancy, double unitError) {
   if (!hasRedundancy || unitError <= detail::kDoubtfulUnitError) return {};
-  return {"The unit weight error is far above 1: a gross error, or known points that do not fit"};
+  return {Messages::tr("The unit weight error is far above 1: a gross error, or known points that do not fit")};
 }
 
 /// Stations of the network that the chain does not come to.
@@ -48,14 +49,14 @@ QStringList doubtsOfTraverse(TraverseResult const& result) {
                                : chain.size();
   for (std::size_t i = 0; i < legs; ++i) {
     if (chain[i].distance != 0.0) continue;
-    list << QString("The leg from %1 to %2 has no distance and counts as 0")
+    list << Messages::tr("The leg from %1 to %2 has no distance and counts as 0")
                 .arg(recordText(chain[i].stationPoint.name), recordText(chain[i].forePoints.front().name));
   }
   // No faults of observing add up to a half circle, but outer angles are off by a full one.
   double const misclosure = -summary.angleCorrection * static_cast<double>(chain.size());
   if (result.method == kMethodOfPolygon && std::abs(misclosure) > utils::kPi) {
     std::string const angle = utils::Degree(misclosure * (180.0 / utils::kPi)).toUtf8(utils::DDRMMRSS, 2);
-    list << QString("The angles are off by %1; the stations must go around counter-clockwise")
+    list << Messages::tr("The angles are off by %1; the stations must go around counter-clockwise")
                 .arg(QString::fromStdString(angle));
   }
   return list;
@@ -71,7 +72,8 @@ std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
     doubts = doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
   } else {
     QStringList const names = leftOut(state.traverses, state.adjusted);
-    if (!names.isEmpty()) doubts << QString("Stations outside the traverse are left out: %1").arg(names.join(", "));
+    if (!names.isEmpty())
+      doubts << Messages::tr("Stations outside the traverse are left out: %1").arg(names.join(", "));
     for (TraverseResult const& traverse : state.traverses) doubts << doubtsOfTraverse(traverse);
   }
   std::vector<FieldFinding> findings;

@@ -5,6 +5,7 @@
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 #include "records/detail/Recorded.h"
 
 #include <utils/Circle.h>
@@ -38,14 +39,16 @@ QString lengthText(double metres) {
 
 QString textOf(TraverseSuspect const& suspect, std::vector<TraverseInfo> const& stations) {
   TraverseInfo const& at = stations[suspect.station];
-  QString const by = suspect.gross < 0.0 ? "too small" : "too large";
+  bool const isSmall = suspect.gross < 0.0;
   if (suspect.kind == TraverseSuspect::Angle) {
-    return QString("the angle at %1, %2 %3")
-        .arg(recordText(at.stationPoint.name), angleText(std::abs(suspect.gross)), by);
+    QString const text =
+        isSmall ? Messages::tr("the angle at %1, %2 too small") : Messages::tr("the angle at %1, %2 too large");
+    return text.arg(recordText(at.stationPoint.name), angleText(std::abs(suspect.gross)));
   }
-  return QString("the leg from %1 to %2, %3 %4")
-      .arg(recordText(at.stationPoint.name), recordText(at.forePoints.front().name),
-           lengthText(std::abs(suspect.gross)), by);
+  QString const text = isSmall ? Messages::tr("the leg from %1 to %2, %3 too small")
+                               : Messages::tr("the leg from %1 to %2, %3 too large");
+  return text.arg(recordText(at.stationPoint.name), recordText(at.forePoints.front().name),
+                  lengthText(std::abs(suspect.gross)));
 }
 
 /// ": what explains it", where something does.
@@ -54,24 +57,28 @@ QString explanation(TraverseResult const& result) {
   QStringList names;
   for (TraverseSuspect const& suspect : result.judgement->suspects) names << textOf(suspect, result.stations);
   if (names.isEmpty()) return {};
-  if (names.size() == 1) return ": it would be explained by " + names.first();
-  QString const more = names.size() > kListed ? QString("; and %1 more").arg(names.size() - kListed) : QString();
-  return ": it would be explained by one of: " + QStringList(names.mid(0, kListed)).join("; ") + more;
+  if (names.size() == 1) return Messages::tr(": it would be explained by %1").arg(names.first());
+  QString const more = names.size() > kListed ? Messages::tr("; and %1 more").arg(names.size() - kListed) : QString();
+  return Messages::tr(": it would be explained by one of: %1")
+      .arg(QStringList(names.mid(0, kListed)).join("; ") + more);
 }
 
 /// What misses by more than some times what the a-priori errors allow.
 QStringList beyondAllowed(TraverseJudgement const& judged, double times) {
   QStringList list;
-  auto const tell = [&](char const* what, double size, double allowed, QString (*text)(double)) {
-    if (!(std::abs(size) > times * allowed)) return;
-    list << QString("%1 is %2, where the a-priori errors allow %3").arg(what, text(size), text(allowed));
+  auto const tell = [&](QString const& what, double size, double allowed, QString (*text)(double)) {
+    if (std::abs(size) > times * allowed) list << what.arg(text(size), text(allowed));
   };
-  tell("The angular misclosure", judged.angle, judged.angleAllowed, angleText);
+  tell(Messages::tr("The angular misclosure is %1, where the a-priori errors allow %2"), judged.angle,
+       judged.angleAllowed, angleText);
   if (judged.isLoop()) {
-    tell("The closing error", judged.fs, judged.fsAllowed, lengthText);
+    tell(Messages::tr("The closing error is %1, where the a-priori errors allow %2"), judged.fs, judged.fsAllowed,
+         lengthText);
   } else {
-    tell("The misclosure along the traverse", judged.along, judged.alongAllowed, lengthText);
-    tell("The misclosure across the traverse", judged.across, judged.acrossAllowed, lengthText);
+    tell(Messages::tr("The misclosure along the traverse is %1, where the a-priori errors allow %2"), judged.along,
+         judged.alongAllowed, lengthText);
+    tell(Messages::tr("The misclosure across the traverse is %1, where the a-priori errors allow %2"), judged.across,
+         judged.acrossAllowed, lengthText);
   }
   return list;
 }
@@ -81,11 +88,11 @@ QStringList beyondLimits(TraverseJudgement const& judged, TraverseOptions const&
   double const allowed =
       options.allowedAngle / utils::kSecondsPerRadian * std::sqrt(static_cast<double>(judged.angles));
   if (options.allowedAngle > 0.0 && std::abs(judged.angle) > allowed) {
-    list << QString("The angular misclosure is %1, beyond the limit of %2")
+    list << Messages::tr("The angular misclosure is %1, beyond the limit of %2")
                 .arg(angleText(judged.angle), angleText(allowed));
   }
   if (options.allowedRelative > 0.0 && judged.relative * options.allowedRelative > 1.0) {
-    list << QString("The relative misclosure is 1 : %1, beyond the limit of 1 : %2")
+    list << Messages::tr("The relative misclosure is 1 : %1, beyond the limit of 1 : %2")
                 .arg(1.0 / judged.relative, 0, 'f', 0)
                 .arg(options.allowedRelative, 0, 'f', 0);
   }

@@ -2,6 +2,7 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Circle.h>
 
@@ -79,19 +80,20 @@ class RowInspection {
     auto const warn = [&](QString const& text) { tell(FieldFinding::Warning, station, target, text, i); };
     auto const note = [&](QString const& text) { tell(FieldFinding::Note, station, target, text, i); };
     // Further set-ups and rounds are in order where their readings agree, which the reduction looks at.
-    if (!row.isNameValid && isStation(row)) note("the station comes twice, or one of its targets has its name");
-    if (!row.isNameValid && !isStation(row)) warn("the target has the name of its station");
+    if (!row.isNameValid && isStation(row))
+      note(Messages::tr("the station comes twice, or one of its targets has its name"));
+    if (!row.isNameValid && !isStation(row)) warn(Messages::tr("the target has the name of its station"));
     if (!row.isHorizontalAngleValid) {
       if (!isOnCircle(row.horizontal_angle)) {
-        warn("the horizontal reading is not between 0 and 360 degrees");
+        warn(Messages::tr("the horizontal reading is not between 0 and 360 degrees"));
       } else if (sightsOf[row.groupId + '\n' + row.name] == 2) {
-        warn("the sights of the target do not differ by half a circle");
+        warn(Messages::tr("the sights of the target do not differ by half a circle"));
       } else {
-        note("the row checks expect one sight on each face, and there are more");
+        note(Messages::tr("the row checks expect one sight on each face, and there are more"));
       }
     }
-    if (!row.isVerticalAngleValid) warn("the vertical reading is not between 0 and 360 degrees");
-    if (!row.isSlantDistanceValid) warn("the distance is negative");
+    if (!row.isVerticalAngleValid) warn(Messages::tr("the vertical reading is not between 0 and 360 degrees"));
+    if (!row.isSlantDistanceValid) warn(Messages::tr("the distance is negative"));
   }
 
   /// Whether the sights stand as first face and second face backward; the first pair that does not is told.
@@ -100,7 +102,8 @@ class RowInspection {
     std::string const& station = rows[occupation.row].name;
     if (n % 2 != 0) {
       tell(FieldFinding::Note, station, {},
-           "an odd number of sights: a program that pairs faces by their place refuses them", occupation.row);
+           Messages::tr("an odd number of sights: a program that pairs faces by their place refuses them"),
+           occupation.row);
     }
     for (std::size_t k = 0; k < n / 2; ++k) {
       TraverseDataInfo const& first = rows[occupation.sights[k]];
@@ -109,7 +112,7 @@ class RowInspection {
       findings.push_back({FieldFinding::Note,
                           station,
                           {first.name, second.name},
-                          "a program that pairs faces by their place takes these two for one",
+                          Messages::tr("a program that pairs faces by their place takes these two for one"),
                           occupation.sights[k],
                           0});
       return;
@@ -141,13 +144,13 @@ class RowInspection {
     for (First const& first : dropped) {
       if (!kept.insert(first.key).second) continue;
       tell(FieldFinding::Note, first.station, rows[first.row].name,
-           "a program that keeps distances forward only drops this one at both ends", first.row);
+           Messages::tr("a program that keeps distances forward only drops this one at both ends"), first.row);
     }
   }
 
   void noteErrors(FacePair const& pair) {
-    QString text = "double collimation error " + seconds(pair.doubleCollimation);
-    if (!std::isnan(pair.indexError)) text += ", index error " + seconds(pair.indexError);
+    QString text = Messages::tr("double collimation error %1").arg(seconds(pair.doubleCollimation));
+    if (!std::isnan(pair.indexError)) text += Messages::tr(", index error %1").arg(seconds(pair.indexError));
     tell(FieldFinding::Note, pair.station, pair.target, text, pair.firstRow);
   }
 

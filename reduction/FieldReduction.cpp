@@ -2,6 +2,7 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/IndexError.h"
+#include "records/detail/Messages.h"
 #include "records/detail/Recorded.h"
 #include "reduction/detail/Circle.h"
 #include "reduction/detail/FieldRounds.h"
@@ -61,12 +62,14 @@ class Reducer {
     bool const isObserved =
         row.pointType == TraversePointType::StationPoint || row.pointType == TraversePointType::PrismPoint;
     if (isObserved && row.name.empty()) {
-      tell(FieldFinding::Error, current == nullptr ? std::string() : current->name, {}, "the row has no name", i);
+      tell(FieldFinding::Error, current == nullptr ? std::string() : current->name, {},
+           Messages::tr("the row has no name"), i);
     }
     if (row.pointType == TraversePointType::StationPoint) {
       openStation(i);
     } else if (row.pointType == TraversePointType::PrismPoint && current == nullptr) {
-      tell(FieldFinding::Warning, {}, {row.name}, "the sight stands before any station and is left out", i);
+      tell(FieldFinding::Warning, {}, {row.name}, Messages::tr("the sight stands before any station and is left out"),
+           i);
     } else if (row.pointType == TraversePointType::PrismPoint) {
       double const distance = takeDistance(i);
       takeReading(i);
@@ -98,17 +101,19 @@ class Reducer {
       point.y = row.E;
       knownHeights.push_back(row.Z);
       if (std::abs(row.N) < kNoCoordinate && std::abs(row.E) < kNoCoordinate && row.Z != 0.0) {
-        tell(FieldFinding::Warning, row.name, {}, "known by its height alone, the station counts as known at 0, 0", i);
+        tell(FieldFinding::Warning, row.name, {},
+             Messages::tr("known by its height alone, the station counts as known at 0, 0"), i);
       }
       result.network.knownPoints.push_back(std::move(point));
       return;
     }
     KnownPoint const& known = result.network.knownPoints[number];
     if (std::abs(knownHeights[number] - row.Z) > kSamePosition) {
-      tell(FieldFinding::Warning, row.name, {}, "the known point has two heights, of which the first counts", i);
+      tell(FieldFinding::Warning, row.name, {},
+           Messages::tr("the known point has two heights, of which the first counts"), i);
     }
     if (std::hypot(known.x - row.N, known.y - row.E) <= kSamePosition) return;
-    tell(FieldFinding::Error, row.name, {}, "the known point has two positions", i);
+    tell(FieldFinding::Error, row.name, {}, Messages::tr("the known point has two positions"), i);
   }
 
   /// Metres, horizontal; 0 for none.
@@ -119,14 +124,15 @@ class Reducer {
     double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
     if (row.isSlantDistanceHave && row.slant_distance > detail::kNotRecorded && !(distance > detail::kNotRecorded)) {
       tell(FieldFinding::Warning, current->name, {row.name},
-           "the distance has no vertical reading to make it horizontal and is left out", i);
+           Messages::tr("the distance has no vertical reading to make it horizontal and is left out"), i);
     }
     if (!(distance > detail::kNotRecorded)) return 0.0;
     MeanDistance& mean = current->distances[number];
     bool const wasNear = mean.greatest - mean.least <= kSameDistance;
     mean.add(distance);
     if (wasNear && mean.greatest - mean.least > kSameDistance) {
-      tell(FieldFinding::Warning, current->name, {row.name}, "the distances differ by more than 50 mm", i);
+      tell(FieldFinding::Warning, current->name, {row.name}, Messages::tr("the distances differ by more than 50 mm"),
+           i);
     }
     return distance;
   }
@@ -165,12 +171,14 @@ class Reducer {
       target.firstRow = i;
       target.firstReading = reading;
     } else if (!(std::abs(foldedAngle(reading - target.firstReading)) <= kSameReading)) {
-      tell(FieldFinding::Error, current->name, {row.name}, "the readings of the target do not belong together", i);
+      tell(FieldFinding::Error, current->name, {row.name},
+           Messages::tr("the readings of the target do not belong together"), i);
       return;
     }
     if (!target.isTold && std::abs(foldedAngle(reading - target.firstReading)) > kRoundTolerance) {
       target.isTold = true;
-      tell(FieldFinding::Warning, current->name, {row.name}, "the readings of the target differ by more than 30\"", i);
+      tell(FieldFinding::Warning, current->name, {row.name},
+           Messages::tr("the readings of the target differ by more than 30\""), i);
     }
     target.faces[face].add(reading);
     ++target.readings;
@@ -207,7 +215,7 @@ class Reducer {
     for (Round const& round : station.rounds) {
       if (round.targets.size() != 1 || mostOf[round.occupation] == 1) continue;
       tell(FieldFinding::Error, station.name, round.names.names(),
-           "the readings of the first target do not belong together", round.targets.front().firstRow);
+           Messages::tr("the readings of the first target do not belong together"), round.targets.front().firstRow);
     }
   }
 
@@ -260,7 +268,8 @@ class Reducer {
       if (joined[r] || round.targets.empty()) continue;
       if (!result.lostRound) result.lostRound = result.findings.size();
       tell(FieldFinding::Warning, station.name, round.names.names(),
-           "the round has no target in common with the others of its station", round.targets.front().firstRow);
+           Messages::tr("the round has no target in common with the others of its station"),
+           round.targets.front().firstRow);
     }
   }
 
@@ -276,7 +285,8 @@ class Reducer {
       double const direction = round.targets[i].direction() + turn.value();
       if (!mean.isEmpty() && std::abs(foldedAngle(direction - mean.value())) > kRoundTolerance) {
         tell(FieldFinding::Warning, station.name, {round.names.names()[i]},
-             "the direction differs by more than 30\" from that of the rounds before", round.targets[i].firstRow);
+             Messages::tr("the direction differs by more than 30\" from that of the rounds before"),
+             round.targets[i].firstRow);
       }
       mean.add(direction);
     }
@@ -291,7 +301,7 @@ class Reducer {
       Sighted const& target = round.targets[i];
       std::string const& name = round.names.names()[i];
       if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
-        tell(FieldFinding::Warning, station.name, {name}, "sighted on one face only", target.firstRow);
+        tell(FieldFinding::Warning, station.name, {name}, Messages::tr("sighted on one face only"), target.firstRow);
         continue;
       }
       FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
@@ -302,16 +312,16 @@ class Reducer {
         pair.indexError = (first.vertical_angle + second.vertical_angle - utils::kFullCircle) / 2;
       }
       if (std::abs(pair.indexError) > kSameReading) {
-        tell(FieldFinding::Warning, station.name, {name}, "the vertical readings of the faces differ by more than 12'",
-             pair.firstRow);
+        tell(FieldFinding::Warning, station.name, {name},
+             Messages::tr("the vertical readings of the faces differ by more than 12'"), pair.firstRow);
       }
       result.pairs.push_back(std::move(pair));
     }
   }
 
   void tell(FieldFinding::Severity severity, std::string const& station, std::vector<std::string> targets,
-            char const* text, std::size_t row) {
-    result.findings.push_back({severity, station, std::move(targets), QString::fromLatin1(text), row, 0});
+            QString const& text, std::size_t row) {
+    result.findings.push_back({severity, station, std::move(targets), text, row, 0});
   }
   std::vector<TraverseDataInfo> const& rows;
   std::vector<double> indexErrors;  // of each row, radians

@@ -3,6 +3,7 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
+#include "records/detail/Messages.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +24,9 @@ constexpr double kLeastVariance = 1e-12;
 
 QString lengthText(double metres) { return QString::number(metres * 1000.0, 'f', 1) + " mm"; }
 
-QString endsText(double difference) { return "the distances from both ends differ by " + lengthText(difference); }
+QString endsText(double difference) {
+  return Messages::tr("the distances from both ends differ by %1").arg(lengthText(difference));
+}
 
 class NetworkInspection {
  public:
@@ -46,10 +49,10 @@ class NetworkInspection {
     std::unordered_set<std::string> seen;
     for (KnownPoint const& point : network.knownPoints) {
       if (!seen.insert(point.name).second) {
-        tell(point.name, "the known point stands twice");
+        tell(point.name, Messages::tr("the known point stands twice"));
         findings.back().severity = FieldFinding::Error;
       }
-      if (!names.contains(point.name)) tell(point.name, "the known point is not observed");
+      if (!names.contains(point.name)) tell(point.name, Messages::tr("the known point is not observed"));
     }
     lookAtConnections();
     return std::move(findings);
@@ -73,12 +76,13 @@ class NetworkInspection {
       holds[end] += observations;
     }
     std::vector<bool> const reached = hasFreeDatum ? largestPart(neighbours) : reachedFrom(isKnown, neighbours);
-    char const* const unreached =
-        hasFreeDatum ? "nothing connects the point to most of the others" : "nothing connects the point to a known one";
+    QString const unreached = hasFreeDatum ? Messages::tr("nothing connects the point to most of the others")
+                                           : Messages::tr("nothing connects the point to a known one");
     for (std::size_t i = 0; i < isKnown.size(); ++i) {
       if (isKnown[i] && !hasFreeDatum) continue;
       if (!reached[i]) tell(names.names()[i], unreached);
-      if (reached[i] && holds[i] < 2) tell(names.names()[i], "a single observation does not fix the point");
+      if (reached[i] && holds[i] < 2)
+        tell(names.names()[i], Messages::tr("a single observation does not fix the point"));
     }
   }
 

@@ -665,6 +665,1012 @@
     <message>
         <source>The known points fit with north and east exchanged: shifts of up to %1 m instead of %2 m</source>
         <translation>交换北坐标与东坐标后已知点相符：最大位移为 %1 m，而不是 %2 m</translation>
+        <source>and %1 more</source>
+        <translation>及另外 %1 个</translation>
+    </message>
+    <message>
+        <source>row</source>
+        <translation>所在行</translation>
+    </message>
+    <message>
+        <source>map</source>
+        <translation>图上位置</translation>
+    </message>
+    <message>
+        <source>up to %1</source>
+        <translation>最大 %1</translation>
+    </message>
+    <message>
+        <source>What to look at first</source>
+        <translation>首先查看</translation>
+    </message>
+    <message>
+        <source>Nothing was found that needs a look.</source>
+        <translation>没有需要查看的问题。</translation>
+    </message>
+    <message>
+        <source>What may cost most stands first: by how much a coordinate may be wrong, where that can be told.</source>
+        <translation>影响最大的排在最前：在能够估计时给出坐标可能的误差。</translation>
+    </message>
+    <message>
+        <source>Left out here: %1 more.</source>
+        <translation>此处略去其余 %1 条。</translation>
+    </message>
+    <message>
+        <source>Nothing is redundant in the heights: a wrong height difference would not show.</source>
+        <translation>高程没有多余观测：错误的高差不会被发现。</translation>
+    </message>
+    <message>
+        <source>Nothing is redundant: a wrong observation would not show anywhere.</source>
+        <translation>没有多余观测：错误的观测值不会被发现。</translation>
+    </message>
+    <message>
+        <source>unit weight error %1, expected between %2 and %3 at %4</source>
+        <translation>单位权中误差 %1，在置信水平 %4 下应介于 %2 与 %3 之间</translation>
+    </message>
+    <message>
+        <source>The heights agree with their a-priori errors: %1.</source>
+        <translation>高程观测与先验误差相符：%1。</translation>
+    </message>
+    <message>
+        <source>The observations agree with their a-priori errors: %1.</source>
+        <translation>观测值与先验误差相符：%1。</translation>
+    </message>
+    <message>
+        <source>The heights agree better than their a-priori errors let expect: %1.</source>
+        <translation>高程观测优于先验误差：%1。</translation>
+    </message>
+    <message>
+        <source>The observations agree better than their a-priori errors let expect: %1.</source>
+        <translation>观测值优于先验误差：%1。</translation>
+    </message>
+    <message>
+        <source>The heights do not agree with their a-priori errors: %1.</source>
+        <translation>高程观测与先验误差不符：%1。</translation>
+    </message>
+    <message>
+        <source>The observations do not agree with their a-priori errors: %1.</source>
+        <translation>观测值与先验误差不符：%1。</translation>
+    </message>
+    <message>
+        <source>Observations that do not fit the others: %1.</source>
+        <translation>与其他观测不符的观测值：%1 个。</translation>
+    </message>
+    <message>
+        <source>A misclosure is larger than the a-priori errors allow (99 %).</source>
+        <translation>有闭合差超出先验误差所允许的范围（99 %）。</translation>
+    </message>
+    <message>
+        <source>Nothing checks an open traverse: a wrong observation would not show.</source>
+        <translation>支导线没有检核：错误的观测值不会被发现。</translation>
+    </message>
+    <message>
+        <source>All misclosures are within what the a-priori errors allow (99 %).</source>
+        <translation>所有闭合差均在先验误差所允许的范围内（99 %）。</translation>
+    </message>
+    <message>
+        <source>The misclosures are not judged.</source>
+        <translation>闭合差未作评定。</translation>
+    </message>
+    <message>
+        <source>Coordinates as they were given: nothing was adjusted.</source>
+        <translation>坐标为给定值：未作平差。</translation>
+    </message>
+    <message>
+        <source>Least-squares adjustment</source>
+        <translation>最小二乘平差</translation>
+    </message>
+    <message>
+        <source>Traverses</source>
+        <translation>导线</translation>
+    </message>
+    <message>
+        <source>Open traverse</source>
+        <translation>支导线</translation>
+    </message>
+    <message>
+        <source>Connecting traverse</source>
+        <translation>附合导线</translation>
+    </message>
+    <message>
+        <source>Closed traverse</source>
+        <translation>闭合导线</translation>
+    </message>
+    <message>
+        <source>Trigonometric heights</source>
+        <translation>三角高程</translation>
+    </message>
+    <message>
+        <source>Coordinates</source>
+        <translation>坐标</translation>
+    </message>
+    <message>
+        <source>Observations</source>
+        <translation>观测值</translation>
+    </message>
+    <message>
+        <source>%1 directions, %2 distances</source>
+        <translation>方向 %1 个，距离 %2 个</translation>
+    </message>
+    <message>
+        <source>Redundancy</source>
+        <translation>多余观测数</translation>
+    </message>
+    <message>
+        <source>Unit weight error</source>
+        <translation>单位权中误差</translation>
+    </message>
+    <message>
+        <source>%1 to %2 expected</source>
+        <translation>应为 %1 至 %2</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>测站</translation>
+    </message>
+    <message>
+        <source>Relative misclosure</source>
+        <translation>相对闭合差</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>%1 of them known</source>
+        <translation>其中已知点 %1 个</translation>
+    </message>
+    <message>
+        <source>Height differences</source>
+        <translation>高差</translation>
+    </message>
+    <message>
+        <source>redundancy %1</source>
+        <translation>多余观测数 %1</translation>
+    </message>
+    <message>
+        <source>Largest point error</source>
+        <translation>最大点位误差</translation>
+    </message>
+    <message>
+        <source>at %1</source>
+        <translation>位于 %1</translation>
+    </message>
+    <message>
+        <source>To look at</source>
+        <translation>待查看</translation>
+    </message>
+    <message>
+        <source>direction %1″, distance %2 mm + %3 ppm (%4)</source>
+        <translation>方向 %1″，距离 %2 mm + %3 ppm（%4）</translation>
+    </message>
+    <message>
+        <source>sum</source>
+        <translation>相加</translation>
+    </message>
+    <message>
+        <source>root</source>
+        <translation>平方和开方</translation>
+    </message>
+    <message>
+        <source>, centring %1 mm</source>
+        <translation>，对中 %1 mm</translation>
+    </message>
+    <message>
+        <source>, known coordinates %1 mm</source>
+        <translation>，已知坐标 %1 mm</translation>
+    </message>
+    <message>
+        <source>free: the known points are not held</source>
+        <translation>自由网：已知点不固定</translation>
+    </message>
+    <message>
+        <source>known points, each with its own error</source>
+        <translation>已知点，各带自身误差</translation>
+    </message>
+    <message>
+        <source>known points, held</source>
+        <translation>已知点固定</translation>
+    </message>
+    <message>
+        <source>directions %1</source>
+        <translation>方向 %1</translation>
+    </message>
+    <message>
+        <source> (%1″ would fit)</source>
+        <translation>（%1″ 相符）</translation>
+    </message>
+    <message>
+        <source>distances %1</source>
+        <translation>距离 %1</translation>
+    </message>
+    <message>
+        <source> (%1 mm + %2 ppm would fit)</source>
+        <translation>（%1 mm + %2 ppm 相符）</translation>
+    </message>
+    <message>
+        <source>observations that weigh less: %1, of these nothing: %2</source>
+        <translation>降权的观测值：%1 个，其中权为零：%2 个</translation>
+    </message>
+    <message>
+        <source>Datum</source>
+        <translation>基准</translation>
+    </message>
+    <message>
+        <source>A-priori errors</source>
+        <translation>先验误差</translation>
+    </message>
+    <message>
+        <source>Errors of results</source>
+        <translation>成果误差</translation>
+    </message>
+    <message>
+        <source>by the a-priori unit weight error, 1</source>
+        <translation>按先验单位权中误差 1</translation>
+    </message>
+    <message>
+        <source>by the unit weight error of this run</source>
+        <translation>按本次平差的单位权中误差</translation>
+    </message>
+    <message>
+        <source>Confidence</source>
+        <translation>置信水平</translation>
+    </message>
+    <message>
+        <source>By kind</source>
+        <translation>分类</translation>
+    </message>
+    <message>
+        <source>Robust weights</source>
+        <translation>抗差权</translation>
+    </message>
+    <message>
+        <source>Left out</source>
+        <translation>已剔除</translation>
+    </message>
+    <message>
+        <source>%1 observations</source>
+        <translation>%1 个观测值</translation>
+    </message>
+    <message>
+        <source>Iterations</source>
+        <translation>迭代次数</translation>
+    </message>
+    <message>
+        <source>A-priori errors of heights</source>
+        <translation>高程先验误差</translation>
+    </message>
+    <message>
+        <source>zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm</source>
+        <translation>天顶距 %1″，距离 %2 mm + %3 ppm，仪器高与目标高 %4 mm</translation>
+    </message>
+    <message>
+        <source>Refraction</source>
+        <translation>折光系数</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Method</source>
+        <translation>方法</translation>
+    </message>
+    <message>
+        <source>Heights</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>点名</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>standard error of the height</source>
+        <translation>高程中误差</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>known</source>
+        <translation>已知</translation>
+    </message>
+    <message>
+        <source>does not fit</source>
+        <translation>不符</translation>
+    </message>
+    <message>
+        <source>unchecked</source>
+        <translation>无检核</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>起点</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>终点</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>horizontal distance</source>
+        <translation>水平距离</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>高差</translation>
+    </message>
+    <message>
+        <source>of height, from mark to mark</source>
+        <translation>两标志之间的高差</translation>
+    </message>
+    <message>
+        <source>a-priori standard error</source>
+        <translation>先验中误差</translation>
+    </message>
+    <message>
+        <source>residual: adjusted minus observed</source>
+        <translation>改正数：平差值减观测值</translation>
+    </message>
+    <message>
+        <source>standardised residual</source>
+        <translation>标准化残差</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>检验</translation>
+    </message>
+    <message>
+        <source>size of w over its critical value; above 1 is too large for chance</source>
+        <translation>w 的绝对值与临界值之比；大于 1 即超出偶然误差</translation>
+    </message>
+    <message>
+        <source>redundancy: the share of an error that shows</source>
+        <translation>多余观测分量：误差在残差中显示的比例</translation>
+    </message>
+    <message>
+        <source>Detectable</source>
+        <translation>可发现粗差</translation>
+    </message>
+    <message>
+        <source>smallest gross error that the test finds with a power of 80 %</source>
+        <translation>检验功效 80 % 时可发现的最小粗差</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>行号</translation>
+    </message>
+    <message>
+        <source>line of the file</source>
+        <translation>文件行号</translation>
+    </message>
+    <message>
+        <source>%1 too small</source>
+        <translation>偏小 %1</translation>
+    </message>
+    <message>
+        <source>%1 too large</source>
+        <translation>偏大 %1</translation>
+    </message>
+    <message>
+        <source>Heights of instruments and targets that do not fit</source>
+        <translation>不符的仪器高与目标高</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类别</translation>
+    </message>
+    <message>
+        <source>Entered</source>
+        <translation>记录值</translation>
+    </message>
+    <message>
+        <source>Sights</source>
+        <translation>照准次数</translation>
+    </message>
+    <message>
+        <source>Too large by</source>
+        <translation>偏大</translation>
+    </message>
+    <message>
+        <source>instrument</source>
+        <translation>仪器</translation>
+    </message>
+    <message>
+        <source>target</source>
+        <translation>目标</translation>
+    </message>
+    <message>
+        <source>… (%1 points)</source>
+        <translation>…（%1 个点）</translation>
+    </message>
+    <message>
+        <source>Loops that do not close</source>
+        <translation>不闭合的环</translation>
+    </message>
+    <message>
+        <source>Loop</source>
+        <translation>环</translation>
+    </message>
+    <message>
+        <source>Misclosure</source>
+        <translation>闭合差</translation>
+    </message>
+    <message>
+        <source>Allowed at 99 %</source>
+        <translation>限差（99 %）</translation>
+    </message>
+    <message>
+        <source>Standardised residuals</source>
+        <translation>标准化残差</translation>
+    </message>
+    <message>
+        <source>Larger than 1.96: %1 of %2; by chance it would be about %3. The curve is the normal one.</source>
+        <translation>大于 1.96 的：%2 个中有 %1 个；偶然情况下约为 %3 个。曲线为正态曲线。</translation>
+    </message>
+    <message>
+        <source>left out</source>
+        <translation>已剔除</translation>
+    </message>
+    <message>
+        <source>weight %1</source>
+        <translation>权 %1</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>影响</translation>
+    </message>
+    <message>
+        <source>what a gross error of that size moves a coordinate by</source>
+        <translation>该大小的粗差引起的坐标变动</translation>
+    </message>
+    <message>
+        <source>v residual, w standardised residual, marked from %1 on (0.1 %), r redundancy.</source>
+        <translation>v 改正数，w 标准化残差，自 %1 起标记（0.1 %），r 多余观测分量。</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>测站</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>目标</translation>
+    </message>
+    <message>
+        <source>Observed</source>
+        <translation>观测值</translation>
+    </message>
+    <message>
+        <source>Directions</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Distances</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>Orientation</source>
+        <translation>定向角</translation>
+    </message>
+    <message>
+        <source>azimuth of the circle&apos;s zero</source>
+        <translation>度盘零方向的方位角</translation>
+    </message>
+    <message>
+        <source>standard error of the orientation</source>
+        <translation>定向角中误差</translation>
+    </message>
+    <message>
+        <source>redundancy of the scatter</source>
+        <translation>离散度的多余观测数</translation>
+    </message>
+    <message>
+        <source>Scatter of directions</source>
+        <translation>方向离散度</translation>
+    </message>
+    <message>
+        <source>standard deviation of one round</source>
+        <translation>一测回的标准差</translation>
+    </message>
+    <message>
+        <source>Scatter of distances</source>
+        <translation>距离离散度</translation>
+    </message>
+    <message>
+        <source>Set-ups</source>
+        <translation>设站</translation>
+    </message>
+    <message>
+        <source>Lines after adjustment</source>
+        <translation>平差后的边</translation>
+    </message>
+    <message>
+        <source>Azimuth</source>
+        <translation>方位角</translation>
+    </message>
+    <message>
+        <source>standard error of the azimuth</source>
+        <translation>方位角中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the distance</source>
+        <translation>距离中误差</translation>
+    </message>
+    <message>
+        <source>Relative</source>
+        <translation>相对误差</translation>
+    </message>
+    <message>
+        <source>known, not held</source>
+        <translation>已知，未固定</translation>
+    </message>
+    <message>
+        <source>side shot</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>North x</source>
+        <translation>北 x</translation>
+    </message>
+    <message>
+        <source>East y</source>
+        <translation>东 y</translation>
+    </message>
+    <message>
+        <source>standard error of the north coordinate</source>
+        <translation>北坐标中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the east coordinate</source>
+        <translation>东坐标中误差</translation>
+    </message>
+    <message>
+        <source>standard error of the point: root of mx² + my²</source>
+        <translation>点位中误差：mx² + my² 的平方根</translation>
+    </message>
+    <message>
+        <source>major semi-axis of the standard error ellipse</source>
+        <translation>误差椭圆长半轴</translation>
+    </message>
+    <message>
+        <source>minor semi-axis of the standard error ellipse</source>
+        <translation>误差椭圆短半轴</translation>
+    </message>
+    <message>
+        <source>Azimuth of a</source>
+        <translation>a 的方位角</translation>
+    </message>
+    <message>
+        <source>Standard errors; ellipses at %1 are %2 times as large.</source>
+        <translation>误差为中误差；%1 置信椭圆为其 %2 倍。</translation>
+    </message>
+    <message>
+        <source>This table has %1 of %2 rows: those that matter most. The result files have all.</source>
+        <translation>本表列出 %2 行中最重要的 %1 行。成果文件包含全部。</translation>
+    </message>
+    <message>
+        <source>Known points</source>
+        <translation>已知点</translation>
+    </message>
+    <message>
+        <source>v: adjusted minus given. Test: of both coordinates together, above 1 is too large for chance.</source>
+        <translation>v：平差值减给定值。检验：两坐标一并检验，大于 1 即超出偶然误差。</translation>
+    </message>
+    <message>
+        <source>v north</source>
+        <translation>v 北</translation>
+    </message>
+    <message>
+        <source>v east</source>
+        <translation>v 东</translation>
+    </message>
+    <message>
+        <source>v: correction. Azimuth and leg lead to the next point.</source>
+        <translation>v：改正数。方位角与边指向下一点。</translation>
+    </message>
+    <message>
+        <source>Azimuth and leg lead to the next point.</source>
+        <translation>方位角与边指向下一点。</translation>
+    </message>
+    <message>
+        <source>Angle</source>
+        <translation>角度</translation>
+    </message>
+    <message>
+        <source>%1 in %2 m of legs, that is %3.</source>
+        <translation>%1，边长总和 %2 m，即 %3。</translation>
+    </message>
+    <message>
+        <source>Misclosures</source>
+        <translation>闭合差</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>beyond</source>
+        <translation>超限</translation>
+    </message>
+    <message>
+        <source>angles</source>
+        <translation>角度</translation>
+    </message>
+    <message>
+        <source>along the traverse</source>
+        <translation>沿导线方向</translation>
+    </message>
+    <message>
+        <source>across the traverse</source>
+        <translation>垂直于导线方向</translation>
+    </message>
+    <message>
+        <source>closing error</source>
+        <translation>全长闭合差</translation>
+    </message>
+    <message>
+        <source>Side shots</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>Nothing checks them; their errors are those of the a-priori errors.</source>
+        <translation>没有检核；其误差由先验误差推算。</translation>
+    </message>
+    <message>
+        <source>en</source>
+        <translation>zh-CN</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>概要</translation>
+    </message>
+    <message>
+        <source>Computed and written by %1.</source>
+        <translation>由 %1 计算并生成。</translation>
+    </message>
+    <message>
+        <source>Larger</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Smaller</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Whole map</source>
+        <translation>全图</translation>
+    </message>
+    <message>
+        <source>Ellipses</source>
+        <translation>椭圆</translation>
+    </message>
+    <message>
+        <source>Names</source>
+        <translation>点名</translation>
+    </message>
+    <message>
+        <source>Back to the table</source>
+        <translation>返回表格</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>图</translation>
+    </message>
+    <message>
+        <source>The plane cannot be adjusted: %1. The heights alone are here.</source>
+        <translation>平面无法平差：%1。此处仅有高程。</translation>
+    </message>
+    <message>
+        <source>known point</source>
+        <translation>已知点</translation>
+    </message>
+    <message>
+        <source>new point</source>
+        <translation>待定点</translation>
+    </message>
+    <message>
+        <source>side point</source>
+        <translation>支点</translation>
+    </message>
+    <message>
+        <source>nothing checks it</source>
+        <translation>无检核</translation>
+    </message>
+    <message>
+        <source>direction and distance</source>
+        <translation>方向与距离</translation>
+    </message>
+    <message>
+        <source>direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>observed both ways</source>
+        <translation>双向观测</translation>
+    </message>
+    <message>
+        <source>suspect</source>
+        <translation>可疑</translation>
+    </message>
+    <message>
+        <source>confidence ellipses</source>
+        <translation>置信椭圆</translation>
+    </message>
+    <message>
+        <source>standard ellipses</source>
+        <translation>误差椭圆</translation>
+    </message>
+    <message>
+        <source>the station comes twice, or one of its targets has its name</source>
+        <translation>测站出现两次，或其某个目标与测站同名</translation>
+    </message>
+    <message>
+        <source>the target has the name of its station</source>
+        <translation>目标与其测站同名</translation>
+    </message>
+    <message>
+        <source>the horizontal reading is not between 0 and 360 degrees</source>
+        <translation>水平读数不在 0 至 360 度之间</translation>
+    </message>
+    <message>
+        <source>the sights of the target do not differ by half a circle</source>
+        <translation>该目标的两次照准未相差半圆周</translation>
+    </message>
+    <message>
+        <source>the row checks expect one sight on each face, and there are more</source>
+        <translation>数据检查要求盘左盘右各照准一次，此处多于一次</translation>
+    </message>
+    <message>
+        <source>the vertical reading is not between 0 and 360 degrees</source>
+        <translation>竖直读数不在 0 至 360 度之间</translation>
+    </message>
+    <message>
+        <source>the distance is negative</source>
+        <translation>距离为负</translation>
+    </message>
+    <message>
+        <source>an odd number of sights: a program that pairs faces by their place refuses them</source>
+        <translation>照准次数为奇数：按位置配对盘左盘右的程序将拒绝</translation>
+    </message>
+    <message>
+        <source>a program that pairs faces by their place takes these two for one</source>
+        <translation>按位置配对盘左盘右的程序会把这两者当作同一点</translation>
+    </message>
+    <message>
+        <source>a program that keeps distances forward only drops this one at both ends</source>
+        <translation>只保留往测距离的程序会在两端都舍去此距离</translation>
+    </message>
+    <message>
+        <source>double collimation error %1</source>
+        <translation>2C 值 %1</translation>
+    </message>
+    <message>
+        <source>, index error %1</source>
+        <translation>，竖盘指标差 %1</translation>
+    </message>
+    <message>
+        <source>the known point stands twice</source>
+        <translation>已知点出现两次</translation>
+    </message>
+    <message>
+        <source>the known point is not observed</source>
+        <translation>已知点未被观测</translation>
+    </message>
+    <message>
+        <source>a single observation does not fix the point</source>
+        <translation>单个观测值不能确定该点</translation>
+    </message>
+    <message>
+        <source>the distances from both ends differ by %1</source>
+        <translation>往返测距离相差 %1</translation>
+    </message>
+    <message>
+        <source>nothing connects the point to most of the others</source>
+        <translation>该点与多数其他点没有联系</translation>
+    </message>
+    <message>
+        <source>nothing connects the point to a known one</source>
+        <translation>该点与已知点没有联系</translation>
+    </message>
+    <message>
+        <source>the row has no name</source>
+        <translation>该行没有点名</translation>
+    </message>
+    <message>
+        <source>the sight stands before any station and is left out</source>
+        <translation>该照准位于任何测站之前，已略去</translation>
+    </message>
+    <message>
+        <source>known by its height alone, the station counts as known at 0, 0</source>
+        <translation>测站仅高程已知，按平面坐标 0, 0 的已知点处理</translation>
+    </message>
+    <message>
+        <source>the known point has two heights, of which the first counts</source>
+        <translation>已知点有两个高程，采用第一个</translation>
+    </message>
+    <message>
+        <source>the known point has two positions</source>
+        <translation>已知点有两个位置</translation>
+    </message>
+    <message>
+        <source>the distance has no vertical reading to make it horizontal and is left out</source>
+        <translation>该距离没有竖直读数，无法化为平距，已略去</translation>
+    </message>
+    <message>
+        <source>the distances differ by more than 50 mm</source>
+        <translation>距离之差超过 50 mm</translation>
+    </message>
+    <message>
+        <source>the readings of the target do not belong together</source>
+        <translation>该目标的读数不相匹配</translation>
+    </message>
+    <message>
+        <source>the readings of the target differ by more than 30&quot;</source>
+        <translation>该目标的读数之差超过 30"</translation>
+    </message>
+    <message>
+        <source>the readings of the first target do not belong together</source>
+        <translation>第一个目标的读数不相匹配</translation>
+    </message>
+    <message>
+        <source>the round has no target in common with the others of its station</source>
+        <translation>该测回与本站其他测回没有共同目标</translation>
+    </message>
+    <message>
+        <source>the direction differs by more than 30&quot; from that of the rounds before</source>
+        <translation>该方向与此前测回之差超过 30"</translation>
+    </message>
+    <message>
+        <source>sighted on one face only</source>
+        <translation>仅单盘位照准</translation>
+    </message>
+    <message>
+        <source>the vertical readings of the faces differ by more than 12&apos;</source>
+        <translation>盘左盘右竖直读数之差超过 12'</translation>
+    </message>
+    <message>
+        <source>cannot be placed: %1</source>
+        <translation>无法定位：%1</translation>
+    </message>
+    <message>
+        <source>an observation between points at one place</source>
+        <translation>观测值的两端点位于同一位置</translation>
+    </message>
+    <message>
+        <source>left out: the direction, %1; that moves coordinates by up to %2 m</source>
+        <translation>已剔除方向：%1；坐标因此最大变动 %2 m</translation>
+    </message>
+    <message>
+        <source>left out: the distance, %1; that moves coordinates by up to %2 m</source>
+        <translation>已剔除距离：%1；坐标因此最大变动 %2 m</translation>
+    </message>
+    <message>
+        <source>it would lie %1 m north and %2 m east of its coordinates</source>
+        <translation>其位置应在给定坐标以北 %1 m、以东 %2 m</translation>
+    </message>
+    <message>
+        <source>an observation does not fit, or a known point, and nothing tells which</source>
+        <translation>某个观测值或某个已知点不符，无法判明是哪一个</translation>
+    </message>
+    <message>
+        <source>the known point does not fit the observations: %1</source>
+        <translation>该已知点与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>the known point, or another of these, does not fit the observations: %1</source>
+        <translation>该已知点或其中另一点与观测值不符：%1</translation>
+    </message>
+    <message>
+        <source>suspected gross error of the direction: %1</source>
+        <translation>方向疑有粗差：%1</translation>
+    </message>
+    <message>
+        <source>suspected gross error of the distance: %1</source>
+        <translation>距离疑有粗差：%1</translation>
+    </message>
+    <message>
+        <source>most of the suspected observations are those of this known point, whose coordinates may be wrong</source>
+        <translation>多数可疑观测值涉及该已知点，其坐标可能有误</translation>
+    </message>
+    <message>
+        <source>the direction cannot be told apart from a suspected observation</source>
+        <translation>该方向与一个可疑观测值无法区分</translation>
+    </message>
+    <message>
+        <source>the distance cannot be told apart from a suspected observation</source>
+        <translation>该距离与一个可疑观测值无法区分</translation>
+    </message>
+    <message>
+        <source>the adjustment does not settle with the suspected observations, which have no weight</source>
+        <translation>含可疑观测值时平差不收敛，这些观测值的权为零</translation>
+    </message>
+    <message>
+        <source>nothing checks the point</source>
+        <translation>该点无检核</translation>
+    </message>
+    <message>
+        <source>nothing checks the points</source>
+        <translation>这些点无检核</translation>
+    </message>
+    <message>
+        <source>The unit weight error is far above 1: a gross error, or known points that do not fit</source>
+        <translation>单位权中误差远大于 1：存在粗差，或已知点不符</translation>
+    </message>
+    <message>
+        <source>The leg from %1 to %2 has no distance and counts as 0</source>
+        <translation>从 %1 到 %2 的边没有距离，按 0 计算</translation>
+    </message>
+    <message>
+        <source>The angles are off by %1; the stations must go around counter-clockwise</source>
+        <translation>角度相差 %1；测站须按逆时针方向排列</translation>
+    </message>
+    <message>
+        <source>Stations outside the traverse are left out: %1</source>
+        <translation>导线以外的测站已略去：%1</translation>
+    </message>
+    <message>
+        <source>the angle at %1, %2 too small</source>
+        <translation>%1 处的角度，偏小 %2</translation>
+    </message>
+    <message>
+        <source>the angle at %1, %2 too large</source>
+        <translation>%1 处的角度，偏大 %2</translation>
+    </message>
+    <message>
+        <source>the leg from %1 to %2, %3 too small</source>
+        <translation>从 %1 到 %2 的边，偏小 %3</translation>
+    </message>
+    <message>
+        <source>the leg from %1 to %2, %3 too large</source>
+        <translation>从 %1 到 %2 的边，偏大 %3</translation>
+    </message>
+    <message>
+        <source>: it would be explained by %1</source>
+        <translation>：可由以下解释：%1</translation>
+    </message>
+    <message>
+        <source>; and %1 more</source>
+        <translation>；及另外 %1 个</translation>
+    </message>
+    <message>
+        <source>: it would be explained by one of: %1</source>
+        <translation>：可由以下之一解释：%1</translation>
+    </message>
+    <message>
+        <source>The angular misclosure is %1, where the a-priori errors allow %2</source>
+        <translation>角度闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The closing error is %1, where the a-priori errors allow %2</source>
+        <translation>全长闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The misclosure along the traverse is %1, where the a-priori errors allow %2</source>
+        <translation>沿导线方向的闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The misclosure across the traverse is %1, where the a-priori errors allow %2</source>
+        <translation>垂直于导线方向的闭合差为 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>The angular misclosure is %1, beyond the limit of %2</source>
+        <translation>角度闭合差为 %1，超过限差 %2</translation>
+    </message>
+    <message>
+        <source>The relative misclosure is 1 : %1, beyond the limit of 1 : %2</source>
+        <translation>相对闭合差为 1 : %1，超过限差 1 : %2</translation>
     </message>
 </context>
 </TS>

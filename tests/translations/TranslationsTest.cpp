@@ -40,8 +40,8 @@ void collectKeys(QString const& file, std::set<Key>& keys) {
 
 std::set<Key> keysOfTheSources() {
   std::set<Key> keys;
-  for (char const* folder :
-       {"records", "core", "formats", "reduction", "adjust", "job", "map", "legend", "commands", "platform", "host"}) {
+  for (char const* folder : {"records", "core", "formats", "reduction", "adjust", "job", "report", "map", "legend",
+                             "commands", "platform", "host"}) {
     QDirIterator files(QStringLiteral(KELVANE_SOURCE_DIR "/") + folder, {"*.cpp", "*.h"}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) collectKeys(files.next(), keys);

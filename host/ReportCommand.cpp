@@ -1,0 +1,72 @@
+// report: what adjust computes, as a page to look at, to print and to hand over.
+#include "Commands.h"
+#include "Failures.h"
+#include "Options.h"
+#include "Output.h"
+#include "PlaneSetup.h"
+#include "Saving.h"
+#include "Session.h"
+
+#include <utility>
+
+namespace kvn::host {
+namespace {
+
+/// Points with coordinates, and nothing that was observed.
+bool isListAlone(Project const& project) {
+  return project.getNetwork().lines.empty() && project.getTraverseDataList().empty();
+}
+
+/// @return why there is no plane, where the rows give heights all the same; else empty.
+/// @throws JobException of the plane where they do not.
+QString adjustAll(Session& session, bool isOfHeights) {
+  Job& job = session.job();
+  if (isOfHeights) {
+    job.adjustHeights();
+    return {};
+  }
+  if (isListAlone(session.project())) return {};
+  try {
+    job.adjust();
+    return {};
+  } catch (JobException const& failure) {
+    bool const isFieldBook = !session.project().getTraverseDataList().empty();
+    if (!isFieldBook || job.reading() == Job::Reading::AsRead) throw;
+    QString const reason = failure.text;
+    try {
+      job.adjustHeights();
+    } catch (JobException const&) {
+      job.adjust();  // fails as before
+    }
+    System::Instance()->sendMessage(QString("The plane cannot be adjusted: %1").arg(reason), Warning);
+    return System::tr("The plane cannot be adjusted: %1. The heights alone are here.").arg(reason);
+  }
+}
+
+}  // namespace
+
+int runReport(QStringList const& arguments) {
+  auto const options = parseReport(arguments);
+  if (!options) return Done;
+  return runInSession(*options, [&options](Session& session) {
+    session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
+    useOptions(session, *options);
+    ReportOptions page;
+    page.title = options->title;
+    page.program = versionLine().trimmed();
+    page.refusal = adjustAll(session, options->isOfHeights);
+    tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
+    bool const saved = save(session, options->outFile,
+                            [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
+    if (options->json) {
+      Json::Value json;
+      json["file"] = options->outFile.toStdString();
+      json["ok"] = saved;
+      json["messages"] = session.messages().take();
+      printJson(json);
+    }
+    return saved ? Done : Refused;
+  });
+}
+
+}  // namespace kvn::host

@@ -1,0 +1,103 @@
+// What to look at first, each finding with the ways to its row and its place on the map.
+#include "job/FindingTexts.h"
+#include "records/detail/Messages.h"
+#include "report/detail/PageNumbers.h"
+#include "report/detail/ReportParts.h"
+
+#include <algorithm>
+
+namespace kvn::detail {
+namespace {
+
+// More are not read; those that may cost most stand first.
+constexpr std::size_t kListed = 200;
+constexpr std::size_t kNames = 30;
+
+void writeName(PageWriter& page, ReportParts const& parts, std::string const& name) {
+  std::size_t const point = parts.pointOf(name);
+  bool const hasRow = point != kNowhere && parts.points.has(point);
+  if (hasRow) page.markup("<a href=\"#rp").markup(point).markup("\">");
+  page.markup("<bdi>").text(utf8Of(name)).markup("</bdi>");
+  if (hasRow) page.markup("</a>");
+}
+
+void writeNames(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
+  page.markup("<span class=\"who\">");
+  if (!finding.station.empty()) writeName(page, parts, finding.station);
+  if (!finding.station.empty() && !finding.targets.empty()) page.markup(" → ");
+  std::size_t const count = std::min(finding.targets.size(), kNames);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i > 0) page.markup(", ");
+    writeName(page, parts, finding.targets[i]);
+  }
+  if (count < finding.targets.size()) {
+    page.markup(" ").text(Messages::tr("and %1 more").arg(finding.targets.size() - count));
+  }
+  page.markup("</span> ");
+}
+
+/// The point that a finding is about alone.
+std::size_t onlyPoint(ReportParts const& parts, FieldFinding const& finding) {
+  bool const isOne = finding.targets.size() + (finding.station.empty() ? 0 : 1) == 1;
+  if (!isOne) return kNowhere;
+  return parts.pointOf(finding.station.empty() ? finding.targets.front() : finding.station);
+}
+
+void writeWays(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
+  std::string const row = parts.rowOf(finding);
+  std::size_t const line = parts.lineOf(finding);
+  std::size_t const point = onlyPoint(parts, finding);
+  page.markup("<span class=\"ways\">");
+  if (!row.empty()) {
+    page.markup("<a class=\"to-row\" href=\"#").markup(row).markup("\">").text(Messages::tr("row")).markup("</a>");
+  }
+  if (line != kNowhere) {
+    page.markup(" <a class=\"to-map\" href=\"#map\" data-l=\"").markup(line).markup("\">");
+    page.text(Messages::tr("map")).markup("</a>");
+  } else if (point != kNowhere) {
+    page.markup(" <a class=\"to-map\" href=\"#p").markup(point).markup("\" data-p=\"").markup(point).markup("\">");
+    page.text(Messages::tr("map")).markup("</a>");
+  }
+  page.markup("</span>");
+}
+
+void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
+  bool const isError = finding.severity == FieldFinding::Error;
+  page.markup(isError ? "<li class=\"bad\"" : "<li class=\"look\"").markup("><div class=\"what\">");
+  if (!finding.station.empty() || !finding.targets.empty()) writeNames(page, parts, finding);
+  page.text(finding.text);
+  if (finding.line > 0) {
+    page.markup(" <span class=\"line\">").text(Messages::tr("line %1").arg(finding.line)).markup("</span>");
+  }
+  page.markup("</div><div class=\"cost\">");
+  if (finding.cost > 0.0) {
+    std::string const cost = finding.cost < 1.0 ? millimetres(finding.cost) + " mm" : decimals(finding.cost, 2) + " m";
+    page.text(Messages::tr("up to %1").arg(QString::fromStdString(cost)));
+  }
+  page.markup("</div>");
+  writeWays(page, parts, finding);
+  page.markup("</li>\n");
+}
+
+}  // namespace
+
+void writeFindings(PageWriter& page, ReportParts const& parts) {
+  if (parts.findings.empty()) {
+    beginSection(page, "findings", Messages::tr("What to look at first"),
+                 Messages::tr("Nothing was found that needs a look."));
+    return endSection(page);
+  }
+  beginSection(page, "findings", Messages::tr("What to look at first"),
+               Messages::tr("What may cost most stands first: by how much a coordinate may be wrong, where that can be "
+                            "told."));
+  page.markup("<ol class=\"findings\">\n");
+  std::size_t const count = std::min(parts.findings.size(), kListed);
+  for (std::size_t i = 0; i < count; ++i) writeFinding(page, parts, parts.findings[i]);
+  page.markup("</ol>\n");
+  if (count < parts.findings.size()) {
+    page.element("p class=\"left-out\"", Messages::tr("Left out here: %1 more.").arg(parts.findings.size() - count));
+  }
+  endSection(page);
+}
+
+}  // namespace kvn::detail

@@ -1,0 +1,311 @@
+// The head of a page: what it is about, the judgement of the whole, the figures, the settings.
+#include "adjust/HeightAdjustment.h"
+#include "adjust/PlaneAdjustment.h"
+#include "adjust/TraverseResult.h"
+#include "core/Configure.h"
+#include "core/Project.h"
+#include "job/Job.h"
+#include "records/detail/Messages.h"
+#include "report/detail/PageNumbers.h"
+#include "report/detail/ReportParts.h"
+
+#include <utils/FileName.h>
+
+#include <QDate>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kvn::detail {
+namespace {
+
+// A unit weight error beyond tells of something wrong; errors that would fit mean nothing then.
+constexpr double kDoubtfulUnitError = 20.0;
+
+QString told(std::string const& utf8) { return QString::fromStdString(utf8); }
+
+QString fileName(Job const& job) { return utils::readablePath(job.file()).section('/', -1); }
+
+/// A sentence that judges, with how good it is: good, look or bad.
+struct Judgement {
+  char const* level;
+  QString sentence;
+};
+
+std::size_t marked(std::vector<PlaneObservation> const& list) {
+  return static_cast<std::size_t>(std::count_if(list.begin(), list.end(), [](PlaneObservation const& observation) {
+    return observation.weight == 0.0 || observation.test > 1.0;
+  }));
+}
+
+Judgement judged(bool hasRedundancy, bool isPassed, double unitError, double lower, double upper, double confidence,
+                 bool isOfHeights) {
+  if (!hasRedundancy) {
+    return {"look", isOfHeights
+                        ? Messages::tr("Nothing is redundant in the heights: a wrong height difference would not show.")
+                        : Messages::tr("Nothing is redundant: a wrong observation would not show anywhere.")};
+  }
+  QString const numbers =
+      Messages::tr("unit weight error %1, expected between %2 and %3 at %4")
+          .arg(told(ratio(unitError)), told(ratio(lower)), told(ratio(upper)), told(percent(confidence)));
+  if (isPassed) {
+    QString const text = isOfHeights ? Messages::tr("The heights agree with their a-priori errors: %1.")
+                                     : Messages::tr("The observations agree with their a-priori errors: %1.");
+    return {"good", text.arg(numbers)};
+  }
+  if (unitError < lower) {
+    QString const text = isOfHeights
+                             ? Messages::tr("The heights agree better than their a-priori errors let expect: %1.")
+                             : Messages::tr("The observations agree better than their a-priori errors let expect: %1.");
+    return {"look", text.arg(numbers)};
+  }
+  QString const text = isOfHeights ? Messages::tr("The heights do not agree with their a-priori errors: %1.")
+                                   : Messages::tr("The observations do not agree with their a-priori errors: %1.");
+  return {"bad", text.arg(numbers)};
+}
+
+Judgement judgedPlane(ReportParts const& parts) {
+  PlaneResult const& result = parts.plane->result();
+  Judgement judgement = judged(result.hasRedundancy, result.isPassed, result.unitError, result.lowerBound,
+                               result.upperBound, parts.job.planeOptions().confidence, false);
+  std::size_t const suspects = marked(result.directions) + marked(result.distances);
+  if (suspects == 0 || judgement.level == std::string("bad")) return judgement;
+  judgement.level = "look";
+  judgement.sentence += ' ' + Messages::tr("Observations that do not fit the others: %1.").arg(suspects);
+  return judgement;
+}
+
+Judgement judgedTraverses(ReportParts const& parts) {
+  double worst = 0.0;
+  bool isJudged = false;
+  bool isOpen = false;
+  for (TraverseResult const& traverse : parts.traverses) {
+    if (!traverse.summary.hasMisclosure) isOpen = true;
+    if (!traverse.judgement) continue;
+    isJudged = true;
+    worst = std::max(worst, traverse.judgement->excess());
+  }
+  if (worst > 1.0) return {"bad", Messages::tr("A misclosure is larger than the a-priori errors allow (99 %).")};
+  if (isOpen) return {"look", Messages::tr("Nothing checks an open traverse: a wrong observation would not show.")};
+  if (isJudged) return {"good", Messages::tr("All misclosures are within what the a-priori errors allow (99 %).")};
+  return {"look", Messages::tr("The misclosures are not judged.")};
+}
+
+std::vector<Judgement> judgements(ReportParts const& parts) {
+  std::vector<Judgement> list;
+  if (!parts.options.refusal.isEmpty()) list.push_back({"bad", parts.options.refusal});
+  if (parts.hasPlane()) list.push_back(judgedPlane(parts));
+  if (!parts.traverses.empty()) list.push_back(judgedTraverses(parts));
+  if (parts.heights != nullptr) {
+    HeightResult const& result = parts.heights->result();
+    list.push_back(judged(result.hasRedundancy, result.isPassed, result.unitError, result.lowerBound, result.upperBound,
+                          parts.job.planeOptions().confidence, true));
+  }
+  if (list.empty()) list.push_back({"look", Messages::tr("Coordinates as they were given: nothing was adjusted.")});
+  return list;
+}
+
+QString methodText(ReportParts const& parts) {
+  if (parts.hasPlane()) return Messages::tr("Least-squares adjustment");
+  if (parts.traverses.size() > 1) return Messages::tr("Traverses");
+  if (parts.traverses.size() == 1) {
+    int const method = parts.traverses.front().method;
+    if (method == 1) return Messages::tr("Open traverse");
+    return method == 2 ? Messages::tr("Connecting traverse") : Messages::tr("Closed traverse");
+  }
+  if (parts.heights != nullptr) return Messages::tr("Trigonometric heights");
+  return Messages::tr("Coordinates");
+}
+
+/// A number that is looked at first.
+void writeFigure(PageWriter& page, QString const& label, std::string const& value, QString const& below = {}) {
+  page.markup("<div class=\"figure\"><dt>").text(label).markup("</dt><dd>").text(value);
+  if (!below.isEmpty()) page.markup("<small>").text(below).markup("</small>");
+  page.markup("</dd></div>\n");
+}
+
+std::size_t knownPoints(SiteDrawing const& drawing) {
+  return static_cast<std::size_t>(std::count_if(drawing.points.begin(), drawing.points.end(),
+                                                [](SitePoint const& point) { return point.isKnown; }));
+}
+
+/// The point with the largest error, and that error.
+std::pair<SitePoint const*, double> weakest(SiteDrawing const& drawing) {
+  SitePoint const* worst = nullptr;
+  for (SitePoint const& point : drawing.points) {
+    if (point.mp && std::isfinite(*point.mp) && (worst == nullptr || *point.mp > *worst->mp)) worst = &point;
+  }
+  return {worst, worst == nullptr ? 0.0 : *worst->mp};
+}
+
+void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
+  PlaneResult const& result = parts.plane->result();
+  PlaneNetwork const& network = parts.plane->network();
+  writeFigure(page, Messages::tr("Observations"), std::to_string(network.directions.size() + network.distances.size()),
+              Messages::tr("%1 directions, %2 distances").arg(network.directions.size()).arg(network.distances.size()));
+  writeFigure(page, Messages::tr("Redundancy"), std::to_string(result.redundancy));
+  if (result.hasRedundancy) {
+    writeFigure(page, Messages::tr("Unit weight error"), ratio(result.unitError),
+                Messages::tr("%1 to %2 expected").arg(told(ratio(result.lowerBound)), told(ratio(result.upperBound))));
+  }
+}
+
+void writeTraverseFigures(PageWriter& page, ReportParts const& parts) {
+  std::size_t stations = 0;
+  double worst = 0.0;
+  for (TraverseResult const& traverse : parts.traverses) {
+    stations += traverse.stations.size();
+    worst = std::max(worst, traverse.summary.relativeError);
+  }
+  writeFigure(page, Messages::tr("Stations"), std::to_string(stations));
+  if (worst > 0.0) writeFigure(page, Messages::tr("Relative misclosure"), oneTo(worst));
+}
+
+void writeFigures(PageWriter& page, ReportParts const& parts) {
+  page.markup("<dl class=\"figures\">\n");
+  if (!parts.drawing.points.empty()) {
+    writeFigure(page, Messages::tr("Points"), std::to_string(parts.drawing.points.size()),
+                Messages::tr("%1 of them known").arg(knownPoints(parts.drawing)));
+  }
+  if (parts.hasPlane()) writePlaneFigures(page, parts);
+  if (!parts.traverses.empty()) writeTraverseFigures(page, parts);
+  if (parts.heights != nullptr) {
+    writeFigure(page, Messages::tr("Height differences"), std::to_string(parts.heights->network().sights.size()),
+                Messages::tr("redundancy %1").arg(parts.heights->result().redundancy));
+  }
+  auto const [worst, error] = weakest(parts.drawing);
+  if (worst != nullptr && error > 0.0) {
+    writeFigure(page, Messages::tr("Largest point error"), millimetres(error) + " mm",
+                Messages::tr("at %1").arg(told(worst->name)));
+  }
+  writeFigure(page, Messages::tr("To look at"), std::to_string(parts.findings.size()));
+  page.markup("</dl>\n");
+}
+
+using Settings = std::vector<std::pair<QString, QString>>;
+
+QString errorsText(ReportParts const& parts) {
+  Configure const& configure = parts.job.project()->getConfigure();
+  PlaneOptions const& options = parts.job.planeOptions();
+  QString text =
+      Messages::tr("direction %1″, distance %2 mm + %3 ppm (%4)")
+          .arg(told(shortest(double(configure.AngleError))), told(shortest(double(configure.LineFixedError))),
+               told(shortest(double(configure.LineProportionError))),
+               options.distanceForm == ObservationErrors::Form::Sum ? Messages::tr("sum") : Messages::tr("root"));
+  if (options.centring > 0.0) text += Messages::tr(", centring %1 mm").arg(told(shortest(1000.0 * options.centring)));
+  if (options.controlError > 0.0) {
+    text += Messages::tr(", known coordinates %1 mm").arg(told(shortest(1000.0 * options.controlError)));
+  }
+  return text;
+}
+
+QString datumText(ReportParts const& parts) {
+  if (parts.drawing.isFree) return Messages::tr("free: the known points are not held");
+  return parts.job.planeOptions().controlError > 0.0 ? Messages::tr("known points, each with its own error")
+                                                     : Messages::tr("known points, held");
+}
+
+/// Of each kind its unit weight error, and the a-priori error with which it would be 1, unless something is wrong.
+QString kindsText(ReportParts const& parts) {
+  PlaneResult const& result = parts.plane->result();
+  Configure const& configure = parts.job.project()->getConfigure();
+  QStringList kinds;
+  double const ofDirections = result.directionUnitError;
+  if (std::isfinite(ofDirections)) {
+    QString text = Messages::tr("directions %1").arg(told(ratio(ofDirections)));
+    if (ofDirections <= kDoubtfulUnitError) {
+      text += Messages::tr(" (%1″ would fit)").arg(told(ratio(ofDirections * double(configure.AngleError))));
+    }
+    kinds << text;
+  }
+  double const ofDistances = result.distanceUnitError;
+  if (std::isfinite(ofDistances)) {
+    QString text = Messages::tr("distances %1").arg(told(ratio(ofDistances)));
+    if (ofDistances <= kDoubtfulUnitError) {
+      text += Messages::tr(" (%1 mm + %2 ppm would fit)")
+                  .arg(told(ratio(ofDistances * double(configure.LineFixedError))),
+                       told(ratio(ofDistances * double(configure.LineProportionError))));
+    }
+    kinds << text;
+  }
+  return kinds.join("; ");
+}
+
+QString robustText(ReportParts const& parts) {
+  std::size_t less = 0;
+  std::size_t none = 0;
+  for (auto const* list : {&parts.plane->result().directions, &parts.plane->result().distances}) {
+    for (PlaneObservation const& observation : *list) {
+      if (observation.weight < 1.0) ++less;
+      if (observation.weight == 0.0) ++none;
+    }
+  }
+  return Messages::tr("observations that weigh less: %1, of these nothing: %2").arg(less).arg(none);
+}
+
+void addPlaneSettings(ReportParts const& parts, Settings& settings) {
+  PlaneOptions const& options = parts.job.planeOptions();
+  settings.emplace_back(Messages::tr("Datum"), datumText(parts));
+  settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
+  settings.emplace_back(Messages::tr("Errors of results"), options.unitWeight == PlaneSettings::UnitWeight::APriori
+                                                               ? Messages::tr("by the a-priori unit weight error, 1")
+                                                               : Messages::tr("by the unit weight error of this run"));
+  settings.emplace_back(Messages::tr("Confidence"), told(percent(options.confidence)));
+  QString const kinds = kindsText(parts);
+  if (!kinds.isEmpty()) settings.emplace_back(Messages::tr("By kind"), kinds);
+  if (options.weighsDownSuspects) settings.emplace_back(Messages::tr("Robust weights"), robustText(parts));
+  if (options.leavesOutSuspects) {
+    settings.emplace_back(Messages::tr("Left out"),
+                          Messages::tr("%1 observations").arg(parts.plane->result().leftOut.size()));
+  }
+  settings.emplace_back(Messages::tr("Iterations"), QString::number(parts.plane->result().iterations));
+}
+
+void addHeightSettings(ReportParts const& parts, Settings& settings) {
+  Configure const& configure = parts.job.project()->getConfigure();
+  HeightOptions const& options = parts.job.heightOptions();
+  settings.emplace_back(
+      Messages::tr("A-priori errors of heights"),
+      Messages::tr("zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm")
+          .arg(told(shortest(options.zenithError.value_or(double(configure.AngleError)))),
+               told(shortest(double(configure.LineFixedError))), told(shortest(double(configure.LineProportionError))),
+               told(shortest(1000.0 * options.heightError))));
+  settings.emplace_back(
+      Messages::tr("Refraction"),
+      QString::fromUtf8("%1 ± %2").arg(told(shortest(options.refraction.value_or(double(configure.AtmosphericIndex)))),
+                                       told(shortest(options.refractionError))));
+}
+
+void writeSettings(PageWriter& page, ReportParts const& parts) {
+  Settings settings{{Messages::tr("File"), fileName(parts.job)}, {Messages::tr("Method"), methodText(parts)}};
+  if (parts.hasPlane()) addPlaneSettings(parts, settings);
+  if (!parts.traverses.empty()) settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
+  if (parts.heights != nullptr) addHeightSettings(parts, settings);
+  page.markup("<dl class=\"settings\">\n");
+  for (auto const& [label, text] : settings) {
+    page.markup("<div><dt>").text(label).markup("</dt><dd>").text(text).markup("</dd></div>\n");
+  }
+  page.markup("</dl>\n");
+}
+
+}  // namespace
+
+QString headingOf(ReportParts const& parts) {
+  if (!parts.options.title.isEmpty()) return parts.options.title;
+  QString const file = fileName(parts.job);
+  return file.isEmpty() ? methodText(parts) : file;
+}
+
+void writeHead(PageWriter& page, ReportParts const& parts) {
+  QString const date = parts.options.date.isEmpty() ? QDate::currentDate().toString(Qt::ISODate) : parts.options.date;
+  page.markup("<header>\n<p class=\"over\">").text(methodText(parts)).markup("</p>\n");
+  page.element("h1", headingOf(parts)).markup("\n<p class=\"date\">").text(date).markup("</p>\n</header>\n");
+  for (Judgement const& judgement : judgements(parts)) {
+    page.markup("<p class=\"verdict ").markup(judgement.level).markup("\"><span class=\"dot\"></span>");
+    page.element("span", judgement.sentence).markup("</p>\n");
+  }
+  writeFigures(page, parts);
+  writeSettings(page, parts);
+}
+
+}  // namespace kvn::detail

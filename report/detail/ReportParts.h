@@ -1,0 +1,126 @@
+// ReportParts: what the sections of a page are written from, gathered once; and the sections.
+#pragma once
+
+#include "records/FieldFinding.h"
+#include "report/ReportPage.h"
+#include "report/SiteDrawing.h"
+#include "report/detail/PageWriter.h"
+
+#include <QString>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kvn {
+class HeightAdjustment;
+class Job;
+class PlaneAdjustment;
+struct PlaneObservation;
+struct TraverseResult;
+}  // namespace kvn
+
+namespace kvn::detail {
+
+constexpr std::size_t kNowhere = SiteDrawing::kNone;
+
+/// Which rows of a table the page has.
+class RowChoice {
+ public:
+  /// All of them, or the `most` with the largest weights, in their order.
+  RowChoice(std::size_t count, std::size_t most, std::function<double(std::size_t)> const& weightOf);
+  RowChoice() = default;
+
+  std::vector<std::size_t> const& rows() const { return list; }
+  bool has(std::size_t row) const { return row < isIn.size() && isIn[row]; }
+  std::size_t leftOut() const { return isIn.size() - list.size(); }
+
+ private:
+  std::vector<std::size_t> list;
+  std::vector<bool> isIn;
+};
+
+/// Holds references: to be used as long as job and options are there.
+class ReportParts {
+ public:
+  ReportParts(Job const& finishedJob, ReportOptions const& pageOptions);
+  ReportParts(ReportParts const&) = delete;
+  ReportParts& operator=(ReportParts const&) = delete;
+
+  Job const& job;
+  ReportOptions const& options;
+  SiteDrawing const drawing;
+  PlaneAdjustment const* const plane;
+  HeightAdjustment const* const heights;
+  std::vector<TraverseResult> const& traverses;
+  std::vector<FieldFinding> findings;  ///< no notes; what may cost most first
+
+  RowChoice points;  ///< of the drawing, of those with coordinates to hand out
+  RowChoice directions;
+  RowChoice distances;
+  RowChoice sights;
+  std::vector<std::size_t> circleOfSetUp;  ///< of a set-up with directions: which one of its station, from 1; else 0
+  std::vector<bool> hasSeveral;            ///< of each point of the plane: whether it has several of these
+
+  bool hasPlane() const { return plane != nullptr; }
+  /// There are errors: redundancy, or those by the a-priori unit weight error.
+  bool hasErrors() const;
+  std::string const& pointName(int point) const;  ///< of the plane network, UTF-8
+  /// "A", or "A (2)" of the second of several circles.
+  std::string stationName(std::size_t setUp) const;
+  std::size_t pointOf(std::string const& recordName) const;  ///< in the drawing; kNowhere where it is not
+  /// The row of an observation between two points, by the line of the file where that is known: the id of an element of
+  /// the page; empty where the page has none.
+  std::string rowOf(FieldFinding const& finding) const;
+  std::size_t lineOf(FieldFinding const& finding) const;  ///< in the drawing; kNowhere where it is not
+
+ private:
+  void gatherFindings();
+  void choosePoints();
+  void chooseObservations();
+  void nameObservations();
+  void countCircles();
+
+  struct Place {
+    bool isDirection = false;
+    bool isSight = false;  ///< of heights
+    std::size_t number = 0;
+    int fileLine = 0;
+    bool isMarked = false;
+  };
+  void addPlace(std::string const& from, std::string const& to, Place place);
+  static std::string keyOf(std::string const& from, std::string const& to);
+
+  std::unordered_map<std::string, std::size_t> pointNumbers;
+  std::unordered_map<std::string, std::vector<Place>> places;
+};
+
+/// A heading, with the link target of the contents, and a sentence below it; open until `endSection`.
+void beginSection(PageWriter& page, char const* id, QString const& title, QString const& sentence = {});
+void endSection(PageWriter& page);
+/// Says how many rows a table leaves out, if any.
+void tellLeftOut(PageWriter& page, RowChoice const& choice);
+
+/// Digits that a name is as wide as, about.
+std::size_t widthOf(std::string const& utf8);
+/// The widest name of the drawing, so that a column holds it.
+std::size_t nameWidth(ReportParts const& parts);
+
+void writePage(PageWriter& page, ReportParts const& parts);
+
+QString headingOf(ReportParts const& parts);
+void writeHead(PageWriter& page, ReportParts const& parts);
+void writeFindings(PageWriter& page, ReportParts const& parts);
+void writeMap(PageWriter& page, ReportParts const& parts);
+void writePoints(PageWriter& page, ReportParts const& parts);
+void writeControl(PageWriter& page, ReportParts const& parts);
+void writeSetUps(PageWriter& page, ReportParts const& parts);
+void writeDirections(PageWriter& page, ReportParts const& parts);
+void writeDistances(PageWriter& page, ReportParts const& parts);
+void writeLines(PageWriter& page, ReportParts const& parts);
+void writeHistogram(PageWriter& page, ReportParts const& parts);
+void writeTraverses(PageWriter& page, ReportParts const& parts);
+void writeHeights(PageWriter& page, ReportParts const& parts);
+
+}  // namespace kvn::detail
