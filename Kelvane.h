@@ -87,6 +87,7 @@
 #include "reduction/NetworkDataCollection.h"
 #include "reduction/TraverseDataManage.h"
 #include "report/Exchange.h"
+#include "report/Judgement.h"
 #include "report/ReportPage.h"
 #include "report/SiteDrawing.h"
 #include "report/SiteSvg.h"

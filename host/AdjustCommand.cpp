@@ -108,14 +108,15 @@ std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<Field
   return all;
 }
 
-void reportPlane(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+void reportPlane(Session& session, std::vector<FieldFinding> const& findings, AdjustOptions const& wanted) {
   PlaneAdjustment const& run = *session.job().planeAdjustment();
   PlaneReport finished(session.file(), session.project().getConfigure(), session.job().planeOptions(), run);
   finished.setHeights(session.job().heightAdjustment());
-  if (asJson) {
+  if (wanted.json) {
     finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
   } else {
-    finished.writeText(findings, printBytes);
+    finished.writeSummary(judgementText(session.job()), findings, printBytes);
+    if (!wanted.isShort) finished.writeTables(printBytes);
   }
   finishPrinting();
 }
@@ -133,20 +134,24 @@ void reportLiteral(Session& session, bool asJson) {
 }
 
 /// Of several traverses the first stands at the top of the JSON too, as that of a file with one does.
-void reportTraverses(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+void reportTraverses(Session& session, std::vector<FieldFinding> const& findings, AdjustOptions const& wanted) {
+  QString const judged = judgementText(session.job());
+  QString const first = (judged.isEmpty() ? judged : '\n' + judged) + findingsText(findings);
   QString text;
   Json::Value json;
   Json::Value all(Json::arrayValue);
   for (TraverseResult const& traverse : session.job().traverses()) {
     TraverseReport const finished(session.file(), session.project().getConfigure(), traverse,
                                   session.job().adjustedNetwork());
-    if (asJson) {
+    if (wanted.json) {
       all.append(finished.json());
     } else {
-      text += text.isEmpty() ? finished.text(findingsText(findings)) : "\n" + finished.text(QString());
+      bool const isFirst = text.isEmpty();
+      text += (isFirst ? "" : "\n") + finished.headText() + (isFirst ? first : QString());
+      if (!wanted.isShort) text += finished.tablesText();
     }
   }
-  if (!asJson) return printText(text);
+  if (!wanted.json) return printText(text);
   json = all[0];
   if (all.size() > 1) json["traverses"] = all;
   json["findings"] = findingsJson(findings);
@@ -154,13 +159,13 @@ void reportTraverses(Session& session, std::vector<FieldFinding> const& findings
   printJson(json);
 }
 
-void report(Session& session, std::vector<FieldFinding> const& findings, bool asJson) {
+void report(Session& session, std::vector<FieldFinding> const& findings, AdjustOptions const& wanted) {
   if (session.project().getConfigure().AdjustMethod != kLeastSquares) {
-    reportTraverses(session, findings, asJson);
+    reportTraverses(session, findings, wanted);
   } else if (session.job().planeAdjustment() != nullptr) {
-    reportPlane(session, findings, asJson);
+    reportPlane(session, findings, wanted);
   } else {
-    reportLiteral(session, asJson);
+    reportLiteral(session, wanted.json);
   }
 }
 
@@ -183,7 +188,7 @@ int runAdjust(QStringList const& arguments) {
           saveResults(from, path, options->exchange);
         });
     if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
-    report(session, findings, options->json);
+    report(session, findings, *options);
     return saved ? Done : Refused;
   });
 }

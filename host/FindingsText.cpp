@@ -5,6 +5,13 @@
 
 namespace kvn::host {
 
+QString judgementText(Job const& job) {
+  QString text;
+  if (job.reading() == Job::Reading::AsRead) return text;
+  for (Judgement const& judgement : judgementsOf(job)) text += "  " + judgement.sentence + '\n';
+  return text;
+}
+
 QString findingsText(std::vector<FieldFinding> const& findings) {
   QString text;
   for (QString const& line : warningLines(findings)) text += "  " + printable(line) + '\n';

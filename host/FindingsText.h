@@ -8,6 +8,8 @@
 
 namespace kvn::host {
 
+/// What the tests say of the results, a sentence a line. Empty for what is not judged: a run to the letter.
+QString judgementText(Job const& job);
 /// The warnings, in their order, each a line below a title; those of one kind together. Empty where there is none.
 QString findingsText(std::vector<FieldFinding> const& findings);
 /// What is worth a look; notes say that nothing is wrong.

@@ -351,11 +351,16 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
        ".in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg).",
        "FILE"});
   addExchangeOptions(parser);
+  parser.addOption(
+      {"short", "Print only what is looked at first: the judgement, the figures of the whole, the findings."});
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
   takeAdjustOptions(parser, options);
   options.saveFile = fileOption(parser, "save");
   options.exchange = exchangeOptions(parser, options.saveFile);
+  options.isShort = parser.isSet("short");
+  if (options.isShort && options.json) throw UsageError("--short does not go with --json");
+  if (options.isShort && options.asRead) throw UsageError("--short does not go with --as-read");
   return options;
 }
 

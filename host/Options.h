@@ -45,6 +45,7 @@ struct AdjustOptions : CommonOptions {
   std::optional<double> centring;          ///< millimetres
   std::optional<double> controlError;      ///< millimetres
   std::optional<double> confidence;        ///< of the test of the whole and of the ellipses
+  bool isShort = false;                    ///< only what is looked at first
   bool isFree = false;                     ///< the known points are not held
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the lines as the library takes them, without the host's care

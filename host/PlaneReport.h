@@ -25,8 +25,10 @@ class PlaneReport {
   /// Heights of a run beside it, or null.
   void setHeights(HeightAdjustment const* adjustment);
 
-  /// Head, findings, points, error ellipses, directions, distances: what is looked at first stands first.
-  void writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
+  /// Head with the sentences that judge, and findings: what is looked at first.
+  void writeSummary(QString const& judgement, std::vector<FieldFinding> const& findings, TextSink const& sink) const;
+  /// What stands behind it: points, error ellipses, directions, distances.
+  void writeTables(TextSink const& sink) const;
   /// The same of a plan.
   void writePlanText(std::vector<FieldFinding> const& findings, TextSink const& sink) const;
   /// The same values with all their digits, and what was found and told beside them.
@@ -63,7 +65,7 @@ class PlaneReport {
   };
   Named named(bool isDirection, std::size_t observation) const;
 
-  QString headText() const;
+  QString headText(QString const& judgement) const;
   QString planHeadText() const;
   QString robustText() const;
   QString datumText() const;   ///< of a free network

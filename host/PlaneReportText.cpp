@@ -15,9 +15,13 @@ QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
 
 }  // namespace
 
-void PlaneReport::writeText(std::vector<FieldFinding> const& findings, TextSink const& sink) const {
-  sink(headText().toStdString());
+void PlaneReport::writeSummary(QString const& judgement, std::vector<FieldFinding> const& findings,
+                               TextSink const& sink) const {
+  sink(headText(judgement).toStdString());
   sink(findingsText(findings).toStdString());
+}
+
+void PlaneReport::writeTables(TextSink const& sink) const {
   writePointTable(sink);
   writeEllipseTable(sink);
   writeDirectionTable(sink);
@@ -27,7 +31,7 @@ void PlaneReport::writeText(std::vector<FieldFinding> const& findings, TextSink 
   writeLeftOutTable(sink);
 }
 
-QString PlaneReport::headText() const {
+QString PlaneReport::headText(QString const& judgement) const {
   std::vector<std::pair<QString, QString>> lines{
       {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
       {"Observations", observationsText()},
@@ -51,7 +55,7 @@ QString PlaneReport::headText() const {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
   }
   if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {"Robust weights", robustText()});
-  return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + labelled(lines);
+  return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + judgement + '\n' + labelled(lines);
 }
 
 QString PlaneReport::datumText() const {
@@ -181,8 +185,8 @@ void PlaneReport::writeEllipseTable(TextSink const& sink) const {
                    {"Major [mm]", TextTable::Right},
                    {"Minor [mm]", TextTable::Right},
                    {"Azimuth", TextTable::Right},
-                   {"Major " + percent(options.confidence), TextTable::Right},
-                   {"Minor " + percent(options.confidence), TextTable::Right}});
+                   {"Major " + percent(options.confidence) + " [mm]", TextTable::Right},
+                   {"Minor " + percent(options.confidence) + " [mm]", TextTable::Right}});
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     if (isFixed(p)) continue;
     PlanePoint const& point = result.points[p];

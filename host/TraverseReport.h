@@ -17,9 +17,9 @@ class TraverseReport {
   /// @param network  as the calculator had it.
   TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse, Network const& network);
 
+  QString headText() const;
   /// The table of the traverse, a line for each station, and the misclosures.
-  /// @param behindHead  stands between the head and the tables.
-  QString text(QString const& behindHead) const;
+  QString tablesText() const;
   /// All but the messages.
   Json::Value json() const;
 
@@ -30,7 +30,6 @@ class TraverseReport {
   double angularMisclosure() const;
   double sumOfLegs() const;
 
-  QString headText() const;
   QString stationsText() const;
   QString misclosureText() const;
   QString sidePointsText() const;

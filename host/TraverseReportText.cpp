@@ -16,9 +16,7 @@ QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString
 
 }  // namespace
 
-QString TraverseReport::text(QString const& behindHead) const {
-  return headText() + behindHead + stationsText() + misclosureText() + sidePointsText();
-}
+QString TraverseReport::tablesText() const { return stationsText() + misclosureText() + sidePointsText(); }
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();

@@ -6,6 +6,7 @@
 #include "core/Project.h"
 #include "job/Job.h"
 #include "records/detail/Messages.h"
+#include "report/Judgement.h"
 #include "report/detail/PageNumbers.h"
 #include "report/detail/ReportParts.h"
 
@@ -26,82 +27,18 @@ QString told(std::string const& utf8) { return QString::fromStdString(utf8); }
 
 QString fileName(Job const& job) { return utils::readablePath(job.file()).section('/', -1); }
 
-/// A sentence that judges, with how good it is: good, look or bad.
-struct Judgement {
-  char const* level;
-  QString sentence;
-};
-
-std::size_t marked(std::vector<PlaneObservation> const& list) {
-  return static_cast<std::size_t>(std::count_if(list.begin(), list.end(), [](PlaneObservation const& observation) {
-    return observation.weight == 0.0 || observation.test > 1.0;
-  }));
-}
-
-Judgement judged(bool hasRedundancy, bool isPassed, double unitError, double lower, double upper, double confidence,
-                 bool isOfHeights) {
-  if (!hasRedundancy) {
-    return {"look", isOfHeights
-                        ? Messages::tr("Nothing is redundant in the heights: a wrong height difference would not show.")
-                        : Messages::tr("Nothing is redundant: a wrong observation would not show anywhere.")};
-  }
-  QString const numbers =
-      Messages::tr("unit weight error %1, expected between %2 and %3 at %4")
-          .arg(told(ratio(unitError)), told(ratio(lower)), told(ratio(upper)), told(percent(confidence)));
-  if (isPassed) {
-    QString const text = isOfHeights ? Messages::tr("The heights agree with their a-priori errors: %1.")
-                                     : Messages::tr("The observations agree with their a-priori errors: %1.");
-    return {"good", text.arg(numbers)};
-  }
-  if (unitError < lower) {
-    QString const text = isOfHeights
-                             ? Messages::tr("The heights agree better than their a-priori errors let expect: %1.")
-                             : Messages::tr("The observations agree better than their a-priori errors let expect: %1.");
-    return {"look", text.arg(numbers)};
-  }
-  QString const text = isOfHeights ? Messages::tr("The heights do not agree with their a-priori errors: %1.")
-                                   : Messages::tr("The observations do not agree with their a-priori errors: %1.");
-  return {"bad", text.arg(numbers)};
-}
-
-Judgement judgedPlane(ReportParts const& parts) {
-  PlaneResult const& result = parts.plane->result();
-  Judgement judgement = judged(result.hasRedundancy, result.isPassed, result.unitError, result.lowerBound,
-                               result.upperBound, parts.job.planeOptions().confidence, false);
-  std::size_t const suspects = marked(result.directions) + marked(result.distances);
-  if (suspects == 0 || judgement.level == std::string("bad")) return judgement;
-  judgement.level = "look";
-  judgement.sentence += ' ' + Messages::tr("Observations that do not fit the others: %1.").arg(suspects);
-  return judgement;
-}
-
-Judgement judgedTraverses(ReportParts const& parts) {
-  double worst = 0.0;
-  bool isJudged = false;
-  bool isOpen = false;
-  for (TraverseResult const& traverse : parts.traverses) {
-    if (!traverse.summary.hasMisclosure) isOpen = true;
-    if (!traverse.judgement) continue;
-    isJudged = true;
-    worst = std::max(worst, traverse.judgement->excess());
-  }
-  if (worst > 1.0) return {"bad", Messages::tr("A misclosure is larger than the a-priori errors allow (99 %).")};
-  if (isOpen) return {"look", Messages::tr("Nothing checks an open traverse: a wrong observation would not show.")};
-  if (isJudged) return {"good", Messages::tr("All misclosures are within what the a-priori errors allow (99 %).")};
-  return {"look", Messages::tr("The misclosures are not judged.")};
+/// As the style of the page has it.
+char const* levelName(Judgement::Level level) {
+  if (level == Judgement::Good) return "good";
+  return level == Judgement::Look ? "look" : "bad";
 }
 
 std::vector<Judgement> judgements(ReportParts const& parts) {
+  bool const hasRun = parts.hasPlane() || parts.heights != nullptr || !parts.traverses.empty();
+  bool const isRefused = !parts.options.refusal.isEmpty();
   std::vector<Judgement> list;
-  if (!parts.options.refusal.isEmpty()) list.push_back({"bad", parts.options.refusal});
-  if (parts.hasPlane()) list.push_back(judgedPlane(parts));
-  if (!parts.traverses.empty()) list.push_back(judgedTraverses(parts));
-  if (parts.heights != nullptr) {
-    HeightResult const& result = parts.heights->result();
-    list.push_back(judged(result.hasRedundancy, result.isPassed, result.unitError, result.lowerBound, result.upperBound,
-                          parts.job.planeOptions().confidence, true));
-  }
-  if (list.empty()) list.push_back({"look", Messages::tr("Coordinates as they were given: nothing was adjusted.")});
+  if (hasRun || !isRefused) list = judgementsOf(parts.job);
+  if (isRefused) list.insert(list.begin(), {Judgement::Bad, parts.options.refusal});
   return list;
 }
 
@@ -301,7 +238,7 @@ void writeHead(PageWriter& page, ReportParts const& parts) {
   page.markup("<header>\n<p class=\"over\">").text(methodText(parts)).markup("</p>\n");
   page.element("h1", headingOf(parts)).markup("\n<p class=\"date\">").text(date).markup("</p>\n</header>\n");
   for (Judgement const& judgement : judgements(parts)) {
-    page.markup("<p class=\"verdict ").markup(judgement.level).markup("\"><span class=\"dot\"></span>");
+    page.markup("<p class=\"verdict ").markup(levelName(judgement.level)).markup("\"><span class=\"dot\"></span>");
     page.element("span", judgement.sentence).markup("</p>\n");
   }
   writeFigures(page, parts);

@@ -15,6 +15,24 @@ function(readme_block first result)
   set(${result} "${block}\n" PARENT_SCOPE)
 endfunction()
 
+# What the program prints first, with some lines left out.
+readme_block("$ kelvane adjust" shown)
+string(REGEX REPLACE "^. kelvane adjust [^\n]*\n" "" shown "${shown}")
+string(REGEX REPLACE "\n *[.][.][.]\n" "\n" shown "${shown}")
+execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=LANGUAGE --unset=XDG_CONFIG_HOME LC_ALL=C.UTF-8 HOME=${WORK}/home
+    ${WORK}/prefix/bin/kelvane adjust samples/net_charamza1990_p238.in2
+  WORKING_DIRECTORY ${SOURCE} COMMAND_ERROR_IS_FATAL ANY OUTPUT_VARIABLE printed)
+string(REPLACE ";" "," printed "${printed}")
+string(REPLACE ";" "," shown "${shown}")
+string(REPLACE "\n" ";" shown "${shown}")
+foreach(line ${shown})
+  string(FIND "${printed}" "${line}\n" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "the README shows a line that the program does not print, or not there:\n${line}\n${printed}")
+  endif()
+  string(SUBSTRING "${printed}" ${at} -1 printed)
+endforeach()
+
 readme_block("2,3,2" network)
 readme_block("find_package(Kelvane" lines)
 readme_block("// your_program.cpp" program)

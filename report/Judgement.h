@@ -1,0 +1,28 @@
+// Judgement: what the tests say of the results of a job, in plain sentences.
+#pragma once
+
+#include <utils/Export.h>
+
+#include <QString>
+#include <vector>
+
+namespace kvn {
+
+class Job;
+
+struct Judgement {
+  enum Level {
+    Good,
+    Look,  ///< nothing contradicts the results, and something asks for a look: nothing is redundant, a marked
+           ///< observation
+    Bad    ///< a test as a whole fails
+  };
+  Level level = Good;
+  QString sentence;  ///< in the language of the translator
+};
+
+/// Of the last runs of a job, one each for the plane or the traverses, and the heights; of a job without a run that
+/// nothing was adjusted. Results read to the letter are not judged.
+KELVANE_EXPORT std::vector<Judgement> judgementsOf(Job const& job);
+
+}  // namespace kvn
