@@ -19,12 +19,15 @@ class Messages {
   /// `Error` messages since the last `take`.
   int errorCount() const { return errors; }
   bool hasError() const { return errors > 0; }
+  /// Whether notes and warnings are neither printed nor kept: of work beside that which was asked for.
+  void setQuiet(bool value) { isQuiet = value; }
 
  private:
   void receive(QString const& text, MessType type);
 
   Json::Value kept{Json::arrayValue};
   int errors = 0;
+  bool isQuiet = false;
 };
 
 }  // namespace kvn::host

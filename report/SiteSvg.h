@@ -48,6 +48,10 @@ struct SvgPicture {
   std::size_t crowded = 0;    ///< that have not
 };
 
+/// The scale of the ellipses where none is told: the median ellipse is about a 25th of the picture wide, and not wider
+/// than the points lie apart; 1, 2 or 5 times a power of ten. 0 without any ellipse.
+KELVANE_EXPORT double ellipseScaleOf(SiteDrawing const& drawing, SvgOptions::Ellipses ellipses);
+
 /// Writes one `svg` element; as a file of its own with the head of an XML document.
 ///
 ///     <g class="p known suspect" id="p12" data-p="12" transform="translate(x y)">   a point, new ones with class new
