@@ -29,8 +29,10 @@ void tellLeftOut(QStringList names) {
   System::Instance()->sendMessage(text, Warning);
 }
 
-std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
+/// @param tell  whether points that cannot be placed are told.
+std::unordered_map<std::string, DrawPoint> placesOf(Network const& network, bool tell) {
   MapShowData input;
+  input.setTellFindings(tell);
   input.setNetwrok(network);
   input.calculateApproximate();
   std::unordered_map<std::string, DrawPoint> places;
@@ -41,7 +43,7 @@ std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
 /// Gives the rows of a field book approximate coordinates. Rows that have none would all be drawn at 0, 0: they are
 /// left out, and told.
 void placeRows(Project& project) {
-  auto const places = placesOf(project.getNetwork());
+  auto const places = placesOf(project.getNetwork(), true);
   Rows placed;
   QStringList missing;
   for (TraverseDataInfo row : project.getTraverseDataList()) {
@@ -199,7 +201,7 @@ void placeApproximately(SiteDrawing& drawing, Session& session) {
   std::vector<CoordinatePointInfo> points = project.getCoordinatePointList();
   std::size_t const given = drawing.points.size();
   try {
-    for (auto const& [name, place] : placesOf(project.getNetwork())) {
+    for (auto const& [name, place] : placesOf(project.getNetwork(), false)) {
       points.emplace_back();
       points.back().name = name;
       points.back().N = place.x;

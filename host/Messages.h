@@ -19,7 +19,8 @@ class Messages {
   /// `Error` messages since the last `take`.
   int errorCount() const { return errors; }
   bool hasError() const { return errors > 0; }
-  /// Whether notes and warnings are neither printed nor kept: of work beside that which was asked for.
+  /// Whether messages are neither printed nor kept: of work beside that which was asked for, whose failure the caller
+  /// tells itself.
   void setQuiet(bool value) { isQuiet = value; }
 
  private:

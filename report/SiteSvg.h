@@ -35,7 +35,10 @@ struct SvgOptions {
   /// they are left out.
   std::size_t crowdedNames = 5000;
   std::string title;  ///< UTF-8; empty for that of the drawing
-  /// The words of the picture in another language, UTF-8; empty for English.
+  /// The words of the picture in another language, UTF-8; empty for English. Asked for: "known point", "new point",
+  /// "side point", "nothing checks it", "does not fit", "direction and distance", "direction", "distance", "observed
+  /// both ways", "suspect", "fails its test", "confidence ellipses", "standard ellipses", "Not adjusted", "Adjusted by
+  /// least squares", "Adjusted", "Traverse", "Planned", "points", "lines".
   std::function<std::string(char const* english)> words;
 };
 
