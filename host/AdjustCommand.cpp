@@ -12,6 +12,7 @@
 #include "Session.h"
 #include "TraverseReport.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
@@ -70,7 +71,11 @@ void adjust(Session& session) {
 /// Beside a run that has no heights of its own: a traverse, and what is taken to the letter.
 void adjustHeightsForExchange(Session& session) {
   Job& job = session.job();
-  if (job.planeAdjustment() != nullptr || session.project().getTraverseDataList().empty()) return;
+  if (job.planeAdjustment() != nullptr) return;
+  // Heights of a book that has none would be the rises above 0.
+  auto const& rows = session.project().getTraverseDataList();
+  auto const hasHeight = [](TraverseDataInfo const& row) { return row.isKnown && row.Z != 0.0; };
+  if (std::none_of(rows.begin(), rows.end(), hasHeight)) return;
   try {
     job.adjustHeights();
   } catch (JobException const& failure) {

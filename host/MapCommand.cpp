@@ -1,6 +1,7 @@
 // map: a picture of the project's map.
 #include "Commands.h"
 #include "Failures.h"
+#include "MapSketch.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
@@ -28,8 +29,10 @@ void tellLeftOut(QStringList names) {
   System::Instance()->sendMessage(text, Warning);
 }
 
-std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
+/// @param tell  whether points that cannot be placed are told.
+std::unordered_map<std::string, DrawPoint> placesOf(Network const& network, bool tell) {
   MapShowData input;
+  input.setTellFindings(tell);
   input.setNetwrok(network);
   input.calculateApproximate();
   std::unordered_map<std::string, DrawPoint> places;
@@ -40,7 +43,7 @@ std::unordered_map<std::string, DrawPoint> placesOf(Network const& network) {
 /// Gives the rows of a field book approximate coordinates. Rows that have none would all be drawn at 0, 0: they are
 /// left out, and told.
 void placeRows(Project& project) {
-  auto const places = placesOf(project.getNetwork());
+  auto const places = placesOf(project.getNetwork(), true);
   Rows placed;
   QStringList missing;
   for (TraverseDataInfo row : project.getTraverseDataList()) {
@@ -125,6 +128,29 @@ struct Drawn {
   unsigned lines;
 };
 
+/// What the map shows beside the features: by least squares where that comes to an end. Its findings are those of
+/// `adjust`, which says them better.
+SiteDrawing adjustedDrawing(Session& session, MapOptions const& options) {
+  Job& job = session.job();
+  if (session.project().getNetwork().lines.empty()) return siteDrawingOf(job);
+  PlaneOptions plane = job.planeOptions();
+  plane.confidence = options.confidence.value_or(plane.confidence);
+  job.setPlaneOptions(plane);
+  session.project().getConfigure().AdjustMethod = 0;
+  QString reason;
+  session.messages().setQuiet(true);
+  try {
+    job.adjust();
+  } catch (JobException const& failure) {
+    reason = failure.text;
+  }
+  session.messages().setQuiet(false);
+  if (!reason.isEmpty()) {
+    System::Instance()->sendMessage("Not adjusted, so that there are no error ellipses: " + reason, Warning);
+  }
+  return siteDrawingOf(job);
+}
+
 Drawn draw(Session& session) {
   Project& project = session.project();
   if (!project.getTraverseDataList().empty()) {
@@ -134,9 +160,10 @@ Drawn draw(Session& session) {
   }
   dropFarPoints(project);
   encodeLabels(project);
+  MapScene& scene = *project.getOrCreateMapScene();
+  scene.getOrCreateLayer(FeatureDataType::Default);  // below the others
   project.build();
   if (session.messages().hasError()) throw JobException(session.file(), "the map was not drawn");
-  MapScene& scene = *project.getOrCreateMapScene();
   Drawn const drawn{
       countOf(scene, FeatureDataType::ViewPointData) + countOf(scene, FeatureDataType::CoordData),
       countOf(scene, FeatureDataType::NetworkData),
@@ -146,25 +173,74 @@ Drawn draw(Session& session) {
   return drawn;
 }
 
+/// The scene of the project, by OpenGL.
+bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
+  osg::ref_ptr<mvz::ViewerManager> const viewers = new mvz::ViewerManager;
+  osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options.width, options.height);
+  view->setMagnification(options.magnification);
+  viewers->addView(view);
+  System::Instance()->setMvzViewerManager(viewers);
+  tellMissingIcons();
+  session.open(options.file);
+  session.job().requireNoError(Job::FileText | Job::FieldReduced);
+  SiteDrawing const drawing = adjustedDrawing(session, options);
+  drawn = draw(session);
+  MapScene& scene = *session.project().getOrCreateMapScene();
+  sketch(scene, *view, drawing, options);
+  arrangeNames(scene, *view, options.magnification);
+  return save(session, options.outFile, [&view](Session&, QString const& path) {
+    utils::createFolderOf(path);
+    view->writeImage(path);
+  });
+}
+
+/// Gives what has no place the approximate coordinates of the network.
+void placeApproximately(SiteDrawing& drawing, Session& session) {
+  if (drawing.withoutPlace.empty() || drawing.source != SiteDrawing::Source::Coordinates) return;
+  Project& project = session.project();
+  std::vector<CoordinatePointInfo> points = project.getCoordinatePointList();
+  std::size_t const given = drawing.points.size();
+  try {
+    for (auto const& [name, place] : placesOf(project.getNetwork(), false)) {
+      points.emplace_back();
+      points.back().name = name;
+      points.back().N = place.x;
+      points.back().E = place.y;
+    }
+  } catch (AlgorithmException const&) {
+    return;  // `adjust` has said why
+  }
+  project.setCoordinatePointList(std::move(points));
+  drawing = siteDrawingOf(session.job());
+  for (std::size_t p = given; p < drawing.points.size(); ++p) drawing.points[p].isApproximate = true;
+}
+
+bool drawVectors(Session& session, MapOptions const& options, Drawn& drawn) {
+  session.open(options.file);
+  session.job().requireNoError(Job::FileText | Job::FieldReduced);
+  SiteDrawing drawing = adjustedDrawing(session, options);
+  placeApproximately(drawing, session);
+  tellWithoutPlace(drawing);
+  drawn = {static_cast<unsigned>(drawing.points.size()), static_cast<unsigned>(drawing.lines.size())};
+  ExchangeOptions exchange;
+  exchange.svg.width = options.width;
+  exchange.svg.height = options.height;
+  exchange.svg.title = options.title.toStdString();
+  exchange.svg.ellipseScale = options.ellipseScale.value_or(0.0);
+  if (!options.hasEllipses) exchange.svg.ellipses = SvgOptions::Ellipses::None;
+  return save(session, options.outFile, [&](Session&, QString const& path) { writeExchange(path, drawing, exchange); });
+}
+
 }  // namespace
 
 int runMap(QStringList const& arguments) {
   auto const options = parseMap(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    Job::requireWritableKind(options->outFile, {"png"});
-    osg::ref_ptr<mvz::ViewerManager> const viewers = new mvz::ViewerManager;
-    osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(options->width, options->height);
-    viewers->addView(view);
-    System::Instance()->setMvzViewerManager(viewers);
-    tellMissingIcons();
-    session.open(options->file);
-    session.job().requireNoError(Job::FileText | Job::FieldReduced);
-    Drawn const drawn = draw(session);
-    bool const saved = save(session, options->outFile, [&view](Session&, QString const& path) {
-      utils::createFolderOf(path);
-      view->writeImage(path);
-    });
+    Job::requireWritableKind(options->outFile, {"png", "svg"});
+    Drawn drawn{};
+    bool const isVector = options->outFile.endsWith(".svg", Qt::CaseInsensitive);
+    bool const saved = isVector ? drawVectors(session, *options, drawn) : drawPicture(session, *options, drawn);
     if (!options->json && saved) {
       printText(QString("%1: %2 points, %3 lines\n")
                     .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)));

@@ -32,6 +32,7 @@ Json::Value Messages::take() {
 }
 
 void Messages::receive(QString const& text, MessType type) {
+  if (isQuiet) return;
   try {
     Json::Value message;
     message["type"] = nameOf(type);

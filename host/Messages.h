@@ -19,12 +19,16 @@ class Messages {
   /// `Error` messages since the last `take`.
   int errorCount() const { return errors; }
   bool hasError() const { return errors > 0; }
+  /// Whether messages are neither printed nor kept: of work beside that which was asked for, whose failure the caller
+  /// tells itself.
+  void setQuiet(bool value) { isQuiet = value; }
 
  private:
   void receive(QString const& text, MessType type);
 
   Json::Value kept{Json::arrayValue};
   int errors = 0;
+  bool isQuiet = false;
 };
 
 }  // namespace kvn::host

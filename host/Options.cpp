@@ -181,6 +181,19 @@ void takeSize(QCommandLineParser const& parser, MapOptions& options) {
       QString("--size goes from %1 to %2 pixels: %3").arg(kLeastSize).arg(kLargestSize).arg(parser.value("size")));
 }
 
+/// How a map looks, beside its size.
+void takeLook(QCommandLineParser const& parser, MapOptions& options) {
+  constexpr double kScreen = 96.0;  // dots per inch
+  constexpr double kMostScale = 1e9;
+  options.magnification = boundedOption(parser, "dpi", 48.0, 1200.0).value_or(kScreen) / kScreen;
+  bool const isVector = options.outFile.endsWith(".svg", Qt::CaseInsensitive);
+  if (isVector && parser.isSet("dpi")) throw UsageError("--dpi is for a .png file");
+  options.hasEllipses = parser.value("ellipses") != "none";
+  if (options.hasEllipses) options.ellipseScale = boundedOption(parser, "ellipses", 1e-3, kMostScale);
+  options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
+  options.title = parser.value("title");
+}
+
 QString fileOption(QCommandLineParser const& parser, QString const& name) {
   if (parser.isSet(name) && parser.value(name).isEmpty()) throw UsageError(QString("--%1 needs a file").arg(name));
   return parser.value(name);
@@ -284,7 +297,7 @@ QString programUsage() {
       "  plan FILE --points FILE.dat          how good the network will be, before it is measured\n"
       "  heights FILE                         trigonometric heights with their errors\n"
       "  convert IN OUT                       the same job in another format\n"
-      "  map FILE OUT.png                     a picture of the map\n"
+      "  map FILE OUT.png|OUT.svg             a picture of the map, with error ellipses\n"
       "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
       "\n"
       "Options of all subcommands:\n"
@@ -456,17 +469,27 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
 
 std::optional<MapOptions> parseMap(QStringList const& arguments) {
   QCommandLineParser parser;
-  prepare(parser,
-          "Draws the map of a job into a picture: lines, stations, targets and their names, north up.\n"
-          "No display is needed. The points of a network and of a field book stand at approximate coordinates.");
+  prepare(
+      parser,
+      "Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be\n"
+      "adjusted by least squares, with error ellipses, and with suspected observations in colour.\n"
+      "No display is needed. In .png the points of a network and of a field book stand at approximate coordinates.");
   parser.addPositionalArgument("FILE", kAnyFile);
-  parser.addPositionalArgument("OUT.png", "Picture to write.");
-  parser.addOption({"size", "Width and height of the picture in pixels (default 1200x900).", "WxH"});
-  if (!goesOn(parser, arguments, "map FILE OUT.png [options]", 2)) return std::nullopt;
+  parser.addPositionalArgument("OUT", "Picture to write: .png, or .svg.");
+  parser.addOptions({
+      {"size", "Width and height of the picture in pixels (default 1200x900).", "WxH"},
+      {"dpi", "Dots per inch of a .png, 48 to 1200 (default 96): symbols, names and lines grow with them.", "N"},
+      {"ellipses", "How many times as large as the map ellipses are drawn, or none; by their size if not given.",
+       "SCALE|none"},
+      {"confidence", "Of the ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
+      {"title", "Title of the picture; the name of FILE if not given.", "TEXT"},
+  });
+  if (!goesOn(parser, arguments, "map FILE OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<MapOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
   takeSize(parser, options);
+  takeLook(parser, options);
   return options;
 }
 

@@ -82,6 +82,11 @@ struct MapOptions : CommonOptions {
   QString outFile;
   int width = 1200;  ///< pixels
   int height = 900;
+  double magnification = 1.0;  ///< of what has a size in pixels: 96 dots per inch are a screen's
+  bool hasEllipses = true;
+  std::optional<double> ellipseScale;  ///< empty: by the ellipses and the picture
+  std::optional<double> confidence;    ///< of the ellipses
+  QString title;                       ///< empty: the name of the file
 };
 
 struct ExecOptions : CommonOptions {

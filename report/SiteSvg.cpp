@@ -563,6 +563,12 @@ void SvgWriter::writeLegend() {
 
 }  // namespace
 
+double ellipseScaleOf(SiteDrawing const& drawing, SvgOptions::Ellipses ellipses) {
+  if (ellipses == SvgOptions::Ellipses::None) return 0.0;
+  bool const isConfidence = ellipses == SvgOptions::Ellipses::Confidence && drawing.confidenceFactor > 0.0;
+  return ellipseScaleFor(drawing, isConfidence ? drawing.confidenceFactor : 1.0, extentOf(drawing));
+}
+
 SvgPicture writeSvg(std::ostream& stream, SiteDrawing const& drawing, SvgOptions const& options) {
   SvgWriter writer(drawing, options);
   std::string const text = writer.text();

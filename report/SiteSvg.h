@@ -38,7 +38,10 @@ struct SvgOptions {
   /// Points, and lines, that are elements of their own, of each at most so many: those that matter most. The others are
   /// one path of dots and one of strokes, so that a program can open a drawing of a hundred thousand points.
   std::size_t elements = 20000;
-  /// The words of the picture in another language, UTF-8; empty for English.
+  /// The words of the picture in another language, UTF-8; empty for English. Asked for: "known point", "new point",
+  /// "side point", "nothing checks it", "does not fit", "direction and distance", "direction", "distance", "observed
+  /// both ways", "suspect", "fails its test", "confidence ellipses", "standard ellipses", "Not adjusted", "Adjusted by
+  /// least squares", "Adjusted", "Traverse", "Planned", "points", "lines".
   std::function<std::string(char const* english)> words;
 };
 
@@ -52,6 +55,10 @@ struct SvgPicture {
   std::size_t restOfPoints = 0;  ///< that are no elements of their own
   std::size_t restOfLines = 0;
 };
+
+/// The scale of the ellipses where none is told: the median ellipse is about a 25th of the picture wide, and not wider
+/// than the points lie apart; 1, 2 or 5 times a power of ten. 0 without any ellipse.
+KELVANE_EXPORT double ellipseScaleOf(SiteDrawing const& drawing, SvgOptions::Ellipses ellipses);
 
 /// Writes one `svg` element; as a file of its own with the head of an XML document.
 ///

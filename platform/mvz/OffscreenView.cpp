@@ -6,6 +6,8 @@
 #include <utils/detail/PrivateData.h>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <osg/FrameBufferObject>
 #include <osg/GLExtensions>
 #include <osgDB/ReaderWriter>
@@ -13,6 +15,7 @@
 #include <osgViewer/GraphicsWindow>
 #include <osgViewer/Viewer>
 #include <sstream>
+#include <string>
 
 namespace mvz {
 namespace {
@@ -23,6 +26,38 @@ constexpr int kSamples = 4;
 
 [[noreturn]] void refuseSize(int width, int height) {
   throw QLogicError(QStringLiteral("OpenGL has no room for a picture of %1 by %2 pixels.").arg(width).arg(height));
+}
+
+constexpr double kScreenDots = 96.0;  // per inch
+
+void append(std::string& bytes, std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift & 0xFFU);
+}
+
+/// The check sum of PNG (CRC-32 of ISO 3309).
+std::uint32_t checkSum(std::string const& bytes) {
+  std::uint32_t sum = 0xFFFFFFFFU;
+  for (char const byte : bytes) {
+    sum ^= static_cast<unsigned char>(byte);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum & 1U) != 0 ? 0xEDB88320U ^ (sum >> 1U) : sum >> 1U;
+  }
+  return ~sum;
+}
+
+/// Tells programs that print a PNG how large it is: a chunk of pixels per metre behind the head.
+void addResolution(std::string& png, double dotsPerInch) {
+  constexpr std::size_t kHead = 33;
+  constexpr double kInchesPerMetre = 39.37007874015748;
+  auto const dots = static_cast<std::uint32_t>(std::lround(dotsPerInch * kInchesPerMetre));
+  std::string chunk = "pHYs";
+  append(chunk, dots);
+  append(chunk, dots);
+  chunk += '\1';  // per metre
+  std::string whole;
+  append(whole, 9);
+  whole += chunk;
+  append(whole, checkSum(chunk));
+  png.insert(kHead, whole);
 }
 
 /// Finds the functions of this context's OpenGL.
@@ -175,7 +210,9 @@ void OffscreenView::writeImage(QString const& path) {
   bytes.exceptions(std::ios::badbit);  // else a failed allocation would leave half a picture
   osgDB::ReaderWriter::WriteResult const result = png->writeImage(*render(), bytes);
   if (!result.success()) throw QLogicError(QString::fromStdString(result.statusMessage()));
-  QString const error = utils::replaceFile(path, bytes.str());
+  std::string picture = bytes.str();
+  if (magnification() != 1.0) addResolution(picture, kScreenDots * magnification());
+  QString const error = utils::replaceFile(path, picture);
   if (!error.isEmpty()) throw QLogicError(error);
 }
 

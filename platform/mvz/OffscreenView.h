@@ -25,7 +25,8 @@ class KELVANE_EXPORT OffscreenView : public View {
   /// @throws QLogicError without OpenGL (says what to install; may be tried again) or when it has no room for the size.
   osg::ref_ptr<osg::Image> render();
 
-  /// Draws a picture into a PNG file; an old file is replaced when the new one is complete.
+  /// Draws a picture into a PNG file; an old file is replaced when the new one is complete. With a magnification it
+  /// tells so many times 96 dots per inch.
   ///
   /// @throws QLogicError as `render`, and with the reason when the file cannot be written.
   void writeImage(QString const& path);

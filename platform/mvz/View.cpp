@@ -46,6 +46,7 @@ osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
 struct KELVANE_PRIVATE View::Data {
   KELVANE_LATER_MEMBER
   osg::ref_ptr<osg::Camera> camera;
+  osg::ref_ptr<detail::Decoration> decoration;
   osg::ref_ptr<osg::Group> root = new osg::Group;
   osg::ref_ptr<osg::Node> scene;
   std::atomic<bool> outdated{true};
@@ -58,7 +59,8 @@ View::View(int width, int height) : own(std::make_unique<Data>()) {
   // Said, since OpenGL's own start is to paint transparent pixels: in the first picture the halo of a letter would cut
   // the one before it.
   state->setAttribute(new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
-  own->root->addChild(new detail::Decoration(own->camera));
+  own->decoration = new detail::Decoration(own->camera);
+  own->root->addChild(own->decoration);
   own->camera->addChild(own->root);
   frame(osg::BoundingBoxd(0, 0, 0, 0, 0, 0));
 }
@@ -88,6 +90,13 @@ void View::setSize(int width, int height) {
   requestRedraw();
 }
 
+void View::setMagnification(double value) {
+  own->decoration->setMagnification(value);
+  requestRedraw();
+}
+
+double View::magnification() const { return own->decoration->getMagnification(); }
+
 void View::fullMap(osg::BoundingBoxd const& bounds) {
   if (!canBeShown(bounds)) return;
   frame(bounds);
@@ -95,9 +104,9 @@ void View::fullMap(osg::BoundingBoxd const& bounds) {
 }
 
 void View::frame(osg::BoundingBoxd const& bounds) {
-  double const left = margin(kMargin, getWidth());
-  double const right = margin(kMarginRight, getWidth());
-  double const upright = margin(kMargin, getHeight());
+  double const left = margin(kMargin * magnification(), getWidth());
+  double const right = margin(kMarginRight * magnification(), getWidth());
+  double const upright = margin(kMargin * magnification(), getHeight());
   osg::Vec3d const extent = bounds._max - bounds._min;
   double const scale = std::max(std::max(extent.x(), kLeastExtent) / (getWidth() - left - right),
                                 std::max(extent.y(), kLeastExtent) / (getHeight() - 2 * upright));

@@ -46,10 +46,14 @@ class KELVANE_EXPORT View : public osg::Referenced {
   [[nodiscard]] int getWidth() const;
   [[nodiscard]] int getHeight() const;
 
+  /// How many times as large as on a screen scale bar and north arrow are drawn, 1 to begin with.
+  void setMagnification(double value);
+  [[nodiscard]] double magnification() const;
+
   /// Moves the camera so that the bounds (metres, world) fill the view, less a margin for icons and labels.
   ///
-  /// The margin is 60 pixels, at the right 140, and at most a fifth of the size on each side. A point or a very small
-  /// area is shown as one of 10 m. Bounds that are empty or not finite change nothing.
+  /// The margin is 60 pixels, at the right 140, times the magnification, and at most a fifth of the size on each side.
+  /// A point or a very small area is shown as one of 10 m. Bounds that are empty or not finite change nothing.
   virtual void fullMap(osg::BoundingBoxd const& bounds);
 
   /// Pixels from the upper left corner, x to the right and y down; fractions are kept, pixel (0, 0) ends at (1, 1).

@@ -80,6 +80,40 @@ TEST(MapCommand, LeavesOutAndTellsWhatHasNoCoordinates) {
   EXPECT_EQ(far.json()["points"].asUInt(), 2U);
 }
 
+TEST(MapCommand, DrawsVectorsWithEllipsesWhereTheJobCanBeAdjusted) {
+  Program const program;
+  QString const sample = test::samplePath("net_niemeier2008.in2");
+  test::Run const run =
+      program.run({"map", sample, "map.svg", "--ellipses", "700", "--title", "<Site>", "--size", "800x600", "--json"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.err, "") << "findings are told by adjust";
+  EXPECT_EQ(run.json()["lines"].asUInt(), 7U);
+  std::string const text = program.read("map.svg");
+  EXPECT_THAT(text, HasSubstr("data-scale=\"700\""));
+  EXPECT_THAT(text, HasSubstr("width=\"800\" height=\"600\""));
+  EXPECT_THAT(text, HasSubstr("&lt;Site&gt;"));
+  EXPECT_EQ(program.run({"map", sample, "map.svg", "--ellipses", "none"}).exitCode, 0);
+  EXPECT_THAT(program.read("map.svg"), testing::Not(HasSubstr("<ellipse")));
+  // A single direction leads to Q: no network with it has approximate coordinates.
+  program.write("loose.in2", "2,3,2\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,70.71\nQ,L,90.0\n");
+  test::Run const loose = program.run({"map", "loose.in2", "map.svg"});
+  EXPECT_EQ(loose.exitCode, 0) << loose.err;
+  EXPECT_THAT(loose.err, HasSubstr("Not adjusted, so that there are no error ellipses: "));
+  EXPECT_THAT(loose.err, HasSubstr("Left out, since they have no coordinates: P, Q"));
+}
+
+TEST(MapCommand, TellsTheResolutionOfAPictureForPaper) {
+  Program const program;
+  QString const sample = test::samplePath("net_niemeier2008.in2");
+  ASSERT_EQ(program.run({"map", sample, "screen.png", "--size", "600x400"}).exitCode, 0);
+  ASSERT_EQ(program.run({"map", sample, "paper.png", "--size", "1200x800", "--dpi", "192"}).exitCode, 0);
+  EXPECT_EQ(program.read("screen.png").find("pHYs"), std::string::npos);
+  // 192 dots an inch are 7559 a metre; then the unit, the metre, and the check sum of RFC 2083 over all of that.
+  EXPECT_EQ(program.read("paper.png").substr(33, 21),
+            std::string("\0\0\0\x09pHYs\0\0\x1D\x87\0\0\x1D\x87\x01\x8F\xE5\xF1\x65", 21));
+  EXPECT_EQ(sizeOf(program.read("paper.png")), "1200x800");
+}
+
 TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
   Program const program;
   program.write("empty.dat", "");
@@ -97,6 +131,9 @@ TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
       {{"none.dat", "map.png"}, 1, "none.dat: no such file"},
       {{"empty.dat", "map.jpg"}, 1, "what can be written: .png"},
       {{"empty.dat"}, 2, "FILE is missing"},
+      {{"empty.dat", "map.svg"}, 1, "the file is empty"},
+      {{"empty.dat", "map.png", "--ellipses", "big"}, 2, "--ellipses needs a number: big"},
+      {{"empty.dat", "map.svg", "--dpi", "300"}, 2, "--dpi is for a .png file"},
       {{"empty.dat", "map.png", "--size", "300"}, 2, "--size needs two numbers such as 1200x900: 300"},
       {{"empty.dat", "map.png", "--size", "300x9000"}, 2, "--size goes from 100 to 8192 pixels: 300x9000"},
   };

@@ -1,6 +1,7 @@
 // What the tools make of records: features, their texts and looks, and what they find in the list.
 #include <gmock/gmock.h>
 #include <utils/QLogicError.h>
+#include <cmath>
 #include <cstdio>
 #include <osgEarth/FeatureNode>
 #include <osgEarth/PlaceNode>
@@ -34,6 +35,38 @@ std::string textAndIcon(osgEarth::AnnotationNode* node) {
   if (place == nullptr || both == nullptr) return "no place";
   return place->getText() + "|" + mvz::detail::iconUrl(both->getNormalStyle()) + "|" +
          mvz::detail::iconUrl(both->getSelectedStyle());
+}
+
+TEST_F(DrawingTools, NamesGoToAnotherSideWhereTheirOwnIsTaken) {
+  // 800 pixels show 1000 m: the second point stands where the name of the first one would begin, the third is alone.
+  view->fullMap(osg::BoundingBoxd(0, 0, 0, 600, 300, 0));
+  double const pixel = view->metresPerPixel();
+  CoordinateDataTool tool(&scene);
+  tool.build(point("1", "first", 150, 200));
+  tool.build(point("2", "second", 150, 200 + 20 * pixel));
+  tool.build(point("3", "third", 50, 500));
+  SketchDataTool(&scene).drawText(coord::xyh(150 + 17 * pixel, 200 - 60 * pixel, 0), "a title", {0xFF, 15.0F});
+  arrangeNames(scene, *view);
+  auto const alignment = [this](std::size_t feature) {
+    auto const* const node = featuresOf(scene, FeatureDataType::CoordData)[feature];
+    return node->getStyle().get<osgEarth::TextSymbol>()->alignment().get();
+  };
+  EXPECT_EQ(alignment(0), osgEarth::TextSymbol::ALIGN_RIGHT_CENTER);
+  EXPECT_EQ(alignment(1), osgEarth::TextSymbol::ALIGN_LEFT_CENTER);
+  EXPECT_NE(alignment(2), osgEarth::TextSymbol::ALIGN_RIGHT_CENTER);
+}
+
+TEST_F(DrawingTools, EllipsesOfASketchTurnFromNorthToEast) {
+  SketchDataTool tool(&scene);
+  tool.drawEllipse(coord::xyh(4000000, 500000, 0), 20.0, 10.0, std::acos(-1.0) / 2.0, {0x0B7A75FF, 2.0F});
+  auto const drawn = featuresOf(scene, FeatureDataType::Default);
+  ASSERT_EQ(drawn.size(), 1U);
+  auto const bounds = dynamic_cast<osgEarth::FeatureNode&>(*drawn[0]).getFeature()->getGeometry()->getBounds();
+  // Corners stand at the ends of both axes.
+  EXPECT_NEAR(bounds.xMax() - bounds.xMin(), 40.0, 1e-9);
+  EXPECT_NEAR(bounds.yMax() - bounds.yMin(), 20.0, 1e-9);
+  tool.drawPath({coord::xyh(0, 0, 0)}, {});
+  EXPECT_EQ(featuresOf(scene, FeatureDataType::Default).size(), 1U);
 }
 
 TEST_F(DrawingTools, PointsCarryIconTextPlaceAndInfo) {

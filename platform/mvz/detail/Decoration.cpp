@@ -128,15 +128,19 @@ void Decoration::fit() {
   double const newWidth = mapCamera->getViewport()->width();
   double const newHeight = mapCamera->getViewport()->height();
   double const newScale = metresPerPixel(*mapCamera);
-  if (newWidth == width && newHeight == height && newScale == scale) return;
+  if (newWidth == width && newHeight == height && newScale == scale && wanted == shown) return;
   width = newWidth;
   height = newHeight;
   scale = newScale;
+  shown = wanted;
   removeChildren(0, getNumChildren());
-  setProjectionMatrixAsOrtho2D(0, width, 0, height);
-  if (width < kLeastSize || height < kLeastSize) return;
-  addScaleBar(*this, width, scale);
-  addNorthArrow(*this, width, height);
+  // As in a smaller picture, which is then enlarged.
+  double const across = width / shown;
+  double const down = height / shown;
+  setProjectionMatrixAsOrtho2D(0, across, 0, down);
+  if (across < kLeastSize || down < kLeastSize) return;
+  addScaleBar(*this, across, scale * shown);
+  addNorthArrow(*this, across, down);
 }
 
 }  // namespace mvz::detail

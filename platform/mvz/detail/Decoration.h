@@ -17,6 +17,9 @@ class Decoration : public osg::Camera {
 
   void traverse(osg::NodeVisitor& visitor) override;
 
+  void setMagnification(double value) { wanted = value; }
+  double getMagnification() const { return wanted; }
+
  protected:
   ~Decoration() override;
 
@@ -27,6 +30,8 @@ class Decoration : public osg::Camera {
   double width = 0;
   double height = 0;
   double scale = 0;
+  double wanted = 1;  ///< magnification
+  double shown = 0;   ///< that of what is there
 };
 
 }  // namespace mvz::detail
