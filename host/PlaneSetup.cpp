@@ -28,9 +28,19 @@ PlaneOptions planeOptions(AdjustOptions const& options) {
 
 }  // namespace
 
+HeightOptions heightOptions(HeightWeights const& options) {
+  HeightOptions heights;
+  heights.zenithError = options.zenithError;
+  heights.heightError = options.heightError.value_or(1000.0 * heights.heightError) / 1000.0;
+  heights.refraction = options.refraction;
+  heights.refractionError = options.refractionError.value_or(heights.refractionError);
+  return heights;
+}
+
 void useOptions(Session& session, AdjustOptions const& options) {
   takeOptions(options, session.project().getConfigure());
   session.job().setPlaneOptions(planeOptions(options));
+  session.job().setHeightOptions(heightOptions(options));
   if (!options.approximateFile.isEmpty()) session.job().openApproximate(options.approximateFile);
 }
 

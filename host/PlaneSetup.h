@@ -9,4 +9,6 @@ namespace kvn::host {
 /// Weights, datum and approximate coordinates. @throws JobException for a coordinate file that cannot be read.
 void useOptions(Session& session, AdjustOptions const& options);
 
+HeightOptions heightOptions(HeightWeights const& options);
+
 }  // namespace kvn::host
