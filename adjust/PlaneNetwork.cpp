@@ -1,5 +1,6 @@
 #include "adjust/PlaneNetwork.h"
 
+#include "adjust/input/DistanceError.h"
 #include "adjust/input/PointNumbers.h"
 #include "core/AlgorithmException.h"
 #include "records/detail/Recorded.h"
@@ -13,12 +14,6 @@ namespace {
 
 using utils::kSecondsPerRadian;
 
-double distanceError(double distance, ObservationErrors const& errors) {
-  double const proportional = errors.distanceProportional * distance;
-  return errors.form == ObservationErrors::Form::Sum ? errors.distanceFixed + proportional
-                                                     : std::hypot(errors.distanceFixed, proportional);
-}
-
 }  // namespace
 
 void setErrors(PlaneNetwork& network, ObservationErrors const& errors) {
@@ -27,7 +22,7 @@ void setErrors(PlaneNetwork& network, ObservationErrors const& errors) {
     direction.error = errors.directionSeconds / kSecondsPerRadian * std::sqrt(2.0 / direction.readings);
   }
   for (PlaneNetwork::Distance& distance : network.distances) {
-    distance.error = distanceError(distance.value, errors) / std::sqrt(double(distance.rounds));
+    distance.error = detail::distanceError(errors, distance.value) / std::sqrt(double(distance.rounds));
   }
 }
 

@@ -12,15 +12,22 @@
 
 namespace kvn {
 
+/// Of how many rounds the observations at one station are the means: of a direction rounds on both faces, one on a
+/// single face being half of one; of the leg distances. Above 0; means of means have numbers with a fraction.
+struct TraverseRounds {
+  double back = 1.0;
+  double fore = 1.0;
+  double leg = 1.0;
+};
+
 /// A-priori errors of what a traverse consists of.
 struct TraverseErrors {
-  /// Of a direction and of a distance. Known points and azimuths count as without error.
+  /// Of a direction in one round on both faces and of one distance. Known points and azimuths count as without error.
   ObservationErrors observations = {};
   /// Standard error of each coordinate of instrument and target about their marks, metres, 0 or more; each set-up of
   /// either by itself.
   double centring = 0.0;
-  /// Of the leg of each station: of how many distances its own is the mean. Beyond the end of the list 1.
-  std::vector<int> distanceCounts = {};
+  std::vector<TraverseRounds> rounds = {};  ///< of each station; beyond the end of the list 1 each
 };
 
 /// What the misclosures of a chain of stations are.

@@ -13,7 +13,7 @@
 namespace kvn {
 
 /// A point beside the chain, polar from a station by the azimuth of its back line after the angular misclosure has been
-/// distributed. Nothing checks it.
+/// distributed. Nothing checks it, unless it is known.
 struct TraverseSidePoint {
   std::string station;
   PointInfo point;
@@ -24,6 +24,12 @@ struct TraverseSidePoint {
   double mx = TraverseJudgement::kNone;
   double my = TraverseJudgement::kNone;
   double mp = TraverseJudgement::kNone;  ///< root of mx² + my²
+  bool isKnown = false;                  ///< `point` is as computed nevertheless
+  /// Of a known point what is computed less what is given, metres; else NaN.
+  double offNorth = TraverseJudgement::kNone;
+  double offEast = TraverseJudgement::kNone;
+  /// What the a-priori errors allow in that direction: 99 of 100 faultless ones are nearer, metres; NaN without them.
+  double offAllowed = TraverseJudgement::kNone;
 };
 
 struct KELVANE_EXPORT TraverseResult {

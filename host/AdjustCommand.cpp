@@ -145,9 +145,10 @@ void reportTraverses(Session& session, std::vector<FieldFinding> const& findings
   QString text;
   Json::Value json;
   Json::Value all(Json::arrayValue);
+  PointHeights const heights(session.job().heightAdjustment());
   for (TraverseResult const& traverse : session.job().traverses()) {
     TraverseReport const finished(session.file(), session.project().getConfigure(), traverse,
-                                  session.job().adjustedNetwork());
+                                  session.job().adjustedNetwork(), heights);
     if (wanted.json) {
       all.append(finished.json());
     } else {

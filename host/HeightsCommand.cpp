@@ -5,6 +5,7 @@
 #include "LiteralHeightsReport.h"
 #include "Options.h"
 #include "Output.h"
+#include "PlaneSetup.h"
 #include "Session.h"
 
 namespace kvn::host {
@@ -15,12 +16,7 @@ void takeOptions(Session& session, HeightsOptions const& options) {
   configure.AngleError = options.angleError.value_or(configure.AngleError);
   configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
   configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
-  HeightOptions heights;
-  heights.zenithError = options.zenithError;
-  heights.heightError = options.heightError.value_or(1000.0 * heights.heightError) / 1000.0;
-  heights.refraction = options.refraction;
-  heights.refractionError = options.refractionError.value_or(heights.refractionError);
-  session.job().setHeightOptions(heights);
+  session.job().setHeightOptions(heightOptions(options));
   PlaneOptions plane;
   plane.confidence = options.confidence.value_or(plane.confidence);
   if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;

@@ -129,6 +129,7 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
     if (!parser.isSet(name) || (options.method != 0 && !options.asRead)) continue;
     throw UsageError(QString("--%1 is for a traverse, read with care").arg(QLatin1String(name)));
   }
+  if (options.asRead) refuseWithAsRead(parser, {"refraction", "refraction-error", "zenith-error", "height-error"});
   if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
   if (options.leavesOut && options.weighsDown) throw UsageError("--robust does not go with --leave-out");
 }
@@ -158,6 +159,25 @@ void takeWeightOptions(QCommandLineParser const& parser, AdjustOptions& options)
   options.controlError = boundedOption(parser, "control-error", 0.0, 100000.0);
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isFree = parser.isSet("free");
+}
+
+void addHeightOptions(QCommandLineParser& parser) {
+  parser.addOptions({
+      {"refraction", "Refraction coefficient of heights; 1 takes neither curvature nor refraction (default 0.16).",
+       "K"},
+      {"refraction-error", "Standard error of the refraction coefficient, 0 to 10 (default 0.05).", "K"},
+      {"zenith-error",
+       "Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).",
+       "SECONDS"},
+      {"height-error", "Standard error of each height of instrument and target, 0 to 1000 (default 1).", "MM"},
+  });
+}
+
+void takeHeightOptions(QCommandLineParser const& parser, HeightWeights& options) {
+  options.refraction = numberOption(parser, "refraction");
+  options.refractionError = boundedOption(parser, "refraction-error", 0.0, 10.0);
+  options.zenithError = boundedOption(parser, "zenith-error", 1e-6, 10000.0);
+  options.heightError = boundedOption(parser, "height-error", 0.0, 1000.0);
 }
 
 /// A picture that a screen or a sheet of paper can hold, and not so small that the margins leave nothing.
@@ -231,12 +251,14 @@ void addAdjustOptions(QCommandLineParser& parser) {
        "a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are."},
   });
   addWeightOptions(parser);
+  addHeightOptions(parser);
 }
 
 void takeAdjustOptions(QCommandLineParser const& parser, AdjustOptions& options) {
   options.file = parser.positionalArguments().first();
   options.method = methodOption(parser);
   takeWeightOptions(parser, options);
+  takeHeightOptions(parser, options);
   options.leavesOut = parser.isSet("leave-out");
   options.weighsDown = parser.isSet("robust");
   options.isAPriori = aPrioriOption(parser);
@@ -354,7 +376,7 @@ std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   QCommandLineParser parser;
   prepare(parser,
-          "Adjusts the network of a file and prints coordinates with their errors.\n"
+          "Adjusts the network of a file and prints coordinates with their errors, and the heights of a field book.\n"
           "The a-priori errors are those of the options, else those of the file, else the defaults.");
   parser.addPositionalArgument("FILE", kAnyJob);
   addAdjustOptions(parser);
@@ -432,15 +454,9 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   prepare(parser, "Computes trigonometric heights from vertical readings and slant distances.");
   parser.addPositionalArgument("FILE", "Field book (.txt, .lqf) or project (.kvn).");
   parser.addOptions({
-      {"refraction", "Refraction coefficient; 1 takes neither curvature nor refraction (default 0.16).", "K"},
-      {"refraction-error", "Standard error of the refraction coefficient, 0 to 10 (default 0.05).", "K"},
       {"angle-error", "Standard error of a direction in one round on both faces, seconds of arc, above 0.", "SECONDS"},
-      {"zenith-error",
-       "Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).",
-       "SECONDS"},
       {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
       {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
-      {"height-error", "Standard error of each height of instrument and target, 0 to 1000 (default 1).", "MM"},
       {"confidence", "Of the test of the whole, 0.5 to 0.9999 (default 0.95).", "P"},
       {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
        "a-posteriori|a-priori", "a-posteriori"},
@@ -448,16 +464,14 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
        "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
        "full-circle zenith readings give the index term of the circle instead of the elevation."},
   });
+  addHeightOptions(parser);
   if (!goesOn(parser, arguments, "heights FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<HeightsOptions>(parser);
   options.file = parser.positionalArguments().first();
-  options.refraction = numberOption(parser, "refraction");
-  options.refractionError = boundedOption(parser, "refraction-error", 0.0, 10.0);
+  takeHeightOptions(parser, options);
   options.angleError = errorOption(parser, "angle-error", false);
   options.fixedError = errorOption(parser, "fixed-error", true);
   options.proportionalError = errorOption(parser, "proportional-error", true);
-  options.zenithError = boundedOption(parser, "zenith-error", 1e-6, 10000.0);
-  options.heightError = boundedOption(parser, "height-error", 0.0, 1000.0);
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isAPriori = aPrioriOption(parser);
   options.asRead = parser.isSet("as-read");

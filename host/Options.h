@@ -33,7 +33,15 @@ struct ConvertOptions : CommonOptions {
   ExchangeChoice exchange;
 };
 
-struct AdjustOptions : CommonOptions {
+/// How heights are weighed.
+struct HeightWeights {
+  std::optional<double> refraction;       ///< coefficient; empty for that of the settings
+  std::optional<double> refractionError;  ///< standard error of it
+  std::optional<double> zenithError;      ///< seconds of arc
+  std::optional<double> heightError;      ///< millimetres
+};
+
+struct AdjustOptions : CommonOptions, HeightWeights {
   QString file;
   int method = 0;                          ///< as `Configure::AdjustMethod`
   std::optional<float> angleError;         ///< seconds of arc
@@ -63,15 +71,11 @@ struct ReportPageOptions : AdjustOptions {
   bool isOfHeights = false;  ///< of the heights alone
 };
 
-struct HeightsOptions : CommonOptions {
+struct HeightsOptions : CommonOptions, HeightWeights {
   QString file;
-  std::optional<double> refraction;        ///< coefficient; empty for that of the settings
-  std::optional<double> refractionError;   ///< standard error of it
   std::optional<float> angleError;         ///< seconds of arc
   std::optional<float> fixedError;         ///< millimetres
   std::optional<float> proportionalError;  ///< parts per million
-  std::optional<double> zenithError;       ///< seconds of arc
-  std::optional<double> heightError;       ///< millimetres
   std::optional<double> confidence;        ///< of the test of the whole
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the rows as the library takes them, without the host's care

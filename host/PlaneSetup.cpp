@@ -32,10 +32,20 @@ TraverseOptions traverseOptions(AdjustOptions const& options) {
 
 }  // namespace
 
+HeightOptions heightOptions(HeightWeights const& options) {
+  HeightOptions heights;
+  heights.zenithError = options.zenithError;
+  heights.heightError = options.heightError.value_or(1000.0 * heights.heightError) / 1000.0;
+  heights.refraction = options.refraction;
+  heights.refractionError = options.refractionError.value_or(heights.refractionError);
+  return heights;
+}
+
 void useOptions(Session& session, AdjustOptions const& options) {
   takeOptions(options, session.project().getConfigure());
   session.job().setPlaneOptions(planeOptions(options));
   session.job().setTraverseOptions(traverseOptions(options));
+  session.job().setHeightOptions(heightOptions(options));
   if (!options.approximateFile.isEmpty()) session.job().openApproximate(options.approximateFile);
 }
 

@@ -10,4 +10,6 @@ namespace kvn::host {
 /// cannot be read.
 void useOptions(Session& session, AdjustOptions const& options);
 
+HeightOptions heightOptions(HeightWeights const& options);
+
 }  // namespace kvn::host

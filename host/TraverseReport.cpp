@@ -7,14 +7,15 @@
 namespace kvn::host {
 
 TraverseReport::TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse,
-                               Network const& observed)
+                               Network const& observed, PointHeights const& pointHeights)
     : file(std::move(path)),
       configure(settings),
       result(traverse),
       summary(traverse.summary),
       stations(traverse.stations),
       points(traverse.points),
-      knownNames(namesOf(observed.knownPoints)) {}
+      knownNames(namesOf(observed.knownPoints)),
+      heights(pointHeights) {}
 
 double TraverseReport::angularMisclosure() const {
   std::size_t const angles = stations.size() - (result.closing == TraverseClosing::OnItself ? 1 : 0);

@@ -1,6 +1,9 @@
 // What a single traverse has to tell, as text and as JSON.
 #pragma once
 
+#include "PointHeights.h"
+#include "TextTable.h"
+
 #include <Kelvane.h>
 #include <json/value.h>
 #include <QString>
@@ -14,8 +17,10 @@ namespace kvn::host {
 /// A finished open, connecting or closed traverse with what belongs to it; holds references.
 class TraverseReport {
  public:
-  /// @param network  as the calculator had it.
-  TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse, Network const& network);
+  /// @param network       as the calculator had it.
+  /// @param pointHeights  of a run beside it.
+  TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse, Network const& network,
+                 PointHeights const& pointHeights);
 
   QString headText() const;
   /// The table of the traverse, a line for each station, and the misclosures.
@@ -35,6 +40,7 @@ class TraverseReport {
   QString sidePointsText() const;
   QString allowedText() const;
   QStringList row(QString const& name, QStringList const& observed, QStringList const& leg, PointInfo const& at) const;
+  void addHeightColumns(std::vector<TextTable::Column>& columns) const;
   QStringList observedCells(std::size_t station) const;
   QStringList legCells(std::size_t station) const;
 
@@ -53,6 +59,7 @@ class TraverseReport {
   std::vector<TraverseInfo> const& stations;
   std::vector<PointInfo> const& points;
   std::unordered_set<std::string> knownNames;
+  PointHeights const& heights;
 };
 
 }  // namespace kvn::host

@@ -17,6 +17,7 @@ Json::Value TraverseReport::json() const {
   if (summary.hasMisclosure) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
   json["sidePoints"] = sidePointsJson();
+  json["heights"] = heights.json();
   json["version"] = kJsonVersion;
   return json;
 }
@@ -109,6 +110,7 @@ Json::Value TraverseReport::pointsJson() const {
     json["x"] = number(point.x);
     json["y"] = number(point.y);
     json["known"] = knownNames.count(point.name) != 0;
+    heights.addTo(json, point.name);
     list.append(json);
   }
   return list;
@@ -128,6 +130,10 @@ Json::Value TraverseReport::sidePointsJson() const {
     json["mx"] = number(side.mx);
     json["my"] = number(side.my);
     json["mp"] = number(side.mp);
+    json["offNorth"] = number(side.offNorth);
+    json["offEast"] = number(side.offEast);
+    json["offAllowed"] = number(side.offAllowed);
+    heights.addTo(json, side.point.name);
     list.append(json);
   }
   return list;

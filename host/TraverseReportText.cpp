@@ -20,9 +20,10 @@ QString TraverseReport::tablesText() const { return stationsText() + misclosureT
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();
-  return QString("%1 of %2\n\n").arg(kTitles[result.method], printable(file)) +
-         labelled({{"Stations", QString::number(stations.size())},
-                   {"Legs", QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}});
+  std::vector<std::pair<QString, QString>> lines{{"Stations", QString::number(stations.size())},
+                                                 {"Legs", QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}};
+  if (heights.exist()) lines.push_back({"Unit weight error of heights", heights.unitErrorText()});
+  return QString("%1 of %2\n\n").arg(kTitles[result.method], printable(file)) + labelled(lines);
 }
 
 /// An open traverse has no columns for corrections.
@@ -30,9 +31,17 @@ QStringList TraverseReport::row(QString const& name, QStringList const& observed
                                 PointInfo const& at) const {
   QStringList cells{name};
   cells << observed << leg << metres(at.x) << metres(at.y);
-  if (closes()) return cells;
-  for (int const correction : {8, 7, 2}) cells.removeAt(correction);
+  for (int const correction : {8, 7, 2}) {
+    if (!closes()) cells.removeAt(correction);
+  }
+  if (heights.exist()) cells << heights.cells(at.name);
   return cells;
+}
+
+void TraverseReport::addHeightColumns(std::vector<TextTable::Column>& columns) const {
+  if (!heights.exist()) return;
+  columns.push_back({"Height [m]", TextTable::Right});
+  columns.push_back({"mh [mm]", TextTable::Right});
 }
 
 QStringList TraverseReport::observedCells(std::size_t i) const {
@@ -54,6 +63,7 @@ QString TraverseReport::stationsText() const {
                            "North x [m]", "East y [m]"}) {
     if (closes() || *head != 'v') columns.push_back({QString::fromUtf8(head), TextTable::Right});
   }
+  addHeightColumns(columns);
   TextTable table(std::move(columns));
   QStringList const noLeg{"", "", "", "", ""};
   PointInfo const& back = stations.front().backPoint;
@@ -115,13 +125,18 @@ QString TraverseReport::sidePointsText() const {
   for (char const* head : {"Azimuth", "Distance [m]", "North x [m]", "East y [m]", "mx [mm]", "my [mm]", "mp [mm]"}) {
     columns.push_back({head, TextTable::Right});
   }
+  addHeightColumns(columns);
+  columns.push_back({"", TextTable::Left});
   TextTable table(std::move(columns));
   for (TraverseSidePoint const& side : result.sidePoints) {
-    table.add({textOf(side.point.name), textOf(side.station), azimuthOfRadians(side.azimuth), metres(side.distance),
-               metres(side.point.x), metres(side.point.y), millimetres(side.mx), millimetres(side.my),
-               millimetres(side.mp)});
+    QStringList cells{textOf(side.point.name), textOf(side.station), azimuthOfRadians(side.azimuth),
+                      metres(side.distance),   metres(side.point.x), metres(side.point.y),
+                      millimetres(side.mx),    millimetres(side.my), millimetres(side.mp)};
+    if (heights.exist()) cells << heights.cells(side.point.name);
+    if (side.isKnown) cells << "known, off by " + millimetres(std::hypot(side.offNorth, side.offEast)) + " mm";
+    table.add(cells);
   }
-  return titled("Side shots (nothing checks them; errors by the a-priori errors)", table);
+  return titled("Side shots (nothing checks them, unless known; errors by the a-priori errors)", table);
 }
 
 }  // namespace kvn::host

@@ -9,7 +9,10 @@
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 #include "reduction/FieldInspection.h"
+
+#include <utils/QLogicError.h>
 
 #include <QFileInfo>
 #include <algorithm>
@@ -48,7 +51,7 @@ void tellMissingHeights(std::vector<CoordinatePointInfo> const& points) {
   auto const missing = static_cast<std::size_t>(
       std::count_if(points.begin(), points.end(), [](CoordinatePointInfo const& point) { return point.Z == 0.0; }));
   if (missing == 0) return;
-  QString const text("%1 of %2 coordinates have no height: 0 stands in its place");
+  QString const text = Messages::tr("%1 of %2 coordinates have no height: 0 stands in its place");
   detail::sendWarning(text.arg(missing).arg(points.size()));
 }
 
@@ -60,13 +63,15 @@ void tryHeights(detail::JobState& state, utils::IProcessCancel const& cancel) {
     return;
   } catch (std::bad_alloc const&) {
     throw;  // says nothing about the heights
+  } catch (QLogicError const&) {
+    throw;  // the host has cancelled
   } catch (JobException const& failure) {
     reason = failure.text;
   } catch (std::exception const& failure) {
     reason = QString::fromUtf8(failure.what());
   }
   detail::forgetHeights(state);  // those of a run before
-  detail::sendWarning(QString("No heights are adjusted: %1").arg(reason));
+  detail::sendWarning(Messages::tr("No heights are adjusted: %1").arg(reason));
 }
 
 /// The heights of the last run into the coordinates, where the project wants them.
@@ -164,7 +169,7 @@ void Job::reduce() {
 
 std::vector<FieldFinding> Job::findings() const {
   std::vector<FieldFinding> all =
-      findingsOf(FileTold | FileText | FieldReduced | RowChecks | NetworkChecks | AdjustmentStart);
+      findingsOf(FileTold | FileText | FieldReduced | RowChecks | HeightChecks | NetworkChecks | AdjustmentStart);
   sortFindings(all);
   return all;
 }
@@ -177,10 +182,15 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
   guarded(*state, [&] {
     if ((sources & FileTold) != 0) add(opened.toldFindings);
     if ((sources & FileText) != 0) add(opened.text.findings);
-    if ((sources & FieldReduced) != 0) add(opened.placed(opened.reduction.findings));
+    if ((sources & FieldReduced) != 0) {
+      add(opened.placed(opened.reduction.findings));
+      ObservationErrors const errors = detail::observationErrors(*state);
+      add(opened.placed(inspectDistances(opened.reduction, errors, state->plane.centring)));
+    }
     if ((sources & RowChecks) != 0) {
       add(opened.placed(inspectRows(project.getTraverseDataList(), opened.reduction)));
     }
+    if ((sources & HeightChecks) != 0) add(detail::findingsBeforeHeights(*state));
     if ((sources & NetworkChecks) != 0) add(detail::findingsOnNetwork(*state));
     if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(*state));
     if ((sources & AdjustmentRun) != 0) add(state->runFindings);
@@ -220,10 +230,7 @@ TraverseOptions const& Job::traverseOptions() const { return state->traverseOpti
 std::vector<TraverseResult> const& Job::traverses() const { return state->traverses; }
 
 void Job::adjust() {
-  guarded(*state, [this] {
-    detail::adjust(*state, *this);
-    detail::adjustHeightsBeside(*state, *this);
-  });
+  guarded(*state, [this] { detail::adjust(*state, *this); });
 }
 
 PlaneAdjustment const& Job::plan() {
@@ -264,7 +271,7 @@ void Job::takeResults() {
   Project& project = *state->project;
   guarded(*state, [&] {
     PlaneAdjustment const* const plane = planeAdjustment();
-    bool const hasResult = plane != nullptr || project.getAlgorithmAdjust() != nullptr;
+    bool const hasResult = plane != nullptr || !state->traverses.empty() || project.getAlgorithmAdjust() != nullptr;
     bool const hasHeights = state->heightRun != nullptr;
     if (hasResult && !hasHeights && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
     if (plane == nullptr && !state->traverses.empty() && !state->asRead) {

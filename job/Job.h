@@ -64,7 +64,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
     AdjustmentStart = 16,  ///< what a least-squares adjustment would run into; costs as much as one
     AdjustmentRun = 32,    ///< what the last careful run or plan found out; costs nothing
     HeightRun = 64,        ///< the same of heights
-    FileTold = 128         ///< what `open` has told of the lines of a network file
+    FileTold = 128,        ///< what `open` has told of the lines of a network file
+    HeightChecks = 256  ///< height differences and heights of the instrument that do not agree, before a run of heights
   };
 
   Job();  ///< on a new project of the System, or one of its own where there is no System
@@ -146,14 +147,17 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
   /// than half a circle. A misclosure beyond what the a-priori errors allow, or beyond a limit, is told with both
-  /// figures, and with the angle or leg that would explain it.
+  /// figures, and with the angle or leg that would explain it; so is a side shot to a known point that misses it.
   ///
   /// The single traverses and Reading::AsRead work on the network of the project, and their result is the project's
-  /// `getAlgorithmAdjust`. Of the two results there is the one of the last run, the other is null. Nothing else in the
-  /// library reads them: maps and files show the coordinate list, for which see `takeResults`.
+  /// `getAlgorithmAdjust`: of several traverses the first that the library's calculators compute, null where they
+  /// compute none, as of a loop on one known point, which only `traverses` has. It is null after a careful run by least
+  /// squares, too, and `planeAdjustment` after all others. Nothing else in the library reads them: maps and files show
+  /// the coordinate list, for which see `takeResults`.
   /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, a network that the
-  ///         observations do not determine, and a misclosure above ten times what the a-priori errors allow. An earlier
-  ///         result stays then.
+  ///         observations do not determine, a misclosure above ten times what the a-priori errors allow, and when the
+  ///         host cancels. Plane and heights are one run: an earlier result stays as a whole then, its heights too,
+  ///         even where the plane was finished when the host cancelled.
   void adjust();
   /// The last run, where it was a careful one by least squares; else null. Good until the next one.
   PlaneAdjustment const* planeAdjustment() const;

@@ -7,6 +7,7 @@
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "job/detail/ObservedRounds.h"
 #include "reduction/CircleTurning.h"
 
 #include <algorithm>
@@ -142,7 +143,7 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
   Computed done;
   done.network = turnedCircles(given);
   int const method = configure.AdjustMethod == kAnyTraverse ? 0 : configure.AdjustMethod;
-  TraverseErrors const errors = detail::traverseErrors(state);
+  detail::ObservedRounds const observed(state);
   bool const hasErrors = detail::faultOfErrors(configure, given).isEmpty();
   std::vector<detail::TraverseWalk> walks;
   try {
@@ -155,7 +156,7 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
                                      : "two sights of %1 have the same direction")
                         .arg(name)));
   }
-  for (detail::TraverseWalk const& walk : walks) {
+  for (detail::TraverseWalk& walk : walks) {
     TraverseResult result;
     if (walk.closing == TraverseClosing::OnItself) {
       result = detail::adjustedLoop(walk);
@@ -166,7 +167,13 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
       result = resultOf(*adjustment, walk.method, chain, false);
       if (done.first == nullptr) done.first = std::move(adjustment);
     }
-    detail::addSidePoints(result, walk.sideSights, hasErrors ? &errors : nullptr);
+    TraverseErrors const errors = detail::traverseErrors(state, result.stations, observed);
+    for (detail::SideSight& sight : walk.sideSights) {
+      TraverseInfo const& at = result.stations[sight.station];
+      sight.rounds = observed.directions(at.stationPoint.name, at.backPoint.name, sight.target).second;
+      sight.distances = std::max(1.0, observed.distancesOneWay(at.stationPoint.name, sight.target));
+    }
+    detail::addSidePoints(result, walk.sideSights, given.knownPoints, hasErrors ? &errors : nullptr);
     done.traverses.push_back(std::move(result));
   }
   return done;
@@ -235,20 +242,23 @@ QString detail::faultOfErrors(Configure const& configure, Network const& network
 std::vector<CoordinatePointInfo> detail::coordinatesOf(std::vector<TraverseResult> const& traverses) {
   std::vector<CoordinatePointInfo> list;
   std::unordered_set<std::string> names;
-  auto const add = [&](PointInfo const& point) {
+  auto const add = [&](PointInfo const& point, double north, double east) {
     if (!names.insert(point.name).second) return;
     CoordinatePointInfo coordinate;
     coordinate.name = point.name;
-    coordinate.N = point.x;
-    coordinate.E = point.y;
+    coordinate.N = north;
+    coordinate.E = east;
     list.push_back(std::move(coordinate));
   };
   for (TraverseResult const& traverse : traverses) {
-    for (PointInfo const& point : traverse.points) add(point);
+    for (PointInfo const& point : traverse.points) add(point, point.x, point.y);
   }
-  // A point of a chain stays what it is there.
+  // A point of a chain stays what it is there, and a known one what is given.
   for (TraverseResult const& traverse : traverses) {
-    for (TraverseSidePoint const& side : traverse.sidePoints) add(side.point);
+    for (TraverseSidePoint const& side : traverse.sidePoints) {
+      add(side.point, side.point.x - (side.isKnown ? side.offNorth : 0.0),
+          side.point.y - (side.isKnown ? side.offEast : 0.0));
+    }
   }
   return list;
 }
@@ -259,22 +269,30 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   Configure const& configure = project.getConfigure();
   if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
   Computed done = computed(state, cancel);
+  ObservedRounds const observed(state);
   for (TraverseResult& traverse : done.traverses) {
     if (state.asRead) continue;
-    judge(traverse, state);
+    judge(traverse, state, observed);
     requireNotFarBeyond(traverse, state);
   }
-  if (done.first == nullptr) done.first = std::make_unique<AlgorithmAdjust>();
+  FinishedHeights heights = heightsBeside(state, cancel);
   project.setAlgorithmAdjust(std::move(done.first));
   state.adjusted = std::move(done.network);
   state.planeRun.reset();
   state.traverses = std::move(done.traverses);
   state.runFindings = findingsOnCalculated(state);
+  std::vector<FieldFinding> ofSidePoints;
+  auto const append = [](std::vector<FieldFinding>& list, std::vector<FieldFinding> const& more) {
+    list.insert(list.end(), more.begin(), more.end());
+  };
   for (TraverseResult const& traverse : state.traverses) {
-    std::vector<FieldFinding> const found = findingsOnMisclosures(traverse, state);
-    state.runFindings.insert(state.runFindings.end(), found.begin(), found.end());
+    append(state.runFindings, findingsOnMisclosures(traverse, state));
+    append(ofSidePoints, findingsOnSidePoints(traverse));
   }
   for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
+  for (QString const& line : warningLines(ofSidePoints)) sendWarning(line);
+  append(state.runFindings, ofSidePoints);
+  keepHeights(state, std::move(heights));
 }
 
 }  // namespace kvn

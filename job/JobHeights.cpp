@@ -9,9 +9,11 @@
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 
 #include <QStringList>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -19,18 +21,21 @@
 namespace kvn {
 namespace {
 
+/// Takes a message: to send it, or to keep it until the run has come to its end.
+using Tell = std::function<void(QString const&, MessType)>;
+
 QString reasonText(LeftOutSight::Reason reason) {
   switch (reason) {
     case LeftOutSight::NoStation:
-      return "no height from a sight before the first station";
+      return Messages::tr("no height from a sight before the first station");
     case LeftOutSight::SightsItself:
-      return "no height from a sight to the station itself";
+      return Messages::tr("no height from a sight to the station itself");
     case LeftOutSight::NoAngle:
-      return "no height from a sight without a vertical reading within the circle";
+      return Messages::tr("no height from a sight without a vertical reading within the circle");
     case LeftOutSight::NoDistance:
-      return "no height from a sight without a distance";
+      return Messages::tr("no height from a sight without a distance");
     case LeftOutSight::AlongVertical:
-      return "no height from a sight straight up or down, or without a vertical reading";
+      return Messages::tr("no height from a sight straight up or down, or without a vertical reading");
   }
   return {};
 }
@@ -45,22 +50,22 @@ void tellLeftOut(detail::OpenedFile const& opened, std::vector<LeftOutSight> con
 }
 
 /// A control point known in plan only has the height 0 in the field book, as one at sea level.
-void tellKnownHeightOfZero(std::string const& name) {
-  detail::sendWarning(QString("The known height of %1 is 0").arg(recordText(name)));
+QString textOfKnownHeightOfZero(std::string const& name) {
+  return Messages::tr("The known height of %1 is 0").arg(recordText(name));
 }
 
-void tellContradicted(std::vector<std::string> const& stations) {
+void tellContradicted(std::vector<std::string> const& stations, Tell const& tell) {
   QStringList names;
   for (std::string const& name : stations) names << recordText(name);
   if (names.isEmpty()) return;
-  detail::sendWarning(
-      QString("Known stations with different heights, of which the first counts: %1").arg(listedNames(names)));
+  tell(Messages::tr("Known stations with different heights, of which the first counts: %1").arg(listedNames(names)),
+       Warning);
 }
 
 [[noreturn]] void refuseUnconnected(QString const& file, std::vector<std::string> const& points) {
   QStringList names;
   for (std::string const& name : points) names << recordText(name);
-  throw JobException(file, "no line connects these points to a known height: " + listedNames(names));
+  throw JobException(file, Messages::tr("no line connects these points to a known height: %1").arg(listedNames(names)));
 }
 
 HeightErrors errorsOfSights(detail::JobState const& state) {
@@ -84,38 +89,38 @@ void requireErrors(detail::JobState const& state) {
 /// Why the rows give no heights; empty where they do.
 QString missingIn(HeightNetwork const& network) {
   auto const isKnown = [](HeightNetwork::Point const& point) { return point.isKnown; };
-  if (std::none_of(network.points.begin(), network.points.end(), isKnown)) return "no station has a known height";
-  return network.sights.empty() ? QString("no sight gives a height difference") : QString();
+  if (std::none_of(network.points.begin(), network.points.end(), isKnown)) {
+    return Messages::tr("no station has a known height");
+  }
+  return network.sights.empty() ? Messages::tr("no sight gives a height difference") : QString();
 }
 
 /// Every sight by itself.
-void adjustSights(detail::JobState& state, HeightReduction reduction, utils::IProcessCancel const& cancel) {
+detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightReduction reduction, Tell const& tell,
+                                       utils::IProcessCancel const& cancel) {
   requireErrors(state);
   HeightNetwork& network = reduction.network;
   for (HeightNetwork::Point const& point : network.points) {
-    if (point.isKnown && point.height == 0.0) tellKnownHeightOfZero(point.name);
+    if (point.isKnown && point.height == 0.0) tell(textOfKnownHeightOfZero(point.name), Warning);
   }
-  tellContradicted(reduction.contradicted);
-  reduceSights(network, errorsOfSights(state));
-  for (HeightNetwork::SetUp& setUp : network.setUps) state.opened.placeLine(setUp.origin);
-  for (HeightNetwork::Sight& sight : network.sights) state.opened.placeLine(sight.origin);
+  tellContradicted(reduction.contradicted, tell);
+  detail::reduceSightsOf(state, network);
   HeightSettings settings;
   settings.unitWeight = state.plane.unitWeight;
   settings.confidence = state.plane.confidence;
-  auto run = std::make_unique<HeightAdjustment>(std::move(network), settings);
-  run->setCancelCall(cancel.getCancelCall());
+  detail::FinishedHeights done;
+  done.run = std::make_unique<HeightAdjustment>(std::move(network), settings);
+  done.run->setCancelCall(cancel.getCancelCall());
   try {
-    run->adjust();
+    done.run->adjust();
   } catch (AlgorithmException const&) {
-    if (run->unplacedPoints().empty()) throw;
-    refuseUnconnected(state.file, run->unplacedPoints());
+    if (done.run->unplacedPoints().empty()) throw;
+    refuseUnconnected(state.file, done.run->unplacedPoints());
   }
-  run->setCancelCall({});  // of the host, for the time of the run
-  state.heightFindings = state.opened.placed(detail::findingsOnHeights(*run));
-  for (QString const& line : warningLines(state.heightFindings)) detail::sendWarning(line);
-  state.heightRun = std::move(run);
-  state.heightLines = TriangleHeightDataConvert();
-  state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());
+  done.run->setCancelCall({});  // of the host, for the time of the run
+  done.findings = state.opened.placed(detail::findingsOnHeights(*done.run));
+  for (QString const& line : warningLines(done.findings)) tell(line, Warning);
+  return done;
 }
 
 /// Points that no chain of lines connects to a known station, which the library refuses without their names.
@@ -157,9 +162,9 @@ void adjustLines(detail::JobState& state) {
   TriangleHeightDataConvert lines;
   lines.setTriangleHeightDataRead(reader);
   for (TriangleStationData const& station : lines.getTriangleStationData()) {
-    if (station.height == 0.0) tellKnownHeightOfZero(station.name);
+    if (station.height == 0.0) detail::sendWarning(textOfKnownHeightOfZero(station.name));
   }
-  if (lines.getKnPnumber() == 0) throw JobException(state.file, "no station has a known height");
+  if (lines.getKnPnumber() == 0) throw JobException(state.file, Messages::tr("no station has a known height"));
   std::vector<std::string> const left = unconnected(lines);
   if (!left.empty()) refuseUnconnected(state.file, left);
   auto adjustment = std::make_unique<TriangleHeightAdjust>();
@@ -177,36 +182,58 @@ double detail::refractionOf(JobState const& state) {
   return state.heights.refraction.value_or(double(state.project->getConfigure().AtmosphericIndex));
 }
 
+void detail::reduceSightsOf(JobState const& state, HeightNetwork& network) {
+  reduceSights(network, errorsOfSights(state));
+  for (HeightNetwork::SetUp& setUp : network.setUps) state.opened.placeLine(setUp.origin);
+  for (HeightNetwork::Sight& sight : network.sights) state.opened.placeLine(sight.origin);
+}
+
 void detail::adjustHeights(JobState& state, utils::IProcessCancel const& cancel) {
   if (state.project->getTraverseDataList().empty()) {
-    throw JobException(state.file, "the file has no rows of a field book, from which heights are computed");
+    throw JobException(state.file,
+                       Messages::tr("the file has no rows of a field book, from which heights are computed"));
   }
   if (state.asRead) return adjustLines(state);
   HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
   tellLeftOut(state.opened, reduction.leftOut);
   QString const missing = missingIn(reduction.network);
   if (!missing.isEmpty()) throw JobException(state.file, missing);
-  adjustSights(state, std::move(reduction), cancel);
+  keepHeights(state, adjustedSights(state, std::move(reduction), send, cancel));
 }
 
 /// What gives no height is not told: many a field book is one for the plane alone.
-void detail::adjustHeightsBeside(JobState& state, utils::IProcessCancel const& cancel) {
-  forgetHeights(state);
-  if (state.asRead || state.project->getTraverseDataList().empty()) return;
+detail::FinishedHeights detail::heightsBeside(JobState const& state, utils::IProcessCancel const& cancel) {
+  FinishedHeights done;
+  if (state.asRead || state.project->getTraverseDataList().empty()) return done;
   HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
   QString missing = missingIn(reduction.network);
   // A control point known in plan only has the height 0 in a field book.
   auto const isUseful = [](HeightNetwork::Point const& point) { return point.isKnown && point.height != 0.0; };
   bool const isAnyUseful = std::any_of(reduction.network.points.begin(), reduction.network.points.end(), isUseful);
-  if (missing.isEmpty() && !isAnyUseful) missing = "every known height is 0";
-  if (!missing.isEmpty()) return send(QString("No heights: %1").arg(missing), Info);
-  try {
-    adjustSights(state, std::move(reduction), cancel);
-  } catch (JobException const& failure) {
-    send(QString("No heights: %1").arg(failure.text), Warning);
-  } catch (AlgorithmException const& failure) {
-    send(QString("No heights: %1").arg(worded(failure, Network())), Warning);
+  if (missing.isEmpty() && !isAnyUseful) missing = Messages::tr("every known height is 0");
+  QString const text = Messages::tr("No heights: %1");
+  if (!missing.isEmpty()) {
+    done.messages.emplace_back(text.arg(missing), Info);
+    return done;
   }
+  std::vector<std::pair<QString, MessType>> messages;
+  auto const keep = [&messages](QString const& told, MessType type) { messages.emplace_back(told, type); };
+  try {
+    done = adjustedSights(state, std::move(reduction), keep, cancel);
+  } catch (JobException const& failure) {
+    keep(text.arg(failure.text), Warning);
+  } catch (AlgorithmException const& failure) {
+    keep(text.arg(worded(failure, Network())), Warning);
+  }
+  done.messages = std::move(messages);
+  return done;
+}
+
+void detail::keepHeights(JobState& state, FinishedHeights&& done) {
+  forgetHeights(state);
+  state.heightRun = std::move(done.run);
+  state.heightFindings = std::move(done.findings);
+  for (auto const& [text, type] : done.messages) send(text, type);
 }
 
 void detail::forgetHeights(JobState& state) {

@@ -126,12 +126,6 @@ void keepObservedPoints(PlaneNetwork& network) {
   }
 }
 
-bool isOriginal(detail::JobState const& state) {
-  PlaneNetwork const& observations = state.opened.observations;
-  bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
-  return hasSome && markOf(state.project->getNetwork()) == state.opened.networkMark;
-}
-
 /// @throws JobException with the line of an observation that is still to be measured.
 void requireValues(QString const& file, PlaneNetwork const& network) {
   auto const refuse = [&](int from, int to, int line) {
@@ -171,6 +165,12 @@ void detail::OpenedFile::placeLine(PlaneNetwork::Origin& origin) const {
 void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {
   observations = std::move(made);
   networkMark = markOf(network);
+}
+
+bool detail::hasOriginalObservations(JobState const& state) {
+  PlaneNetwork const& observations = state.opened.observations;
+  bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
+  return hasSome && markOf(state.project->getNetwork()) == state.opened.networkMark;
 }
 
 ObservationErrors detail::observationErrors(JobState const& state) {
@@ -214,8 +214,8 @@ void detail::tellUnchecked(PlaneAdjustment const& adjustment) {
 namespace {
 
 PlaneNetwork observationsIn(detail::JobState const& state) {
-  PlaneNetwork network =
-      isOriginal(state) ? state.opened.observations : observationsOfLines(state.project->getNetwork());
+  PlaneNetwork network = detail::hasOriginalObservations(state) ? state.opened.observations
+                                                                : observationsOfLines(state.project->getNetwork());
   keepObservedPoints(network);
   return network;
 }
@@ -291,11 +291,13 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   std::vector<FieldFinding> const told = findingsToldBy(*run);
   findings.insert(findings.end(), told.begin(), told.end());
   sortByCost(findings);
+  FinishedHeights heights = heightsBeside(state, cancel);
   state.runFindings = std::move(findings);
   state.planeRun = std::move(run);
   state.project->setAlgorithmAdjust(nullptr);
   state.traverses.clear();
   state.adjusted = Network();
+  keepHeights(state, std::move(heights));
 }
 
 std::vector<CoordinatePointInfo> detail::coordinatesOf(PlaneAdjustment const& adjustment) {
@@ -310,7 +312,7 @@ std::vector<CoordinatePointInfo> detail::coordinatesOf(PlaneAdjustment const& ad
 
 void detail::tellRepeatedObservations(JobState const& state) {
   Project const& project = *state.project;
-  if (!project.getTraverseDataList().empty() || !isOriginal(state)) return;
+  if (!project.getTraverseDataList().empty() || !hasOriginalObservations(state)) return;
   std::size_t directions = 0;
   std::size_t distances = 0;
   for (NetworkDataInfo const& line : project.getNetwork().lines) {

@@ -65,11 +65,11 @@ QStringList doubtsOfTraverse(TraverseResult const& result) {
 }  // namespace
 
 std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
-  AlgorithmAdjust const& adjustment = *state.project->getAlgorithmAdjust();
   int const method = state.project->getConfigure().AdjustMethod;
   QStringList doubts;
   if (method == kMethodOfLeastSquares) {
-    doubts = doubtsOfUnitError(adjustment.getSummary().hasRedundancy, adjustment.getSummary().unitError);
+    AdjustSummary const& summary = state.project->getAlgorithmAdjust()->getSummary();
+    doubts = doubtsOfUnitError(summary.hasRedundancy, summary.unitError);
   } else {
     QStringList const names = leftOut(state.traverses, state.adjusted);
     if (!names.isEmpty())

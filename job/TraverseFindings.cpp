@@ -1,6 +1,4 @@
 // What the misclosures of a single traverse tell.
-#include "adjust/NameIndex.h"
-#include "adjust/input/PairKey.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
@@ -13,9 +11,7 @@
 
 #include <QStringList>
 #include <cmath>
-#include <cstdint>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace kvn {
@@ -99,40 +95,12 @@ QStringList beyondLimits(TraverseJudgement const& judged, TraverseOptions const&
   return list;
 }
 
-/// Of each station, of how many distances that of its leg is the mean, as `withForwardDistances` makes it.
-std::vector<int> distanceCountsOf(std::vector<TraverseInfo> const& stations, Network const& observed) {
-  NameIndex names;
-  std::unordered_set<std::uint64_t> measured;
-  for (NetworkDataInfo const& line : observed.lines) {
-    int const from = names.numberOf(line.start_name);
-    int const to = names.numberOf(line.end_name);
-    if (line.horizontal_distance > detail::kNotMeasured) measured.insert(detail::orderedKey(from, to));
-  }
-  std::vector<int> counts;
-  for (TraverseInfo const& station : stations) {
-    int const from = names.find(station.stationPoint.name);
-    int const to = names.find(station.forePoints.front().name);
-    bool const isBoth = from >= 0 && to >= 0 && measured.count(detail::orderedKey(from, to)) != 0 &&
-                        measured.count(detail::orderedKey(to, from)) != 0;
-    counts.push_back(isBoth ? 2 : 1);
-  }
-  return counts;
-}
-
 }  // namespace
 
-TraverseErrors detail::traverseErrors(JobState const& state) {
-  TraverseErrors errors;
-  errors.observations = observationErrors(state);
-  errors.centring = state.plane.centring;
-  return errors;
-}
-
-void detail::judge(TraverseResult& result, JobState const& state) {
+void detail::judge(TraverseResult& result, JobState const& state, ObservedRounds const& observed) {
   Project const& project = *state.project;
   if (!result.summary.hasMisclosure || !faultOfErrors(project.getConfigure(), project.getNetwork()).isEmpty()) return;
-  TraverseErrors errors = traverseErrors(state);
-  errors.distanceCounts = distanceCountsOf(result.stations, project.getNetwork());
+  TraverseErrors const errors = traverseErrors(state, result.stations, observed);
   result.judgement = judgedTraverse(result.stations, result.summary, result.closing, errors);
 }
 
@@ -141,6 +109,21 @@ void detail::requireNotFarBeyond(TraverseResult const& result, JobState const& s
   QStringList const far = beyondAllowed(*result.judgement, kFarBeyond);
   if (far.isEmpty()) return;
   throw JobException(state.file, far.join(". ") + explanation(result));
+}
+
+std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& result) {
+  std::vector<FieldFinding> findings;
+  for (TraverseSidePoint const& side : result.sidePoints) {
+    double const off = std::hypot(side.offNorth, side.offEast);
+    if (!(off > side.offAllowed)) continue;
+    QString const text = Messages::tr("the side shot misses the known point by %1, where the a-priori errors allow %2");
+    findings.push_back({FieldFinding::Warning,
+                        side.station,
+                        {side.point.name},
+                        text.arg(lengthText(off), lengthText(side.offAllowed))});
+    findings.back().cost = off;
+  }
+  return findings;
 }
 
 std::vector<FieldFinding> detail::findingsOnMisclosures(TraverseResult const& result, JobState const& state) {

@@ -1,7 +1,9 @@
 #include "reduction/FieldInspection.h"
 
 #include "adjust/NameIndex.h"
+#include "adjust/input/DistanceError.h"
 #include "adjust/input/PairKey.h"
+#include "adjust/plane/Quantiles.h"
 #include "records/detail/Messages.h"
 
 #include <utils/Circle.h>
@@ -161,7 +163,31 @@ class RowInspection {
   std::vector<FieldFinding> findings;
 };
 
+// A file for a single traverse has errors of 0: any difference counts then, metres.
+constexpr double kLeastError = 1e-6;
+
 }  // namespace
+
+std::vector<FieldFinding> inspectDistances(FieldReduction const& reduction, ObservationErrors const& errors,
+                                           double centring) {
+  std::vector<FieldFinding> findings;
+  for (DistanceSpread const& spread : reduction.spreads) {
+    double const own = detail::distanceError(errors, spread.least);
+    // Instrument and target stand anew in another set-up.
+    double const error = spread.isOfTwoSetUps ? std::sqrt(own * own + 2.0 * centring * centring) : own;
+    double const difference = spread.greatest - spread.least;
+    if (!(difference > detail::rangeCriticalValue(spread.count) * std::max(error, kLeastError))) continue;
+    QString const text = Messages::tr("the distances to the target differ by %1 mm, more than their errors allow");
+    findings.push_back({FieldFinding::Warning,
+                        spread.station,
+                        {spread.target},
+                        text.arg(QString::number(1000.0 * difference, 'f', 1)),
+                        spread.row,
+                        0,
+                        0.5 * difference});
+  }
+  return findings;
+}
 
 std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows, FieldReduction const& reduction) {
   return RowInspection(rows, reduction).run();

@@ -22,6 +22,16 @@ namespace kvn {
 KELVANE_EXPORT std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows,
                                                      FieldReduction const& reduction);
 
+/// A `Warning` for each line of which the distances from one end differ by more than their a-priori errors a + b S
+/// allow: two by 3 standard errors of their difference, of which one good line in 370 is beyond. The more distances,
+/// the more the largest and the smallest may differ, by the same share of good lines.
+///
+/// @param centring  standard error of each coordinate of instrument and target about their marks, metres; counts
+/// between
+///                  set-ups.
+KELVANE_EXPORT std::vector<FieldFinding> inspectDistances(FieldReduction const& reduction,
+                                                          ObservationErrors const& errors, double centring);
+
 /// Findings on a network: distances from the two ends of a line that differ by more than the a-priori error a + b S,
 /// known points that nothing observes, points that no observation connects to a known point, and points that a single
 /// observation holds.

@@ -38,8 +38,6 @@ constexpr double kRoundTolerance = 30.0 / 3600.0 * utils::kPi / 180.0;
 // Metres. Below these coordinates are none, and two positions are the same.
 constexpr double kNoCoordinate = 1e-5;
 constexpr double kSamePosition = 1e-4;
-// Distances of one line that differ by more, metres, are told: far above what instruments show between two sights.
-constexpr double kSameDistance = 0.05;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 bool hasVertical(TraverseDataInfo const& row) { return row.angleMark != 0.0 && row.vertical_angle != 0.0; }
@@ -127,13 +125,7 @@ class Reducer {
            Messages::tr("the distance has no vertical reading to make it horizontal and is left out"), i);
     }
     if (!(distance > detail::kNotRecorded)) return 0.0;
-    MeanDistance& mean = current->distances[number];
-    bool const wasNear = mean.greatest - mean.least <= kSameDistance;
-    mean.add(distance);
-    if (wasNear && mean.greatest - mean.least > kSameDistance) {
-      tell(FieldFinding::Warning, current->name, {row.name}, Messages::tr("the distances differ by more than 50 mm"),
-           i);
-    }
+    current->distances[number].add(distance, i);
     return distance;
   }
 
@@ -145,7 +137,7 @@ class Reducer {
       round.distances.emplace_back();
       round.distances.back().row = i;
     }
-    round.distances[number].add(distance);
+    round.distances[number].add(distance, i);
     bool const isSecond = hasVertical(rows[i]) && detail::isSecondFace(rows[i].vertical_angle);
     ++round.distances[number].ofFace[isSecond ? 1 : 0];
   }
@@ -231,8 +223,18 @@ class Reducer {
       if (line.horizontalAngleFlag) line.horizontal_angle = onCircle(means[i].value());
       MeanDistance const& distance = station.distances[i];
       if (distance.count > 0) line.horizontal_distance = distance.sum / distance.count;
+      if (distance.count > 1) addSpread(station, line.end_name, distance);
       if (line.horizontalAngleFlag || distance.count > 0) result.network.lines.push_back(std::move(line));
     }
+  }
+
+  void addSpread(Station const& station, std::string const& target, MeanDistance const& distance) {
+    auto const [first, last] = std::minmax(distance.leastRow, distance.greatestRow);
+    // Rows of two set-ups have a record of the station between them.
+    auto const next = std::upper_bound(station.rounds.begin(), station.rounds.end(), first,
+                                       [](std::size_t row, Round const& round) { return row < round.occupation; });
+    bool const isOfTwo = next != station.rounds.end() && next->occupation < last;
+    result.spreads.push_back({station.name, target, last, distance.least, distance.greatest, distance.count, isOfTwo});
   }
 
   void joinRounds(Station& station, std::vector<CircleMean>& means) {
@@ -240,9 +242,10 @@ class Reducer {
     std::vector<std::vector<std::size_t>> roundsOf(means.size());
     std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>> ready;
     std::vector<bool> joined(station.rounds.size(), false);
+    bool const isOneFaced = tellOneFaced(station);
     for (std::size_t r = 0; r < station.rounds.size(); ++r) {
       Round const& round = station.rounds[r];
-      tellFaces(station, round);
+      tellFaces(station, round, isOneFaced);
       if (ready.empty() && !round.targets.empty()) ready.push(r);
       for (std::size_t i = 0; i < round.targets.size(); ++i) roundsOf[numberAt(station, round, i)].push_back(r);
     }
@@ -296,11 +299,32 @@ class Reducer {
     return static_cast<std::size_t>(station.targets.find(round.names.names()[i]));
   }
 
-  void tellFaces(Station const& station, Round const& round) {
+  /// A station without a single pair of faces, of several targets, is told once and not with each of them.
+  bool tellOneFaced(Station const& station) {
+    auto const hasPair = [](Round const& round) {
+      return std::any_of(round.targets.begin(), round.targets.end(),
+                         [](Sighted const& target) { return target.rowOfFace[0] && target.rowOfFace[1]; });
+    };
+    if (station.targets.size() < 2 || std::any_of(station.rounds.begin(), station.rounds.end(), hasPair)) return false;
+    bool const isSighted = std::any_of(station.rounds.begin(), station.rounds.end(),
+                                       [](Round const& round) { return !round.targets.empty(); });
+    if (!isSighted) return false;
+    result.findings.push_back(
+        {FieldFinding::Warning,
+         station.name,
+         {},
+         Messages::tr("observed on one face only: collimation and index errors stay in all of its readings"),
+         station.row,
+         0});
+    return true;
+  }
+
+  void tellFaces(Station const& station, Round const& round, bool isToldOfStation) {
     for (std::size_t i = 0; i < round.targets.size(); ++i) {
       Sighted const& target = round.targets[i];
       std::string const& name = round.names.names()[i];
       if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
+        if (isToldOfStation) continue;
         tell(FieldFinding::Warning, station.name, {name}, Messages::tr("sighted on one face only"), target.firstRow);
         continue;
       }

@@ -25,6 +25,17 @@ struct FacePair {
   double indexError = 0.0;         ///< (V1 + V2 - 2π) / 2, radians; NaN when a vertical reading is missing
 };
 
+/// The distances of a station to one target, where there are several: of both faces, all rounds and all set-ups.
+struct DistanceSpread {
+  std::string station;
+  std::string target;
+  std::size_t row = 0;    ///< the later one of the two sights that differ most
+  double least = 0.0;     ///< horizontal, metres
+  double greatest = 0.0;  ///< the same
+  int count = 0;
+  bool isOfTwoSetUps = false;  ///< the two that differ most
+};
+
 /// What `reduceField` makes of the rows.
 struct FieldReduction {
   Network network;                     ///< as far as it goes when there is an `Error`; one circle a station
@@ -34,6 +45,7 @@ struct FieldReduction {
   /// The first finding of a round that `network` lacks, since nothing turns it onto the others of its station's one
   /// circle; `observations` has it.
   std::optional<std::size_t> lostRound;
+  std::vector<DistanceSpread> spreads = {};  ///< by station and target; `inspectDistances` judges them
 };
 
 /// Directions and distances of all stations, independent of the order in which the targets were sighted.

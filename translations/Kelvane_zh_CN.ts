@@ -1671,6 +1671,148 @@
     <message>
         <source>The relative misclosure is 1 : %1, beyond the limit of 1 : %2</source>
         <translation>相对闭合差为 1 : %1，超过限差 1 : %2</translation>
+        <source>no height from a sight before the first station</source>
+        <translation>第一个测站之前的观测不能得出高程</translation>
+    </message>
+    <message>
+        <source>no height from a sight to the station itself</source>
+        <translation>照准测站自身的观测不能得出高程</translation>
+    </message>
+    <message>
+        <source>no height from a sight without a vertical reading within the circle</source>
+        <translation>没有度盘范围内的竖盘读数的观测不能得出高程</translation>
+    </message>
+    <message>
+        <source>no height from a sight without a distance</source>
+        <translation>没有距离的观测不能得出高程</translation>
+    </message>
+    <message>
+        <source>no height from a sight straight up or down, or without a vertical reading</source>
+        <translation>铅垂方向的观测或没有竖盘读数的观测不能得出高程</translation>
+    </message>
+    <message>
+        <source>The known height of %1 is 0</source>
+        <translation>%1 的已知高程为 0</translation>
+    </message>
+    <message>
+        <source>no line connects these points to a known height: %1</source>
+        <translation>这些点没有观测边与已知高程相连：%1</translation>
+    </message>
+    <message>
+        <source>no station has a known height</source>
+        <translation>没有已知高程的测站</translation>
+    </message>
+    <message>
+        <source>no sight gives a height difference</source>
+        <translation>没有能得出高差的观测</translation>
+    </message>
+    <message>
+        <source>the file has no rows of a field book, from which heights are computed</source>
+        <translation>文件中没有可用于计算高程的外业观测数据</translation>
+    </message>
+    <message>
+        <source>every known height is 0</source>
+        <translation>所有已知高程均为 0</translation>
+    </message>
+    <message>
+        <source>No heights: %1</source>
+        <translation>没有高程：%1</translation>
+    </message>
+    <message>
+        <source>No heights are adjusted: %1</source>
+        <translation>未进行高程平差：%1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 coordinates have no height: 0 stands in its place</source>
+        <translation>%2 个坐标中有 %1 个没有高程，以 0 代替</translation>
+    </message>
+    <message>
+        <source>%1 mm too small</source>
+        <translation>偏小 %1 毫米</translation>
+    </message>
+    <message>
+        <source>%1 mm too large</source>
+        <translation>偏大 %1 毫米</translation>
+    </message>
+    <message>
+        <source>the height differences of two set-ups differ by %1 mm</source>
+        <translation>两次设站的高差相差 %1 毫米</translation>
+    </message>
+    <message>
+        <source>the height differences of both ends differ by %1 mm</source>
+        <translation>对向观测的高差相差 %1 毫米</translation>
+    </message>
+    <message>
+        <source>the height differences by two target heights differ by %1 mm</source>
+        <translation>两种目标高所得的高差相差 %1 毫米</translation>
+    </message>
+    <message>
+        <source>the heights of the instrument in two set-ups, %1 m and %2 m, do not agree: by their common targets one of them is off by %3 mm</source>
+        <translation>两次设站的仪器高 %1 米和 %2 米不相符：由共同目标判断，其中之一有 %3 毫米的误差</translation>
+    </message>
+    <message>
+        <source>the heights of the instrument in two set-ups, %1 m and %2 m, differ by little: one of them may be mistyped</source>
+        <translation>两次设站的仪器高 %1 米和 %2 米相差很小：其中之一可能输入有误</translation>
+    </message>
+    <message>
+        <source>the heights of the instrument in two set-ups are %1 m and %2 m, and no common target compares them</source>
+        <translation>两次设站的仪器高为 %1 米和 %2 米，没有可供比较的共同目标</translation>
+    </message>
+    <message>
+        <source>The unit weight error of the heights is far above 1: a gross error, or known heights that do not fit</source>
+        <translation>高程的单位权中误差远大于 1：存在粗差，或已知高程不相符</translation>
+    </message>
+    <message>
+        <source>suspected gross error of the height difference: %1</source>
+        <translation>高差疑有粗差：%1</translation>
+    </message>
+    <message>
+        <source>the height of the instrument seems to be %1</source>
+        <translation>仪器高似乎%1</translation>
+    </message>
+    <message>
+        <source>the height of the target (%2 m) seems to be %1</source>
+        <translation>目标高（%2 米）似乎%1</translation>
+    </message>
+    <message>
+        <source>the known height does not fit: it seems to be %1</source>
+        <translation>已知高程不相符：似乎%1</translation>
+    </message>
+    <message>
+        <source>the height difference cannot be told apart from a suspected height</source>
+        <translation>该高差与可疑的高程量无法区分</translation>
+    </message>
+    <message>
+        <source>the height of the instrument cannot be told apart from a suspected height</source>
+        <translation>该仪器高与可疑的高程量无法区分</translation>
+    </message>
+    <message>
+        <source>the height of the target (%1 m) cannot be told apart from a suspected height</source>
+        <translation>该目标高（%1 米）与可疑的高程量无法区分</translation>
+    </message>
+    <message>
+        <source>the known height cannot be told apart from a suspected height</source>
+        <translation>该已知高程与可疑的高程量无法区分</translation>
+    </message>
+    <message>
+        <source>nothing checks the height of the instrument</source>
+        <translation>仪器高没有检核</translation>
+    </message>
+    <message>
+        <source>nothing checks the height of the point</source>
+        <translation>该点的高程没有检核</translation>
+    </message>
+    <message>
+        <source>the distances to the target differ by %1 mm, more than their errors allow</source>
+        <translation>到该目标的距离相差 %1 毫米，超出其误差所允许的范围</translation>
+    </message>
+    <message>
+        <source>observed on one face only: collimation and index errors stay in all of its readings</source>
+        <translation>仅用一个盘位观测：照准差和指标差留在其全部读数中</translation>
+    </message>
+    <message>
+        <source>the side shot misses the known point by %1, where the a-priori errors allow %2</source>
+        <translation>支点观测与已知点相差 %1，先验误差允许 %2</translation>
     </message>
 </context>
 </TS>

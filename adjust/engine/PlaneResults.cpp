@@ -62,23 +62,19 @@ void PlaneAdjustment::Data::takeUnitError() {
   result.iterations = engine.iterations;
   result.redundancy = engine.redundancy() - leftOutCount();
   result.redundancy -= static_cast<int>(std::count(robustWeights.begin(), robustWeights.end(), 0.0));
-  result.hasRedundancy = result.redundancy > 0;
   result.isWithoutSuspects = hasLostSuspects;
-  result.unitError = result.lowerBound = result.upperBound = result.criticalValue = result.confidenceFactor = kNaN;
   bool const isAPriori = settings.unitWeight == UnitWeight::APriori;
-  if (isAPriori) {
-    result.criticalValue = detail::normalCriticalValue();
-    result.confidenceFactor = detail::ellipseFactor(settings.confidence, 0);
+  detail::GlobalTest const test = detail::globalTest(pvv, result.redundancy, settings.confidence, isAPriori);
+  result.hasRedundancy = test.hasRedundancy;
+  result.unitError = test.unitError;
+  result.lowerBound = test.lower;
+  result.upperBound = test.upper;
+  result.isPassed = test.isPassed;
+  result.criticalValue = test.criticalValue;
+  result.confidenceFactor = kNaN;
+  if (isAPriori || test.hasRedundancy) {
+    result.confidenceFactor = detail::ellipseFactor(settings.confidence, isAPriori ? 0 : result.redundancy);
   }
-  if (!result.hasRedundancy) return;
-  result.unitError = std::sqrt(pvv / result.redundancy);
-  auto const bounds = detail::unitErrorBounds(settings.confidence, result.redundancy);
-  result.lowerBound = bounds.lower;
-  result.upperBound = bounds.upper;
-  result.isPassed = result.unitError >= bounds.lower && result.unitError <= bounds.upper;
-  if (isAPriori) return;
-  result.criticalValue = detail::tauCriticalValue(result.redundancy);
-  result.confidenceFactor = detail::ellipseFactor(settings.confidence, result.redundancy);
 }
 
 /// What cofactors are multiplied with, as a standard error; NaN where it is not known.

@@ -313,17 +313,14 @@ void HeightAdjustment::Data::takeUnitError() {
   for (std::size_t s = 0; s < residuals.size(); ++s) sum += residuals[s] * residuals[s] * weightOf(s);
   int const unknown = pointCount() - static_cast<int>(knownPoint.size());
   result.redundancy = static_cast<int>(network.sights.size()) - unknown;
-  result.hasRedundancy = result.redundancy > 0;
-  result.unitError = result.lowerBound = result.upperBound = result.criticalValue = kNaN;
   bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
-  if (isAPriori) result.criticalValue = detail::normalCriticalValue();
-  if (!result.hasRedundancy) return;
-  result.unitError = std::sqrt(sum / result.redundancy);
-  auto const bounds = detail::unitErrorBounds(settings.confidence, result.redundancy);
-  result.lowerBound = bounds.lower;
-  result.upperBound = bounds.upper;
-  result.isPassed = result.unitError >= bounds.lower && result.unitError <= bounds.upper;
-  if (!isAPriori) result.criticalValue = detail::tauCriticalValue(result.redundancy);
+  detail::GlobalTest const test = detail::globalTest(sum, result.redundancy, settings.confidence, isAPriori);
+  result.hasRedundancy = test.hasRedundancy;
+  result.unitError = test.unitError;
+  result.lowerBound = test.lower;
+  result.upperBound = test.upper;
+  result.isPassed = test.isPassed;
+  result.criticalValue = test.criticalValue;
 }
 
 /// @param size         how large the error seems to be, metres

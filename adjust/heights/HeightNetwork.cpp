@@ -2,6 +2,7 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/heights/Elevations.h"
+#include "adjust/input/DistanceError.h"
 #include "adjust/input/IndexError.h"
 #include "adjust/linalg/Index.h"
 
@@ -163,16 +164,17 @@ HeightReduction heightNetworkOf(std::vector<TraverseDataInfo> const& rows) { ret
 
 void reduceSights(HeightNetwork& network, HeightErrors const& errors) {
   double const zenithError = errors.zenithSeconds / utils::kSecondsPerRadian;
-  bool const isSum = errors.form == ObservationErrors::Form::Sum;
+  ObservationErrors distances;
+  distances.distanceFixed = errors.distanceFixed;
+  distances.distanceProportional = errors.distanceProportional;
+  distances.form = errors.form;
   for (HeightNetwork::Sight& sight : network.sights) {
     double const instrumentHeight = network.setUps[index(sight.setUp)].instrumentHeight;
     sight.distance = sight.slope * std::sin(sight.zenith);
     double const rise = sight.slope * std::cos(sight.zenith);
     double const curvature = sight.distance * sight.distance / (2.0 * kEarthRadius);
     sight.difference = rise + instrumentHeight - sight.targetHeight + (1.0 - errors.refraction) * curvature;
-    double const proportional = errors.distanceProportional * sight.slope;
-    double const distanceError =
-        isSum ? errors.distanceFixed + proportional : std::hypot(errors.distanceFixed, proportional);
+    double const distanceError = detail::distanceError(distances, sight.slope);
     double const ofZenith = sight.distance * zenithError * std::sqrt(2.0 / sight.readings);
     double const ofDistance = distanceError * std::cos(sight.zenith) / std::sqrt(static_cast<double>(sight.rounds));
     double const ofRefraction = curvature * errors.refractionError;

@@ -15,12 +15,6 @@ constexpr double kErrorProbability = 0.001;
 
 }  // namespace
 
-UnitErrorBounds unitErrorBounds(double confidence, int redundancy) {
-  boost::math::chi_squared const distribution(redundancy);
-  auto const at = [&](double p) { return std::sqrt(quantile(distribution, p) / redundancy); };
-  return {at(0.5 * (1.0 - confidence)), at(0.5 * (1.0 + confidence))};
-}
-
 double normalCriticalValue() { return quantile(boost::math::normal(), 1.0 - 0.5 * kErrorProbability); }
 
 double tauCriticalValue(int redundancy) {
@@ -33,6 +27,30 @@ double tauCriticalValue(int redundancy) {
 double controlCriticalValue(int freed, int redundancy) {
   if (redundancy == 0) return quantile(boost::math::chi_squared(freed), 1.0 - kErrorProbability) / freed;
   return quantile(boost::math::fisher_f(freed, redundancy), 1.0 - kErrorProbability);
+}
+
+GlobalTest globalTest(double squares, int redundancy, double confidence, bool isAPriori) {
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+  GlobalTest test;
+  test.hasRedundancy = redundancy > 0;
+  test.unitError = test.lower = test.upper = test.criticalValue = kNone;
+  if (isAPriori) test.criticalValue = normalCriticalValue();
+  if (!test.hasRedundancy) return test;
+  test.unitError = std::sqrt(squares / redundancy);
+  boost::math::chi_squared const distribution(redundancy);
+  auto const boundAt = [&](double p) { return std::sqrt(quantile(distribution, p) / redundancy); };
+  test.lower = boundAt(0.5 * (1.0 - confidence));
+  test.upper = boundAt(0.5 * (1.0 + confidence));
+  test.isPassed = test.unitError >= test.lower && test.unitError <= test.upper;
+  if (!isAPriori) test.criticalValue = tauCriticalValue(redundancy);
+  return test;
+}
+
+double rangeCriticalValue(int count) {
+  boost::math::normal const distribution;
+  double const errorProbability = cdf(complement(distribution, 3.0));  // on one side
+  double const pairs = 0.5 * count * (count - 1.0);
+  return std::sqrt(2.0) * quantile(complement(distribution, errorProbability / pairs));
 }
 
 double ellipseFactor(double confidence, int redundancy) {

@@ -3,14 +3,6 @@
 
 namespace kvn::detail {
 
-/// What the unit weight error lies between with the given probability, at f degrees of freedom, when the a-priori
-/// errors are right: √(χ²(p; f) / f) at both ends.
-struct UnitErrorBounds {
-  double lower;
-  double upper;
-};
-UnitErrorBounds unitErrorBounds(double confidence, int redundancy);
-
 /// Critical size of a residual over its standard error, error probability 0.1 % two-sided, where the unit weight error
 /// is known: 3.29.
 double normalCriticalValue();
@@ -31,5 +23,29 @@ double controlCriticalValue(int freed, int redundancy);
 /// By what a standard error ellipse is enlarged to hold the point with the given probability: √(2 F(p; 2, f)) and, with
 /// f of 0, where the unit weight error is known, √χ²(p; 2).
 double ellipseFactor(double confidence, int redundancy);
+
+/// What the largest and the smallest of some observations of standard error 1 may differ by: 3 √2 of two, and for more
+/// by the same error probability, 0.27 %, shared by all pairs.
+double rangeCriticalValue(int count);
+
+/// An adjustment as a whole: its unit weight error, the bounds that it lies between with the given probability when the
+/// a-priori errors are right, √(χ²(p; f) / f) at both ends for a redundancy of f, and the critical size of a
+/// standardised residual.
+struct GlobalTest {
+  bool hasRedundancy = false;
+  double unitError = 0.0;  ///< NaN without redundancy, as the bounds
+  double lower = 0.0;
+  double upper = 0.0;
+  bool isPassed = true;  ///< without redundancy too
+  /// By `normalCriticalValue` where the unit weight error counts as 1, else by `tauCriticalValue`; NaN where that needs
+  /// a redundancy that is not there.
+  double criticalValue = 0.0;
+};
+
+/// @param squares     weighted sum of the squares of all residuals.
+/// @param redundancy  0 or less where nothing is redundant.
+/// @param confidence  probability of the bounds, above 0 and below 1.
+/// @param isAPriori   the unit weight error counts as 1 in the tests of single residuals.
+GlobalTest globalTest(double squares, int redundancy, double confidence, bool isAPriori);
 
 }  // namespace kvn::detail

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/TraverseJudgement.h"
+#include "adjust/input/DistanceError.h"
 
 #include <utils/Circle.h>
 
@@ -18,7 +19,8 @@ using Plane = Eigen::Vector2d;    // x, y
 using Closure = Eigen::Vector3d;  // angle, x, y
 using Covariance = Eigen::Matrix3d;
 
-constexpr double kShortest = 1e-6;  // metres; centring says nothing of a leg that is not there
+constexpr double kChiSquare99 = 9.21;  // 99 %, two degrees of freedom
+constexpr double kShortest = 1e-6;     // metres; centring says nothing of a leg that is not there
 constexpr double kSecond = utils::kPi / 648000.0;
 
 inline Plane unit(double azimuth) { return {std::cos(azimuth), std::sin(azimuth)}; }
@@ -26,10 +28,8 @@ inline Plane unit(double azimuth) { return {std::cos(azimuth), std::sin(azimuth)
 inline Plane turned(Plane const& v) { return {-v.y(), v.x()}; }
 inline Plane turnedBy(Plane const& v, double angle) { return std::cos(angle) * v + std::sin(angle) * turned(v); }
 
-inline double distanceError(ObservationErrors const& errors, double distance) {
-  double const grows = errors.distanceProportional * distance;
-  return errors.form == ObservationErrors::Form::Sum ? errors.distanceFixed + grows
-                                                     : std::hypot(errors.distanceFixed, grows);
+inline TraverseRounds roundsAt(TraverseErrors const& errors, std::size_t station) {
+  return station < errors.rounds.size() ? errors.rounds[station] : TraverseRounds();
 }
 
 /// What the errors at one station give its angle and its leg.
@@ -118,11 +118,11 @@ class TraverseChain {
   StationErrors errorsAt(std::size_t i, TraverseErrors const& errors) const {
     ObservationErrors const& observed = errors.observations;
     double const direction = observed.directionSeconds * kSecond;
+    TraverseRounds const rounds = roundsAt(errors, i);
     StationErrors own;
-    own.angle = 2.0 * direction * direction;
+    own.angle = direction * direction * (1.0 / rounds.back + 1.0 / rounds.fore);
     double const one = distanceError(observed, list[i].distance);
-    int const count = i < errors.distanceCounts.size() ? std::max(errors.distanceCounts[i], 1) : 1;
-    own.leg = one * one / count;
+    own.leg = one * one / rounds.leg;
     addCentring(own, i, errors.centring * errors.centring);
     return own;
   }

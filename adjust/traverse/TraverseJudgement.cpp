@@ -12,14 +12,14 @@ namespace {
 
 using detail::Closure;
 using detail::Covariance;
+using detail::kChiSquare99;
 using detail::Plane;
 using detail::turned;
 using detail::turnedBy;
 using Chain = detail::TraverseChain;
 
-constexpr double kNormal99 = 2.576;    // two-sided quantile of the normal distribution
-constexpr double kChiSquare99 = 9.21;  // of two degrees of freedom
-constexpr double kSamePoint = 1e-3;    // metres; a line between first and last station must have a direction
+constexpr double kNormal99 = 2.576;  // two-sided quantile of the normal distribution
+constexpr double kSamePoint = 1e-3;  // metres; a line between first and last station must have a direction
 
 /// Whether misclosures are inside of what is allowed.
 class Allowed {

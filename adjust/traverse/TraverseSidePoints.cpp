@@ -3,12 +3,16 @@
 #include "adjust/traverse/Azimuth.h"
 #include "adjust/traverse/TraverseChain.h"
 
+#include <string>
+#include <unordered_map>
+
 namespace kvn::detail {
 namespace {
 
 // What the errors at one station do to the chain behind it, whatever the point in question: the error of the angle,
 // that error times the place of the station, and the error of the leg along its direction.
-using Sums = Eigen::Matrix<double, 5, 5>;
+using Sum = Eigen::Matrix<double, 5, 1>;
+using Sums = Eigen::Matrix<double, 5, 5>;    // squares and products
 using Effect = Eigen::Matrix<double, 3, 5>;  // on x, y and orientation of a station
 using OwnAngle = Eigen::Vector3d;            // of the angle at that station itself
 
@@ -65,6 +69,14 @@ class StationCovariances {
     Sums const later = before.back() - before[i];
     Eigen::Matrix3d sum = ahead * before[i] * ahead.transpose() + behind * later * behind.transpose();
     if (!isFirst) sum += first * uncounted * first.transpose();
+    if (!isFirst && !chain.counts(0)) {
+      // The angle at the mark and the last one of the loop both have the direction of the first leg.
+      double const direction = errors.observations.directionSeconds * kSecond;
+      Eigen::Vector3d const ofMark = first * angleAt(0);
+      Eigen::Vector3d const ofLast = behind * angleAt(before.size() - 2);
+      Eigen::Matrix3d const both = ofMark * ofLast.transpose();
+      sum += direction * direction / roundsAt(errors, 0).fore * (both + both.transpose());
+    }
     own.setZero();
     if (chain.counts(i)) {
       own.head<2>() = behind.block<2, 1>(0, 0) + behind.block<2, 2>(0, 1) * here;
@@ -74,14 +86,19 @@ class StationCovariances {
   }
 
  private:
-  Sums sumsAt(std::size_t i) const {
-    StationErrors const one = chain.errorsAt(i, errors);
-    Eigen::Matrix<double, 5, 1> angle = Eigen::Matrix<double, 5, 1>::Zero();
+  Sum angleAt(std::size_t i) const {
+    Sum angle = Sum::Zero();
     angle(0) = 1.0;
     angle.segment<2>(1) = chain.station(std::min(i, chain.legs()));
+    return angle;
+  }
+
+  Sums sumsAt(std::size_t i) const {
+    StationErrors const one = chain.errorsAt(i, errors);
+    Sum const angle = angleAt(i);
     Sums sums = one.angle * angle * angle.transpose();
     if (i >= chain.legs()) return sums;
-    Eigen::Matrix<double, 5, 1> leg = Eigen::Matrix<double, 5, 1>::Zero();
+    Sum leg = Sum::Zero();
     leg.segment<2>(3) = chain.along(i);
     return sums + one.leg * leg * leg.transpose() + one.both * (angle * leg.transpose() + leg * angle.transpose());
   }
@@ -103,26 +120,34 @@ void setErrors(TraverseSidePoint& side, SideSight const& sight, TraverseChain co
   Eigen::Matrix<double, 2, 3> carried;
   carried << 1.0, 0.0, move.x(), 0.0, 1.0, move.y();
   double const direction = errors.observations.directionSeconds * kSecond;
+  double const back = direction * direction / roundsAt(errors, sight.station).back;
   // The direction to the back point is in the angle of the chain too.
   Plane const shared = carried * own;
   Eigen::Matrix2d sum = carried * ofStation * carried.transpose();
-  sum += 2.0 * direction * direction * move * move.transpose();
-  sum += direction * direction * (shared * move.transpose() + move * shared.transpose());
+  sum += (back + direction * direction / sight.rounds) * move * move.transpose();
+  sum += back * (shared * move.transpose() + move * shared.transpose());
   double const distance = distanceError(errors.observations, side.distance);
-  sum += distance * distance * ray * ray.transpose();
+  sum += distance * distance / sight.distances * ray * ray.transpose();
   // Instrument and target beside their marks, the back target as well.
   double const centring = errors.centring * errors.centring;
-  double const back = chain.backDistance(sight.station);
+  double const backDistance = chain.backDistance(sight.station);
   sum += 2.0 * centring * Eigen::Matrix2d::Identity();
-  if (back > kShortest) sum += 2.0 * centring / (back * back) * move * move.transpose();
+  if (backDistance > kShortest) sum += 2.0 * centring / (backDistance * backDistance) * move * move.transpose();
   side.mx = std::sqrt(sum(0, 0));
   side.my = std::sqrt(sum(1, 1));
   side.mp = std::sqrt(sum.trace());
+  if (!side.isKnown) return;
+  Plane const off(side.offNorth, side.offEast);
+  Plane const toward = off.norm() > 0.0 ? Plane(off.normalized()) : Plane(1.0, 0.0);
+  side.offAllowed = std::sqrt(kChiSquare99 / toward.dot(sum.inverse() * toward));
 }
 
 }  // namespace
 
-void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights, TraverseErrors const* errors) {
+void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights, std::vector<KnownPoint> const& known,
+                   TraverseErrors const* errors) {
+  std::unordered_map<std::string, KnownPoint const*> knownOf;
+  for (KnownPoint const& point : known) knownOf.emplace(point.name, &point);
   TraverseChain const chain(result.stations, result.summary, result.closing, result.summary.hasMisclosure);
   std::optional<StationCovariances> covariances;
   if (errors != nullptr) covariances.emplace(chain, *errors, result.stations.size());
@@ -137,6 +162,11 @@ void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights,
     if (side.azimuth >= utils::kFullCircle) side.azimuth -= utils::kFullCircle;
     side.point.x = at.x + side.distance * std::cos(side.azimuth);
     side.point.y = at.y + side.distance * std::sin(side.azimuth);
+    if (auto const found = knownOf.find(side.point.name); found != knownOf.end()) {
+      side.isKnown = true;
+      side.offNorth = side.point.x - found->second->x;
+      side.offEast = side.point.y - found->second->y;
+    }
     if (covariances) setErrors(side, sight, chain, *covariances, *errors);
     result.sidePoints.push_back(std::move(side));
   }

@@ -7,7 +7,9 @@ namespace kvn::detail {
 
 /// Computes the side sights that have a distance, in their order, by the azimuth of the back line once the angular
 /// misclosure is distributed.
+/// @param known   those of the targets that are known are compared with their coordinates.
 /// @param errors  null where there are none that can be used; the points have no errors then.
-void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights, TraverseErrors const* errors);
+void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights, std::vector<KnownPoint> const& known,
+                   TraverseErrors const* errors);
 
 }  // namespace kvn::detail

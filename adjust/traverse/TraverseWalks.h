@@ -13,8 +13,10 @@ namespace kvn::detail {
 struct SideSight {
   std::size_t station = 0;  ///< place in the chain
   std::string target;
-  double angle = 0.0;     ///< clockwise from the back point, radians
-  double distance = 0.0;  ///< metres; 0 for none
+  double angle = 0.0;      ///< clockwise from the back point, radians
+  double distance = 0.0;   ///< metres; 0 for none
+  double rounds = 1.0;     ///< of how many the direction to the target is the mean, as in `TraverseRounds`
+  double distances = 1.0;  ///< of how many the distance is
 };
 
 struct TraverseWalk {

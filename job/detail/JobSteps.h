@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kvn {
@@ -23,6 +24,8 @@ class AlgorithmAdjust;
 }
 
 namespace kvn::detail {
+
+class ObservedRounds;
 
 /// Suffix of a path in small letters.
 QString suffixOf(QString const& path);
@@ -119,9 +122,14 @@ constexpr double kDoubtfulUnitError = 20.0;
 /// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
 std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
-TraverseErrors traverseErrors(JobState const& state);
+/// Whether the observations that were read still belong to the network of the project.
+bool hasOriginalObservations(JobState const& state);
+TraverseErrors traverseErrors(JobState const& state, std::vector<TraverseInfo> const& stations,
+                              ObservedRounds const& observed);
 /// Judges the misclosures where there are some and the a-priori errors can be used.
-void judge(TraverseResult& result, JobState const& state);
+void judge(TraverseResult& result, JobState const& state, ObservedRounds const& observed);
+/// Side shots to known points that miss them by more than their errors allow.
+std::vector<FieldFinding> findingsOnSidePoints(TraverseResult const& result);
 /// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.
 void requireNotFarBeyond(TraverseResult const& result, JobState const& state);
 std::vector<FieldFinding> findingsOnMisclosures(TraverseResult const& result, JobState const& state);
@@ -133,9 +141,27 @@ QString explained(AlgorithmException const& failure, int method);
 /// Adjusts the heights of the rows. What gives no height, and what does not fit, is told as a `Warning`.
 /// @throws JobException without a known height, and with the names of points that no line connects to one.
 void adjustHeights(JobState& state, utils::IProcessCancel const& cancel);
-/// The same beside the plane, where the rows give heights; else one message says why not.
-void adjustHeightsBeside(JobState& state, utils::IProcessCancel const& cancel);
+/// A run of heights that has not been taken into the job yet.
+struct FinishedHeights {
+  std::unique_ptr<HeightAdjustment> run;  ///< null where there are none
+  std::vector<FieldFinding> findings;
+  std::vector<std::pair<QString, MessType>> messages;  ///< that are still to be sent
+};
+/// The heights beside the plane, where the rows give some; else one message says why not. Asked for before the plane is
+/// taken into the job, so that a run that is cancelled leaves all that was there before.
+FinishedHeights heightsBeside(JobState const& state, utils::IProcessCancel const& cancel);
+/// In the place of those of the run before.
+void keepHeights(JobState& state, FinishedHeights&& done);
 void forgetHeights(JobState& state);
+/// Height differences with their errors, by the settings and options of the job, and with the lines of the file.
+void reduceSightsOf(JobState const& state, HeightNetwork& network);
+/// Sights of one line that differ from the first one by more than their errors allow.
+/// @param isTold  set-ups of which something else tells that all their sights differ from those of another set-up; empty
+///                for none.
+std::vector<FieldFinding> differencesOfLines(HeightNetwork const& network, std::vector<bool> const& isTold);
+/// What the sights of the rows say before heights are adjusted: differences of one line, and heights of the instrument,
+/// that do not agree.
+std::vector<FieldFinding> findingsBeforeHeights(JobState const& state);
 std::vector<FieldFinding> findingsOnHeights(HeightAdjustment const& run);
 double refractionOf(JobState const& state);
 

@@ -57,13 +57,21 @@ struct MeanDistance {
   int count = 0;
   std::size_t row = 0;     ///< of the first one
   int ofFace[2] = {0, 0};  ///< measurements
+  std::size_t leastRow = 0;
+  std::size_t greatestRow = 0;
 
   /// Both faces are one round.
   int rounds() const { return std::max(ofFace[0], ofFace[1]); }
 
-  void add(double distance) {
-    least = count == 0 ? distance : std::min(least, distance);
-    greatest = std::max(greatest, distance);
+  void add(double distance, std::size_t at) {
+    if (count == 0 || distance < least) {
+      least = distance;
+      leastRow = at;
+    }
+    if (count == 0 || distance > greatest) {
+      greatest = distance;
+      greatestRow = at;
+    }
     sum += distance;
     ++count;
   }

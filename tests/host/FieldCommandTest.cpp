@@ -15,12 +15,12 @@ QString const kTraverse = "trav_connecting_fr_5legs.txt";
 
 // A closed triangle with a mark, every fault of the test below put in one at a time.
 constexpr char const* kJob =
-    "STA,A,1.5,,1000,1000,50\n"
+    "STA,A,1.60,,1000,1000,50\n"
     "SC,B,1.6,,0.0000,90.0000,100,0,0,0\n"
     "SC,P,1.6,,60.0000,90.0000,100,0,0,0\n"
     "SC,P,1.6,,240.0000,270.0000,100,0,0,0\n"
     "SC,B,1.6,,180.0000,270.0000,100,0,0,0\n"
-    "STA,B,1.5,,1000,1100,50\n"
+    "STA,B,1.60,,1000,1100,50\n"
     "SC,P,1.6,,0.0000,90.0000,100,0,0,0\n"
     "SC,A,1.6,,60.0000,90.0000,100,0,0,0\n"
     "SC,A,1.6,,240.0000,270.0000,100,0,0,0\n"
@@ -65,16 +65,16 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToComputeAndTellsWhatIsDoubtful) 
   Case const cases[] = {
       {"60.0000,90", "6o.0000,90", "job.txt: line 3: A to P: the angle is no number: 6o.0000"},
       {"240.0000,270", "250.0000,270", "job.txt: line 4: A to P: the readings of the target do not belong together"},
-      {"STA,B,1.5,,1000", "STA,B,1.5,,x", "job.txt: line 6 The Format of Data is wrong"},
-      {"STA,B,1.5", "STA,B,m", "job.txt: line 6 invalid stod argument"},
-      {"STA,B,1.5,", "STA,B,1.5", "job.txt: The line 6 is wrong"},
-      {"STA,B,1.5,,1000,1100,50", "STA,A,1.5,,1000,1100,50", "job.txt: line 6: A: the known point has two positions"},
+      {"STA,B,1.60,,1000", "STA,B,1.60,,x", "job.txt: line 6 The Format of Data is wrong"},
+      {"STA,B,1.60", "STA,B,m", "job.txt: line 6 invalid stod argument"},
+      {"STA,B,1.60,", "STA,B,1.60", "job.txt: The line 6 is wrong"},
+      {"STA,B,1.60,,1000,1100,50", "STA,A,1.60,,1000,1100,50", "job.txt: line 6: A: the known point has two positions"},
       {"SC,B,1.6,,180.0000", "SC,B,1.6,,181.0000", "line 5: A to B: the readings of the first target do not belong"},
       {"STA,B", "STA,\xB5\xE3", "job.txt: line 6: A to B: the line is no UTF-8"},
       {"100,0,0,0", "inf,0,0,0", "job.txt: line 2: A to B: the number is not finite: inf"},
       {"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle", 0},
       {"STA,A", "STA,M,0,,0,0,9\nSTA,A", "known by its height alone, the station counts as known at 0, 0", 0},
-      {"60.0000,90.0000,100", "60.0000,90.0000,105", "the distances differ by more than 50 mm", 0},
+      {"60.0000,90.0000,100", "60.0000,90.0000,105", "the distances to the target differ by 5000.0 mm, more than", 0},
       {"1000,1100,50", "1000,1200,50", "The unit weight error is far above 1", 0},
   };
   for (Case const& c : cases) {
@@ -122,7 +122,7 @@ TEST(Check, TellsWhatIsWrongAndWhereItStands) {
       {"SC,P,1.6,,240.0000,270.0000,100,0,0,0\n", "", 0, "Warning: line 3: A to P: sighted on one face only"},
       {"SC,B,1.6,,180", "SC,Q,1.6,,180", 0, "Note: line 2: A to B, Q: a program that pairs faces by their place"},
       {"60.0000,90", "60.7000,90", 1, "Warning: line 3: A to P: minutes or seconds of 60 and above: 60.7000"},
-      {"STA,B,1.5,", "STA,B,1.5m,", 0, "Warning: line 6: B: something stands behind the number: 1.5m"},
+      {"STA,B,1.60,", "STA,B,1.60m,", 0, "Warning: line 6: B: something stands behind the number: 1.60m"},
       {"STA,B,", "STA,A,", 1, "Note: line 1: A: the station comes twice"},
       {"0.0000,90.0000,100", "0.0000,90.0000,100.04", 0,
        "Warning: line 8: B to A: the distances from both ends differ by 20.0 mm"},
@@ -151,6 +151,82 @@ TEST(Check, TellsNoMoreThanThereIs) {
                 errors + "Note: line 8: B to A:" + errors);
 }
 
+// 3 standard errors of a difference of two: 3 √2 (3 mm + 3 ppm of 100 m) = 14.00 mm.
+TEST(Check, ComparesDistancesByTheirErrors) {
+  Program const program;
+  auto const said = [&program](char const* distance) {
+    program.write("job.txt", changed("240.0000,270.0000,100", std::string("240.0000,270.0000,") + distance));
+    return program.run({"check", "job.txt"}).out;
+  };
+  EXPECT_THAT(said("100.0139"), testing::Not(HasSubstr("differ by")));
+  EXPECT_THAT(said("100.0141"), HasSubstr("Warning: line 4: A to P: the distances to the target differ by 14.1 mm"));
+}
+
+TEST(Check, ComparesHeightsBeforeTheyAreAdjusted) {
+  auto const faces = [](char const* target, char const* height, char const* hz, char const* distance) {
+    std::string rows;
+    for (char const* circle : {"0", "180"}) {
+      std::string const reading = std::to_string(std::stoi(circle) + std::stoi(hz));
+      rows += std::string("SC,") + target + "," + height + ",," + reading + ".0000," + (*circle == '0' ? "90" : "270") +
+              ".0000," + distance + ",0,0,0\n";
+    }
+    return rows;
+  };
+  std::string const station = "STA,A,1.500,,1000,1000,50\n";
+  std::string const both = faces("B", "1.5", "0", "100") + faces("P", "1.5", "60", "100");
+  std::string const again = faces("Q", "1.5", "20", "50");
+  std::string const end = "STA,B,1.500,,1000,1100,50\n";
+  struct Case {
+    char const* what;
+    std::string rows;
+    char const* says;  ///< nothing of heights where it is empty
+  };
+  Case const cases[] = {
+      {"good", station + both + end + faces("A", "1.5", "0", "100"), ""},
+      {"both ends", station + both + end + faces("A", "1.6", "0", "100"),
+       "Warning: line 7: B to A: the height differences of both ends differ by 98.7 mm\n"},
+      {"a set-up with another tripod",
+       station + both + "STA,A,1.6,,1000,1000,50\n" + faces("B", "1.6", "0", "100") + faces("P", "1.6", "60", "100") +
+           end,
+       ""},
+      {"a set-up whose height is wrong", station + both + "STA,A,1.6,,1000,1000,50\n" + both + end,
+       "Warning: line 6: A: the heights of the instrument in two set-ups, 1.5000 m and 1.6000 m, do not agree: by "
+       "their "
+       "common targets one of them is off by 100.0 mm\n"},
+      {"one common target, which may have moved",
+       station + both + "STA,A,1.5,,1000,1000,50\n" + faces("B", "1.6", "0", "100") + again + end,
+       "Warning: line 7: A to B: the height differences of two set-ups differ by 100.0 mm\n"},
+      {"nothing in common, a typing error", station + both + "STA,A,1.505,,1000,1000,50\n" + again + end,
+       "Warning: line 6: A: the heights of the instrument in two set-ups, 1.5000 m and 1.5050 m, differ by little"},
+      {"nothing in common, another tripod", station + both + "STA,A,1.62,,1000,1000,50\n" + again + end,
+       "Note: line 6: A: the heights of the instrument in two set-ups are 1.5000 m and 1.6200 m, and no common target"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.what);
+    Program const program;
+    program.write("job.txt", c.rows);
+    std::string const said = program.run({"check", "job.txt"}).out;
+    if (*c.says != '\0') {
+      EXPECT_THAT(said, HasSubstr(c.says));
+    } else {
+      EXPECT_THAT(said, testing::Not(HasSubstr("height")));
+    }
+  }
+}
+
+TEST(Check, TellsAStationOnOneFaceOnce) {
+  std::string rows = kJob;
+  for (std::string const second : {"SC,P,1.6,,240", "SC,B,1.6,,180"}) {
+    std::size_t const at = rows.find(second);
+    rows.erase(at, rows.find('\n', at) + 1 - at);
+  }
+  Program const program;
+  program.write("job.txt", rows);
+  std::string const said = program.run({"check", "job.txt"}).out;
+  EXPECT_THAT(said, HasSubstr("Warning: line 1: A: observed on one face only: collimation and index errors stay in"));
+  EXPECT_THAT(said, testing::Not(HasSubstr("sighted on one face only")));
+}
+
 TEST(Check, NamesTheLinesOfAJobFile) {
   Program const program;
   program.write("job.lqf",
@@ -159,8 +235,7 @@ TEST(Check, NamesTheLinesOfAJobFile) {
   test::Run const run = program.run({"check", "job.lqf"});
   EXPECT_EQ(run.exitCode, 1);
   for (char const* line :
-       {"Warning: line 5: A to K: the line is passed over: WHAT ever",
-        "Warning: line 6: A to K: sighted on one face only",
+       {"Warning: line 5: A to K: the line is passed over: WHAT ever", "Warning: line 2: A: observed on one face only",
         "Warning: line 7: A to K: something stands behind the number: 5x",
         "Warning: line 8: A to K: what stands behind a blank", "Error: line 8: A: the row has no name",
         "Error: line 10: A to P: the number is not finite"}) {
@@ -200,8 +275,8 @@ TEST(Convert, RefusesRoundsThatOneCircleCannotHold) {
   Program const program;
   // The second round of A sees Q and R alone, the first one B and P. By themselves both can be adjusted.
   program.write("job.txt",
-                "STA,A,1.5,,0,1,1\nSC,B,1.5,,0.0,90.0,,0,0,0\nSC,P,1.5,,60.0,90.0,100,0,0,0\n"
-                "STA,A,1.5,,0,1,1\nSC,Q,1.5,,0.0,90.0,,0,0,0\nSC,R,1.5,,30.0,90.0,100,0,0,0\nSTA,B,1.5,,0,101,1\n"
+                "STA,A,1.60,,0,1,1\nSC,B,1.5,,0.0,90.0,,0,0,0\nSC,P,1.5,,60.0,90.0,100,0,0,0\n"
+                "STA,A,1.60,,0,1,1\nSC,Q,1.5,,0.0,90.0,,0,0,0\nSC,R,1.5,,30.0,90.0,100,0,0,0\nSTA,B,1.60,,0,101,1\n"
                 "SC,A,1.5,,0.0,90.0,,0,0,0\nSC,Q,1.5,,20.0,90.0,50,0,0,0\nSC,R,1.5,,30.0,90.0,51.764,0,0,0\n");
   program.write("old.in2", "old");
   char const* const says = "line 5: A to Q, R: the round has no target in common with the others of its station";

@@ -1,5 +1,6 @@
 // kelvane heights, as it is used.
 #include "Program.h"
+#include "support/Support.h"
 
 #include <gmock/gmock.h>
 
@@ -66,6 +67,40 @@ TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
   std::string const text = program.run({"heights", "job.txt", "--refraction", "1"}).out;
   EXPECT_THAT(text, HasSubstr("C        100.0000"));
   EXPECT_THAT(text, HasSubstr("Loops that do not close"));
+}
+
+// Source: samples/README.md. B at 285.007 without curvature and refraction; single ways give 284.97 and 285.04.
+TEST(HeightsCommand, AgreesWithThePublishedReciprocalSighting) {
+  Json::Value const json =
+      Program().run({"heights", test::samplePath("trig_height_reciprocal.txt"), "--refraction", "1", "--json"}).json();
+  EXPECT_NEAR(json["points"][1]["height"].asDouble(), 285.007, 0.0006);
+  EXPECT_NEAR(258.26 + json["lines"][0]["difference"].asDouble(), 284.97, 0.005);
+  EXPECT_NEAR(258.26 - json["lines"][1]["difference"].asDouble(), 285.04, 0.005);
+}
+
+// Level sights of 100 m among A, B and C, which are known at 100 m, and P at 100 m, where the instrument stood at 1.5 m
+// and 1.6 m were booked. Targets at P have three heights, so that nothing else explains it. Curvature and refraction
+// lift each end by 0.66 mm, so that both ends differ by 101.3 mm.
+TEST(HeightsCommand, NamesTheHeightOfAnInstrumentWhereItIsWrongOrNotChecked) {
+  Program program;
+  std::string known;
+  std::string toP;
+  std::string fromP = "STA,P,1.6,,0,0,0\n";
+  for (auto const& [name, height] : {std::pair("A", "1.4"), std::pair("B", "1.5"), std::pair("C", "1.6")}) {
+    std::string const station = std::string("STA,") + name + "," + height + ",,1000,1000,100\n";
+    known += station;
+    toP += station + "SC,P," + height + ",,0.0000,90.0000,100.000,0,0,0\n";
+    fromP += std::string("SC,") + name + ",1.5,,0.0000,90.0000,100.000,0,0,0\n";
+  }
+  program.write("checked.txt", toP + fromP);
+  test::Run const checked = program.run({"heights", "checked.txt"});
+  EXPECT_THAT(checked.err, HasSubstr("the height of the instrument seems to be 101.3 mm too large: P\n"));
+  EXPECT_THAT(checked.err, testing::Not(HasSubstr("nothing checks the height of the instrument")));
+  program.write("alone.txt", known + fromP);
+  test::Run const alone = program.run({"heights", "alone.txt"});
+  EXPECT_THAT(alone.err, HasSubstr("nothing checks the height of the instrument: P\n"));
+  EXPECT_THAT(alone.err, HasSubstr("nothing checks the height of the point: P\n"));
+  EXPECT_THAT(alone.err, testing::Not(HasSubstr("seems to be")));
 }
 
 TEST(HeightsCommand, TakesTheStationsOfAnInstrumentJobThatHaveCoordinatesAsKnown) {

@@ -2,6 +2,8 @@
 #include "Program.h"
 #include "support/Support.h"
 
+#include "support/Support.h"
+
 #include <gmock/gmock.h>
 #include <cmath>
 
@@ -136,6 +138,117 @@ TEST(TraverseCommand, ComputesSideShotsOfEveryStation) {
   }
 }
 
+TEST(TraverseCommand, ComparesSideShotsWithKnownPoints) {
+  Program const program;
+  auto const run = [&program](char const* north, QStringList const& more) {
+    program.write("side.in2", std::string("5,5,5\nB,0,-100\nA,0,0\nC,0,300\nD,0,400\nX,") + north +
+                                  ",0\nA\nB,L,0\nX,L,90\nX,S,10\nP,L,180\nP,S,150\nP\nA,L,0\nC,L,180\n"
+                                  "C,S,150\nC\nP,L,0\nD,L,180\n");
+    return program.run(QStringList{"adjust", "side.in2", "--method", "connect"} + more);
+  };
+  // 10 m to the north, with 5.05 mm along the ray: 99 % of both coordinates together are within √9.21 of that.
+  test::Run const good = run("10.015", {"--json"});
+  EXPECT_EQ(good.err, "");
+  Json::Value const side = good.json()["sidePoints"][0];
+  EXPECT_NEAR(side["x"].asDouble(), 10.0, 1e-9);
+  EXPECT_NEAR(side["offNorth"].asDouble(), -0.015, 1e-9);
+  EXPECT_NEAR(side["offEast"].asDouble(), 0.0, 1e-9);
+  EXPECT_NEAR(side["offAllowed"].asDouble(), std::sqrt(9.21) * 0.00505, 1e-8);
+  test::Run const bad = run("10.016", {"--save", "out.dat"});
+  EXPECT_THAT(bad.err, HasSubstr("Warning: the side shot misses the known point by 16.0 mm, where the a-priori errors "
+                                 "allow 15.3 mm: A to X\n"));
+  EXPECT_THAT(bad.out, HasSubstr("known, off by 16.00 mm"));
+  EXPECT_THAT(program.read("out.dat"), HasSubstr("X,,0.0000,10.0160,"));  // stays as it is given
+}
+
+/// A straight line to the east from A to C over P, and X 20 m south of P. Between P and its neighbours 150 m level; the
+/// marks of A and C differ by 0.4 m.
+std::string bookWithHeights(int rounds, std::string const& heightOfA, std::string const& heightOfC) {
+  std::string const north = "1000";
+  std::string book = "STA,B,0,," + north + ",-100," + heightOfA + "\nSTA,D,0,," + north + ",400," + heightOfC + "\n";
+  struct Sighted {
+    char const* target;
+    int reading;
+    char const* height;
+    char const* distance;
+  };
+  auto const occupy = [&](std::string const& record, std::vector<Sighted> const& targets) {
+    book += record + "\n";
+    for (int round = 0; round < rounds; ++round) {
+      for (int face = 0; face < 2; ++face) {
+        for (Sighted const& s : targets) {
+          book += std::string("SC,") + s.target + "," + s.height + ",," +
+                  std::to_string((s.reading + 10 * round + 180 * face) % 360) + ".0000," + (face == 0 ? "90" : "270") +
+                  ".0000," + s.distance + ",0,0,0\n";
+        }
+      }
+    }
+  };
+  occupy("STA,A,1.5,," + north + ",0," + heightOfA, {{"B", 0, "0", ""}, {"P", 180, "1.3", "150"}});
+  occupy("STA,P,1.6,,0,0,0", {{"A", 0, "1.8", "150"}, {"X", 270, "2.0", "20"}, {"C", 180, "1.4", "150"}});
+  occupy("STA,C,1.5,," + north + ",300," + heightOfC, {{"P", 0, "1.7", "150"}, {"D", 180, "0", ""}});
+  return book;
+}
+
+// A level sight of 150 m rises by 0.84 D² / 2R = 1.483 mm; P lies 0.2 m above A and below C by both ends of each line,
+// whose curvature cancels. X lies 1.6 m - 2.0 m + 0.026 mm above P.
+TEST(TraverseCommand, GivesHeightsBesideThePlane) {
+  Program const program;
+  program.write("book.txt", bookWithHeights(1, "50", "50.4"));
+  for (char const* method : {"connect", "traverse"}) {
+    SCOPED_TRACE(method);
+    test::Run const run = program.run({"adjust", "book.txt", "--method", method, "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    Json::Value const json = run.json();
+    ASSERT_EQ(json["points"].size(), 5U);
+    EXPECT_EQ(json["points"][1]["height"].asDouble(), 50.0);
+    EXPECT_EQ(json["points"][1]["heightError"].asDouble(), 0.0);
+    EXPECT_EQ(json["points"][2]["name"].asString(), "P");
+    EXPECT_NEAR(json["points"][2]["height"].asDouble(), 50.2, 1e-6);
+    double const x = json["points"][2]["height"].asDouble() - 0.4 + 0.84 * 400.0 / (2.0 * 6371393.0);
+    EXPECT_NEAR(json["sidePoints"][0]["height"].asDouble(), x, 1e-6);
+    EXPECT_GT(json["sidePoints"][0]["heightError"].asDouble(), json["points"][2]["heightError"].asDouble());
+    EXPECT_EQ(json["heights"]["redundancy"].asInt(), 3);
+    std::string const text = program.run({"adjust", "book.txt", "--method", method}).out;
+    EXPECT_THAT(text, HasSubstr("East y [m]  Height [m]  mh [mm]\n"));
+    EXPECT_THAT(text, HasSubstr("1000.0000    150.0000     50.2000     0.86\n"));
+    EXPECT_THAT(text, HasSubstr("49.8000  1.48 (unchecked)\n"));
+  }
+  // By the options of heights: the error of a difference is √2 h where nothing else counts.
+  QStringList const exact{
+      "--refraction", "1", "--refraction-error", "0", "--zenith-error", "0.00001", "--height-error", "10", "--json"};
+  Json::Value const weighed = program.run(QStringList{"adjust", "book.txt", "--method", "connect"} + exact).json();
+  // Four differences hold P; they agree to 0 without curvature, so that the a-posteriori error is 0 as well.
+  EXPECT_NEAR(weighed["points"][2]["heightError"].asDouble(), 0.0, 1e-9);
+  EXPECT_NEAR(weighed["sidePoints"][0]["height"].asDouble(), 49.8, 1e-9);
+  program.write("plan.txt", bookWithHeights(1, "0", "0"));
+  test::Run const plan = program.run({"adjust", "plan.txt", "--method", "connect", "--json"});
+  EXPECT_EQ(plan.exitCode, 0);
+  EXPECT_EQ(plan.err, "Info: No heights: every known height is 0\n");
+  EXPECT_TRUE(plan.json()["points"][2]["height"].isNull());
+  EXPECT_TRUE(plan.json()["heights"].isNull());
+}
+
+TEST(TraverseCommand, CountsTheRoundsOfItsObservations) {
+  Program const program;
+  auto const run = [&program](int rounds) {
+    program.write("book.txt", bookWithHeights(rounds, "50", "50.4"));
+    return program.run({"adjust", "book.txt", "--method", "connect", "--json"}).json();
+  };
+  Json::Value const one = run(1);
+  Json::Value const four = run(4);
+  // Three angles of two directions each, 2"; legs by the mean of both ways, 3 mm + 3 ppm.
+  double const angle = 2.576 * 2.0 * std::sqrt(6.0) / 206264.8;
+  EXPECT_NEAR(one["misclosure"]["angleAllowed"].asDouble(), angle, 1e-9);
+  EXPECT_NEAR(one["misclosure"]["alongAllowed"].asDouble(), 2.576 * 0.00345, 1e-6);
+  for (char const* allowed : {"angleAllowed", "alongAllowed", "acrossAllowed"}) {
+    EXPECT_NEAR(four["misclosure"][allowed].asDouble(), one["misclosure"][allowed].asDouble() / 2.0, 1e-9) << allowed;
+  }
+  for (char const* error : {"mx", "my"}) {
+    EXPECT_NEAR(four["sidePoints"][0][error].asDouble(), one["sidePoints"][0][error].asDouble() / 2.0, 1e-9) << error;
+  }
+}
+
 // Source: samples/README.md. It rounds corrections and increments to centimetres on the way: 7 mm.
 TEST(TraverseCommand, AgreesWithThePublishedLoopOnOneKnownPoint) {
   Json::Value const json =
@@ -158,6 +271,10 @@ TEST(TraverseCommand, ShowsTheMisclosureOfACheckShot) {
   EXPECT_EQ(json["method"].asString(), "open");
   EXPECT_NEAR(json["misclosure"]["fy"].asDouble(), 0.004, 1e-9);
   EXPECT_NEAR(json["misclosure"]["along"].asDouble(), 0.004, 1e-9);
+  // Two legs of 150 m by 5 mm + 5 ppm; across, angles of two directions of 5" that turn 300 m and 150 m.
+  EXPECT_NEAR(json["misclosure"]["alongAllowed"].asDouble(), 2.576 * std::sqrt(2.0) * 0.00575, 1e-6);
+  double const angle = 5.0 * std::sqrt(2.0) / 206264.8;
+  EXPECT_NEAR(json["misclosure"]["acrossAllowed"].asDouble(), 2.576 * angle * std::hypot(300.004, 150.004), 1e-6);
   EXPECT_TRUE(json["misclosure"]["angle"].isNull());
 }
 

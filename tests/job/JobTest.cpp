@@ -117,6 +117,44 @@ TEST_F(JobInFolder, TellsProgressAndEndsWhenTheHostSaysSo) {
   EXPECT_EQ(job.planeAdjustment(), before);
 }
 
+TEST_F(JobInFolder, KeepsAnEarlierResultWholeWhereTheHeightsBesideThePlaneAreCancelled) {
+  job.open(written("book.txt", test::kFieldBook));
+  int calls = 0;
+  int allowed = 1000000;
+  job.setCancelCall([&] { return ++calls > allowed; });
+  for (int const method : {4, 0}) {
+    job.project()->getConfigure().AdjustMethod = method;
+    calls = 0;
+    allowed = 1000000;
+    job.adjust();
+    PlaneAdjustment const* const plane = job.planeAdjustment();
+    std::size_t const traverses = job.traverses().size();
+    HeightAdjustment const* const heights = job.heightAdjustment();
+    ASSERT_NE(heights, nullptr);
+    EXPECT_EQ(traverses, method == 0 ? 0U : 1U);
+    // The last question is one of the heights, when the plane is finished.
+    allowed = calls - 1;
+    calls = 0;
+    host.messages.clear();
+    job.project()->getConfigure().AdjustMethod = method;
+    EXPECT_THAT(failureOf([this] { job.adjust(); }), testing::EndsWith("book.txt: User Cancel"));
+    EXPECT_EQ(job.planeAdjustment(), plane);
+    EXPECT_EQ(job.traverses().size(), traverses);
+    ASSERT_EQ(job.heightAdjustment(), heights);
+    EXPECT_NEAR(job.heightAdjustment()->result().points[1].height, 55.1343, 5e-5);
+  }
+}
+
+TEST_F(JobInFolder, HasNoCalculatorOfALoopButItsTraverse) {
+  job.open(test::samplePath("trav_closed_5sides.in2"));
+  job.project()->getConfigure().AdjustMethod = 3;
+  job.adjust();
+  EXPECT_EQ(job.project()->getAlgorithmAdjust(), nullptr);
+  ASSERT_EQ(job.traverses().size(), 1U);
+  job.takeResults();
+  EXPECT_EQ(job.project()->getCoordinatePointList().size(), job.traverses()[0].points.size());
+}
+
 TEST_F(JobInFolder, NestsTheCauseOfAFailure) {
   job.open(written("loose.in2", "2,3,2\nA,0,0\nA\nP,L,0\nP,S,10\n"));
   try {
