@@ -49,9 +49,9 @@ struct SvgOptions {
 struct SvgPicture {
   double width = 0.0;  ///< pixels
   double height = 0.0;
-  double ellipseScale = 0.0;  ///< 0 where no ellipse is drawn
-  std::size_t names = 0;      ///< that have found room
-  std::size_t crowded = 0;    ///< that have not
+  double ellipseScale = 0.0;     ///< 0 where no ellipse is drawn
+  std::size_t names = 0;         ///< that have found room
+  std::size_t crowded = 0;       ///< that have not
   std::size_t restOfPoints = 0;  ///< that are no elements of their own
   std::size_t restOfLines = 0;
 };
