@@ -86,6 +86,15 @@ double roundStep(double value) {
   return (digits >= 5.0 ? 5.0 : digits >= 2.0 ? 2.0 : 1.0) * power;
 }
 
+std::vector<double> multiplesBetween(double least, double largest, double step) {
+  std::vector<double> values;
+  double const first = std::ceil(least / step);
+  int const count = static_cast<int>(std::floor(largest / step) - first) + 1;
+  values.reserve(static_cast<std::size_t>(std::max(count, 0)));
+  for (int i = 0; i < count; ++i) values.push_back((first + i) * step);
+  return values;
+}
+
 void MapSketch::drawGrid() {
   double const step = roundStep(metres(std::max(width, height)) / 5.0);
   int const decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + 1e-9)));
@@ -94,14 +103,14 @@ void MapSketch::drawGrid() {
   bool const hasWords = width >= kLeastPicture;
   Look const line = look(kGridColour, 1.0);
   Look const text = look(kGridTextColour, 11.0);
-  for (double x = std::ceil(corner.x / step) * step; x <= opposite.x; x += step) {
+  for (double const x : multiplesBetween(corner.x, opposite.x, step)) {
     tool.drawPath({{x, corner.y, 0.0}, {x, opposite.y, 0.0}}, line);
     bool const hasRoom = x > at(0.0, height - 70.0).x && x < at(0.0, 60.0).x;
     if (hasWords && hasRoom) {
       tool.drawText({x + metres(7.0), at(4.0, 0.0).y, 0.0}, QString::number(x, 'f', decimals), text);
     }
   }
-  for (double y = std::ceil(corner.y / step) * step; y <= opposite.y; y += step) {
+  for (double const y : multiplesBetween(corner.y, opposite.y, step)) {
     tool.drawPath({{corner.x, y, 0.0}, {opposite.x, y, 0.0}}, line);
     bool const hasRoom = y > at(50.0, 0.0).y && y < at(width - 50.0, 0.0).y;
     if (hasWords && hasRoom) {

@@ -22,13 +22,13 @@ namespace kvn {
 namespace {
 
 // Pixels.
-constexpr double kCell = 3.0;
-constexpr double kTextSize = 15.0;   // of names, as the drawing tools make them
+constexpr double kRasterCell = 3.0;
+constexpr double kNameSize = 15.0;   // of names, as the drawing tools make them
 constexpr double kIconRadius = 9.0;  // of the icons that are installed
 constexpr double kIconCore = 6.0;    // of an icon, what a name must not cover
-constexpr float kLineWidth = 1.0F;
+constexpr float kPlainWidth = 1.0F;
 
-struct Box {
+struct NameBox {
   double left, top, right, bottom;
 };
 
@@ -38,29 +38,29 @@ class Raster {
   Raster(double pictureWidth, double pictureHeight)
       : width(pictureWidth),
         height(pictureHeight),
-        columns(static_cast<int>(width / kCell) + 1),
-        rows(static_cast<int>(height / kCell) + 1),
+        columns(static_cast<int>(width / kRasterCell) + 1),
+        rows(static_cast<int>(height / kRasterCell) + 1),
         cells(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows), false) {}
 
-  bool isFree(Box const& box) const {
+  bool isFree(NameBox const& box) const {
     if (box.left < 0.0 || box.top < 0.0 || box.right > width || box.bottom > height) return false;
     bool isTaken = false;
     forEach(box, [&](std::size_t cell) { isTaken = isTaken || cells[cell]; });
     return !isTaken;
   }
-  void take(Box const& box) {
+  void take(NameBox const& box) {
     forEach(box, [this](std::size_t cell) { cells[cell] = true; });
   }
 
  private:
   template <typename Action>
-  void forEach(Box const& box, Action const& action) const {
+  void forEach(NameBox const& box, Action const& action) const {
     auto const clamped = [](double value, int count) {
-      return static_cast<int>(std::clamp(std::floor(value / kCell), 0.0, static_cast<double>(count - 1)));
+      return static_cast<int>(std::clamp(std::floor(value / kRasterCell), 0.0, static_cast<double>(count - 1)));
     };
     for (int row = clamped(box.top, rows); row <= clamped(box.bottom, rows); ++row) {
       for (int column = clamped(box.left, columns); column <= clamped(box.right, columns); ++column) {
-        action(static_cast<std::size_t>(row * columns + column));
+        action(static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column));
       }
     }
   }
@@ -73,7 +73,7 @@ class Raster {
 };
 
 /// Signs of East Asian writing are as wide as they are high.
-double widthOf(std::string const& utf8, double size) {
+double widthOfName(std::string const& utf8, double size) {
   constexpr std::uint32_t kFirstWide = 0x1100;
   double width = 0.0;
   std::string_view rest = utf8;
@@ -85,19 +85,19 @@ double widthOf(std::string const& utf8, double size) {
   return width * size;
 }
 
-struct Side {
+struct NameSide {
   osgEarth::TextSymbol::Alignment alignment;
   int across;  ///< of the text from its point: 1 right, 0 in the middle, -1 left
   int down;    ///< 1 below, 0 level, -1 above
 };
 
-constexpr Side kSides[] = {
+constexpr NameSide kSides[] = {
     {osgEarth::TextSymbol::ALIGN_LEFT_CENTER, 1, 0},    {osgEarth::TextSymbol::ALIGN_RIGHT_CENTER, -1, 0},
     {osgEarth::TextSymbol::ALIGN_CENTER_BOTTOM, 0, -1}, {osgEarth::TextSymbol::ALIGN_CENTER_TOP, 0, 1},
     {osgEarth::TextSymbol::ALIGN_LEFT_BOTTOM, 1, -1},   {osgEarth::TextSymbol::ALIGN_LEFT_TOP, 1, 1},
     {osgEarth::TextSymbol::ALIGN_RIGHT_BOTTOM, -1, -1}, {osgEarth::TextSymbol::ALIGN_RIGHT_TOP, -1, 1}};
 
-Box boxAt(osg::Vec2d const& place, Side const& side, double width, double size, double radius) {
+NameBox boxAt(osg::Vec2d const& place, NameSide const& side, double width, double size, double radius) {
   auto const start = [radius](double middle, int direction, double length) {
     if (direction == 0) return middle - length / 2.0;
     return direction > 0 ? middle + radius : middle - radius - length;
@@ -122,17 +122,19 @@ class Arrangement {
     auto const* const text = node.getStyle().get<osgEarth::TextSymbol>();
     if (text == nullptr) return;
     double const size = text->size().get().eval();
-    raster.take(boxAt(placeOf(node), kSides[0], widthOf(node.getText(), size), size, 0.0));
+    raster.take(boxAt(placeOf(node), kSides[0], widthOfName(node.getText(), size), size, 0.0));
   }
 
   void arrange(osgEarth::PlaceNode& node) {
     osg::Vec2d const place = placeOf(node);
     osgEarth::Style style = node.getStyle();
     auto* const text = style.getOrCreate<osgEarth::TextSymbol>();
-    text->size() = static_cast<float>(kTextSize * magnification);
+    text->size() = static_cast<float>(kNameSize * magnification);
     bool const isFirst =
-        seen.insert({node.getText(), {std::lround(place.x() / kCell), std::lround(place.y() / kCell)}}).second;
-    if (isFirst && !node.getText().empty()) choose(*text, place, widthOf(node.getText(), kTextSize * magnification));
+        seen.insert({node.getText(), {std::lround(place.x() / kRasterCell), std::lround(place.y() / kRasterCell)}})
+            .second;
+    if (isFirst && !node.getText().empty())
+      choose(*text, place, widthOfName(node.getText(), kNameSize * magnification));
     if (magnification != 1.0) style.getOrCreate<osgEarth::IconSymbol>()->scale() = static_cast<float>(magnification);
     node.setStyle(style);
   }
@@ -141,8 +143,8 @@ class Arrangement {
   osg::Vec2d placeOf(osgEarth::PlaceNode const& node) const { return view.toPixel(node.getPosition().vec3d()); }
 
   void choose(osgEarth::TextSymbol& text, osg::Vec2d const& place, double width) {
-    for (Side const& side : kSides) {
-      Box const box = boxAt(place, side, width, kTextSize * magnification, kIconRadius * magnification);
+    for (NameSide const& side : kSides) {
+      NameBox const box = boxAt(place, side, width, kNameSize * magnification, kIconRadius * magnification);
       if (!raster.isFree(box)) continue;
       raster.take(box);
       text.alignment() = side.alignment;
@@ -183,7 +185,7 @@ void arrangeNames(MapScene& scene, mvz::View const& view, double magnification) 
   for (auto* node : nodesOf<osgEarth::FeatureNode>(scene, FeatureDataType::NetworkData)) {
     osgEarth::Style style = node->getStyle();
     mvz::detail::setPixels(style.getOrCreate<osgEarth::LineSymbol>()->stroke().mutable_value().width(),
-                           kLineWidth * static_cast<float>(magnification));
+                           kPlainWidth * static_cast<float>(magnification));
     node->setStyle(style);
   }
 }

@@ -11,8 +11,8 @@
 namespace kvn {
 namespace {
 
-constexpr int kCorners = 48;  // of an ellipse: of one as wide as a picture no corner is seen
-constexpr double kTwoPi = 6.283185307179586;
+constexpr int kSketchCorners = 48;  // of an ellipse: of one as wide as a picture no corner is seen
+constexpr double kSketchCircle = 6.283185307179586;
 
 }  // namespace
 
@@ -38,9 +38,9 @@ void SketchDataTool::drawPath(std::vector<coord::xyh> const& places, Look const&
 void SketchDataTool::drawEllipse(coord::xyh const& centre, double semiMajor, double semiMinor, double bearing,
                                  Look const& look) {
   std::vector<coord::xyh> places;
-  for (int corner = 0; corner <= kCorners; ++corner) {
-    double const along = semiMajor * std::cos(kTwoPi * corner / kCorners);
-    double const across = semiMinor * std::sin(kTwoPi * corner / kCorners);
+  for (int corner = 0; corner <= kSketchCorners; ++corner) {
+    double const along = semiMajor * std::cos(kSketchCircle * corner / kSketchCorners);
+    double const across = semiMinor * std::sin(kSketchCircle * corner / kSketchCorners);
     places.emplace_back(centre.x + along * std::cos(bearing) - across * std::sin(bearing),
                         centre.y + along * std::sin(bearing) + across * std::cos(bearing), 0.0);
   }

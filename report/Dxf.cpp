@@ -18,10 +18,10 @@ namespace {
 using detail::plainNumber;
 
 constexpr std::size_t kLongestText = 250;  // a string of release 12 has at most 255 characters
-constexpr int kCorners = 36;               // of an ellipse
+constexpr int kEllipseCorners = 36;        // of an ellipse
 constexpr int kFewCorners = 16;            // where there are many ellipses
 constexpr std::size_t kManyPoints = 5000;
-constexpr double kTwoPi = 6.283185307179586;
+constexpr double kDxfCircle = 6.283185307179586;
 
 struct Layer {
   std::string name;
@@ -247,10 +247,10 @@ void DxfWriter::writeEllipse(SitePoint const& point) {
   group(66, "1");  // vertices follow
   place(0.0, 0.0, 0.0);
   group(70, "1");  // closed
-  int const corners = drawing.points.size() > kManyPoints ? kFewCorners : kCorners;
+  int const corners = drawing.points.size() > kManyPoints ? kFewCorners : kEllipseCorners;
   for (int corner = 0; corner < corners; ++corner) {
-    double const along = major * std::cos(kTwoPi * corner / corners);
-    double const across = minor * std::sin(kTwoPi * corner / corners);
+    double const along = major * std::cos(kDxfCircle * corner / corners);
+    double const across = minor * std::sin(kDxfCircle * corner / corners);
     begin("VERTEX", ellipseLayer);
     group(10, plainNumber(point.y + along * east + across * north, 5));
     group(20, plainNumber(point.x + along * north - across * east, 5));

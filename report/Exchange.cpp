@@ -119,7 +119,7 @@ void writeHead(std::ostream& stream, SiteDrawing const& drawing, int epsg) {
   stream << "},\n\"features\":[";
 }
 
-void writeWhole(QString const& path, std::function<void(std::ostream&)> const& print) {
+void replaceBy(QString const& path, std::function<void(std::ostream&)> const& print) {
   std::ostringstream text;
   text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the file
   print(text);
@@ -189,7 +189,7 @@ void writeExchange(QString const& path, SiteDrawing const& drawing, ExchangeOpti
   Job::requireWritableKind(path, exchangeKinds());
   if (drawing.points.empty()) throw JobException(path, "there is no point with coordinates to write");
   QString const kind = QFileInfo(path).suffix().toLower();
-  writeWhole(path, [&](std::ostream& stream) {
+  replaceBy(path, [&](std::ostream& stream) {
     if (kind == "csv") return writeCsv(stream, drawing, options);
     if (kind == "geojson") return writeGeoJson(stream, drawing, options);
     if (kind == "dxf") return writeDxf(stream, drawing, options);

@@ -30,9 +30,9 @@ std::optional<double> finite(double value) {
 }
 
 // From here on a coordinate is the marker of a missing one, as 1e30, and no place on the earth.
-constexpr double kFarthest = 1e9;
+constexpr double kFarthestPlace = 1e9;
 
-bool isPlace(double x, double y) { return std::abs(x) < kFarthest && std::abs(y) < kFarthest; }
+bool isPlace(double x, double y) { return std::abs(x) < kFarthestPlace && std::abs(y) < kFarthestPlace; }
 
 std::string utf8(std::string const& bytes) { return recordText(bytes).toStdString(); }
 

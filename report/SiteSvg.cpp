@@ -38,6 +38,7 @@ constexpr double kLegendRow = 22.0;
 constexpr double kLegendText = 11.0;
 constexpr double kMargin = 46.0;  // about the outermost points, for their names
 constexpr double kSmallest = 200.0;
+constexpr double kGreatest = 20000.0;
 
 /// How large symbols and names are: smaller where there are many.
 struct Sizes {
@@ -142,13 +143,13 @@ void SvgWriter::layOut() {
   extent = extentOf(drawing);
   chooseEllipses();
   legend = legendItems();
-  picture.width = std::max(options.width, kSmallest);
+  picture.width = std::clamp(options.width, kSmallest, kGreatest);
   map.left = kLeft;
   map.right = picture.width - kRight;
   map.top = options.hasTitle ? kTitle : kTop;
   double const below = kBottom + legendHeight() + 8.0;
   double const least = map.top + below + 60.0;
-  double height = options.height;
+  double height = std::min(options.height, kGreatest);
   if (height <= 0.0) {
     double const across = map.width() - 2.0 * kMargin;
     double const down =
@@ -271,11 +272,11 @@ void SvgWriter::writeFrame() {
   double const north = sheet->north - map.top / sheet->pixels;
   double const west = sheet->east + map.left / sheet->pixels;
   double const east = sheet->east + map.right / sheet->pixels;
-  for (double x = std::ceil(south / step) * step; x <= north; x += step) {
+  for (double const x : detail::multiplesBetween(south, north, step)) {
     double const y = sheet->placeOf(x, 0.0).y;
     out.line({map.left, y}, {map.right, y}, "");
   }
-  for (double y = std::ceil(west / step) * step; y <= east; y += step) {
+  for (double const y : detail::multiplesBetween(west, east, step)) {
     double const x = sheet->placeOf(0.0, y).x;
     out.line({x, map.top}, {x, map.bottom}, "");
   }
@@ -421,7 +422,7 @@ void SvgWriter::writeGridLabels() {
   double const north = sheet->north - map.top / sheet->pixels;
   double const west = sheet->east + map.left / sheet->pixels;
   double const east = sheet->east + map.right / sheet->pixels;
-  for (double x = std::ceil(south / step) * step; x <= north; x += step) {
+  for (double const x : detail::multiplesBetween(south, north, step)) {
     double const y = sheet->placeOf(x, 0.0).y;
     out.line({map.left - 4.0, y}, {map.left, y}, "tick");
     out.line({map.right, y}, {map.right + 4.0, y}, "tick");
@@ -433,7 +434,7 @@ void SvgWriter::writeGridLabels() {
     out.fixed(x, decimals);
     out += "</text>\n";
   }
-  for (double y = std::ceil(west / step) * step; y <= east; y += step) {
+  for (double const y : detail::multiplesBetween(west, east, step)) {
     double const x = sheet->placeOf(0.0, y).x;
     out.line({x, map.bottom}, {x, map.bottom + 4.0}, "tick");
     out.line({x, map.top - 4.0}, {x, map.top}, "tick");

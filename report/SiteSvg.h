@@ -23,7 +23,7 @@ struct SvgOptions {
   /// `--ink`, `--known`, `--new`, `--line`, `--suspect`, `--doubt`, `--ellipse` and `--grid` of the page, and keeps the
   /// size of its symbols and names while `--inverse-zoom`, 1 by default, follows the zoom of the group `view`.
   bool isInPage = false;
-  double width = 1000.0;  ///< of the whole picture, pixels of 1/96 inch, 200 and more
+  double width = 1000.0;  ///< of the whole picture, pixels of 1/96 inch, 200 to 20000
   double height = 0.0;    ///< 0: as the points lie
   Ellipses ellipses = Ellipses::Confidence;
   /// Ellipses are drawn so many times as large as the points lie apart; 0: by the ellipses and the picture, 1, 2 or 5

@@ -75,7 +75,7 @@ bool NamePlaces::isInside(Box const& box) const {
 void NamePlaces::takeSymbol(Place middle, double radius) {
   Cells const taken = cellsOf({middle.x - radius, middle.y - radius, middle.x + radius, middle.y + radius});
   for (int row = taken.top; row <= taken.bottom; ++row) {
-    auto const first = cells.begin() + row * columns;
+    auto const first = cells.begin() + std::ptrdiff_t{row} * columns;
     std::fill(first + taken.left, first + taken.right + 1, kTaken);
   }
 }
@@ -88,7 +88,7 @@ void NamePlaces::takeLine(Place from, Place to) {
     double const x = from.x + share * (to.x - from.x);
     double const y = from.y + share * (to.y - from.y);
     Cells const at = cellsOf({x, y, x, y});
-    std::uint8_t& count = cells[static_cast<std::size_t>(at.top * columns + at.left)];
+    std::uint8_t& count = cells[indexOf(at.top, at.left)];
     if (count < kTaken - 1) ++count;
   }
 }
@@ -97,7 +97,7 @@ int NamePlaces::linesIn(Cells const& where) const {
   int lines = 0;
   for (int row = where.top; row <= where.bottom; ++row) {
     for (int column = where.left; column <= where.right; ++column) {
-      std::uint8_t const cell = cells[static_cast<std::size_t>(row * columns + column)];
+      std::uint8_t const cell = cells[indexOf(row, column)];
       if (cell == kTaken) return -1;
       lines += std::min<int>(cell, 3);
     }
@@ -140,7 +140,7 @@ std::optional<NamePlaces::Label> NamePlaces::place(Place point, double radius, d
   Cells const taken =
       cellsOf({point.x + best->x, point.y + best->y - rise, point.x + best->x + width, point.y + best->y + fall});
   for (int row = taken.top; row <= taken.bottom; ++row) {
-    auto const first = cells.begin() + row * columns;
+    auto const first = cells.begin() + std::ptrdiff_t{row} * columns;
     std::fill(first + taken.left, first + taken.right + 1, kTaken);
   }
   return best;

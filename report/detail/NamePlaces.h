@@ -38,6 +38,9 @@ class NamePlaces {
     int left, top, right, bottom;  ///< the last ones included
   };
   Cells cellsOf(Box const& box) const;
+  std::size_t indexOf(int row, int column) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) + static_cast<std::size_t>(column);
+  }
   bool isInside(Box const& box) const;
   int linesIn(Cells const& cells) const;  ///< -1 where something stands
 

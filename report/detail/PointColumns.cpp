@@ -17,7 +17,7 @@ std::string kindOf(SiteDrawing const& /*drawing*/, SitePoint const& point) {
   return point.isSidePoint ? "side" : "new";
 }
 
-std::string coordinatesOf(SiteDrawing const& drawing, SitePoint const& point) {
+std::string coordinateStateOf(SiteDrawing const& drawing, SitePoint const& point) {
   if (point.isApproximate) return "approximate";
   if (drawing.source == Source::Coordinates || drawing.source == Source::Plan) return "given";
   return point.isHeld ? "held" : "adjusted";
@@ -39,7 +39,7 @@ std::vector<PointColumn> const& pointColumns() {
       {"east_m", nullptr, [](D, P p) { return std::optional<double>(p.y); }},
       {"height_m", nullptr, [](D, P p) { return p.height; }},
       {"kind", kindOf, nullptr},
-      {"coordinates", coordinatesOf, nullptr},
+      {"coordinates", coordinateStateOf, nullptr},
       {"checked", checkedOf, nullptr},
       {"sigma_north_mm", nullptr, [](D, P p) { return scaled(p.mx, kMillimetres); }},
       {"sigma_east_mm", nullptr, [](D, P p) { return scaled(p.my, kMillimetres); }},

@@ -70,6 +70,16 @@ double roundStep(double value) {
   return (digits >= 5.0 ? 5.0 : digits >= 2.0 ? 2.0 : 1.0) * power;
 }
 
+std::vector<double> multiplesBetween(double least, double largest, double step) {
+  constexpr double kMost = 500.0;
+  std::vector<double> values;
+  double const first = std::ceil(least / step);
+  double const count = std::min(std::floor(largest / step) - first + 1.0, kMost);
+  values.reserve(count > 0.0 ? static_cast<std::size_t>(count) : 0);
+  for (int i = 0; i < static_cast<int>(count); ++i) values.push_back((first + i) * step);
+  return values;
+}
+
 double ellipseScaleFor(SiteDrawing const& drawing, double factor, Extent const& extent) {
   std::vector<double> sizes;
   for (SitePoint const& point : drawing.points) {

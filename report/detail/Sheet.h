@@ -49,6 +49,9 @@ struct Sheet {
 /// The largest of 1, 2 and 5 times a power of ten that is not above a value above 0.
 double roundStep(double value);
 
+/// The multiples of a step above 0 between two values, at most some hundreds.
+std::vector<double> multiplesBetween(double least, double largest, double step);
+
 /// How many times larger than the distances ellipses are to be drawn for the median one to be a 25th of the width, and
 /// no wider than the points lie apart; 0 without any.
 /// @param factor  by which standard ellipses are multiplied.
