@@ -91,9 +91,17 @@ void writeMap(PageWriter& page, ReportParts const& parts) {
   options.hasTitle = false;
   options.title = headingOf(parts).toStdString();
   options.words = mapWord;
+  options.elements = std::max<std::size_t>(parts.options.rowsAtMost, 1000);
   page.markup("<figure id=\"map-frame\">\n");
-  writeSvg(page.stream(), parts.drawing, options);
+  SvgPicture const picture = writeSvg(page.stream(), parts.drawing, options);
   page.markup("</figure>\n");
+  if (picture.restOfPoints + picture.restOfLines > 0) {
+    page.element(
+        "p class=\"left-out\"",
+        Messages::tr("Points that are drawn as dots, without name and ellipse: %1. Lines that lead to no row: %2.")
+            .arg(picture.restOfPoints)
+            .arg(picture.restOfLines));
+  }
   endSection(page);
 }
 

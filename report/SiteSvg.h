@@ -35,20 +35,21 @@ struct SvgOptions {
   /// they are left out.
   std::size_t crowdedNames = 5000;
   std::string title;  ///< UTF-8; empty for that of the drawing
-  /// Points, and lines, that are elements of their own, of each at most so many: those that matter most. The others are
-  /// one path of dots and one of strokes, so that a program can open a drawing of a hundred thousand points.
-  std::size_t elements = 20000;
   /// The words of the picture in another language, UTF-8; empty for English.
   std::function<std::string(char const* english)> words;
+  /// Points, and lines, that are elements of their own, of each at most so many: those that matter most. The others are
+  /// one path of dots and one of strokes, without ellipses and names, so that a program opens a hundred thousand
+  /// points.
+  std::size_t elements = static_cast<std::size_t>(-1);
 };
 
 /// What a picture shows and how, beside the drawing itself.
 struct SvgPicture {
   double width = 0.0;  ///< pixels
   double height = 0.0;
-  double ellipseScale = 0.0;  ///< 0 where no ellipse is drawn
-  std::size_t names = 0;      ///< that have found room
-  std::size_t crowded = 0;    ///< that have not
+  double ellipseScale = 0.0;     ///< 0 where no ellipse is drawn
+  std::size_t names = 0;         ///< that have found room
+  std::size_t crowded = 0;       ///< that have not
   std::size_t restOfPoints = 0;  ///< that are no elements of their own
   std::size_t restOfLines = 0;
 };

@@ -1662,5 +1662,9 @@
         <source>The relative misclosure is 1 : %1, beyond the limit of 1 : %2</source>
         <translation>相对闭合差为 1 : %1，超过限差 1 : %2</translation>
     </message>
+    <message>
+        <source>Points that are drawn as dots, without name and ellipse: %1. Lines that lead to no row: %2.</source>
+        <translation>仅绘为圆点、不带点名与椭圆的点：%1 个。不指向表格的线：%2 条。</translation>
+    </message>
 </context>
 </TS>

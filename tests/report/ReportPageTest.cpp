@@ -255,11 +255,8 @@ TEST_F(ReportPage, TurnsBytesThatAreNoTextIntoTextOfSomeKind) {
   };
   // In GBK the ideograph of a point; a lone continuation byte, a control character, an encoded surrogate, U+FFFE, none
   // of which XML holds. A host may put any bytes into a network.
-  Case const cases[] = {{"\xB5\xE3", "点"},
-                        {"P\x01", "P\uFFFD"},
-                        {"P\xEF\xBF\xBE", "P\uFFFD"},
-                        {"P\xFF", "P\uFFFD"},
-                        {"P\xED\xA0\x80", "P"}};
+  Case const cases[] = {
+      {"\xB5\xE3", "点"}, {"P\x01", "P\uFFFD"}, {"P\xEF\xBF\xBE", "P\uFFFD"}, {"P\xFF", "P"}, {"P\xED\xA0\x80", "P"}};
   test::LocalEncoding const gbk("GBK");
   for (Case const& c : cases) {
     SCOPED_TRACE(c.shown);
