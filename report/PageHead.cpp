@@ -1,4 +1,5 @@
 // The head of a page: what it is about, the judgement of the whole, the figures, the settings.
+#include "adjust/AlgorithmAdjust.h"
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
@@ -91,10 +92,18 @@ Judgement judgedTraverses(ReportParts const& parts) {
   return {"look", Messages::tr("The misclosures are not judged.")};
 }
 
+/// Its errors of distances are not those of its weights: there is no test of the whole.
+Judgement judgedLiteral(AdjustSummary const& summary) {
+  if (!summary.hasRedundancy) return judged(false, true, 0.0, 0.0, 0.0, 0.0, false);
+  return {"look", Messages::tr("Adjusted to the letter of the file, without tests: unit weight error %1, expected 1.")
+                      .arg(told(ratio(summary.unitError)))};
+}
+
 std::vector<Judgement> judgements(ReportParts const& parts) {
   std::vector<Judgement> list;
   if (!parts.options.refusal.isEmpty()) list.push_back({"bad", parts.options.refusal});
   if (parts.hasPlane()) list.push_back(judgedPlane(parts));
+  if (parts.literal != nullptr) list.push_back(judgedLiteral(parts.literal->getSummary()));
   if (!parts.traverses.empty()) list.push_back(judgedTraverses(parts));
   if (parts.heights != nullptr) {
     HeightResult const& result = parts.heights->result();
@@ -106,7 +115,7 @@ std::vector<Judgement> judgements(ReportParts const& parts) {
 }
 
 QString methodText(ReportParts const& parts) {
-  if (parts.hasPlane()) return Messages::tr("Least-squares adjustment");
+  if (parts.hasPlane() || parts.literal != nullptr) return Messages::tr("Least-squares adjustment");
   if (parts.traverses.size() > 1) return Messages::tr("Traverses");
   if (parts.traverses.size() == 1) {
     int const method = parts.traverses.front().method;
@@ -150,6 +159,13 @@ void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
   }
 }
 
+void writeLiteralFigures(PageWriter& page, AdjustSummary const& summary) {
+  writeFigure(page, Messages::tr("Observations"), std::to_string(summary.directions + summary.distances),
+              Messages::tr("%1 directions, %2 distances").arg(summary.directions).arg(summary.distances));
+  writeFigure(page, Messages::tr("Redundancy"), std::to_string(summary.redundancy));
+  writeFigure(page, Messages::tr("Unit weight error"), ratio(summary.unitError));
+}
+
 void writeTraverseFigures(PageWriter& page, ReportParts const& parts) {
   std::size_t stations = 0;
   double worst = 0.0;
@@ -168,6 +184,7 @@ void writeFigures(PageWriter& page, ReportParts const& parts) {
                 Messages::tr("%1 of them known").arg(knownPoints(parts.drawing)));
   }
   if (parts.hasPlane()) writePlaneFigures(page, parts);
+  if (parts.literal != nullptr) writeLiteralFigures(page, parts.literal->getSummary());
   if (!parts.traverses.empty()) writeTraverseFigures(page, parts);
   if (parts.heights != nullptr) {
     writeFigure(page, Messages::tr("Height differences"), std::to_string(parts.heights->network().sights.size()),
@@ -187,11 +204,13 @@ using Settings = std::vector<std::pair<QString, QString>>;
 QString errorsText(ReportParts const& parts) {
   Configure const& configure = parts.job.project()->getConfigure();
   PlaneOptions const& options = parts.job.planeOptions();
+  bool const isSum = parts.literal != nullptr ? configure.LineCalculateExpression
+                                              : options.distanceForm == ObservationErrors::Form::Sum;
   QString text =
       Messages::tr("direction %1″, distance %2 mm + %3 ppm (%4)")
           .arg(told(shortest(double(configure.AngleError))), told(shortest(double(configure.LineFixedError))),
                told(shortest(double(configure.LineProportionError))),
-               options.distanceForm == ObservationErrors::Form::Sum ? Messages::tr("sum") : Messages::tr("root"));
+               isSum ? Messages::tr("sum") : Messages::tr("root"));
   if (options.centring > 0.0) text += Messages::tr(", centring %1 mm").arg(told(shortest(1000.0 * options.centring)));
   if (options.controlError > 0.0) {
     text += Messages::tr(", known coordinates %1 mm").arg(told(shortest(1000.0 * options.controlError)));
@@ -279,7 +298,8 @@ void addHeightSettings(ReportParts const& parts, Settings& settings) {
 void writeSettings(PageWriter& page, ReportParts const& parts) {
   Settings settings{{Messages::tr("File"), fileName(parts.job)}, {Messages::tr("Method"), methodText(parts)}};
   if (parts.hasPlane()) addPlaneSettings(parts, settings);
-  if (!parts.traverses.empty()) settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
+  if (!parts.traverses.empty() || parts.literal != nullptr)
+    settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
   if (parts.heights != nullptr) addHeightSettings(parts, settings);
   page.markup("<dl class=\"settings\">\n");
   for (auto const& [label, text] : settings) {

@@ -118,6 +118,7 @@ void writePage(PageWriter& page, ReportParts const& parts) {
   writeDistances(page, parts);
   writeSetUps(page, parts);
   writeLines(page, parts);
+  writeLiteral(page, parts);
   writeHeights(page, parts);
   writeEnd(page, parts);
   page.stream();

@@ -1666,5 +1666,13 @@
         <source>Points that are drawn as dots, without name and ellipse: %1. Lines that lead to no row: %2.</source>
         <translation>仅绘为圆点、不带点名与椭圆的点：%1 个。不指向表格的线：%2 条。</translation>
     </message>
+    <message>
+        <source>Adjusted to the letter of the file, without tests: unit weight error %1, expected 1.</source>
+        <translation>按文件字面内容平差，未作检验：单位权中误差 %1，期望值为 1。</translation>
+    </message>
+    <message>
+        <source>Adjusted</source>
+        <translation>平差值</translation>
+    </message>
 </context>
 </TS>

@@ -14,6 +14,7 @@
 #include <vector>
 
 namespace kvn {
+class AlgorithmAdjust;
 class HeightAdjustment;
 class Job;
 class PlaneAdjustment;
@@ -54,7 +55,8 @@ class ReportParts {
   PlaneAdjustment const* const plane;
   HeightAdjustment const* const heights;
   std::vector<TraverseResult> const& traverses;
-  std::vector<FieldFinding> findings;  ///< no notes; what may cost most first
+  AlgorithmAdjust const* const literal;  ///< a run by least squares to the letter of the formats
+  std::vector<FieldFinding> findings;    ///< no notes; what may cost most first
 
   RowChoice points;  ///< of the drawing, of those with coordinates to hand out
   RowChoice directions;
@@ -121,6 +123,7 @@ void writeDistances(PageWriter& page, ReportParts const& parts);
 void writeLines(PageWriter& page, ReportParts const& parts);
 void writeHistogram(PageWriter& page, ReportParts const& parts);
 void writeTraverses(PageWriter& page, ReportParts const& parts);
+void writeLiteral(PageWriter& page, ReportParts const& parts);
 void writeHeights(PageWriter& page, ReportParts const& parts);
 
 }  // namespace kvn::detail

@@ -175,6 +175,17 @@ TEST_F(ReportPage, HasTheTablesOfWhateverWasComputed) {
   }
 }
 
+TEST_F(ReportPage, HasTheResidualsOfARunToTheLetter) {
+  job.open(test::samplePath("net_charamza1990_p238.in2"), kvn::Job::Reading::AsRead);
+  job.adjust();
+  Page const page = pageOf(job);
+  expectSound(page);
+  EXPECT_THAT(page.verdict.toStdString(), testing::StartsWith("verdict look: Adjusted to the letter of the file"));
+  EXPECT_EQ(page.row("points", "403").cells.mid(0, 3), QStringList({"403", "1054612.5952", "644373.6085"}));
+  EXPECT_EQ(page.rows("directions").size(), 46U);
+  EXPECT_FALSE(page.rows("distances").empty());
+}
+
 TEST_F(ReportPage, HasThePublishedResultsAndEveryObservation) {
   Page const page = adjusted(test::samplePath("net_charamza1990_p238.in2"));
   // The coordinates are those that were published with the network; errors and ellipse follow from it.
