@@ -296,7 +296,10 @@ void addHeightSettings(ReportParts const& parts, Settings& settings) {
 }
 
 void writeSettings(PageWriter& page, ReportParts const& parts) {
-  Settings settings{{Messages::tr("File"), fileName(parts.job)}, {Messages::tr("Method"), methodText(parts)}};
+  Settings settings{{Messages::tr("File"), fileName(parts.job)}};
+  std::string const instrument = utf8Of(parts.job.project()->getInstrumentName());
+  if (!instrument.empty()) settings.emplace_back(Messages::tr("Instrument"), told(instrument));
+  settings.emplace_back(Messages::tr("Method"), methodText(parts));
   if (parts.hasPlane()) addPlaneSettings(parts, settings);
   if (!parts.traverses.empty() || parts.literal != nullptr)
     settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));

@@ -55,8 +55,8 @@ void writeEnd(PageWriter& page, ReportParts const& parts) {
   auto const word = [&page](char const* key, QString const& text) {
     page.markup(" data-").markup(key).markup("=\"").text(text).markup("\"");
   };
-  word("larger", Messages::tr("Larger"));
-  word("smaller", Messages::tr("Smaller"));
+  word("larger", Messages::tr("Zoom in"));
+  word("smaller", Messages::tr("Zoom out"));
   word("whole", Messages::tr("Whole map"));
   word("ellipses", Messages::tr("Ellipses"));
   word("names", Messages::tr("Names"));
@@ -84,14 +84,14 @@ std::string mapWord(char const* english) {
 }  // namespace
 
 void writeMap(PageWriter& page, ReportParts const& parts) {
-  if (parts.drawing.points.empty()) return;
+  if (!parts.hasMap()) return;
   beginSection(page, "map", Messages::tr("Map"));
   SvgOptions options;
   options.isInPage = true;
   options.hasTitle = false;
   options.title = headingOf(parts).toStdString();
   options.words = mapWord;
-  options.elements = std::max<std::size_t>(parts.options.rowsAtMost, 1000);
+  options.elements = parts.mapElements();
   page.markup("<figure id=\"map-frame\">\n");
   SvgPicture const picture = writeSvg(page.stream(), parts.drawing, options);
   page.markup("</figure>\n");

@@ -109,6 +109,11 @@ void ReportParts::countCircles() {
   for (std::size_t const count : circles) hasSeveral.push_back(count > 1);
 }
 
+std::size_t ReportParts::mapElements() const {
+  constexpr std::size_t kAnyProgramOpens = 1000;
+  return std::max(options.rowsAtMost, kAnyProgramOpens);
+}
+
 bool ReportParts::hasErrors() const {
   bool const isAPriori = job.planeOptions().unitWeight == PlaneSettings::UnitWeight::APriori;
   return isAPriori || (hasPlane() && plane->result().hasRedundancy);

@@ -191,6 +191,7 @@
       isWaiting = false;
       group.setAttribute("transform", "translate(" + view.x + " " + view.y + ") scale(" + view.zoom + ")");
       group.style.setProperty("--inverse-zoom", 1 / view.zoom);
+      svg.classList.toggle("zoomed", view.zoom > 1);
       drawGrid();
       showNames();
       scaleEllipses();
@@ -274,9 +275,12 @@
   tools.append(names);
   document.getElementById("map-frame").before(tools);
 
-  // Wheel with a key, fingers, drag. A wheel alone scrolls the page, as everywhere.
+  // The wheel zooms with Ctrl, and alone once the reader has clicked into the map; else it scrolls the page. Two fingers
+  // on a touch pad come as a wheel with Ctrl.
+  let isActive = false;
+  document.addEventListener("pointerdown", (event) => (isActive = svg.contains(event.target)));
   svg.addEventListener("wheel", (event) => {
-    if (!event.ctrlKey && !event.metaKey && !event.shiftKey && view.zoom === 1 && event.deltaY > 0) return;
+    if (!event.ctrlKey && !event.metaKey && !isActive) return;
     event.preventDefault();
     zoomAt(...placeOf(event), Math.pow(2, -event.deltaY / 300));
   }, { passive: false });

@@ -675,10 +675,6 @@
         <translation>首先查看</translation>
     </message>
     <message>
-        <source>Nothing was found that needs a look.</source>
-        <translation>没有需要查看的问题。</translation>
-    </message>
-    <message>
         <source>What may cost most stands first: by how much a coordinate may be wrong, where that can be told.</source>
         <translation>影响最大的排在最前：在能够估计时给出坐标可能的误差。</translation>
     </message>
@@ -1327,14 +1323,6 @@
         <translation>由 %1 计算并生成。</translation>
     </message>
     <message>
-        <source>Larger</source>
-        <translation>放大</translation>
-    </message>
-    <message>
-        <source>Smaller</source>
-        <translation>缩小</translation>
-    </message>
-    <message>
         <source>Whole map</source>
         <translation>全图</translation>
     </message>
@@ -1673,6 +1661,22 @@
     <message>
         <source>Adjusted</source>
         <translation>平差值</translation>
+    </message>
+    <message>
+        <source>No single observation and no point stands out.</source>
+        <translation>没有突出的观测值或点。</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Instrument</source>
+        <translation>仪器</translation>
     </message>
 </context>
 </TS>

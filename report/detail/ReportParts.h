@@ -65,6 +65,11 @@ class ReportParts {
   std::vector<std::size_t> circleOfSetUp;  ///< of a set-up with directions: which one of its station, from 1; else 0
   std::vector<bool> hasSeveral;            ///< of each point of the plane: whether it has several of these
 
+  bool hasMap() const { return drawing.points.size() > 1; }
+  /// Points, and lines, of the map that are elements of their own, each at most so many.
+  std::size_t mapElements() const;
+  /// Every point is an element of the map: the id is p and its number.
+  bool isEachOnMap() const { return hasMap() && drawing.points.size() <= mapElements(); }
   bool hasPlane() const { return plane != nullptr; }
   /// There are errors: redundancy, or those by the a-priori unit weight error.
   bool hasErrors() const;
