@@ -31,8 +31,6 @@ std::string existing(std::vector<double> const& values, std::size_t i, std::stri
 
 std::string secondsOf(double seconds) { return decimals(seconds, 1); }
 
-std::string millimetresOf(double metres) { return millimetres(metres); }
-
 PageColumn numbers(QString const& head, QString const& unit, std::size_t width) {
   return {head, unit, PageColumn::Number, width};
 }
@@ -71,7 +69,7 @@ void writeLiteralDirections(PageWriter& page, ReportParts const& parts) {
     table.number(azimuth(radiansOfDms(station.observedDirections[t]))).number(secondsOf(station.residuals[t]));
     table.number(azimuth(radiansOfDms(station.adjustedAzimuths[t])));
     table.number(existing(station.azimuthErrors, t, secondsOf)).number(metres(station.distances[t]));
-    table.number(existing(s < errors.size() ? errors[s] : std::vector<double>(), t, millimetresOf)).endRow();
+    table.number(existing(s < errors.size() ? errors[s] : std::vector<double>(), t, millimetres)).endRow();
   }
   table.end();
   endSection(page);
@@ -98,7 +96,7 @@ void writeLiteralDistances(PageWriter& page, ReportParts const& parts) {
     table.beginRow();
     table.name(utf8Of(line.start_name)).name(utf8Of(line.end_name)).number(metres(line.observedDistance));
     table.number(millimetres(line.residual)).number(metres(line.adjustedDistance));
-    table.number(existing(errors, i, millimetresOf)).endRow();
+    table.number(existing(errors, i, millimetres)).endRow();
   }
   table.end();
   endSection(page);

@@ -26,6 +26,9 @@ namespace kvn::detail {
 
 constexpr std::size_t kNowhere = SiteDrawing::kNone;
 
+/// A number of a point or set-up as a place in its list.
+constexpr std::size_t at(int number) { return static_cast<std::size_t>(number); }
+
 /// Which rows of a table the page has.
 class RowChoice {
  public:
