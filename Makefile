@@ -6,19 +6,21 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 APT := cmake/install-packages
 
-.PHONY: demo test bench lint format sanitize tsan faults fuzz install clean
+.PHONY: demo test browser bench lint format sanitize tsan faults fuzz install clean
 
 build-packages:
 	@$(APT) build
 test-packages:
 	@$(APT) build test
+browser-packages:
+	@$(APT) build browser
 bench-packages:
 	@$(APT) build bench
 lint-packages:
 	@$(APT) build test lint
 fuzz-packages:
 	@$(APT) build fuzz
-.PHONY: build-packages test-packages bench-packages lint-packages fuzz-packages
+.PHONY: build-packages test-packages browser-packages bench-packages lint-packages fuzz-packages
 
 demo: build-packages
 	@cmake --preset release > .configure.log 2>&1 || { cat .configure.log; exit 1; }
@@ -30,6 +32,13 @@ test: test-packages
 	cmake --preset debug
 	cmake --build --preset debug -j $(JOBS)
 	ctest --preset debug -j $(JOBS)
+
+# The pages of kelvane report in a headless browser, which `make test` does not need.
+browser: browser-packages
+	@cmake --preset release > .configure.log 2>&1 || { cat .configure.log; exit 1; }
+	@rm -f .configure.log
+	cmake --build --preset release -j $(JOBS)
+	tests/browser/report_pages build/release/bin/kelvane samples
 
 sanitize: test-packages
 	cmake --preset sanitize

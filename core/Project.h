@@ -235,6 +235,8 @@ class KELVANE_EXPORT Project : public utils::IProcessCancel {
   QString getViewFile() const;
   QString getCoordFile() const;
   QString getLQFFile() const;
+  /// Of the instrument job file that was read last, in the bytes of the file; empty without one.
+  std::string getInstrumentName() const;
   std::vector<CoordinatePointInfo>& getCoordinatePointList();
   std::vector<CoordinatePointInfo> const& getCoordinatePointList() const;
   void setCoordinatePointList(std::vector<CoordinatePointInfo> points);

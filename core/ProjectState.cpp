@@ -1,5 +1,6 @@
 // State of a project: construction, accessors, the modified state and the lists.
 #include "core/detail/ProjectData.h"
+#include "formats/ITraverseDataCollcetion.h"
 #include "records/detail/Messages.h"
 
 #include <utils/HTextCodec.h>
@@ -152,6 +153,10 @@ QString Project::getNetworkFile() const { return own->networkFile; }
 QString Project::getViewFile() const { return own->viewFile; }
 QString Project::getCoordFile() const { return own->coordFile; }
 QString Project::getLQFFile() const { return own->lqfFile; }
+
+std::string Project::getInstrumentName() const {
+  return own->lqfCollection == nullptr ? std::string() : own->lqfCollection->getInstrumentName();
+}
 std::vector<CoordinatePointInfo>& Project::getCoordinatePointList() { return *own->coordinatePointList; }
 std::vector<CoordinatePointInfo> const& Project::getCoordinatePointList() const { return *own->coordinatePointList; }
 void Project::setCoordinatePointList(std::vector<CoordinatePointInfo> points) {

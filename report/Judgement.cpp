@@ -1,8 +1,10 @@
 #include "report/Judgement.h"
 
+#include "adjust/AlgorithmAdjust.h"
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
+#include "core/Project.h"
 #include "job/Job.h"
 #include "records/detail/Messages.h"
 #include "report/detail/PageNumbers.h"
@@ -62,6 +64,22 @@ Judgement judgedPlane(PlaneResult const& result, double confidence) {
   return judgement;
 }
 
+/// Its errors of distances are not those of its weights: there is no test of the whole.
+Judgement judgedLiteral(AdjustSummary const& summary) {
+  if (!summary.hasRedundancy) {
+    return {Judgement::Look, Messages::tr("Nothing is redundant: a wrong observation would not show anywhere.")};
+  }
+  QString const text =
+      Messages::tr("Adjusted to the letter of the file, without tests: unit weight error %1, expected 1.");
+  return {Judgement::Look, text.arg(told(detail::ratio(summary.unitError)))};
+}
+
+/// Of a run by least squares to the letter; else null.
+AlgorithmAdjust const* literalRun(Job const& job) {
+  bool const isOther = job.planeAdjustment() != nullptr || !job.traverses().empty();
+  return isOther || job.project() == nullptr ? nullptr : job.project()->getAlgorithmAdjust();
+}
+
 Judgement judgedHeights(HeightResult const& result, double confidence) {
   if (!result.hasRedundancy) {
     return {Judgement::Look,
@@ -104,6 +122,7 @@ std::vector<Judgement> judgementsOf(Job const& job) {
   std::vector<Judgement> list;
   double const confidence = job.planeOptions().confidence;
   if (job.planeAdjustment() != nullptr) list.push_back(judgedPlane(job.planeAdjustment()->result(), confidence));
+  if (AlgorithmAdjust const* const run = literalRun(job)) list.push_back(judgedLiteral(run->getSummary()));
   if (!job.traverses().empty()) list.push_back(judgedTraverses(job.traverses()));
   if (job.heightAdjustment() != nullptr) list.push_back(judgedHeights(job.heightAdjustment()->result(), confidence));
   if (list.empty())

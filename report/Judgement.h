@@ -22,7 +22,7 @@ struct Judgement {
 };
 
 /// Of the last runs of a job, one each for the plane or the traverses, and the heights; of a job without a run that
-/// nothing was adjusted. Results read to the letter are not judged.
+/// nothing was adjusted. Least squares to the letter have no test as a whole, which is said.
 KELVANE_EXPORT std::vector<Judgement> judgementsOf(Job const& job);
 
 }  // namespace kvn

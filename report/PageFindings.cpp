@@ -46,7 +46,7 @@ std::size_t onlyPoint(ReportParts const& parts, FieldFinding const& finding) {
 void writeWays(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
   std::string const row = parts.rowOf(finding);
   std::size_t const line = parts.lineOf(finding);
-  std::size_t const point = onlyPoint(parts, finding);
+  std::size_t const point = parts.hasMap() ? onlyPoint(parts, finding) : kNowhere;
   page.markup("<span class=\"ways\">");
   if (!row.empty()) {
     page.markup("<a class=\"to-row\" href=\"#").markup(row).markup("\">").text(Messages::tr("row")).markup("</a>");
@@ -55,8 +55,9 @@ void writeWays(PageWriter& page, ReportParts const& parts, FieldFinding const& f
     page.markup(" <a class=\"to-map\" href=\"#map\" data-l=\"").markup(line).markup("\">");
     page.text(Messages::tr("map")).markup("</a>");
   } else if (point != kNowhere) {
-    page.markup(" <a class=\"to-map\" href=\"#p").markup(point).markup("\" data-p=\"").markup(point).markup("\">");
-    page.text(Messages::tr("map")).markup("</a>");
+    page.markup(" <a class=\"to-map\" href=\"#");
+    parts.isEachOnMap() ? page.markup("p").markup(point) : page.markup("map");
+    page.markup("\" data-p=\"").markup(point).markup("\">").text(Messages::tr("map")).markup("</a>");
   }
   page.markup("</span>");
 }
@@ -84,7 +85,7 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
 void writeFindings(PageWriter& page, ReportParts const& parts) {
   if (parts.findings.empty()) {
     beginSection(page, "findings", Messages::tr("What to look at first"),
-                 Messages::tr("Nothing was found that needs a look."));
+                 Messages::tr("No single observation and no point stands out."));
     return endSection(page);
   }
   beginSection(page, "findings", Messages::tr("What to look at first"),

@@ -1,4 +1,5 @@
 // The head of a page: what it is about, the judgement of the whole, the figures, the settings.
+#include "adjust/AlgorithmAdjust.h"
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
@@ -34,7 +35,8 @@ char const* levelName(Judgement::Level level) {
 }
 
 std::vector<Judgement> judgements(ReportParts const& parts) {
-  bool const hasRun = parts.hasPlane() || parts.heights != nullptr || !parts.traverses.empty();
+  bool const hasPlane = parts.hasPlane() || parts.literal != nullptr || !parts.traverses.empty();
+  bool const hasRun = hasPlane || parts.heights != nullptr;
   bool const isRefused = !parts.options.refusal.isEmpty();
   std::vector<Judgement> list;
   if (hasRun || !isRefused) list = judgementsOf(parts.job);
@@ -43,7 +45,7 @@ std::vector<Judgement> judgements(ReportParts const& parts) {
 }
 
 QString methodText(ReportParts const& parts) {
-  if (parts.hasPlane()) return Messages::tr("Least-squares adjustment");
+  if (parts.hasPlane() || parts.literal != nullptr) return Messages::tr("Least-squares adjustment");
   if (parts.traverses.size() > 1) return Messages::tr("Traverses");
   if (parts.traverses.size() == 1) {
     int const method = parts.traverses.front().method;
@@ -87,6 +89,13 @@ void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
   }
 }
 
+void writeLiteralFigures(PageWriter& page, AdjustSummary const& summary) {
+  writeFigure(page, Messages::tr("Observations"), std::to_string(summary.directions + summary.distances),
+              Messages::tr("%1 directions, %2 distances").arg(summary.directions).arg(summary.distances));
+  writeFigure(page, Messages::tr("Redundancy"), std::to_string(summary.redundancy));
+  writeFigure(page, Messages::tr("Unit weight error"), ratio(summary.unitError));
+}
+
 void writeTraverseFigures(PageWriter& page, ReportParts const& parts) {
   std::size_t stations = 0;
   double worst = 0.0;
@@ -105,6 +114,7 @@ void writeFigures(PageWriter& page, ReportParts const& parts) {
                 Messages::tr("%1 of them known").arg(knownPoints(parts.drawing)));
   }
   if (parts.hasPlane()) writePlaneFigures(page, parts);
+  if (parts.literal != nullptr) writeLiteralFigures(page, parts.literal->getSummary());
   if (!parts.traverses.empty()) writeTraverseFigures(page, parts);
   if (parts.heights != nullptr) {
     writeFigure(page, Messages::tr("Height differences"), std::to_string(parts.heights->network().sights.size()),
@@ -124,11 +134,13 @@ using Settings = std::vector<std::pair<QString, QString>>;
 QString errorsText(ReportParts const& parts) {
   Configure const& configure = parts.job.project()->getConfigure();
   PlaneOptions const& options = parts.job.planeOptions();
+  bool const isSum = parts.literal != nullptr ? configure.LineCalculateExpression
+                                              : options.distanceForm == ObservationErrors::Form::Sum;
   QString text =
       Messages::tr("direction %1″, distance %2 mm + %3 ppm (%4)")
           .arg(told(shortest(double(configure.AngleError))), told(shortest(double(configure.LineFixedError))),
                told(shortest(double(configure.LineProportionError))),
-               options.distanceForm == ObservationErrors::Form::Sum ? Messages::tr("sum") : Messages::tr("root"));
+               isSum ? Messages::tr("sum") : Messages::tr("root"));
   if (options.centring > 0.0) text += Messages::tr(", centring %1 mm").arg(told(shortest(1000.0 * options.centring)));
   if (options.controlError > 0.0) {
     text += Messages::tr(", known coordinates %1 mm").arg(told(shortest(1000.0 * options.controlError)));
@@ -214,9 +226,13 @@ void addHeightSettings(ReportParts const& parts, Settings& settings) {
 }
 
 void writeSettings(PageWriter& page, ReportParts const& parts) {
-  Settings settings{{Messages::tr("File"), fileName(parts.job)}, {Messages::tr("Method"), methodText(parts)}};
+  Settings settings{{Messages::tr("File"), fileName(parts.job)}};
+  std::string const instrument = utf8Of(parts.job.project()->getInstrumentName());
+  if (!instrument.empty()) settings.emplace_back(Messages::tr("Instrument"), told(instrument));
+  settings.emplace_back(Messages::tr("Method"), methodText(parts));
   if (parts.hasPlane()) addPlaneSettings(parts, settings);
-  if (!parts.traverses.empty()) settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
+  if (!parts.traverses.empty() || parts.literal != nullptr)
+    settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
   if (parts.heights != nullptr) addHeightSettings(parts, settings);
   page.markup("<dl class=\"settings\">\n");
   for (auto const& [label, text] : settings) {

@@ -14,8 +14,6 @@ namespace {
 
 constexpr std::size_t kNamesOfLoop = 12;
 
-std::size_t at(int number) { return static_cast<std::size_t>(number); }
-
 class HeightsWriter {
  public:
   HeightsWriter(PageWriter& writer, ReportParts const& reportParts)

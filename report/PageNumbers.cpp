@@ -48,8 +48,6 @@ std::string metres(double metres) { return decimals(metres, 4); }
 
 std::string millimetres(double metres) { return decimals(1000.0 * metres, 1); }
 
-std::string millimetres(std::optional<double> metres) { return metres ? millimetres(*metres) : std::string(kNone); }
-
 std::string seconds(double radians) { return decimals(radians * utils::kSecondsPerRadian, 1); }
 
 std::string ratio(double value) { return decimals(value, 2); }

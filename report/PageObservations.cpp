@@ -17,8 +17,6 @@ namespace {
 // A shorter error is that of a line between held points: none.
 constexpr double kNoError = 1e-7;
 
-std::size_t at(int number) { return static_cast<std::size_t>(number); }
-
 std::string attributesOf(char const* kind, std::size_t number, std::size_t line, PlaneObservation const& observation) {
   std::string text = "id=\"" + std::string(kind) + std::to_string(number) + '"';
   if (line != kNowhere) text += " data-l=\"" + std::to_string(line) + '"';
@@ -77,8 +75,6 @@ void writeTests(PageTable& table, PlaneObservation const& observation, std::stri
   if (line) table.number(*line > 0 ? std::to_string(*line) : std::string());
   table.words(remarkOf(observation, isDirection)).endRow();
 }
-
-std::string millimetresOf(double metres) { return millimetres(metres); }
 
 template <typename List>
 bool hasFileLines(List const& list) {
@@ -142,7 +138,7 @@ void writeDistances(PageWriter& page, ReportParts const& parts) {
     PlaneObservation const& observation = parts.plane->result().distances[d];
     table.beginRow(attributesOf("rs", d, parts.drawing.lineOfDistance[d], observation));
     table.name(parts.pointName(distance.from)).name(parts.pointName(distance.to)).number(metres(distance.value));
-    writeTests(table, observation, millimetresOf, hasLines ? std::optional(distance.origin.line) : std::nullopt, false);
+    writeTests(table, observation, millimetres, hasLines ? std::optional(distance.origin.line) : std::nullopt, false);
   }
   table.end();
   endSection(page);

@@ -73,11 +73,12 @@ struct PointColumns {
   bool hasRemarks = false;
 };
 
-void writePoint(PageTable& table, PointColumns const& columns, std::size_t p, SitePoint const& point) {
+void writePoint(PageTable& table, PointColumns const& columns, std::size_t p, SitePoint const& point, bool isOnMap) {
   std::string const number = std::to_string(p);
   bool const isMarked = point.isSuspect;
   table.beginRow("id=\"rp" + number + "\" data-p=\"" + number + (isMarked ? "\" class=\"bad\"" : "\""));
-  table.name(point.name, "p" + number).number(metres(point.x)).number(metres(point.y));
+  isOnMap ? table.name(point.name, "p" + number) : table.name(point.name);
+  table.number(metres(point.x)).number(metres(point.y));
   if (columns.hasErrors) {
     for (std::optional<double> const& error : {point.mx, point.my, point.mp}) {
       table.number(point.isHeld || !error ? std::string() : millimetres(*error));
@@ -138,7 +139,9 @@ void writePoints(PageWriter& page, ReportParts const& parts) {
   tellLeftOut(page, parts.points);
   PointColumns const columns(parts.drawing);
   PageTable table(page, "points", columns.columns(nameWidth(parts)), rows.size());
-  for (std::size_t const p : rows) writePoint(table, columns, p, parts.drawing.points[p]);
+  for (std::size_t const p : rows) {
+    writePoint(table, columns, p, parts.drawing.points[p], parts.isEachOnMap());
+  }
   table.end();
   endSection(page);
 }

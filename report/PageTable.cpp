@@ -33,7 +33,8 @@ char const* classOf(PageColumn::Kind kind) {
 
 PageTable::PageTable(PageWriter& page, std::string_view id, std::vector<PageColumn> columns, std::size_t rows)
     : out(page), list(std::move(columns)), isLong(rows > kShort) {
-  out.markup("<div class=\"scroll\" tabindex=\"0\" role=\"region\" aria-labelledby=\"h-").markup(id).markup("\">");
+  out.markup(isLong ? "<div class=\"scroll tall\"" : "<div class=\"scroll\"");
+  out.markup(" tabindex=\"0\" role=\"region\" aria-labelledby=\"h-").markup(id).markup("\">");
   out.markup("<table class=\"rows").markup(isLong ? " long" : "").markup("\" id=\"t-").markup(id).markup("\"");
   if (isLong) {
     out.markup(" style=\"--cols:");

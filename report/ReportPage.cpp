@@ -55,8 +55,8 @@ void writeEnd(PageWriter& page, ReportParts const& parts) {
   auto const word = [&page](char const* key, QString const& text) {
     page.markup(" data-").markup(key).markup("=\"").text(text).markup("\"");
   };
-  word("larger", Messages::tr("Larger"));
-  word("smaller", Messages::tr("Smaller"));
+  word("larger", Messages::tr("Zoom in"));
+  word("smaller", Messages::tr("Zoom out"));
   word("whole", Messages::tr("Whole map"));
   word("ellipses", Messages::tr("Ellipses"));
   word("names", Messages::tr("Names"));
@@ -84,16 +84,24 @@ std::string mapWord(char const* english) {
 }  // namespace
 
 void writeMap(PageWriter& page, ReportParts const& parts) {
-  if (parts.drawing.points.empty()) return;
+  if (!parts.hasMap()) return;
   beginSection(page, "map", Messages::tr("Map"));
   SvgOptions options;
   options.isInPage = true;
   options.hasTitle = false;
   options.title = headingOf(parts).toStdString();
   options.words = mapWord;
+  options.elements = parts.mapElements();
   page.markup("<figure id=\"map-frame\">\n");
-  writeSvg(page.stream(), parts.drawing, options);
+  SvgPicture const picture = writeSvg(page.stream(), parts.drawing, options);
   page.markup("</figure>\n");
+  if (picture.restOfPoints + picture.restOfLines > 0) {
+    page.element(
+        "p class=\"left-out\"",
+        Messages::tr("Points that are drawn as dots, without name and ellipse: %1. Lines that lead to no row: %2.")
+            .arg(picture.restOfPoints)
+            .arg(picture.restOfLines));
+  }
   endSection(page);
 }
 
@@ -110,6 +118,7 @@ void writePage(PageWriter& page, ReportParts const& parts) {
   writeDistances(page, parts);
   writeSetUps(page, parts);
   writeLines(page, parts);
+  writeLiteral(page, parts);
   writeHeights(page, parts);
   writeEnd(page, parts);
   page.stream();

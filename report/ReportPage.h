@@ -20,8 +20,9 @@ struct ReportOptions {
   QString refusal;
   /// Rows of a table at most, 1 or more. Of a longer table those stay that matter most: observations that are marked,
   /// left out or unchecked and those with the largest tests, points that are unchecked and those with the largest
-  /// errors. The page says how many it leaves out, and the findings are counted before that.
-  std::size_t rowsAtMost = 20000;
+  /// errors. The page says how many it leaves out. The map has as many points and lines with ways to
+  /// their rows, and all others without.
+  std::size_t rowsAtMost = 10000;
 };
 
 /// Writes a page in HTML that needs no other file and no script: the judgement of the whole in a sentence, what to look

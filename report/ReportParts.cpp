@@ -1,8 +1,10 @@
 #include "report/detail/ReportParts.h"
 
+#include "adjust/AlgorithmAdjust.h"
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
+#include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/Job.h"
 
@@ -51,7 +53,8 @@ ReportParts::ReportParts(Job const& finishedJob, ReportOptions const& pageOption
       drawing(siteDrawingOf(finishedJob)),
       plane(finishedJob.planeAdjustment()),
       heights(finishedJob.heightAdjustment()),
-      traverses(finishedJob.traverses()) {
+      traverses(finishedJob.traverses()),
+      literal(drawing.source == SiteDrawing::Source::Literal ? finishedJob.project()->getAlgorithmAdjust() : nullptr) {
   for (std::size_t p = 0; p < drawing.points.size(); ++p) pointNumbers.emplace(drawing.points[p].name, p);
   gatherFindings();
   choosePoints();
@@ -104,6 +107,11 @@ void ReportParts::countCircles() {
     if (circleOfSetUp[s] != 0) circleOfSetUp[s] = ++circles[static_cast<std::size_t>(network.setUps[s].station)];
   }
   for (std::size_t const count : circles) hasSeveral.push_back(count > 1);
+}
+
+std::size_t ReportParts::mapElements() const {
+  constexpr std::size_t kAnyProgramOpens = 1000;
+  return std::max(options.rowsAtMost, kAnyProgramOpens);
 }
 
 bool ReportParts::hasErrors() const {

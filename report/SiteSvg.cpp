@@ -60,11 +60,26 @@ std::string colour(bool isInPage, char const* property, char const* own) {
   return isInPage ? std::string("var(--") + property + ',' + own + ')' : own;
 }
 
+/// Marks the `most` with the largest weights; of equal ones the first.
+std::vector<bool> heaviest(std::size_t most, std::vector<double> const& weights) {
+  std::vector<bool> isIn(weights.size(), weights.size() <= most);
+  if (weights.size() <= most) return isIn;
+  std::vector<std::size_t> order(weights.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  auto const isBefore = [&weights](std::size_t a, std::size_t b) {
+    return weights[a] != weights[b] ? weights[a] > weights[b] : a < b;
+  };
+  std::nth_element(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(most), order.end(), isBefore);
+  for (std::size_t i = 0; i < most; ++i) isIn[order[i]] = true;
+  return isIn;
+}
+
 class SvgWriter {
  public:
   SvgWriter(SiteDrawing const& siteDrawing, SvgOptions const& svgOptions)
       : drawing(siteDrawing), options(svgOptions), sizes(sizesFor(siteDrawing.points.size())) {
     layOut();
+    chooseElements();
   }
 
   std::string text() {
@@ -94,6 +109,7 @@ class SvgWriter {
   };
 
   void layOut();
+  void chooseElements();
   void chooseEllipses();
   std::vector<LegendItem> legendItems() const;
   double legendHeight() const;
@@ -109,9 +125,11 @@ class SvgWriter {
   void writeStyle();
   void writeFrame();
   void writeLines();
+  void writeRestOfLines();
   void writeEllipses();
   void takeEllipse(NamePlaces& places, std::size_t p) const;
   void writePoints();
+  void writeRestOfPoints();
   void writePoint(std::size_t p, std::optional<NamePlaces::Label> const& label, bool isCrowded, bool isNamed);
   void writeGridLabels();
   void writeTitle();
@@ -128,8 +146,30 @@ class SvgWriter {
   double ellipseFactor = 1.0;
   bool isConfidence = false;
   std::vector<LegendItem> legend;
+  std::vector<bool> isPointElement;
+  std::vector<bool> isLineElement;
   SvgText out;
 };
+
+void SvgWriter::chooseElements() {
+  constexpr double kFirst = 1e300;
+  std::vector<double> weights;
+  for (SitePoint const& point : drawing.points) {
+    bool const isFirst = point.isKnown || point.isSuspect || !point.isChecked;
+    weights.push_back(isFirst ? kFirst : point.mp.value_or(0.0));
+  }
+  isPointElement = heaviest(options.elements, weights);
+  weights.clear();
+  for (SiteLine const& line : drawing.lines) {
+    weights.push_back(line.isSuspect ? kFirst : std::isnan(line.test) ? 0.0 : line.test);
+  }
+  isLineElement = heaviest(options.elements, weights);
+  auto const countRest = [](std::vector<bool> const& isIn) {
+    return static_cast<std::size_t>(std::count(isIn.begin(), isIn.end(), false));
+  };
+  picture.restOfPoints = countRest(isPointElement);
+  picture.restOfLines = countRest(isLineElement);
+}
 
 void SvgWriter::chooseEllipses() {
   if (options.ellipses == SvgOptions::Ellipses::None) return;
@@ -250,6 +290,8 @@ void SvgWriter::writeStyle() {
       ";stroke-width:" + SvgText::of(0.9 * sizes.line) +
       ";vector-effect:non-scaling-stroke}\n.site-map .p .s{fill:" + paper + ";stroke:" + of("new", "#1f2933") +
       ";stroke-width:" + SvgText::of(std::max(1.3 * sizes.line, 0.7)) +
+      "}\n.site-map .rest{fill:none;stroke-linecap:round;vector-effect:non-scaling-stroke;stroke:" +
+      of("new", "#1f2933") + ";stroke-width:" + SvgText::of(2.0 * sizes.symbol) +
       "}\n.site-map .p.side .s{fill:" + of("new", "#1f2933") +
       ";stroke:none}\n.site-map .p.known .s{fill:" + of("known", "#14508c") + ";stroke:" + paper +
       ";stroke-width:.8}\n.site-map .p.unchecked .s{fill:" + of("doubt", "#ec9a29") +
@@ -285,11 +327,12 @@ void SvgWriter::writeFrame() {
 
 void SvgWriter::writeLines() {
   out += "<g class=\"lines\">\n";
+  writeRestOfLines();
   // Suspects are drawn last, so that nothing hides them.
   for (bool const isSuspect : {false, true}) {
     for (std::size_t l = 0; l < drawing.lines.size(); ++l) {
       SiteLine const& line = drawing.lines[l];
-      if (line.isSuspect != isSuspect) continue;
+      if (line.isSuspect != isSuspect || !isLineElement[l]) continue;
       out += "<line class=\"l";
       if (line.hasDirection) out += " dir";
       if (line.hasDistance) out += " dist";
@@ -311,6 +354,40 @@ void SvgWriter::writeLines() {
   out += "</g>\n";
 }
 
+void SvgWriter::writeRestOfLines() {
+  if (picture.restOfLines == 0) return;
+  out += "<path class=\"l dir dist\" d=\"";
+  for (std::size_t l = 0; l < drawing.lines.size(); ++l) {
+    if (isLineElement[l]) continue;
+    Place const a = placeOf(drawing.lines[l].from);
+    Place const b = placeOf(drawing.lines[l].to);
+    out += "M";
+    out.number(a.x);
+    out += " ";
+    out.number(a.y);
+    out += "L";
+    out.number(b.x);
+    out += " ";
+    out.number(b.y);
+  }
+  out += "\"/>\n";
+}
+
+void SvgWriter::writeRestOfPoints() {
+  if (picture.restOfPoints == 0) return;
+  out += "<path class=\"rest\" d=\"";
+  for (std::size_t p = 0; p < drawing.points.size(); ++p) {
+    if (isPointElement[p]) continue;
+    Place const at = placeOf(p);
+    out += "M";
+    out.number(at.x);
+    out += " ";
+    out.number(at.y);
+    out += "h0";
+  }
+  out += "\"/>\n";
+}
+
 void SvgWriter::writeEllipses() {
   if (picture.ellipseScale <= 0.0) return;
   out += "<g class=\"ellipses\"";
@@ -318,7 +395,7 @@ void SvgWriter::writeEllipses() {
   out += ">\n";
   double const pixels = picture.ellipseScale * sheet->pixels;
   for (std::size_t p = 0; p < drawing.points.size(); ++p) {
-    if (!drawing.points[p].ellipse) continue;
+    if (!drawing.points[p].ellipse || !isPointElement[p]) continue;
     detail::SiteEllipseAxes const axes = detail::axesOf(*drawing.points[p].ellipse, ellipseFactor);
     Place const at = placeOf(p);
     out += "<ellipse class=\"e\"";
@@ -372,15 +449,18 @@ void SvgWriter::writePoints() {
   std::vector<std::optional<NamePlaces::Label>> labels(count);
   std::vector<bool> isNamed(count, false);
   for (std::size_t const p : order) {
-    if (!options.hasNames || drawing.points[p].name.empty()) continue;
+    if (!options.hasNames || drawing.points[p].name.empty() || !isPointElement[p]) continue;
     double const width = detail::widthOfText(labelOf(drawing.points[p].name), sizes.name);
     labels[p] = places.place(placeOf(p), radiusOf(drawing.points[p]), width, sizes.name);
     isNamed[p] = labels[p] || picture.crowded < options.crowdedNames;
     ++(labels[p] ? picture.names : picture.crowded);
   }
   out += "<g class=\"points\">\n";
+  writeRestOfPoints();
   // What matters most is drawn last, above the others.
-  for (auto p = order.rbegin(); p != order.rend(); ++p) writePoint(*p, labels[*p], !labels[*p], isNamed[*p]);
+  for (auto p = order.rbegin(); p != order.rend(); ++p) {
+    if (isPointElement[*p]) writePoint(*p, labels[*p], !labels[*p], isNamed[*p]);
+  }
   out += "</g>\n";
 }
 

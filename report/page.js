@@ -159,24 +159,24 @@
     label.textContent = length >= 1000 ? length / 1000 + " km" : length >= 1 ? length + " m" : +(1000 * length).toPrecision(1) + " mm";
   };
 
-  // Names that have found no room come as soon as there is some: those of the points that are seen, nearest neighbours apart.
-  const crowded = [...svg.querySelectorAll(".n.crowded")];
+  const placeOfShape = (shape) => {
+    const place = /translate\(([-\d.]+) ([-\d.]+)\)/.exec(shape.getAttribute("transform"));
+    return [+place[1], +place[2]];
+  };
+
+  // Names that have found no room come when there is some: of the points that are seen, one in each place.
+  const crowded = [...svg.querySelectorAll(".n.crowded")].map((name) => ({ name, place: placeOfShape(name.parentNode) }));
   const showNames = () => {
-    const isFar = view.zoom < 1.5;
     const taken = new Set();
-    const cell = (x, y) => Math.floor(x / 70) + ":" + Math.floor(y / 16);
-    for (const name of crowded) {
-      let isShown = false;
-      if (!isFar) {
-        const place = /translate\(([-\d.]+) ([-\d.]+)\)/.exec(name.parentNode.getAttribute("transform"));
-        const x = place[1] * view.zoom + view.x;
-        const y = place[2] * view.zoom + view.y;
-        const isSeen = x > area.x && x < area.x + area.width && y > area.y && y < area.y + area.height;
-        const key = cell(x, y);
-        isShown = isSeen && !taken.has(key);
-        if (isShown) taken.add(key);
-      }
-      name.style.display = isShown ? "inline" : "";
+    for (const { name, place } of crowded) {
+      const x = place[0] * view.zoom + view.x;
+      const y = place[1] * view.zoom + view.y;
+      const isSeen = x > area.x && x < area.x + area.width && y > area.y && y < area.y + area.height;
+      const key = Math.floor(x / 70) + ":" + Math.floor(y / 16);
+      const isShown = view.zoom >= 1.5 && isSeen && !taken.has(key);
+      if (isShown) taken.add(key);
+      const display = isShown ? "inline" : "";
+      if (name.style.display !== display) name.style.display = display;
     }
   };
 
@@ -191,9 +191,10 @@
       isWaiting = false;
       group.setAttribute("transform", "translate(" + view.x + " " + view.y + ") scale(" + view.zoom + ")");
       group.style.setProperty("--inverse-zoom", 1 / view.zoom);
+      svg.classList.toggle("zoomed", view.zoom > 1);
       drawGrid();
       showNames();
-      scaleEllipses();
+      drawEllipseScale();
     });
   };
   const zoomAt = (x, y, factor) => {
@@ -209,13 +210,12 @@
     return [((event.clientX - box.left) / box.width) * size.width, ((event.clientY - box.top) / box.height) * size.height];
   };
 
-  // Ellipses keep the size on the screen that their scale gives them, however far the map is zoomed.
+  // Ellipses are drawn so many times as large as the points lie apart, however far the map is zoomed.
   const ellipses = svg.querySelector(".ellipses");
   const ownScale = ellipses ? +ellipses.dataset.scale : 0;
   let factor = 1;
   const scaleEllipses = () => {
-    if (!ellipses) return;
-    const perMetre = (+ellipses.dataset.pixels * ownScale * factor) / view.zoom;
+    const perMetre = +ellipses.dataset.pixels * ownScale * factor;
     for (const ellipse of ellipses.querySelectorAll(".e")) {
       ellipse.setAttribute("rx", ellipse.dataset.a * perMetre);
       ellipse.setAttribute("ry", ellipse.dataset.b * perMetre);
@@ -227,9 +227,9 @@
     if (!ellipseScale) return;
     const texts = ellipseScale.querySelectorAll("text");
     const bar = ellipseScale.querySelector("path.tick");
-    texts[0].textContent = texts[0].textContent.replace(/\u00d7.*$/, "\u00d7 " + +((ownScale * factor) / view.zoom).toPrecision(3));
+    texts[0].textContent = texts[0].textContent.replace(/\u00d7.*$/, "\u00d7 " + +(ownScale * factor).toPrecision(3));
     const start = /^M([\d.]+) ([\d.]+)/.exec(bar.getAttribute("d"));
-    const metre = pixels * ownScale * factor;
+    const metre = pixels * ownScale * factor * view.zoom;
     const length = round(70 / metre);
     bar.setAttribute("d", "M" + start[1] + " " + start[2] + "v7h" + length * metre + "v-7");
     texts[1].setAttribute("x", +start[1] + length * metre + 8);
@@ -254,11 +254,11 @@
   tools.append(make("span", { class: "spring" }));
   if (ellipses) {
     const label = make("label", {}, words.ellipses);
-    const slider = make("input", { type: "range", min: -2, max: 2, step: 0.1, value: 0, id: "ellipse-scale" });
+    const slider = make("input", { type: "range", min: -3, max: 1, step: 0.1, value: 0, id: "ellipse-scale" });
     const told = make("output");
     const set = () => {
-      factor = Math.pow(10, +slider.value / 2);
-      told.textContent = "\u00d7 " + +((ownScale * factor) / view.zoom).toPrecision(3);
+      factor = Math.pow(10, +slider.value);
+      told.textContent = "\u00d7 " + +(ownScale * factor).toPrecision(3);
       scaleEllipses();
     };
     slider.addEventListener("input", set);
@@ -274,9 +274,12 @@
   tools.append(names);
   document.getElementById("map-frame").before(tools);
 
-  // Wheel with a key, fingers, drag. A wheel alone scrolls the page, as everywhere.
+  // The wheel zooms with Ctrl, and alone once the reader has clicked into the map; else it scrolls the page. Two fingers
+  // on a touch pad come as a wheel with Ctrl.
+  let isActive = false;
+  document.addEventListener("pointerdown", (event) => (isActive = svg.contains(event.target)));
   svg.addEventListener("wheel", (event) => {
-    if (!event.ctrlKey && !event.metaKey && !event.shiftKey && view.zoom === 1 && event.deltaY > 0) return;
+    if (!event.ctrlKey && !event.metaKey && !isActive) return;
     event.preventDefault();
     zoomAt(...placeOf(event), Math.pow(2, -event.deltaY / 300));
   }, { passive: false });
@@ -347,9 +350,7 @@
       x = (+shape.getAttribute("x1") + +shape.getAttribute("x2")) / 2;
       y = (+shape.getAttribute("y1") + +shape.getAttribute("y2")) / 2;
     } else {
-      const place = /translate\(([-\d.]+) ([-\d.]+)\)/.exec(shape.getAttribute("transform"));
-      x = +place[1];
-      y = +place[2];
+      [x, y] = placeOfShape(shape);
     }
     if (view.zoom > 1) {
       view.x = middle()[0] - x * view.zoom;

@@ -685,10 +685,6 @@
         <translation>首先查看</translation>
     </message>
     <message>
-        <source>Nothing was found that needs a look.</source>
-        <translation>没有需要查看的问题。</translation>
-    </message>
-    <message>
         <source>What may cost most stands first: by how much a coordinate may be wrong, where that can be told.</source>
         <translation>影响最大的排在最前：在能够估计时给出坐标可能的误差。</translation>
     </message>
@@ -1337,14 +1333,6 @@
         <translation>由 %1 计算并生成。</translation>
     </message>
     <message>
-        <source>Larger</source>
-        <translation>放大</translation>
-    </message>
-    <message>
-        <source>Smaller</source>
-        <translation>缩小</translation>
-    </message>
-    <message>
         <source>Whole map</source>
         <translation>全图</translation>
     </message>
@@ -1813,6 +1801,34 @@
     <message>
         <source>the side shot misses the known point by %1, where the a-priori errors allow %2</source>
         <translation>支点观测与已知点相差 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>Points that are drawn as dots, without name and ellipse: %1. Lines that lead to no row: %2.</source>
+        <translation>仅绘为圆点、不带点名与椭圆的点：%1 个。不指向表格的线：%2 条。</translation>
+    </message>
+    <message>
+        <source>Adjusted to the letter of the file, without tests: unit weight error %1, expected 1.</source>
+        <translation>按文件字面内容平差，未作检验：单位权中误差 %1，期望值为 1。</translation>
+    </message>
+    <message>
+        <source>Adjusted</source>
+        <translation>平差值</translation>
+    </message>
+    <message>
+        <source>No single observation and no point stands out.</source>
+        <translation>没有突出的观测值或点。</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Instrument</source>
+        <translation>仪器</translation>
     </message>
 </context>
 </TS>

@@ -1,4 +1,5 @@
-// A host program in one file: opens a job, adjusts it, prints the points and saves a project file.
+// A host program in one file: opens a job, adjusts it, prints the points, saves a project file and, where it is asked for,
+// a page to print and to hand over.
 //
 // Units and axes of the library: x is north, y is east, lengths are metres, angles radians. Texts are UTF-8.
 #include <Kelvane.h>
@@ -50,7 +51,7 @@ void printPoints(kvn::Job const& job) {
 }
 
 // The steps of a job. Each throws what stops it, and leaves project and files as they were.
-void run(kvn::System& system, QString const& file, QString const& projectFile) {
+void run(kvn::System& system, QString const& file, QString const& projectFile, QString const& pageFile) {
   kvn::Job job(system.createProject());
   job.open(file);  // rows, network, known points and the settings of the file
   printFindings(job);
@@ -58,6 +59,9 @@ void run(kvn::System& system, QString const& file, QString const& projectFile) {
   job.adjust();
   job.takeResults();  // points, and heights where the rows give any, into the coordinate list
   printPoints(job);
+
+  // One page with findings, map and tables: of least squares as here, of traverses, and of heights alike.
+  if (!pageFile.isEmpty()) kvn::saveReport(job, pageFile);
 
   // The project file has settings, observations and coordinates: the calculation is made again, not stored.
   job.save(projectFile);
@@ -74,15 +78,15 @@ int main(int argc, char** argv) {
   QCoreApplication const application(argc, argv);
   QLoggingCategory::setFilterRules("kelvane.*.info=false\nkelvane.*.debug=false");
   QStringList const arguments = QCoreApplication::arguments();
-  if (arguments.size() != 3) {
-    std::fputs("usage: embedding FILE.in2|FILE.txt|FILE.lqf|FILE.kvn PROJECT.kvn\n", stderr);
+  if (arguments.size() < 3 || arguments.size() > 4) {
+    std::fputs("usage: embedding FILE.in2|FILE.txt|FILE.lqf|FILE.kvn PROJECT.kvn [PAGE.html]\n", stderr);
     return 2;
   }
   kvn::System system;  // one a process; its end writes the settings to <documents>/PLQ/Config/KelvaneConfig.json
   system.setSendMessageFunc(printMessage);
   system.init();
   try {
-    run(system, arguments[1], arguments[2]);
+    run(system, arguments[1], arguments[2], arguments.value(3));
     return 0;
   } catch (std::exception const& failure) {  // a kvn::JobException, whose text names the file; what() is UTF-8
     printMessage(failure.what(), kvn::Error);

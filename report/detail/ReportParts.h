@@ -14,6 +14,7 @@
 #include <vector>
 
 namespace kvn {
+class AlgorithmAdjust;
 class HeightAdjustment;
 class Job;
 class PlaneAdjustment;
@@ -24,6 +25,9 @@ struct TraverseResult;
 namespace kvn::detail {
 
 constexpr std::size_t kNowhere = SiteDrawing::kNone;
+
+/// A number of a point or set-up as a place in its list.
+constexpr std::size_t at(int number) { return static_cast<std::size_t>(number); }
 
 /// Which rows of a table the page has.
 class RowChoice {
@@ -54,7 +58,8 @@ class ReportParts {
   PlaneAdjustment const* const plane;
   HeightAdjustment const* const heights;
   std::vector<TraverseResult> const& traverses;
-  std::vector<FieldFinding> findings;  ///< no notes; what may cost most first
+  AlgorithmAdjust const* const literal;  ///< a run by least squares to the letter of the formats
+  std::vector<FieldFinding> findings;    ///< no notes; what may cost most first
 
   RowChoice points;  ///< of the drawing, of those with coordinates to hand out
   RowChoice directions;
@@ -63,6 +68,11 @@ class ReportParts {
   std::vector<std::size_t> circleOfSetUp;  ///< of a set-up with directions: which one of its station, from 1; else 0
   std::vector<bool> hasSeveral;            ///< of each point of the plane: whether it has several of these
 
+  bool hasMap() const { return drawing.points.size() > 1; }
+  /// Points, and lines, of the map that are elements of their own, each at most so many.
+  std::size_t mapElements() const;
+  /// Every point is an element of the map: the id is p and its number.
+  bool isEachOnMap() const { return hasMap() && drawing.points.size() <= mapElements(); }
   bool hasPlane() const { return plane != nullptr; }
   /// There are errors: redundancy, or those by the a-priori unit weight error.
   bool hasErrors() const;
@@ -121,6 +131,7 @@ void writeDistances(PageWriter& page, ReportParts const& parts);
 void writeLines(PageWriter& page, ReportParts const& parts);
 void writeHistogram(PageWriter& page, ReportParts const& parts);
 void writeTraverses(PageWriter& page, ReportParts const& parts);
+void writeLiteral(PageWriter& page, ReportParts const& parts);
 void writeHeights(PageWriter& page, ReportParts const& parts);
 
 }  // namespace kvn::detail

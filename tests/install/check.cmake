@@ -34,7 +34,11 @@ endfunction()
 set(embedding ${WORK}/embedding/build/embedding)
 
 expect(0 "403 +1054612\\.5952 +644373\\.6085 +0\\.0000 +3\\.72 +4\\.26 +5\\.65.* holds 12 coordinates"
-  ${embedding} ${samples}/net_charamza1990_p238.in2 ${WORK}/net.kvn)
+  ${embedding} ${samples}/net_charamza1990_p238.in2 ${WORK}/net.kvn ${WORK}/net.html)
+file(READ ${WORK}/net.html page)
+if(NOT page MATCHES "The observations agree with their a-priori errors" OR NOT page MATCHES "</html>")
+  message(FATAL_ERROR "the page of the example is not whole")
+endif()
 expect(0 "Coordinates +12" ${WORK}/prefix/bin/kelvane show ${WORK}/net.kvn)
 
 # A field book, the same as an instrument job, and one with slopes: 100 m at 3° from 50 m, 0.1 m between the heights of

@@ -175,6 +175,17 @@ TEST_F(ReportPage, HasTheTablesOfWhateverWasComputed) {
   }
 }
 
+TEST_F(ReportPage, HasTheResidualsOfARunToTheLetter) {
+  job.open(test::samplePath("net_charamza1990_p238.in2"), kvn::Job::Reading::AsRead);
+  job.adjust();
+  Page const page = pageOf(job);
+  expectSound(page);
+  EXPECT_THAT(page.verdict.toStdString(), testing::StartsWith("verdict look: Adjusted to the letter of the file"));
+  EXPECT_EQ(page.row("points", "403").cells.mid(0, 3), QStringList({"403", "1054612.5952", "644373.6085"}));
+  EXPECT_EQ(page.rows("directions").size(), 46U);
+  EXPECT_FALSE(page.rows("distances").empty());
+}
+
 TEST_F(ReportPage, HasThePublishedResultsAndEveryObservation) {
   Page const page = adjusted(test::samplePath("net_charamza1990_p238.in2"));
   // The coordinates are those that were published with the network; errors and ellipse follow from it.
@@ -255,11 +266,8 @@ TEST_F(ReportPage, TurnsBytesThatAreNoTextIntoTextOfSomeKind) {
   };
   // In GBK the ideograph of a point; a lone continuation byte, a control character, an encoded surrogate, U+FFFE, none
   // of which XML holds. A host may put any bytes into a network.
-  Case const cases[] = {{"\xB5\xE3", "点"},
-                        {"P\x01", "P\uFFFD"},
-                        {"P\xEF\xBF\xBE", "P\uFFFD"},
-                        {"P\xFF", "P\uFFFD"},
-                        {"P\xED\xA0\x80", "P"}};
+  Case const cases[] = {
+      {"\xB5\xE3", "点"}, {"P\x01", "P\uFFFD"}, {"P\xEF\xBF\xBE", "P\uFFFD"}, {"P\xFF", "P"}, {"P\xED\xA0\x80", "P"}};
   test::LocalEncoding const gbk("GBK");
   for (Case const& c : cases) {
     SCOPED_TRACE(c.shown);
