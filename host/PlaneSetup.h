@@ -6,7 +6,8 @@
 
 namespace kvn::host {
 
-/// Weights, datum, limits of misclosures and approximate coordinates. @throws JobException for a coordinate file that cannot be read.
+/// Weights, datum, limits of misclosures and approximate coordinates. @throws JobException for a coordinate file that
+/// cannot be read.
 void useOptions(Session& session, AdjustOptions const& options);
 
 }  // namespace kvn::host
