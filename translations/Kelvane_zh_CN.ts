@@ -665,6 +665,8 @@
     <message>
         <source>The known points fit with north and east exchanged: shifts of up to %1 m instead of %2 m</source>
         <translation>交换北坐标与东坐标后已知点相符：最大位移为 %1 m，而不是 %2 m</translation>
+    </message>
+    <message>
         <source>and %1 more</source>
         <translation>及另外 %1 个</translation>
     </message>
@@ -1497,10 +1499,6 @@
         <translation>该距离没有竖直读数，无法化为平距，已略去</translation>
     </message>
     <message>
-        <source>the distances differ by more than 50 mm</source>
-        <translation>距离之差超过 50 mm</translation>
-    </message>
-    <message>
         <source>the readings of the target do not belong together</source>
         <translation>该目标的读数不相匹配</translation>
     </message>
@@ -1659,6 +1657,8 @@
     <message>
         <source>The relative misclosure is 1 : %1, beyond the limit of 1 : %2</source>
         <translation>相对闭合差为 1 : %1，超过限差 1 : %2</translation>
+    </message>
+    <message>
         <source>no height from a sight before the first station</source>
         <translation>第一个测站之前的观测不能得出高程</translation>
     </message>

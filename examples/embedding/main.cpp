@@ -1,5 +1,5 @@
-// A host program in one file: opens a job, adjusts it, prints the points, saves a project file and, where it is asked for,
-// a page to print and to hand over.
+// A host program in one file: opens a job, adjusts it, prints the points, saves a project file and, where it is asked
+// for, a page to print and to hand over.
 //
 // Units and axes of the library: x is north, y is east, lengths are metres, angles radians. Texts are UTF-8.
 #include <Kelvane.h>

@@ -156,7 +156,8 @@ void forgetHeights(JobState& state);
 /// Height differences with their errors, by the settings and options of the job, and with the lines of the file.
 void reduceSightsOf(JobState const& state, HeightNetwork& network);
 /// Sights of one line that differ from the first one by more than their errors allow.
-/// @param isTold  set-ups of which something else tells that all their sights differ from those of another set-up; empty
+/// @param isTold  set-ups of which something else tells that all their sights differ from those of another set-up;
+/// empty
 ///                for none.
 std::vector<FieldFinding> differencesOfLines(HeightNetwork const& network, std::vector<bool> const& isTold);
 /// What the sights of the rows say before heights are adjusted: differences of one line, and heights of the instrument,

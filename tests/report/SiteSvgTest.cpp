@@ -3,9 +3,9 @@
 
 #include <gmock/gmock.h>
 #include <tinyxml2.h>
+#include <QStringList>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <random>
 #include <sstream>
 
@@ -52,6 +52,11 @@ std::string written(SiteDrawing const& drawing, SvgOptions const& options, SvgPi
   return stream.str();
 }
 
+/// A number has a point whatever the locale; tinyxml2 reads it by that.
+double numberOf(XMLElement const& element, char const* attribute) {
+  return QString::fromUtf8(element.Attribute(attribute)).toDouble();
+}
+
 /// All elements of a name, whatever group they are in.
 void collect(XMLElement const* element, char const* name, std::vector<XMLElement const*>& found) {
   for (; element != nullptr; element = element->NextSiblingElement()) {
@@ -81,10 +86,11 @@ std::vector<XMLElement const*> byNumber(tinyxml2::XMLDocument const& document, c
 }
 
 std::pair<double, double> placeOf(XMLElement const& point) {
-  double x = -1.0;
-  double y = -1.0;
-  EXPECT_EQ(std::sscanf(point.Attribute("transform"), "translate(%lf %lf)", &x, &y), 2);
-  return {x, y};
+  QString text = point.Attribute("transform");
+  EXPECT_TRUE(text.startsWith("translate(") && text.endsWith(')'));
+  QStringList const parts = text.remove("translate(").remove(')').split(' ');
+  EXPECT_EQ(parts.size(), 2);
+  return {parts.first().toDouble(), parts.last().toDouble()};
 }
 
 TEST(SiteSvg, LaysEastToTheRightAndNorthUpInOneScale) {
@@ -106,19 +112,19 @@ TEST(SiteSvg, LaysEastToTheRightAndNorthUpInOneScale) {
     EXPECT_THAT(classOf(*points[0]), testing::HasSubstr(" known "));
     auto const [x0, y0] = placeOf(*points[0]);
     auto const [x1, y1] = placeOf(*points[1]);
-    double const pixels = document.RootElement()->DoubleAttribute("data-pixels");
+    double const pixels = numberOf(*document.RootElement(), "data-pixels");
     // Places are written to a hundredth of a pixel.
     EXPECT_NEAR(x1 - x0, 400.0 * pixels, 0.011);
     EXPECT_NEAR(y0 - y1, 300.0 * pixels, 0.011);
-    EXPECT_NEAR(document.RootElement()->DoubleAttribute("data-north") - y0 / pixels, 5000.0, 0.011 / pixels);
+    EXPECT_NEAR(numberOf(*document.RootElement(), "data-north") - y0 / pixels, 5000.0, 0.011 / pixels);
     auto const ellipses = byNumber(document, "ellipse", " e ", "data-p");
     ASSERT_EQ(ellipses.size(), 2U);
-    EXPECT_NEAR(ellipses[1]->DoubleAttribute("rx"), 30.0 * pixels, 0.006);
+    EXPECT_NEAR(numberOf(*ellipses[1], "rx"), 30.0 * pixels, 0.006);
     EXPECT_THAT(ellipses[1]->Attribute("transform"), testing::HasSubstr("rotate(-60)"));
     auto const lines = byNumber(document, "line", " l ", "data-l");
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_THAT(classOf(*lines[0]), testing::HasSubstr(" suspect "));
-    EXPECT_NEAR(lines[0]->DoubleAttribute("x2"), x1, 0.011);
+    EXPECT_NEAR(numberOf(*lines[0], "x2"), x1, 0.011);
   }
 }
 
@@ -146,8 +152,8 @@ TEST(SiteSvg, LeavesNoTwoNamesOnOneAnother) {
     }
     constexpr double kSize = 10.5;  // of the names of 61 to 400 points
     auto const [x, y] = placeOf(*point);
-    double const left = x + name->DoubleAttribute("x");
-    double const base = y + name->DoubleAttribute("y");
+    double const left = x + numberOf(*name, "x");
+    double const base = y + numberOf(*name, "y");
     double const width = 0.5 * kSize * static_cast<double>(std::string(name->GetText()).size());
     boxes.push_back({left, base - 0.7 * kSize, left + width, base + 0.2 * kSize});
   }
