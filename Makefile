@@ -35,10 +35,9 @@ test: test-packages
 
 # The pages of kelvane report in a headless browser, which `make test` does not need.
 browser: browser-packages
-	@cmake --preset release > .configure.log 2>&1 || { cat .configure.log; exit 1; }
-	@rm -f .configure.log
-	cmake --build --preset release -j $(JOBS)
-	tests/browser/report_pages build/release/bin/kelvane samples
+	cmake --preset debug > /dev/null
+	cmake --build --preset debug -j $(JOBS) --target kelvane_host kelvane_translations
+	tests/browser/report_pages build/debug/bin/kelvane samples
 
 sanitize: test-packages
 	cmake --preset sanitize
