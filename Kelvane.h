@@ -90,6 +90,7 @@
 #include "reduction/TraverseDataManage.h"
 #include "report/Exchange.h"
 #include "report/Judgement.h"
+#include "report/ReportContent.h"
 #include "report/ReportPage.h"
 #include "report/SiteDrawing.h"
 #include "report/SiteSvg.h"

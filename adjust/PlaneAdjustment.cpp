@@ -155,6 +155,11 @@ void PlaneAdjustment::Data::takeCalls() {
 }
 
 void PlaneAdjustment::Data::run() {
+  solve();
+  finish();
+}
+
+void PlaneAdjustment::Data::solve() {
   if (isFree()) {
     runFree();
   } else {
@@ -162,20 +167,35 @@ void PlaneAdjustment::Data::run() {
     place();
     iterate();
   }
-  finish();
 }
 
 void PlaneAdjustment::Data::finish() {
   takeResults();
-  if (settings.weighsDownSuspects) {
-    weighDown();
-  } else {
-    judge();
-    if (settings.leavesOutSuspects) leaveOutSuspects();
-  }
+  if (!settings.weighsDownSuspects) judge();
+  if (settings.weighsDownSuspects || settings.leavesOutSuspects) treatSuspects();
   findCommonControl();
   findTwins();
   isAdjusted = true;
+}
+
+/// Where the network does not settle so, the result is that without it.
+void PlaneAdjustment::Data::treatSuspects() {
+  try {
+    return settings.weighsDownSuspects ? weighDown() : leaveOutSuspects();
+  } catch (AlgorithmException const&) {          // NOLINT(bugprone-empty-catch): told below
+  } catch (detail::CalculationFailure const&) {  // NOLINT(bugprone-empty-catch)
+  }
+  if (engine.tell) {
+    engine.tell(
+        settings.weighsDownSuspects
+            ? Messages::tr("The adjustment does not settle with robust weights: its results are those without them")
+            : Messages::tr("The adjustment does not settle when suspects are left out: its results are those with all"),
+        Warning);
+  }
+  solve();
+  result = PlaneResult();
+  takeResults();
+  judge();
 }
 
 void PlaneAdjustment::Data::begin(bool readsValues) {

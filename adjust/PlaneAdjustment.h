@@ -41,7 +41,8 @@ struct PlaneSettings {
   /// Whether observations that do not fit the others weigh less, in place of `leavesOutSuspects`: by Yang's IGG III
   /// (1994), fully up to 2.5 standard errors of the difference from what the others say, not at all from 6 on. Of these
   /// the suspects are. Errors and tests are those of the final weights. An observation of weight 0 does not count in
-  /// the redundancy, any other counts as one. What nothing checks keeps its weight.
+  /// the redundancy, any other counts as one. What nothing checks keeps its weight. Where the network does not settle
+  /// so, the result is that of full weights, which a `Warning` tells; the same of `leavesOutSuspects`.
   bool weighsDownSuspects = false;
 };
 

@@ -65,7 +65,7 @@ class MapSketch {
   void drawKnown();
   void drawTitle();
   void drawLegend();
-  void drawTriangle(coord::xyh const& middle);
+  void drawTriangle(coord::xyh const& middle, double pixels = 13.0);
   std::vector<std::pair<QString, std::function<void(double, double)>>> legend();
 
   mvz::View const& view;
@@ -143,8 +143,8 @@ void MapSketch::drawEllipses() {
 }
 
 /// A second triangle about that of the icon.
-void MapSketch::drawTriangle(coord::xyh const& middle) {
-  double const radius = metres(13.0);
+void MapSketch::drawTriangle(coord::xyh const& middle, double pixels) {
+  double const radius = metres(pixels);
   std::vector<coord::xyh> corners;
   for (int corner = 0; corner <= 3; ++corner) {
     double const azimuth = corner * 2.0943951023931953;  // a third of a circle
@@ -180,7 +180,17 @@ std::vector<std::pair<QString, std::function<void(double, double)>>> MapSketch::
       tool.drawPath({at(x, y), at(x + kSample, y)}, look(colour, thickness));
     };
   };
-  if (hasKnown) items.emplace_back("known point", [this](double x, double y) { drawTriangle(at(x + 14.0, y + 3.0)); });
+  constexpr double kIcon = 7.0;  // of the triangle that the layers draw at each station
+  if (hasKnown) {
+    items.emplace_back("known point", [this](double x, double y) {
+      drawTriangle(at(x + 14.0, y + 3.0));
+      drawTriangle(at(x + 14.0, y + 3.0), kIcon);
+    });
+  }
+  auto const isNewStation = [](SitePoint const& point) { return !point.isKnown && point.isStation; };
+  if (std::any_of(drawing.points.begin(), drawing.points.end(), isNewStation)) {
+    items.emplace_back("station", [this](double x, double y) { drawTriangle(at(x + 14.0, y + 3.0), kIcon); });
+  }
   if (scale > 0.0) {
     items.emplace_back("error ellipse", [this](double x, double y) {
       tool.drawEllipse(at(x + kSample / 2.0, y), metres(14.0), metres(7.0), 1.5707963267948966,

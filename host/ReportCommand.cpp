@@ -49,6 +49,7 @@ int runReport(QStringList const& arguments) {
   auto const options = parseReport(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
+    Job::requireWritableKind(options->outFile, {"html", "htm", "xhtml"});
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
     ReportOptions page;

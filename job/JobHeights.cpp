@@ -120,6 +120,10 @@ detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightRedu
   done.run->setCancelCall({});  // of the host, for the time of the run
   done.findings = state.opened.placed(detail::findingsOnHeights(*done.run));
   for (QString const& line : warningLines(done.findings)) tell(line, Warning);
+  for (HeightNetwork::Point const& point : done.run->network().points) {
+    if (!point.isKnown || point.height != 0.0) continue;  // told before the run, which this may spoil
+    done.findings.push_back({FieldFinding::Warning, {}, {point.name}, Messages::tr("the known height is 0")});
+  }
   return done;
 }
 

@@ -35,6 +35,10 @@ constexpr double kOneMark = 0.1;
 // Of a point in the plane 99.7 % are within this many standard errors of its true place: the root of 11.83.
 constexpr double kWithinErrors = 3.44;
 constexpr double kWithoutErrors = 0.02;  // where nothing tells the errors, metres
+// Known points of a free network that fit lie within this of it, however coarse their coordinates are, metres.
+constexpr double kNear = 1.0;
+// A shift of a known point of this many standard errors is not that of the network's own.
+constexpr double kFarShift = 5.0;
 // Coordinates beyond are none, metres: they would not be told apart in a square of the size above.
 constexpr double kFarthest = 1e12;
 
@@ -184,6 +188,19 @@ void addFarOff(Project const& project, PlaneAdjustment const& run, std::vector<F
   }
 }
 
+/// A free network is laid onto its known points, and fits itself whatever these are: their shifts tell.
+void addShifts(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  PlaneNetwork const& network = run.network();
+  for (std::size_t p = 0; p < network.points.size(); ++p) {
+    if (!network.points[p].isKnown) continue;
+    PlanePoint const& point = run.result().points[p];
+    double const shift = std::hypot(point.x - network.points[p].x, point.y - network.points[p].y);
+    if (!(shift > (std::isfinite(point.mp) ? std::max(kFarShift * point.mp, kWithoutErrors) : kNear))) continue;
+    QString const text = Messages::tr("the known point does not fit the free network: its place is %1 m off");
+    findings.push_back(warning({}, {network.points[p].name}, text.arg(QString::number(shift, 'f', 3)), shift));
+  }
+}
+
 /// Whether the way in which an adjustment failed may come from its known points.
 bool mayFailByControl(PlaneAdjustment const& run) {
   if (!run.looseMotions().empty() || !run.coincidentPoints().empty()) return false;
@@ -245,6 +262,7 @@ std::vector<FieldFinding> detail::findingsOnResult(JobState const& state, PlaneA
     findings.push_back(warning(
         {}, {}, Messages::tr("The unit weight error is far above 1: a gross error, or known points that do not fit")));
   }
+  if (state.plane.datum == PlaneSettings::Datum::Free) addShifts(run, findings);
   addTwins(run, findings);
   addUnobservedTwins(*state.project, run, findings);
   addFarOff(*state.project, run, findings);
@@ -278,7 +296,8 @@ std::optional<FieldFinding> detail::findingOnExchangeOfFree(PlaneAdjustment cons
   };
   double const asGiven = largestShift(given);
   double const asExchanged = largestShift(exchanged);
-  if (!(asGiven > kOneMark && asExchanged * kFitsBetter < asGiven)) return std::nullopt;
+  bool const fits = asExchanged <= kNear && asExchanged * kFitsBetter < asGiven;
+  if (!(asGiven > kOneMark && fits)) return std::nullopt;
   QString const text =
       Messages::tr("The known points fit with north and east exchanged: shifts of up to %1 m instead of %2 m");
   return warning({}, {}, text.arg(QString::number(asExchanged, 'f', 3), QString::number(asGiven, 'f', 3)), asGiven);
@@ -300,7 +319,7 @@ std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run
     std::swap(point.x, point.y);
     if (point.isKnown) cost = std::max(cost, std::hypot(point.x - point.y, point.x - point.y));
   }
-  settings.leavesOutSuspects = false;
+  settings.leavesOutSuspects = settings.weighsDownSuspects = false;
   settings.iterationLimit = kTrialRounds;
   PlaneAdjustment exchanged(std::move(network), settings);
   exchanged.setTellFindings(false);
@@ -314,7 +333,7 @@ std::optional<FieldFinding> detail::findingOnExchange(PlaneAdjustment const& run
     return std::nullopt;  // it does not fit that way either
   }
   PlaneResult const& result = exchanged.result();
-  double const most = hasResult ? asGiven / kFitsBetter : kDoubtfulUnitError;
+  double const most = hasResult ? std::min(asGiven / kFitsBetter, kDoubtfulUnitError) : kDoubtfulUnitError;
   if (!result.hasRedundancy || result.isWithoutSuspects || !(result.unitError <= most)) return std::nullopt;
   QString const unitError = QString::number(result.unitError, 'f', 2);
   QString const text =

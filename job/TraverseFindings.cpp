@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <cmath>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kvn {
@@ -111,9 +112,55 @@ void detail::requireNotFarBeyond(TraverseResult const& result, JobState const& s
   throw JobException(state.file, far.join(". ") + explanation(result));
 }
 
+namespace {
+
+/// Of 100 faultless positions 99 are within this many standard errors of the difference: the root of χ²(0.99; 2).
+constexpr double kWithinErrors = 3.035;
+constexpr double kWithoutErrors = 0.02;  // where nothing tells the errors, metres
+
+/// A point that is shot from several stations, or is one of the chain, has several positions, of which the first stays.
+class RepeatedPoints {
+ public:
+  explicit RepeatedPoints(TraverseResult const& result) {
+    for (TraverseInfo const& station : result.stations) add(station.stationPoint, 0.0);
+    for (PointInfo const& point : result.points) add(point, 0.0);
+  }
+
+  void compare(TraverseSidePoint const& side, std::vector<FieldFinding>& findings) {
+    auto const [found, isFirst] = first.try_emplace(side.point.name, Position{side.point.x, side.point.y, side.mp});
+    if (isFirst || side.isKnown) return;
+    Position const& at = found->second;
+    double const off = std::hypot(side.point.x - at.x, side.point.y - at.y);
+    double const error = std::hypot(side.mp, at.error);
+    double const allowed = std::isfinite(error) && error > 0.0 ? kWithinErrors * error : kWithoutErrors;
+    if (!(off > allowed)) return;
+    QString const text = Messages::tr(
+        "the shot puts the point %1 from its other position, which stays; the a-priori "
+        "errors allow %2");
+    findings.push_back(
+        {FieldFinding::Warning, side.station, {side.point.name}, text.arg(lengthText(off), lengthText(allowed))});
+    findings.back().cost = off;
+  }
+
+ private:
+  struct Position {
+    double x;
+    double y;
+    double error;
+  };
+
+  void add(PointInfo const& point, double error) { first.try_emplace(point.name, Position{point.x, point.y, error}); }
+
+  std::unordered_map<std::string, Position> first;
+};
+
+}  // namespace
+
 std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& result) {
   std::vector<FieldFinding> findings;
+  RepeatedPoints repeated(result);
   for (TraverseSidePoint const& side : result.sidePoints) {
+    repeated.compare(side, findings);
     double const off = std::hypot(side.offNorth, side.offEast);
     if (!(off > side.offAllowed)) continue;
     QString const text = Messages::tr("the side shot misses the known point by %1, where the a-priori errors allow %2");
@@ -131,12 +178,16 @@ std::vector<FieldFinding> detail::findingsOnMisclosures(TraverseResult const& re
   auto const tell = [&findings](QString const& text) { findings.push_back({FieldFinding::Warning, {}, {}, text}); };
   if (!result.summary.hasMisclosure || state.asRead) return findings;
   if (!result.judgement) {
-    tell("The misclosures are not judged: " +
-         faultOfErrors(state.project->getConfigure(), state.project->getNetwork()));
+    tell(Messages::tr("The misclosures are not judged: %1")
+             .arg(faultOfErrors(state.project->getConfigure(), state.project->getNetwork())));
     return findings;
   }
   QStringList const beyond = beyondAllowed(*result.judgement, 1.0);
-  for (QString const& text : beyond) tell(text + (&text == &beyond.last() ? explanation(result) : QString()));
+  double const closing = std::hypot(result.summary.fx, result.summary.fy);
+  for (QString const& text : beyond) {
+    tell(text + (&text == &beyond.last() ? explanation(result) : QString()));
+    findings.back().cost = std::isfinite(closing) ? closing : 0.0;
+  }
   for (QString const& text : beyondLimits(*result.judgement, state.traverseOptions)) tell(text);
   return findings;
 }

@@ -7,6 +7,7 @@
 #include "core/Project.h"
 #include "job/Job.h"
 #include "records/detail/Messages.h"
+#include "report/ReportContent.h"
 #include "report/detail/PageNumbers.h"
 
 #include <algorithm>
@@ -18,20 +19,20 @@ namespace {
 
 QString told(std::string const& utf8) { return QString::fromStdString(utf8); }
 
-/// Observations that are out or marked, where these are more than chance marks of so many good ones; else 0.
-std::size_t misfits(PlaneResult const& result) {
-  constexpr double kMarkedByChance = 0.001;
-  std::size_t out = 0;
-  std::size_t marked = 0;
+/// Observations that are suspected, or out.
+std::size_t misfits(PlaneAdjustment const& run) {
+  PlaneResult const& result = run.result();
+  std::size_t count = 0;
   for (auto const* list : {&result.directions, &result.distances}) {
-    for (PlaneObservation const& observation : *list) {
-      if (observation.weight == 0.0) ++out;
-      if (observation.weight != 0.0 && observation.test > 1.0) ++marked;
-    }
+    count += static_cast<std::size_t>(std::count_if(
+        list->begin(), list->end(), [](PlaneObservation const& observation) { return observation.weight == 0.0; }));
   }
-  double const expected = kMarkedByChance * static_cast<double>(result.directions.size() + result.distances.size());
-  bool const isChance = static_cast<double>(marked) <= expected + 3.0 * std::sqrt(expected) && expected >= 1.0;
-  return isChance ? out : out + marked;
+  for (SuspectObservation const& suspect : run.suspects()) {
+    auto const& list = suspect.isDirection ? result.directions : result.distances;
+    auto const number = static_cast<std::size_t>(std::max(suspect.number, 0));
+    if (number < list.size() && list[number].weight != 0.0) ++count;
+  }
+  return count;
 }
 
 /// Of a PlaneResult or a HeightResult.
@@ -42,7 +43,8 @@ QString numbersOf(Result const& result, double confidence) {
            told(detail::ratio(result.upperBound)), told(detail::percent(confidence)));
 }
 
-Judgement judgedPlane(PlaneResult const& result, double confidence) {
+Judgement judgedPlane(PlaneAdjustment const& run, double confidence) {
+  PlaneResult const& result = run.result();
   if (!result.hasRedundancy) {
     return {Judgement::Look, Messages::tr("Nothing is redundant: a wrong observation would not show anywhere.")};
   }
@@ -51,13 +53,17 @@ Judgement judgedPlane(PlaneResult const& result, double confidence) {
     return {Judgement::Bad, Messages::tr("The observations do not agree with their a-priori errors: %1.").arg(numbers)};
   }
   Judgement judgement;
+  if (result.isWithoutSuspects) {
+    QString const text = Messages::tr("The adjustment does not settle with all observations: %1 of %2 have no weight.");
+    return {Judgement::Bad, text.arg(misfits(run)).arg(result.directions.size() + result.distances.size())};
+  }
   if (result.isPassed) {
     judgement.sentence = Messages::tr("The observations agree with their a-priori errors: %1.").arg(numbers);
   } else {
     judgement = {Judgement::Look,
                  Messages::tr("The observations agree better than their a-priori errors let expect: %1.").arg(numbers)};
   }
-  std::size_t const suspects = misfits(result);
+  std::size_t const suspects = misfits(run);
   if (suspects == 0) return judgement;
   judgement.level = Judgement::Look;
   judgement.sentence += ' ' + Messages::tr("Observations that do not fit the others: %1.").arg(suspects);
@@ -100,7 +106,11 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   double worst = 0.0;
   bool isJudged = false;
   bool isOpen = false;
+  bool isBesideKnown = false;
   for (TraverseResult const& traverse : traverses) {
+    for (TraverseSidePoint const& side : traverse.sidePoints) {
+      if (std::hypot(side.offNorth, side.offEast) > side.offAllowed) isBesideKnown = true;
+    }
     if (!traverse.summary.hasMisclosure) isOpen = true;
     if (!traverse.judgement) continue;
     isJudged = true;
@@ -109,6 +119,9 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   if (worst > 1.0) {
     return {Judgement::Bad, Messages::tr("A misclosure is larger than the a-priori errors allow (99 %).")};
   }
+  if (isBesideKnown) {
+    return {Judgement::Bad, Messages::tr("A side shot misses a known point by more than the a-priori errors allow.")};
+  }
   if (isOpen) {
     return {Judgement::Look, Messages::tr("Nothing checks an open traverse: a wrong observation would not show.")};
   }
@@ -116,18 +129,29 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   return {Judgement::Good, Messages::tr("All misclosures are within what the a-priori errors allow (99 %).")};
 }
 
+std::vector<Judgement> judged(PlaneAdjustment const* plane, AlgorithmAdjust const* literal,
+                              std::vector<TraverseResult> const& traverses, HeightAdjustment const* heights,
+                              double confidence) {
+  std::vector<Judgement> list;
+  if (plane != nullptr) list.push_back(judgedPlane(*plane, confidence));
+  if (literal != nullptr) list.push_back(judgedLiteral(literal->getSummary()));
+  if (!traverses.empty()) list.push_back(judgedTraverses(traverses));
+  if (heights != nullptr) list.push_back(judgedHeights(heights->result(), confidence));
+  if (list.empty()) {
+    list.push_back({Judgement::Look, Messages::tr("Coordinates as they were given: nothing was adjusted.")});
+  }
+  return list;
+}
+
 }  // namespace
 
 std::vector<Judgement> judgementsOf(Job const& job) {
-  std::vector<Judgement> list;
-  double const confidence = job.planeOptions().confidence;
-  if (job.planeAdjustment() != nullptr) list.push_back(judgedPlane(job.planeAdjustment()->result(), confidence));
-  if (AlgorithmAdjust const* const run = literalRun(job)) list.push_back(judgedLiteral(run->getSummary()));
-  if (!job.traverses().empty()) list.push_back(judgedTraverses(job.traverses()));
-  if (job.heightAdjustment() != nullptr) list.push_back(judgedHeights(job.heightAdjustment()->result(), confidence));
-  if (list.empty())
-    list.push_back({Judgement::Look, Messages::tr("Coordinates as they were given: nothing was adjusted.")});
-  return list;
+  return judged(job.planeAdjustment(), literalRun(job), job.traverses(), job.heightAdjustment(),
+                job.planeOptions().confidence);
+}
+
+std::vector<Judgement> judgementsOf(ReportContent const& content) {
+  return judged(content.plane, nullptr, content.traverses, content.heights, content.planeOptions.confidence);
 }
 
 }  // namespace kvn

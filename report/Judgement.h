@@ -9,6 +9,7 @@
 namespace kvn {
 
 class Job;
+struct ReportContent;
 
 struct Judgement {
   enum Level {
@@ -24,5 +25,7 @@ struct Judgement {
 /// Of the last runs of a job, one each for the plane or the traverses, and the heights; of a job without a run that
 /// nothing was adjusted. Least squares to the letter have no test as a whole, which is said.
 KELVANE_EXPORT std::vector<Judgement> judgementsOf(Job const& job);
+/// The same of runs that a host has made itself.
+KELVANE_EXPORT std::vector<Judgement> judgementsOf(ReportContent const& content);
 
 }  // namespace kvn

@@ -71,7 +71,8 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
     page.markup(" <span class=\"line\">").text(Messages::tr("line %1").arg(finding.line)).markup("</span>");
   }
   page.markup("</div><div class=\"cost\">");
-  if (finding.cost > 0.0) {
+  constexpr double kLeastCost = 5e-5;  // metres; less is told as 0.0 mm
+  if (finding.cost >= kLeastCost) {
     std::string const cost = finding.cost < 1.0 ? millimetres(finding.cost) + " mm" : decimals(finding.cost, 2) + " m";
     page.text(Messages::tr("up to %1").arg(QString::fromStdString(cost)));
   }
@@ -82,21 +83,37 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
 
 }  // namespace
 
+namespace {
+
+/// It must not sound as if all were well where something is wrong, or where nothing was tested.
+QString textOfNone(ReportParts const& parts) {
+  auto const is = [&parts](Judgement::Level level) {
+    return std::any_of(parts.judgements.begin(), parts.judgements.end(),
+                       [level](Judgement const& judgement) { return judgement.level == level; });
+  };
+  if (is(Judgement::Bad)) return Messages::tr("No single observation is named: see the sentence at the top.");
+  bool const isTested = parts.hasPlane() || parts.heights != nullptr || is(Judgement::Good);
+  return isTested ? Messages::tr("No single observation and no point stands out.")
+                  : Messages::tr("Nothing was tested.");
+}
+
+}  // namespace
+
 void writeFindings(PageWriter& page, ReportParts const& parts) {
-  if (parts.findings.empty()) {
-    beginSection(page, "findings", Messages::tr("What to look at first"),
-                 Messages::tr("No single observation and no point stands out."));
+  if (parts.content.findings.empty()) {
+    beginSection(page, "findings", Messages::tr("What to look at first"), textOfNone(parts));
     return endSection(page);
   }
   beginSection(page, "findings", Messages::tr("What to look at first"),
                Messages::tr("What may cost most stands first: by how much a coordinate may be wrong, where that can be "
                             "told."));
   page.markup("<ol class=\"findings\">\n");
-  std::size_t const count = std::min(parts.findings.size(), kListed);
-  for (std::size_t i = 0; i < count; ++i) writeFinding(page, parts, parts.findings[i]);
+  std::size_t const count = std::min(parts.content.findings.size(), kListed);
+  for (std::size_t i = 0; i < count; ++i) writeFinding(page, parts, parts.content.findings[i]);
   page.markup("</ol>\n");
-  if (count < parts.findings.size()) {
-    page.element("p class=\"left-out\"", Messages::tr("Left out here: %1 more.").arg(parts.findings.size() - count));
+  if (count < parts.content.findings.size()) {
+    page.element("p class=\"left-out\"",
+                 Messages::tr("Left out here: %1 more.").arg(parts.content.findings.size() - count));
   }
   endSection(page);
 }

@@ -26,7 +26,7 @@ constexpr double kDoubtfulUnitError = 20.0;
 
 QString told(std::string const& utf8) { return QString::fromStdString(utf8); }
 
-QString fileName(Job const& job) { return utils::readablePath(job.file()).section('/', -1); }
+QString fileName(QString const& path) { return utils::readablePath(path).section('/', -1); }
 
 /// As the style of the page has it.
 char const* levelName(Judgement::Level level) {
@@ -39,7 +39,7 @@ std::vector<Judgement> judgements(ReportParts const& parts) {
   bool const hasRun = hasPlane || parts.heights != nullptr;
   bool const isRefused = !parts.options.refusal.isEmpty();
   std::vector<Judgement> list;
-  if (hasRun || !isRefused) list = judgementsOf(parts.job);
+  if (hasRun || !isRefused) list = parts.judgements;
   if (isRefused) list.insert(list.begin(), {Judgement::Bad, parts.options.refusal});
   return list;
 }
@@ -109,7 +109,13 @@ void writeTraverseFigures(PageWriter& page, ReportParts const& parts) {
 
 void writeFigures(PageWriter& page, ReportParts const& parts) {
   page.markup("<dl class=\"figures\">\n");
-  if (!parts.drawing.points.empty()) {
+  bool const isOfHeights = !parts.hasPlane() && parts.literal == nullptr && parts.traverses.empty();
+  if (parts.heights != nullptr && isOfHeights) {
+    auto const& points = parts.heights->network().points;
+    auto const known = std::count_if(points.begin(), points.end(), [](auto const& point) { return point.isKnown; });
+    writeFigure(page, Messages::tr("Points"), std::to_string(points.size()),
+                Messages::tr("%1 of them known").arg(known));
+  } else if (!parts.drawing.points.empty()) {
     writeFigure(page, Messages::tr("Points"), std::to_string(parts.drawing.points.size()),
                 Messages::tr("%1 of them known").arg(knownPoints(parts.drawing)));
   }
@@ -125,15 +131,15 @@ void writeFigures(PageWriter& page, ReportParts const& parts) {
     writeFigure(page, Messages::tr("Largest point error"), millimetres(error) + " mm",
                 Messages::tr("at %1").arg(told(worst->name)));
   }
-  writeFigure(page, Messages::tr("To look at"), std::to_string(parts.findings.size()));
+  writeFigure(page, Messages::tr("To look at"), std::to_string(parts.content.findings.size()));
   page.markup("</dl>\n");
 }
 
 using Settings = std::vector<std::pair<QString, QString>>;
 
 QString errorsText(ReportParts const& parts) {
-  Configure const& configure = parts.job.project()->getConfigure();
-  PlaneOptions const& options = parts.job.planeOptions();
+  Configure const& configure = parts.content.configure;
+  PlaneOptions const& options = parts.content.planeOptions;
   bool const isSum = parts.literal != nullptr ? configure.LineCalculateExpression
                                               : options.distanceForm == ObservationErrors::Form::Sum;
   QString text =
@@ -150,14 +156,14 @@ QString errorsText(ReportParts const& parts) {
 
 QString datumText(ReportParts const& parts) {
   if (parts.drawing.isFree) return Messages::tr("free: the known points are not held");
-  return parts.job.planeOptions().controlError > 0.0 ? Messages::tr("known points, each with its own error")
-                                                     : Messages::tr("known points, held");
+  return parts.content.planeOptions.controlError > 0.0 ? Messages::tr("known points, each with its own error")
+                                                       : Messages::tr("known points, held");
 }
 
 /// Of each kind its unit weight error, and the a-priori error with which it would be 1, unless something is wrong.
 QString kindsText(ReportParts const& parts) {
   PlaneResult const& result = parts.plane->result();
-  Configure const& configure = parts.job.project()->getConfigure();
+  Configure const& configure = parts.content.configure;
   QStringList kinds;
   double const ofDirections = result.directionUnitError;
   if (std::isfinite(ofDirections)) {
@@ -193,12 +199,15 @@ QString robustText(ReportParts const& parts) {
 }
 
 void addPlaneSettings(ReportParts const& parts, Settings& settings) {
-  PlaneOptions const& options = parts.job.planeOptions();
+  PlaneOptions const& options = parts.content.planeOptions;
   settings.emplace_back(Messages::tr("Datum"), datumText(parts));
   settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
-  settings.emplace_back(Messages::tr("Errors of results"), options.unitWeight == PlaneSettings::UnitWeight::APriori
-                                                               ? Messages::tr("by the a-priori unit weight error, 1")
-                                                               : Messages::tr("by the unit weight error of this run"));
+  QString errors = Messages::tr("by the unit weight error of this run");
+  if (!parts.hasErrors()) errors = Messages::tr("none: nothing is redundant");
+  if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
+    errors = Messages::tr("by the a-priori unit weight error, 1");
+  }
+  settings.emplace_back(Messages::tr("Errors of results"), errors);
   settings.emplace_back(Messages::tr("Confidence"), told(percent(options.confidence)));
   QString const kinds = kindsText(parts);
   if (!kinds.isEmpty()) settings.emplace_back(Messages::tr("By kind"), kinds);
@@ -211,8 +220,8 @@ void addPlaneSettings(ReportParts const& parts, Settings& settings) {
 }
 
 void addHeightSettings(ReportParts const& parts, Settings& settings) {
-  Configure const& configure = parts.job.project()->getConfigure();
-  HeightOptions const& options = parts.job.heightOptions();
+  Configure const& configure = parts.content.configure;
+  HeightOptions const& options = parts.content.heightOptions;
   settings.emplace_back(
       Messages::tr("A-priori errors of heights"),
       Messages::tr("zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm")
@@ -226,8 +235,8 @@ void addHeightSettings(ReportParts const& parts, Settings& settings) {
 }
 
 void writeSettings(PageWriter& page, ReportParts const& parts) {
-  Settings settings{{Messages::tr("File"), fileName(parts.job)}};
-  std::string const instrument = utf8Of(parts.job.project()->getInstrumentName());
+  Settings settings{{Messages::tr("File"), fileName(parts.content.file)}};
+  std::string const instrument = utf8Of(parts.content.instrument);
   if (!instrument.empty()) settings.emplace_back(Messages::tr("Instrument"), told(instrument));
   settings.emplace_back(Messages::tr("Method"), methodText(parts));
   if (parts.hasPlane()) addPlaneSettings(parts, settings);
@@ -245,7 +254,7 @@ void writeSettings(PageWriter& page, ReportParts const& parts) {
 
 QString headingOf(ReportParts const& parts) {
   if (!parts.options.title.isEmpty()) return parts.options.title;
-  QString const file = fileName(parts.job);
+  QString const file = fileName(parts.content.file);
   return file.isEmpty() ? methodText(parts) : file;
 }
 

@@ -83,6 +83,10 @@ std::string axis(double radians) {
   return text.data();
 }
 
-std::string oneTo(double value) { return value > 0.0 ? "1 : " + decimals(1.0 / value, 0) : std::string(kNone); }
+std::string oneTo(double value) {
+  constexpr double kFinest = 1e-7;  // beyond what anything measures
+  if (!(value > 0.0)) return kNone;
+  return value < kFinest ? "< 1 : " + decimals(1.0 / kFinest, 0) : "1 : " + decimals(1.0 / value, 0);
+}
 
 }  // namespace kvn::detail

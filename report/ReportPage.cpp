@@ -66,12 +66,19 @@ void writeEnd(PageWriter& page, ReportParts const& parts) {
 
 // What the map says; the picture itself knows no translator.
 constexpr char const* kMapWords[] = {
-    QT_TRANSLATE_NOOP("kvn::System", "known point"),         QT_TRANSLATE_NOOP("kvn::System", "new point"),
-    QT_TRANSLATE_NOOP("kvn::System", "side point"),          QT_TRANSLATE_NOOP("kvn::System", "nothing checks it"),
-    QT_TRANSLATE_NOOP("kvn::System", "does not fit"),        QT_TRANSLATE_NOOP("kvn::System", "direction and distance"),
-    QT_TRANSLATE_NOOP("kvn::System", "direction"),           QT_TRANSLATE_NOOP("kvn::System", "distance"),
-    QT_TRANSLATE_NOOP("kvn::System", "observed both ways"),  QT_TRANSLATE_NOOP("kvn::System", "suspect"),
-    QT_TRANSLATE_NOOP("kvn::System", "confidence ellipses"), QT_TRANSLATE_NOOP("kvn::System", "standard ellipses"),
+    QT_TRANSLATE_NOOP("kvn::System", "known point"),
+    QT_TRANSLATE_NOOP("kvn::System", "new point"),
+    QT_TRANSLATE_NOOP("kvn::System", "side point"),
+    QT_TRANSLATE_NOOP("kvn::System", "nothing checks it"),
+    QT_TRANSLATE_NOOP("kvn::System", "fails its test"),
+    QT_TRANSLATE_NOOP("kvn::System", "does not fit"),
+    QT_TRANSLATE_NOOP("kvn::System", "direction and distance"),
+    QT_TRANSLATE_NOOP("kvn::System", "direction"),
+    QT_TRANSLATE_NOOP("kvn::System", "distance"),
+    QT_TRANSLATE_NOOP("kvn::System", "observed both ways"),
+    QT_TRANSLATE_NOOP("kvn::System", "suspect"),
+    QT_TRANSLATE_NOOP("kvn::System", "confidence ellipses"),
+    QT_TRANSLATE_NOOP("kvn::System", "standard ellipses"),
 };
 
 std::string mapWord(char const* english) {
@@ -129,6 +136,11 @@ void writePage(PageWriter& page, ReportParts const& parts) {
 void writeReport(std::ostream& stream, Job const& job, ReportOptions const& options) {
   detail::PageWriter page(stream);
   detail::writePage(page, detail::ReportParts(job, options));
+}
+
+void writeReport(std::ostream& stream, ReportContent const& content, ReportOptions const& options) {
+  detail::PageWriter page(stream);
+  detail::writePage(page, detail::ReportParts(content, options));
 }
 
 void saveReport(Job const& job, QString const& path, ReportOptions const& options) {

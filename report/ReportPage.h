@@ -10,6 +10,7 @@
 namespace kvn {
 
 class Job;
+struct ReportContent;
 
 /// What a page says beside what the job tells.
 struct ReportOptions {
@@ -36,6 +37,9 @@ struct ReportOptions {
 /// @param stream  takes the page piece by piece, UTF-8; whoever gave it looks whether it could be written.
 /// @throws std::bad_alloc; what the stream throws.
 KELVANE_EXPORT void writeReport(std::ostream& stream, Job const& job, ReportOptions const& options = {});
+
+/// The same of runs that a host has made itself.
+KELVANE_EXPORT void writeReport(std::ostream& stream, ReportContent const& content, ReportOptions const& options = {});
 
 /// The same into a file, which replaces an old one only when it is complete; its folder is made where it is not there.
 /// @throws JobException with the reason where it cannot be written. An old file stays whole then.

@@ -47,24 +47,11 @@ RowChoice::RowChoice(std::size_t count, std::size_t most, std::function<double(s
   std::sort(list.begin(), list.end());
 }
 
-ReportParts::ReportParts(Job const& finishedJob, ReportOptions const& pageOptions)
-    : job(finishedJob),
-      options(pageOptions),
-      drawing(siteDrawingOf(finishedJob)),
-      plane(finishedJob.planeAdjustment()),
-      heights(finishedJob.heightAdjustment()),
-      traverses(finishedJob.traverses()),
-      literal(drawing.source == SiteDrawing::Source::Literal ? finishedJob.project()->getAlgorithmAdjust() : nullptr) {
-  for (std::size_t p = 0; p < drawing.points.size(); ++p) pointNumbers.emplace(drawing.points[p].name, p);
-  gatherFindings();
-  choosePoints();
-  chooseObservations();
-  countCircles();
-  nameObservations();
-}
+namespace {
 
-void ReportParts::gatherFindings() {
-  findings = job.findingsOf(Job::AdjustmentRun | Job::HeightRun | Job::FileTold);
+/// No notes; what may cost most first.
+std::vector<FieldFinding> findingsOf(Job const& job) {
+  std::vector<FieldFinding> findings = job.findingsOf(Job::AdjustmentRun | Job::HeightRun | Job::FileTold);
   std::vector<FieldFinding> beside =
       job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
   sortFindings(beside);
@@ -72,6 +59,51 @@ void ReportParts::gatherFindings() {
   auto const isNote = [](FieldFinding const& finding) { return finding.severity == FieldFinding::Note; };
   findings.erase(std::remove_if(findings.begin(), findings.end(), isNote), findings.end());
   sortByCost(findings);
+  return findings;
+}
+
+ReportContent contentOf(Job const& job) {
+  ReportContent content;
+  content.file = job.file();
+  content.instrument = job.project()->getInstrumentName();
+  content.plane = job.planeAdjustment();
+  content.heights = job.heightAdjustment();
+  content.traverses = job.traverses();
+  content.findings = findingsOf(job);
+  content.configure = job.project()->getConfigure();
+  content.planeOptions = job.planeOptions();
+  content.heightOptions = job.heightOptions();
+  return content;
+}
+
+AlgorithmAdjust const* literalRunOf(Job const& job) {
+  bool const isOther = job.planeAdjustment() != nullptr || !job.traverses().empty();
+  return isOther ? nullptr : job.project()->getAlgorithmAdjust();
+}
+
+}  // namespace
+
+ReportParts::ReportParts(Job const& job, ReportOptions const& pageOptions)
+    : ReportParts(contentOf(job), pageOptions, siteDrawingOf(job), judgementsOf(job), literalRunOf(job)) {}
+
+ReportParts::ReportParts(ReportContent finished, ReportOptions const& pageOptions)
+    : ReportParts(finished, pageOptions, siteDrawingOf(finished), judgementsOf(finished), nullptr) {}
+
+ReportParts::ReportParts(ReportContent finished, ReportOptions const& pageOptions, SiteDrawing drawn,
+                         std::vector<Judgement> judged, AlgorithmAdjust const* literalRun)
+    : content(std::move(finished)),
+      options(pageOptions),
+      drawing(std::move(drawn)),
+      plane(content.plane),
+      heights(content.heights),
+      traverses(content.traverses),
+      literal(literalRun),
+      judgements(std::move(judged)) {
+  for (std::size_t p = 0; p < drawing.points.size(); ++p) pointNumbers.emplace(drawing.points[p].name, p);
+  choosePoints();
+  chooseObservations();
+  countCircles();
+  nameObservations();
 }
 
 void ReportParts::choosePoints() {
@@ -115,7 +147,7 @@ std::size_t ReportParts::mapElements() const {
 }
 
 bool ReportParts::hasErrors() const {
-  bool const isAPriori = job.planeOptions().unitWeight == PlaneSettings::UnitWeight::APriori;
+  bool const isAPriori = content.planeOptions.unitWeight == PlaneSettings::UnitWeight::APriori;
   return isAPriori || (hasPlane() && plane->result().hasRedundancy);
 }
 
@@ -142,7 +174,7 @@ void ReportParts::addPlace(std::string const& from, std::string const& to, Place
 
 /// Only of lines that a finding is about: a large network has few of them.
 void ReportParts::nameObservations() {
-  for (FieldFinding const& finding : findings) {
+  for (FieldFinding const& finding : content.findings) {
     for (std::string const& target : finding.targets) places[keyOf(finding.station, target)];
   }
   if (places.empty()) return;

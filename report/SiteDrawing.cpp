@@ -9,6 +9,7 @@
 #include "job/FindingTexts.h"
 #include "job/Job.h"
 #include "records/detail/Recorded.h"
+#include "report/ReportContent.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -268,13 +269,12 @@ void addTraverseLegs(DrawingMaker& maker, TraverseResult const& traverse) {
   }
 }
 
-void addTraverses(DrawingMaker& maker, Job const& job) {
+void addTraverses(DrawingMaker& maker, std::vector<TraverseResult> const& traverses, Network const& network) {
   maker.drawing.source = SiteDrawing::Source::Traverses;
-  Network const& network = job.adjustedNetwork();
   addKnown(maker, observedKnown(network));
-  for (TraverseResult const& traverse : job.traverses()) addTraversePoints(maker, traverse);
+  for (TraverseResult const& traverse : traverses) addTraversePoints(maker, traverse);
   // A point of a chain stays what it is there.
-  for (TraverseResult const& traverse : job.traverses()) {
+  for (TraverseResult const& traverse : traverses) {
     for (TraverseSidePoint const& side : traverse.sidePoints) {
       if (maker.find(side.point.name) != kNone || !isPlace(side.point.x, side.point.y)) continue;
       SitePoint& point = maker.place(side.point.name, side.point.x, side.point.y);
@@ -286,7 +286,7 @@ void addTraverses(DrawingMaker& maker, Job const& job) {
     }
   }
   maker.observe(network);
-  for (TraverseResult const& traverse : job.traverses()) addTraverseLegs(maker, traverse);
+  for (TraverseResult const& traverse : traverses) addTraverseLegs(maker, traverse);
 }
 
 void addLiteralEllipse(DrawingMaker& maker, ErrorEllipse const& ellipse) {
@@ -390,18 +390,22 @@ void addHeights(DrawingMaker& maker, HeightAdjustment const& run) {
   }
 }
 
+PlaneSettings shownSettings(PlaneOptions const& options) {
+  PlaneSettings settings;
+  settings.confidence = options.confidence;
+  settings.datum = options.datum;
+  return settings;
+}
+
 }  // namespace
 
 SiteDrawing siteDrawingOf(Job const& job) {
   DrawingMaker maker;
   Project const& project = *job.project();
   if (job.planeAdjustment() != nullptr) {
-    PlaneSettings settings;
-    settings.confidence = job.planeOptions().confidence;
-    settings.datum = job.planeOptions().datum;
-    addPlane(maker, *job.planeAdjustment(), settings);
+    addPlane(maker, *job.planeAdjustment(), shownSettings(job.planeOptions()));
   } else if (!job.traverses().empty()) {
-    addTraverses(maker, job);
+    addTraverses(maker, job.traverses(), job.adjustedNetwork());
   } else if (project.getAlgorithmAdjust() != nullptr) {
     addLiteral(maker, job);
   } else {
@@ -412,6 +416,19 @@ SiteDrawing siteDrawingOf(Job const& job) {
   if (job.heightAdjustment() != nullptr) addHeights(maker, *job.heightAdjustment());
   maker.findSidePoints();
   maker.drawing.title = QFileInfo(job.file()).fileName().toStdString();
+  return std::move(maker.drawing);
+}
+
+SiteDrawing siteDrawingOf(ReportContent const& content) {
+  DrawingMaker maker;
+  if (content.plane != nullptr) {
+    addPlane(maker, *content.plane, shownSettings(content.planeOptions));
+  } else if (!content.traverses.empty()) {
+    addTraverses(maker, content.traverses, content.network);
+  }
+  if (content.heights != nullptr) addHeights(maker, *content.heights);
+  maker.findSidePoints();
+  maker.drawing.title = QFileInfo(content.file).fileName().toStdString();
   return std::move(maker.drawing);
 }
 

@@ -14,6 +14,7 @@ namespace kvn {
 class Job;
 class PlaneAdjustment;
 struct PlaneSettings;
+struct ReportContent;
 
 /// A standard error ellipse. The confidence ellipse is `SiteDrawing::confidenceFactor` times as large.
 struct SiteEllipse {
@@ -101,5 +102,7 @@ KELVANE_EXPORT SiteDrawing siteDrawingOf(Job const& job);
 /// Of an adjustment that came to an end, for a host that has no Job.
 /// @param settings  those that it was made with.
 KELVANE_EXPORT SiteDrawing siteDrawingOf(PlaneAdjustment const& adjustment, PlaneSettings const& settings);
+/// Of runs that a host has made itself.
+KELVANE_EXPORT SiteDrawing siteDrawingOf(ReportContent const& content);
 
 }  // namespace kvn

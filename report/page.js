@@ -12,6 +12,15 @@
   };
 
   // Copied numbers have the minus that other programs read.
+  // A browser describes each cell of a printed page for readers of PDF, which takes most of the time of a long table.
+  const hideLong = (hide) => {
+    for (const table of document.querySelectorAll("table.long")) {
+      hide ? table.setAttribute("aria-hidden", "true") : table.removeAttribute("aria-hidden");
+    }
+  };
+  addEventListener("beforeprint", () => hideLong(true));
+  addEventListener("afterprint", () => hideLong(false));
+
   document.addEventListener("copy", (event) => {
     const text = String(document.getSelection());
     if (!text.includes("\u2212") || !event.clipboardData) return;

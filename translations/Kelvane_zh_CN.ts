@@ -1819,6 +1819,54 @@
         <translation>没有突出的观测值或点。</translation>
     </message>
     <message>
+        <source>fails its test</source>
+        <translation>未通过检验</translation>
+    </message>
+    <message>
+        <source>none: nothing is redundant</source>
+        <translation>无：没有多余观测</translation>
+    </message>
+    <message>
+        <source>Nothing was tested.</source>
+        <translation>没有进行检验。</translation>
+    </message>
+    <message>
+        <source>The adjustment does not settle when suspects are left out: its results are those with all</source>
+        <translation>剔除可疑观测值时平差不收敛：结果为保留全部观测值的结果</translation>
+    </message>
+    <message>
+        <source>The adjustment does not settle with robust weights: its results are those without them</source>
+        <translation>采用稳健权时平差不收敛：结果为不采用稳健权的结果</translation>
+    </message>
+    <message>
+        <source>the known height is 0</source>
+        <translation>已知高程为 0</translation>
+    </message>
+    <message>
+        <source>A side shot misses a known point by more than the a-priori errors allow.</source>
+        <translation>支点观测与已知点之差超过先验误差允许值。</translation>
+    </message>
+    <message>
+        <source>The adjustment does not settle with all observations: %1 of %2 have no weight.</source>
+        <translation>采用全部观测值时平差不收敛：%2 个观测值中有 %1 个不计权。</translation>
+    </message>
+    <message>
+        <source>the known point does not fit the free network: its place is %1 m off</source>
+        <translation>已知点与自由网不符：位置相差 %1 m</translation>
+    </message>
+    <message>
+        <source>The misclosures are not judged: %1</source>
+        <translation>未对闭合差进行评定：%1</translation>
+    </message>
+    <message>
+        <source>the shot puts the point %1 from its other position, which stays; the a-priori errors allow %2</source>
+        <translation>该碎部点位置与其另一位置（予以保留）相差 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>No single observation is named: see the sentence at the top.</source>
+        <translation>没有指出单个观测值：见页首的结论。</translation>
+    </message>
+    <message>
         <source>Zoom in</source>
         <translation>放大</translation>
     </message>

@@ -70,6 +70,8 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
 
   // Run.
   void run();
+  void solve();
+  void treatSuspects();
   void runFree();
   bool mayBeLedAstray(bool hasFailed) const;
   void finish();

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "records/FieldFinding.h"
+#include "report/Judgement.h"
+#include "report/ReportContent.h"
 #include "report/ReportPage.h"
 #include "report/SiteDrawing.h"
 #include "report/detail/PageWriter.h"
@@ -15,11 +17,8 @@
 
 namespace kvn {
 class AlgorithmAdjust;
-class HeightAdjustment;
 class Job;
-class PlaneAdjustment;
 struct PlaneObservation;
-struct TraverseResult;
 }  // namespace kvn
 
 namespace kvn::detail {
@@ -48,18 +47,19 @@ class RowChoice {
 /// Holds references: to be used as long as job and options are there.
 class ReportParts {
  public:
-  ReportParts(Job const& finishedJob, ReportOptions const& pageOptions);
+  ReportParts(Job const& job, ReportOptions const& pageOptions);
+  ReportParts(ReportContent finished, ReportOptions const& pageOptions);
   ReportParts(ReportParts const&) = delete;
   ReportParts& operator=(ReportParts const&) = delete;
 
-  Job const& job;
+  ReportContent const content;
   ReportOptions const& options;
   SiteDrawing const drawing;
   PlaneAdjustment const* const plane;
   HeightAdjustment const* const heights;
   std::vector<TraverseResult> const& traverses;
   AlgorithmAdjust const* const literal;  ///< a run by least squares to the letter of the formats
-  std::vector<FieldFinding> findings;    ///< no notes; what may cost most first
+  std::vector<Judgement> const judgements;
 
   RowChoice points;  ///< of the drawing, of those with coordinates to hand out
   RowChoice directions;
@@ -86,7 +86,8 @@ class ReportParts {
   std::size_t lineOf(FieldFinding const& finding) const;  ///< in the drawing; kNowhere where it is not
 
  private:
-  void gatherFindings();
+  ReportParts(ReportContent finished, ReportOptions const& pageOptions, SiteDrawing drawn,
+              std::vector<Judgement> judged, AlgorithmAdjust const* literalRun);
   void choosePoints();
   void chooseObservations();
   void nameObservations();

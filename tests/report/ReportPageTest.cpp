@@ -331,6 +331,40 @@ TEST_F(ReportPage, SpeaksChineseThroughout) {
   }
 }
 
+// A host that has its own runs and no Job gets the same tables.
+TEST_F(ReportPage, HasTheResultsOfRunsThatAHostHasMadeItself) {
+  Page const ofJob = adjusted(test::samplePath("net_niemeier2008.in2"));
+  kvn::ReportContent content;
+  content.file = "net_niemeier2008.in2";
+  content.plane = job.planeAdjustment();
+  content.configure = job.project()->getConfigure();
+  auto const pageOfContent = [&content] {
+    std::ostringstream text;
+    kvn::writeReport(text, content);
+    return parsed(text.str());
+  };
+  Page const page = pageOfContent();
+  EXPECT_EQ(page.fault, "");
+  EXPECT_EQ(page.verdict, ofJob.verdict);
+  EXPECT_EQ(page.texts, ofJob.texts);
+
+  job.open(test::samplePath("trav_connecting_fr_5legs.txt"));
+  job.project()->getConfigure().AdjustMethod = 2;
+  job.adjust();
+  content.plane = nullptr;
+  content.traverses = job.traverses();
+  content.network = job.adjustedNetwork();
+  EXPECT_EQ(pageOfContent().rows("points").size(), pageOf(job).rows("points").size());
+
+  job.open(test::samplePath("trig_height_reciprocal.txt"));
+  job.adjustHeights();
+  content = kvn::ReportContent();
+  content.heights = job.heightAdjustment();
+  Page const heights = pageOfContent();
+  EXPECT_EQ(heights.fault, "");
+  EXPECT_EQ(heights.verdict, pageOf(job).verdict);
+}
+
 TEST_F(ReportPage, ReplacesAFileOnlyByAWholePage) {
   job.open(test::samplePath("net_charamza1990_p238.in2"));
   job.adjust();
