@@ -138,6 +138,18 @@ TEST(TraverseCommand, ComputesSideShotsOfEveryStation) {
   }
 }
 
+// A misread name or distance puts one point in two places, of which the first stays.
+TEST(TraverseCommand, ComparesTheShotsOfOnePoint) {
+  Program const program;
+  program.write("side.in2",
+                "5,5,5\nB,0,-100\nA,0,0\nC,0,300\nD,0,400\nA\nB,L,0\nX,L,90\nX,S,10\nP,L,180\nP,S,150\n"
+                "P\nA,L,0\nC,L,180\nC,S,150\nX,L,270\nX,S,20\nC\nP,L,0\nD,L,180\n");
+  test::Run const run = program.run({"adjust", "side.in2", "--method", "traverse", "--short"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("from its other position, which stays"));
+  EXPECT_THAT(run.out, HasSubstr("P to X"));
+}
+
 TEST(TraverseCommand, ComparesSideShotsWithKnownPoints) {
   Program const program;
   auto const run = [&program](char const* north, QStringList const& more) {

@@ -208,6 +208,30 @@ TEST_F(JobWarnings, SayThatTheKnownPointsFitWithNorthAndEastExchanged) {
     EXPECT_LT(job.planeAdjustment()->result().unitError, 2.0);
     EXPECT_EQ(found(Job::AdjustmentRun, "exchanged: shifts of up to 0.00").size(), isExchanged ? 1U : 0U);
   }
+  // Two exchanged known points are no exchanged axes; a free network goes its own way from them.
+  std::string swapped = SquareSite(4, 2, 1).text(false, true);
+  std::string const names[] = {"K0,", "K1,"};
+  std::size_t const at[] = {swapped.find(names[0]), swapped.find(names[1])};
+  swapped.replace(at[0], 3, names[1]);
+  swapped.replace(at[1], 3, names[0]);
+  for (auto const datum : {PlaneSettings::Datum::Free, PlaneSettings::Datum::Known}) {
+    options.datum = datum;
+    job.setPlaneOptions(options);
+    job.open(written("net.in2", swapped));
+    job.adjust();
+    EXPECT_THAT(found(Job::AdjustmentRun, "exchanged"), IsEmpty());
+    bool const isFree = datum == PlaneSettings::Datum::Free;
+    EXPECT_GE(found(Job::AdjustmentRun, "does not fit the free network").size(), isFree ? 2U : 0U);
+  }
+  options = PlaneOptions();
+  // Where nothing settles without suspects or with robust weights, there is the result with all of them.
+  for (bool const isRobust : {true, false}) {
+    options.weighsDownSuspects = isRobust;
+    options.leavesOutSuspects = !isRobust;
+    job.setPlaneOptions(options);
+    job.adjust();
+    EXPECT_NE(job.planeAdjustment(), nullptr);
+  }
   job.setPlaneOptions(PlaneOptions());
   // A gross error of a known point is none.
   std::string text = SquareSite(4, 2, 1).text(false, true);

@@ -400,6 +400,8 @@ TEST(ReportCommand, WritesThePageOrSaysWhyNot) {
       {{"report", heights, "out.html"}, 0, "The plane cannot be adjusted", "<p class=\"verdict bad\">"},
       {{"report", "net.in2", "out.html", "--json"}, 0, "", "id=\"t-points\""},
       {{"report", "far.in2", "out.html"}, 1, "kelvane: far.in2: ", nullptr},
+      // A second file of data is no page to write.
+      {{"report", "net.in2", "book.txt"}, 1, "book.txt", nullptr},
       {{"report", "net.in2", "net.in2/out.html"}, 1, "was not written", nullptr},
       {{"report", "net.in2"}, 2, "FILE is missing", nullptr},
       {{"report", "net.in2", "out.html", "--language", "fr"}, 2, "--language is en or zh, not fr", nullptr},
