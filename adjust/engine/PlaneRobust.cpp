@@ -2,6 +2,7 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/NetworkEquations.h"
+#include "adjust/plane/Quantiles.h"
 #include "records/detail/Messages.h"
 
 #include <algorithm>
@@ -19,7 +20,6 @@ using detail::index;
 // observations lies beyond kKept, and next to none beyond kNone, which leaves room above the bound of a suspect.
 constexpr double kKept = 2.5;
 constexpr double kNone = 6.0;
-constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
 // A median of fewer observations of a kind may be that of gross errors.
 constexpr std::size_t kFewOfAKind = 20;
 // The first rounds of a network that has no trusted start lower weights as Huber (1964) does, and take none away.
@@ -98,7 +98,7 @@ std::vector<double> PlaneAdjustment::Data::standardisedSizes() {
        {std::make_pair(sizes.begin(), sizes.begin() + middle), std::make_pair(sizes.begin() + middle, sizes.end())}) {
     std::vector<double> const kind = checked(begin, end);
     double const median = kind.size() < kFewOfAKind ? ofAll : detail::medianOf(kind);
-    double const scale = std::max(1.0, median / kNormalMedian);
+    double const scale = std::max(1.0, median / detail::kNormalMedian);
     std::for_each(begin, end, [scale](double& size) { size = size < 0.0 ? size : size / scale; });
   }
   return sizes;

@@ -3,6 +3,7 @@
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/GrossErrors.h"
 #include "adjust/plane/NetworkEquations.h"
+#include "adjust/plane/Quantiles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,8 +17,7 @@ using detail::index;
 constexpr int kMostSuspects = 50;
 // A median of fewer may be that of gross errors.
 constexpr std::size_t kFew = 20;
-constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
-constexpr double kAllowed = 2.576;        // standard errors, 99 %
+constexpr double kAllowed = 2.576;  // standard errors, 99 %
 constexpr std::size_t kMostLoops = 100;
 
 }  // namespace
@@ -64,7 +64,7 @@ void HeightAdjustment::Data::findSuspects() {
     for (Candidate const& candidate : all) {
       if (candidate.kind == HeightSuspect::Sight) sizes.push_back(candidate.test());
     }
-    double const common = sizes.size() < kFew ? 1.0 : std::max(1.0, detail::medianOf(sizes) / kNormalMedian);
+    double const common = sizes.size() < kFew ? 1.0 : std::max(1.0, detail::medianOf(sizes) / detail::kNormalMedian);
     Candidate const worst = *std::max_element(
         all.begin(), all.end(), [](Candidate const& x, Candidate const& y) { return x.test() < y.test(); });
     if (!(worst.test() > critical * common)) break;

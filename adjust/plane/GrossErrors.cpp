@@ -1,6 +1,7 @@
 #include "adjust/plane/GrossErrors.h"
 
 #include "adjust/linalg/Index.h"
+#include "adjust/plane/Quantiles.h"
 #include "adjust/plane/SparseNormals.h"
 
 #include <algorithm>
@@ -24,7 +25,6 @@ constexpr int kTestRounds = 40;
 constexpr double kSameScale = 1.01;
 // Weight of a suspect against its own: it decides where nothing else does.
 constexpr double kSuspectWeight = 1e-8;
-constexpr double kNormalMedian = 0.6745;  // of the size of a standard normal variable
 // A median of fewer observations may be that of gross errors.
 constexpr std::size_t kFewOfAKind = 20;
 

@@ -3,6 +3,8 @@
 
 namespace kvn::detail {
 
+constexpr double kNormalMedian = 0.6745;  ///< of the size of a standard normal variable
+
 /// Critical size of a residual over its standard error, error probability 0.1 % two-sided, where the unit weight error
 /// is known: 3.29.
 double normalCriticalValue();
