@@ -146,9 +146,12 @@ void reportTraverses(Session& session, std::vector<FieldFinding> const& findings
   Json::Value json;
   Json::Value all(Json::arrayValue);
   PointHeights const heights(session.job().heightAdjustment());
+  Configure configure = session.project().getConfigure();
+  bool const isSum = session.job().planeOptions().distanceForm == ObservationErrors::Form::Sum;
+  if (session.job().reading() != Job::Reading::AsRead) configure.LineCalculateExpression = isSum;
   for (TraverseResult const& traverse : session.job().traverses()) {
-    TraverseReport const finished(session.file(), session.project().getConfigure(), traverse,
-                                  session.job().adjustedNetwork(), heights);
+    TraverseReport finished(session.file(), configure, traverse, session.job().adjustedNetwork(), heights);
+    finished.setLimits(session.job().traverseOptions());
     if (wanted.json) {
       all.append(finished.json());
     } else {

@@ -2,6 +2,9 @@
 
 #include "AdjustReport.h"
 
+#include <utils/Circle.h>
+
+#include <cmath>
 #include <utility>
 
 namespace kvn::host {
@@ -20,6 +23,10 @@ TraverseReport::TraverseReport(QString path, Configure const& settings, Traverse
 double TraverseReport::angularMisclosure() const {
   std::size_t const angles = stations.size() - (result.closing == TraverseClosing::OnItself ? 1 : 0);
   return -summary.angleCorrection * static_cast<double>(angles);
+}
+
+double TraverseReport::angleLimit() const {
+  return limits.allowedAngle / utils::kSecondsPerRadian * std::sqrt(static_cast<double>(result.judgement->angles));
 }
 
 double TraverseReport::sumOfLegs() const {

@@ -22,6 +22,9 @@ class TraverseReport {
   TraverseReport(QString path, Configure const& settings, TraverseResult const& traverse, Network const& network,
                  PointHeights const& pointHeights);
 
+  /// Of the misclosures, as the user has set them.
+  void setLimits(TraverseOptions const& options) { limits = options; }
+
   QString headText() const;
   /// The table of the traverse, a line for each station, and the misclosures.
   QString tablesText() const;
@@ -33,6 +36,7 @@ class TraverseReport {
   bool closes() const { return summary.hasMisclosure && result.closing != TraverseClosing::AtForePoint; }
   bool isLeg(std::size_t station) const { return !closes() || station + 1 < stations.size(); }
   double angularMisclosure() const;
+  double angleLimit() const;  ///< that the user has set, for these angles, radians
   double sumOfLegs() const;
 
   QString stationsText() const;
@@ -55,6 +59,7 @@ class TraverseReport {
   QString file;
   Configure const& configure;
   TraverseResult const& result;
+  TraverseOptions limits;
   TraverseSummary const& summary;
   std::vector<TraverseInfo> const& stations;
   std::vector<PointInfo> const& points;

@@ -88,6 +88,8 @@ void TraverseReport::addJudgement(Json::Value& json) const {
   json["alongAllowed"] = number(judged.alongAllowed);
   json["acrossAllowed"] = number(judged.acrossAllowed);
   json["fsAllowed"] = number(judged.fsAllowed);
+  if (limits.allowedAngle > 0.0) json["angleLimit"] = number(angleLimit());
+  if (limits.allowedRelative > 0.0) json["relativeLimit"] = number(1.0 / limits.allowedRelative);
   json["suspects"] = Json::Value(Json::arrayValue);
   for (TraverseSuspect const& suspect : judged.suspects) {
     TraverseInfo const& at = stations[suspect.station];

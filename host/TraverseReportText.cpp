@@ -116,6 +116,15 @@ QString TraverseReport::allowedText() const {
   addLength("along [mm]", judged.along, judged.alongAllowed);
   addLength("across [mm]", judged.across, judged.acrossAllowed);
   if (judged.isLoop()) addLength("fs [mm]", judged.fs, judged.fsAllowed);
+  if (limits.allowedAngle > 0.0) {
+    double const limit = angleLimit();
+    add(u8"angles [″], limit", judged.angle, limit, has, seconds(secondsOf(limit)));
+  }
+  if (limits.allowedRelative > 0.0) {
+    auto const oneTo = [](double value) { return QString("1 : %1").arg(value, 0, 'f', 0); };
+    add("relative, limit", judged.relative, 1.0 / limits.allowedRelative, oneTo(1.0 / judged.relative),
+        oneTo(limits.allowedRelative));
+  }
   return titled("Misclosures and what the a-priori errors allow (99 %)", table);
 }
 

@@ -5,6 +5,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 
 #include <QHash>
 #include <cmath>
@@ -79,19 +80,27 @@ std::size_t detail::giveApproximate(JobState const& state, PlaneNetwork& network
 }
 
 /// Known points keep their own coordinates. Where the others are of another place, one of the two files is wrong.
-void detail::tellContradictions(JobState const& state, PlaneNetwork const& network) {
-  if (state.approximate.empty()) return;
+std::vector<FieldFinding> detail::tellContradictions(JobState const& state, PlaneNetwork const& network) {
+  std::vector<FieldFinding> findings;
+  if (state.approximate.empty()) return findings;
   PointsByName const table = byName(state.file, state.approximate);
   QStringList names;
   for (PlaneNetwork::Point const& point : network.points) {
     auto const found = table.constFind(recordText(point.name));
     if (!point.isKnown || found == table.constEnd()) continue;
     CoordinatePointInfo const& told = state.approximate[*found];
-    if (std::hypot(told.N - point.x, told.E - point.y) > kContradicts) names << recordText(point.name);
+    double const off = std::hypot(told.N - point.x, told.E - point.y);
+    if (!(off > kContradicts)) continue;
+    names << recordText(point.name);
+    findings.push_back({FieldFinding::Warning,
+                        {},
+                        {point.name},
+                        Messages::tr("the approximate coordinates are more than 1 m from its own, which count")});
   }
-  if (names.isEmpty()) return;
+  if (names.isEmpty()) return findings;
   sendWarning(QString("Known points whose approximate coordinates are more than 1 m from their own, which count: %1")
                   .arg(listedNames(names)));
+  return findings;
 }
 
 void detail::tellUnusedApproximate(JobState const& state, std::size_t unused) {

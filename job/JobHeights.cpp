@@ -225,9 +225,13 @@ detail::FinishedHeights detail::heightsBeside(JobState const& state, utils::IPro
   try {
     done = adjustedSights(state, std::move(reduction), keep, cancel);
   } catch (JobException const& failure) {
-    keep(text.arg(failure.text), Warning);
+    missing = failure.text;
   } catch (AlgorithmException const& failure) {
-    keep(text.arg(worded(failure, Network())), Warning);
+    missing = worded(failure, Network());
+  }
+  if (!missing.isEmpty()) {
+    keep(text.arg(missing), Warning);
+    done.findings.push_back({FieldFinding::Warning, {}, {}, text.arg(missing)});
   }
   done.messages = std::move(messages);
   return done;

@@ -15,7 +15,7 @@ void detail::planNetwork(JobState& state, utils::IProcessCancel const& cancel) {
   if (!fault.isEmpty()) throw JobException(state.file, fault);
   PlaneNetwork network = observedNetwork(state);
   tellUnusedApproximate(state, giveApproximate(state, network));
-  tellContradictions(state, network);
+  std::vector<FieldFinding> const contradictions = tellContradictions(state, network);
   setPlannedValues(network);
   setErrors(network, observationErrors(state));
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settingsOf(state.plane));
@@ -33,6 +33,7 @@ void detail::planNetwork(JobState& state, utils::IProcessCancel const& cancel) {
   run->setCancelCall({});
   tellUnchecked(*run);
   state.runFindings = findingsToldBy(*run);
+  state.runFindings.insert(state.runFindings.end(), contradictions.begin(), contradictions.end());
   state.planned = std::move(run);
 }
 

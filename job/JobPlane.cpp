@@ -259,7 +259,7 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   PlaneNetwork network = weighedObservations(state);
   tellUnusedApproximate(state, giveApproximate(state, network));
-  tellContradictions(state, network);
+  std::vector<FieldFinding> const contradictions = tellContradictions(state, network);
   PlaneSettings const settings = settingsOf(state.plane);
   std::function<bool()> const isCancelled = cancel.getCancelCall();
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settings);
@@ -290,6 +290,7 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   for (QString const& line : warningLines(findings)) sendWarning(line);
   std::vector<FieldFinding> const told = findingsToldBy(*run);
   findings.insert(findings.end(), told.begin(), told.end());
+  findings.insert(findings.end(), contradictions.begin(), contradictions.end());
   sortByCost(findings);
   FinishedHeights heights = heightsBeside(state, cancel);
   state.runFindings = std::move(findings);

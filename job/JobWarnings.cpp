@@ -77,6 +77,12 @@ double costOf(PlaneObservation const& observation) {
   return std::abs(observation.residual) / observation.redundancy * observation.effect / observation.detectable;
 }
 
+/// Of suspects that had to lose their weight nobody knows whether they are wrong: what they miss the others by, metres.
+double costOfLost(PlaneObservation const& observation, SuspectObservation const& suspect) {
+  double const size = std::abs(suspect.difference);
+  return suspect.isDirection ? size / utils::kSecondsPerRadian * observation.length : size;
+}
+
 /// Of a run that has failed there is no result, and no cost.
 FieldFinding suspicionOf(PlaneAdjustment const& run, SuspectObservation const& suspect) {
   FieldFinding finding = warning(suspect.from, {suspect.to}, detail::textOfSuspect(suspect));
@@ -85,7 +91,8 @@ FieldFinding suspicionOf(PlaneAdjustment const& run, SuspectObservation const& s
   finding.line = sightOf(run.network(), suspect.isDirection, number).origin.line;
   PlaneResult const& result = run.result();
   std::vector<PlaneObservation> const& list = suspect.isDirection ? result.directions : result.distances;
-  double const cost = number < list.size() ? costOf(list[number]) : 0.0;
+  double cost = 0.0;
+  if (number < list.size()) cost = result.isWithoutSuspects ? costOfLost(list[number], suspect) : costOf(list[number]);
   finding.cost = std::isfinite(cost) ? cost : 0.0;
   return finding;
 }
@@ -221,13 +228,16 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   std::vector<FieldFinding> findings;
   PlaneResult const& result = run.result();
   for (SuspectObservation const& suspect : run.suspects()) findings.push_back(suspicionOf(run, suspect));
+  double largest = 0.0;
+  for (FieldFinding const& finding : findings) largest = std::max(largest, finding.cost);
   for (PlaneLeftOut const& left : result.leftOut) findings.push_back(leavingOf(run, left));
   addControl(run, findings);
   for (std::size_t const point : result.commonControl) {
     findings.push_back(
         warning({}, {run.network().points[point].name},
                 Messages::tr("most of the suspected observations are those of this known point, whose coordinates may "
-                             "be wrong")));
+                             "be wrong"),
+                largest));
   }
   for (PlaneAlternative const& other : result.alternatives) {
     Sight const sight = sightOf(run.network(), other.isDirection, other.observation);

@@ -1831,6 +1831,10 @@
         <translation>没有进行检验。</translation>
     </message>
     <message>
+        <source>the approximate coordinates are more than 1 m from its own, which count</source>
+        <translation>近似坐标与其自身坐标相差超过 1 m，以其自身坐标为准</translation>
+    </message>
+    <message>
         <source>The adjustment does not settle when suspects are left out: its results are those with all</source>
         <translation>剔除可疑观测值时平差不收敛：结果为保留全部观测值的结果</translation>
     </message>

@@ -88,8 +88,8 @@ void requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& 
 /// Gives the unknown points the approximate coordinates of the job. @return how many of these have names that are not
 /// in the network.
 std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
-/// Warns of known points that they put in another place.
-void tellContradictions(JobState const& state, PlaneNetwork const& network);
+/// Warns of known points that they put in another place. @return the same as findings.
+std::vector<FieldFinding> tellContradictions(JobState const& state, PlaneNetwork const& network);
 /// Says how many that are, if any.
 void tellUnusedApproximate(JobState const& state, std::size_t unused);
 /// The observations of the job, without errors, and the points that are observed.
