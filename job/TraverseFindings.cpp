@@ -115,8 +115,8 @@ void detail::requireNotFarBeyond(TraverseResult const& result, JobState const& s
 namespace {
 
 /// Of 100 faultless positions 99 are within this many standard errors of the difference: the root of χ²(0.99; 2).
-constexpr double kWithinErrors = 3.035;
-constexpr double kWithoutErrors = 0.02;  // where nothing tells the errors, metres
+constexpr double kWithinShots = 3.035;
+constexpr double kShotsWithoutErrors = 0.02;  // where nothing tells the errors, metres
 
 /// A point that is shot from several stations, or is one of the chain, has several positions, of which the first stays.
 class RepeatedPoints {
@@ -132,7 +132,7 @@ class RepeatedPoints {
     Position const& at = found->second;
     double const off = std::hypot(side.point.x - at.x, side.point.y - at.y);
     double const error = std::hypot(side.mp, at.error);
-    double const allowed = std::isfinite(error) && error > 0.0 ? kWithinErrors * error : kWithoutErrors;
+    double const allowed = std::isfinite(error) && error > 0.0 ? kWithinShots * error : kShotsWithoutErrors;
     if (!(off > allowed)) return;
     QString const text = Messages::tr(
         "the shot puts the point %1 from its other position, which stays; the a-priori "

@@ -249,7 +249,8 @@ TEST_F(ReportPage, KeepsNamesWhateverTheyAre) {
   std::string text = "3,3,2\nA,0,0\nB,0,100\nA\nB,L,0\n";
   int angle = 20;
   for (std::string const& name : names) {
-    text += name + ",L," + std::to_string(angle += 10) + ".0\n" + name + ",S,50\n";
+    text.append(name).append(",L,").append(std::to_string(angle += 10)).append(".0\n");
+    text.append(name).append(",S,50\n");
   }
   Page const page = adjusted(written("names.in2", text));
   expectSound(page);

@@ -251,7 +251,7 @@ TEST(Walks, FindEveryTraverseOfAFileAndRefuseBranches) {
       bool const isBack = walk.stations.front().stationPoint.name == "C" && walk.stations.size() > 1;
       for (TraverseInfo const& station : walk.stations) {
         std::string const& name = station.stationPoint.name;
-        chain = isBack ? name + " " + chain : chain + name + " ";
+        chain.insert(isBack ? 0 : chain.size(), name + " ");
       }
       chains.push_back(std::to_string(walk.method) + ": " + chain);
     }
