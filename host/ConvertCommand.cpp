@@ -17,14 +17,7 @@ int runConvert(QStringList const& arguments) {
     tellWarnings(session.job().findingsOf(Job::FileText));
     bool const saved = save(session, options->outFile,
                             [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
-    if (options->json) {
-      Json::Value json;
-      json["file"] = options->outFile.toStdString();
-      json["ok"] = saved;
-      json["messages"] = session.messages().take();
-      printJson(json);
-    }
-    return saved ? Done : Refused;
+    return finishSaving(session, options->outFile, saved, options->json);
   });
 }
 

@@ -78,18 +78,6 @@ int PlaneReport::lineOf(SuspectObservation const& suspect) const {
   return suspect.number < 0 ? 0 : named(suspect.isDirection, static_cast<std::size_t>(suspect.number)).line;
 }
 
-void PlaneReport::setHeights(HeightAdjustment const* adjustment) {
-  heights = adjustment;
-  if (heights == nullptr) return;
-  std::unordered_map<std::string, HeightPoint const*> byName;
-  for (std::size_t p = 0; p < heights->network().points.size(); ++p) {
-    byName.emplace(heights->network().points[p].name, &heights->result().points[p]);
-  }
-  heightOfPoint.clear();
-  for (PlaneNetwork::Point const& point : network.points) {
-    auto const found = byName.find(point.name);
-    heightOfPoint.push_back(found == byName.end() ? nullptr : found->second);
-  }
-}
+void PlaneReport::setHeights(HeightAdjustment const* adjustment) { heights = PointHeights(adjustment); }
 
 }  // namespace kvn::host

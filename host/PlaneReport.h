@@ -3,6 +3,7 @@
 
 #include "JsonStream.h"
 #include "Output.h"
+#include "PointHeights.h"
 
 #include <Kelvane.h>
 #include <json/value.h>
@@ -109,9 +110,8 @@ class PlaneReport {
   PlaneNetwork const& network;
   PlaneResult const& result;
   std::vector<Circle> circles;
-  HeightAdjustment const* heights = nullptr;
-  std::vector<HeightPoint const*> heightOfPoint;  ///< null where there is none
-  std::vector<int> circlesOfPoint;                ///< how many a point has
+  PointHeights heights{nullptr};
+  std::vector<int> circlesOfPoint;  ///< how many a point has
   std::vector<PlaneControl const*> controlOfPoint;
 };
 

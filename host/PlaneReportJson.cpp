@@ -135,19 +135,7 @@ void PlaneReport::writeApproximate(JsonStream& json) const {
 }
 
 /// Of the heights as a whole; null where there are none.
-void PlaneReport::writeHeights(JsonStream& json) const {
-  Json::Value entry;
-  if (heights != nullptr) {
-    HeightResult const& of = heights->result();
-    entry["redundancy"] = of.redundancy;
-    entry["unitError"] = number(of.unitError);
-    entry["globalTest"]["lower"] = number(of.lowerBound);
-    entry["globalTest"]["upper"] = number(of.upperBound);
-    entry["globalTest"]["value"] = number(of.unitError);
-    entry["globalTest"]["passed"] = of.hasRedundancy ? Json::Value(of.isPassed) : Json::Value();
-  }
-  json.member("heights").value(entry);
-}
+void PlaneReport::writeHeights(JsonStream& json) const { json.member("heights").value(heights.json()); }
 
 void PlaneReport::writePoints(JsonStream& json) const {
   json.member("points").beginArray();
@@ -155,7 +143,7 @@ void PlaneReport::writePoints(JsonStream& json) const {
     PlanePoint const& point = result.points[p];
     json.beginObject();
     json.member("checked").truth(point.isChecked);
-    HeightPoint const* const height = heights == nullptr ? nullptr : heightOfPoint[p];
+    HeightPoint const* const height = heights.of(network.points[p].name);
     json.member("height").number(height == nullptr ? kNoNumber : height->height);
     json.member("heightError").number(height == nullptr ? kNoNumber : height->error);
     json.member("known").truth(network.points[p].isKnown);

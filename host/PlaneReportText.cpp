@@ -41,15 +41,7 @@ QString PlaneReport::headText(QString const& judgement) const {
       {"By kind", kindsText()},
       {"Iterations", QString::number(result.iterations)},
   };
-  if (heights != nullptr) {
-    HeightResult const& of = heights->result();
-    QString const text = of.hasRedundancy
-                             ? QString("%1, expected between %2 and %3")
-                                       .arg(decimals(of.unitError), decimals(of.lowerBound), decimals(of.upperBound)) +
-                                   (of.isPassed ? "" : ": fails")
-                             : QString("- (nothing is redundant)");
-    lines.push_back({"Unit weight error of heights", text});
-  }
+  if (heights.exist()) lines.push_back({"Unit weight error of heights", heights.unitErrorText()});
   if (isFree()) lines.insert(lines.begin() + 2, {"Datum", datumText()});
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
@@ -142,21 +134,16 @@ QString PlaneReport::kindsText() const {
 }
 
 void PlaneReport::addHeight(std::size_t p, std::vector<std::string>& cells) const {
-  if (heights == nullptr) return;
-  HeightPoint const* const height = heightOfPoint[p];
-  if (height == nullptr) {
-    cells.insert(cells.end(), {"-", ""});
-    return;
-  }
-  std::string const error = height->error == 0.0 ? "known" : millimetresText(height->error);
-  cells.insert(cells.end(), {metresText(height->height), height->isChecked ? error : error + " (unchecked)"});
+  if (!heights.exist()) return;
+  std::vector<std::string> const ofHeight = heights.utf8Cells(network.points[p].name);
+  cells.insert(cells.end(), ofHeight.begin(), ofHeight.end());
 }
 
 void PlaneReport::writePointTable(TextSink const& sink) const {
   std::vector<TextTable::Column> columns{{"Point", TextTable::Left},       {"North x [m]", TextTable::Right},
                                          {"East y [m]", TextTable::Right}, {"mx [mm]", TextTable::Right},
                                          {"my [mm]", TextTable::Right},    {"mp [mm]", TextTable::Right}};
-  if (heights != nullptr) {
+  if (heights.exist()) {
     columns.push_back({"Height [m]", TextTable::Right});
     columns.push_back({"mh [mm]", TextTable::Right});
   }

@@ -19,11 +19,17 @@ HeightPoint const* PointHeights::of(std::string const& point) const {
   return found == byName.end() ? nullptr : found->second;
 }
 
-QStringList PointHeights::cells(std::string const& point) const {
+std::vector<std::string> PointHeights::utf8Cells(std::string const& point) const {
   HeightPoint const* const height = of(point);
   if (height == nullptr) return {"-", ""};
-  QString const error = height->error == 0.0 ? QString("known") : millimetres(height->error);
-  return {metres(height->height), height->isChecked ? error : error + " (unchecked)"};
+  std::string const error = height->error == 0.0 ? "known" : millimetresText(height->error);
+  return {metresText(height->height), height->isChecked ? error : error + " (unchecked)"};
+}
+
+QStringList PointHeights::cells(std::string const& point) const {
+  QStringList list;
+  for (std::string const& cell : utf8Cells(point)) list << QString::fromStdString(cell);
+  return list;
 }
 
 void PointHeights::addTo(Json::Value& json, std::string const& point) const {

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace kvn::host {
 
@@ -17,7 +18,9 @@ class PointHeights {
   explicit PointHeights(HeightAdjustment const* adjustment);
 
   bool exist() const { return run != nullptr; }
-  /// Height and standard error for a table: "-" for a point that has none.
+  HeightPoint const* of(std::string const& point) const;  ///< null for a point that has none
+  /// Height and standard error for a table, UTF-8: "-" for a point that has none.
+  std::vector<std::string> utf8Cells(std::string const& point) const;
   QStringList cells(std::string const& point) const;
   /// The members `height` and `heightError`, null where there are none.
   void addTo(Json::Value& json, std::string const& point) const;
@@ -26,8 +29,6 @@ class PointHeights {
   Json::Value json() const;
 
  private:
-  HeightPoint const* of(std::string const& point) const;
-
   HeightAdjustment const* run;
   std::unordered_map<std::string, HeightPoint const*> byName;
 };

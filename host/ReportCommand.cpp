@@ -59,14 +59,7 @@ int runReport(QStringList const& arguments) {
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
     bool const saved = save(session, options->outFile,
                             [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
-    if (options->json) {
-      Json::Value json;
-      json["file"] = options->outFile.toStdString();
-      json["ok"] = saved;
-      json["messages"] = session.messages().take();
-      printJson(json);
-    }
-    return saved ? Done : Refused;
+    return finishSaving(session, options->outFile, saved, options->json);
   });
 }
 

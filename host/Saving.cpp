@@ -49,4 +49,15 @@ bool save(Session& session, QString const& path, std::function<void(Session&, QS
   return session.messages().errorCount() == errorsBefore;
 }
 
+int finishSaving(Session& session, QString const& path, bool saved, bool asJson) {
+  if (asJson) {
+    Json::Value json;
+    json["file"] = path.toStdString();
+    json["ok"] = saved;
+    json["messages"] = session.messages().take();
+    printJson(json);
+  }
+  return saved ? Done : Refused;
+}
+
 }  // namespace kvn::host

@@ -23,4 +23,7 @@ void tellWithoutPlace(SiteDrawing const& drawing);
 /// Runs `write`. @return  whether the file is there as a whole; if not, an `Error` message has told why.
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write);
 
+/// Prints what has come of it where JSON is wanted. @return the exit code.
+int finishSaving(Session& session, QString const& path, bool saved, bool asJson);
+
 }  // namespace kvn::host

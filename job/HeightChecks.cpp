@@ -88,8 +88,7 @@ class InstrumentHeights {
     isWrong[setUp] = true;
     QString const text = Messages::tr(
         "the heights of the instrument in two set-ups, %1 m and %2 m, do not agree: by their common targets one of "
-        "them "
-        "is off by %3 mm");
+        "them is off by %3 mm");
     tell(FieldFinding::Warning, setUp,
          text.arg(first, 0, 'f', 4).arg(second, 0, 'f', 4).arg(millimetres(std::abs(mean))), std::abs(mean));
   }

@@ -9,15 +9,14 @@
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "job/detail/WriteWhole.h"
 #include "reduction/FieldReduction.h"
 
 #include <utils/FileText.h>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <iterator>
-#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -83,16 +82,6 @@ Rows writable(QString const& path, Rows const& rows) {
   return kept;
 }
 
-/// Replaces a file, creating its folder, by what `print` prints.
-void writeWhole(QString const& path, std::function<void(std::ostream&)> const& print) {
-  std::ostringstream text;
-  text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the file
-  print(text);
-  utils::createFolderOf(path);
-  QString const error = utils::replaceFile(path, text.str());
-  if (!error.isEmpty()) throw JobException(path, error);
-}
-
 /// Lends the project rows in the place of its own.
 class LentRows {
  public:
@@ -124,7 +113,7 @@ void writeRows(JobState const& state, QString const& path) {
   VRDTraverseDataCollcetion traverse;
   ITraverseDataCollcetion& collection = kind == "lqf" ? static_cast<ITraverseDataCollcetion&>(job) : traverse;
   collection.setTraverseDataList(rows);
-  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// The coordinate list; without one the known points of a job or of a network.
@@ -151,7 +140,7 @@ void writeCoordinates(JobState const& state, QString const& path) {
     throw JobException(path, "there is no point with coordinates to write");
   for (CoordinatePointInfo const& point : collection.getCoordinateDataList()) requireName(path, point.name);
   if (!state.project->isCoordinateData()) sendWarning("Only the known points have coordinates to write");
-  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// The network of the rows as they are now. A list of coordinates alone becomes known points.
@@ -183,7 +172,7 @@ void writeNetwork(JobState const& state, QString const& path) {
   collection.setConfigure(state.project->getConfigure());
   collection.setKnownPointList(network.knownPoints);
   collection.setNetworkDataList(network.lines);
-  writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
+  detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
 /// A project file cannot distinguish a direction of 0 from a missing one.

@@ -2,16 +2,13 @@
 
 #include "job/Job.h"
 #include "job/JobException.h"
+#include "job/detail/WriteWhole.h"
 #include "report/detail/PlainNumber.h"
 #include "report/detail/PointColumns.h"
 
-#include <utils/FileText.h>
-
 #include <QFileInfo>
 #include <cmath>
-#include <functional>
 #include <ostream>
-#include <sstream>
 #include <string>
 
 namespace kvn {
@@ -119,15 +116,6 @@ void writeHead(std::ostream& stream, SiteDrawing const& drawing, int epsg) {
   stream << "},\n\"features\":[";
 }
 
-void replaceBy(QString const& path, std::function<void(std::ostream&)> const& print) {
-  std::ostringstream text;
-  text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the file
-  print(text);
-  utils::createFolderOf(path);
-  QString const error = utils::replaceFile(path, text.str());
-  if (!error.isEmpty()) throw JobException(path, error);
-}
-
 }  // namespace
 
 QStringList exchangeKinds() { return {"csv", "geojson", "dxf", "svg"}; }
@@ -189,7 +177,7 @@ void writeExchange(QString const& path, SiteDrawing const& drawing, ExchangeOpti
   Job::requireWritableKind(path, exchangeKinds());
   if (drawing.points.empty()) throw JobException(path, "there is no point with coordinates to write");
   QString const kind = QFileInfo(path).suffix().toLower();
-  replaceBy(path, [&](std::ostream& stream) {
+  detail::writeWhole(path, [&](std::ostream& stream) {
     if (kind == "csv") return writeCsv(stream, drawing, options);
     if (kind == "geojson") return writeGeoJson(stream, drawing, options);
     if (kind == "dxf") return writeDxf(stream, drawing, options);

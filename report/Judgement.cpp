@@ -9,6 +9,7 @@
 #include "records/detail/Messages.h"
 #include "report/ReportContent.h"
 #include "report/detail/PageNumbers.h"
+#include "report/detail/ReportParts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -80,12 +81,6 @@ Judgement judgedLiteral(AdjustSummary const& summary) {
   return {Judgement::Look, text.arg(told(detail::ratio(summary.unitError)))};
 }
 
-/// Of a run by least squares to the letter; else null.
-AlgorithmAdjust const* literalRun(Job const& job) {
-  bool const isOther = job.planeAdjustment() != nullptr || !job.traverses().empty();
-  return isOther || job.project() == nullptr ? nullptr : job.project()->getAlgorithmAdjust();
-}
-
 Judgement judgedHeights(HeightResult const& result, double confidence) {
   if (!result.hasRedundancy) {
     return {Judgement::Look,
@@ -146,7 +141,7 @@ std::vector<Judgement> judged(PlaneAdjustment const* plane, AlgorithmAdjust cons
 }  // namespace
 
 std::vector<Judgement> judgementsOf(Job const& job) {
-  return judged(job.planeAdjustment(), literalRun(job), job.traverses(), job.heightAdjustment(),
+  return judged(job.planeAdjustment(), detail::literalRunOf(job), job.traverses(), job.heightAdjustment(),
                 job.planeOptions().confidence);
 }
 

@@ -3,6 +3,7 @@
 #include "adjust/HeightAdjustment.h"
 #include "adjust/PlaneAdjustment.h"
 #include "adjust/TraverseResult.h"
+#include "adjust/plane/Quantiles.h"
 #include "core/Configure.h"
 #include "core/Project.h"
 #include "job/Job.h"
@@ -20,9 +21,6 @@
 
 namespace kvn::detail {
 namespace {
-
-// A unit weight error beyond tells of something wrong; errors that would fit mean nothing then.
-constexpr double kDoubtfulUnitError = 20.0;
 
 QString told(std::string const& utf8) { return QString::fromStdString(utf8); }
 

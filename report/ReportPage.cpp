@@ -1,18 +1,15 @@
 #include "report/ReportPage.h"
 
-#include "job/JobException.h"
+#include "job/detail/WriteWhole.h"
 #include "records/detail/Messages.h"
 #include "report/SiteSvg.h"
 #include "report/detail/PageAssets.h"
 #include "report/detail/ReportParts.h"
 
-#include <utils/FileText.h>
-
 #include <QtGlobal>
 #include <algorithm>
 #include <cstring>
 #include <ostream>
-#include <sstream>
 
 namespace kvn {
 namespace detail {
@@ -144,12 +141,7 @@ void writeReport(std::ostream& stream, ReportContent const& content, ReportOptio
 }
 
 void saveReport(Job const& job, QString const& path, ReportOptions const& options) {
-  std::ostringstream text;
-  text.exceptions(std::ios::badbit);  // else a failed allocation would leave a part of the page
-  writeReport(text, job, options);
-  utils::createFolderOf(path);
-  QString const error = utils::replaceFile(path, text.str());
-  if (!error.isEmpty()) throw JobException(path, error);
+  detail::writeWhole(path, [&](std::ostream& stream) { writeReport(stream, job, options); });
 }
 
 }  // namespace kvn

@@ -76,12 +76,12 @@ ReportContent contentOf(Job const& job) {
   return content;
 }
 
+}  // namespace
+
 AlgorithmAdjust const* literalRunOf(Job const& job) {
   bool const isOther = job.planeAdjustment() != nullptr || !job.traverses().empty();
   return isOther ? nullptr : job.project()->getAlgorithmAdjust();
 }
-
-}  // namespace
 
 ReportParts::ReportParts(Job const& job, ReportOptions const& pageOptions)
     : ReportParts(contentOf(job), pageOptions, siteDrawingOf(job), judgementsOf(job), literalRunOf(job)) {}

@@ -2,6 +2,7 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/input/CalculationFailure.h"
 #include "adjust/linalg/Index.h"
+#include "adjust/plane/Quantiles.h"
 #include "core/AlgorithmException.h"
 
 #include <algorithm>
@@ -18,8 +19,6 @@ namespace {
 using detail::index;
 using detail::NumberedNetwork;
 
-// A free network whose residuals are larger than told by this factor may have begun in the wrong place.
-constexpr double kDoubtfulUnitError = 20.0;
 // Datum points that lie this near to where they are wanted have not led the start astray, metres.
 constexpr double kNearEnough = 0.1;
 
@@ -96,10 +95,8 @@ void PlaneAdjustment::Data::runFree() {
   if (mayBeLedAstray(failure != nullptr)) {
     auto const asLed = fit(failure);
     std::exception_ptr const again = attempt(&Data::placeByGeometry);
-    if (!(fit(again) < asLed))
-      failure = attempt(&Data::place);
-    else
-      failure = nullptr;
+    // Where both fail, that of the given places is told.
+    failure = fit(again) < asLed ? nullptr : attempt(&Data::place);
   }
   messages.pass();
   if (failure) std::rethrow_exception(failure);
@@ -110,9 +107,9 @@ bool PlaneAdjustment::Data::mayBeLedAstray(bool hasFailed) const {
   auto const hasPlace = [](PlaneNetwork::Point const& point) { return std::isfinite(point.x + point.y); };
   if (std::count_if(network.points.begin(), network.points.end(), hasPlace) < 2) return false;
   if (hasFailed) return engine.looseMotions.empty() && engine.coincidentPoints.empty();
-  int const redundancy = engine.redundancy() - leftOutCount();
-  double const most = kDoubtfulUnitError * kDoubtfulUnitError * std::max(redundancy, 1);
   if (hasLostSuspects) return true;  // what is left may have settled on a mirror image
+  int const redundancy = engine.redundancy() - leftOutCount();
+  double const most = std::pow(detail::kDoubtfulUnitError, 2) * std::max(redundancy, 1);
   if (engine.sumOfSquares(engine.xy) <= most) return false;
   for (int const n : datumPoints()) {
     double const north = engine.xy[2 * index(n)] - datumPlaces[2 * index(n)];

@@ -3,6 +3,10 @@
 
 namespace kvn::detail {
 
+/// A unit weight error beyond is that of a gross error or of wrong given coordinates, and not of a-priori errors that
+/// are too small; those that would fit mean nothing then.
+constexpr double kDoubtfulUnitError = 20.0;
+
 constexpr double kNormalMedian = 0.6745;  ///< of the size of a standard normal variable
 
 /// Critical size of a residual over its standard error, error probability 0.1 % two-sided, where the unit weight error

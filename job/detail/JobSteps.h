@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/PlaneNetwork.h"
+#include "adjust/plane/Quantiles.h"
 #include "core/AlgorithmException.h"
 #include "core/Configure.h"
 #include "job/detail/JobState.h"
@@ -117,8 +118,6 @@ void tellRepeatedObservations(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
 void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
 
-/// A unit weight error far beyond what a-priori errors that were set too small explain.
-constexpr double kDoubtfulUnitError = 20.0;
 /// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
 std::vector<FieldFinding> findingsOnCalculated(JobState const& state);

@@ -44,6 +44,9 @@ class RowChoice {
   std::vector<bool> isIn;
 };
 
+/// The run of a job by least squares to the letter; null where the last one was another.
+AlgorithmAdjust const* literalRunOf(Job const& job);
+
 /// Holds references: to be used as long as job and options are there.
 class ReportParts {
  public:
