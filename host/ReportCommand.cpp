@@ -7,7 +7,7 @@
 #include "Saving.h"
 #include "Session.h"
 
-#include <utility>
+#include <exception>
 
 namespace kvn::host {
 namespace {
@@ -33,10 +33,11 @@ QString adjustAll(Session& session, bool isOfHeights) {
     bool const isFieldBook = !session.project().getTraverseDataList().empty();
     if (!isFieldBook || job.reading() == Job::Reading::AsRead) throw;
     QString const reason = failure.text;
+    std::exception_ptr const ofPlane = std::current_exception();
     try {
       job.adjustHeights();
     } catch (JobException const&) {
-      job.adjust();  // fails as before
+      std::rethrow_exception(ofPlane);
     }
     System::Instance()->sendMessage(QString("The plane cannot be adjusted: %1").arg(reason), Warning);
     return System::tr("The plane cannot be adjusted: %1. The heights alone are here.").arg(reason);

@@ -81,10 +81,6 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
   page.markup("</li>\n");
 }
 
-}  // namespace
-
-namespace {
-
 /// It must not sound as if all were well where something is wrong, or where nothing was tested.
 QString textOfNone(ReportParts const& parts) {
   auto const is = [&parts](Judgement::Level level) {
