@@ -271,7 +271,7 @@ void takeAdjustOptions(QCommandLineParser const& parser, AdjustOptions& options)
 }
 
 QString languageOption(QCommandLineParser const& parser) {
-  QString const language = parser.value("language");
+  QString language = parser.value("language");
   if (!parser.isSet("language") || language == "en" || language == "zh") return language;
   throw UsageError("--language is en or zh, not " + language);
 }
