@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "Output.h"
 #include "PlaneSetup.h"
+#include "Saving.h"
 #include "Session.h"
 
 namespace kvn::host {
@@ -31,27 +32,23 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 }
 
 template <typename Report>
-int print(Session& session, Report const& finished, bool asJson) {
-  if (!asJson) {
-    printText(finished.text());
-    return Done;
-  }
+void print(Session& session, Report const& finished, bool asJson) {
+  if (!asJson) return printText(finished.text());
   Json::Value json = finished.json();
   json["messages"] = session.messages().take();
   printJson(json);
-  return Done;
 }
 
-int report(Session& session, HeightsOptions const& options) {
-  session.job().adjustHeights();
+void report(Session& session, HeightsOptions const& options) {
   if (options.asRead) {
     double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
     LiteralHeightsReport const finished(session.file(), refraction, session.job().heightLines(),
                                         *session.project().getTriangleHeightAdjust());
-    return print(session, finished, options.json);
+    print(session, finished, options.json);
+    return;
   }
   std::vector<FieldFinding> const findings = findingsOfTheRun(session.job());
-  return print(session, HeightsReport(session.file(), session.job(), findings), options.json);
+  print(session, HeightsReport(session.file(), session.job(), findings), options.json);
 }
 
 }  // namespace
@@ -60,12 +57,18 @@ int runHeights(QStringList const& arguments) {
   auto const options = parseHeights(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, exchangeKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     session.job().requireNoError(Job::FileText);
     takeOptions(session, *options);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
     tellWarnings(session.job().findingsOf(Job::RowChecks));
-    return report(session, *options);
+    session.job().adjustHeights();
+    bool const saved = options->saveFile.isEmpty() ||
+                       save(session, options->saveFile,
+                            [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
+    report(session, *options);
+    return saved ? Done : Refused;
   });
 }
 

@@ -7,6 +7,10 @@
 #include "Saving.h"
 #include "Session.h"
 
+#include "map/LineDataTool.h"
+#include "map/PointDataTool.h"
+
+#include <QSet>
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -151,9 +155,39 @@ SiteDrawing adjustedDrawing(Session& session, MapOptions const& options) {
   return siteDrawingOf(job);
 }
 
-Drawn draw(Session& session) {
+/// A project places its points by a search of its own, which may take a mirror image: what is adjusted has its places.
+void drawAdjusted(Project& project, SiteDrawing const& drawing) {
+  MapScene* const scene = project.getOrCreateMapScene();
+  auto const shown = [](SitePoint const& point) {
+    DrawPoint place(point.x, point.y, 0.0, localName(point.name));
+    place.pointType =
+        point.isStation || point.isKnown ? TraversePointType::StationPoint : TraversePointType::PrismPoint;
+    return place;
+  };
+  LineDataTool lines(scene);
+  for (SiteLine const& line : drawing.lines) {
+    lines.build(DrawLine(shown(drawing.points[line.from]), shown(drawing.points[line.to])));
+  }
+  PointDataTool points(scene);
+  QSet<QString> placed;
+  for (SitePoint const& point : drawing.points) {
+    points.build(shown(point));
+    placed.insert(QString::fromStdString(point.name));
+  }
+  QStringList missing;
+  for (TraverseDataInfo const& row : project.getTraverseDataList()) {
+    if (!placed.contains(textOf(row.name))) missing << textOf(row.name);
+  }
+  tellLeftOut(missing);
+  project.buildCoordData();
+}
+
+Drawn draw(Session& session, SiteDrawing const& drawing) {
   Project& project = session.project();
-  if (!project.getTraverseDataList().empty()) {
+  bool const isAdjusted = drawing.source == SiteDrawing::Source::LeastSquares;
+  if (isAdjusted) {
+    // nothing is to be placed
+  } else if (!project.getTraverseDataList().empty()) {
     placeRows(project);
   } else if (project.getNetwork().lines.empty()) {
     showKnownPoints(project);
@@ -162,7 +196,7 @@ Drawn draw(Session& session) {
   encodeLabels(project);
   MapScene& scene = *project.getOrCreateMapScene();
   scene.getOrCreateLayer(FeatureDataType::Default);  // below the others
-  project.build();
+  isAdjusted ? drawAdjusted(project, drawing) : project.build();
   if (session.messages().hasError()) throw JobException(session.file(), "the map was not drawn");
   Drawn const drawn{
       countOf(scene, FeatureDataType::ViewPointData) + countOf(scene, FeatureDataType::CoordData),
@@ -184,8 +218,9 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   session.open(options.file);
   session.job().requireNoError(Job::FileText | Job::FieldReduced);
   SiteDrawing const drawing = adjustedDrawing(session, options);
-  drawn = draw(session);
+  drawn = draw(session, drawing);
   MapScene& scene = *session.project().getOrCreateMapScene();
+  makeRoomForWords(*view, drawing);
   sketch(scene, *view, drawing, options);
   arrangeNames(scene, *view, options.magnification);
   return save(session, options.outFile, [&view](Session&, QString const& path) {

@@ -27,6 +27,8 @@ constexpr double kTextSize = 13.0;
 constexpr double kRow = 20.0;
 constexpr double kSample = 30.0;
 constexpr double kLeastPicture = 500.0;  // a smaller one has no room for words
+constexpr double kRoomForWords = 86.0;   // above for the title and the grid, below for the legend
+constexpr double kMarginOfView = 60.0;   // that a view leaves above and below what it frames
 
 class MapSketch {
  public:
@@ -191,6 +193,13 @@ std::vector<std::pair<QString, std::function<void(double, double)>>> MapSketch::
   if (std::any_of(drawing.points.begin(), drawing.points.end(), isNewStation)) {
     items.emplace_back("station", [this](double x, double y) { drawTriangle(at(x + 14.0, y + 3.0), kIcon); });
   }
+  auto const isTarget = [](SitePoint const& point) { return !point.isKnown && !point.isStation; };
+  bool const isAdjusted = drawing.source == SiteDrawing::Source::LeastSquares;
+  if (isAdjusted && std::any_of(drawing.points.begin(), drawing.points.end(), isTarget)) {
+    items.emplace_back("target", [this](double x, double y) {
+      tool.drawEllipse(at(x + 14.0, y), metres(5.0), metres(5.0), 0.0, look(kKnownColour, 1.5));
+    });
+  }
   if (scale > 0.0) {
     items.emplace_back("error ellipse", [this](double x, double y) {
       tool.drawEllipse(at(x + kSample / 2.0, y), metres(14.0), metres(7.0), 1.5707963267948966,
@@ -224,6 +233,32 @@ void MapSketch::drawLegend() {
 }
 
 }  // namespace
+
+void makeRoomForWords(mvz::View& view, SiteDrawing const& drawing) {
+  double const pixel = view.magnification();
+  double const width = view.getWidth();
+  double const height = view.getHeight();
+  if (width < kLeastPicture * pixel || height < kLeastPicture / 2.0 * pixel) return;
+  osg::BoundingBoxd bounds;
+  double upper = height;
+  double lower = 0.0;
+  for (SitePoint const& point : drawing.points) {
+    osg::Vec3d const place(point.y, point.x, 0.0);
+    double const y = view.toPixel(place).y();
+    if (!(y >= 0.0 && y <= height)) continue;  // too far to be framed
+    bounds.expandBy(place);
+    upper = std::min(upper, y);
+    lower = std::max(lower, y);
+  }
+  double const room = kRoomForWords * pixel;
+  if (!bounds.valid() || (upper >= room && lower <= height - room)) return;
+  // The view frames bounds with a margin of its own; what they are larger by is larger on the picture before.
+  double const margin = std::min(kMarginOfView * pixel, 0.2 * height);
+  double const more = (room - margin) * view.metresPerPixel() * (height - 2.0 * margin) / (height - 2.0 * room);
+  bounds._min.y() -= more;
+  bounds._max.y() += more;
+  view.fullMap(bounds);
+}
 
 void sketch(MapScene& scene, mvz::View const& view, SiteDrawing const& drawing, MapOptions const& options) {
   MapSketch(scene, view, drawing, options).draw();

@@ -6,6 +6,9 @@
 
 namespace kvn::host {
 
+/// After the scene has been framed: what it shows stands clear of title and legend.
+void makeRoomForWords(mvz::View& view, SiteDrawing const& drawing);
+
 /// The scene is built and framed in the view; the layer of `FeatureDataType::Default` lies where the grid is to be.
 void sketch(MapScene& scene, mvz::View const& view, SiteDrawing const& drawing, MapOptions const& options);
 

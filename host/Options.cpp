@@ -463,8 +463,10 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
       {"as-read",
        "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
        "full-circle zenith readings give the index term of the circle instead of the elevation."},
+      {"save", "File to write with the heights: .csv; of points with coordinates also .geojson, .dxf, .svg.", "FILE"},
   });
   addHeightOptions(parser);
+  addExchangeOptions(parser);
   if (!goesOn(parser, arguments, "heights FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<HeightsOptions>(parser);
   options.file = parser.positionalArguments().first();
@@ -474,20 +476,21 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   options.proportionalError = errorOption(parser, "proportional-error", true);
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isAPriori = aPrioriOption(parser);
+  options.saveFile = fileOption(parser, "save");
+  options.exchange = exchangeOptions(parser, options.saveFile);
   options.asRead = parser.isSet("as-read");
   if (options.asRead)
     refuseWithAsRead(parser, {"refraction-error", "angle-error", "zenith-error", "fixed-error", "proportional-error",
-                              "height-error", "confidence", "sigma0"});
+                              "height-error", "confidence", "sigma0", "save"});
   return options;
 }
 
 std::optional<MapOptions> parseMap(QStringList const& arguments) {
   QCommandLineParser parser;
-  prepare(
-      parser,
-      "Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be\n"
-      "adjusted by least squares, with error ellipses, and with suspected observations in colour.\n"
-      "No display is needed. In .png the points of a network and of a field book stand at approximate coordinates.");
+  prepare(parser,
+          "Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be\n"
+          "adjusted by least squares, with error ellipses, and with suspected observations in colour.\n"
+          "No display is needed. What cannot be adjusted stands at approximate coordinates.");
   parser.addPositionalArgument("FILE", kAnyFile);
   parser.addPositionalArgument("OUT", "Picture to write: .png, or .svg.");
   parser.addOptions({

@@ -79,6 +79,8 @@ struct HeightsOptions : CommonOptions, HeightWeights {
   std::optional<double> confidence;        ///< of the test of the whole
   bool isAPriori = false;                  ///< results have errors by the a-priori unit weight error
   bool asRead = false;                     ///< the rows as the library takes them, without the host's care
+  QString saveFile;                        ///< empty: nothing is written
+  ExchangeChoice exchange;
 };
 
 struct MapOptions : CommonOptions {

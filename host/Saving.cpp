@@ -4,6 +4,8 @@
 #include "Output.h"
 
 #include <new>
+#include <string>
+#include <unordered_set>
 
 namespace kvn::host {
 namespace {
@@ -18,17 +20,23 @@ QStringList savableKinds() { return Job::writableKinds() + exchangeKinds(); }
 
 bool isExchange(QString const& path) { return exchangeKinds().contains(path.section('.', -1).toLower()); }
 
-void tellWithoutPlace(SiteDrawing const& drawing) {
-  if (drawing.withoutPlace.empty()) return;
+void tellWithoutPlace(SiteDrawing const& drawing, bool isTable) {
+  std::unordered_set<std::string> told;
+  if (isTable) {
+    for (SitePoint const& point : drawing.heightsAlone) told.insert(point.name);
+  }
   QStringList names;
-  for (std::string const& name : drawing.withoutPlace) names << printable(QString::fromStdString(name));
+  for (std::string const& name : drawing.withoutPlace) {
+    if (told.count(name) == 0) names << printable(QString::fromStdString(name));
+  }
+  if (names.isEmpty()) return;
   System::Instance()->sendMessage("Left out, since they have no coordinates: " + listedNames(names), Warning);
 }
 
 void saveJob(Session& session, QString const& path, ExchangeChoice const& choice) {
   if (!isExchange(path)) return session.job().save(path);
   SiteDrawing const drawing = siteDrawingOf(session.job());
-  tellWithoutPlace(drawing);
+  tellWithoutPlace(drawing, path.endsWith(".csv", Qt::CaseInsensitive));
   ExchangeOptions options;
   options.hasByteOrderMark = choice.hasByteOrderMark;
   options.epsg = choice.epsg;

@@ -17,8 +17,9 @@ bool isExchange(QString const& path);
 /// A file of any of the kinds. What has no coordinates is told where the file needs some.
 void saveJob(Session& session, QString const& path, ExchangeChoice const& choice);
 
-/// What is left out of a picture or a file because it has no coordinates, as one `Warning`.
-void tellWithoutPlace(SiteDrawing const& drawing);
+/// What is left out of a picture or a file because it has no coordinates, as one `Warning`. A table has heights all the
+/// same.
+void tellWithoutPlace(SiteDrawing const& drawing, bool isTable = false);
 
 /// Runs `write`. @return  whether the file is there as a whole; if not, an `Error` message has told why.
 bool save(Session& session, QString const& path, std::function<void(Session&, QString const&)> const& write);

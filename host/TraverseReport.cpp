@@ -25,9 +25,7 @@ double TraverseReport::angularMisclosure() const {
   return -summary.angleCorrection * static_cast<double>(angles);
 }
 
-double TraverseReport::angleLimit() const {
-  return limits.allowedAngle / utils::kSecondsPerRadian * std::sqrt(static_cast<double>(result.judgement->angles));
-}
+double TraverseReport::angleLimit() const { return limits.angleLimit(result.judgement->angles); }
 
 double TraverseReport::sumOfLegs() const {
   double sum = 0.0;

@@ -192,6 +192,7 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
     }
     if ((sources & HeightChecks) != 0) add(detail::findingsBeforeHeights(*state));
     if ((sources & NetworkChecks) != 0) add(detail::findingsOnNetwork(*state));
+    detail::dropCostsOfHeld(*state, all);
     if ((sources & AdjustmentStart) != 0) add(detail::findingsOnStart(*state));
     if ((sources & AdjustmentRun) != 0) add(state->runFindings);
     if ((sources & HeightRun) != 0) add(state->heightFindings);

@@ -285,9 +285,9 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   auto const append = [](std::vector<FieldFinding>& list, std::vector<FieldFinding> const& more) {
     list.insert(list.end(), more.begin(), more.end());
   };
-  for (TraverseResult const& traverse : state.traverses) {
-    append(state.runFindings, findingsOnMisclosures(traverse, state));
-    append(ofSidePoints, findingsOnSidePoints(traverse));
+  for (std::size_t t = 0; t < state.traverses.size(); ++t) {
+    append(state.runFindings, findingsOnMisclosures(state, t));
+    append(ofSidePoints, findingsOnSidePoints(state.traverses[t]));
   }
   for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
   for (QString const& line : warningLines(ofSidePoints)) sendWarning(line);

@@ -6,6 +6,8 @@
 #include "reduction/FieldInspection.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace kvn {
@@ -43,6 +45,30 @@ std::vector<FieldFinding> detail::findingsOnNetwork(JobState const& state) {
   }
   bool const isFree = state.plane.datum == PlaneSettings::Datum::Free;
   return inspectNetwork(network, observations, state.plane.centring, isFree);
+}
+
+void detail::dropCostsOfHeld(JobState const& state, std::vector<FieldFinding>& findings) {
+  std::unordered_map<std::string, std::unordered_map<std::string, std::vector<FieldFinding*>>> costing;
+  for (FieldFinding& finding : findings) {
+    bool const isOfLine = finding.cost > 0.0 && !finding.station.empty() && finding.targets.size() == 1;
+    if (!isOfLine || finding.isOfHeights) continue;
+    costing[finding.station][finding.targets.front()].push_back(&finding);
+    costing[finding.targets.front()][finding.station].push_back(&finding);
+  }
+  if (costing.empty() || state.planeRun == nullptr) return;
+  PlaneNetwork const& network = state.planeRun->network();
+  bool const holdsKnown = state.plane.datum != PlaneSettings::Datum::Free && state.plane.controlError == 0.0;
+  for (std::size_t d = 0; d < network.distances.size(); ++d) {
+    PlaneNetwork::Point const& from = network.points[static_cast<std::size_t>(network.distances[d].from)];
+    PlaneNetwork::Point const& to = network.points[static_cast<std::size_t>(network.distances[d].to)];
+    bool const isOut = state.planeRun->result().distances[d].weight == 0.0;
+    if (!isOut && !(holdsKnown && from.isKnown && to.isKnown)) continue;
+    auto const ofStation = costing.find(from.name);
+    if (ofStation == costing.end()) continue;
+    auto const found = ofStation->second.find(to.name);
+    if (found == ofStation->second.end()) continue;
+    for (FieldFinding* finding : found->second) finding->cost = 0.0;
+  }
 }
 
 void detail::requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction) {

@@ -8,6 +8,7 @@
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
+#include "job/detail/HeightTexts.h"
 #include "job/detail/JobSteps.h"
 #include "records/detail/Messages.h"
 
@@ -122,7 +123,7 @@ detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightRedu
   for (QString const& line : warningLines(done.findings)) tell(line, Warning);
   for (HeightNetwork::Point const& point : done.run->network().points) {
     if (!point.isKnown || point.height != 0.0) continue;  // told before the run, which this may spoil
-    done.findings.push_back({FieldFinding::Warning, {}, {point.name}, Messages::tr("the known height is 0")});
+    done.findings.push_back(detail::findingAt({}, {point.name}, Messages::tr("the known height is 0"), 0.0));
   }
   return done;
 }
@@ -231,7 +232,7 @@ detail::FinishedHeights detail::heightsBeside(JobState const& state, utils::IPro
   }
   if (!missing.isEmpty()) {
     keep(text.arg(missing), Warning);
-    done.findings.push_back({FieldFinding::Warning, {}, {}, text.arg(missing)});
+    done.findings.push_back(detail::findingAt({}, {}, text.arg(missing), 0.0));
   }
   done.messages = std::move(messages);
   return done;

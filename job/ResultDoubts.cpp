@@ -66,18 +66,23 @@ QStringList doubtsOfTraverse(TraverseResult const& result) {
 
 std::vector<FieldFinding> detail::findingsOnCalculated(JobState const& state) {
   int const method = state.project->getConfigure().AdjustMethod;
-  QStringList doubts;
+  std::vector<FieldFinding> findings;
+  auto const tell = [&findings](QStringList const& doubts, std::size_t traverse) {
+    for (QString const& text : doubts) {
+      findings.push_back({FieldFinding::Warning, {}, {}, text});
+      findings.back().traverse = traverse;
+    }
+  };
   if (method == kMethodOfLeastSquares) {
     AdjustSummary const& summary = state.project->getAlgorithmAdjust()->getSummary();
-    doubts = doubtsOfUnitError(summary.hasRedundancy, summary.unitError);
-  } else {
-    QStringList const names = leftOut(state.traverses, state.adjusted);
-    if (!names.isEmpty())
-      doubts << Messages::tr("Stations outside the traverse are left out: %1").arg(names.join(", "));
-    for (TraverseResult const& traverse : state.traverses) doubts << doubtsOfTraverse(traverse);
+    tell(doubtsOfUnitError(summary.hasRedundancy, summary.unitError), FieldFinding::kNoRow);
+    return findings;
   }
-  std::vector<FieldFinding> findings;
-  for (QString const& text : doubts) findings.push_back({FieldFinding::Warning, {}, {}, text});
+  QStringList const names = leftOut(state.traverses, state.adjusted);
+  if (!names.isEmpty()) {
+    tell({Messages::tr("Stations outside the traverse are left out: %1").arg(names.join(", "))}, FieldFinding::kNoRow);
+  }
+  for (std::size_t t = 0; t < state.traverses.size(); ++t) tell(doubtsOfTraverse(state.traverses[t]), t);
   return findings;
 }
 

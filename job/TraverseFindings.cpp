@@ -82,13 +82,12 @@ QStringList beyondAllowed(TraverseJudgement const& judged, double times) {
 
 QStringList beyondLimits(TraverseJudgement const& judged, TraverseOptions const& options) {
   QStringList list;
-  double const allowed =
-      options.allowedAngle / utils::kSecondsPerRadian * std::sqrt(static_cast<double>(judged.angles));
+  double const allowed = options.angleLimit(judged.angles);
   if (options.allowedAngle > 0.0 && std::abs(judged.angle) > allowed) {
     list << Messages::tr("The angular misclosure is %1, beyond the limit of %2")
                 .arg(angleText(judged.angle), angleText(allowed));
   }
-  if (options.allowedRelative > 0.0 && judged.relative * options.allowedRelative > 1.0) {
+  if (options.isBeyondRelative(judged.relative)) {
     list << Messages::tr("The relative misclosure is 1 : %1, beyond the limit of 1 : %2")
                 .arg(1.0 / judged.relative, 0, 'f', 0)
                 .arg(options.allowedRelative, 0, 'f', 0);
@@ -173,9 +172,13 @@ std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& res
   return findings;
 }
 
-std::vector<FieldFinding> detail::findingsOnMisclosures(TraverseResult const& result, JobState const& state) {
+std::vector<FieldFinding> detail::findingsOnMisclosures(JobState const& state, std::size_t traverse) {
+  TraverseResult const& result = state.traverses[traverse];
   std::vector<FieldFinding> findings;
-  auto const tell = [&findings](QString const& text) { findings.push_back({FieldFinding::Warning, {}, {}, text}); };
+  auto const tell = [&](QString const& text) {
+    findings.push_back({FieldFinding::Warning, {}, {}, text});
+    findings.back().traverse = traverse;
+  };
   if (!result.summary.hasMisclosure || state.asRead) return findings;
   if (!result.judgement) {
     tell(Messages::tr("The misclosures are not judged: %1")

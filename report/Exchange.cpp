@@ -116,6 +116,21 @@ void writeHead(std::ostream& stream, SiteDrawing const& drawing, int epsg) {
   stream << "},\n\"features\":[";
 }
 
+std::string csvLine(SiteDrawing const& drawing, SitePoint const& point) {
+  std::string text;
+  bool isFirst = true;
+  for (PointColumn const& column : pointColumns()) {
+    if (!isFirst) text += ',';
+    isFirst = false;
+    if (column.text != nullptr) {
+      text += quoted(column.text(drawing, point));
+    } else if (auto const number = column.number(drawing, point); number && std::isfinite(*number)) {
+      text += plainNumber(*number);
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 QStringList exchangeKinds() { return {"csv", "geojson", "dxf", "svg"}; }
@@ -125,19 +140,8 @@ void writeCsv(std::ostream& stream, SiteDrawing const& drawing, ExchangeOptions 
   std::string text;
   for (PointColumn const& column : pointColumns()) text += (text.empty() ? "" : ",") + std::string(column.head);
   stream << text << "\r\n";
-  for (SitePoint const& point : drawing.points) {
-    text.clear();
-    bool isFirst = true;
-    for (PointColumn const& column : pointColumns()) {
-      if (!isFirst) text += ',';
-      isFirst = false;
-      if (column.text != nullptr) {
-        text += quoted(column.text(drawing, point));
-      } else if (auto const number = column.number(drawing, point); number && std::isfinite(*number)) {
-        text += plainNumber(*number);
-      }
-    }
-    stream << text << "\r\n";
+  for (auto const* list : {&drawing.points, &drawing.heightsAlone}) {
+    for (SitePoint const& point : *list) stream << csvLine(drawing, point) << "\r\n";
   }
 }
 
@@ -175,8 +179,9 @@ void writeGeoJson(std::ostream& stream, SiteDrawing const& drawing, ExchangeOpti
 
 void writeExchange(QString const& path, SiteDrawing const& drawing, ExchangeOptions const& options) {
   Job::requireWritableKind(path, exchangeKinds());
-  if (drawing.points.empty()) throw JobException(path, "there is no point with coordinates to write");
   QString const kind = QFileInfo(path).suffix().toLower();
+  bool const isTable = kind == "csv" && !drawing.heightsAlone.empty();
+  if (drawing.points.empty() && !isTable) throw JobException(path, "there is no point with coordinates to write");
   detail::writeWhole(path, [&](std::ostream& stream) {
     if (kind == "csv") return writeCsv(stream, drawing, options);
     if (kind == "geojson") return writeGeoJson(stream, drawing, options);

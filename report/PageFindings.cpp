@@ -13,22 +13,21 @@ namespace {
 constexpr std::size_t kListed = 200;
 constexpr std::size_t kNames = 30;
 
-void writeName(PageWriter& page, ReportParts const& parts, std::string const& name) {
-  std::size_t const point = parts.pointOf(name);
-  bool const hasRow = point != kNowhere && parts.points.has(point);
-  if (hasRow) page.markup("<a href=\"#rp").markup(point).markup("\">");
+void writeName(PageWriter& page, ReportParts const& parts, std::string const& name, bool isOfHeights) {
+  std::string const row = parts.rowOfPoint(name, isOfHeights);
+  if (!row.empty()) page.markup("<a class=\"to-row\" href=\"#").markup(row).markup("\">");
   page.markup("<bdi>").text(utf8Of(name)).markup("</bdi>");
-  if (hasRow) page.markup("</a>");
+  if (!row.empty()) page.markup("</a>");
 }
 
 void writeNames(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
   page.markup("<span class=\"who\">");
-  if (!finding.station.empty()) writeName(page, parts, finding.station);
+  if (!finding.station.empty()) writeName(page, parts, finding.station, finding.isOfHeights);
   if (!finding.station.empty() && !finding.targets.empty()) page.markup(" → ");
   std::size_t const count = std::min(finding.targets.size(), kNames);
   for (std::size_t i = 0; i < count; ++i) {
     if (i > 0) page.markup(", ");
-    writeName(page, parts, finding.targets[i]);
+    writeName(page, parts, finding.targets[i], finding.isOfHeights);
   }
   if (count < finding.targets.size()) {
     page.markup(" ").text(Messages::tr("and %1 more").arg(finding.targets.size() - count));
@@ -36,17 +35,9 @@ void writeNames(PageWriter& page, ReportParts const& parts, FieldFinding const& 
   page.markup("</span> ");
 }
 
-/// The point that a finding is about alone.
-std::size_t onlyPoint(ReportParts const& parts, FieldFinding const& finding) {
-  bool const isOne = finding.targets.size() + (finding.station.empty() ? 0 : 1) == 1;
-  if (!isOne) return kNowhere;
-  return parts.pointOf(finding.station.empty() ? finding.targets.front() : finding.station);
-}
-
 void writeWays(PageWriter& page, ReportParts const& parts, FieldFinding const& finding) {
   std::string const row = parts.rowOf(finding);
-  std::size_t const line = parts.lineOf(finding);
-  std::size_t const point = parts.hasMap() ? onlyPoint(parts, finding) : kNowhere;
+  auto const [line, point] = parts.placeOf(finding);
   page.markup("<span class=\"ways\">");
   if (!row.empty()) {
     page.markup("<a class=\"to-row\" href=\"#").markup(row).markup("\">").text(Messages::tr("row")).markup("</a>");
@@ -73,8 +64,7 @@ void writeFinding(PageWriter& page, ReportParts const& parts, FieldFinding const
   page.markup("</div><div class=\"cost\">");
   constexpr double kLeastCost = 5e-5;  // metres; less is told as 0.0 mm
   if (finding.cost >= kLeastCost) {
-    std::string const cost = finding.cost < 1.0 ? millimetres(finding.cost) + " mm" : decimals(finding.cost, 2) + " m";
-    page.text(Messages::tr("up to %1").arg(QString::fromStdString(cost)));
+    page.text(Messages::tr("up to %1").arg(QString::fromStdString(length(finding.cost))));
   }
   page.markup("</div>");
   writeWays(page, parts, finding);

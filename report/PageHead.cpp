@@ -17,6 +17,8 @@
 #include <QDate>
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace kvn::detail {
@@ -79,7 +81,7 @@ void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
   PlaneResult const& result = parts.plane->result();
   PlaneNetwork const& network = parts.plane->network();
   writeFigure(page, Messages::tr("Observations"), std::to_string(network.directions.size() + network.distances.size()),
-              Messages::tr("%1 directions, %2 distances").arg(network.directions.size()).arg(network.distances.size()));
+              Messages::tr("directions %1, distances %2").arg(network.directions.size()).arg(network.distances.size()));
   writeFigure(page, Messages::tr("Redundancy"), std::to_string(result.redundancy));
   if (result.hasRedundancy) {
     writeFigure(page, Messages::tr("Unit weight error"), ratio(result.unitError),
@@ -89,19 +91,20 @@ void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
 
 void writeLiteralFigures(PageWriter& page, AdjustSummary const& summary) {
   writeFigure(page, Messages::tr("Observations"), std::to_string(summary.directions + summary.distances),
-              Messages::tr("%1 directions, %2 distances").arg(summary.directions).arg(summary.distances));
+              Messages::tr("directions %1, distances %2").arg(summary.directions).arg(summary.distances));
   writeFigure(page, Messages::tr("Redundancy"), std::to_string(summary.redundancy));
   writeFigure(page, Messages::tr("Unit weight error"), ratio(summary.unitError));
 }
 
 void writeTraverseFigures(PageWriter& page, ReportParts const& parts) {
-  std::size_t stations = 0;
+  // A loop comes back to its first station, and several traverses may meet in one.
+  std::unordered_set<std::string> stations;
   double worst = 0.0;
   for (TraverseResult const& traverse : parts.traverses) {
-    stations += traverse.stations.size();
+    for (TraverseInfo const& station : traverse.stations) stations.insert(station.stationPoint.name);
     worst = std::max(worst, traverse.summary.relativeError);
   }
-  writeFigure(page, Messages::tr("Stations"), std::to_string(stations));
+  writeFigure(page, Messages::tr("Stations"), std::to_string(stations.size()));
   if (worst > 0.0) writeFigure(page, Messages::tr("Relative misclosure"), oneTo(worst));
 }
 
@@ -126,8 +129,7 @@ void writeFigures(PageWriter& page, ReportParts const& parts) {
   }
   auto const [worst, error] = weakest(parts.drawing);
   if (worst != nullptr && error > 0.0) {
-    writeFigure(page, Messages::tr("Largest point error"), millimetres(error) + " mm",
-                Messages::tr("at %1").arg(told(worst->name)));
+    writeFigure(page, Messages::tr("Largest point error"), length(error), Messages::tr("at %1").arg(told(worst->name)));
   }
   writeFigure(page, Messages::tr("To look at"), std::to_string(parts.content.findings.size()));
   page.markup("</dl>\n");
@@ -212,7 +214,7 @@ void addPlaneSettings(ReportParts const& parts, Settings& settings) {
   if (options.weighsDownSuspects) settings.emplace_back(Messages::tr("Robust weights"), robustText(parts));
   if (options.leavesOutSuspects) {
     settings.emplace_back(Messages::tr("Left out"),
-                          Messages::tr("%1 observations").arg(parts.plane->result().leftOut.size()));
+                          Messages::tr("observations: %1").arg(parts.plane->result().leftOut.size()));
   }
   settings.emplace_back(Messages::tr("Iterations"), QString::number(parts.plane->result().iterations));
 }
@@ -238,8 +240,10 @@ void writeSettings(PageWriter& page, ReportParts const& parts) {
   if (!instrument.empty()) settings.emplace_back(Messages::tr("Instrument"), told(instrument));
   settings.emplace_back(Messages::tr("Method"), methodText(parts));
   if (parts.hasPlane()) addPlaneSettings(parts, settings);
-  if (!parts.traverses.empty() || parts.literal != nullptr)
+  if (!parts.traverses.empty() || parts.literal != nullptr) {
+    settings.emplace_back(Messages::tr("Datum"), Messages::tr("known points, held"));
     settings.emplace_back(Messages::tr("A-priori errors"), errorsText(parts));
+  }
   if (parts.heights != nullptr) addHeightSettings(parts, settings);
   page.markup("<dl class=\"settings\">\n");
   for (auto const& [label, text] : settings) {

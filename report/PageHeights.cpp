@@ -45,21 +45,18 @@ class HeightsWriter {
 
   void writePoints() {
     beginSection(page, "heights", Messages::tr("Heights"));
-    RowChoice const choice(network.points.size(), parts.options.rowsAtMost, [this](std::size_t p) {
-      return network.points[p].isKnown || !result.points[p].isChecked ? HUGE_VAL : result.points[p].error;
-    });
-    tellLeftOut(page, choice);
+    tellLeftOut(page, parts.heightPoints);
     PageTable table(page, "heights",
                     {{Messages::tr("Point"), {}, PageColumn::Name, width},
                      {Messages::tr("Height"), "m", PageColumn::Number, 10},
                      {"mh", "mm", PageColumn::Number, 7, Messages::tr("standard error of the height")},
                      {Messages::tr("Remark"), {}, PageColumn::Words, 18}},
-                    choice.rows().size());
-    for (std::size_t const p : choice.rows()) {
+                    parts.heightPoints.rows().size());
+    for (std::size_t const p : parts.heightPoints.rows()) {
       HeightPoint const& point = result.points[p];
       bool const isKnown = network.points[p].isKnown;
       bool const isBad = isKnown && result.known[p].test > 1.0;
-      table.beginRow(placeOf(p) + (isBad ? " class=\"bad\"" : ""));
+      table.beginRow("id=\"rh" + std::to_string(p) + "\" " + placeOf(p) + (isBad ? " class=\"bad\"" : ""));
       table.name(names[p]).number(metres(point.height));
       table.number(isKnown ? std::string() : millimetres(point.error));
       QStringList remarks;

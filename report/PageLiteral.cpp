@@ -10,6 +10,7 @@
 #include <utils/Circle.h>
 
 #include <cmath>
+#include <string>
 
 namespace kvn::detail {
 namespace {
@@ -37,19 +38,9 @@ PageColumn numbers(QString const& head, QString const& unit, std::size_t width) 
 
 void writeLiteralDirections(PageWriter& page, ReportParts const& parts) {
   std::vector<DirectionResult> const& stations = parts.literal->getDirectionResultList();
-  struct Row {
-    std::size_t station;
-    std::size_t target;
-  };
-  std::vector<Row> rows;
-  for (std::size_t s = 0; s < stations.size(); ++s) {
-    for (std::size_t t = 0; t < stations[s].targetNames.size(); ++t) rows.push_back({s, t});
-  }
-  if (rows.empty()) return;
-  RowChoice const choice(rows.size(), parts.options.rowsAtMost,
-                         [&](std::size_t i) { return std::abs(stations[rows[i].station].residuals[rows[i].target]); });
+  if (parts.literalDirections.empty()) return;
   beginSection(page, "directions", Messages::tr("Directions"));
-  tellLeftOut(page, choice);
+  tellLeftOut(page, parts.directions);
   PageTable table(page, "directions",
                   {{Messages::tr("Station"), {}, PageColumn::Name, nameWidth(parts)},
                    {Messages::tr("Target"), {}, PageColumn::Name, nameWidth(parts)},
@@ -59,12 +50,12 @@ void writeLiteralDirections(PageWriter& page, ReportParts const& parts) {
                    numbers("m", "″", 7),
                    numbers(Messages::tr("Distance"), "m", 11),
                    numbers("m", "mm", 7)},
-                  choice.rows().size());
+                  parts.directions.rows().size());
   auto const& errors = parts.literal->getSummary().directionDistanceErrors;
-  for (std::size_t const i : choice.rows()) {
-    auto const [s, t] = rows[i];
+  for (std::size_t const d : parts.directions.rows()) {
+    auto const [s, t] = parts.literalDirections[d];
     DirectionResult const& station = stations[s];
-    table.beginRow();
+    table.beginRow("id=\"rd" + std::to_string(d) + '"');
     table.name(utf8Of(station.stationName)).name(utf8Of(station.targetNames[t]));
     table.number(azimuth(radiansOfDms(station.observedDirections[t]))).number(secondsOf(station.residuals[t]));
     table.number(azimuth(radiansOfDms(station.adjustedAzimuths[t])));
@@ -78,10 +69,8 @@ void writeLiteralDirections(PageWriter& page, ReportParts const& parts) {
 void writeLiteralDistances(PageWriter& page, ReportParts const& parts) {
   std::vector<LineErrorInfo> const& lines = parts.literal->getLineErrorInfoList();
   if (lines.empty()) return;
-  RowChoice const choice(lines.size(), parts.options.rowsAtMost,
-                         [&lines](std::size_t i) { return std::abs(lines[i].residual); });
   beginSection(page, "distances", Messages::tr("Distances"));
-  tellLeftOut(page, choice);
+  tellLeftOut(page, parts.distances);
   PageTable table(page, "distances",
                   {{Messages::tr("From"), {}, PageColumn::Name, nameWidth(parts)},
                    {Messages::tr("To"), {}, PageColumn::Name, nameWidth(parts)},
@@ -89,11 +78,11 @@ void writeLiteralDistances(PageWriter& page, ReportParts const& parts) {
                    numbers("v", "mm", 7),
                    numbers(Messages::tr("Adjusted"), "m", 11),
                    numbers("m", "mm", 7)},
-                  choice.rows().size());
+                  parts.distances.rows().size());
   std::vector<double> const& errors = parts.literal->getSummary().distanceErrors;
-  for (std::size_t const i : choice.rows()) {
+  for (std::size_t const i : parts.distances.rows()) {
     LineErrorInfo const& line = lines[i];
-    table.beginRow();
+    table.beginRow("id=\"rs" + std::to_string(i) + '"');
     table.name(utf8Of(line.start_name)).name(utf8Of(line.end_name)).number(metres(line.observedDistance));
     table.number(millimetres(line.residual)).number(metres(line.adjustedDistance));
     table.number(existing(errors, i, millimetres)).endRow();

@@ -59,6 +59,10 @@ std::string shortest(double value) {
   return withMinus(std::string(digits.data(), last.ptr));
 }
 
+std::string length(double metres) {
+  return std::abs(metres) < 1.0 ? millimetres(metres) + " mm" : decimals(metres, 2) + " m";
+}
+
 std::string percent(double share) { return shortest(100.0 * share) + " %"; }
 
 std::string angle(double radians) {

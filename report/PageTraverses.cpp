@@ -8,6 +8,7 @@
 
 #include <utils/Circle.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kvn::detail {
@@ -115,44 +116,77 @@ class TraverseWriter {
     TraverseSummary const& summary = result.summary;
     if (!summary.hasMisclosure) return;
     auto const told = [](std::string const& utf8) { return QString::fromStdString(utf8); };
-    QString const sentence = Messages::tr("%1 in %2 m of legs, that is %3.")
-                                 .arg(told(millimetres(summary.fs) + " mm"), told(metres(summary.sumDistance)),
-                                      told(oneTo(summary.relativeError)));
+    QString const sentence =
+        Messages::tr("%1 in %2 m of legs, that is %3.")
+            .arg(told(length(summary.fs)), told(metres(summary.sumDistance)), told(oneTo(summary.relativeError)));
     beginSection(page, idOf("misclosures").c_str(), Messages::tr("Misclosures"), sentence);
-    PageTable table(page, idOf("misclosures"),
-                    {{Messages::tr("Misclosure"), {}, PageColumn::Words, 20},
-                     {Messages::tr("Size"), {}, PageColumn::Number, 14},
-                     {Messages::tr("Allowed at 99 %"), {}, PageColumn::Number, 14},
-                     {Messages::tr("Remark"), {}, PageColumn::Words, 10}},
-                    5);
-    auto const add = [&](QString const& what, std::string const& size, double ratioToAllowed,
-                         std::string const& allowed) {
-      bool const isBeyond = ratioToAllowed > 1.0;
-      table.beginRow(isBeyond ? "class=\"bad\"" : "");
-      table.words(what).number(size).number(allowed).words(isBeyond ? Messages::tr("beyond") : QString()).endRow();
-    };
-    double const none = TraverseJudgement::kNone;
-    add("fx", millimetres(summary.fx) + " mm", none, {});
-    add("fy", millimetres(summary.fy) + " mm", none, {});
-    if (result.judgement) {
-      TraverseJudgement const& judged = *result.judgement;
-      if (!std::isnan(judged.angle)) {
-        add(Messages::tr("angles"), seconds(judged.angle) + "″", std::abs(judged.angle) / judged.angleAllowed,
-            seconds(judged.angleAllowed) + "″");
-      }
-      auto const addLength = [&](QString const& what, double size, double allowed) {
-        if (std::isnan(size)) return;
-        add(what, millimetres(size) + " mm", std::abs(size) / allowed, millimetres(allowed) + " mm");
-      };
-      addLength(Messages::tr("along the traverse"), judged.along, judged.alongAllowed);
-      addLength(Messages::tr("across the traverse"), judged.across, judged.acrossAllowed);
-      if (judged.isLoop()) addLength(Messages::tr("closing error"), judged.fs, judged.fsAllowed);
-    } else if (isClosing) {
-      double const angles = -summary.angleCorrection * static_cast<double>(result.stations.size());
-      add(Messages::tr("angles"), seconds(angles) + "″", none, {});
+    TraverseOptions const& limits = parts.content.traverseOptions;
+    bool const hasLimits = limits.allowedAngle > 0.0 || limits.allowedRelative > 0.0;
+    std::vector<PageColumn> columns{{Messages::tr("Misclosure"), {}, PageColumn::Words, 20},
+                                    {Messages::tr("Size"), {}, PageColumn::Number, 14},
+                                    {Messages::tr("Allowed at 99 %"), {}, PageColumn::Number, 14}};
+    if (hasLimits) columns.push_back({Messages::tr("Limit"), {}, PageColumn::Number, 14});
+    columns.push_back({Messages::tr("Remark"), {}, PageColumn::Words, 10});
+    PageTable table(page, idOf("misclosures"), std::move(columns), 7);
+    std::vector<Misclosure> const rows = misclosures();
+    auto const isBeyond = [](Misclosure const& row) { return row.isBeyond; };
+    auto const worst = std::find_if(rows.begin(), rows.end(), isBeyond);
+    auto const named = worst == rows.end() ? rows.begin() : worst;  // findings lead there
+    for (auto row = rows.begin(); row != rows.end(); ++row) {
+      std::string const attributes = row == named ? "id=\"" + idOf("rm") + '"' : std::string();
+      table.beginRow(attributes + (row->isBeyond ? " class=\"bad\"" : ""));
+      table.words(row->what).number(row->size).number(row->allowed);
+      if (hasLimits) table.number(row->limit);
+      table.words(row->isBeyond ? Messages::tr("beyond") : QString()).endRow();
     }
     table.end();
     endSection(page);
+  }
+
+  struct Misclosure {
+    QString what;
+    std::string size;
+    std::string allowed = {};  ///< by the a-priori errors
+    std::string limit = {};    ///< of the user
+    bool isBeyond = false;     ///< of one of the two
+  };
+
+  std::vector<Misclosure> misclosures() const {
+    TraverseSummary const& summary = result.summary;
+    std::vector<Misclosure> list{{"fx", length(summary.fx)}, {"fy", length(summary.fy)}};
+    if (result.judgement) {
+      addJudged(list, *result.judgement);
+    } else if (isClosing) {
+      double const angles = -summary.angleCorrection * static_cast<double>(result.stations.size());
+      list.push_back({Messages::tr("angles"), seconds(angles) + "″"});
+    }
+    return list;
+  }
+
+  void addJudged(std::vector<Misclosure>& list, TraverseJudgement const& judged) const {
+    TraverseOptions const& limits = parts.content.traverseOptions;
+    if (!std::isnan(judged.angle)) {
+      bool const isBeyond = std::abs(judged.angle) > judged.angleAllowed;
+      list.push_back(
+          {Messages::tr("angles"), seconds(judged.angle) + "″", seconds(judged.angleAllowed) + "″", {}, isBeyond});
+      if (limits.allowedAngle > 0.0) {
+        double const limit = limits.angleLimit(judged.angles);
+        list.back().limit = seconds(limit) + "″";
+        list.back().isBeyond = isBeyond || std::abs(judged.angle) > limit;
+      }
+    }
+    auto const addLength = [&list](QString const& what, double size, double allowed) {
+      if (std::isnan(size)) return;
+      list.push_back({what, length(size), length(allowed), {}, std::abs(size) > allowed});
+    };
+    addLength(Messages::tr("along the traverse"), judged.along, judged.alongAllowed);
+    addLength(Messages::tr("across the traverse"), judged.across, judged.acrossAllowed);
+    if (judged.isLoop()) addLength(Messages::tr("closing error"), judged.fs, judged.fsAllowed);
+    if (limits.allowedRelative > 0.0) {
+      bool const isBeyond = limits.isBeyondRelative(judged.relative);
+      list.push_back(
+          {Messages::tr("relative"), oneTo(judged.relative), {}, oneTo(1.0 / limits.allowedRelative), isBeyond});
+    }
   }
 
   void writeSidePoints() {

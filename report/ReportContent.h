@@ -5,6 +5,7 @@
 #include "core/Configure.h"
 #include "job/HeightOptions.h"
 #include "job/PlaneOptions.h"
+#include "job/TraverseOptions.h"
 #include "records/FieldFinding.h"
 #include "records/Network.h"
 
@@ -34,6 +35,7 @@ struct ReportContent {
   Configure configure;                 ///< a-priori errors
   PlaneOptions planeOptions;           ///< weights, datum and confidence of the plane
   HeightOptions heightOptions;
+  TraverseOptions traverseOptions;  ///< limits of misclosures, which the page tells beside these
 };
 
 }  // namespace kvn

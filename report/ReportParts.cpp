@@ -73,6 +73,7 @@ ReportContent contentOf(Job const& job) {
   content.configure = job.project()->getConfigure();
   content.planeOptions = job.planeOptions();
   content.heightOptions = job.heightOptions();
+  content.traverseOptions = job.traverseOptions();
   return content;
 }
 
@@ -104,6 +105,8 @@ ReportParts::ReportParts(ReportContent finished, ReportOptions const& pageOption
   chooseObservations();
   countCircles();
   nameObservations();
+  nameHeights();
+  findLines();
 }
 
 void ReportParts::choosePoints() {
@@ -124,6 +127,23 @@ void ReportParts::chooseObservations() {
     sights = RowChoice(list.size(), options.rowsAtMost, [&list](std::size_t s) {
       return list[s].test > 1.0 ? kFirst : std::isnan(list[s].test) ? 1.0 : list[s].test;
     });
+    std::vector<HeightNetwork::Point> const& given = heights->network().points;
+    std::vector<HeightPoint> const& found = heights->result().points;
+    heightPoints = RowChoice(given.size(), options.rowsAtMost, [&](std::size_t p) {
+      return given[p].isKnown || !found[p].isChecked ? kFirst : found[p].error;
+    });
+  }
+  if (literal != nullptr) {
+    std::vector<DirectionResult> const& stations = literal->getDirectionResultList();
+    for (std::size_t s = 0; s < stations.size(); ++s) {
+      for (std::size_t t = 0; t < stations[s].targetNames.size(); ++t) literalDirections.push_back({s, t});
+    }
+    directions = RowChoice(literalDirections.size(), options.rowsAtMost, [&](std::size_t d) {
+      return std::abs(stations[literalDirections[d].station].residuals[literalDirections[d].target]);
+    });
+    std::vector<LineErrorInfo> const& list = literal->getLineErrorInfoList();
+    distances =
+        RowChoice(list.size(), options.rowsAtMost, [&list](std::size_t d) { return std::abs(list[d].residual); });
   }
 }
 
@@ -168,10 +188,6 @@ std::size_t ReportParts::pointOf(std::string const& recordName) const {
 
 std::string ReportParts::keyOf(std::string const& from, std::string const& to) { return from + '\0' + to; }
 
-void ReportParts::addPlace(std::string const& from, std::string const& to, Place place) {
-  places[keyOf(from, to)].push_back(place);
-}
-
 /// Only of lines that a finding is about: a large network has few of them.
 void ReportParts::nameObservations() {
   for (FieldFinding const& finding : content.findings) {
@@ -200,6 +216,15 @@ void ReportParts::nameObservations() {
           {false, false, d, distance.origin.line, weightOf(result.distances[d]) == kFirst});
     }
   }
+  for (std::size_t d = 0; d < literalDirections.size(); ++d) {
+    DirectionResult const& station = literal->getDirectionResultList()[literalDirections[d].station];
+    add(station.stationName, station.targetNames[literalDirections[d].target], {true, false, d, 0, false});
+  }
+  if (literal != nullptr) {
+    std::vector<LineErrorInfo> const& list = literal->getLineErrorInfoList();
+    for (std::size_t d = 0; d < list.size(); ++d)
+      add(list[d].start_name, list[d].end_name, {false, false, d, 0, false});
+  }
   if (heights == nullptr) return;
   HeightNetwork const& network = heights->network();
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
@@ -211,13 +236,65 @@ void ReportParts::nameObservations() {
   }
 }
 
+void ReportParts::nameHeights() {
+  auto const isOfHeights = [](FieldFinding const& finding) { return finding.isOfHeights; };
+  if (heights == nullptr || std::none_of(content.findings.begin(), content.findings.end(), isOfHeights)) return;
+  std::vector<HeightNetwork::Point> const& given = heights->network().points;
+  for (std::size_t p = 0; p < given.size(); ++p) heightNumbers.emplace(given[p].name, p);
+}
+
+ReportParts::Ends ReportParts::endsOf(FieldFinding const& finding) const {
+  Ends ends{kNowhere, kNowhere};
+  if (finding.traverse < traverses.size()) {
+    TraverseResult const& traverse = traverses[finding.traverse];
+    bool const isOne = traverse.judgement && traverse.judgement->suspects.size() == 1 &&
+                       traverse.judgement->suspects.front().kind == TraverseSuspect::Leg;
+    if (!isOne) return ends;
+    TraverseInfo const& station = traverse.stations[traverse.judgement->suspects.front().station];
+    ends = {pointOf(station.stationPoint.name), pointOf(station.forePoints.front().name)};
+  } else if (finding.targets.size() == 1 && !finding.station.empty()) {
+    ends = {pointOf(finding.station), pointOf(finding.targets.front())};
+  }
+  return {std::min(ends.first, ends.second), std::max(ends.first, ends.second)};
+}
+
+/// Only those that a finding is about.
+void ReportParts::findLines() {
+  if (!hasMap()) return;
+  for (FieldFinding const& finding : content.findings) {
+    Ends const ends = endsOf(finding);
+    if (ends.second != kNowhere) lines.emplace(ends, kNowhere);
+  }
+  if (lines.empty()) return;
+  for (std::size_t l = 0; l < drawing.lines.size(); ++l) {
+    SiteLine const& line = drawing.lines[l];
+    auto const found = lines.find({std::min(line.from, line.to), std::max(line.from, line.to)});
+    if (found != lines.end()) found->second = l;
+  }
+}
+
+std::string ReportParts::rowOfPoint(std::string const& recordName, bool isOfHeights) const {
+  if (isOfHeights) {
+    auto const found = heightNumbers.find(recordName);
+    if (found != heightNumbers.end() && heightPoints.has(found->second)) return "rh" + std::to_string(found->second);
+  }
+  std::size_t const point = pointOf(recordName);
+  bool const hasRow = point != kNowhere && points.has(point) && !drawing.points[point].isApproximate;
+  return hasRow ? "rp" + std::to_string(point) : std::string();
+}
+
 std::string ReportParts::rowOf(FieldFinding const& finding) const {
+  if (finding.traverse < traverses.size()) {
+    bool const hasMisclosures = traverses[finding.traverse].summary.hasMisclosure;
+    return (hasMisclosures ? "rm" : "traverse") + std::to_string(finding.traverse + 1);
+  }
   if (finding.targets.size() != 1 || finding.station.empty()) return {};
   auto const found = places.find(keyOf(finding.station, finding.targets.front()));
   if (found == places.end()) return {};
   Place const* best = nullptr;
   auto const rank = [&finding](Place const& place) {
-    return (finding.line > 0 && place.fileLine == finding.line ? 2 : 0) + (place.isMarked ? 1 : 0);
+    return (finding.isOfHeights == place.isSight ? 4 : 0) +
+           (finding.line > 0 && place.fileLine == finding.line ? 2 : 0) + (place.isMarked ? 1 : 0);
   };
   for (Place const& place : found->second) {
     RowChoice const& rows = place.isSight ? sights : place.isDirection ? directions : distances;
@@ -227,17 +304,24 @@ std::string ReportParts::rowOf(FieldFinding const& finding) const {
   return (best->isSight ? "rz" : best->isDirection ? "rd" : "rs") + std::to_string(best->number);
 }
 
-std::size_t ReportParts::lineOf(FieldFinding const& finding) const {
-  if (finding.targets.size() != 1 || finding.station.empty()) return kNowhere;
-  auto const found = places.find(keyOf(finding.station, finding.targets.front()));
-  if (found == places.end()) return kNowhere;
-  for (Place const& place : found->second) {
-    auto const& lines = place.isSight       ? drawing.lineOfSight
-                        : place.isDirection ? drawing.lineOfDirection
-                                            : drawing.lineOfDistance;
-    if (place.number < lines.size() && lines[place.number] != kNowhere) return lines[place.number];
+std::size_t ReportParts::pointOf(TraverseResult const& traverse) const {
+  bool const isOne = traverse.judgement && traverse.judgement->suspects.size() == 1;
+  std::size_t const station = isOne ? traverse.judgement->suspects.front().station : traverse.stations.size() - 1;
+  return pointOf(traverse.stations[station].stationPoint.name);
+}
+
+ReportParts::MapPlace ReportParts::placeOf(FieldFinding const& finding) const {
+  MapPlace place;
+  if (!hasMap()) return place;
+  auto const line = lines.find(endsOf(finding));
+  if (line != lines.end()) place.line = line->second;
+  if (place.line != kNowhere) return place;
+  if (finding.traverse < traverses.size()) {
+    place.point = pointOf(traverses[finding.traverse]);
+  } else if (finding.targets.size() + (finding.station.empty() ? 0 : 1) == 1) {
+    place.point = pointOf(finding.station.empty() ? finding.targets.front() : finding.station);
   }
-  return kNowhere;
+  return place;
 }
 
 void beginSection(PageWriter& page, char const* id, QString const& title, QString const& sentence) {

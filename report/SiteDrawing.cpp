@@ -378,9 +378,15 @@ void addHeights(DrawingMaker& maker, HeightAdjustment const& run) {
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     std::size_t const place = maker.findOrMiss(network.points[p].name);
     drawing.pointOfHeight.push_back(place);
-    if (place == kNone) continue;
-    drawing.points[place].height = finite(run.result().points[p].height);
-    if (!network.points[p].isKnown) drawing.points[place].heightError = finite(run.result().points[p].error);
+    SitePoint& point = place == kNone ? drawing.heightsAlone.emplace_back() : drawing.points[place];
+    HeightPoint const& found = run.result().points[p];
+    point.height = finite(found.height);
+    if (!network.points[p].isKnown) point.heightError = finite(found.error);
+    if (place != kNone) continue;
+    point.name = utf8(network.points[p].name);
+    point.x = point.y = std::numeric_limits<double>::quiet_NaN();
+    point.isKnown = point.isHeld = network.points[p].isKnown;
+    point.isChecked = found.isChecked;
   }
   for (HeightNetwork::Sight const& sight : network.sights) {
     std::size_t const from = drawing.pointOfHeight[indexOf(network.setUps[indexOf(sight.setUp)].station)];

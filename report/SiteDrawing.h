@@ -83,6 +83,10 @@ struct SiteDrawing {
   /// Of what was observed to or from these there is no place to draw it; UTF-8, each once.
   std::vector<std::string> withoutPlace;
 
+  /// Adjusted and known heights of points without a place, whose x and y are NaN: for tables alone. `withoutPlace` has
+  /// them too.
+  std::vector<SitePoint> heightsAlone;
+
   double confidence = 0.0;        ///< of the confidence ellipses, as 0.95; 0 where there are none
   double confidenceFactor = 0.0;  ///< confidence ellipses are the standard ones times this; 0 where there are none
   bool isFree = false;            ///< no known point is held

@@ -210,7 +210,7 @@ std::vector<SvgWriter::LegendItem> SvgWriter::legendItems() const {
   auto const add = [&](bool isThere, std::string symbol, char const* english, double width) {
     if (isThere) items.push_back({std::move(symbol), words(english), width});
   };
-  auto const dot = [this](char const* classes, bool isKnown, double radius) {
+  auto const dot = [](char const* classes, bool isKnown, double radius) {
     return "<g class=\"p " + std::string(classes) + "\" transform=\"translate(7 0)\">" +
            SvgText::symbol(isKnown, radius) + "</g>";
   };
@@ -222,8 +222,9 @@ std::vector<SvgWriter::LegendItem> SvgWriter::legendItems() const {
       "new point", 14.0);
   add(anyPoint([](SitePoint const& p) { return p.isSidePoint && p.isChecked; }), dot("new side", false, 2.6),
       "side point", 14.0);
-  add(anyPoint([](SitePoint const& p) { return !p.isChecked; }), dot("new unchecked", false, 4.5), "nothing checks it",
-      14.0);
+  bool const isLarge = anyPoint([](SitePoint const& p) { return !p.isChecked && !p.isSidePoint; });
+  add(anyPoint([](SitePoint const& p) { return !p.isChecked; }),
+      isLarge ? dot("new unchecked", false, 4.5) : dot("new side unchecked", false, 2.6), "nothing checks it", 14.0);
   add(anyPoint([](SitePoint const& p) { return p.isSuspect; }), dot("known suspect", true, 6.0), "does not fit", 14.0);
   add(anyLine([](SiteLine const& l) { return l.hasDirection && l.hasDistance; }), stroke("dir dist"),
       "direction and distance", 26.0);

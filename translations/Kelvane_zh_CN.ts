@@ -787,8 +787,16 @@
         <translation>观测值</translation>
     </message>
     <message>
-        <source>%1 directions, %2 distances</source>
+        <source>directions %1, distances %2</source>
         <translation>方向 %1 个，距离 %2 个</translation>
+    </message>
+    <message>
+        <source>Limit</source>
+        <translation>限差</translation>
+    </message>
+    <message>
+        <source>relative</source>
+        <translation>相对闭合差</translation>
     </message>
     <message>
         <source>Redundancy</source>
@@ -927,8 +935,8 @@
         <translation>已剔除</translation>
     </message>
     <message>
-        <source>%1 observations</source>
-        <translation>%1 个观测值</translation>
+        <source>observations: %1</source>
+        <translation>观测值 %1 个</translation>
     </message>
     <message>
         <source>Iterations</source>

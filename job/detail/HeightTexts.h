@@ -19,6 +19,7 @@ inline FieldFinding findingAt(std::string const& station, std::vector<std::strin
                               double cost, HeightNetwork::Origin const& origin = {}) {
   FieldFinding finding{FieldFinding::Warning, station, std::move(targets), text};
   finding.cost = std::isfinite(cost) ? cost : 0.0;
+  finding.isOfHeights = true;
   if (origin.row >= 0) finding.row = static_cast<std::size_t>(origin.row);
   return finding;
 }

@@ -57,6 +57,8 @@ void reduce(JobState& state);
 
 /// What is doubtful in the network of the job before it is adjusted.
 std::vector<FieldFinding> findingsOnNetwork(JobState const& state);
+/// What two distances differ by costs nothing where the last run has held both ends, or has left one of them out.
+void dropCostsOfHeld(JobState const& state, std::vector<FieldFinding>& findings);
 
 /// What a least-squares adjustment of the job would run into: input that it refuses, points that cannot be placed or
 /// that nothing holds, gross errors.
@@ -131,7 +133,7 @@ void judge(TraverseResult& result, JobState const& state, ObservedRounds const& 
 std::vector<FieldFinding> findingsOnSidePoints(TraverseResult const& result);
 /// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.
 void requireNotFarBeyond(TraverseResult const& result, JobState const& state);
-std::vector<FieldFinding> findingsOnMisclosures(TraverseResult const& result, JobState const& state);
+std::vector<FieldFinding> findingsOnMisclosures(JobState const& state, std::size_t traverse);
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.

@@ -8,6 +8,7 @@ namespace kvn::detail {
 std::string decimals(double value, int count);
 std::string metres(double metres);       ///< four decimals
 std::string millimetres(double metres);  ///< one decimal
+std::string length(double metres);       ///< with its unit: "12.3 mm", from 1 m on "1.23 m"
 std::string seconds(double radians);     ///< of arc, one decimal
 std::string ratio(double value);         ///< two decimals
 std::string percent(double share);       ///< "95 %"

@@ -1,5 +1,7 @@
 #include "report/detail/PointColumns.h"
 
+#include <cmath>
+
 namespace kvn::detail {
 namespace {
 
@@ -17,14 +19,19 @@ std::string kindOf(SiteDrawing const& /*drawing*/, SitePoint const& point) {
   return point.isSidePoint ? "side" : "new";
 }
 
+/// Of a point with a height alone all is said of that.
+bool hasPlace(SitePoint const& point) { return std::isfinite(point.x + point.y); }
+
 std::string coordinateStateOf(SiteDrawing const& drawing, SitePoint const& point) {
+  if (!hasPlace(point)) return "none";
   if (point.isApproximate) return "approximate";
   if (drawing.source == Source::Coordinates || drawing.source == Source::Plan) return "given";
   return point.isHeld ? "held" : "adjusted";
 }
 
 std::string checkedOf(SiteDrawing const& drawing, SitePoint const& point) {
-  if (drawing.source == Source::Coordinates || drawing.source == Source::Literal || point.isHeld) return {};
+  bool const isTested = drawing.source != Source::Coordinates && drawing.source != Source::Literal;
+  if (point.isHeld || (hasPlace(point) && !isTested)) return {};
   return point.isChecked ? "yes" : "no";
 }
 

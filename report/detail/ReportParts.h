@@ -11,8 +11,10 @@
 #include <QString>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kvn {
@@ -64,10 +66,16 @@ class ReportParts {
   AlgorithmAdjust const* const literal;  ///< a run by least squares to the letter of the formats
   std::vector<Judgement> const judgements;
 
-  RowChoice points;  ///< of the drawing, of those with coordinates to hand out
+  RowChoice points;  ///< of the drawing
   RowChoice directions;
   RowChoice distances;
   RowChoice sights;
+  RowChoice heightPoints;  ///< of the network of the heights
+  struct LiteralDirection {
+    std::size_t station;  ///< places in the result lists of the literal run
+    std::size_t target;
+  };
+  std::vector<LiteralDirection> literalDirections;  ///< of which `directions` are chosen then
   std::vector<std::size_t> circleOfSetUp;  ///< of a set-up with directions: which one of its station, from 1; else 0
   std::vector<bool> hasSeveral;            ///< of each point of the plane: whether it has several of these
 
@@ -83,18 +91,30 @@ class ReportParts {
   /// "A", or "A (2)" of the second of several circles.
   std::string stationName(std::size_t setUp) const;
   std::size_t pointOf(std::string const& recordName) const;  ///< in the drawing; kNowhere where it is not
-  /// The row of an observation between two points, by the line of the file where that is known: the id of an element of
-  /// the page; empty where the page has none.
+  // Ids of elements of the page; empty where it has none.
+  /// Of a point, in the table of the heights where it is about these.
+  std::string rowOfPoint(std::string const& recordName, bool isOfHeights) const;
+  /// Of an observation between two points, by the line of the file where that is known, or of misclosures.
   std::string rowOf(FieldFinding const& finding) const;
-  std::size_t lineOf(FieldFinding const& finding) const;  ///< in the drawing; kNowhere where it is not
+  /// In the drawing, one of them or none: where a finding is about an observation, a leg, or a point alone.
+  struct MapPlace {
+    std::size_t line = kNowhere;
+    std::size_t point = kNowhere;
+  };
+  MapPlace placeOf(FieldFinding const& finding) const;
 
  private:
   ReportParts(ReportContent finished, ReportOptions const& pageOptions, SiteDrawing drawn,
               std::vector<Judgement> judged, AlgorithmAdjust const* literalRun);
   void choosePoints();
   void chooseObservations();
-  void nameObservations();
   void countCircles();
+  void nameObservations();
+  void nameHeights();
+  void findLines();
+  using Ends = std::pair<std::size_t, std::size_t>;
+  Ends endsOf(FieldFinding const& finding) const;  ///< of the line that it is about; kNowhere twice without one
+  std::size_t pointOf(TraverseResult const& traverse) const;  ///< where its misclosures show, or come from
 
   struct Place {
     bool isDirection = false;
@@ -103,11 +123,12 @@ class ReportParts {
     int fileLine = 0;
     bool isMarked = false;
   };
-  void addPlace(std::string const& from, std::string const& to, Place place);
   static std::string keyOf(std::string const& from, std::string const& to);
 
   std::unordered_map<std::string, std::size_t> pointNumbers;
-  std::unordered_map<std::string, std::vector<Place>> places;
+  std::unordered_map<std::string, std::size_t> heightNumbers;  ///< where a finding is about heights
+  std::unordered_map<std::string, std::vector<Place>> places;  ///< of what findings are about
+  std::map<Ends, std::size_t> lines;                           ///< the same; the smaller place first
 };
 
 /// A heading, with the link target of the contents, and a sentence below it; open until `endSection`.

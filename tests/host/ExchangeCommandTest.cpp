@@ -93,8 +93,10 @@ TEST(ExchangeCommand, RunsWhatItsPagesShow) {
       ++commands;
     }
   }
-  EXPECT_EQ(commands, 8);
+  EXPECT_EQ(commands, 9);
   EXPECT_THAT(program.read("points.geojson"), HasSubstr("EPSG::31467"));
+  // B has a height and no place.
+  EXPECT_THAT(program.read("heights.csv"), HasSubstr("\r\nB,,,285.007"));
 }
 
 TEST(ExchangeCommand, RefusesWhatItCannotWrite) {

@@ -220,6 +220,7 @@ TEST_F(ReportPage, ShowsCoordinatesThatWereGivenButNoneThatWereOnlyGuessed) {
   EXPECT_EQ(list.row("points", "P").cells.mid(0, 3), QStringList({"P", "1000.2500", "2000.5000"}));
   job.open(written("net.in2", test::kNetworkFile));
   Page const unadjusted = pageOf(job);
+  expectSound(unadjusted);
   EXPECT_EQ(unadjusted.rows("points").size(), 2U)
       << "approximate coordinates stand in the table as if they were results";
 }
@@ -241,6 +242,44 @@ TEST_F(ReportPage, LeadsFromAFindingToItsRowAndItsLineOfTheMap) {
   EXPECT_TRUE(marked.cells.last().endsWith("too large")) << marked.cells.last().toStdString();
   EXPECT_TRUE(page.links.contains(marked.id));
   EXPECT_TRUE(has(page.bytes, "<a class=\"to-map\" href=\"#map\" data-l=\"" + marked.line.toStdString() + '"'));
+}
+
+TEST_F(ReportPage, LeadsFromAnyKindOfFindingToItsRow) {
+  // Misclosures are judged by the limits of the user as well.
+  kvn::TraverseOptions limits;
+  limits.allowedAngle = 1.0;
+  limits.allowedRelative = 1000.0;
+  job.setTraverseOptions(limits);
+  Page const traverse = adjusted(test::samplePath("trav_connecting_fr_5legs.in2"), 2);
+  expectSound(traverse);
+  EXPECT_TRUE(traverse.links.contains("rm1"));
+  Row const angles = traverse.row("misclosures1", "angles");
+  EXPECT_EQ(angles.id, "rm1");
+  EXPECT_EQ(angles.classes, "bad");
+  // 1" times the root of six angles.
+  EXPECT_EQ(angles.cells.mid(3).join('|').toStdString(), "2.4″|beyond");
+  EXPECT_EQ(traverse.row("misclosures1", "relative").cells.value(3), "1 : 1000");
+
+  // Heights have rows of their own, and points without coordinates no other.
+  Page const heights = adjusted(written("book.txt", test::kFieldBook));
+  expectSound(heights);
+  EXPECT_TRUE(heights.links.contains(heights.row("heights", "P").id));
+
+  job.open(written("ends.in2",
+                   "5,2,2\nA,0,0\nB,100,0\nA\nB,L,0\nB,S,100.01\nP,L,45\nP,S,70.71\nB\nA,L,0\nP,L,315\n"
+                   "P,S,70.71\nP\nA,L,0\nA,S,70.73\nB,L,90\n"),
+           kvn::Job::Reading::AsRead);
+  job.project()->getConfigure().AdjustMethod = 0;
+  job.adjust();
+  Page const literal = pageOf(job);
+  expectSound(literal);
+  ASSERT_EQ(literal.findings.size(), 1);
+  auto const& rows = literal.rows("directions");
+  auto const ofLine = std::find_if(rows.begin(), rows.end(), [](Row const& row) {
+    return row.cells.mid(0, 2) == QStringList({"P", "A"});
+  });
+  ASSERT_NE(ofLine, rows.end());
+  EXPECT_TRUE(literal.links.contains(ofLine->id));
 }
 
 TEST_F(ReportPage, KeepsNamesWhateverTheyAre) {
