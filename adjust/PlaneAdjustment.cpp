@@ -185,15 +185,13 @@ void PlaneAdjustment::Data::treatSuspects() {
   } catch (AlgorithmException const&) {          // NOLINT(bugprone-empty-catch): told below
   } catch (detail::CalculationFailure const&) {  // NOLINT(bugprone-empty-catch)
   }
-  if (engine.tell) {
-    engine.tell(
-        settings.weighsDownSuspects
-            ? Messages::tr("The adjustment does not settle with robust weights: its results are those without them")
-            : Messages::tr("The adjustment does not settle when suspects are left out: its results are those with all"),
-        Warning);
-  }
   solve();
   result = PlaneResult();
+  result.untreated =
+      settings.weighsDownSuspects
+          ? Messages::tr("The adjustment does not settle with robust weights: its results are those without them")
+          : Messages::tr("The adjustment does not settle when suspects are left out: its results are those with all");
+  if (engine.tell) engine.tell(result.untreated, Warning);
   takeResults();
   judge();
 }

@@ -7,6 +7,8 @@
 
 #include <utils/Export.h>
 
+#include <QString>
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -165,6 +167,9 @@ struct PlaneResult {
   /// Coordinates from which the iteration began, x and y of each point.
   std::vector<std::pair<double, double>> approximate;
   std::vector<PlaneTwins> twins;  ///< the nearest first
+  /// Where the network does not settle with robust weights, or without the suspects, the result is that of all with
+  /// their full weights, and this says so; else empty.
+  QString untreated;
 };
 
 /// Unknowns are x and y of every point and the orientation of every set-up; minimised is the sum of (residual /

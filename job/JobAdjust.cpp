@@ -37,7 +37,11 @@ void requireAdjustable(detail::JobState const& state) {
   Project const& project = *state.project;
   int const method = project.getConfigure().AdjustMethod;
   detail::requireObservations(state);
-  if (method < 0 || method >= kMethods || (method == kAnyTraverse && state.asRead)) {
+  if (method == kAnyTraverse && state.asRead) {
+    throw JobException(state.file, QString("traverses are looked for in a file that is read with care alone, not to "
+                                           "the letter"));
+  }
+  if (method < 0 || method >= kMethods) {
     throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
   }
   if (method == kByLeastSquares) {

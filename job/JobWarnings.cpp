@@ -250,6 +250,7 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
                                costOf(observation)));
     findings.back().line = sight.origin.line;
   }
+  if (!result.untreated.isEmpty()) findings.push_back(warning({}, {}, result.untreated));
   if (result.isWithoutSuspects) {
     findings.push_back(warning(
         {}, {}, Messages::tr("the adjustment does not settle with the suspected observations, which have no weight")));
