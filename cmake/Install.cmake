@@ -8,7 +8,7 @@ install(TARGETS kelvane_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY config DESTINATION ${CMAKE_INSTALL_DATADIR}/kelvane)
 install(FILES Kelvane.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(folder records core formats reduction adjust job report map legend commands)
-  if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/CMakeLists.txt)
+  if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${folder}/CMakeLists.txt)
     continue()
   endif()
   install(DIRECTORY ${folder} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kelvane
@@ -27,8 +27,8 @@ else()
 endif()
 
 install(EXPORT KelvaneTargets NAMESPACE Kelvane:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
-configure_package_config_file(cmake/KelvaneConfig.cmake.in ${CMAKE_BINARY_DIR}/KelvaneConfig.cmake
+configure_package_config_file(cmake/KelvaneConfig.cmake.in ${PROJECT_BINARY_DIR}/KelvaneConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
-write_basic_package_version_file(${CMAKE_BINARY_DIR}/KelvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${CMAKE_BINARY_DIR}/KelvaneConfig.cmake ${CMAKE_BINARY_DIR}/KelvaneConfigVersion.cmake
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/KelvaneConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/KelvaneConfig.cmake ${PROJECT_BINARY_DIR}/KelvaneConfigVersion.cmake
+  cmake/KelvaneDependencies.cmake DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Kelvane)
