@@ -42,11 +42,12 @@ function(kelvane_first_target result)
 endfunction()
 
 # OpenSceneGraph comes with a find module that has variables and no target.
+set(KELVANE_OPENSCENEGRAPH_PARTS osgDB osgText osgUtil osgViewer osgGA)
 function(kelvane_find_openscenegraph)
   if(TARGET Kelvane::OpenSceneGraph)
     return()
   endif()
-  find_package(OpenSceneGraph QUIET COMPONENTS osgDB osgText osgUtil osgViewer osgGA)
+  find_package(OpenSceneGraph QUIET COMPONENTS ${KELVANE_OPENSCENEGRAPH_PARTS})
   if(OPENSCENEGRAPH_FOUND)
     add_library(Kelvane::OpenSceneGraph INTERFACE IMPORTED)
     target_include_directories(Kelvane::OpenSceneGraph INTERFACE ${OPENSCENEGRAPH_INCLUDE_DIRS})
