@@ -29,11 +29,18 @@ target_include_directories(kelvane PUBLIC
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform>)
+# The same library for hosts that include no header of the map: nothing of OpenSceneGraph stands on their include path.
+add_library(kelvane_core INTERFACE)
+add_library(Kelvane::Core ALIAS kelvane_core)
+target_link_libraries(kelvane_core INTERFACE $<LINK_ONLY:kelvane> Qt5::Core Kelvane::jsoncpp tinyxml2::tinyxml2)
+target_include_directories(kelvane_core INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/platform)
+target_compile_features(kelvane_core INTERFACE cxx_std_17)
 if(NOT PROJECT_IS_TOP_LEVEL)
   # Hosts may name a header as <kelvane/adjust/Matrix.h>, as with the installed ones.
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/include)
   file(CREATE_LINK ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/include/kelvane SYMBOLIC)
   target_include_directories(kelvane INTERFACE $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>)
+  target_include_directories(kelvane_core INTERFACE ${PROJECT_BINARY_DIR}/include)
 endif()
 target_compile_definitions(kelvane PRIVATE KELVANE_BUILDING)
 target_compile_features(kelvane PUBLIC cxx_std_17)

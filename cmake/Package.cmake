@@ -34,11 +34,13 @@ This package has the program kelvane and the library that it stands on.")
 
 set(CPACK_DEBIAN_KELVANE_DEVELOPMENT_PACKAGE_NAME libkelvane-dev)
 set(CPACK_DEBIAN_KELVANE_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(hosts_need "kelvane (= ${whole_version}), qtbase5-dev, libjsoncpp-dev, libtinyxml2-dev, libopenscenegraph-dev")
+set(hosts_need "kelvane (= ${whole_version}), qtbase5-dev, libjsoncpp-dev, libtinyxml2-dev")
+set(maps_need libopenscenegraph-dev)
 if(KELVANE_USES_SYSTEM_OSGEARTH)
-  string(APPEND hosts_need ", libosgearth-dev")
+  string(APPEND maps_need ", libosgearth-dev")
 endif()
 set(CPACK_DEBIAN_KELVANE_DEVELOPMENT_PACKAGE_DEPENDS "${hosts_need}")
+set(CPACK_DEBIAN_KELVANE_DEVELOPMENT_PACKAGE_RECOMMENDS "${maps_need}")
 set(CPACK_COMPONENT_KELVANE_DEVELOPMENT_DESCRIPTION "Headers of the library that reads, checks and adjusts field data of total
 stations, with its files for CMake and pkg-config.")
 
