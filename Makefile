@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 APT := cmake/install-packages
 
-.PHONY: demo test browser bench lint format sanitize tsan faults fuzz install clean
+.PHONY: demo test browser bench lint format sanitize tsan faults fuzz install deb clean
 
 build-packages:
 	@$(APT) build
@@ -20,7 +20,9 @@ lint-packages:
 	@$(APT) build test lint
 fuzz-packages:
 	@$(APT) build fuzz
-.PHONY: build-packages test-packages browser-packages bench-packages lint-packages fuzz-packages
+deb-packages:
+	@$(APT) build deb
+.PHONY: build-packages test-packages browser-packages bench-packages lint-packages fuzz-packages deb-packages
 
 demo: build-packages
 	@cmake --preset release > .configure.log 2>&1 || { cat .configure.log; exit 1; }
@@ -77,6 +79,13 @@ install: build-packages
 	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
 	cmake --build --preset release -j $(JOBS)
 	cmake --install build/release
+
+# Debian packages in build/release, looked through by Debian's checker.
+deb: deb-packages
+	cmake --preset release
+	cmake --build --preset release -j $(JOBS)
+	cd build/release && rm -f *.deb && cpack
+	lintian --fail-on error build/release/*.deb
 
 clean:
 	rm -rf build

@@ -16,18 +16,18 @@ set(folders adjust commands core formats legend map platform records reduction)
 set(headers)
 set(later)
 foreach(folder ${folders})
-  file(GLOB_RECURSE candidates RELATIVE ${CMAKE_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*Data.h)
+  file(GLOB_RECURSE candidates RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*Data.h)
   foreach(header ${candidates})
-    kelvane_sees_private_data(sees ${CMAKE_SOURCE_DIR}/${header} "")
+    kelvane_sees_private_data(sees ${PROJECT_SOURCE_DIR}/${header} "")
     if(sees AND NOT header MATCHES "/PrivateData.h$")
       list(APPEND headers "#include \"${header}\"")
     endif()
   endforeach()
 endforeach()
 foreach(folder ${folders})
-  file(GLOB_RECURSE candidates RELATIVE ${CMAKE_SOURCE_DIR} CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+  file(GLOB_RECURSE candidates RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
   foreach(source ${candidates})
-    kelvane_sees_private_data(sees ${CMAKE_SOURCE_DIR}/${source} "${headers}")
+    kelvane_sees_private_data(sees ${PROJECT_SOURCE_DIR}/${source} "${headers}")
     if(sees)
       list(APPEND later ${source})
     endif()
@@ -35,13 +35,13 @@ foreach(folder ${folders})
 endforeach()
 
 # Several in one: they are few, and include much the same. Those with a rule of the same name are compiled alone.
-list(TRANSFORM later PREPEND ${CMAKE_SOURCE_DIR}/)
+list(TRANSFORM later PREPEND ${PROJECT_SOURCE_DIR}/)
 add_library(kelvane_later_objects OBJECT ${later})
 set_target_properties(kelvane_later_objects PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
 set_source_files_properties(
-  ${CMAKE_SOURCE_DIR}/adjust/engine/PlaneResults.cpp
-  ${CMAKE_SOURCE_DIR}/adjust/traverse/ConnectTraverse.cpp
-  ${CMAKE_SOURCE_DIR}/adjust/traverse/OpenTraverse.cpp
+  ${PROJECT_SOURCE_DIR}/adjust/engine/PlaneResults.cpp
+  ${PROJECT_SOURCE_DIR}/adjust/traverse/ConnectTraverse.cpp
+  ${PROJECT_SOURCE_DIR}/adjust/traverse/OpenTraverse.cpp
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 target_link_libraries(kelvane_later_objects PRIVATE kelvane_headers kelvane_warnings Eigen3::Eigen)
 target_compile_definitions(kelvane_later_objects PRIVATE KELVANE_BUILDING KELVANE_LATER_VERSION)
@@ -60,6 +60,6 @@ target_link_libraries(kelvane_later PRIVATE kelvane_headers METIS::METIS ${CMAKE
 set_target_properties(kelvane_later PROPERTIES
   LINKER_LANGUAGE CXX
   OUTPUT_NAME kelvane
-  LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/later/lib
+  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/later/lib
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})

@@ -21,5 +21,5 @@ set(alone_in_library
 if(NOT CMAKE_UNITY_BUILD)
   return()
 endif()
-list(TRANSFORM alone_in_library PREPEND ${CMAKE_SOURCE_DIR}/)
+list(TRANSFORM alone_in_library PREPEND ${PROJECT_SOURCE_DIR}/)
 kelvane_alone(kelvane ${alone_in_library})

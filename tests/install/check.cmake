@@ -15,6 +15,14 @@ if(headers)
   message(FATAL_ERROR "installed, and for the library alone: ${headers}")
 endif()
 
+# What is made of the help of the program lies where man and the shells look.
+foreach(text man/man1/kelvane.1 bash-completion/completions/kelvane zsh/site-functions/_kelvane)
+  file(SIZE ${WORK}/prefix/share/${text} size)
+  if(size LESS 4000)
+    message(FATAL_ERROR "share/${text} has ${size} bytes")
+  endif()
+endforeach()
+
 # What the build translates, the installed library translates too.
 file(GLOB tables RELATIVE ${BUILD}/share ${BUILD}/share/kelvane/translations/*.qm)
 foreach(table ${tables})
