@@ -207,6 +207,20 @@ Drawn draw(Session& session, SiteDrawing const& drawing) {
   return drawn;
 }
 
+/// Whether something of the scene shows. A picture as small as this one has neither scale bar nor north arrow.
+bool showsFeatures(mvz::OffscreenView& view, MapOptions const& options) {
+  constexpr int kSmall = 96;
+  view.setSize(kSmall, kSmall);
+  System::Instance()->fullMapSystem();
+  osg::ref_ptr<osg::Image> const picture = view.render();
+  unsigned char const* const bytes = picture->data();
+  bool const isBlank =
+      std::all_of(bytes, bytes + picture->getTotalSizeInBytes(), [](unsigned char byte) { return byte == 0xFF; });
+  view.setSize(options.width, options.height);
+  System::Instance()->fullMapSystem();
+  return !isBlank;
+}
+
 /// The scene of the project, by OpenGL.
 bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   osg::ref_ptr<mvz::ViewerManager> const viewers = new mvz::ViewerManager;
@@ -219,6 +233,9 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   session.job().requireNoError(Job::FileText | Job::FieldReduced);
   SiteDrawing const drawing = adjustedDrawing(session, options);
   drawn = draw(session, drawing);
+  if (!showsFeatures(*view, options)) {
+    throw JobException(session.file(), "the map was not drawn: no point and no line shows on the picture");
+  }
   MapScene& scene = *session.project().getOrCreateMapScene();
   makeRoomForWords(*view, drawing);
   sketch(scene, *view, drawing, options);

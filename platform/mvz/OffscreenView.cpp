@@ -1,5 +1,7 @@
+#include <mvz/GraphicsState.h>
 #include <mvz/OffscreenView.h>
 #include <mvz/detail/EglContext.h>
+#include <mvz/detail/Shading.h>
 #include <utils/FileText.h>
 #include <utils/QLogicError.h>
 #include <utils/detail/InstalledCode.h>
@@ -127,6 +129,7 @@ OffscreenView::Canvas::Canvas(osg::Camera* viewCamera) : camera(viewCamera) {
   viewer->setSceneData(shown);
   viewer->realize();
   startExtensions(*window->getState());
+  prepareGraphicsState(*window->getState());
 }
 
 OffscreenView::Canvas::~Canvas() {
@@ -165,6 +168,10 @@ osg::ref_ptr<osg::Image> OffscreenView::Canvas::draw() {
   bind(*samples, osg::FrameBufferObject::READ_DRAW_FRAMEBUFFER);
   window->setDefaultFboId(samples->getHandle(window->getState()->getContextID()));
   viewer->frame();
+  // Names of osgEarth come into view little by little, and its features are built when a first frame is made.
+  for (double const seconds : {1.0, 2.0}) {
+    if (detail::usesAttributes()) viewer->frame(viewer->getFrameStamp()->getSimulationTime() + seconds);
+  }
   return average();
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <osg/observer_ptr>
+#include <osgEarth/Common>
 #include <osgEarth/Map>
 #include <unordered_map>
 
@@ -42,6 +43,11 @@ double distanceTo(View const& view, std::vector<osg::Vec3d> const& points, osg::
   return least;
 }
 
+osgEarth::MapNode* newMapNode() {
+  osgEarth::initialize();  // before anything else of osgEarth's is used; only the first call counts
+  return new osgEarth::MapNode(new osgEarth::Map);
+}
+
 struct Nearest {
   osg::Node* node;
   double distance;
@@ -58,7 +64,7 @@ struct Nearest {
 struct KELVANE_PRIVATE ViewerManager::Data {
   KELVANE_LATER_MEMBER
   std::recursive_mutex mutex;
-  osg::ref_ptr<osgEarth::MapNode> mapNode = new osgEarth::MapNode(new osgEarth::Map);
+  osg::ref_ptr<osgEarth::MapNode> mapNode = newMapNode();
   std::vector<osg::ref_ptr<View>> views;
   std::vector<osg::observer_ptr<osg::Node>> picked;
   std::unordered_map<osg::Node const*, std::size_t> pickedAt;  ///< where in `picked`; may name nodes that are gone

@@ -3,6 +3,7 @@
 #include <mvz/OffscreenView.h>
 #include <mvz/detail/EglContext.h>
 #include <mvz/detail/MapFont.h>
+#include <mvz/detail/Shading.h>
 #include <support/Support.h>
 #include <utils/QLogicError.h>
 
@@ -141,7 +142,9 @@ TEST(OffscreenView, SharesASceneWithOtherViewsWhicheverDiesFirst) {
   for (int again = 0; again < 2; ++again) expectSquare(*viewOf(scene));
 }
 
-TEST(OffscreenView, DrawsLabelsAScaleBarAndANorthArrowOverTheMap) {
+class Shading : public testing::TestWithParam<bool> {};
+
+TEST_P(Shading, DrawsLabelsAScaleBarAndANorthArrowOverTheMap) {
   auto const countDark = [](osg::Image const& image, int left, int right, int top, int bottom) {
     return find(image,
                 [&](int x, int y) {
@@ -157,6 +160,8 @@ TEST(OffscreenView, DrawsLabelsAScaleBarAndANorthArrowOverTheMap) {
   label->setColor(osg::Vec4(0, 0, 0, 1));
   osg::ref_ptr<osg::MatrixTransform> const place = new osg::MatrixTransform(osg::Matrixd::translate(kSquarePlace));
   place->addChild(label);
+  bool const isByAttributes = GetParam();
+  mvz::detail::setUsesAttributes(isByAttributes);
   osg::ref_ptr<mvz::OffscreenView> const view = viewOf(place);
   osg::Vec2d const pixel = view->toPixel(kSquarePlace);
   int const x = static_cast<int>(pixel.x());
@@ -172,7 +177,10 @@ TEST(OffscreenView, DrawsLabelsAScaleBarAndANorthArrowOverTheMap) {
     osg::ref_ptr<osg::Image> const again = view->render();
     EXPECT_TRUE(std::equal(image->data(), image->data() + image->getTotalSizeInBytes(), again->data()));
   }
+  mvz::detail::setUsesAttributes(false);
 }
+// By OpenGL's fixed functions, and by attributes and uniforms, as osgEarth has its contexts.
+INSTANTIATE_TEST_SUITE_P(OffscreenView, Shading, testing::Bool());
 
 TEST(OffscreenView, TheScaleBarLooksTheSameWhateverWasDrawnBefore) {
   osg::ref_ptr<osg::Node> const blended = square();

@@ -1,6 +1,7 @@
 #include <mvz/detail/Decoration.h>
 #include <mvz/detail/MapFont.h>
 #include <mvz/detail/PlanScale.h>
+#include <mvz/detail/Shading.h>
 #include <utils/detail/InstalledCode.h>
 
 #include <osg/Geometry>
@@ -111,6 +112,7 @@ Decoration::Decoration(osg::Camera* mapCamera) : map(mapCamera) {
   state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
   state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
   state->setMode(GL_BLEND, osg::StateAttribute::ON);
+  if (auto const program = plainProgram()) state->setAttributeAndModes(program);
   // One after the other as they were added: the dark parts lie over the white ones.
   state->setRenderBinDetails(0, "TraversalOrderBin", osg::StateSet::OVERRIDE_RENDERBIN_DETAILS);
 }
