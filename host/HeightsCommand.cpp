@@ -31,9 +31,9 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 }
 
 template <typename Report>
-int print(Session& session, Report const& finished, bool asJson) {
+int print(Session& session, Report const& finished, bool asJson, bool isQuiet) {
   if (!asJson) {
-    printText(finished.text());
+    if (!isQuiet) printText(finished.text());
     return Done;
   }
   Json::Value json = finished.json();
@@ -48,10 +48,10 @@ int report(Session& session, HeightsOptions const& options) {
     double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
     LiteralHeightsReport const finished(session.file(), refraction, session.job().heightLines(),
                                         *session.project().getTriangleHeightAdjust());
-    return print(session, finished, options.json);
+    return print(session, finished, options.json, options.quiet);
   }
   std::vector<FieldFinding> const findings = findingsOfTheRun(session.job());
-  return print(session, HeightsReport(session.file(), session.job(), findings), options.json);
+  return print(session, HeightsReport(session.file(), session.job(), findings), options.json, options.quiet);
 }
 
 }  // namespace

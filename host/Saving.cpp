@@ -9,7 +9,7 @@ namespace kvn::host {
 namespace {
 
 void tellNotWritten(QString const& path, QString const& reason) {
-  System::Instance()->sendMessage(QString("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
+  System::Instance()->sendMessage(System::tr("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
 }
 
 }  // namespace
@@ -22,7 +22,8 @@ void tellWithoutPlace(SiteDrawing const& drawing) {
   if (drawing.withoutPlace.empty()) return;
   QStringList names;
   for (std::string const& name : drawing.withoutPlace) names << printable(QString::fromStdString(name));
-  System::Instance()->sendMessage("Left out, since they have no coordinates: " + listedNames(names), Warning);
+  System::Instance()->sendMessage(System::tr("Left out, since they have no coordinates: %1").arg(listedNames(names)),
+                                  Warning);
 }
 
 void saveJob(Session& session, QString const& path, ExchangeChoice const& choice) {
@@ -39,12 +40,13 @@ bool save(Session& session, QString const& path, std::function<void(Session&, QS
   int const errorsBefore = session.messages().errorCount();
   try {
     write(session, path);
+    session.pass(path);
   } catch (std::bad_alloc const&) {
     throw;  // there may be no memory for a message
   } catch (JobException const& failure) {
-    tellNotWritten(path, refusalText(failure));
+    tellNotWritten(session.shown(path), refusalText(failure));
   } catch (std::exception const& failure) {
-    tellNotWritten(path, QString::fromUtf8(failure.what()));
+    tellNotWritten(session.shown(path), QString::fromUtf8(failure.what()));
   }
   return session.messages().errorCount() == errorsBefore;
 }
@@ -52,7 +54,8 @@ bool save(Session& session, QString const& path, std::function<void(Session&, QS
 int finishSaving(Session& session, QString const& path, bool saved, bool asJson) {
   if (asJson) {
     Json::Value json;
-    json["file"] = path.toStdString();
+    json["version"] = kJsonVersion;
+    json["file"] = session.shown(path).toStdString();
     json["ok"] = saved;
     json["messages"] = session.messages().take();
     printJson(json);

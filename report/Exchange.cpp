@@ -3,6 +3,7 @@
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/WriteWhole.h"
+#include "records/detail/Messages.h"
 #include "report/detail/PlainNumber.h"
 #include "report/detail/PointColumns.h"
 
@@ -175,7 +176,7 @@ void writeGeoJson(std::ostream& stream, SiteDrawing const& drawing, ExchangeOpti
 
 void writeExchange(QString const& path, SiteDrawing const& drawing, ExchangeOptions const& options) {
   Job::requireWritableKind(path, exchangeKinds());
-  if (drawing.points.empty()) throw JobException(path, "there is no point with coordinates to write");
+  if (drawing.points.empty()) throw JobException(path, Messages::tr("there is no point with coordinates to write"));
   QString const kind = QFileInfo(path).suffix().toLower();
   detail::writeWhole(path, [&](std::ostream& stream) {
     if (kind == "csv") return writeCsv(stream, drawing, options);
