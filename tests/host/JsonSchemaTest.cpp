@@ -3,6 +3,9 @@
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
+#include <json/reader.h>
+#include <functional>
+#include <sstream>
 
 namespace {
 
@@ -71,6 +74,20 @@ TEST_F(JsonSchema, HoldsWhatEverySubcommandPrints) {
   expectFits({"exec", "--open", network}, "exec", R"([{"name": "list"}, {"name": "undo"}, {"name": "NoSuchCMD"},
       {"name": "AddNetworkDataCMD", "in": {"data": {"StartName": "A", "EndName": "Q"}}},
       {"name": "RemoveNetworkDataCMD", "in": {"data": {"ids": ["none"]}}}])");
+}
+
+TEST_F(JsonSchema, HasNoKeyThatTheDescriptionDoesNotTell) {
+  std::string const description = test::fileBytes(KELVANE_SOURCE_DIR "/docs/json.md");
+  Json::Value schema;
+  std::istringstream(test::fileBytes(KELVANE_SOURCE_DIR "/docs/json-schema.json")) >> schema;
+  std::function<void(Json::Value const&)> const look = [&](Json::Value const& part) {
+    for (std::string const& key : part["properties"].getMemberNames()) {
+      EXPECT_THAT(description, testing::ContainsRegex("[^A-Za-z_]" + key + "[^A-Za-z_]"));
+      if (part["properties"][key].isObject()) look(part["properties"][key]);
+    }
+    if (part["items"].isObject()) look(part["items"]);
+  };
+  for (std::string const& name : schema["definitions"].getMemberNames()) look(schema["definitions"][name]);
 }
 
 TEST_F(JsonSchema, IsBrokenByAKeyThatIsMissingNewOrOfAnotherType) {
