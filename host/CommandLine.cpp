@@ -9,8 +9,6 @@
 namespace kvn::host {
 namespace {
 
-constexpr int kColumns = 79;  // of a terminal that has 80
-
 // Words of Qt's parser, which looks them up under its own name.
 [[maybe_unused]] constexpr char const* kWordsOfTheParser[] = {
     QT_TRANSLATE_NOOP("QCommandLineParser", "Unexpected value after '%1'."),
@@ -21,8 +19,10 @@ constexpr int kColumns = 79;  // of a terminal that has 80
 /// form in which no pair is changed twice).
 int slipsBetween(QString const& a, QString const& b) {
   int const width = b.size() + 1;
-  std::vector<int> table(static_cast<std::size_t>((a.size() + 1) * width));
-  auto const at = [&table, width](int i, int k) -> int& { return table[static_cast<std::size_t>(i * width + k)]; };
+  std::vector<int> table(static_cast<std::size_t>(a.size() + 1) * static_cast<std::size_t>(width));
+  auto const at = [&table, width](int i, int k) -> int& {
+    return table[static_cast<std::size_t>(i) * static_cast<std::size_t>(width) + static_cast<std::size_t>(k)];
+  };
   for (int i = 0; i <= a.size(); ++i) {
     for (int k = 0; k <= b.size(); ++k) {
       if (i == 0 || k == 0) {
@@ -87,7 +87,7 @@ QString CommandLine::problem() const {
   for (QCommandLineOption const& option : options) {
     known << "--" + option.names().last();
   }
-  QString const name = unknown.first();
+  QString const& name = unknown.first();
   return System::tr("Unknown option '%1'").arg(name) + suggestion("--" + name, known);
 }
 

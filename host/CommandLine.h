@@ -10,6 +10,8 @@
 
 namespace kvn::host {
 
+constexpr int kColumns = 79;  ///< that help may take of a terminal that has 80
+
 /// Qt's parser, which keeps what it is given to itself: here the names can be compared with a mistyped one, and the
 /// help is broken by the columns of a terminal, of which a Chinese sign takes two.
 class CommandLine : public QCommandLineParser {

@@ -18,7 +18,7 @@ QString languageOption(QCommandLineParser const& parser) {
 
 /// The kind of what is on standard input; empty for a file.
 QString inputKind(CommandLine const& parser, QStringList const& files) {
-  QString const kind = parser.value("kind").toLower();
+  QString kind = parser.value("kind").toLower();
   bool const isStream = files.contains(kStream);
   if (files.count(kStream) > 1) throw UsageError(System::tr("standard input can be read once"));
   if (isStream && kind.isEmpty()) throw UsageError(System::tr("- needs --kind, such as --kind in2"));

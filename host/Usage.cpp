@@ -27,7 +27,6 @@ QString programUsage() {
       {"--quiet", System::tr("print only errors")},
       {"--help, --version", {}},
   });
-  constexpr int kColumns = 79;
   QString const files = wrapped(
       System::tr(
           "FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2), a coordinate file (.dat) "

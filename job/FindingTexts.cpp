@@ -71,7 +71,7 @@ constexpr char const* kWordsOfCalculators[] = {
     QT_TRANSLATE_NOOP("kvn::System", "Data error"),
 };
 
-QString nameOf(AlgorithmException const& failure) {
+QString toldName(AlgorithmException const& failure) {
   for (char const* words : kWordsOfCalculators) {
     if (failure.name == words) return Messages::tr(words);
   }
@@ -102,7 +102,7 @@ QString worded(AlgorithmException const& failure, Network const& network) {
     NetworkDataInfo const& line = network.lines[index];
     return Messages::tr("%1: line from %2 to %3").arg(text, recordText(line.start_name), recordText(line.end_name));
   }
-  QString const name = nameOf(failure);
+  QString const name = toldName(failure);
   // The text of a repeated station has the name in it; "Data error" stands for no point and says what the text says.
   bool const isTold =
       name.isEmpty() || failure.name == "Data error" || failure.errorType == AlgorithmException::StationNameRepeat;

@@ -107,7 +107,7 @@ class LentRows {
 /// UTF-8 in the local 8-bit encoding. @throws JobException for what it cannot express.
 std::string localText(QString const& path, std::string const& utf8) {
   QString const text = QString::fromStdString(utf8);
-  std::string const local = HTextCodec::ToLocal8Bit(text);
+  std::string local = HTextCodec::ToLocal8Bit(text);
   if (HTextCodec::FromLocal8Bit(local) == text) return local;
   QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
   throw JobException(path, Messages::tr("a name cannot be written in the encoding %1").arg(codec));
