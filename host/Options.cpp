@@ -448,7 +448,9 @@ std::optional<ExecOptions> parseExec(QStringList const& arguments) {
   CommandLine parser;
   prepare(parser, System::tr("Runs a JSON array of commands, each {\"name\", \"in\"}, on a project. Prints a JSON "
                              "array of results, each {\"ok\", \"out\", \"messages\"}."));
-  parser.addPositionalArgument("COMMANDS", System::tr("JSON array, on standard input."));
+  parser.addPositionalArgument(
+      "COMMANDS", System::tr("JSON array on standard input; or one command a line, each answered on a line before the "
+                             "next one is read. Beside the commands of the library: list, undo, redo."));
   parser.addOptions({
       {"open", System::tr("File to open before the first command."), "FILE"},
       {"save",

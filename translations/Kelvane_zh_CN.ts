@@ -3139,10 +3139,6 @@
         <translation>对项目执行 JSON 命令数组，每个命令为 {"name", "in"}。输出 JSON 结果数组，每个结果为 {"ok", "out", "messages"}。</translation>
     </message>
     <message>
-        <source>JSON array, on standard input.</source>
-        <translation>标准输入中的 JSON 数组。</translation>
-    </message>
-    <message>
         <source>File to open before the first command.</source>
         <translation>执行第一个命令之前打开的文件。</translation>
     </message>
@@ -3277,6 +3273,10 @@
     <message>
         <source>line %1 of standard input is not {"name": text, "in": object}</source>
         <translation>标准输入第 %1 行不是 {"name": 文本, "in": 对象}</translation>
+    </message>
+    <message>
+        <source>JSON array on standard input; or one command a line, each answered on a line before the next one is read. Beside the commands of the library: list, undo, redo.</source>
+        <translation>标准输入中的 JSON 数组；或每行一个命令，每个命令在读取下一个之前以一行回答。除程序库的命令外还有：list、undo、redo。</translation>
     </message>
 </context>
 <context>
