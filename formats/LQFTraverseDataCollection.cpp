@@ -373,7 +373,7 @@ void LQFTraverseDataCollection::writeNEZXYZ(std::ostream& stream, LQFLabType typ
 }
 
 std::string LQFTraverseDataCollection::number(double value, int decimals) const {
-  return formater.toString(value, decimals).toStdString();
+  return utils::withoutSignOfZero(formater.toString(value, decimals).toStdString());
 }
 
 std::string LQFTraverseDataCollection::seconds(double radians) const {

@@ -33,7 +33,7 @@ class ProgressLine {
 
   void show(AdjustProgress const& progress) const {
     if (std::chrono::steady_clock::now() - start < kPatience) return;
-    showProgress(QString("Adjusting %1 sights: %2").arg(count).arg(textOf(progress)));
+    showProgress(System::tr("Adjusting %1 sights: %2").arg(count).arg(textOf(progress)));
   }
 
  private:
@@ -42,19 +42,19 @@ class ProgressLine {
   static QString textOf(AdjustProgress const& progress) {
     switch (progress.stage) {
       case AdjustProgress::Start:
-        return "approximate coordinates";
+        return System::tr("approximate coordinates");
       case AdjustProgress::Equations:
         break;
       case AdjustProgress::Inverse:
-        return "inverse";
+        return System::tr("inverse");
       case AdjustProgress::Results:
-        return "errors of the results";
+        return System::tr("errors of the results");
       case AdjustProgress::Check:
-        return "search for gross errors";
+        return System::tr("search for gross errors");
     }
-    QString round = QString("round %1").arg(progress.round);
+    QString round = System::tr("round %1").arg(progress.round);
     if (std::isnan(progress.largestMove)) return round;
-    return round + QString(", largest move %1 m").arg(progress.largestMove, 0, 'g', 3);
+    return round + System::tr(", largest move %1 m").arg(progress.largestMove, 0, 'g', 3);
   }
 
   std::size_t count;
@@ -79,7 +79,7 @@ void adjustHeightsForExchange(Session& session) {
   try {
     job.adjustHeights();
   } catch (JobException const& failure) {
-    System::Instance()->sendMessage("No heights are adjusted: " + failure.text, Warning);
+    System::Instance()->sendMessage(System::tr("No heights are adjusted: %1").arg(failure.text), Warning);
   }
 }
 
@@ -92,8 +92,8 @@ void saveResults(Session& session, QString const& path, ExchangeChoice const& ch
   if (kind == "dat" || kind == "kvn") {
     session.job().takeResults();
   } else {
-    System::Instance()->sendMessage(QString("%1 holds the observations, not the adjusted coordinates").arg(path),
-                                    Warning);
+    System::Instance()->sendMessage(
+        System::tr("%1 holds the observations, not the adjusted coordinates").arg(session.shown(path)), Warning);
   }
   session.job().save(path);
 }
@@ -184,7 +184,8 @@ int runAdjust(QStringList const& arguments) {
   auto const options = parseAdjust(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, savableKinds());
+    QString const out = options->saveFile.isEmpty() ? QString() : session.outputFor(options->saveFile);
+    if (!out.isEmpty()) Job::requireWritableKind(out, savableKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
     adjust(session);
@@ -192,12 +193,12 @@ int runAdjust(QStringList const& arguments) {
     std::vector<FieldFinding> findings;
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
-    bool const saved =
-        options->saveFile.isEmpty() || save(session, options->saveFile, [&options](Session& from, QString const& path) {
-          saveResults(from, path, options->exchange);
-        });
+    bool const saved = out.isEmpty() || save(session, out, [&options](Session& from, QString const& path) {
+                         saveResults(from, path, options->exchange);
+                       });
     if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
-    report(session, findings, *options);
+    bool const isPrinted = options->json || !(options->quiet || options->saveFile == kStream);
+    if (isPrinted) report(session, findings, *options);
     return saved ? Done : Refused;
   });
 }

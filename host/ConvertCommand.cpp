@@ -12,11 +12,12 @@ int runConvert(QStringList const& arguments) {
   auto const options = parseConvert(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    Job::requireWritableKind(options->outFile, savableKinds());
+    QString const out = session.outputFor(options->outFile);
+    Job::requireWritableKind(out, savableKinds());
     session.open(options->file);
     tellWarnings(session.job().findingsOf(Job::FileText));
-    bool const saved = save(session, options->outFile,
-                            [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
+    bool const saved =
+        save(session, out, [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
     return finishSaving(session, options->outFile, saved, options->json);
   });
 }

@@ -1,43 +1,32 @@
 // exec: the JSON commands of standard input.
 #include "Commands.h"
+#include "ExecRun.h"
 #include "Failures.h"
 #include "Options.h"
 #include "Output.h"
 #include "Saving.h"
 #include "Session.h"
+#include "Streams.h"
 
 #include <json/reader.h>
-#include <unistd.h>
-#include <cerrno>
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
-#include <system_error>
+#include <utility>
 
 namespace kvn::host {
 namespace {
 
-std::string standardInput() {
-  std::string bytes;
-  char piece[65536];
-  for (;;) {
-    ssize_t const count = ::read(STDIN_FILENO, piece, sizeof piece);
-    if (count == 0) return bytes;
-    if (count > 0) bytes.append(piece, static_cast<std::size_t>(count));
-    if (count > 0 || errno == EINTR) continue;
-    throw JobException({}, "standard input could not be read to its end: " +
-                               QString::fromStdString(std::generic_category().message(errno)));
-  }
-}
-
 /// @throws Json::Exception for input that is nested too deep, JobException for input that is no JSON.
-Json::Value parse(std::string const& bytes) {
+Json::Value parse(std::string const& bytes, QString const& refusal) {
   Json::CharReaderBuilder builder;
   Json::CharReaderBuilder::strictMode(&builder.settings_);
   std::unique_ptr<Json::CharReader> const reader(builder.newCharReader());
   Json::Value value;
   std::string errors;
   if (!reader->parse(bytes.data(), bytes.data() + bytes.size(), &value, &errors)) {
-    throw JobException({}, "standard input is not JSON: " + QString::fromStdString(errors).simplified());
+    throw JobException({}, refusal.arg(QString::fromStdString(errors).simplified()));
   }
   return value;
 }
@@ -46,36 +35,54 @@ bool isCommand(Json::Value const& value) {
   return value.isObject() && value["name"].isString() && (!value.isMember("in") || value["in"].isObject());
 }
 
-Json::Value readCommands() {
-  Json::Value commands = parse(standardInput());
-  if (!commands.isArray()) throw JobException({}, "standard input is not a JSON array of commands");
+Json::Value readList(std::string const& bytes) {
+  Json::Value commands = parse(bytes, System::tr("standard input is not JSON: %1"));
+  if (!commands.isArray()) throw JobException({}, System::tr("standard input is not a JSON array of commands"));
   for (Json::ArrayIndex i = 0; i < commands.size(); ++i) {
     if (!isCommand(commands[i])) {
       throw JobException({},
-                         QString("command %1 on standard input is not {\"name\": text, \"in\": object}").arg(i + 1));
+                         System::tr("command %1 on standard input is not {\"name\": text, \"in\": object}").arg(i + 1));
     }
   }
   return commands;
 }
 
-Json::Value run(Json::Value const& command, Session& session) {
-  Json::Value out;
-  Json::Value result;
-  std::string const name = command["name"].asString();
-  result["ok"] = session.project().getCommandManager()->execute(name.c_str(), command["in"], out, {});
-  result["out"] = out;
-  result["messages"] = session.messages().take();
-  return result;
-}
+bool isBlank(std::string const& line) { return line.find_first_not_of(" \t\r") == std::string::npos; }
 
 /// A failed command stops nothing: each result stands at the place of its command.
-Json::Value runAll(Json::Value const& commands, Session& session, bool& allGood) {
-  Json::Value results(Json::arrayValue);
+bool runList(Json::Value const& commands, Session& session, Json::Value& results) {
+  bool const mayUndo = std::any_of(commands.begin(), commands.end(),
+                                   [](Json::Value const& command) { return command["name"].asString() == "undo"; });
+  ExecRun script(session, mayUndo);
+  bool allGood = true;
   for (Json::Value const& command : commands) {
-    results.append(run(command, session));
+    results.append(script.run(command));
     allGood = allGood && results[results.size() - 1]["ok"].asBool();
   }
-  return results;
+  return allGood;
+}
+
+/// A command a line, each answered on a line before the next one is read, so that whoever writes them can look at ids.
+bool runLines(std::string line, StandardLines& lines, Session& session) {
+  ExecRun script(session, true);
+  bool allGood = true;
+  for (int number = 1;; ++number) {
+    if (!isBlank(line)) {
+      Json::Value const command =
+          parse(line, System::tr("line %1 of standard input is not JSON: %2").arg(number).arg("%1"));
+      if (!isCommand(command)) {
+        throw JobException({},
+                           System::tr("line %1 of standard input is not {\"name\": text, \"in\": object}").arg(number));
+      }
+      Json::Value const result = script.run(command);
+      allGood = allGood && result["ok"].asBool();
+      printBytes(jsonLineOf(result) + '\n');
+      finishPrinting();
+    }
+    std::optional<std::string> next = lines.next();
+    if (!next) return allGood;
+    line = std::move(*next);
+  }
 }
 
 }  // namespace
@@ -84,19 +91,24 @@ int runExec(QStringList const& arguments) {
   auto const options = parseExec(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, savableKinds());
+    if (!options->saveFile.isEmpty()) Job::requireWritableKind(session.outputFor(options->saveFile), savableKinds());
     if (!options->openFile.isEmpty()) session.open(options->openFile);
-    bool allGood = true;
-    Json::Value const results = runAll(readCommands(), session, allGood);
+    StandardLines lines;
+    std::string const first = lines.next().value_or(std::string());
+    bool const isLines = QString::fromStdString(first).trimmed().startsWith('{');
+    Json::Value results(Json::arrayValue);
+    bool const allGood =
+        isLines ? runLines(first, lines, session) : runList(readList(first + '\n' + lines.rest()), session, results);
     // A script that failed half way must not replace a file.
     bool const saves = allGood && !options->saveFile.isEmpty();
     bool const saved = !saves || save(session, options->saveFile, [&options](Session& from, QString const& path) {
       saveJob(from, path, options->exchange);
     });
     if (!allGood && !options->saveFile.isEmpty()) {
-      printLine(printable(QString("kelvane: %1: not written, since a command failed").arg(options->saveFile)));
+      printLine(printable(
+          QString("kelvane: %1: %2").arg(options->saveFile, System::tr("not written, since a command failed"))));
     }
-    printJson(results);
+    if (!isLines) printJson(results);
     return allGood && saved ? Done : Refused;
   });
 }

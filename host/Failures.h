@@ -4,6 +4,7 @@
 #include <Kelvane.h>
 #include <QString>
 #include <stdexcept>
+#include <utility>
 
 namespace kvn::host {
 
@@ -16,7 +17,14 @@ enum ExitCode {
 /// A command line that cannot be understood. Ends the program with `WrongUsage`.
 class UsageError : public std::runtime_error {
  public:
-  explicit UsageError(QString const& text) : std::runtime_error(text.toStdString()) {}
+  /// @param of  the subcommand whose help tells more; empty for that of the program.
+  explicit UsageError(QString const& text, QString of = {})
+      : std::runtime_error(text.toStdString()), name(std::move(of)) {}
+
+  QString const& subcommand() const { return name; }
+
+ private:
+  QString name;
 };
 
 /// Text of a failure with what the program has to add. A file that the program refuses is a JobException as well.

@@ -15,7 +15,7 @@ QString judgementText(Job const& job) {
 QString findingsText(std::vector<FieldFinding> const& findings) {
   QString text;
   for (QString const& line : warningLines(findings)) text += "  " + printable(line) + '\n';
-  return text.isEmpty() ? text : "\nTo look at first\n" + text;
+  return text.isEmpty() ? text : QString("\n%1\n%2").arg(System::tr("To look at first"), text);
 }
 
 Json::Value findingsJson(std::vector<FieldFinding> const& findings) {

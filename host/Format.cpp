@@ -111,8 +111,8 @@ QString axisOfRadians(double radians) { return QString::fromStdString(axisOfRadi
 
 QString shortNumber(double value) { return QString::number(value, 'g', 7); }
 
-QString counted(std::size_t count, char const* one, char const* many) {
-  return QString("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
+QString counted(std::size_t count, QString const& one, QString const& many) {
+  return (count == 1 ? one : many).arg(count);
 }
 
 }  // namespace kvn::host

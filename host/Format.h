@@ -27,7 +27,7 @@ std::string axisOfRadiansText(double radians);
 double secondsOfRadians(double radians);
 double dmsOfRadians(double radians);  ///< DDDMMSS.ss
 
-QString shortNumber(double value);                                      ///< as few digits as tell a float
-QString counted(std::size_t count, char const* one, char const* many);  ///< "1 point", "2 points"
+QString shortNumber(double value);                                            ///< as few digits as tell a float
+QString counted(std::size_t count, QString const& one, QString const& many);  ///< of "%1 point" and "%1 points"
 
 }  // namespace kvn::host

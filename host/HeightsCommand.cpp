@@ -32,8 +32,9 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 }
 
 template <typename Report>
-void print(Session& session, Report const& finished, bool asJson) {
-  if (!asJson) return printText(finished.text());
+void print(Session& session, Report const& finished, HeightsOptions const& options) {
+  if (!options.json && options.quiet) return;
+  if (!options.json) return printText(finished.text());
   Json::Value json = finished.json();
   json["messages"] = session.messages().take();
   printJson(json);
@@ -44,11 +45,11 @@ void report(Session& session, HeightsOptions const& options) {
     double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
     LiteralHeightsReport const finished(session.file(), refraction, session.job().heightLines(),
                                         *session.project().getTriangleHeightAdjust());
-    print(session, finished, options.json);
+    print(session, finished, options);
     return;
   }
   std::vector<FieldFinding> const findings = findingsOfTheRun(session.job());
-  print(session, HeightsReport(session.file(), session.job(), findings), options.json);
+  print(session, HeightsReport(session.file(), session.job(), findings), options);
 }
 
 }  // namespace
@@ -57,7 +58,8 @@ int runHeights(QStringList const& arguments) {
   auto const options = parseHeights(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    if (!options->saveFile.isEmpty()) Job::requireWritableKind(options->saveFile, exchangeKinds());
+    QString const out = options->saveFile.isEmpty() ? QString() : session.outputFor(options->saveFile);
+    if (!out.isEmpty()) Job::requireWritableKind(out, exchangeKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     session.job().requireNoError(Job::FileText);
     takeOptions(session, *options);

@@ -44,11 +44,11 @@ QString HeightsReport::text() const {
 }
 
 QString HeightsReport::unitErrorText() const {
-  if (!result.hasRedundancy) return "- (nothing is redundant)";
-  QString const told = QString("%1, expected between %2 and %3 at %4")
+  if (!result.hasRedundancy) return System::tr("- (nothing is redundant)");
+  QString const told = System::tr("%1, expected between %2 and %3 at %4")
                            .arg(ratio(result.unitError), ratio(result.lowerBound), ratio(result.upperBound),
                                 percent(job.planeOptions().confidence));
-  return result.isPassed ? told : told + ": fails";
+  return result.isPassed ? told : System::tr("%1: fails").arg(told);
 }
 
 QString HeightsReport::headText() const {
@@ -57,45 +57,46 @@ QString HeightsReport::headText() const {
   auto const known = std::count_if(network.points.begin(), network.points.end(),
                                    [](HeightNetwork::Point const& point) { return point.isKnown; });
   QString const errors =
-      QString::fromUtf8("zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm")
+      System::tr("zenith angle %1″, distance %2 mm + %3 ppm, instrument and target %4 mm")
           .arg(shortNumber(options.zenithError.value_or(double(configure.AngleError))),
                shortNumber(double(configure.LineFixedError)), shortNumber(double(configure.LineProportionError)),
                shortNumber(1000.0 * options.heightError));
   QString const refraction =
       QString::fromUtf8("%1 ± %2").arg(shortNumber(options.refraction.value_or(double(configure.AtmosphericIndex))),
                                        shortNumber(options.refractionError));
-  return QString("Trigonometric heights of %1\n\n").arg(printable(file)) +
+  return System::tr("Trigonometric heights of %1").arg(printable(file)) + "\n\n" +
          labelled({
-             {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(known)},
-             {"Sights", QString("%1 from %2")
-                            .arg(network.sights.size())
-                            .arg(counted(network.setUps.size(), "set-up", "set-ups"))},
-             {"A-priori errors", errors},
-             {"Refraction", refraction},
-             {"Redundancy", QString::number(result.redundancy)},
-             {"Unit weight error", unitErrorText()},
+             {System::tr("Points"), System::tr("%1, %2 of them known").arg(network.points.size()).arg(known)},
+             {System::tr("Sights"),
+              System::tr("%1 from %2")
+                  .arg(network.sights.size())
+                  .arg(counted(network.setUps.size(), System::tr("%1 set-up"), System::tr("%1 set-ups")))},
+             {System::tr("A-priori errors"), errors},
+             {System::tr("Refraction"), refraction},
+             {System::tr("Redundancy"), QString::number(result.redundancy)},
+             {System::tr("Unit weight error"), unitErrorText()},
          });
 }
 
 QString HeightsReport::pointsText() const {
-  TextTable table({{"Point", TextTable::Left},
-                   {"Height [m]", TextTable::Right},
+  TextTable table({{System::tr("Point"), TextTable::Left},
+                   {System::tr("Height [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right},
                    {"", TextTable::Left}});
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     HeightPoint const& point = result.points[p];
     bool const isKnown = network.points[p].isKnown;
-    table.add({textOf(nameOf(p)), metres(point.height), isKnown ? QString("known") : millimetres(point.error),
-               point.isChecked ? QString() : QString("unchecked")});
+    table.add({textOf(nameOf(p)), metres(point.height), isKnown ? System::tr("known") : millimetres(point.error),
+               point.isChecked ? QString() : System::tr("unchecked")});
   }
-  return "\nPoints\n" + table.toString();
+  return titled(System::tr("Points"), table);
 }
 
 QString HeightsReport::sightsText() const {
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Distance [m]", TextTable::Right},
-                   {"Difference [m]", TextTable::Right},
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Distance [m]"), TextTable::Right},
+                   {System::tr("Difference [m]"), TextTable::Right},
                    {QString::fromUtf8("σ [mm]"), TextTable::Right},
                    {"v [mm]", TextTable::Right},
                    {"r", TextTable::Right},
@@ -109,29 +110,28 @@ QString HeightsReport::sightsText() const {
                millimetres(adjusted.residual), ratio(adjusted.redundancy), ratio(adjusted.standardised),
                adjusted.test > 1.0 ? QString("*") : QString()});
   }
-  return QString::fromUtf8(
-             "\nSights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)\n") +
-         table.toString();
+  return titled(System::tr("Sights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)"),
+                table);
 }
 
 /// Only what is too large: there is one of each set-up and each target.
 QString HeightsReport::sharedText() const {
   TextTable table({{"", TextTable::Left},
-                   {"Point", TextTable::Left},
-                   {"Height [m]", TextTable::Right},
-                   {"Sights", TextTable::Right},
+                   {System::tr("Point"), TextTable::Left},
+                   {System::tr("Height [m]"), TextTable::Right},
+                   {System::tr("Sights"), TextTable::Right},
                    {"w", TextTable::Right},
-                   {"Too large by [mm]", TextTable::Right}});
+                   {System::tr("Too large by [mm]"), TextTable::Right}});
   bool isEmpty = true;
   for (SharedHeight const& shared : result.shared) {
     if (!(shared.test > 1.0)) continue;
     isEmpty = false;
     QString const name =
         textOf(shared.isInstrument ? stationOf(static_cast<int>(shared.setUp)) : nameOf(shared.target));
-    table.add({shared.isInstrument ? "instrument" : "target", name, metres(shared.height),
+    table.add({shared.isInstrument ? System::tr("instrument") : System::tr("target"), name, metres(shared.height),
                QString::number(shared.sights), ratio(shared.standardised), millimetres(shared.gross)});
   }
-  return isEmpty ? QString() : "\nHeights of instruments and targets that do not fit\n" + table.toString();
+  return isEmpty ? QString() : titled(System::tr("Heights of instruments and targets that do not fit"), table);
 }
 
 QString HeightsReport::loopName(HeightLoop const& loop) const {
@@ -141,18 +141,19 @@ QString HeightsReport::loopName(HeightLoop const& loop) const {
     if (static_cast<std::size_t>(names.size()) == kMostNames) break;
     names << textOf(nameOf(point));
   }
-  if (loop.points.size() > kMostNames) names << QString("... (%1 points)").arg(loop.points.size());
+  if (loop.points.size() > kMostNames) names << System::tr("... (%1 points)").arg(loop.points.size());
   return names.join(" - ");
 }
 
 QString HeightsReport::loopsText() const {
   if (result.loops.empty()) return {};
-  TextTable table(
-      {{"Loop", TextTable::Left}, {"Misclosure [mm]", TextTable::Right}, {"Allowed [mm]", TextTable::Right}});
+  TextTable table({{System::tr("Loop"), TextTable::Left},
+                   {System::tr("Misclosure [mm]"), TextTable::Right},
+                   {System::tr("Allowed [mm]"), TextTable::Right}});
   for (HeightLoop const& loop : result.loops) {
     table.add({loopName(loop), millimetres(loop.misclosure), millimetres(loop.allowed)});
   }
-  return "\nLoops that do not close (allowed: 99 %)\n" + table.toString();
+  return titled(System::tr("Loops that do not close (allowed: 99 %)"), table);
 }
 
 Json::Value HeightsReport::globalTestJson() const {

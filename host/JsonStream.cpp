@@ -86,7 +86,7 @@ void JsonStream::number(double value) {
   }
   std::array<char, 32> digits{};
   auto const last =
-      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, kDigits);
+      std::to_chars(digits.data(), digits.data() + digits.size(), value + 0.0, std::chars_format::general, kDigits);
   std::string_view const text(digits.data(), static_cast<std::size_t>(last.ptr - digits.data()));
   pending += text;
   // So that a reader takes a whole value for a real number too.

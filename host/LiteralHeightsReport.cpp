@@ -23,41 +23,46 @@ LiteralHeightsReport::LiteralHeightsReport(QString path, double refractionCoeffi
 QString LiteralHeightsReport::text() const { return headText() + pointsText() + linesText(); }
 
 QString LiteralHeightsReport::headText() const {
-  QString const unitError = result.getRedundancy() > 0
-                                ? millimetres(result.getUnitError() * kRootOfKilometre) + " mm for a line of 1 km"
-                                : QString("- (nothing is redundant, so there are no errors)");
-  return QString("Trigonometric heights of %1\n\n").arg(printable(file)) +
+  QString const unitError =
+      result.getRedundancy() > 0
+          ? System::tr("%1 mm for a line of 1 km").arg(millimetres(result.getUnitError() * kRootOfKilometre))
+          : System::tr("- (nothing is redundant, so there are no errors)");
+  return System::tr("Trigonometric heights of %1").arg(printable(file)) + "\n\n" +
          labelled({
-             {"Points", QString("%1, %2 of them known").arg(input.getPnumber()).arg(input.getKnPnumber())},
-             {"Lines", QString::number(input.getLnumber())},
-             {"Refraction", shortNumber(refraction)},
-             {"Redundancy", QString::number(result.getRedundancy())},
-             {"Unit weight error", unitError},
+             {System::tr("Points"),
+              System::tr("%1, %2 of them known").arg(input.getPnumber()).arg(input.getKnPnumber())},
+             {System::tr("Lines"), QString::number(input.getLnumber())},
+             {System::tr("Refraction"), shortNumber(refraction)},
+             {System::tr("Redundancy"), QString::number(result.getRedundancy())},
+             {System::tr("Unit weight error"), unitError},
          });
 }
 
 QString LiteralHeightsReport::pointsText() const {
-  TextTable table({{"Point", TextTable::Left}, {"Height [m]", TextTable::Right}, {"m [mm]", TextTable::Right}});
+  TextTable table({{System::tr("Point"), TextTable::Left},
+                   {System::tr("Height [m]"), TextTable::Right},
+                   {"m [mm]", TextTable::Right}});
   int number = 0;  // known points come first
   for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
     bool const isKnown = number++ < input.getKnPnumber();
-    table.add({textOf(point.name), metres(point.height), isKnown ? QString("known") : millimetres(point.heightError)});
+    table.add(
+        {textOf(point.name), metres(point.height), isKnown ? System::tr("known") : millimetres(point.heightError)});
   }
-  return "\nPoints\n" + table.toString();
+  return titled(System::tr("Points"), table);
 }
 
 QString LiteralHeightsReport::linesText() const {
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Distance [m]", TextTable::Right},
-                   {"Difference [m]", TextTable::Right},
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Distance [m]"), TextTable::Right},
+                   {System::tr("Difference [m]"), TextTable::Right},
                    {"v [mm]", TextTable::Right}});
   std::size_t number = 0;
   for (TriangleViewData const& line : input.getTraingleViewData()) {
     table.add({textOf(line.start_name), textOf(line.end_name), metres(line.horizontalDistance),
                metres(line.heightDifference), millimetres(result.getResiduals()[number++])});
   }
-  return "\nLines (v residual)\n" + table.toString();
+  return titled(System::tr("Lines (v residual)"), table);
 }
 
 Json::Value LiteralHeightsReport::json() const {

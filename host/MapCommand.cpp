@@ -27,10 +27,10 @@ using Rows = std::vector<TraverseDataInfo>;
 void tellLeftOut(QStringList names) {
   names.removeDuplicates();
   if (names.isEmpty()) return;
-  QString text =
-      "Not drawn, since they have no usable coordinates: " + QStringList(names.mid(0, kNamedPoints)).join(", ");
-  if (names.size() > kNamedPoints) text += QString(" and %1 more").arg(names.size() - kNamedPoints);
-  System::Instance()->sendMessage(text, Warning);
+  QString told = QStringList(names.mid(0, kNamedPoints)).join(", ");
+  if (names.size() > kNamedPoints) told += System::tr(" and %1 more").arg(names.size() - kNamedPoints);
+  System::Instance()->sendMessage(System::tr("Not drawn, since they have no usable coordinates: %1").arg(told),
+                                  Warning);
 }
 
 /// @param tell  whether points that cannot be placed are told.
@@ -93,8 +93,8 @@ void dropFarPoints(Project& project) {
 void tellMissingIcons() {
   for (auto const type : {FeatureDataType::CoordData, FeatureDataType::ViewPointData}) {
     if (!utils::resourceFile(GetIcon(type, TraversePointType::StationPoint)).empty()) continue;
-    System::Instance()->sendMessage("The icons of the map are not installed: points show by their names alone",
-                                    Warning);
+    System::Instance()->sendMessage(
+        System::tr("The icons of the map are not installed: points show by their names alone"), Warning);
     return;
   }
 }
@@ -150,7 +150,8 @@ SiteDrawing adjustedDrawing(Session& session, MapOptions const& options) {
   }
   session.messages().setQuiet(false);
   if (!reason.isEmpty()) {
-    System::Instance()->sendMessage("Not adjusted, so that there are no error ellipses: " + reason, Warning);
+    System::Instance()->sendMessage(System::tr("Not adjusted, so that there are no error ellipses: %1").arg(reason),
+                                    Warning);
   }
   return siteDrawingOf(job);
 }
@@ -197,12 +198,12 @@ Drawn draw(Session& session, SiteDrawing const& drawing) {
   MapScene& scene = *project.getOrCreateMapScene();
   scene.getOrCreateLayer(FeatureDataType::Default);  // below the others
   isAdjusted ? drawAdjusted(project, drawing) : project.build();
-  if (session.messages().hasError()) throw JobException(session.file(), "the map was not drawn");
+  if (session.messages().hasError()) throw JobException(session.file(), System::tr("the map was not drawn"));
   Drawn const drawn{
       countOf(scene, FeatureDataType::ViewPointData) + countOf(scene, FeatureDataType::CoordData),
       countOf(scene, FeatureDataType::NetworkData),
   };
-  if (drawn.points == 0) throw JobException(session.file(), "there is no point with coordinates to draw");
+  if (drawn.points == 0) throw JobException(session.file(), System::tr("there is no point with coordinates to draw"));
   System::Instance()->fullMapSystem();
   return drawn;
 }
@@ -234,7 +235,7 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   SiteDrawing const drawing = adjustedDrawing(session, options);
   drawn = draw(session, drawing);
   if (!showsFeatures(*view, options)) {
-    throw JobException(session.file(), "the map was not drawn: no point and no line shows on the picture");
+    throw JobException(session.file(), System::tr("the map was not drawn: no point and no line shows on the picture"));
   }
   MapScene& scene = *session.project().getOrCreateMapScene();
   makeRoomForWords(*view, drawing);
@@ -289,16 +290,20 @@ int runMap(QStringList const& arguments) {
   auto const options = parseMap(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    Job::requireWritableKind(options->outFile, {"png", "svg"});
+    MapOptions resolved = *options;
+    resolved.outFile = session.outputFor(options->outFile);
+    Job::requireWritableKind(resolved.outFile, {"png", "svg"});
     Drawn drawn{};
-    bool const isVector = options->outFile.endsWith(".svg", Qt::CaseInsensitive);
-    bool const saved = isVector ? drawVectors(session, *options, drawn) : drawPicture(session, *options, drawn);
-    if (!options->json && saved) {
-      printText(QString("%1: %2 points, %3 lines\n")
-                    .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)));
+    bool const isVector = resolved.outFile.endsWith(".svg", Qt::CaseInsensitive);
+    bool const saved = isVector ? drawVectors(session, resolved, drawn) : drawPicture(session, resolved, drawn);
+    if (!options->json && !options->quiet && options->outFile != kStream && saved) {
+      printText(System::tr("%1: %2 points, %3 lines")
+                    .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)) +
+                '\n');
     }
     if (options->json) {
       Json::Value json;
+      json["version"] = kJsonVersion;
       json["file"] = options->outFile.toStdString();
       json["ok"] = saved;
       json["points"] = drawn.points;

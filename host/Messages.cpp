@@ -20,6 +20,19 @@ char const* nameOf(MessType type) {
   return "Error";
 }
 
+/// The same for people, about a text.
+QString prefixed(MessType type) {
+  switch (type) {
+    case Info:
+      return System::tr("Info: %1");
+    case Warning:
+      return System::tr("Warning: %1");
+    case Error:
+      break;
+  }
+  return System::tr("Error: %1");
+}
+
 }  // namespace
 
 Messages::Messages(System& system) {
@@ -42,7 +55,8 @@ void Messages::receive(QString const& text, MessType type) {
     throw std::bad_alloc();  // its word for want of memory, which would pass for a failure of what is being told
   }
   if (type == Error) ++errors;
-  printLine(printable(QString("%1: %2").arg(QLatin1String(nameOf(type)), text)));
+  if (isErrorsOnly && type != Error) return;
+  printLine(printable(prefixed(type).arg(text)));
 }
 
 }  // namespace kvn::host

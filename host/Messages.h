@@ -22,6 +22,8 @@ class Messages {
   /// Whether messages are neither printed nor kept: of work beside that which was asked for, whose failure the caller
   /// tells itself.
   void setQuiet(bool value) { isQuiet = value; }
+  /// Whether only errors are printed; all are kept.
+  void setErrorsOnly(bool value) { isErrorsOnly = value; }
 
  private:
   void receive(QString const& text, MessType type);
@@ -29,6 +31,7 @@ class Messages {
   Json::Value kept{Json::arrayValue};
   int errors = 0;
   bool isQuiet = false;
+  bool isErrorsOnly = false;
 };
 
 }  // namespace kvn::host

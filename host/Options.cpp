@@ -1,9 +1,10 @@
 #include "Options.h"
 
+#include "CommandLine.h"
 #include "Failures.h"
-#include "Output.h"
+#include "OptionValues.h"
+#include "Streams.h"
 
-#include <QCommandLineParser>
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
@@ -11,68 +12,17 @@
 namespace kvn::host {
 namespace {
 
-constexpr char const* kAnyFile =
-    "Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).";
-constexpr char const* kAnyJob = "Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).";
+QString anyFile() {
+  return System::tr(
+      "Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).");
+}
+
+QString anyJob() {
+  return System::tr("Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).");
+}
+
 constexpr char const* kMethods[] = {"least-squares", "open", "connect", "closed",
                                     "traverse"};  // by Configure::AdjustMethod
-
-void prepare(QCommandLineParser& parser, char const* description) {
-  parser.setApplicationDescription(QString::fromUtf8(description));
-  parser.addOption({{"h", "help"}, "Print this help."});
-  parser.addOption({{"v", "version"}, "Print the version."});
-  parser.addOption({"json", "Print one JSON value and nothing else."});
-  parser.addOption({"encoding", "Encoding of 8-bit texts, such as GBK; that of the locale if not given.", "NAME"});
-}
-
-/// False when the help or the version was asked for and has been printed.
-bool goesOn(QCommandLineParser& parser, QStringList const& arguments, char const* usage, int positionals) {
-  if (!parser.parse(arguments)) throw UsageError(parser.errorText());
-  if (parser.isSet("help")) {
-    // The parser's own first line has the path of the program in it.
-    printText(QString("Usage: kelvane %1\n\n%2").arg(QLatin1String(usage), parser.helpText().section('\n', 1)));
-    return false;
-  }
-  if (parser.isSet("version")) {
-    printText(versionLine());
-    return false;
-  }
-  QStringList const given = parser.positionalArguments();
-  if (given.size() < positionals || (positionals > 0 && given.first().isEmpty())) throw UsageError("FILE is missing");
-  if (given.size() > positionals) throw UsageError("too many arguments: " + given.at(positionals));
-  return true;
-}
-
-template <typename Options>
-Options commonOptions(QCommandLineParser const& parser) {
-  Options options;
-  options.json = parser.isSet("json");
-  options.encoding = parser.value("encoding");
-  if (parser.isSet("encoding") && options.encoding.isEmpty()) throw UsageError("--encoding needs a name");
-  return options;
-}
-
-std::optional<double> numberOption(QCommandLineParser const& parser, QString const& name) {
-  if (!parser.isSet(name)) return std::nullopt;
-  bool isNumber = false;
-  double const value = parser.value(name).toDouble(&isNumber);
-  if (!isNumber || !std::isfinite(value)) {
-    throw UsageError(QString("--%1 needs a number: %2").arg(name, parser.value(name)));
-  }
-  return value;
-}
-
-/// An a-priori error. It is kept as a float, so that it must be in range as a float.
-std::optional<float> errorOption(QCommandLineParser const& parser, QString const& name, bool mayBeZero) {
-  std::optional<double> const number = numberOption(parser, name);
-  if (!number) return std::nullopt;
-  auto const value = static_cast<float>(*number);
-  if (!std::isfinite(value)) throw UsageError(QString("--%1 needs a number: %2").arg(name, parser.value(name)));
-  if (value < 0.0F || (value == 0.0F && !mayBeZero)) {
-    throw UsageError(QString("--%1 must be %2: %3").arg(name, mayBeZero ? "0 or more" : "above 0", parser.value(name)));
-  }
-  return value;
-}
 
 int methodOption(QCommandLineParser const& parser) {
   int number = 0;
@@ -80,28 +30,21 @@ int methodOption(QCommandLineParser const& parser) {
     if (parser.value("method") == QLatin1String(method)) return number;
     ++number;
   }
-  throw UsageError("unknown method: " + parser.value("method"));
+  throw UsageError(System::tr("unknown method: %1").arg(parser.value("method")));
 }
 
 std::optional<bool> formOption(QCommandLineParser const& parser) {
   if (!parser.isSet("distance-error-form")) return std::nullopt;
   QString const form = parser.value("distance-error-form");
-  if (form != "sum" && form != "root") throw UsageError("--distance-error-form is sum or root, not " + form);
+  if (form != "sum" && form != "root")
+    throw UsageError(System::tr("--distance-error-form is sum or root, not %1").arg(form));
   return form == "sum";
-}
-
-/// A number within bounds.
-std::optional<double> boundedOption(QCommandLineParser const& parser, QString const& name, double least,
-                                    double largest) {
-  std::optional<double> const value = numberOption(parser, name);
-  if (!value || (*value >= least && *value <= largest)) return value;
-  throw UsageError(QString("--%1 goes from %2 to %3: %4").arg(name).arg(least).arg(largest).arg(parser.value(name)));
 }
 
 bool aPrioriOption(QCommandLineParser const& parser) {
   QString const form = parser.value("sigma0");
   if (form != "a-posteriori" && form != "a-priori") {
-    throw UsageError("--sigma0 is a-posteriori or a-priori, not " + form);
+    throw UsageError(System::tr("--sigma0 is a-posteriori or a-priori, not %1").arg(form));
   }
   return form == "a-priori";
 }
@@ -109,7 +52,7 @@ bool aPrioriOption(QCommandLineParser const& parser) {
 /// What the literal road would take and not look at.
 void refuseWithAsRead(QCommandLineParser const& parser, std::initializer_list<char const*> names) {
   for (char const* name : names) {
-    if (parser.isSet(name)) throw UsageError(QString("--%1 does not go with --as-read").arg(QLatin1String(name)));
+    if (parser.isSet(name)) throw UsageError(System::tr("--%1 does not go with --as-read").arg(QLatin1String(name)));
   }
 }
 
@@ -120,33 +63,36 @@ void requireFittingOptions(QCommandLineParser const& parser, AdjustOptions const
     if (!parser.isSet(name)) continue;
     bool const isOfTraverses = qstrcmp(name, "centring") == 0 || qstrcmp(name, "distance-error-form") == 0;
     if (options.method != 0 && !isOfTraverses) {
-      throw UsageError(QString("--%1 is for least squares").arg(QLatin1String(name)));
+      throw UsageError(System::tr("--%1 is for least squares").arg(QLatin1String(name)));
     }
     bool const isLiteralToo = QLatin1String(name) == QLatin1String("distance-error-form");
     if (options.asRead && !isLiteralToo) refuseWithAsRead(parser, {name});
   }
   for (char const* name : {"allowed-angle", "allowed-relative", "force"}) {
     if (!parser.isSet(name) || (options.method != 0 && !options.asRead)) continue;
-    throw UsageError(QString("--%1 is for a traverse, read with care").arg(QLatin1String(name)));
+    throw UsageError(System::tr("--%1 is for a traverse, read with care").arg(QLatin1String(name)));
   }
   if (options.asRead) refuseWithAsRead(parser, {"refraction", "refraction-error", "zenith-error", "height-error"});
-  if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
-  if (options.leavesOut && options.weighsDown) throw UsageError("--robust does not go with --leave-out");
+  if (options.isFree && options.controlError) throw UsageError(System::tr("--control-error does not go with --free"));
+  if (options.leavesOut && options.weighsDown) throw UsageError(System::tr("--robust does not go with --leave-out"));
 }
 
 /// How observations are weighed, and what the results refer to.
-void addWeightOptions(QCommandLineParser& parser) {
+void addWeightOptions(CommandLine& parser) {
   parser.addOptions({
-      {"angle-error", "Standard error of a direction in one round on both faces, seconds of arc, above 0.", "SECONDS"},
-      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
-      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
-      {"centring", "Standard error of each coordinate of instrument and target about their marks, 0 to 1000.", "MM"},
+      {"angle-error", System::tr("Standard error of a direction in one round on both faces, seconds of arc, above 0."),
+       "SECONDS"},
+      {"fixed-error", System::tr("Fixed part of the standard error of a distance, millimetres."), "MM"},
+      {"proportional-error", System::tr("Part of it that grows with the distance, parts per million."), "PPM"},
+      {"centring",
+       System::tr("Standard error of each coordinate of instrument and target about their marks, 0 to 1000."), "MM"},
       {"control-error",
-       "Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 "
-       "holds them.",
+       System::tr("Standard error of each coordinate of a known point, which is an observation then, 0 (the default) "
+                  "to 100000; 0 holds them."),
        "MM"},
-      {"free", "Hold no known point: the shifts of them all have no translation and no rotation."},
-      {"confidence", "Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
+      {"free", System::tr("Hold no known point: the shifts of them all have no translation and no rotation.")},
+      {"confidence",
+       System::tr("Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95)."), "P"},
   });
 }
 
@@ -161,15 +107,17 @@ void takeWeightOptions(QCommandLineParser const& parser, AdjustOptions& options)
   options.isFree = parser.isSet("free");
 }
 
-void addHeightOptions(QCommandLineParser& parser) {
+void addHeightOptions(CommandLine& parser) {
   parser.addOptions({
-      {"refraction", "Refraction coefficient of heights; 1 takes neither curvature nor refraction (default 0.16).",
-       "K"},
-      {"refraction-error", "Standard error of the refraction coefficient, 0 to 10 (default 0.05).", "K"},
+      {"refraction",
+       System::tr("Refraction coefficient of heights; 1 takes neither curvature nor refraction (default 0.16)."), "K"},
+      {"refraction-error", System::tr("Standard error of the refraction coefficient, 0 to 10 (default 0.05)."), "K"},
       {"zenith-error",
-       "Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).",
+       System::tr("Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a "
+                  "direction)."),
        "SECONDS"},
-      {"height-error", "Standard error of each height of instrument and target, 0 to 1000 (default 1).", "MM"},
+      {"height-error", System::tr("Standard error of each height of instrument and target, 0 to 1000 (default 1)."),
+       "MM"},
   });
 }
 
@@ -193,62 +141,59 @@ void takeSize(QCommandLineParser const& parser, MapOptions& options) {
     options.height = parts[1].toInt(&isNumber[1]);
   }
   if (!isNumber[0] || !isNumber[1]) {
-    throw UsageError("--size needs two numbers such as 1200x900: " + parser.value("size"));
+    throw UsageError(System::tr("--size needs two numbers such as 1200x900: %1").arg(parser.value("size")));
   }
   auto const [least, largest] = std::minmax(options.width, options.height);
   if (least >= kLeastSize && largest <= kLargestSize) return;
   throw UsageError(
-      QString("--size goes from %1 to %2 pixels: %3").arg(kLeastSize).arg(kLargestSize).arg(parser.value("size")));
+      System::tr("--size goes from %1 to %2 pixels: %3").arg(kLeastSize).arg(kLargestSize).arg(parser.value("size")));
 }
 
 /// How a map looks, beside its size.
-void takeLook(QCommandLineParser const& parser, MapOptions& options) {
+void takeLook(QCommandLineParser const& parser, QString const& file, MapOptions& options) {
   constexpr double kScreen = 96.0;  // dots per inch
   constexpr double kMostScale = 1e9;
   options.magnification = boundedOption(parser, "dpi", 48.0, 1200.0).value_or(kScreen) / kScreen;
-  bool const isVector = options.outFile.endsWith(".svg", Qt::CaseInsensitive);
-  if (isVector && parser.isSet("dpi")) throw UsageError("--dpi is for a .png file");
+  bool const isVector = file.endsWith(".svg", Qt::CaseInsensitive);
+  if (isVector && parser.isSet("dpi")) throw UsageError(System::tr("--dpi is for a .png file"));
   options.hasEllipses = parser.value("ellipses") != "none";
   if (options.hasEllipses) options.ellipseScale = boundedOption(parser, "ellipses", 1e-3, kMostScale);
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.title = parser.value("title");
 }
 
-QString fileOption(QCommandLineParser const& parser, QString const& name) {
-  if (parser.isSet(name) && parser.value(name).isEmpty()) throw UsageError(QString("--%1 needs a file").arg(name));
-  return parser.value(name);
-}
-
 /// What `adjust` and `report` have in common.
-void addAdjustOptions(QCommandLineParser& parser) {
+void addAdjustOptions(CommandLine& parser) {
   parser.addOptions({
       {"method",
-       "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
-       "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.",
+       System::tr(
+           "How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all "
+           "traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged."),
        "METHOD", "least-squares"},
       {"distance-error-form",
-       "How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit "
-       "weight error alone, and as the file says by default.",
+       System::tr("How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for "
+                  "the unit weight error alone, and as the file says by default."),
        "sum|root"},
-      {"leave-out", "Leave suspected observations out, one after the other, and tell what each of them moved."},
-      {"robust",
-       "Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG "
-       "III), and tell the weights."},
+      {"leave-out",
+       System::tr("Leave suspected observations out, one after the other, and tell what each of them moved.")},
+      {"robust", System::tr("Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all "
+                            "from 6 on (Yang's IGG III), and tell the weights.")},
       {"approximate",
-       "Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as "
-       "distances alone leave them, and serves where no search places a point. Without a known point --free lays the "
-       "network on it.",
+       System::tr("Coordinate file (.dat) to start from: it decides between two places that agree with the "
+                  "observations, as distances alone leave them, and serves where no search places a point. Without a "
+                  "known point --free lays the network on it."),
        "FILE"},
-      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
+      {"sigma0", System::tr("Unit weight error of the errors and tests: that of the adjustment (the default), or 1."),
        "a-posteriori|a-priori", "a-posteriori"},
-      {"allowed-angle", "Limit of the angular misclosure of a traverse, for the root of the number of its angles.",
+      {"allowed-angle",
+       System::tr("Limit of the angular misclosure of a traverse, for the root of the number of its angles."),
        "SECONDS"},
-      {"allowed-relative", "Limit of the relative misclosure of a traverse, 1 : N.", "N"},
-      {"force", "Compute a traverse that misses by more than ten times what the a-priori errors allow."},
-      {"as-read",
-       "Take the file literally, as the library does by default: observations of one line count once, a distance alone "
-       "is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, "
-       "a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are."},
+      {"allowed-relative", System::tr("Limit of the relative misclosure of a traverse, 1 : N."), "N"},
+      {"force", System::tr("Compute a traverse that misses by more than ten times what the a-priori errors allow.")},
+      {"as-read", System::tr("Take the file literally, as the library does by default: observations of one line count "
+                             "once, a distance alone is a direction of 0 as well, doubtful lines are taken in silence, "
+                             "distances between known points are left out, a field book is paired by the places of its "
+                             "sights, and a traverse gets distances to both sides as they are.")},
   });
   addWeightOptions(parser);
   addHeightOptions(parser);
@@ -270,17 +215,14 @@ void takeAdjustOptions(QCommandLineParser const& parser, AdjustOptions& options)
   requireFittingOptions(parser, options);
 }
 
-QString languageOption(QCommandLineParser const& parser) {
-  QString language = parser.value("language");
-  if (!parser.isSet("language") || language == "en" || language == "zh") return language;
-  throw UsageError("--language is en or zh, not " + language);
-}
-
-void addExchangeOptions(QCommandLineParser& parser) {
+void addExchangeOptions(CommandLine& parser) {
   parser.addOptions({
-      {"crs", "Plane reference system of the coordinates, for .geojson: EPSG and its number, such as EPSG:25832.",
+      {"crs",
+       System::tr("Plane reference system of the coordinates, for .geojson: EPSG and its number, such as EPSG:25832."),
        "EPSG:N"},
-      {"bom", "Begin .csv with a byte order mark, for spreadsheets that take it for another encoding without one."},
+      {"bom",
+       System::tr(
+           "Begin .csv with a byte order mark, for spreadsheets that take it for another encoding without one.")},
   });
 }
 
@@ -288,54 +230,28 @@ ExchangeChoice exchangeOptions(QCommandLineParser const& parser, QString const& 
   QString const kind = path.section('.', -1).toLower();
   ExchangeChoice choice;
   choice.hasByteOrderMark = parser.isSet("bom");
-  if (choice.hasByteOrderMark && kind != "csv") throw UsageError("--bom is for a .csv file");
+  if (choice.hasByteOrderMark && kind != "csv") throw UsageError(System::tr("--bom is for a .csv file"));
   if (!parser.isSet("crs")) return choice;
-  if (kind != "geojson") throw UsageError("--crs is for a .geojson file");
+  if (kind != "geojson") throw UsageError(System::tr("--crs is for a .geojson file"));
   QString const text = parser.value("crs");
   bool isNumber = false;
   if (text.startsWith("EPSG:", Qt::CaseInsensitive)) choice.epsg = text.mid(5).toInt(&isNumber);
   // Numbers of the registry have four and five digits; those of own systems six.
   if (isNumber && choice.epsg >= 1000 && choice.epsg <= 999999) return choice;
-  throw UsageError("--crs needs a reference system such as EPSG:25832: " + text);
+  throw UsageError(System::tr("--crs needs a reference system such as EPSG:25832: %1").arg(text));
 }
 
-constexpr char const* kExchangeFiles = ".csv, .geojson, .dxf or .svg";
+QString exchangeFiles() { return System::tr(".csv, .geojson, .dxf or .svg"); }
 
 }  // namespace
 
 char const* methodName(int method) { return kMethods[method]; }
 
-QString programUsage() {
-  return QStringLiteral(
-      "Usage: kelvane SUBCOMMAND ...\n"
-      "\n"
-      "Field data of total stations to adjusted coordinates.\n"
-      "\n"
-      "Subcommands:\n"
-      "  show FILE                            what a file holds\n"
-      "  check FILE                           what is wrong with a file, or should not be trusted\n"
-      "  adjust FILE                          adjusted coordinates with their errors\n"
-      "  report FILE OUT.html                 the same as a page with map and tables, to print and to hand over\n"
-      "  plan FILE --points FILE.dat          how good the network will be, before it is measured\n"
-      "  heights FILE                         trigonometric heights with their errors\n"
-      "  convert IN OUT                       the same job in another format\n"
-      "  map FILE OUT.png|OUT.svg             a picture of the map, with error ellipses\n"
-      "  exec [--open FILE] [--save FILE]     run the JSON commands of standard input\n"
-      "\n"
-      "Options of all subcommands:\n"
-      "  --json                               print JSON instead of tables\n"
-      "  --encoding NAME                      encoding of 8-bit texts, such as GBK\n"
-      "  --help, --version\n"
-      "\n"
-      "FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2),\n"
-      "a coordinate file (.dat) or a project (.kvn). 'kelvane SUBCOMMAND --help' tells more.\n"
-      "Exit code: 0 done, 1 data refused, 2 wrong usage.\n");
-}
-
 std::optional<ShowOptions> parseShow(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser, "Prints what a file holds.");
-  parser.addPositionalArgument("FILE", kAnyFile);
+  CommandLine parser;
+  prepare(parser, System::tr("Prints what a file holds."));
+  parser.addPositionalArgument("FILE", anyFile());
+  addInputKind(parser);
   if (!goesOn(parser, arguments, "show FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<ShowOptions>(parser);
   options.file = parser.positionalArguments().first();
@@ -343,130 +259,150 @@ std::optional<ShowOptions> parseShow(QStringList const& arguments) {
 }
 
 std::optional<CheckOptions> parseCheck(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser,
-          "Prints what is wrong with a file, and what computes but should not be trusted, a line each.\n"
-          "The exit code is 1 when the file cannot be computed or a row check marks a row.");
-  parser.addPositionalArgument("FILE", kAnyJob);
-  if (!goesOn(parser, arguments, "check FILE [options]", 1)) return std::nullopt;
-  auto options = commonOptions<CheckOptions>(parser);
-  options.file = parser.positionalArguments().first();
+  CommandLine parser;
+  prepare(parser, System::tr("Prints what is wrong with files, and what computes but should not be trusted, a line "
+                             "each. The exit code is 1 when a file cannot be computed or a row check marks a row."));
+  parser.addPositionalArgument("FILE...", anyJob());
+  addInputKind(parser);
+  if (!goesOn(parser, arguments, "check FILE... [options]", kAnyNumber)) return std::nullopt;
+  auto options = commonOptions<CheckOptions>(parser, kAnyNumber);
+  options.files = parser.positionalArguments();
   return options;
 }
 
 std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser,
-          "Writes a job in another format, chosen by the suffix of OUT.\n"
-          "Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into\n"
-          "a project (.kvn) and into coordinates (.dat), a job or a network with its known points. For other\n"
-          "programs these are written with the lines between them as a table (.csv), for geographic\n"
-          "information systems (.geojson) and CAD (.dxf, release 12), and as a map (.svg).");
-  parser.addPositionalArgument("IN", kAnyFile);
-  parser.addPositionalArgument("OUT", QString("File to write: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles));
+  CommandLine parser;
+  prepare(
+      parser,
+      System::tr(
+          "Writes a job in another format, chosen by the suffix of OUT. Field books (.txt, .lqf) turn into each other "
+          "and into a network (.in2); every kind turns into a project (.kvn) and into coordinates (.dat), a job or a "
+          "network with its known points. For other programs these are written with the lines between them as a table "
+          "(.csv), for geographic information systems (.geojson) and CAD (.dxf, release 12), and as a map (.svg)."));
+  parser.addPositionalArgument("IN", anyFile());
+  parser.addPositionalArgument("OUT",
+                               System::tr("File to write: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(exchangeFiles()));
   addExchangeOptions(parser);
+  addInputKind(parser);
+  addOutputKind(parser);
   if (!goesOn(parser, arguments, "convert IN OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<ConvertOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
-  options.exchange = exchangeOptions(parser, options.outFile);
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.outFile, options));
   return options;
 }
 
 std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser,
-          "Adjusts the network of a file and prints coordinates with their errors, and the heights of a field book.\n"
-          "The a-priori errors are those of the options, else those of the file, else the defaults.");
-  parser.addPositionalArgument("FILE", kAnyJob);
+  CommandLine parser;
+  prepare(
+      parser,
+      System::tr("Adjusts the network of a file and prints coordinates with their errors, and the heights of a field "
+                 "book. The a-priori errors are those of the options, else those of the file, else the defaults."));
+  parser.addPositionalArgument("FILE", anyJob());
   addAdjustOptions(parser);
   parser.addOption(
       {"save",
-       "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, "
-       ".in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg).",
+       System::tr(
+           "File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, "
+           ".lqf, .in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg)."),
        "FILE"});
   addExchangeOptions(parser);
   parser.addOption(
-      {"short", "Print only what is looked at first: the judgement, the figures of the whole, the findings."});
+      {"short",
+       System::tr("Print only what is looked at first: the judgement, the figures of the whole, the findings.")});
+  addInputKind(parser);
+  addOutputKind(parser);
   if (!goesOn(parser, arguments, "adjust FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
   takeAdjustOptions(parser, options);
   options.saveFile = fileOption(parser, "save");
-  options.exchange = exchangeOptions(parser, options.saveFile);
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options));
   options.isShort = parser.isSet("short");
-  if (options.isShort && options.json) throw UsageError("--short does not go with --json");
-  if (options.isShort && options.asRead) throw UsageError("--short does not go with --as-read");
+  if (options.isShort && options.json) throw UsageError(System::tr("--short does not go with --json"));
+  if (options.isShort && options.asRead) throw UsageError(System::tr("--short does not go with --as-read"));
   return options;
 }
 
 std::optional<ReportPageOptions> parseReport(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(
-      parser,
-      "Adjusts the network of a file as adjust does, and writes a page: the judgement of the whole, what to look at\n"
-      "first, a map, and tables of points, observations, traverses and heights. It needs no other file, and prints\n"
-      "on A4. A coordinate file gives points and map.");
-  parser.addPositionalArgument("FILE", kAnyFile);
-  parser.addPositionalArgument("OUT.html", "Page to write.");
+  CommandLine parser;
+  prepare(parser,
+          System::tr("Adjusts the network of a file as adjust does, and writes a page: the judgement of the whole, "
+                     "what to look at first, a map, and tables of points, observations, traverses and heights. It "
+                     "needs no other file, and prints on A4. A coordinate file gives points and map."));
+  parser.addPositionalArgument("FILE", anyFile());
+  parser.addPositionalArgument("OUT.html", System::tr("Page to write."));
   addAdjustOptions(parser);
   parser.addOptions({
-      {"heights", "Of a field book the heights alone, without the plane."},
-      {"title", "Heading of the page (default: the name of the file).", "TEXT"},
-      {"language", "Of the page: en or zh; that of the locale if not given.", "en|zh"},
+      {"heights", System::tr("Of a field book the heights alone, without the plane.")},
+      {"title", System::tr("Heading of the page (default: the name of the file)."), "TEXT"},
   });
+  addInputKind(parser);
   if (!goesOn(parser, arguments, "report FILE OUT.html [options]", 2)) return std::nullopt;
   auto options = commonOptions<ReportPageOptions>(parser);
   takeAdjustOptions(parser, options);
   options.outFile = parser.positionalArguments().at(1);
+  if (options.outFile == kStream) options.to = "html";
+  if (options.outFile == kStream && options.json) {
+    throw UsageError(System::tr("--json does not go with standard output, -"));
+  }
   options.title = parser.value("title");
   options.isOfHeights = parser.isSet("heights");
-  options.language = languageOption(parser);
-  if (options.isOfHeights && options.method != 0) throw UsageError("--method does not go with --heights");
-  if (options.isOfHeights && options.asRead) throw UsageError("--as-read does not go with --heights");
+  if (options.isOfHeights && options.method != 0) throw UsageError(System::tr("--method does not go with --heights"));
+  if (options.isOfHeights && options.asRead) throw UsageError(System::tr("--as-read does not go with --heights"));
   return options;
 }
 
 std::optional<AdjustOptions> parsePlan(QStringList const& arguments) {
-  QCommandLineParser parser;
+  CommandLine parser;
   prepare(parser,
-          "Tells how good the results of a network will be, before it is measured: standard errors, error ellipses,\n"
-          "redundancy numbers, smallest detectable gross errors, and what nothing will check.\n"
-          "Readings that FILE has do not count, and a network file may go without: TARGET,L is a direction,\n"
-          "TARGET,S a distance, TARGET,LS both. Errors are those by the unit weight error 1.");
-  parser.addPositionalArgument("FILE", kAnyJob);
-  parser.addOption({"points", "Coordinate file (.dat) with all points of FILE; known points keep their own.", "FILE"});
+          System::tr("Tells how good the results of a network will be, before it is measured: standard errors, error "
+                     "ellipses, redundancy numbers, smallest detectable gross errors, and what nothing will check. "
+                     "Readings that FILE has do not count, and a network file may go without: TARGET,L is a direction, "
+                     "TARGET,S a distance, TARGET,LS both. Errors are those by the unit weight error 1."));
+  parser.addPositionalArgument("FILE", anyJob());
+  parser.addOption(
+      {"points", System::tr("Coordinate file (.dat) with all points of FILE; known points keep their own."), "FILE"});
   parser.addOption({"distance-error-form",
-                    "How the two parts are joined: sum (the default), or root of the sum of squares.", "sum|root"});
+                    System::tr("How the two parts are joined: sum (the default), or root of the sum of squares."),
+                    "sum|root"});
   addWeightOptions(parser);
+  addInputKind(parser);
   if (!goesOn(parser, arguments, "plan FILE --points FILE.dat [options]", 1)) return std::nullopt;
   auto options = commonOptions<AdjustOptions>(parser);
   options.file = parser.positionalArguments().first();
   takeWeightOptions(parser, options);
   options.approximateFile = fileOption(parser, "points");
-  if (options.approximateFile.isEmpty()) throw UsageError("--points is missing");
+  if (options.approximateFile.isEmpty()) throw UsageError(System::tr("--points is missing"));
   options.isAPriori = true;
-  if (options.isFree && options.controlError) throw UsageError("--control-error does not go with --free");
+  if (options.isFree && options.controlError) throw UsageError(System::tr("--control-error does not go with --free"));
   return options;
 }
 
 std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser, "Computes trigonometric heights from vertical readings and slant distances.");
-  parser.addPositionalArgument("FILE", "Field book (.txt, .lqf) or project (.kvn).");
+  CommandLine parser;
+  prepare(parser, System::tr("Computes trigonometric heights from vertical readings and slant distances."));
+  parser.addPositionalArgument("FILE", System::tr("Field book (.txt, .lqf) or project (.kvn)."));
   parser.addOptions({
-      {"angle-error", "Standard error of a direction in one round on both faces, seconds of arc, above 0.", "SECONDS"},
-      {"fixed-error", "Fixed part of the standard error of a distance, millimetres.", "MM"},
-      {"proportional-error", "Part of it that grows with the distance, parts per million.", "PPM"},
-      {"confidence", "Of the test of the whole, 0.5 to 0.9999 (default 0.95).", "P"},
-      {"sigma0", "Unit weight error of the errors and tests: that of the adjustment (the default), or 1.",
+      {"angle-error", System::tr("Standard error of a direction in one round on both faces, seconds of arc, above 0."),
+       "SECONDS"},
+      {"fixed-error", System::tr("Fixed part of the standard error of a distance, millimetres."), "MM"},
+      {"proportional-error", System::tr("Part of it that grows with the distance, parts per million."), "PPM"},
+      {"confidence", System::tr("Of the test of the whole, 0.5 to 0.9999 (default 0.95)."), "P"},
+      {"sigma0", System::tr("Unit weight error of the errors and tests: that of the adjustment (the default), or 1."),
        "a-posteriori|a-priori", "a-posteriori"},
       {"as-read",
-       "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
-       "full-circle zenith readings give the index term of the circle instead of the elevation."},
-      {"save", "File to write with the heights: .csv; of points with coordinates also .geojson, .dxf, .svg.", "FILE"},
+       System::tr(
+           "Take the rows literally, as the library does by default: every target needs two faces with distances, and "
+           "full-circle zenith readings give the index term of the circle instead of the elevation.")},
+      {"save",
+       System::tr("File to write with the heights: .csv; of points with coordinates also .geojson, .dxf, .svg."),
+       "FILE"},
   });
   addHeightOptions(parser);
   addExchangeOptions(parser);
+  addInputKind(parser);
+  addOutputKind(parser);
   if (!goesOn(parser, arguments, "heights FILE [options]", 1)) return std::nullopt;
   auto options = commonOptions<HeightsOptions>(parser);
   options.file = parser.positionalArguments().first();
@@ -477,7 +413,7 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
-  options.exchange = exchangeOptions(parser, options.saveFile);
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options));
   options.asRead = parser.isSet("as-read");
   if (options.asRead)
     refuseWithAsRead(parser, {"refraction-error", "angle-error", "zenith-error", "fixed-error", "proportional-error",
@@ -486,39 +422,46 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
 }
 
 std::optional<MapOptions> parseMap(QStringList const& arguments) {
-  QCommandLineParser parser;
+  CommandLine parser;
   prepare(parser,
-          "Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be\n"
-          "adjusted by least squares, with error ellipses, and with suspected observations in colour.\n"
-          "No display is needed. What cannot be adjusted stands at approximate coordinates.");
-  parser.addPositionalArgument("FILE", kAnyFile);
-  parser.addPositionalArgument("OUT", "Picture to write: .png, or .svg.");
+          System::tr(
+              "Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be "
+              "adjusted by least squares, with error ellipses, and with suspected observations in colour. No display "
+              "is needed. What cannot be adjusted stands at approximate coordinates."));
+  parser.addPositionalArgument("FILE", anyFile());
+  parser.addPositionalArgument("OUT", System::tr("Picture to write: .png, or .svg."));
   parser.addOptions({
-      {"size", "Width and height of the picture in pixels (default 1200x900).", "WxH"},
-      {"dpi", "Dots per inch of a .png, 48 to 1200 (default 96): symbols, names and lines grow with them.", "N"},
-      {"ellipses", "How many times as large as the map ellipses are drawn, or none; by their size if not given.",
+      {"size", System::tr("Width and height of the picture in pixels (default 1200x900)."), "WxH"},
+      {"dpi", System::tr("Dots per inch of a .png, 48 to 1200 (default 96): symbols, names and lines grow with them."),
+       "N"},
+      {"ellipses",
+       System::tr("How many times as large as the map ellipses are drawn, or none; by their size if not given."),
        "SCALE|none"},
-      {"confidence", "Of the ellipses, 0.5 to 0.9999 (default 0.95).", "P"},
-      {"title", "Title of the picture; the name of FILE if not given.", "TEXT"},
+      {"confidence", System::tr("Of the ellipses, 0.5 to 0.9999 (default 0.95)."), "P"},
+      {"title", System::tr("Title of the picture; the name of FILE if not given."), "TEXT"},
   });
+  addInputKind(parser);
+  addOutputKind(parser);
   if (!goesOn(parser, arguments, "map FILE OUT [options]", 2)) return std::nullopt;
   auto options = commonOptions<MapOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
   takeSize(parser, options);
-  takeLook(parser, options);
+  takeLook(parser, takeOutputKind(parser, options.outFile, options), options);
   return options;
 }
 
 std::optional<ExecOptions> parseExec(QStringList const& arguments) {
-  QCommandLineParser parser;
-  prepare(parser,
-          "Runs a JSON array of commands, each {\"name\", \"in\"}, on a project.\n"
-          "Prints a JSON array of results, each {\"ok\", \"out\", \"messages\"}.");
-  parser.addPositionalArgument("COMMANDS", "JSON array, on standard input.");
+  CommandLine parser;
+  prepare(parser, System::tr("Runs a JSON array of commands, each {\"name\", \"in\"}, on a project. Prints a JSON "
+                             "array of results, each {\"ok\", \"out\", \"messages\"}."));
+  parser.addPositionalArgument(
+      "COMMANDS", System::tr("JSON array on standard input; or one command a line, each answered on a line before the "
+                             "next one is read. Beside the commands of the library: list, undo, redo."));
   parser.addOptions({
-      {"open", "File to open before the first command.", "FILE"},
-      {"save", QString("File to write after the last command: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(kExchangeFiles),
+      {"open", System::tr("File to open before the first command."), "FILE"},
+      {"save",
+       System::tr("File to write after the last command: .kvn, .txt, .lqf, .in2, .dat, %1.").arg(exchangeFiles()),
        "FILE"},
   });
   addExchangeOptions(parser);
@@ -526,6 +469,8 @@ std::optional<ExecOptions> parseExec(QStringList const& arguments) {
   auto options = commonOptions<ExecOptions>(parser);
   options.openFile = fileOption(parser, "open");
   options.saveFile = fileOption(parser, "save");
+  if (options.saveFile == kStream)
+    throw UsageError(System::tr("--save needs a file: the results are on standard output"));
   options.exchange = exchangeOptions(parser, options.saveFile);
   return options;
 }

@@ -11,6 +11,9 @@ struct CommonOptions {
   bool json = false;
   QString encoding;  ///< name of the local 8-bit codec; empty for that of the locale
   QString language;  ///< of the texts, en or zh; empty for that of the locale
+  QString kind;      ///< suffix of the file on standard input
+  QString to;        ///< suffix of the file on standard output
+  bool quiet = false;
 };
 
 struct ShowOptions : CommonOptions {
@@ -18,7 +21,7 @@ struct ShowOptions : CommonOptions {
 };
 
 struct CheckOptions : CommonOptions {
-  QString file;
+  QStringList files;
 };
 
 /// What a file for another program is told beside the job.
@@ -103,9 +106,6 @@ struct ExecOptions : CommonOptions {
 
 /// The method by its name on the command line.
 char const* methodName(int method);
-
-/// Usage of the program as a whole.
-QString programUsage();
 
 // Each takes the program's name and what follows the subcommand. Empty when the help or the version was asked for and
 // has been printed.

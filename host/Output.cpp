@@ -20,7 +20,9 @@ namespace {
 bool isProgressShown = false;
 
 std::runtime_error notWritten() {
-  return std::runtime_error("standard output cannot be written: " + std::generic_category().message(errno));
+  return std::runtime_error(System::tr("standard output cannot be written: %1")
+                                .arg(QString::fromStdString(std::generic_category().message(errno)))
+                                .toStdString());
 }
 
 }  // namespace
@@ -42,11 +44,11 @@ void finishPrinting() {
 }
 
 /// With a stream that passes a failed allocation on: its text would be short, and nobody would know.
-std::string jsonOf(Json::Value const& value) {
+std::string jsonOf(Json::Value const& value, char const* indentation) {
   Json::StreamWriterBuilder builder;
   builder["precision"] = 17;
   builder["emitUTF8"] = true;
-  builder["indentation"] = "  ";
+  builder["indentation"] = indentation;
   builder["enableYAMLCompatibility"] = true;  // no blank before a colon
   std::ostringstream text;
   text.exceptions(std::ios::badbit);
@@ -54,6 +56,10 @@ std::string jsonOf(Json::Value const& value) {
   writer->write(value, &text);
   return text.str();
 }
+
+std::string jsonOf(Json::Value const& value) { return jsonOf(value, "  "); }
+
+std::string jsonLineOf(Json::Value const& value) { return jsonOf(value, ""); }
 
 void printJson(Json::Value const& value) {
   printBytes(jsonOf(value) + '\n');
@@ -78,7 +84,7 @@ void eraseProgress() {
   isProgressShown = false;
 }
 
-Json::Value number(double value) { return std::isfinite(value) ? Json::Value(value) : Json::Value(); }
+Json::Value number(double value) { return std::isfinite(value) ? Json::Value(value + 0.0) : Json::Value(); }
 
 QString textOf(std::string const& bytes) { return recordText(bytes); }
 

@@ -11,7 +11,7 @@ namespace kvn::host {
 
 QString versionLine();
 
-/// What programs ask before they read the JSON of `adjust`, `show`, `check` or `heights`: keys are only added to it.
+/// What programs ask before they read the JSON of a subcommand: keys are only added to it.
 constexpr int kJsonVersion = 2;
 
 /// To standard output. @throws std::runtime_error when it cannot be written, as on a full disk.
@@ -25,6 +25,8 @@ void finishPrinting();
 
 /// The text of a JSON value, without a line end at its end.
 std::string jsonOf(Json::Value const& value);
+/// The same on one line.
+std::string jsonLineOf(Json::Value const& value);
 /// A JSON value to standard output: 17 significant digits, so that every double reads back as it was.
 void printJson(Json::Value const& value);
 /// To standard error, with a line end.

@@ -23,7 +23,7 @@ int runPlan(QStringList const& arguments) {
     sortByCost(findings);
     if (options->json) {
       finished.writeJson(findingsJson(findings), session.messages().take(), printBytes);
-    } else {
+    } else if (!options->quiet) {
       finished.writePlanText(findings, printBytes);
     }
     finishPrinting();

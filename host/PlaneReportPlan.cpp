@@ -17,27 +17,27 @@ void PlaneReport::writePlanText(std::vector<FieldFinding> const& findings, TextS
 
 QString PlaneReport::planHeadText() const {
   std::vector<std::pair<QString, QString>> lines{
-      {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
-      {"Observations", observationsText()},
-      {"A-priori errors", errorsText()},
-      {"Redundancy", QString::number(result.redundancy)},
-      {"Errors of results", "by the a-priori unit weight error, 1"},
+      {System::tr("Points"), System::tr("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
+      {System::tr("Observations"), observationsText()},
+      {System::tr("A-priori errors"), errorsText()},
+      {System::tr("Redundancy"), QString::number(result.redundancy)},
+      {System::tr("Errors of results"), System::tr("by the a-priori unit weight error, 1")},
   };
-  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", datumText()});
-  return QString("Plan of %1\n\n").arg(printable(file)) + labelled(lines);
+  if (isFree()) lines.insert(lines.begin() + 2, {System::tr("Datum"), datumText()});
+  return System::tr("Plan of %1").arg(printable(file)) + "\n\n" + labelled(lines);
 }
 
 void PlaneReport::writePlannedDirections(TextSink const& sink) const {
   if (circles.empty()) return;
-  TextTable table({{"Station", TextTable::Left},
-                   {"Target", TextTable::Left},
-                   {QString::fromUtf8("Error [″]"), TextTable::Right},
+  TextTable table({{System::tr("Station"), TextTable::Left},
+                   {System::tr("Target"), TextTable::Left},
+                   {System::tr("Error [″]"), TextTable::Right},
                    {"r", TextTable::Right},
-                   {QString::fromUtf8("Detectable [″]"), TextTable::Right},
-                   {"Effect [mm]", TextTable::Right},
-                   {"Azimuth", TextTable::Right},
+                   {System::tr("Detectable [″]"), TextTable::Right},
+                   {System::tr("Effect [mm]"), TextTable::Right},
+                   {System::tr("Azimuth"), TextTable::Right},
                    {QString::fromUtf8("m [″]"), TextTable::Right},
-                   {"Distance [m]", TextTable::Right},
+                   {System::tr("Distance [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (Circle const& circle : circles) {
     std::string const station = stationText(circle);
@@ -52,20 +52,20 @@ void PlaneReport::writePlannedDirections(TextSink const& sink) const {
     }
   }
   writeTitled(
-      "Directions (r redundancy, detectable the smallest gross error that a test finds, effect of it on a "
-      "coordinate, m error after adjustment)",
+      System::tr("Directions (r redundancy, detectable the smallest gross error that a test finds, effect of it on a "
+                 "coordinate, m error after adjustment)"),
       table, sink);
 }
 
 void PlaneReport::writePlannedDistances(TextSink const& sink) const {
   if (network.distances.empty()) return;
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Distance [m]", TextTable::Right},
-                   {"Error [mm]", TextTable::Right},
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Distance [m]"), TextTable::Right},
+                   {System::tr("Error [mm]"), TextTable::Right},
                    {"r", TextTable::Right},
-                   {"Detectable [mm]", TextTable::Right},
-                   {"Effect [mm]", TextTable::Right},
+                   {System::tr("Detectable [mm]"), TextTable::Right},
+                   {System::tr("Effect [mm]"), TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (std::size_t d = 0; d < network.distances.size(); ++d) {
     PlaneNetwork::Distance const& distance = network.distances[d];
@@ -74,7 +74,7 @@ void PlaneReport::writePlannedDistances(TextSink const& sink) const {
                    millimetresText(planned.error), ratioText(planned.redundancy), millimetresText(planned.detectable),
                    millimetresText(planned.effect), millimetresText(planned.lengthError)});
   }
-  writeTitled("Distances", table, sink);
+  writeTitled(System::tr("Distances"), table, sink);
 }
 
 }  // namespace kvn::host

@@ -33,43 +33,48 @@ void PlaneReport::writeTables(TextSink const& sink) const {
 
 QString PlaneReport::headText(QString const& judgement) const {
   std::vector<std::pair<QString, QString>> lines{
-      {"Points", QString("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
-      {"Observations", observationsText()},
-      {"A-priori errors", errorsText()},
-      {"Redundancy", QString::number(result.redundancy)},
-      {"Unit weight error", unitErrorText()},
-      {"By kind", kindsText()},
-      {"Iterations", QString::number(result.iterations)},
+      {System::tr("Points"), System::tr("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
+      {System::tr("Observations"), observationsText()},
+      {System::tr("A-priori errors"), errorsText()},
+      {System::tr("Redundancy"), QString::number(result.redundancy)},
+      {System::tr("Unit weight error"), unitErrorText()},
+      {System::tr("By kind"), kindsText()},
+      {System::tr("Iterations"), QString::number(result.iterations)},
   };
-  if (heights.exist()) lines.push_back({"Unit weight error of heights", heights.unitErrorText()});
-  if (isFree()) lines.insert(lines.begin() + 2, {"Datum", datumText()});
+  if (heights.exist()) lines.push_back({System::tr("Unit weight error of heights"), heights.unitErrorText()});
+  if (isFree()) lines.insert(lines.begin() + 2, {System::tr("Datum"), datumText()});
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
-    lines.insert(lines.end() - 1, {"Errors of results", "by the a-priori unit weight error, 1"});
+    lines.insert(lines.end() - 1,
+                 {System::tr("Errors of results"), System::tr("by the a-priori unit weight error, 1")});
   }
-  if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {"Robust weights", robustText()});
-  return QString("Least-squares adjustment of %1\n\n").arg(printable(file)) + judgement + '\n' + labelled(lines);
+  if (options.weighsDownSuspects) lines.insert(lines.end() - 1, {System::tr("Robust weights"), robustText()});
+  return System::tr("Least-squares adjustment of %1").arg(printable(file)) + "\n\n" + judgement + '\n' +
+         labelled(lines);
 }
 
 QString PlaneReport::datumText() const {
-  return countKnown() >= 2 ? "free: laid on the known points, none of which is held" : "free: laid on all points";
+  return countKnown() >= 2 ? System::tr("free: laid on the known points, none of which is held")
+                           : System::tr("free: laid on all points");
 }
 
 QString PlaneReport::errorsText() const {
-  QString text = QString::fromUtf8("direction %1″, distance %2 mm + %3 ppm (%4)")
+  QString text = System::tr("direction %1″, distance %2 mm + %3 ppm (%4)")
                      .arg(shortNumber(double(configure.AngleError)), shortNumber(double(configure.LineFixedError)),
                           shortNumber(double(configure.LineProportionError)),
-                          QLatin1String(configure.LineCalculateExpression ? "sum" : "root"));
-  if (options.centring > 0.0) text += QString(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
+                          configure.LineCalculateExpression ? System::tr("sum") : System::tr("root"));
+  if (options.centring > 0.0) text += System::tr(", centring %1 mm").arg(shortNumber(1000.0 * options.centring));
   if (options.controlError > 0.0) {
-    text += QString(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
+    text += System::tr(", known coordinates %1 mm").arg(shortNumber(1000.0 * options.controlError));
   }
   return text;
 }
 
 QString PlaneReport::observationsText() const {
-  return QString("%1 from %2 of %3, %4")
-      .arg(counted(network.directions.size(), "direction", "directions"), counted(circles.size(), "set-up", "set-ups"),
-           counted(countStations(), "station", "stations"), counted(network.distances.size(), "distance", "distances"));
+  return System::tr("%1 from %2 of %3, %4")
+      .arg(counted(network.directions.size(), System::tr("%1 direction"), System::tr("%1 directions")),
+           counted(circles.size(), System::tr("%1 set-up"), System::tr("%1 set-ups")),
+           counted(countStations(), System::tr("%1 station"), System::tr("%1 stations")),
+           counted(network.distances.size(), System::tr("%1 distance"), System::tr("%1 distances")));
 }
 
 std::string PlaneReport::stationText(Circle const& circle) const {
@@ -88,7 +93,7 @@ bool PlaneReport::hasWeights() const {
 /// What catches the eye in a row whose residual is too large for chance, that is left out or that weighs less.
 std::string PlaneReport::markOf(PlaneObservation const& observation) const {
   if (observation.weight < 1.0 && options.weighsDownSuspects) return ratioText(observation.weight);
-  if (observation.weight == 0.0) return "left out";
+  if (observation.weight == 0.0) return System::tr("left out").toStdString();
   return observation.test > 1.0 ? "*" : "";
 }
 
@@ -101,30 +106,32 @@ QString PlaneReport::robustText() const {
       if (observation.weight == 0.0) ++none;
     }
   }
-  if (less == 0) return "all observations have their full weight";
-  QString const text = counted(less, "observation weighs", "observations weigh") + " less";
-  return none == 0 ? text : text + QString(", %1 of them nothing: not counted in the redundancy").arg(none);
+  if (less == 0) return System::tr("all observations have their full weight");
+  QString const text =
+      counted(less, System::tr("%1 observation weighs less"), System::tr("%1 observations weigh less"));
+  return none == 0 ? text : text + System::tr(", %1 of them nothing: not counted in the redundancy").arg(none);
 }
 
 QString PlaneReport::unitErrorText() const {
   if (!result.hasRedundancy) {
-    return hasErrors() ? "- (nothing is redundant)" : "- (nothing is redundant, so there are no errors)";
+    return hasErrors() ? System::tr("- (nothing is redundant)")
+                       : System::tr("- (nothing is redundant, so there are no errors)");
   }
-  QString const text = QString("%1, expected between %2 and %3 at %4")
+  QString const text = System::tr("%1, expected between %2 and %3 at %4")
                            .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
                                 percent(options.confidence));
-  return result.isPassed ? text : text + ": fails";
+  return result.isPassed ? text : System::tr("%1: fails").arg(text);
 }
 
 /// Of each kind its unit weight error, and the a-priori error with which it would be 1, unless something is wrong.
 QString PlaneReport::kindsText() const {
   constexpr double kDoubtful = 20.0;
-  QString directions = "directions " + decimals(result.directionUnitError);
+  QString directions = System::tr("directions %1").arg(decimals(result.directionUnitError));
   if (result.directionUnitError <= kDoubtful) {
     directions +=
-        QString::fromUtf8(" (%1″ would fit)").arg(decimals(result.directionUnitError * double(configure.AngleError)));
+        System::tr(" (%1″ would fit)").arg(decimals(result.directionUnitError * double(configure.AngleError)));
   }
-  QString distances = ", distances " + decimals(result.distanceUnitError);
+  QString distances = System::tr(", distances %1").arg(decimals(result.distanceUnitError));
   if (result.distanceUnitError <= kDoubtful) {
     distances += QString(" (%1 mm + %2 ppm)")
                      .arg(decimals(result.distanceUnitError * double(configure.LineFixedError)),
@@ -140,40 +147,45 @@ void PlaneReport::addHeight(std::size_t p, std::vector<std::string>& cells) cons
 }
 
 void PlaneReport::writePointTable(TextSink const& sink) const {
-  std::vector<TextTable::Column> columns{{"Point", TextTable::Left},       {"North x [m]", TextTable::Right},
-                                         {"East y [m]", TextTable::Right}, {"mx [mm]", TextTable::Right},
-                                         {"my [mm]", TextTable::Right},    {"mp [mm]", TextTable::Right}};
+  std::vector<TextTable::Column> columns{{System::tr("Point"), TextTable::Left},
+                                         {System::tr("North x [m]"), TextTable::Right},
+                                         {System::tr("East y [m]"), TextTable::Right},
+                                         {"mx [mm]", TextTable::Right},
+                                         {"my [mm]", TextTable::Right},
+                                         {"mp [mm]", TextTable::Right}};
   if (heights.exist()) {
-    columns.push_back({"Height [m]", TextTable::Right});
+    columns.push_back({System::tr("Height [m]"), TextTable::Right});
     columns.push_back({"mh [mm]", TextTable::Right});
   }
   columns.push_back({"", TextTable::Left});
   TextTable table(std::move(columns));
+  std::string const known = System::tr("known").toStdString();
+  std::string const unchecked = System::tr("unchecked").toStdString();
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     PlanePoint const& point = result.points[p];
     std::string const name = utf8Of(network.points[p].name);
     std::vector<std::string> cells{name, metresText(point.x), metresText(point.y)};
     if (isFixed(p)) {
-      cells.insert(cells.end(), {"known", "", ""});
+      cells.insert(cells.end(), {known, "", ""});
     } else {
       cells.insert(cells.end(), {millimetresText(point.mx), millimetresText(point.my), millimetresText(point.mp)});
     }
     addHeight(p, cells);
-    cells.emplace_back(isFixed(p) || point.isChecked ? "" : "unchecked");
+    cells.emplace_back(isFixed(p) || point.isChecked ? "" : unchecked);
     table.addUtf8(cells);
   }
-  writeTitled("Points", table, sink);
+  writeTitled(System::tr("Points"), table, sink);
 }
 
 void PlaneReport::writeEllipseTable(TextSink const& sink) const {
   bool const isAnyMoving = countKnown() < network.points.size() || isFree() || options.controlError > 0.0;
   if (!hasErrors() || !isAnyMoving) return;
-  TextTable table({{"Point", TextTable::Left},
-                   {"Major [mm]", TextTable::Right},
-                   {"Minor [mm]", TextTable::Right},
-                   {"Azimuth", TextTable::Right},
-                   {"Major " + percent(options.confidence) + " [mm]", TextTable::Right},
-                   {"Minor " + percent(options.confidence) + " [mm]", TextTable::Right}});
+  TextTable table({{System::tr("Point"), TextTable::Left},
+                   {System::tr("Major [mm]"), TextTable::Right},
+                   {System::tr("Minor [mm]"), TextTable::Right},
+                   {System::tr("Azimuth"), TextTable::Right},
+                   {System::tr("Major %1 [mm]").arg(percent(options.confidence)), TextTable::Right},
+                   {System::tr("Minor %1 [mm]").arg(percent(options.confidence)), TextTable::Right}});
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     if (isFixed(p)) continue;
     PlanePoint const& point = result.points[p];
@@ -181,21 +193,21 @@ void PlaneReport::writeEllipseTable(TextSink const& sink) const {
                    axisOfRadiansText(point.bearing), millimetresText(point.semiMajor * result.confidenceFactor),
                    millimetresText(point.semiMinor * result.confidenceFactor)});
   }
-  writeTitled("Error ellipses (semi-axes)", table, sink);
+  writeTitled(System::tr("Error ellipses (semi-axes)"), table, sink);
 }
 
 void PlaneReport::writeDirectionTable(TextSink const& sink) const {
   if (circles.empty()) return;
-  TextTable table({{"Station", TextTable::Left},
-                   {"Target", TextTable::Left},
-                   {"Observed", TextTable::Right},
+  TextTable table({{System::tr("Station"), TextTable::Left},
+                   {System::tr("Target"), TextTable::Left},
+                   {System::tr("Observed"), TextTable::Right},
                    {QString::fromUtf8("v [″]"), TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {hasWeights() ? "Weight" : "", TextTable::Left},
-                   {"Azimuth", TextTable::Right},
+                   {hasWeights() ? System::tr("Weight") : QString(), TextTable::Left},
+                   {System::tr("Azimuth"), TextTable::Right},
                    {QString::fromUtf8("m [″]"), TextTable::Right},
-                   {"Distance [m]", TextTable::Right},
+                   {System::tr("Distance [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (Circle const& circle : circles) {
     std::string const station = stationText(circle);
@@ -210,20 +222,22 @@ void PlaneReport::writeDirectionTable(TextSink const& sink) const {
                      millimetresText(adjusted.lengthError)});
     }
   }
-  writeTitled("Directions (v residual, r redundancy, w standardised residual, * too large, m error after adjustment)",
-              table, sink);
+  writeTitled(
+      System::tr(
+          "Directions (v residual, r redundancy, w standardised residual, * too large, m error after adjustment)"),
+      table, sink);
 }
 
 void PlaneReport::writeDistanceTable(TextSink const& sink) const {
   if (network.distances.empty()) return;
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Observed [m]", TextTable::Right},
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Observed [m]"), TextTable::Right},
                    {"v [mm]", TextTable::Right},
                    {"r", TextTable::Right},
                    {"w", TextTable::Right},
-                   {hasWeights() ? "Weight" : "", TextTable::Left},
-                   {"Adjusted [m]", TextTable::Right},
+                   {hasWeights() ? System::tr("Weight") : QString(), TextTable::Left},
+                   {System::tr("Adjusted [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right}});
   for (std::size_t d = 0; d < network.distances.size(); ++d) {
     PlaneNetwork::Distance const& distance = network.distances[d];
@@ -232,16 +246,17 @@ void PlaneReport::writeDistanceTable(TextSink const& sink) const {
                    millimetresText(adjusted.residual), ratioText(adjusted.redundancy), ratioText(adjusted.standardised),
                    markOf(adjusted), metresText(adjusted.adjusted), millimetresText(adjusted.lengthError)});
   }
-  writeTitled("Distances", table, sink);
+  writeTitled(System::tr("Distances"), table, sink);
 }
 
 /// Of given coordinates that are observations, or that a free network is laid on.
 void PlaneReport::writeControlTable(TextSink const& sink) const {
   if (!(isWeighted() || isFree()) || countKnown() == 0) return;
-  std::vector<TextTable::Column> columns{{"Point", TextTable::Left},
-                                         {isFree() ? "North [mm]" : "v north [mm]", TextTable::Right},
-                                         {isFree() ? "East [mm]" : "v east [mm]", TextTable::Right}};
-  if (isWeighted()) columns.insert(columns.end(), {{"test", TextTable::Right}, {"", TextTable::Left}});
+  std::vector<TextTable::Column> columns{
+      {System::tr("Point"), TextTable::Left},
+      {isFree() ? System::tr("North [mm]") : System::tr("v north [mm]"), TextTable::Right},
+      {isFree() ? System::tr("East [mm]") : System::tr("v east [mm]"), TextTable::Right}};
+  if (isWeighted()) columns.insert(columns.end(), {{System::tr("test"), TextTable::Right}, {"", TextTable::Left}});
   TextTable table(columns);
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     PlaneNetwork::Point const& given = network.points[p];
@@ -252,16 +267,17 @@ void PlaneReport::writeControlTable(TextSink const& sink) const {
     if (isWeighted()) cells.insert(cells.end(), {ratioText(test), test > 1.0 ? "*" : ""});
     table.addUtf8(cells);
   }
-  writeTitled(isFree() ? "Known points (shifts from their given coordinates)"
-                       : "Known points (v adjusted minus given, test of both coordinates: * above 1, too large)",
+  writeTitled(isFree()
+                  ? System::tr("Known points (shifts from their given coordinates)")
+                  : System::tr("Known points (v adjusted minus given, test of both coordinates: * above 1, too large)"),
               table, sink);
 }
 
 void PlaneReport::writeScatterTable(TextSink const& sink) const {
-  TextTable table({{"Station", TextTable::Left},
-                   {QString::fromUtf8("directions [″]"), TextTable::Right},
+  TextTable table({{System::tr("Station"), TextTable::Left},
+                   {System::tr("directions [″]"), TextTable::Right},
                    {"f", TextTable::Right},
-                   {"distances [mm]", TextTable::Right},
+                   {System::tr("distances [mm]"), TextTable::Right},
                    {"f", TextTable::Right}});
   PlaneNetwork::SetUp::Scatter directions;
   PlaneNetwork::SetUp::Scatter distances;
@@ -287,25 +303,27 @@ void PlaneReport::writeScatterTable(TextSink const& sink) const {
     ++rows;
   }
   if (rows == 0) return;
-  if (rows > 1) add("together", directions, distances);
-  writeTitled("Scatter between rounds (standard deviation of one round, f its redundancy; no part of the errors above)",
-              table, sink);
+  if (rows > 1) add(System::tr("together").toStdString(), directions, distances);
+  writeTitled(
+      System::tr(
+          "Scatter between rounds (standard deviation of one round, f its redundancy; no part of the errors above)"),
+      table, sink);
 }
 
 void PlaneReport::writeLeftOutTable(TextSink const& sink) const {
   if (result.leftOut.empty()) return;
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Too large by", TextTable::Right},
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Too large by"), TextTable::Right},
                    {"", TextTable::Left},
-                   {"Moved [mm]", TextTable::Right}});
+                   {System::tr("Moved [mm]"), TextTable::Right}});
   for (PlaneLeftOut const& left : result.leftOut) {
     Named const observation = named(left.isDirection, left.observation);
     std::string const size = left.isDirection ? secondsText(secondsOfRadians(left.gross)) : millimetresText(left.gross);
     table.addUtf8({utf8Of(observation.from), utf8Of(observation.to), size, std::string(left.isDirection ? "\"" : "mm"),
                    millimetresText(left.largestMove)});
   }
-  writeTitled("Left out, in this order (moved: the largest change of a coordinate by it)", table, sink);
+  writeTitled(System::tr("Left out, in this order (moved: the largest change of a coordinate by it)"), table, sink);
 }
 
 }  // namespace kvn::host

@@ -7,7 +7,10 @@
 
 namespace kvn::host {
 
-PointHeights::PointHeights(HeightAdjustment const* adjustment) : run(adjustment) {
+PointHeights::PointHeights(HeightAdjustment const* adjustment)
+    : run(adjustment),
+      known(System::tr("known").toStdString()),
+      unchecked(' ' + System::tr("(unchecked)").toStdString()) {
   if (run == nullptr) return;
   for (std::size_t p = 0; p < run->network().points.size(); ++p) {
     byName.emplace(run->network().points[p].name, &run->result().points[p]);
@@ -22,8 +25,8 @@ HeightPoint const* PointHeights::of(std::string const& point) const {
 std::vector<std::string> PointHeights::utf8Cells(std::string const& point) const {
   HeightPoint const* const height = of(point);
   if (height == nullptr) return {"-", ""};
-  std::string const error = height->error == 0.0 ? "known" : millimetresText(height->error);
-  return {metresText(height->height), height->isChecked ? error : error + " (unchecked)"};
+  std::string const error = height->error == 0.0 ? known : millimetresText(height->error);
+  return {metresText(height->height), height->isChecked ? error : error + unchecked};
 }
 
 QStringList PointHeights::cells(std::string const& point) const {
@@ -41,11 +44,11 @@ void PointHeights::addTo(Json::Value& json, std::string const& point) const {
 
 QString PointHeights::unitErrorText() const {
   HeightResult const& result = run->result();
-  if (!result.hasRedundancy) return "- (nothing is redundant)";
+  if (!result.hasRedundancy) return System::tr("- (nothing is redundant)");
   auto const decimals = [](double value) { return QString::fromStdString(ratioText(value)); };
-  return QString("%1, expected between %2 and %3")
-             .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound)) +
-         (result.isPassed ? "" : ": fails");
+  QString const text = System::tr("%1, expected between %2 and %3")
+                           .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound));
+  return result.isPassed ? text : System::tr("%1: fails").arg(text);
 }
 
 Json::Value PointHeights::json() const {

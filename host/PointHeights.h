@@ -30,6 +30,8 @@ class PointHeights {
 
  private:
   HeightAdjustment const* run;
+  std::string known;  ///< words of the table, UTF-8
+  std::string unchecked;
   std::unordered_map<std::string, HeightPoint const*> byName;
 };
 

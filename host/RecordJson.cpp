@@ -85,6 +85,18 @@ char const* severityName(FieldFinding::Severity severity) {
   return kNames[severity];
 }
 
+QString severityText(FieldFinding::Severity severity) {
+  switch (severity) {
+    case FieldFinding::Note:
+      return System::tr("Note: %1");
+    case FieldFinding::Warning:
+      return System::tr("Warning: %1");
+    case FieldFinding::Error:
+      break;
+  }
+  return System::tr("Error: %1");
+}
+
 Json::Value toJson(FieldFinding const& finding) {
   Json::Value json;
   json["severity"] = severityName(finding.severity);

@@ -14,6 +14,8 @@ Json::Value toJson(CoordinatePointInfo const& point);
 Json::Value toJson(FieldFinding const& finding);
 
 char const* severityName(FieldFinding::Severity severity);
+/// "Warning: %1", in the user's language.
+QString severityText(FieldFinding::Severity severity);
 
 template <typename Record>
 Json::Value toJson(std::vector<Record> const& records) {

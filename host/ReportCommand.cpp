@@ -39,7 +39,7 @@ QString adjustAll(Session& session, bool isOfHeights) {
     } catch (JobException const&) {
       std::rethrow_exception(ofPlane);
     }
-    System::Instance()->sendMessage(QString("The plane cannot be adjusted: %1").arg(reason), Warning);
+    System::Instance()->sendMessage(System::tr("The plane cannot be adjusted: %1").arg(reason), Warning);
     return System::tr("The plane cannot be adjusted: %1. The heights alone are here.").arg(reason);
   }
 }
@@ -50,7 +50,8 @@ int runReport(QStringList const& arguments) {
   auto const options = parseReport(arguments);
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
-    Job::requireWritableKind(options->outFile, {"html", "htm", "xhtml"});
+    QString const out = session.outputFor(options->outFile);
+    Job::requireWritableKind(out, {"html", "htm", "xhtml"});
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
     ReportOptions page;
@@ -58,8 +59,8 @@ int runReport(QStringList const& arguments) {
     page.program = versionLine().trimmed();
     page.refusal = adjustAll(session, options->isOfHeights);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
-    bool const saved = save(session, options->outFile,
-                            [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
+    bool const saved =
+        save(session, out, [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
     return finishSaving(session, options->outFile, saved, options->json);
   });
 }

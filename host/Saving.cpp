@@ -11,7 +11,7 @@ namespace kvn::host {
 namespace {
 
 void tellNotWritten(QString const& path, QString const& reason) {
-  System::Instance()->sendMessage(QString("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
+  System::Instance()->sendMessage(System::tr("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
 }
 
 }  // namespace
@@ -30,7 +30,8 @@ void tellWithoutPlace(SiteDrawing const& drawing, bool isTable) {
     if (told.count(name) == 0) names << printable(QString::fromStdString(name));
   }
   if (names.isEmpty()) return;
-  System::Instance()->sendMessage("Left out, since they have no coordinates: " + listedNames(names), Warning);
+  System::Instance()->sendMessage(System::tr("Left out, since they have no coordinates: %1").arg(listedNames(names)),
+                                  Warning);
 }
 
 void saveJob(Session& session, QString const& path, ExchangeChoice const& choice) {
@@ -47,12 +48,13 @@ bool save(Session& session, QString const& path, std::function<void(Session&, QS
   int const errorsBefore = session.messages().errorCount();
   try {
     write(session, path);
+    session.pass(path);
   } catch (std::bad_alloc const&) {
     throw;  // there may be no memory for a message
   } catch (JobException const& failure) {
-    tellNotWritten(path, refusalText(failure));
+    tellNotWritten(session.shown(path), refusalText(failure));
   } catch (std::exception const& failure) {
-    tellNotWritten(path, QString::fromUtf8(failure.what()));
+    tellNotWritten(session.shown(path), QString::fromUtf8(failure.what()));
   }
   return session.messages().errorCount() == errorsBefore;
 }
@@ -60,7 +62,8 @@ bool save(Session& session, QString const& path, std::function<void(Session&, QS
 int finishSaving(Session& session, QString const& path, bool saved, bool asJson) {
   if (asJson) {
     Json::Value json;
-    json["file"] = path.toStdString();
+    json["version"] = kJsonVersion;
+    json["file"] = session.shown(path).toStdString();
     json["ok"] = saved;
     json["messages"] = session.messages().take();
     printJson(json);

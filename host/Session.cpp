@@ -3,7 +3,7 @@
 #include "Failures.h"
 #include "Output.h"
 
-#include <QLocale>
+#include <QFileInfo>
 #include <QTextCodec>
 #include <new>
 #include <stdexcept>
@@ -15,6 +15,7 @@ int refuse(QString const& file, QString const& text, bool json) {
   printLine(printable(file.isEmpty() ? QString("kelvane: %1").arg(text) : QString("kelvane: %1: %2").arg(file, text)));
   if (json) {
     Json::Value failure;
+    failure["version"] = kJsonVersion;
     failure["code"] = 0;  // unknown, as the commands tell a failure that has no number of its own
     failure["message"] = text.toStdString();
     try {
@@ -29,11 +30,11 @@ int runGuarded(Session& session, bool json, std::function<int(Session&)> const& 
   try {
     return run(session);
   } catch (JobException const& failure) {
-    return refuse(failure.file, refusalText(failure), json);
+    return refuse(session.shown(failure.file), refusalText(failure), json);
   } catch (AlgorithmException const& failure) {
     return refuse(session.file(), worded(failure, session.project().getNetwork()), json);
   } catch (std::bad_alloc const&) {
-    return refuse(session.file(), "not enough memory", json);
+    return refuse(session.file(), System::tr("not enough memory"), json);
   } catch (std::exception const& failure) {
     return refuse(session.file(), QString::fromUtf8(failure.what()), json);
   }
@@ -42,26 +43,23 @@ int runGuarded(Session& session, bool json, std::function<int(Session&)> const& 
 void useEncoding(QString const& name) {
   if (name.isEmpty()) return;
   QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
-  if (codec == nullptr) throw UsageError("unknown encoding: " + name);
-  if (codec->fromUnicode("A") != "A") throw UsageError("not an 8-bit encoding: " + name);
+  if (codec == nullptr) throw UsageError(System::tr("unknown encoding: %1").arg(name));
+  if (codec->fromUnicode("A") != "A") throw UsageError(System::tr("not an 8-bit encoding: %1").arg(name));
   QTextCodec::setCodecForLocale(codec);
-}
-
-/// The tables of texts are chosen by the default locale when the library is started.
-void useLanguage(QString const& name) {
-  if (!name.isEmpty()) QLocale::setDefault(QLocale(name == "zh" ? "zh_CN" : "en_US"));
 }
 
 }  // namespace
 
 QString refusalText(JobException const& failure) {
   if (dynamic_cast<JobEncodingException const*>(&failure) != nullptr)
-    return failure.text + "; --encoding names another one";
+    return failure.text + System::tr("; --encoding names another one");
   if (failure.further == 0) return failure.text;
-  return failure.text + QString(" (and %1 more; kelvane check tells all)").arg(failure.further);
+  return failure.text + System::tr(" (and %1 more; kelvane check tells all)").arg(failure.further);
 }
 
-Session::Session() : received(system), opened(system.createProject()) {
+Session::Session(CommonOptions const& options)
+    : received(system), opened(system.createProject()), kindOfInput(options.kind), kindOfOutput(options.to) {
+  received.setErrorsOnly(options.quiet);
   system.init();
   system.setConfigFile(QString());
   system.setCurrentProject(opened.project());
@@ -70,8 +68,16 @@ Session::Session() : received(system), opened(system.createProject()) {
 Session::~Session() { system.setSendMessageFunc({}); }
 
 void Session::open(QString const& path, Job::Reading reading) {
-  openFile = path;
-  opened.open(path, reading);
+  openFile = path == kStream ? System::tr("standard input") : path;
+  opened.open(streams.inputOf(path, kindOfInput), reading);
+}
+
+QString Session::outputFor(QString const& path) {
+  if (path == kStream) return streams.outputOf(path, kindOfOutput);
+  QFileInfo const folder(QFileInfo(path).path());
+  if (!folder.exists()) throw JobException(path, System::tr("there is no folder %1").arg(folder.filePath()));
+  if (!folder.isDir()) throw JobException(path, System::tr("%1 is no folder").arg(folder.filePath()));
+  return path;
 }
 
 void tellWarnings(std::vector<FieldFinding> const& findings) {
@@ -80,8 +86,7 @@ void tellWarnings(std::vector<FieldFinding> const& findings) {
 
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run) {
   useEncoding(options.encoding);
-  useLanguage(options.language);
-  Session session;
+  Session session(options);
   try {
     return runGuarded(session, options.json, run);
   } catch (std::bad_alloc const&) {

@@ -3,6 +3,7 @@
 
 #include "Messages.h"
 #include "Options.h"
+#include "Streams.h"
 
 #include <Kelvane.h>
 #include <QString>
@@ -14,7 +15,7 @@ namespace kvn::host {
 class Session {
  public:
   /// Reads the user's configuration, and sees to it that it is not written at the end.
-  Session();
+  explicit Session(CommonOptions const& options);
   Session(Session const&) = delete;
   Session& operator=(Session const&) = delete;
   ~Session();
@@ -25,13 +26,24 @@ class Session {
   Job& job() { return opened; }
   Project& project() { return *opened.project(); }
   Messages& messages() { return received; }
-  QString const& file() const { return openFile; }  ///< the path given to `open`
+  QString const& file() const { return openFile; }  ///< the path given to `open`, as the user knows it
+
+  /// Where to write what is to become `path`, which may stand for standard output.
+  /// @throws JobException for a folder that is not there: a long computation would be lost.
+  QString outputFor(QString const& path);
+  /// Prints what has been written there for standard output.
+  void pass(QString const& written) const { streams.pass(written); }
+  /// A path as the user knows it.
+  QString shown(QString const& path) const { return streams.shown(path); }
 
  private:
   System system;
   Messages received;
   Job opened;
+  Streams streams;
   QString openFile;
+  QString kindOfInput;
+  QString kindOfOutput;
 };
 
 /// Sends a `Warning` for each line of `warningLines`.

@@ -14,13 +14,13 @@ namespace {
 QString kindOf(Project::FileType type) {
   switch (type) {
     case Project::LqfFile:
-      return "instrument job file";
+      return System::tr("instrument job file");
     case Project::VrdFile:
-      return "traverse file";
+      return System::tr("traverse file");
     case Project::CosaFile:
-      return "COSA network file";
+      return System::tr("COSA network file");
     case Project::CoordFile:
-      return "coordinate file";
+      return System::tr("coordinate file");
   }
   return {};
 }
@@ -28,21 +28,21 @@ QString kindOf(Project::FileType type) {
 QString head(Session& session) {
   Project const& project = session.project();
   return labelled({
-      {"File", session.file()},
-      {"Kind", kindOf(project.getFileType())},
-      {"Name", project.getName()},
-      {"Known points", QString::number(project.getNetwork().knownPoints.size())},
-      {"Lines", QString::number(project.getNetwork().lines.size())},
-      {"Rows", QString::number(project.getTraverseDataList().size())},
-      {"Coordinates", QString::number(project.getCoordinatePointList().size())},
+      {System::tr("File"), session.file()},
+      {System::tr("Kind"), kindOf(project.getFileType())},
+      {System::tr("Name"), project.getName()},
+      {System::tr("Known points"), QString::number(project.getNetwork().knownPoints.size())},
+      {System::tr("Lines"), QString::number(project.getNetwork().lines.size())},
+      {System::tr("Rows"), QString::number(project.getTraverseDataList().size())},
+      {System::tr("Coordinates"), QString::number(project.getCoordinatePointList().size())},
   });
 }
 
 QString knownPointTable(std::vector<KnownPoint> const& points) {
-  TextTable table({{"Name", TextTable::Left},
-                   {"North [m]", TextTable::Right},
-                   {"East [m]", TextTable::Right},
-                   {"Height [m]", TextTable::Right}});
+  TextTable table({{System::tr("Name"), TextTable::Left},
+                   {System::tr("North [m]"), TextTable::Right},
+                   {System::tr("East [m]"), TextTable::Right},
+                   {System::tr("Height [m]"), TextTable::Right}});
   for (KnownPoint const& point : points) {
     table.add({textOf(point.name), metres(point.x), metres(point.y), metres(point.z)});
   }
@@ -53,46 +53,46 @@ QString knownPointTable(std::vector<KnownPoint> const& points) {
 QString measured(double distance) { return distance == 0.0 ? QStringLiteral("-") : metres(distance); }
 
 QString lineTable(std::vector<NetworkDataInfo> const& lines) {
-  TextTable table({{"From", TextTable::Left},
-                   {"To", TextTable::Left},
-                   {"Direction", TextTable::Right},
-                   {"Distance [m]", TextTable::Right}});
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {System::tr("Direction"), TextTable::Right},
+                   {System::tr("Distance [m]"), TextTable::Right}});
   std::string const* station = nullptr;
   for (NetworkDataInfo const& line : lines) {
     bool const isSame = station != nullptr && *station == line.start_name;
     station = &line.start_name;
     table.add({isSame ? QString() : textOf(line.start_name), textOf(line.end_name),
-               line.horizontalAngleFlag ? angleOfRadians(line.horizontal_angle) : QStringLiteral("-"),
+               line.horizontalAngleFlag ? azimuthOfRadians(line.horizontal_angle) : QStringLiteral("-"),
                measured(line.horizontal_distance)});
   }
   return table.toString();
 }
 
 QString rowTable(std::vector<TraverseDataInfo> const& rows) {
-  TextTable table({{"Name", TextTable::Left},
-                   {"Type", TextTable::Left},
-                   {"Height [m]", TextTable::Right},
-                   {"Horizontal", TextTable::Right},
-                   {"Vertical", TextTable::Right},
-                   {"Slant [m]", TextTable::Right},
-                   {"North [m]", TextTable::Right},
-                   {"East [m]", TextTable::Right},
-                   {"Up [m]", TextTable::Right},
-                   {"Code", TextTable::Left}});
+  TextTable table({{System::tr("Name"), TextTable::Left},
+                   {System::tr("Type"), TextTable::Left},
+                   {System::tr("Height [m]"), TextTable::Right},
+                   {System::tr("Horizontal"), TextTable::Right},
+                   {System::tr("Vertical"), TextTable::Right},
+                   {System::tr("Slant [m]"), TextTable::Right},
+                   {System::tr("North [m]"), TextTable::Right},
+                   {System::tr("East [m]"), TextTable::Right},
+                   {System::tr("Up [m]"), TextTable::Right},
+                   {System::tr("Code"), TextTable::Left}});
   for (TraverseDataInfo const& row : rows) {
-    table.add({textOf(row.name), QString::fromStdString(row.pointType.toString()), metres(row.instrument),
-               angleOfRadians(row.horizontal_angle), angleOfRadians(row.vertical_angle), measured(row.slant_distance),
-               metres(row.N), metres(row.E), metres(row.Z), textOf(row.code)});
+    table.add({textOf(row.name), translate(row.pointType), metres(row.instrument), angleOfRadians(row.horizontal_angle),
+               angleOfRadians(row.vertical_angle), measured(row.slant_distance), metres(row.N), metres(row.E),
+               metres(row.Z), textOf(row.code)});
   }
   return table.toString();
 }
 
 QString coordinateTable(std::vector<CoordinatePointInfo> const& points) {
-  TextTable table({{"Name", TextTable::Left},
-                   {"Mark", TextTable::Left},
-                   {"North [m]", TextTable::Right},
-                   {"East [m]", TextTable::Right},
-                   {"Height [m]", TextTable::Right}});
+  TextTable table({{System::tr("Name"), TextTable::Left},
+                   {System::tr("Mark"), TextTable::Left},
+                   {System::tr("North [m]"), TextTable::Right},
+                   {System::tr("East [m]"), TextTable::Right},
+                   {System::tr("Height [m]"), TextTable::Right}});
   for (CoordinatePointInfo const& point : points) {
     table.add({textOf(point.name), textOf(point.signal), metres(point.N), metres(point.E), metres(point.Z)});
   }
@@ -100,16 +100,17 @@ QString coordinateTable(std::vector<CoordinatePointInfo> const& points) {
 }
 
 template <typename Record>
-QString section(char const* title, std::vector<Record> const& records, QString (*table)(std::vector<Record> const&)) {
-  return records.empty() ? QString() : QString("\n%1\n%2").arg(QLatin1String(title), table(records));
+QString section(QString const& title, std::vector<Record> const& records,
+                QString (*table)(std::vector<Record> const&)) {
+  return records.empty() ? QString() : QString("\n%1\n%2").arg(title, table(records));
 }
 
 QString text(Session& session) {
   Project const& project = session.project();
-  return head(session) + section("Known points", project.getNetwork().knownPoints, knownPointTable) +
-         section("Lines", project.getNetwork().lines, lineTable) +
-         section("Rows", project.getTraverseDataList(), rowTable) +
-         section("Coordinates", project.getCoordinatePointList(), coordinateTable);
+  return head(session) + section(System::tr("Known points"), project.getNetwork().knownPoints, knownPointTable) +
+         section(System::tr("Lines"), project.getNetwork().lines, lineTable) +
+         section(System::tr("Rows"), project.getTraverseDataList(), rowTable) +
+         section(System::tr("Coordinates"), project.getCoordinatePointList(), coordinateTable);
 }
 
 Json::Value json(Session& session) {
@@ -136,7 +137,7 @@ int runShow(QStringList const& arguments) {
     session.open(options->file);
     if (options->json) {
       printJson(json(session));
-    } else {
+    } else if (!options->quiet) {
       printText(text(session));
     }
     return Done;

@@ -8,7 +8,9 @@
 namespace kvn::host {
 namespace {
 
-constexpr char const* kTitles[] = {"", "Open traverse", "Connecting traverse", "Closed traverse"};  // by AdjustMethod
+constexpr char const* kTitles[] = {"", QT_TRANSLATE_NOOP("kvn::System", "Open traverse of %1"),
+                                   QT_TRANSLATE_NOOP("kvn::System", "Connecting traverse of %1"),
+                                   QT_TRANSLATE_NOOP("kvn::System", "Closed traverse of %1")};  // by AdjustMethod
 
 double secondsOf(double radians) { return radians * 180.0 / CommonFunction::m_PI * 3600.0; }
 
@@ -20,10 +22,11 @@ QString TraverseReport::tablesText() const { return stationsText() + misclosureT
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();
-  std::vector<std::pair<QString, QString>> lines{{"Stations", QString::number(stations.size())},
-                                                 {"Legs", QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}};
-  if (heights.exist()) lines.push_back({"Unit weight error of heights", heights.unitErrorText()});
-  return QString("%1 of %2\n\n").arg(kTitles[result.method], printable(file)) + labelled(lines);
+  std::vector<std::pair<QString, QString>> lines{
+      {System::tr("Stations"), QString::number(stations.size())},
+      {System::tr("Legs"), QString("%1, %2 m").arg(legs).arg(metres(sumOfLegs()))}};
+  if (heights.exist()) lines.push_back({System::tr("Unit weight error of heights"), heights.unitErrorText()});
+  return System::tr(kTitles[result.method]).arg(printable(file)) + "\n\n" + labelled(lines);
 }
 
 /// An open traverse has no columns for corrections.
@@ -40,7 +43,7 @@ QStringList TraverseReport::row(QString const& name, QStringList const& observed
 
 void TraverseReport::addHeightColumns(std::vector<TextTable::Column>& columns) const {
   if (!heights.exist()) return;
-  columns.push_back({"Height [m]", TextTable::Right});
+  columns.push_back({System::tr("Height [m]"), TextTable::Right});
   columns.push_back({"mh [mm]", TextTable::Right});
 }
 
@@ -58,11 +61,19 @@ QStringList TraverseReport::legCells(std::size_t i) const {
 }
 
 QString TraverseReport::stationsText() const {
-  std::vector<TextTable::Column> columns{{"Point", TextTable::Left}};
-  for (char const* head : {"Angle", "v [″]", "Azimuth", "Distance [m]", "dx [m]", "dy [m]", "vx [mm]", "vy [mm]",
-                           "North x [m]", "East y [m]"}) {
-    if (closes() || *head != 'v') columns.push_back({QString::fromUtf8(head), TextTable::Right});
+  std::vector<TextTable::Column> columns{{System::tr("Point"), TextTable::Left}};
+  auto const add = [&columns](QString const& head) { columns.push_back({head, TextTable::Right}); };
+  add(System::tr("Angle"));
+  if (closes()) add(QString::fromUtf8("v [″]"));
+  for (QString const& head :
+       {System::tr("Azimuth"), System::tr("Distance [m]"), QString("dx [m]"), QString("dy [m]")}) {
+    add(head);
   }
+  for (char const* head : {"vx [mm]", "vy [mm]"}) {
+    if (closes()) add(head);
+  }
+  add(System::tr("North x [m]"));
+  add(System::tr("East y [m]"));
   addHeightColumns(columns);
   TextTable table(std::move(columns));
   QStringList const noLeg{"", "", "", "", ""};
@@ -74,8 +85,8 @@ QString TraverseReport::stationsText() const {
     table.add(row(textOf(at.name), observedCells(i), legCells(i), at));
   }
   table.add(row(textOf(fore.name), {"", "", ""}, noLeg, fore));
-  return titled(closes() ? "Traverse (v correction; azimuth and leg to the next point)"
-                         : "Traverse (azimuth and leg to the next point)",
+  return titled(closes() ? System::tr("Traverse (v correction; azimuth and leg to the next point)")
+                         : System::tr("Traverse (azimuth and leg to the next point)"),
                 table);
 }
 
@@ -83,16 +94,16 @@ QString TraverseReport::misclosureText() const {
   if (!summary.hasMisclosure) return {};
   QString const relative =
       summary.relativeError > 0.0 ? QString("1 : %1").arg(1.0 / summary.relativeError, 0, 'f', 0) : QString("-");
-  QString const angles = closes() ? QString("%1, each angle corrected by %2")
+  QString const angles = closes() ? System::tr("%1, each angle corrected by %2")
                                         .arg(inSeconds(angularMisclosure()), inSeconds(summary.angleCorrection))
                                   : QString("-");
-  return "\nMisclosures\n" +
-         labelled({{"Angles", angles},
+  return "\n" + System::tr("Misclosures") + "\n" +
+         labelled({{System::tr("Angles"), angles},
                    {"fx", metres(summary.fx) + " m"},
                    {"fy", metres(summary.fy) + " m"},
                    {"fs", millimetres(summary.fs) + " mm"},
-                   {"Sum of legs", metres(summary.sumDistance) + " m"},
-                   {"Relative", relative}}) +
+                   {System::tr("Sum of legs"), metres(summary.sumDistance) + " m"},
+                   {System::tr("Relative"), relative}}) +
          allowedText();
 }
 
@@ -100,38 +111,39 @@ QString TraverseReport::misclosureText() const {
 QString TraverseReport::allowedText() const {
   if (!result.judgement) return {};
   TraverseJudgement const& judged = *result.judgement;
-  TextTable table({{"Misclosure", TextTable::Left},
-                   {"has", TextTable::Right},
-                   {"allowed", TextTable::Right},
+  TextTable table({{System::tr("Misclosure"), TextTable::Left},
+                   {System::tr("has"), TextTable::Right},
+                   {System::tr("allowed"), TextTable::Right},
                    {"", TextTable::Left}});
-  auto const add = [&table](char const* what, double size, double allowed, QString const& has, QString const& may) {
+  auto const add = [&table](QString const& what, double size, double allowed, QString const& has, QString const& may) {
     if (std::isnan(size)) return;
-    table.add({what, has, may, std::abs(size) > allowed ? "beyond" : ""});
+    table.add({what, has, may, std::abs(size) > allowed ? System::tr("beyond") : QString()});
   };
-  auto const addLength = [&add](char const* what, double size, double allowed) {
+  auto const addLength = [&add](QString const& what, double size, double allowed) {
     add(what, size, allowed, millimetres(size), millimetres(allowed));
   };
   QString const has = seconds(secondsOf(judged.angle));
-  add(u8"angles [″]", judged.angle, judged.angleAllowed, has, seconds(secondsOf(judged.angleAllowed)));
-  addLength("along [mm]", judged.along, judged.alongAllowed);
-  addLength("across [mm]", judged.across, judged.acrossAllowed);
+  add(System::tr("angles [″]"), judged.angle, judged.angleAllowed, has, seconds(secondsOf(judged.angleAllowed)));
+  addLength(System::tr("along [mm]"), judged.along, judged.alongAllowed);
+  addLength(System::tr("across [mm]"), judged.across, judged.acrossAllowed);
   if (judged.isLoop()) addLength("fs [mm]", judged.fs, judged.fsAllowed);
   if (limits.allowedAngle > 0.0) {
     double const limit = angleLimit();
-    add(u8"angles [″], limit", judged.angle, limit, has, seconds(secondsOf(limit)));
+    add(System::tr("angles [″], limit"), judged.angle, limit, has, seconds(secondsOf(limit)));
   }
   if (limits.allowedRelative > 0.0) {
     auto const oneTo = [](double value) { return QString("1 : %1").arg(value, 0, 'f', 0); };
-    add("relative, limit", judged.relative, 1.0 / limits.allowedRelative, oneTo(1.0 / judged.relative),
+    add(System::tr("relative, limit"), judged.relative, 1.0 / limits.allowedRelative, oneTo(1.0 / judged.relative),
         oneTo(limits.allowedRelative));
   }
-  return titled("Misclosures and what the a-priori errors allow (99 %)", table);
+  return titled(System::tr("Misclosures and what the a-priori errors allow (99 %)"), table);
 }
 
 QString TraverseReport::sidePointsText() const {
   if (result.sidePoints.empty()) return {};
-  std::vector<TextTable::Column> columns{{"Point", TextTable::Left}, {"From", TextTable::Left}};
-  for (char const* head : {"Azimuth", "Distance [m]", "North x [m]", "East y [m]", "mx [mm]", "my [mm]", "mp [mm]"}) {
+  std::vector<TextTable::Column> columns{{System::tr("Point"), TextTable::Left}, {System::tr("From"), TextTable::Left}};
+  for (QString const& head : {System::tr("Azimuth"), System::tr("Distance [m]"), System::tr("North x [m]"),
+                              System::tr("East y [m]"), QString("mx [mm]"), QString("my [mm]"), QString("mp [mm]")}) {
     columns.push_back({head, TextTable::Right});
   }
   addHeightColumns(columns);
@@ -142,10 +154,11 @@ QString TraverseReport::sidePointsText() const {
                       metres(side.distance),   metres(side.point.x), metres(side.point.y),
                       millimetres(side.mx),    millimetres(side.my), millimetres(side.mp)};
     if (heights.exist()) cells << heights.cells(side.point.name);
-    if (side.isKnown) cells << "known, off by " + millimetres(std::hypot(side.offNorth, side.offEast)) + " mm";
+    if (side.isKnown)
+      cells << System::tr("known, off by %1 mm").arg(millimetres(std::hypot(side.offNorth, side.offEast)));
     table.add(cells);
   }
-  return titled("Side shots (nothing checks them, unless known; errors by the a-priori errors)", table);
+  return titled(System::tr("Side shots (nothing checks them, unless known; errors by the a-priori errors)"), table);
 }
 
 }  // namespace kvn::host

@@ -1,8 +1,10 @@
 // The command-line host: parse, call the library, print.
+#include "CommandLine.h"
 #include "Commands.h"
 #include "Failures.h"
 #include "Options.h"
 #include "Output.h"
+#include "Usage.h"
 
 #include <utils/FileText.h>
 #include <utils/ResourceFile.h>
@@ -36,19 +38,49 @@ void readEncodingOfLocale() {
   }
 }
 
+int (*findSubcommand(QString const& name))(QStringList const&) {
+  for (Subcommand const& subcommand : kSubcommands) {
+    if (name == QLatin1String(subcommand.name)) return subcommand.run;
+  }
+  return nullptr;
+}
+
+UsageError unknownSubcommand(QString const& name) {
+  QStringList known{"help"};
+  for (Subcommand const& subcommand : kSubcommands) known << subcommand.name;
+  return UsageError(kvn::System::tr("unknown subcommand: %1").arg(name) + suggestion(name, known));
+}
+
+int runHelp(QStringList arguments) {
+  if (arguments.size() < 2) {
+    printText(programUsage());
+    return Done;
+  }
+  QString const name = arguments.at(1);
+  auto* const run = findSubcommand(name);
+  if (run == nullptr) throw unknownSubcommand(name);
+  return run({arguments.first(), "--help"});
+}
+
 int dispatch(QStringList arguments) {
+  useLanguageOf(arguments);
   if (arguments.size() < 2) {
     printLine(programUsage().trimmed());
     return WrongUsage;
   }
   QString const name = arguments.takeAt(1);
-  for (Subcommand const& subcommand : kSubcommands) {
-    if (name == QLatin1String(subcommand.name)) return subcommand.run(arguments);
+  if (name == "help" || name == "--help" || name == "-h") return runHelp(withoutLanguage(arguments));
+  if (name == "--version" || name == "-v") {
+    printText(versionLine());
+    return Done;
   }
-  bool const help = name == "--help" || name == "-h";
-  if (!help && name != "--version" && name != "-v") throw UsageError("unknown subcommand: " + name);
-  printText(help ? programUsage() : versionLine());
-  return Done;
+  auto* const run = findSubcommand(name);
+  if (run == nullptr) throw unknownSubcommand(name);
+  try {
+    return run(arguments);
+  } catch (UsageError const& failure) {
+    throw UsageError(QString::fromUtf8(failure.what()), name);
+  }
 }
 
 /// Not those of QCoreApplication, which cannot hold a file name that is no text.
@@ -90,7 +122,10 @@ int main(int argc, char** argv) {
     std::fputs("kelvane: not enough memory\n", stderr);
     return Refused;
   } catch (UsageError const& failure) {
-    printLine(printable(QString("kelvane: %1 (see kelvane --help)").arg(QString::fromUtf8(failure.what()))));
+    QString const help =
+        failure.subcommand().isEmpty() ? QString("kelvane help") : "kelvane help " + failure.subcommand();
+    QString const text = kvn::System::tr("%1 (see %2)").arg(QString::fromUtf8(failure.what()), help);
+    printLine(printable("kelvane: " + text));
     return WrongUsage;
   } catch (std::exception const& failure) {
     printLine(printable(QString("kelvane: %1").arg(QString::fromUtf8(failure.what()))));

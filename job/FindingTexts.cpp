@@ -1,6 +1,7 @@
 #include "job/FindingTexts.h"
 
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 
 #include <utils/HTextCodec.h>
 
@@ -21,12 +22,12 @@ QString namesOf(FieldFinding const& finding) {
   for (std::string const& target : finding.targets) targets << recordText(target);
   if (finding.station.empty()) return listedNames(targets);
   QString const station = recordText(finding.station);
-  return targets.isEmpty() ? station : station + " to " + targets.join(", ");
+  return targets.isEmpty() ? station : Messages::tr("%1 to %2").arg(station, targets.join(", "));
 }
 
 QString placeOf(FieldFinding const& finding) {
-  if (finding.line > 0) return QString("line %1").arg(finding.line);
-  return finding.row == FieldFinding::kNoRow ? QString() : QString("row %1").arg(finding.row + 1);
+  if (finding.line > 0) return Messages::tr("line %1").arg(finding.line);
+  return finding.row == FieldFinding::kNoRow ? QString() : Messages::tr("row %1").arg(finding.row + 1);
 }
 
 /// The text without what differs from place to place: what is quoted behind a colon, a Chinese one too, and numbers.
@@ -56,11 +57,26 @@ struct Told {
   QString line() const {
     QString told = text;
     if (!places.isEmpty()) told += ": " + places.join("; ");
-    if (count > kNamedPlaces) told += QString("; and %1 more").arg(count - kNamedPlaces);
-    if (others > 0) told += QString("; and %1 more of this kind").arg(others);
+    if (count > kNamedPlaces) told += Messages::tr("; and %1 more").arg(count - kNamedPlaces);
+    if (others > 0) told += Messages::tr("; and %1 more of this kind").arg(others);
     return told;
   }
 };
+
+/// What calculators say in the place of a name, in their own English.
+constexpr char const* kWordsOfCalculators[] = {
+    QT_TRANSLATE_NOOP("kvn::System", "Calculate failed"),
+    QT_TRANSLATE_NOOP("kvn::System", "No start data"),
+    QT_TRANSLATE_NOOP("kvn::System", "No enough data"),
+    QT_TRANSLATE_NOOP("kvn::System", "Data error"),
+};
+
+QString toldName(AlgorithmException const& failure) {
+  for (char const* words : kWordsOfCalculators) {
+    if (failure.name == words) return Messages::tr(words);
+  }
+  return recordText(failure.name);
+}
 
 }  // namespace
 
@@ -82,14 +98,14 @@ QString worded(AlgorithmException const& failure, Network const& network) {
   QString const text = QString::fromUtf8(failure.what());
   if (failure.index >= 0) {
     auto const index = static_cast<std::size_t>(failure.index);
-    if (index >= network.lines.size()) return QString("%1: item %2").arg(text).arg(failure.index + 1);
+    if (index >= network.lines.size()) return Messages::tr("%1: item %2").arg(text).arg(failure.index + 1);
     NetworkDataInfo const& line = network.lines[index];
-    return QString("%1: line from %2 to %3").arg(text, recordText(line.start_name), recordText(line.end_name));
+    return Messages::tr("%1: line from %2 to %3").arg(text, recordText(line.start_name), recordText(line.end_name));
   }
-  QString const name = recordText(failure.name);
+  QString const name = toldName(failure);
   // The text of a repeated station has the name in it; "Data error" stands for no point and says what the text says.
   bool const isTold =
-      name.isEmpty() || name == "Data error" || failure.errorType == AlgorithmException::StationNameRepeat;
+      name.isEmpty() || failure.name == "Data error" || failure.errorType == AlgorithmException::StationNameRepeat;
   return isTold ? text : QString("%1: %2").arg(text, name);
 }
 

@@ -205,14 +205,14 @@ void Job::requireNoError(unsigned sources) const { detail::requireNoError(state-
 void Job::setProgressCall(AdjustProgressCall call) { state->progress = std::move(call); }
 
 void Job::setPlaneOptions(PlaneOptions const& options) {
-  auto const require = [this](double value, double least, double largest, char const* text) {
-    if (!(value >= least && value <= largest)) throw JobException(state->file, QString(text));
+  auto const require = [this](double value, double least, double largest, QString const& text) {
+    if (!(value >= least && value <= largest)) throw JobException(state->file, text);
   };
-  require(options.centring, 0.0, 1.0, "the centring error must be from 0 to 1 m");
-  require(options.controlError, 0.0, 100.0, "the error of known coordinates must be from 0 to 100 m");
-  require(options.confidence, 0.5, 0.9999, "the confidence must be from 0.5 to 0.9999");
+  require(options.centring, 0.0, 1.0, Messages::tr("the centring error must be from 0 to 1 m"));
+  require(options.controlError, 0.0, 100.0, Messages::tr("the error of known coordinates must be from 0 to 100 m"));
+  require(options.confidence, 0.5, 0.9999, Messages::tr("the confidence must be from 0.5 to 0.9999"));
   if (options.leavesOutSuspects && options.weighsDownSuspects) {
-    throw JobException(state->file, "suspects are left out or weighed down, not both");
+    throw JobException(state->file, Messages::tr("suspects are left out or weighed down, not both"));
   }
   state->plane = options;
 }
@@ -222,7 +222,7 @@ PlaneOptions const& Job::planeOptions() const { return state->plane; }
 void Job::setTraverseOptions(TraverseOptions const& options) {
   auto const isSound = [](double value, double largest) { return value >= 0.0 && value <= largest; };
   bool const fits = isSound(options.allowedAngle, 100000.0) && isSound(options.allowedRelative, 1e9);
-  if (!fits) throw JobException(state->file, QString("the limits of misclosures must be 0 or more"));
+  if (!fits) throw JobException(state->file, Messages::tr("the limits of misclosures must be 0 or more"));
   state->traverseOptions = options;
 }
 
@@ -244,16 +244,17 @@ PlaneAdjustment const* Job::planeAdjustment() const { return state->planeRun.get
 Network const& Job::adjustedNetwork() const { return state->adjusted; }
 
 void Job::setHeightOptions(HeightOptions const& options) {
-  auto const require = [this](bool isSound, char const* text) {
-    if (!isSound) throw JobException(state->file, QString(text));
+  auto const require = [this](bool isSound, QString const& text) {
+    if (!isSound) throw JobException(state->file, text);
   };
   require(!options.zenithError || (*options.zenithError > 0.0 && *options.zenithError <= 10000.0),
-          "the error of a zenith angle must be above 0 and up to 10000 seconds");
+          Messages::tr("the error of a zenith angle must be above 0 and up to 10000 seconds"));
   require(options.heightError >= 0.0 && options.heightError <= 1.0,
-          "the error of a height of instrument or target must be from 0 to 1 m");
-  require(!options.refraction || std::abs(*options.refraction) <= 10.0, "the refraction must be from -10 to 10");
+          Messages::tr("the error of a height of instrument or target must be from 0 to 1 m"));
+  require(!options.refraction || std::abs(*options.refraction) <= 10.0,
+          Messages::tr("the refraction must be from -10 to 10"));
   require(options.refractionError >= 0.0 && options.refractionError <= 10.0,
-          "the error of the refraction must be from 0 to 10");
+          Messages::tr("the error of the refraction must be from 0 to 10"));
   state->heights = options;
   detail::forgetHeights(*state);
 }
@@ -289,7 +290,7 @@ void Job::takeResults() {
 
 void Job::requireWritableKind(QString const& path, QStringList const& kinds) {
   if (kinds.contains(detail::suffixOf(path))) return;
-  throw JobException(path, "unknown kind of file; what can be written: ." + kinds.join(", ."));
+  throw JobException(path, Messages::tr("unknown kind of file; what can be written: %1").arg('.' + kinds.join(", .")));
 }
 
 void Job::save(QString const& path) {

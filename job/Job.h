@@ -86,6 +86,9 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// coordinates, names of the source files; results go. The settings of the project stay where the file says nothing:
   /// a project file has all of them, a network file the a-priori errors in its first line. Stations of an instrument
   /// job that have coordinates are known.
+  ///
+  /// A coordinate file is in the local 8-bit encoding. Networks, traverse files and instrument jobs are UTF-8 or, read
+  /// with care, in the local 8-bit encoding; their records are UTF-8 then.
   /// @throws JobException for a file that cannot be read, with its line where there is one: JobEncodingException for a
   ///         coordinate file whose names are no text in the local 8-bit encoding.
   void open(QString const& path, Reading reading = Reading::Careful);
@@ -197,6 +200,7 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
   /// list, which are the known points where there is none. The folder is made where it is not there. What the format
   /// has no place for is told as a `Warning`, or refused where the file would be read as something else.
+  /// Coordinates are written in the local 8-bit encoding, a job that was read in it too, everything else in UTF-8.
   /// @throws JobException for an unknown suffix, a kind that the job is not, a name or a number that the file cannot
   ///         hold, and with the reason where the file cannot be written. An old file stays whole then.
   void save(QString const& path);

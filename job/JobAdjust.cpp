@@ -8,6 +8,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "job/detail/ObservedRounds.h"
+#include "records/detail/Messages.h"
 #include "reduction/CircleTurning.h"
 
 #include <algorithm>
@@ -38,11 +39,12 @@ void requireAdjustable(detail::JobState const& state) {
   int const method = project.getConfigure().AdjustMethod;
   detail::requireObservations(state);
   if (method == kAnyTraverse && state.asRead) {
-    throw JobException(state.file, QString("traverses are looked for in a file that is read with care alone, not to "
-                                           "the letter"));
+    throw JobException(state.file,
+                       Messages::tr("traverses are looked for in a file that is read with care alone, not to "
+                                    "the letter"));
   }
   if (method < 0 || method >= kMethods) {
-    throw JobException(state.file, QString("there is no method of adjustment of the number %1").arg(method));
+    throw JobException(state.file, Messages::tr("there is no method of adjustment of the number %1").arg(method));
   }
   if (method == kByLeastSquares) {
     requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
@@ -156,9 +158,10 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
     QString const name = recordText(failure.name);
     bool const isBranch = failure.errorType == AlgorithmException::DataError;
     std::throw_with_nested(JobException(
-        state.file, QString(isBranch ? "from %1 several ways lead on: no single traverse, but least squares adjusts it"
-                                     : "two sights of %1 have the same direction")
-                        .arg(name)));
+        state.file,
+        (isBranch ? Messages::tr("from %1 several ways lead on: no single traverse, but least squares adjusts it")
+                  : Messages::tr("two sights of %1 have the same direction"))
+            .arg(name)));
   }
   for (detail::TraverseWalk& walk : walks) {
     TraverseResult result;
@@ -193,7 +196,8 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
     Computed found = bySights(state, configure, cancel);
     if (!found.traverses.empty()) return found;
     if (configure.AdjustMethod != kAnyTraverse) return byReadings(state, configure, cancel);
-    throw JobException(state.file, "no traverse: no known station sights another known point and a point to go on to");
+    throw JobException(
+        state.file, Messages::tr("no traverse: no known station sights another known point and a point to go on to"));
   }
   Computed found;
   try {
@@ -225,22 +229,23 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
 void detail::requireObservations(JobState const& state) {
   requireNoError(state.file, state.opened.findings());
   if (state.project->getFileType() != Project::CoordFile) return;
-  throw JobException(state.file, "a coordinate file has no observations to adjust");
+  throw JobException(state.file, Messages::tr("a coordinate file has no observations to adjust"));
 }
 
 QString detail::faultOfErrors(Configure const& configure, Network const& network) {
   auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
   if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
-    return "the a-priori error of a direction (first number of line 1) must be a number above 0";
+    return Messages::tr("the a-priori error of a direction (first number of line 1) must be a number above 0");
   }
   if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
-    return "the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more";
+    return Messages::tr(
+        "the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more");
   }
   // A distance without error would have a weight without bound.
   bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),
                                         [](NetworkDataInfo const& line) { return line.horizontal_distance > 0.0; });
   bool const hasError = configure.LineFixedError > 0.0F || configure.LineProportionError > 0.0F;
-  return hasDistances && !hasError ? QString("the a-priori errors of a distance are both 0") : QString();
+  return hasDistances && !hasError ? Messages::tr("the a-priori errors of a distance are both 0") : QString();
 }
 
 std::vector<CoordinatePointInfo> detail::coordinatesOf(std::vector<TraverseResult> const& traverses) {

@@ -31,13 +31,13 @@ PointsByName byName(QString const& file, Points const& points) {
   for (std::size_t p = 0; p < points.size(); ++p) {
     QString const name = recordText(points[p].name);
     if (!std::isfinite(points[p].N + points[p].E)) {
-      throw JobException(file, QString("the coordinates of %1 are no numbers").arg(name));
+      throw JobException(file, Messages::tr("the coordinates of %1 are no numbers").arg(name));
     }
     auto const before = table.constFind(name);
     if (before == table.constEnd()) {
       table.insert(name, p);
     } else if (!isSamePlace(points[*before], points[p])) {
-      throw JobException(file, QString("%1 is given twice, in different places").arg(name));
+      throw JobException(file, Messages::tr("%1 is given twice, in different places").arg(name));
     }
   }
   return table;
@@ -47,7 +47,7 @@ PointsByName byName(QString const& file, Points const& points) {
 
 std::vector<CoordinatePointInfo> detail::approximateOf(QString const& path) {
   if (suffixOf(path) != "dat") {
-    throw JobException(path, "approximate coordinates are read from a coordinate file (.dat)");
+    throw JobException(path, Messages::tr("approximate coordinates are read from a coordinate file (.dat)"));
   }
   Project read;
   try {
@@ -98,14 +98,15 @@ std::vector<FieldFinding> detail::tellContradictions(JobState const& state, Plan
                         Messages::tr("the approximate coordinates are more than 1 m from its own, which count")});
   }
   if (names.isEmpty()) return findings;
-  sendWarning(QString("Known points whose approximate coordinates are more than 1 m from their own, which count: %1")
-                  .arg(listedNames(names)));
+  sendWarning(
+      Messages::tr("Known points whose approximate coordinates are more than 1 m from their own, which count: %1")
+          .arg(listedNames(names)));
   return findings;
 }
 
 void detail::tellUnusedApproximate(JobState const& state, std::size_t unused) {
   if (unused == 0) return;
-  sendInfo(QString("Coordinates of points that the network does not have are ignored: %1 of %2")
+  sendInfo(Messages::tr("Coordinates of points that the network does not have are ignored: %1 of %2")
                .arg(unused)
                .arg(state.approximate.size()));
 }

@@ -1,12 +1,14 @@
 #include "job/JobException.h"
 
+#include "records/detail/Messages.h"
+
 #include <utils/FileName.h>
 
 namespace kvn {
 namespace {
 
 std::string sentence(QString const& path, QString text, int further) {
-  if (further > 0) text += QString(" (and %1 more)").arg(further);
+  if (further > 0) text += Messages::tr(" (and %1 more)").arg(further);
   return (path.isEmpty() ? text : QString("%1: %2").arg(utils::readablePath(path), text)).toStdString();
 }
 

@@ -13,6 +13,7 @@
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 #include "reduction/FieldReduction.h"
 
 #include <utils/ByteStream.h>
@@ -161,7 +162,7 @@ OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::strin
 
 /// Names of a coordinate file in another encoding would become question marks, and several points one.
 void requireEncoding(QString const& path, std::string const& bytes) {
-  if (bytes.empty()) throw JobException(path, "the file is empty");
+  if (bytes.empty()) throw JobException(path, Messages::tr("the file is empty"));
   std::string_view text = bytes;
   if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.remove_prefix(3);  // a byte order mark, which the reader passes over
   for (int number = 1; !text.empty(); ++number) {
@@ -169,8 +170,21 @@ void requireEncoding(QString const& path, std::string const& bytes) {
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     if (detail::isSameInLocal8Bit(line) || HTextCodec::ToLocal8Bit(HTextCodec::FromLocal8Bit(line)) == line) continue;
     QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
-    throw JobEncodingException(path, QString("line %1 is no text in the encoding %2").arg(number).arg(codec), number);
+    throw JobEncodingException(path, Messages::tr("line %1 is no text in the encoding %2").arg(number).arg(codec),
+                               number);
   }
+}
+
+/// The text of a network or of a field book as its readers take it, in UTF-8. One that is in the local 8-bit encoding
+/// is turned into it, line by line as the characters of no such encoding hold a line end; a text that is neither stays
+/// as it is, and the readers name the line.
+std::string utf8Text(std::string const& bytes) {
+  if (detail::isSameInLocal8Bit(bytes)) return bytes;
+  QTextCodec::ConverterState state;
+  QTextCodec::codecForName("UTF-8")->toUnicode(bytes.data(), static_cast<int>(bytes.size()), &state);
+  if (state.invalidChars == 0 && state.remainingChars == 0) return bytes;
+  QString const text = HTextCodec::FromLocal8Bit(bytes);
+  return HTextCodec::ToLocal8Bit(text) == bytes ? text.toStdString() : bytes;
 }
 
 /// @throws DataException with the line that is no point.
@@ -202,9 +216,9 @@ std::string detail::bytesOf(QString const& path) {
   utils::FileBytes file = utils::readFile(path);  // the project would open a file that is missing as an empty one
   if (!file.isWhole()) throw JobException(path, file.reason);
   if (!Job::readableKinds().contains(suffixOf(path))) {
-    throw JobException(path,
-                       "unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
-                       ".lqf (instrument job), .dat (coordinates), .kvn (project)");
+    throw JobException(
+        path, Messages::tr("unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                           ".lqf (instrument job), .dat (coordinates), .kvn (project)"));
   }
   return std::move(file.bytes);
 }
@@ -232,8 +246,14 @@ void detail::reduce(JobState& state) {
 
 OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan) {
   QString const kind = suffixOf(path);
+  if (!asRead && (kind == "in2" || kind == "txt" || kind == "lqf")) {
+    std::string const text = utf8Text(bytes);
+    OpenedFile opened =
+        kind == "in2" ? takeNetworkWithCare(project, path, text, isPlan) : takeFieldJob(project, path, text);
+    opened.isLocalText = text != bytes;
+    return opened;
+  }
   if (kind == "in2") {
-    if (!asRead) return takeNetworkWithCare(project, path, bytes, isPlan);
     CosaCollection collection;
     takeNetwork(project, path, bytes, collection);
   } else if (kind == "dat") {

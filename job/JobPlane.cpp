@@ -7,6 +7,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
+#include "records/detail/Messages.h"
 #include "records/detail/Recorded.h"
 
 #include <QStringList>
@@ -129,7 +130,7 @@ void keepObservedPoints(PlaneNetwork& network) {
 /// @throws JobException with the line of an observation that is still to be measured.
 void requireValues(QString const& file, PlaneNetwork const& network) {
   auto const refuse = [&](int from, int to, int line) {
-    QString const text("line %1: the observation from %2 to %3 has no value; see kelvane plan");
+    QString const text = Messages::tr("line %1: the observation from %2 to %3 has no value; see kelvane plan");
     throw JobException(file,
                        text.arg(line).arg(recordText(network.points[static_cast<std::size_t>(from)].name),
                                           recordText(network.points[static_cast<std::size_t>(to)].name)),
@@ -208,7 +209,7 @@ void detail::tellUnchecked(PlaneAdjustment const& adjustment) {
   for (std::size_t p = 0; p < adjustment.network().points.size(); ++p) {
     if (!adjustment.result().points[p].isChecked) names << recordText(adjustment.network().points[p].name);
   }
-  if (!names.isEmpty()) detail::sendWarning(QString("Nothing checks: %1").arg(listedNames(names)));
+  if (!names.isEmpty()) detail::sendWarning(Messages::tr("Nothing checks: %1").arg(listedNames(names)));
 }
 
 namespace {
@@ -233,7 +234,7 @@ PlaneNetwork detail::observedNetwork(JobState const& state) {
   PlaneNetwork network = observationsIn(state);
   giveApproximate(state, network);
   requireControl(network, state.plane);
-  if (network.points.empty()) throw JobException(state.file, "there are no observations to adjust");
+  if (network.points.empty()) throw JobException(state.file, Messages::tr("there are no observations to adjust"));
   return network;
 }
 
@@ -322,7 +323,7 @@ void detail::tellRepeatedObservations(JobState const& state) {
   }
   std::size_t const given = state.opened.observations.directions.size() + state.opened.observations.distances.size();
   if (given <= directions + distances) return;
-  sendWarning(QString("%1 of %2 observations are given more than once from a station; the first ones count")
+  sendWarning(Messages::tr("%1 of %2 observations are given more than once from a station; the first ones count")
                   .arg(given - directions - distances)
                   .arg(given));
 }

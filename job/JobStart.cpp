@@ -57,10 +57,23 @@ std::vector<FieldFinding> findingsOf(Found const& found) {
   return findings;
 }
 
-/// A job without its control points, or without an unknown one, is looked at for its own sake.
+/// A job without its control points, or without an unknown one, may be looked at for its own sake.
 bool isUsual(AlgorithmException const& failure, Project const& project) {
   return failure.errorType == AlgorithmException::KnownPointNotEnough ||
          failure.errorType == AlgorithmException::AllStationKnown || project.getNetwork().lines.empty();
+}
+
+/// Whether a field book gives heights, for which the plane is not needed.
+bool givesHeights(Project const& project) {
+  auto const& rows = project.getTraverseDataList();
+  return std::any_of(rows.begin(), rows.end(), [](TraverseDataInfo const& row) { return row.isKnown && row.Z != 0.0; });
+}
+
+/// Why no adjustment of the plane comes about. The heights of a field book can be computed all the same.
+FieldFinding refusalOf(Project const& project, QString const& reason) {
+  bool const isOfHeights = givesHeights(project);
+  return findingOn(isOfHeights ? FieldFinding::Warning : FieldFinding::Error, {}, {},
+                   isOfHeights ? Messages::tr("The plane cannot be adjusted: %1").arg(reason) : reason);
 }
 
 std::vector<FieldFinding> findingsOfLiteral(Project const& project) {
@@ -104,9 +117,14 @@ std::vector<FieldFinding> findingsOf(detail::JobState const& state, PlaneAdjustm
 
 std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
   Project const& project = *state.project;
-  if (project.getNetwork().lines.empty()) return {};
+  if (project.getFileType() == Project::CoordFile) {
+    return {refusalOf(project, Messages::tr("a coordinate file has no observations to adjust"))};
+  }
   QString const fault = detail::faultOfErrors(project.getConfigure(), project.getNetwork());
   if (!fault.isEmpty()) return {findingOn(FieldFinding::Error, {}, {}, fault)};
+  if (project.getNetwork().lines.empty()) {
+    return {refusalOf(project, Messages::tr("there are no observations to adjust"))};
+  }
   PlaneAdjustment adjustment{PlaneNetwork()};
   PlaneSettings const settings = detail::settingsOf(state.plane);
   try {
@@ -118,9 +136,7 @@ std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
     bool const isExplained = std::any_of(findings.begin(), findings.end(), [](FieldFinding const& finding) {
       return finding.severity == FieldFinding::Error;
     });
-    if (!isExplained && !isUsual(failure, project)) {
-      findings.insert(findings.begin(), findingOn(FieldFinding::Error, {}, {}, worded(failure, project.getNetwork())));
-    }
+    if (!isExplained) findings.insert(findings.begin(), refusalOf(project, worded(failure, project.getNetwork())));
     return findings;
   } catch (std::bad_alloc const&) {
     throw;

@@ -10,9 +10,14 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "job/detail/WriteWhole.h"
+#include "records/detail/Messages.h"
 #include "reduction/FieldReduction.h"
 
 #include <utils/FileText.h>
+#include <utils/HTextCodec.h>
+
+#include <QTemporaryDir>
+#include <QTextCodec>
 
 #include <algorithm>
 #include <cmath>
@@ -41,7 +46,7 @@ bool canStand(std::string const& name, QString const& kind) {
 
 void requireName(QString const& path, std::string const& name) {
   if (canStand(name, suffixOf(path))) return;
-  throw JobException(path, QString("the name \"%1\" cannot stand in a file of this kind").arg(recordText(name)));
+  throw JobException(path, Messages::tr("the name \"%1\" cannot stand in a file of this kind").arg(recordText(name)));
 }
 
 void requireWritable(QString const& path, TraverseDataInfo const& row) {
@@ -49,7 +54,7 @@ void requireWritable(QString const& path, TraverseDataInfo const& row) {
   double const numbers[] = {row.instrument, row.horizontal_angle, row.vertical_angle, row.slant_distance, row.N, row.E,
                             row.Z};
   if (!std::all_of(std::begin(numbers), std::end(numbers), [](double number) { return std::isfinite(number); })) {
-    throw JobException(path, QString("a number of %1 is not finite").arg(recordText(row.name)));
+    throw JobException(path, Messages::tr("a number of %1 is not finite").arg(recordText(row.name)));
   }
 }
 
@@ -58,12 +63,14 @@ void tellLoss(Rows const& rows, QString const& kind) {
   if (kind == "lqf") return;
   auto const hasCode = [](TraverseDataInfo const& row) { return !row.code.empty(); };
   if (std::any_of(rows.begin(), rows.end(), hasCode)) {
-    sendWarning(QString("A %1 file has no place for point codes").arg(kind == "kvn" ? "project" : "traverse"));
+    sendWarning(kind == "kvn" ? Messages::tr("A project file has no place for point codes")
+                              : Messages::tr("A traverse file has no place for point codes"));
   }
   if (kind != "txt") return;
   auto const isHigh = [](TraverseDataInfo const& row) { return std::abs(row.instrument) >= kSixDigits; };
   if (std::any_of(rows.begin(), rows.end(), isHigh)) {
-    sendWarning("A traverse file holds heights of instrument and target of 100 m and above to six digits only");
+    sendWarning(
+        Messages::tr("A traverse file holds heights of instrument and target of 100 m and above to six digits only"));
   }
 }
 
@@ -76,7 +83,7 @@ Rows writable(QString const& path, Rows const& rows) {
     if (isStation || row.angleMark != 0.0) {
       kept.push_back(row);
     } else {
-      sendWarning(QString("The sight to %1 has no angles and is left out").arg(recordText(row.name)));
+      sendWarning(Messages::tr("The sight to %1 has no angles and is left out").arg(recordText(row.name)));
     }
   }
   return kept;
@@ -97,6 +104,24 @@ class LentRows {
   Rows own;
 };
 
+/// UTF-8 in the local 8-bit encoding. @throws JobException for what it cannot express.
+std::string localText(QString const& path, std::string const& utf8) {
+  QString const text = QString::fromStdString(utf8);
+  std::string local = HTextCodec::ToLocal8Bit(text);
+  if (HTextCodec::FromLocal8Bit(local) == text) return local;
+  QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
+  throw JobException(path, Messages::tr("a name cannot be written in the encoding %1").arg(codec));
+}
+
+/// An instrument job that was read in the local 8-bit encoding is given back in it.
+void writeJobInLocalText(Project& project, QString const& path) {
+  QTemporaryDir const folder;
+  QString const inUtf8 = folder.filePath("job.lqf");
+  project.exportLQFFile(inUtf8);
+  std::string const local = localText(path, utils::readFile(inUtf8).bytes);
+  detail::writeWhole(path, [&local](std::ostream& stream) { stream << local; });
+}
+
 void writeRows(JobState const& state, QString const& path) {
   Project& project = *state.project;
   QString const kind = suffixOf(path);
@@ -104,6 +129,7 @@ void writeRows(JobState const& state, QString const& path) {
   tellLoss(rows, kind);
   if (kind == "lqf" && suffixOf(state.file) == "lqf") {
     LentRows const lent(project, std::move(rows));
+    if (state.opened.isLocalText) return writeJobInLocalText(project, path);
     utils::createFolderOf(path);
     project.exportLQFFile(path);  // the project keeps the names of the job
     return;
@@ -135,11 +161,18 @@ std::vector<CoordinatePointInfo> coordinatesOf(Project const& project) {
 
 void writeCoordinates(JobState const& state, QString const& path) {
   CoordinateDataCollection collection;
-  collection.setCoordinateDataList(coordinatesOf(*state.project));
+  std::vector<CoordinatePointInfo> points = coordinatesOf(*state.project);
+  if (suffixOf(state.file) != "dat") {
+    for (CoordinatePointInfo& point : points) {
+      point.name = localText(path, recordText(point.name).toStdString());
+      point.signal = localText(path, recordText(point.signal).toStdString());
+    }
+  }
+  collection.setCoordinateDataList(std::move(points));
   if (collection.getCoordinateDataList().empty())
-    throw JobException(path, "there is no point with coordinates to write");
+    throw JobException(path, Messages::tr("there is no point with coordinates to write"));
   for (CoordinatePointInfo const& point : collection.getCoordinateDataList()) requireName(path, point.name);
-  if (!state.project->isCoordinateData()) sendWarning("Only the known points have coordinates to write");
+  if (!state.project->isCoordinateData()) sendWarning(Messages::tr("Only the known points have coordinates to write"));
   detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
@@ -158,14 +191,15 @@ Network networkOf(JobState const& state) {
   if (!network.isEmpty() || !network.knownPoints.empty()) return network;
   Network points;
   for (CoordinatePointInfo const& point : project.getCoordinatePointList()) {
-    points.knownPoints.emplace_back(point.name, point.N, point.E, point.Z);
+    points.knownPoints.emplace_back(recordText(point.name).toStdString(), point.N, point.E, point.Z);
   }
   return points;
 }
 
 void writeNetwork(JobState const& state, QString const& path) {
   Network const network = networkOf(state);
-  if (network.isEmpty() && network.knownPoints.empty()) throw JobException(path, "there is no network to write");
+  if (network.isEmpty() && network.knownPoints.empty())
+    throw JobException(path, Messages::tr("there is no network to write"));
   detail::tellRepeatedObservations(state);
   CarefulCosaCollection collection;
   // Without the a-priori errors of its file the network would be adjusted with other weights.
@@ -180,7 +214,7 @@ void requireDirections(QString const& path, Network const& network) {
   for (NetworkDataInfo const& line : network.lines) {
     if (line.horizontalAngleFlag) continue;
     throw JobException(
-        path, QString("a project file cannot tell that no direction was observed from %1 to %2; a .in2 file can")
+        path, Messages::tr("a project file cannot tell that no direction was observed from %1 to %2; a .in2 file can")
                   .arg(recordText(line.start_name), recordText(line.end_name)));
   }
 }
@@ -196,6 +230,24 @@ void saveNetwork(Project const& project, QString const& path) {
   plain.saveAs(path);
 }
 
+/// Lends the project its coordinate list with names in UTF-8, which XML asks for; those of a coordinate file are not.
+class LentPoints {
+ public:
+  explicit LentPoints(Project& borrower) : project(borrower), own(borrower.getCoordinatePointList()) {
+    for (CoordinatePointInfo& point : project.getCoordinatePointList()) {
+      point.name = recordText(point.name).toStdString();
+      point.signal = recordText(point.signal).toStdString();
+    }
+  }
+  LentPoints(LentPoints const&) = delete;
+  LentPoints& operator=(LentPoints const&) = delete;
+  ~LentPoints() { project.setCoordinatePointList(std::move(own)); }
+
+ private:
+  Project& project;
+  std::vector<CoordinatePointInfo> own;
+};
+
 void writeProject(JobState const& state, QString const& path) {
   Project& project = *state.project;
   tellLoss(project.getTraverseDataList(), "kvn");
@@ -205,6 +257,7 @@ void writeProject(JobState const& state, QString const& path) {
   }
   requireNoError(state.file, state.opened.text.findings);
   utils::createFolderOf(path);
+  LentPoints const lent(project);
   bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();
   if (hasLostRows && !project.getNetwork().isEmpty()) return saveNetwork(project, path);
   project.saveAs(path);
@@ -218,7 +271,8 @@ void detail::write(JobState const& state, QString const& path) {
   if (kind == "in2") return writeNetwork(state, path);
   if (kind == "dat") return writeCoordinates(state, path);
   if (state.project->getTraverseDataList().empty()) {
-    throw JobException(path, "a file of this kind holds the readings of a field book, which there are none of");
+    throw JobException(path,
+                       Messages::tr("a file of this kind holds the readings of a field book, which there are none of"));
   }
   requireNoError(state.file, state.opened.text.findings);
   writeRows(state, path);

@@ -3,6 +3,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/TraversePointType.h"
+#include "records/detail/Messages.h"
 
 #include <utils/Number.h>
 #include <utils/XmlText.h>
@@ -49,17 +50,17 @@ class Inspection {
     result.findings.push_back(std::move(finding));
   }
 
-  void bad(XMLElement const& element, char const* name, char const* what) {
+  void bad(XMLElement const& element, char const* name, QString const& what) {
     add(FieldFinding::Error, element,
-        QString("the attribute %1 is %2: %3").arg(QLatin1String(name), QLatin1String(what), element.Attribute(name)));
+        Messages::tr("the attribute %1 is %2: %3").arg(QLatin1String(name), what, element.Attribute(name)));
   }
 
   void numbers(XMLElement const& element, Names names) {
     for (char const* name : names) {
       if (element.Attribute(name) == nullptr) continue;
       std::optional<double> const value = utils::fullNumber(element.Attribute(name));
-      if (!value) bad(element, name, "no number");
-      if (value && !std::isfinite(*value)) bad(element, name, "not finite");
+      if (!value) bad(element, name, Messages::tr("no number"));
+      if (value && !std::isfinite(*value)) bad(element, name, Messages::tr("not finite"));
     }
   }
 
@@ -67,7 +68,7 @@ class Inspection {
     bool value = false;
     for (char const* name : names) {
       if (element.QueryBoolAttribute(name, &value) == tinyxml2::XML_WRONG_ATTRIBUTE_TYPE) {
-        bad(element, name, "neither true nor false");
+        bad(element, name, Messages::tr("neither true nor false"));
       }
     }
   }
@@ -77,9 +78,9 @@ class Inspection {
     QString const told = QString::fromUtf8(version).trimmed();
     if (told.isEmpty()) return;
     if (told != QLatin1String(kTypedVersion)) {
-      add(FieldFinding::Warning, root, QString("the version %1 is not known").arg(told));
+      add(FieldFinding::Warning, root, Messages::tr("the version %1 is not known").arg(told));
     } else if (int const kind = root.IntAttribute("FileType", 0); kind < 0 || kind >= kKinds) {
-      add(FieldFinding::Warning, root, QString("the kind of data %1 is not known").arg(kind));
+      add(FieldFinding::Warning, root, Messages::tr("the kind of data %1 is not known").arg(kind));
     }
   }
 
@@ -95,7 +96,8 @@ class Inspection {
                       "azimuth", "N", "E", "Z"});
     truths(element, {"isKnown", "isSlantDistanceHave"});
     char const* const kind = element.Attribute("pointType");
-    if (kind != nullptr && !TraversePointType::fromString(kind)) bad(element, "pointType", "no kind of row");
+    if (kind != nullptr && !TraversePointType::fromString(kind))
+      bad(element, "pointType", Messages::tr("no kind of row"));
   }
 
   void knownPoint(XMLElement const& element) { numbers(element, {"x", "y"}); }
@@ -124,17 +126,17 @@ bool isProject(XMLElement const& root) {
 
 FieldTextCheck detail::inspectProjectFile(QString const& path, std::string const& bytes) {
   if (int const line = utils::lineOfCrowdedElement(bytes)) {
-    QString const text = QString("line %1: an element has more than %2 attributes");
+    QString const text = Messages::tr("line %1: an element has more than %2 attributes");
     throw JobException(path, text.arg(line).arg(utils::kMostXmlAttributes), line);
   }
   tinyxml2::XMLDocument document;
   document.Parse(bytes.data(), bytes.size());
   if (document.Error()) {
     int const line = std::max(1, document.ErrorLineNum());
-    throw JobException(path, QString("line %1: the file is not well-formed XML").arg(line), line);
+    throw JobException(path, Messages::tr("line %1: the file is not well-formed XML").arg(line), line);
   }
   if (document.RootElement() == nullptr || !isProject(*document.RootElement())) {
-    throw JobException(path, "the file is no project file");
+    throw JobException(path, Messages::tr("the file is no project file"));
   }
   return Inspection().run(*document.RootElement());
 }

@@ -3,6 +3,7 @@
 #include "core/AlgorithmException.h"
 #include "job/FindingTexts.h"
 #include "job/detail/JobSteps.h"
+#include "records/detail/Messages.h"
 
 namespace kvn {
 namespace {
@@ -18,20 +19,30 @@ struct Hint {
 };
 
 constexpr Hint kHints[] = {
-    {AlgorithmException::StationNotEnough, Point, Closed, "a station has two different directions, back and forward"},
-    {AlgorithmException::StationNotEnough, Point, 0, "a station has just two different directions, back and forward"},
-    {AlgorithmException::StationNameRepeat, Point, 0, "a station has just two directions, back and forward"},
-    {AlgorithmException::StationNotEnough, None, 0, "no known station has a known back point, its smaller reading"},
-    {AlgorithmException::KnownPointNotEnough, Fixed, Closed, "no station is known"},
-    {AlgorithmException::KnownPointNotEnough, Fixed, 0, "no known station has a known back point, its smaller reading"},
+    {AlgorithmException::StationNotEnough, Point, Closed,
+     QT_TRANSLATE_NOOP("kvn::System", "a station has two different directions, back and forward")},
+    {AlgorithmException::StationNotEnough, Point, 0,
+     QT_TRANSLATE_NOOP("kvn::System", "a station has just two different directions, back and forward")},
+    {AlgorithmException::StationNameRepeat, Point, 0,
+     QT_TRANSLATE_NOOP("kvn::System", "a station has just two directions, back and forward")},
+    {AlgorithmException::StationNotEnough, None, 0,
+     QT_TRANSLATE_NOOP("kvn::System", "no known station has a known back point, its smaller reading")},
+    {AlgorithmException::KnownPointNotEnough, Fixed, Closed, QT_TRANSLATE_NOOP("kvn::System", "no station is known")},
+    {AlgorithmException::KnownPointNotEnough, Fixed, 0,
+     QT_TRANSLATE_NOOP("kvn::System", "no known station has a known back point, its smaller reading")},
     {AlgorithmException::KnownPointNotEnough, None, Closed,
-     "exactly one known station of the polygon has a known back point, its smaller reading"},
+     QT_TRANSLATE_NOOP("kvn::System",
+                       "exactly one known station of the polygon has a known back point, its smaller reading")},
     {AlgorithmException::KnownPointNotEnough, Point, Closed,
-     "the last station is known, and looks forward to the first"},
+     QT_TRANSLATE_NOOP("kvn::System", "the last station is known, and looks forward to the first")},
     {AlgorithmException::DataError, Fixed, Open,
-     "the stations make no single chain from back to fore points, the smaller and the larger readings"},
-    {AlgorithmException::DataError, Fixed, Connect, "the chain comes to a station a second time"},
-    {AlgorithmException::DataError, Point, 0, "not an angle, or two known points at one place"},
+     QT_TRANSLATE_NOOP(
+         "kvn::System",
+         "the stations make no single chain from back to fore points, the smaller and the larger readings")},
+    {AlgorithmException::DataError, Fixed, Connect,
+     QT_TRANSLATE_NOOP("kvn::System", "the chain comes to a station a second time")},
+    {AlgorithmException::DataError, Point, 0,
+     QT_TRANSLATE_NOOP("kvn::System", "not an angle, or two known points at one place")},
 };
 
 Name nameKindOf(AlgorithmException const& failure) {
@@ -44,13 +55,14 @@ Name nameKindOf(AlgorithmException const& failure) {
 QString detail::explained(AlgorithmException const& failure, int method) {
   QString text = worded(failure, Network());
   if (auto const* const end = dynamic_cast<TraverseEndException const*>(&failure)) {
-    return QString("%1: the traverse ends at %2 and looks forward to %3, which both have to be known")
+    return Messages::tr("%1: the traverse ends at %2 and looks forward to %3, which both have to be known")
         .arg(text, recordText(end->lastStation), recordText(end->forePoint));
   }
   Name const name = nameKindOf(failure);
   for (Hint const& hint : kHints) {
     bool const fits = hint.type == failure.errorType && hint.name == name;
-    if (fits && (hint.method == method || hint.method == 0)) return QString("%1 (%2)").arg(text, hint.text);
+    if (fits && (hint.method == method || hint.method == 0))
+      return QString("%1 (%2)").arg(text, Messages::tr(hint.text));
   }
   return text;
 }

@@ -25,9 +25,12 @@ bool isStation(TraverseDataInfo const& row) { return row.pointType == TraversePo
 bool isTarget(TraverseDataInfo const& row) { return row.pointType == TraversePointType::PrismPoint; }
 bool isOnCircle(double angle) { return angle >= -1e-6 && angle <= utils::kFullCircle; }
 
+double tenthsOfSeconds(double radians) { return std::round(radians * kSecondsPerRadian * 10.0); }
+bool isShown(double radians) { return tenthsOfSeconds(radians) != 0.0; }
+
 /// With one decimal, and without the sign of a zero.
 QString seconds(double radians) {
-  double const rounded = std::round(radians * kSecondsPerRadian * 10.0) / 10.0;
+  double const rounded = tenthsOfSeconds(radians) / 10.0;
   return QString::number(rounded + 0.0, 'f', 1) + "\"";
 }
 
@@ -150,7 +153,10 @@ class RowInspection {
     }
   }
 
+  /// Nothing of readings that were made up or reduced already, which have no such errors.
   void noteErrors(FacePair const& pair) {
+    bool const hasIndexError = !std::isnan(pair.indexError) && isShown(pair.indexError);
+    if (!isShown(pair.doubleCollimation) && !hasIndexError) return;
     QString text = Messages::tr("double collimation error %1").arg(seconds(pair.doubleCollimation));
     if (!std::isnan(pair.indexError)) text += Messages::tr(", index error %1").arg(seconds(pair.indexError));
     tell(FieldFinding::Note, pair.station, pair.target, text, pair.firstRow);

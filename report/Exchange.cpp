@@ -3,6 +3,7 @@
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/WriteWhole.h"
+#include "records/detail/Messages.h"
 #include "report/detail/PlainNumber.h"
 #include "report/detail/PointColumns.h"
 
@@ -181,7 +182,9 @@ void writeExchange(QString const& path, SiteDrawing const& drawing, ExchangeOpti
   Job::requireWritableKind(path, exchangeKinds());
   QString const kind = QFileInfo(path).suffix().toLower();
   bool const isTable = kind == "csv" && !drawing.heightsAlone.empty();
-  if (drawing.points.empty() && !isTable) throw JobException(path, "there is no point with coordinates to write");
+  if (drawing.points.empty() && !isTable) {
+    throw JobException(path, Messages::tr("there is no point with coordinates to write"));
+  }
   detail::writeWhole(path, [&](std::ostream& stream) {
     if (kind == "csv") return writeCsv(stream, drawing, options);
     if (kind == "geojson") return writeGeoJson(stream, drawing, options);

@@ -1890,5 +1890,1424 @@
         <source>Instrument</source>
         <translation>仪器</translation>
     </message>
+    <message>
+        <source>there is no method of adjustment of the number %1</source>
+        <translation>没有编号为 %1 的平差方法</translation>
+    </message>
+    <message>
+        <source>from %1 several ways lead on: no single traverse, but least squares adjusts it</source>
+        <translation>从 %1 出发有多条路线：不是单一导线，可用最小二乘法平差</translation>
+    </message>
+    <message>
+        <source>two sights of %1 have the same direction</source>
+        <translation>%1 的两次照准方向相同</translation>
+    </message>
+    <message>
+        <source>no traverse: no known station sights another known point and a point to go on to</source>
+        <translation>没有导线：没有已知测站同时照准另一已知点和下一导线点</translation>
+    </message>
+    <message>
+        <source>a coordinate file has no observations to adjust</source>
+        <translation>坐标文件中没有可供平差的观测值</translation>
+    </message>
+    <message>
+        <source>the a-priori error of a direction (first number of line 1) must be a number above 0</source>
+        <translation>方向的先验中误差（第 1 行第一个数）必须是大于 0 的数</translation>
+    </message>
+    <message>
+        <source>the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more</source>
+        <translation>边长的先验中误差（第 1 行第二、三个数）必须是不小于 0 的数</translation>
+    </message>
+    <message>
+        <source>the a-priori errors of a distance are both 0</source>
+        <translation>边长的两项先验中误差均为 0</translation>
+    </message>
+    <message>
+        <source> (and %1 more)</source>
+        <translation>（另有 %1 项）</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>row %1</source>
+        <translation>第 %1 条记录</translation>
+    </message>
+    <message>
+        <source>; and %1 more of this kind</source>
+        <translation>；另有 %1 处同类情况</translation>
+    </message>
+    <message>
+        <source>Calculate failed</source>
+        <translation>计算失败</translation>
+    </message>
+    <message>
+        <source>No start data</source>
+        <translation>没有起算数据</translation>
+    </message>
+    <message>
+        <source>No enough data</source>
+        <translation>数据不足</translation>
+    </message>
+    <message>
+        <source>%1: item %2</source>
+        <translation>%1：第 %2 项</translation>
+    </message>
+    <message>
+        <source>%1: line from %2 to %3</source>
+        <translation>%1：%2 至 %3 的边</translation>
+    </message>
+    <message>
+        <source>line %1: the observation from %2 to %3 has no value; see kelvane plan</source>
+        <translation>第 %1 行：%2 至 %3 的观测值没有数值；参见 kelvane plan</translation>
+    </message>
+    <message>
+        <source>Nothing checks: %1</source>
+        <translation>没有检核：%1</translation>
+    </message>
+    <message>
+        <source>there are no observations to adjust</source>
+        <translation>没有可供平差的观测值</translation>
+    </message>
+    <message>
+        <source>%1 of %2 observations are given more than once from a station; the first ones count</source>
+        <translation>%2 个观测值中有 %1 个在同一测站重复给出；以最先给出的为准</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>文件为空</translation>
+    </message>
+    <message>
+        <source>line %1 is no text in the encoding %2</source>
+        <translation>第 %1 行不是编码 %2 的文本</translation>
+    </message>
+    <message>
+        <source>unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), .lqf (instrument job), .dat (coordinates), .kvn (project)</source>
+        <translation>未知的文件类型；可读取：.in2（COSA 控制网）、.txt（导线文件）、.lqf（仪器作业）、.dat（坐标）、.kvn（项目）</translation>
+    </message>
+    <message>
+        <source>the centring error must be from 0 to 1 m</source>
+        <translation>对中误差必须在 0 至 1 m 之间</translation>
+    </message>
+    <message>
+        <source>the error of known coordinates must be from 0 to 100 m</source>
+        <translation>已知坐标的误差必须在 0 至 100 m 之间</translation>
+    </message>
+    <message>
+        <source>the confidence must be from 0.5 to 0.9999</source>
+        <translation>置信水平必须在 0.5 至 0.9999 之间</translation>
+    </message>
+    <message>
+        <source>suspects are left out or weighed down, not both</source>
+        <translation>可疑观测值只能剔除或降权，不能兼用</translation>
+    </message>
+    <message>
+        <source>the limits of misclosures must be 0 or more</source>
+        <translation>闭合差限差必须不小于 0</translation>
+    </message>
+    <message>
+        <source>the error of a zenith angle must be above 0 and up to 10000 seconds</source>
+        <translation>天顶距中误差必须大于 0 且不超过 10000 秒</translation>
+    </message>
+    <message>
+        <source>the error of a height of instrument or target must be from 0 to 1 m</source>
+        <translation>仪器高或目标高的误差必须在 0 至 1 m 之间</translation>
+    </message>
+    <message>
+        <source>the refraction must be from -10 to 10</source>
+        <translation>折光系数必须在 -10 至 10 之间</translation>
+    </message>
+    <message>
+        <source>the error of the refraction must be from 0 to 10</source>
+        <translation>折光系数的误差必须在 0 至 10 之间</translation>
+    </message>
+    <message>
+        <source>unknown kind of file; what can be written: %1</source>
+        <translation>未知的文件类型；可写入：%1</translation>
+    </message>
+    <message>
+        <source>the coordinates of %1 are no numbers</source>
+        <translation>%1 的坐标不是数</translation>
+    </message>
+    <message>
+        <source>%1 is given twice, in different places</source>
+        <translation>%1 给出两次，位置不同</translation>
+    </message>
+    <message>
+        <source>approximate coordinates are read from a coordinate file (.dat)</source>
+        <translation>近似坐标须从坐标文件（.dat）读取</translation>
+    </message>
+    <message>
+        <source>Known points whose approximate coordinates are more than 1 m from their own, which count: %1</source>
+        <translation>近似坐标与自身坐标相差超过 1 m 的已知点（以自身坐标为准）：%1</translation>
+    </message>
+    <message>
+        <source>Coordinates of points that the network does not have are ignored: %1 of %2</source>
+        <translation>控制网中没有的点，其坐标被忽略：%2 个中的 %1 个</translation>
+    </message>
+    <message>
+        <source>the name "%1" cannot stand in a file of this kind</source>
+        <translation>点名“%1”不能写入此类文件</translation>
+    </message>
+    <message>
+        <source>a number of %1 is not finite</source>
+        <translation>%1 的一个数值不是有限数</translation>
+    </message>
+    <message>
+        <source>A project file has no place for point codes</source>
+        <translation>项目文件不能保存点的编码</translation>
+    </message>
+    <message>
+        <source>A traverse file has no place for point codes</source>
+        <translation>导线文件不能保存点的编码</translation>
+    </message>
+    <message>
+        <source>A traverse file holds heights of instrument and target of 100 m and above to six digits only</source>
+        <translation>导线文件中 100 m 及以上的仪器高和目标高只保留六位数字</translation>
+    </message>
+    <message>
+        <source>The sight to %1 has no angles and is left out</source>
+        <translation>对 %1 的照准没有角度，已略去</translation>
+    </message>
+    <message>
+        <source>there is no point with coordinates to write</source>
+        <translation>没有可写入的带坐标的点</translation>
+    </message>
+    <message>
+        <source>Only the known points have coordinates to write</source>
+        <translation>只有已知点有坐标可写入</translation>
+    </message>
+    <message>
+        <source>there is no network to write</source>
+        <translation>没有可写入的控制网</translation>
+    </message>
+    <message>
+        <source>a project file cannot tell that no direction was observed from %1 to %2; a .in2 file can</source>
+        <translation>项目文件不能表示 %1 至 %2 未观测方向；.in2 文件可以</translation>
+    </message>
+    <message>
+        <source>a file of this kind holds the readings of a field book, which there are none of</source>
+        <translation>此类文件保存外业读数，而此处没有</translation>
+    </message>
+    <message>
+        <source>the attribute %1 is %2: %3</source>
+        <translation>属性 %1 %2：%3</translation>
+    </message>
+    <message>
+        <source>no number</source>
+        <translation>不是数</translation>
+    </message>
+    <message>
+        <source>not finite</source>
+        <translation>不是有限数</translation>
+    </message>
+    <message>
+        <source>neither true nor false</source>
+        <translation>既不是 true 也不是 false</translation>
+    </message>
+    <message>
+        <source>the version %1 is not known</source>
+        <translation>版本 %1 未知</translation>
+    </message>
+    <message>
+        <source>the kind of data %1 is not known</source>
+        <translation>数据类型 %1 未知</translation>
+    </message>
+    <message>
+        <source>no kind of row</source>
+        <translation>不是记录类型</translation>
+    </message>
+    <message>
+        <source>line %1: an element has more than %2 attributes</source>
+        <translation>第 %1 行：一个元素的属性超过 %2 个</translation>
+    </message>
+    <message>
+        <source>line %1: the file is not well-formed XML</source>
+        <translation>第 %1 行：文件不是格式正确的 XML</translation>
+    </message>
+    <message>
+        <source>the file is no project file</source>
+        <translation>该文件不是项目文件</translation>
+    </message>
+    <message>
+        <source>a station has two different directions, back and forward</source>
+        <translation>测站应有后视和前视两个不同的方向</translation>
+    </message>
+    <message>
+        <source>a station has just two different directions, back and forward</source>
+        <translation>测站应恰有后视和前视两个不同的方向</translation>
+    </message>
+    <message>
+        <source>a station has just two directions, back and forward</source>
+        <translation>测站应恰有后视和前视两个方向</translation>
+    </message>
+    <message>
+        <source>no known station has a known back point, its smaller reading</source>
+        <translation>没有已知测站以已知点为后视（读数较小者）</translation>
+    </message>
+    <message>
+        <source>no station is known</source>
+        <translation>没有已知测站</translation>
+    </message>
+    <message>
+        <source>exactly one known station of the polygon has a known back point, its smaller reading</source>
+        <translation>闭合导线中应恰有一个已知测站以已知点为后视（读数较小者）</translation>
+    </message>
+    <message>
+        <source>the last station is known, and looks forward to the first</source>
+        <translation>最后一个测站应为已知点，并前视第一个测站</translation>
+    </message>
+    <message>
+        <source>the stations make no single chain from back to fore points, the smaller and the larger readings</source>
+        <translation>各测站按后视点至前视点（读数较小者至较大者）不能连成单一导线</translation>
+    </message>
+    <message>
+        <source>the chain comes to a station a second time</source>
+        <translation>导线再次经过同一测站</translation>
+    </message>
+    <message>
+        <source>not an angle, or two known points at one place</source>
+        <translation>不是角度，或两个已知点位置相同</translation>
+    </message>
+    <message>
+        <source>%1: the traverse ends at %2 and looks forward to %3, which both have to be known</source>
+        <translation>%1：导线止于 %2 并前视 %3，两点都必须是已知点</translation>
+    </message>
+    <message>
+        <source>- (nothing is redundant)</source>
+        <translation>-（没有多余观测）</translation>
+    </message>
+    <message>
+        <source>%1, expected between %2 and %3 at %4</source>
+        <translation>%1，在置信水平 %4 下应介于 %2 与 %3 之间</translation>
+    </message>
+    <message>
+        <source>%1: fails</source>
+        <translation>%1：未通过</translation>
+    </message>
+    <message>
+        <source>Trigonometric heights of %1</source>
+        <translation>%1 的三角高程</translation>
+    </message>
+    <message>
+        <source>%1, %2 of them known</source>
+        <translation>%1，其中已知 %2</translation>
+    </message>
+    <message>
+        <source>%1 from %2</source>
+        <translation>%1，来自 %2</translation>
+    </message>
+    <message>
+        <source>%1 set-up</source>
+        <translation>%1 次设站</translation>
+    </message>
+    <message>
+        <source>%1 set-ups</source>
+        <translation>%1 次设站</translation>
+    </message>
+    <message>
+        <source>Height [m]</source>
+        <translation>高程 [m]</translation>
+    </message>
+    <message>
+        <source>Distance [m]</source>
+        <translation>距离 [m]</translation>
+    </message>
+    <message>
+        <source>Difference [m]</source>
+        <translation>高差 [m]</translation>
+    </message>
+    <message>
+        <source>Sights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)</source>
+        <translation>照准（σ 先验中误差，v 残差，r 多余观测分量，w 标准化残差，* 过大）</translation>
+    </message>
+    <message>
+        <source>Too large by [mm]</source>
+        <translation>偏大 [mm]</translation>
+    </message>
+    <message>
+        <source>... (%1 points)</source>
+        <translation>…（%1 个点）</translation>
+    </message>
+    <message>
+        <source>Misclosure [mm]</source>
+        <translation>闭合差 [mm]</translation>
+    </message>
+    <message>
+        <source>Allowed [mm]</source>
+        <translation>允许值 [mm]</translation>
+    </message>
+    <message>
+        <source>Loops that do not close (allowed: 99 %)</source>
+        <translation>不闭合的环（允许值：99 %）</translation>
+    </message>
+    <message>
+        <source>Open traverse of %1</source>
+        <translation>%1 的支导线</translation>
+    </message>
+    <message>
+        <source>Connecting traverse of %1</source>
+        <translation>%1 的附合导线</translation>
+    </message>
+    <message>
+        <source>Closed traverse of %1</source>
+        <translation>%1 的闭合导线</translation>
+    </message>
+    <message>
+        <source>Legs</source>
+        <translation>边</translation>
+    </message>
+    <message>
+        <source>Unit weight error of heights</source>
+        <translation>高程单位权中误差</translation>
+    </message>
+    <message>
+        <source>North x [m]</source>
+        <translation>北 x [m]</translation>
+    </message>
+    <message>
+        <source>East y [m]</source>
+        <translation>东 y [m]</translation>
+    </message>
+    <message>
+        <source>Traverse (v correction; azimuth and leg to the next point)</source>
+        <translation>导线（v 改正数；方位角与边指向下一点）</translation>
+    </message>
+    <message>
+        <source>Traverse (azimuth and leg to the next point)</source>
+        <translation>导线（方位角与边指向下一点）</translation>
+    </message>
+    <message>
+        <source>%1, each angle corrected by %2</source>
+        <translation>%1，每个角改正 %2</translation>
+    </message>
+    <message>
+        <source>Angles</source>
+        <translation>角度</translation>
+    </message>
+    <message>
+        <source>Sum of legs</source>
+        <translation>边长总和</translation>
+    </message>
+    <message>
+        <source>has</source>
+        <translation>实际值</translation>
+    </message>
+    <message>
+        <source>allowed</source>
+        <translation>允许值</translation>
+    </message>
+    <message>
+        <source>angles [″]</source>
+        <translation>角度 [″]</translation>
+    </message>
+    <message>
+        <source>along [mm]</source>
+        <translation>纵向 [mm]</translation>
+    </message>
+    <message>
+        <source>across [mm]</source>
+        <translation>横向 [mm]</translation>
+    </message>
+    <message>
+        <source>angles [″], limit</source>
+        <translation>角度 [″]，限差</translation>
+    </message>
+    <message>
+        <source>relative, limit</source>
+        <translation>相对，限差</translation>
+    </message>
+    <message>
+        <source>Misclosures and what the a-priori errors allow (99 %)</source>
+        <translation>闭合差及先验中误差的允许值（99 %）</translation>
+    </message>
+    <message>
+        <source>known, off by %1 mm</source>
+        <translation>已知，相差 %1 mm</translation>
+    </message>
+    <message>
+        <source>Side shots (nothing checks them, unless known; errors by the a-priori errors)</source>
+        <translation>支点（除已知点外没有检核；误差按先验中误差计算）</translation>
+    </message>
+    <message>
+        <source>what a file holds</source>
+        <translation>文件的内容</translation>
+    </message>
+    <message>
+        <source>what is wrong with a file, or should not be trusted</source>
+        <translation>文件中的错误和可疑之处</translation>
+    </message>
+    <message>
+        <source>adjusted coordinates with their errors</source>
+        <translation>平差坐标及其中误差</translation>
+    </message>
+    <message>
+        <source>the same as a page with map and tables, to print and to hand over</source>
+        <translation>同上，生成带图和表的网页，可打印和提交</translation>
+    </message>
+    <message>
+        <source>how good the network will be, before it is measured</source>
+        <translation>测量前预估控制网的精度</translation>
+    </message>
+    <message>
+        <source>trigonometric heights with their errors</source>
+        <translation>三角高程及其中误差</translation>
+    </message>
+    <message>
+        <source>the same job in another format</source>
+        <translation>把作业转换为另一种格式</translation>
+    </message>
+    <message>
+        <source>a picture of the map, with error ellipses</source>
+        <translation>带误差椭圆的网图</translation>
+    </message>
+    <message>
+        <source>run the JSON commands of standard input</source>
+        <translation>执行标准输入中的 JSON 命令</translation>
+    </message>
+    <message>
+        <source>all options of a subcommand</source>
+        <translation>子命令的全部选项</translation>
+    </message>
+    <message>
+        <source>print JSON instead of tables</source>
+        <translation>输出 JSON 而不是表格</translation>
+    </message>
+    <message>
+        <source>language of the texts</source>
+        <translation>文字的语言</translation>
+    </message>
+    <message>
+        <source>Usage: kelvane %1</source>
+        <translation>用法：kelvane %1</translation>
+    </message>
+    <message>
+        <source>Field data of total stations to adjusted coordinates.</source>
+        <translation>由全站仪外业数据计算平差坐标。</translation>
+    </message>
+    <message>
+        <source>Subcommands:</source>
+        <translation>子命令：</translation>
+    </message>
+    <message>
+        <source>Options of all subcommands:</source>
+        <translation>所有子命令的选项：</translation>
+    </message>
+    <message>
+        <source>(unchecked)</source>
+        <translation>（无检核）</translation>
+    </message>
+    <message>
+        <source>%1, expected between %2 and %3</source>
+        <translation>%1，应介于 %2 与 %3 之间</translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation>内存不足</translation>
+    </message>
+    <message>
+        <source>unknown encoding: %1</source>
+        <translation>未知的编码：%1</translation>
+    </message>
+    <message>
+        <source>not an 8-bit encoding: %1</source>
+        <translation>不是 8 位编码：%1</translation>
+    </message>
+    <message>
+        <source> (and %1 more; kelvane check tells all)</source>
+        <translation>（另有 %1 项；kelvane check 列出全部）</translation>
+    </message>
+    <message>
+        <source>To look at first</source>
+        <translation>请先查看</translation>
+    </message>
+    <message>
+        <source>Adjusting %1 sights: %2</source>
+        <translation>正在平差 %1 个照准：%2</translation>
+    </message>
+    <message>
+        <source>approximate coordinates</source>
+        <translation>近似坐标</translation>
+    </message>
+    <message>
+        <source>inverse</source>
+        <translation>求逆</translation>
+    </message>
+    <message>
+        <source>errors of the results</source>
+        <translation>结果的误差</translation>
+    </message>
+    <message>
+        <source>search for gross errors</source>
+        <translation>搜索粗差</translation>
+    </message>
+    <message>
+        <source>round %1</source>
+        <translation>第 %1 次迭代</translation>
+    </message>
+    <message>
+        <source>, largest move %1 m</source>
+        <translation>，最大移动 %1 m</translation>
+    </message>
+    <message>
+        <source>%1 holds the observations, not the adjusted coordinates</source>
+        <translation>%1 保存的是观测值，而不是平差坐标</translation>
+    </message>
+    <message>
+        <source>%1 mm for a line of 1 km</source>
+        <translation>每公里 %1 mm</translation>
+    </message>
+    <message>
+        <source>- (nothing is redundant, so there are no errors)</source>
+        <translation>-（没有多余观测，因而没有中误差）</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>边</translation>
+    </message>
+    <message>
+        <source>Lines (v residual)</source>
+        <translation>边（v 残差）</translation>
+    </message>
+    <message>
+        <source>The plane cannot be adjusted: %1</source>
+        <translation>平面无法平差：%1</translation>
+    </message>
+    <message>
+        <source>the job cannot be computed as it stands</source>
+        <translation>该作业目前无法计算</translation>
+    </message>
+    <message>
+        <source>the row checks mark %1 row</source>
+        <translation>记录检查标出 %1 条记录</translation>
+    </message>
+    <message>
+        <source>the row checks mark %1 rows</source>
+        <translation>记录检查标出 %1 条记录</translation>
+    </message>
+    <message>
+        <source>Nothing found.</source>
+        <translation>没有发现问题。</translation>
+    </message>
+    <message>
+        <source>Options:</source>
+        <translation>选项：</translation>
+    </message>
+    <message>
+        <source>Arguments:</source>
+        <translation>参数：</translation>
+    </message>
+    <message>
+        <source>Unknown option '%1'</source>
+        <translation>未知的选项“%1”</translation>
+    </message>
+    <message>
+        <source>; did you mean %1?</source>
+        <translation>；是否指 %1？</translation>
+    </message>
+    <message>
+        <source>instrument job file</source>
+        <translation>仪器作业文件</translation>
+    </message>
+    <message>
+        <source>traverse file</source>
+        <translation>导线文件</translation>
+    </message>
+    <message>
+        <source>COSA network file</source>
+        <translation>COSA 控制网文件</translation>
+    </message>
+    <message>
+        <source>coordinate file</source>
+        <translation>坐标文件</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>记录</translation>
+    </message>
+    <message>
+        <source>North [m]</source>
+        <translation>北 [m]</translation>
+    </message>
+    <message>
+        <source>East [m]</source>
+        <translation>东 [m]</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>方向</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Horizontal</source>
+        <translation>水平角</translation>
+    </message>
+    <message>
+        <source>Vertical</source>
+        <translation>竖直角</translation>
+    </message>
+    <message>
+        <source>Slant [m]</source>
+        <translation>斜距 [m]</translation>
+    </message>
+    <message>
+        <source>Up [m]</source>
+        <translation>高程 [m]</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>编码</translation>
+    </message>
+    <message>
+        <source>Mark</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Plan of %1</source>
+        <translation>%1 的设计</translation>
+    </message>
+    <message>
+        <source>Error [″]</source>
+        <translation>中误差 [″]</translation>
+    </message>
+    <message>
+        <source>Detectable [″]</source>
+        <translation>可发现 [″]</translation>
+    </message>
+    <message>
+        <source>Effect [mm]</source>
+        <translation>影响 [mm]</translation>
+    </message>
+    <message>
+        <source>Directions (r redundancy, detectable the smallest gross error that a test finds, effect of it on a coordinate, m error after adjustment)</source>
+        <translation>方向（r 多余观测分量，可发现：检验可发现的最小粗差，影响：该粗差对坐标的影响，m 平差后中误差）</translation>
+    </message>
+    <message>
+        <source>Error [mm]</source>
+        <translation>中误差 [mm]</translation>
+    </message>
+    <message>
+        <source>Detectable [mm]</source>
+        <translation>可发现 [mm]</translation>
+    </message>
+    <message>
+        <source>%1 (expected 1)</source>
+        <translation>%1（期望值 1）</translation>
+    </message>
+    <message>
+        <source>Least-squares adjustment of %1</source>
+        <translation>%1 的最小二乘平差</translation>
+    </message>
+    <message>
+        <source>%1 from %2, %3</source>
+        <translation>%1（%2），%3</translation>
+    </message>
+    <message>
+        <source>%1 direction</source>
+        <translation>%1 个方向</translation>
+    </message>
+    <message>
+        <source>%1 directions</source>
+        <translation>%1 个方向</translation>
+    </message>
+    <message>
+        <source>%1 station</source>
+        <translation>%1 个测站</translation>
+    </message>
+    <message>
+        <source>%1 stations</source>
+        <translation>%1 个测站</translation>
+    </message>
+    <message>
+        <source>%1 distance</source>
+        <translation>%1 条边长</translation>
+    </message>
+    <message>
+        <source>%1 distances</source>
+        <translation>%1 条边长</translation>
+    </message>
+    <message>
+        <source>Major [mm]</source>
+        <translation>长半轴 [mm]</translation>
+    </message>
+    <message>
+        <source>Minor [mm]</source>
+        <translation>短半轴 [mm]</translation>
+    </message>
+    <message>
+        <source>Error ellipses (semi-axes)</source>
+        <translation>误差椭圆（半轴）</translation>
+    </message>
+    <message>
+        <source>Directions (v residual, m standard error after adjustment)</source>
+        <translation>方向（v 残差，m 平差后中误差）</translation>
+    </message>
+    <message>
+        <source>Observed [m]</source>
+        <translation>观测值 [m]</translation>
+    </message>
+    <message>
+        <source>Adjusted [m]</source>
+        <translation>平差值 [m]</translation>
+    </message>
+    <message>
+        <source>Note: %1</source>
+        <translation>提示：%1</translation>
+    </message>
+    <message>
+        <source>Warning: %1</source>
+        <translation>警告：%1</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>错误：%1</translation>
+    </message>
+    <message>
+        <source> and %1 more</source>
+        <translation> 等，另有 %1 个</translation>
+    </message>
+    <message>
+        <source>Not drawn, since they have no usable coordinates: %1</source>
+        <translation>没有可用坐标而未绘出：%1</translation>
+    </message>
+    <message>
+        <source>The icons of the map are not installed: points show by their names alone</source>
+        <translation>未安装网图图标：点只显示名称</translation>
+    </message>
+    <message>
+        <source>Not adjusted, so that there are no error ellipses: %1</source>
+        <translation>未平差，因而没有误差椭圆：%1</translation>
+    </message>
+    <message>
+        <source>the map was not drawn</source>
+        <translation>网图未绘出</translation>
+    </message>
+    <message>
+        <source>there is no point with coordinates to draw</source>
+        <translation>没有可绘出的带坐标的点</translation>
+    </message>
+    <message>
+        <source>%1: %2 points, %3 lines</source>
+        <translation>%1：%2 个点，%3 条边</translation>
+    </message>
+    <message>
+        <source>free: laid on the known points, none of which is held</source>
+        <translation>自由：以全部已知点为准，不固定任何一点</translation>
+    </message>
+    <message>
+        <source>free: laid on all points</source>
+        <translation>自由：以全部点为准</translation>
+    </message>
+    <message>
+        <source>%1 from %2 of %3, %4</source>
+        <translation>%1（%3，%2），%4</translation>
+    </message>
+    <message>
+        <source>all observations have their full weight</source>
+        <translation>全部观测值均为全权</translation>
+    </message>
+    <message>
+        <source>%1 observation weighs less</source>
+        <translation>%1 个观测值降权</translation>
+    </message>
+    <message>
+        <source>%1 observations weigh less</source>
+        <translation>%1 个观测值降权</translation>
+    </message>
+    <message>
+        <source>, %1 of them nothing: not counted in the redundancy</source>
+        <translation>，其中 %1 个权为零：不计入多余观测数</translation>
+    </message>
+    <message>
+        <source>, distances %1</source>
+        <translation>，边长 %1</translation>
+    </message>
+    <message>
+        <source>Major %1 [mm]</source>
+        <translation>长半轴 %1 [mm]</translation>
+    </message>
+    <message>
+        <source>Minor %1 [mm]</source>
+        <translation>短半轴 %1 [mm]</translation>
+    </message>
+    <message>
+        <source>Weight</source>
+        <translation>权</translation>
+    </message>
+    <message>
+        <source>Directions (v residual, r redundancy, w standardised residual, * too large, m error after adjustment)</source>
+        <translation>方向（v 残差，r 多余观测分量，w 标准化残差，* 过大，m 平差后中误差）</translation>
+    </message>
+    <message>
+        <source>North [mm]</source>
+        <translation>北 [mm]</translation>
+    </message>
+    <message>
+        <source>v north [mm]</source>
+        <translation>v 北 [mm]</translation>
+    </message>
+    <message>
+        <source>East [mm]</source>
+        <translation>东 [mm]</translation>
+    </message>
+    <message>
+        <source>v east [mm]</source>
+        <translation>v 东 [mm]</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>检验</translation>
+    </message>
+    <message>
+        <source>Known points (shifts from their given coordinates)</source>
+        <translation>已知点（相对给定坐标的位移）</translation>
+    </message>
+    <message>
+        <source>Known points (v adjusted minus given, test of both coordinates: * above 1, too large)</source>
+        <translation>已知点（v 平差值减给定值，两坐标的检验：* 大于 1，过大）</translation>
+    </message>
+    <message>
+        <source>directions [″]</source>
+        <translation>方向 [″]</translation>
+    </message>
+    <message>
+        <source>distances [mm]</source>
+        <translation>边长 [mm]</translation>
+    </message>
+    <message>
+        <source>together</source>
+        <translation>合计</translation>
+    </message>
+    <message>
+        <source>Scatter between rounds (standard deviation of one round, f its redundancy; no part of the errors above)</source>
+        <translation>测回间离散（一测回的标准差，f 其多余观测数；不计入上列中误差）</translation>
+    </message>
+    <message>
+        <source>Moved [mm]</source>
+        <translation>移动 [mm]</translation>
+    </message>
+    <message>
+        <source>Left out, in this order (moved: the largest change of a coordinate by it)</source>
+        <translation>按此顺序剔除（移动：由此引起的最大坐标变化）</translation>
+    </message>
+    <message>
+        <source>unknown subcommand: %1</source>
+        <translation>未知的子命令：%1</translation>
+    </message>
+    <message>
+        <source>%1 (see %2)</source>
+        <translation>%1（参见 %2）</translation>
+    </message>
+    <message>
+        <source>Info: %1</source>
+        <translation>信息：%1</translation>
+    </message>
+    <message>
+        <source>Traverse file (.txt), instrument job (.lqf), COSA network (.in2), coordinate file (.dat) or project (.kvn).</source>
+        <translation>导线文件（.txt）、仪器作业（.lqf）、COSA 控制网（.in2）、坐标文件（.dat）或项目（.kvn）。</translation>
+    </message>
+    <message>
+        <source>Traverse file (.txt), instrument job (.lqf), COSA network (.in2) or project (.kvn).</source>
+        <translation>导线文件（.txt）、仪器作业（.lqf）、COSA 控制网（.in2）或项目（.kvn）。</translation>
+    </message>
+    <message>
+        <source>Print this help.</source>
+        <translation>显示本帮助。</translation>
+    </message>
+    <message>
+        <source>Print the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Print one JSON value and nothing else.</source>
+        <translation>只输出一个 JSON 值。</translation>
+    </message>
+    <message>
+        <source>Language of the texts: en or zh; that of the locale if not given.</source>
+        <translation>文字的语言：en 或 zh；未给出时用系统区域的语言。</translation>
+    </message>
+    <message>
+        <source>FILE is missing</source>
+        <translation>缺少 FILE</translation>
+    </message>
+    <message>
+        <source>too many arguments: %1</source>
+        <translation>参数过多：%1</translation>
+    </message>
+    <message>
+        <source>--language is en or zh, not %1</source>
+        <translation>--language 应为 en 或 zh，而不是 %1</translation>
+    </message>
+    <message>
+        <source>--encoding needs a name</source>
+        <translation>--encoding 需要编码名称</translation>
+    </message>
+    <message>
+        <source>--%1 needs a number: %2</source>
+        <translation>--%1 需要一个数：%2</translation>
+    </message>
+    <message>
+        <source>--%1 must be %2: %3</source>
+        <translation>--%1 必须%2：%3</translation>
+    </message>
+    <message>
+        <source>0 or more</source>
+        <translation>不小于 0</translation>
+    </message>
+    <message>
+        <source>above 0</source>
+        <translation>大于 0</translation>
+    </message>
+    <message>
+        <source>unknown method: %1</source>
+        <translation>未知的方法：%1</translation>
+    </message>
+    <message>
+        <source>--distance-error-form is sum or root, not %1</source>
+        <translation>--distance-error-form 应为 sum 或 root，而不是 %1</translation>
+    </message>
+    <message>
+        <source>--%1 goes from %2 to %3: %4</source>
+        <translation>--%1 的范围为 %2 至 %3：%4</translation>
+    </message>
+    <message>
+        <source>--sigma0 is a-posteriori or a-priori, not %1</source>
+        <translation>--sigma0 应为 a-posteriori 或 a-priori，而不是 %1</translation>
+    </message>
+    <message>
+        <source>--%1 does not go with --as-read</source>
+        <translation>--%1 不能与 --as-read 同用</translation>
+    </message>
+    <message>
+        <source>--%1 is for least squares</source>
+        <translation>--%1 用于最小二乘平差</translation>
+    </message>
+    <message>
+        <source>--%1 is for a traverse, read with care</source>
+        <translation>--%1 用于按严格方式读取的导线</translation>
+    </message>
+    <message>
+        <source>--control-error does not go with --free</source>
+        <translation>--control-error 不能与 --free 同用</translation>
+    </message>
+    <message>
+        <source>--robust does not go with --leave-out</source>
+        <translation>--robust 不能与 --leave-out 同用</translation>
+    </message>
+    <message>
+        <source>Standard error of a direction in one round on both faces, seconds of arc, above 0.</source>
+        <translation>一测回（盘左盘右）方向中误差，单位秒，大于 0。</translation>
+    </message>
+    <message>
+        <source>Fixed part of the standard error of a distance, millimetres.</source>
+        <translation>边长中误差的固定部分，单位毫米。</translation>
+    </message>
+    <message>
+        <source>Part of it that grows with the distance, parts per million.</source>
+        <translation>边长中误差的比例部分，单位百万分之一。</translation>
+    </message>
+    <message>
+        <source>Standard error of each coordinate of instrument and target about their marks, 0 to 1000.</source>
+        <translation>仪器和目标相对标志的每个坐标的对中误差，0 至 1000。</translation>
+    </message>
+    <message>
+        <source>Standard error of each coordinate of a known point, which is an observation then, 0 (the default) to 100000; 0 holds them.</source>
+        <translation>已知点每个坐标的中误差，此时坐标作为观测值，0（默认）至 100000；0 表示固定。</translation>
+    </message>
+    <message>
+        <source>Hold no known point: the shifts of them all have no translation and no rotation.</source>
+        <translation>不固定已知点：全部已知点的位移之中没有平移和旋转。</translation>
+    </message>
+    <message>
+        <source>Of the test of the whole and of the confidence ellipses, 0.5 to 0.9999 (default 0.95).</source>
+        <translation>整体检验和置信椭圆的置信水平，0.5 至 0.9999（默认 0.95）。</translation>
+    </message>
+    <message>
+        <source>Refraction coefficient of heights; 1 takes neither curvature nor refraction (default 0.16).</source>
+        <translation>高程的折光系数；1 表示不计地球曲率和折光（默认 0.16）。</translation>
+    </message>
+    <message>
+        <source>Standard error of the refraction coefficient, 0 to 10 (default 0.05).</source>
+        <translation>折光系数的中误差，0 至 10（默认 0.05）。</translation>
+    </message>
+    <message>
+        <source>Standard error of a zenith angle, the mean of both faces of one round, above 0 (default: that of a direction).</source>
+        <translation>天顶距（一测回盘左盘右平均值）的中误差，大于 0（默认同方向中误差）。</translation>
+    </message>
+    <message>
+        <source>Standard error of each height of instrument and target, 0 to 1000 (default 1).</source>
+        <translation>每个仪器高和目标高的中误差，0 至 1000（默认 1）。</translation>
+    </message>
+    <message>
+        <source>--size needs two numbers such as 1200x900: %1</source>
+        <translation>--size 需要两个数，如 1200x900：%1</translation>
+    </message>
+    <message>
+        <source>--size goes from %1 to %2 pixels: %3</source>
+        <translation>--size 的范围为 %1 至 %2 像素：%3</translation>
+    </message>
+    <message>
+        <source>--dpi is for a .png file</source>
+        <translation>--dpi 用于 .png 文件</translation>
+    </message>
+    <message>
+        <source>--%1 needs a file</source>
+        <translation>--%1 需要一个文件</translation>
+    </message>
+    <message>
+        <source>How to adjust: least-squares (the default), or one traverse: open, connect or closed, or traverse for all traverses of the file, whatever their kind. By the a-priori errors the misclosures are judged.</source>
+        <translation>平差方法：least-squares（最小二乘，默认）；单一导线：open（支导线）、connect（附合导线）或 closed（闭合导线）；traverse 为文件中的全部导线，不论类型。闭合差按先验中误差评定。</translation>
+    </message>
+    <message>
+        <source>How the two parts are joined: sum (the default), or root of the sum of squares. With --as-read for the unit weight error alone, and as the file says by default.</source>
+        <translation>两部分的合成方式：sum 相加（默认），或 root 平方和的平方根。与 --as-read 同用时只影响单位权中误差，默认以文件为准。</translation>
+    </message>
+    <message>
+        <source>Leave suspected observations out, one after the other, and tell what each of them moved.</source>
+        <translation>逐个剔除可疑观测值，并说明每次剔除引起的移动。</translation>
+    </message>
+    <message>
+        <source>Let observations that do not fit weigh less: fully up to 2.5 standard errors, not at all from 6 on (Yang's IGG III), and tell the weights.</source>
+        <translation>对不符的观测值降权：2.5 倍中误差以内为全权，6 倍以上权为零（杨元喜 IGG III 方案），并给出各权。</translation>
+    </message>
+    <message>
+        <source>Coordinate file (.dat) to start from: it decides between two places that agree with the observations, as distances alone leave them, and serves where no search places a point. Without a known point --free lays the network on it.</source>
+        <translation>提供近似坐标的坐标文件（.dat）：当两个位置都与观测值相符时（如只有边长）用以判别，也用于自动推算无法定位的点。没有已知点时，--free 以其为准安置控制网。</translation>
+    </message>
+    <message>
+        <source>Unit weight error of the errors and tests: that of the adjustment (the default), or 1.</source>
+        <translation>计算中误差和检验所用的单位权中误差：平差所得（默认），或 1。</translation>
+    </message>
+    <message>
+        <source>Limit of the angular misclosure of a traverse, for the root of the number of its angles.</source>
+        <translation>导线角度闭合差的限差，按角数的平方根计。</translation>
+    </message>
+    <message>
+        <source>Limit of the relative misclosure of a traverse, 1 : N.</source>
+        <translation>导线相对闭合差的限差，1 : N。</translation>
+    </message>
+    <message>
+        <source>Compute a traverse that misses by more than ten times what the a-priori errors allow.</source>
+        <translation>闭合差超过先验中误差允许值十倍的导线也照常计算。</translation>
+    </message>
+    <message>
+        <source>Take the file literally, as the library does by default: observations of one line count once, a distance alone is a direction of 0 as well, doubtful lines are taken in silence, distances between known points are left out, a field book is paired by the places of its sights, and a traverse gets distances to both sides as they are.</source>
+        <translation>按字面读取文件，即程序库的默认方式：同一条边的观测值只计一次，单独的边长同时视为 0 方向，可疑的行不作提示即采用，已知点间的边长略去，外业记录按照准的位置配对，导线的往返边长按原样采用。</translation>
+    </message>
+    <message>
+        <source>Plane reference system of the coordinates, for .geojson: EPSG and its number, such as EPSG:25832.</source>
+        <translation>坐标的平面参考系，用于 .geojson：EPSG 及其编号，如 EPSG:25832。</translation>
+    </message>
+    <message>
+        <source>Begin .csv with a byte order mark, for spreadsheets that take it for another encoding without one.</source>
+        <translation>在 .csv 开头写入字节顺序标记，供没有它就会误认编码的电子表格软件使用。</translation>
+    </message>
+    <message>
+        <source>--bom is for a .csv file</source>
+        <translation>--bom 用于 .csv 文件</translation>
+    </message>
+    <message>
+        <source>--crs is for a .geojson file</source>
+        <translation>--crs 用于 .geojson 文件</translation>
+    </message>
+    <message>
+        <source>--crs needs a reference system such as EPSG:25832: %1</source>
+        <translation>--crs 需要参考系，如 EPSG:25832：%1</translation>
+    </message>
+    <message>
+        <source>.csv, .geojson, .dxf or .svg</source>
+        <translation>.csv、.geojson、.dxf 或 .svg</translation>
+    </message>
+    <message>
+        <source>Prints what a file holds.</source>
+        <translation>显示文件的内容。</translation>
+    </message>
+    <message>
+        <source>Writes a job in another format, chosen by the suffix of OUT. Field books (.txt, .lqf) turn into each other and into a network (.in2); every kind turns into a project (.kvn) and into coordinates (.dat), a job or a network with its known points. For other programs these are written with the lines between them as a table (.csv), for geographic information systems (.geojson) and CAD (.dxf, release 12), and as a map (.svg).</source>
+        <translation>把作业写成另一种格式，由 OUT 的后缀决定。外业记录（.txt、.lqf）可互相转换，也可转换为控制网（.in2）；各种文件都可转换为项目（.kvn）和坐标（.dat），作业和控制网写出其已知点。供其他程序使用时，点和点间的边写成表格（.csv）、地理信息系统文件（.geojson）、CAD 文件（.dxf，第 12 版），或网图（.svg）。</translation>
+    </message>
+    <message>
+        <source>File to write: .kvn, .txt, .lqf, .in2, .dat, %1.</source>
+        <translation>要写入的文件：.kvn、.txt、.lqf、.in2、.dat、%1。</translation>
+    </message>
+    <message>
+        <source>Adjusts the network of a file and prints coordinates with their errors, and the heights of a field book. The a-priori errors are those of the options, else those of the file, else the defaults.</source>
+        <translation>对文件中的控制网平差，输出坐标及其中误差，以及外业记录的高程。先验中误差先取选项给出的值，其次取文件中的值，再次取默认值。</translation>
+    </message>
+    <message>
+        <source>File to write: the adjusted coordinates (.dat), the project with them (.kvn), or the observations (.txt, .lqf, .in2); for other programs points, errors and lines (.csv, .geojson, .dxf), or the map (.svg).</source>
+        <translation>要写入的文件：平差坐标（.dat）、含平差坐标的项目（.kvn）或观测值（.txt、.lqf、.in2）；供其他程序使用的点、中误差和边（.csv、.geojson、.dxf），或网图（.svg）。</translation>
+    </message>
+    <message>
+        <source>Print only what is looked at first: the judgement, the figures of the whole, the findings.</source>
+        <translation>只输出首先要看的内容：评定、整体数据和发现的问题。</translation>
+    </message>
+    <message>
+        <source>--short does not go with --json</source>
+        <translation>--short 不能与 --json 同用</translation>
+    </message>
+    <message>
+        <source>--short does not go with --as-read</source>
+        <translation>--short 不能与 --as-read 同用</translation>
+    </message>
+    <message>
+        <source>Adjusts the network of a file as adjust does, and writes a page: the judgement of the whole, what to look at first, a map, and tables of points, observations, traverses and heights. It needs no other file, and prints on A4. A coordinate file gives points and map.</source>
+        <translation>与 adjust 一样对文件中的控制网平差，并写成网页：整体评定、首先要看的内容、网图，以及点、观测值、导线和高程的表格。网页不依赖其他文件，可按 A4 打印。坐标文件给出点和网图。</translation>
+    </message>
+    <message>
+        <source>Page to write.</source>
+        <translation>要写入的网页。</translation>
+    </message>
+    <message>
+        <source>Of a field book the heights alone, without the plane.</source>
+        <translation>只计算外业记录的高程，不计算平面。</translation>
+    </message>
+    <message>
+        <source>Heading of the page (default: the name of the file).</source>
+        <translation>网页的标题（默认为文件名）。</translation>
+    </message>
+    <message>
+        <source>--method does not go with --heights</source>
+        <translation>--method 不能与 --heights 同用</translation>
+    </message>
+    <message>
+        <source>--as-read does not go with --heights</source>
+        <translation>--as-read 不能与 --heights 同用</translation>
+    </message>
+    <message>
+        <source>Tells how good the results of a network will be, before it is measured: standard errors, error ellipses, redundancy numbers, smallest detectable gross errors, and what nothing will check. Readings that FILE has do not count, and a network file may go without: TARGET,L is a direction, TARGET,S a distance, TARGET,LS both. Errors are those by the unit weight error 1.</source>
+        <translation>在测量之前预估控制网成果的精度：中误差、误差椭圆、多余观测分量、可发现的最小粗差，以及没有检核的内容。FILE 中的读数不起作用，控制网文件也可以没有读数：TARGET,L 为方向，TARGET,S 为边长，TARGET,LS 为两者。误差按单位权中误差 1 计算。</translation>
+    </message>
+    <message>
+        <source>Coordinate file (.dat) with all points of FILE; known points keep their own.</source>
+        <translation>含 FILE 中全部点的坐标文件（.dat）；已知点仍用自身坐标。</translation>
+    </message>
+    <message>
+        <source>How the two parts are joined: sum (the default), or root of the sum of squares.</source>
+        <translation>两部分的合成方式：sum 相加（默认），或 root 平方和的平方根。</translation>
+    </message>
+    <message>
+        <source>--points is missing</source>
+        <translation>缺少 --points</translation>
+    </message>
+    <message>
+        <source>Computes trigonometric heights from vertical readings and slant distances.</source>
+        <translation>由竖直度盘读数和斜距计算三角高程。</translation>
+    </message>
+    <message>
+        <source>Field book (.txt, .lqf) or project (.kvn).</source>
+        <translation>外业记录（.txt、.lqf）或项目（.kvn）。</translation>
+    </message>
+    <message>
+        <source>Of the test of the whole, 0.5 to 0.9999 (default 0.95).</source>
+        <translation>整体检验的置信水平，0.5 至 0.9999（默认 0.95）。</translation>
+    </message>
+    <message>
+        <source>Take the rows literally, as the library does by default: every target needs two faces with distances, and full-circle zenith readings give the index term of the circle instead of the elevation.</source>
+        <translation>按字面读取记录，即程序库的默认方式：每个目标需要盘左盘右带距离的两次照准，全圆天顶距读数给出度盘指标差项而不是高度角。</translation>
+    </message>
+    <message>
+        <source>Draws the map of a job: lines, points and their names, north up, with a grid; where the job can be adjusted by least squares, with error ellipses, and with suspected observations in colour. No display is needed. What cannot be adjusted stands at approximate coordinates.</source>
+        <translation>绘制作业的网图：边、点及点名，上方为北，带格网；作业能按最小二乘法平差时，还绘出误差椭圆，并用颜色标出可疑观测值。不需要显示器。不能平差的点按近似坐标绘出。</translation>
+    </message>
+    <message>
+        <source>File to write with the heights: .csv; of points with coordinates also .geojson, .dxf, .svg.</source>
+        <translation>要写入高程的文件：.csv；对有坐标的点还可为 .geojson、.dxf、.svg。</translation>
+    </message>
+    <message>
+        <source>traverses are looked for in a file that is read with care alone, not to the letter</source>
+        <translation>只有仔细读取（而非按字面读取）的文件才查找导线</translation>
+    </message>
+    <message>
+        <source>the map was not drawn: no point and no line shows on the picture</source>
+        <translation>未绘出网图：图上没有任何点和边</translation>
+    </message>
+    <message>
+        <source>Picture to write: .png, or .svg.</source>
+        <translation>要写入的图：.png 或 .svg。</translation>
+    </message>
+    <message>
+        <source>Width and height of the picture in pixels (default 1200x900).</source>
+        <translation>图的宽和高，单位像素（默认 1200x900）。</translation>
+    </message>
+    <message>
+        <source>Dots per inch of a .png, 48 to 1200 (default 96): symbols, names and lines grow with them.</source>
+        <translation>.png 每英寸的点数，48 至 1200（默认 96）：符号、点名和线随之放大。</translation>
+    </message>
+    <message>
+        <source>How many times as large as the map ellipses are drawn, or none; by their size if not given.</source>
+        <translation>椭圆相对网图的放大倍数，或 none 不绘；未给出时按椭圆大小确定。</translation>
+    </message>
+    <message>
+        <source>Of the ellipses, 0.5 to 0.9999 (default 0.95).</source>
+        <translation>椭圆的置信水平，0.5 至 0.9999（默认 0.95）。</translation>
+    </message>
+    <message>
+        <source>Title of the picture; the name of FILE if not given.</source>
+        <translation>图的标题；未给出时为 FILE 的文件名。</translation>
+    </message>
+    <message>
+        <source>Runs a JSON array of commands, each {"name", "in"}, on a project. Prints a JSON array of results, each {"ok", "out", "messages"}.</source>
+        <translation>对项目执行 JSON 命令数组，每个命令为 {"name", "in"}。输出 JSON 结果数组，每个结果为 {"ok", "out", "messages"}。</translation>
+    </message>
+    <message>
+        <source>File to open before the first command.</source>
+        <translation>执行第一个命令之前打开的文件。</translation>
+    </message>
+    <message>
+        <source>File to write after the last command: .kvn, .txt, .lqf, .in2, .dat, %1.</source>
+        <translation>执行最后一个命令之后写入的文件：.kvn、.txt、.lqf、.in2、.dat、%1。</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2</source>
+        <translation>%1 未写入：%2</translation>
+    </message>
+    <message>
+        <source>Left out, since they have no coordinates: %1</source>
+        <translation>没有坐标而略去：%1</translation>
+    </message>
+    <message>
+        <source>standard input could not be read to its end: %1</source>
+        <translation>标准输入未能读完：%1</translation>
+    </message>
+    <message>
+        <source>standard input is not JSON: %1</source>
+        <translation>标准输入不是 JSON：%1</translation>
+    </message>
+    <message>
+        <source>standard input is not a JSON array of commands</source>
+        <translation>标准输入不是 JSON 命令数组</translation>
+    </message>
+    <message>
+        <source>command %1 on standard input is not {"name": text, "in": object}</source>
+        <translation>标准输入中的第 %1 个命令不是 {"name": 文本, "in": 对象}</translation>
+    </message>
+    <message>
+        <source>not written, since a command failed</source>
+        <translation>因有命令失败而未写入</translation>
+    </message>
+    <message>
+        <source>standard output cannot be written: %1</source>
+        <translation>无法写入标准输出：%1</translation>
+    </message>
+    <message>
+        <source>a name cannot be written in the encoding %1</source>
+        <translation>有名称无法用编码 %1 写出</translation>
+    </message>
+    <message>
+        <source>encoding of files that are not UTF-8, such as GBK</source>
+        <translation>非 UTF-8 文件的编码，如 GBK</translation>
+    </message>
+    <message>
+        <source>print only errors</source>
+        <translation>只输出错误</translation>
+    </message>
+    <message>
+        <source>FILE is a traverse file (.txt), an instrument job (.lqf), a COSA network (.in2), a coordinate file (.dat) or a project (.kvn); - is standard input, with --kind. Exit code: 0 done, 1 data refused, 2 wrong usage.</source>
+        <translation>FILE 为导线文件（.txt）、仪器作业（.lqf）、COSA 控制网（.in2）、坐标文件（.dat）或项目（.kvn）；- 为标准输入，须给出 --kind。退出码：0 完成，1 数据被拒绝，2 用法错误。</translation>
+    </message>
+    <message>
+        <source>; --encoding names another one</source>
+        <translation>；可用 --encoding 指定其他编码</translation>
+    </message>
+    <message>
+        <source>standard input</source>
+        <translation>标准输入</translation>
+    </message>
+    <message>
+        <source>there is no folder %1</source>
+        <translation>文件夹 %1 不存在</translation>
+    </message>
+    <message>
+        <source>%1 is no folder</source>
+        <translation>%1 不是文件夹</translation>
+    </message>
+    <message>
+        <source>Print no tables and no notes or warnings, only errors.</source>
+        <translation>不输出表格、提示和警告，只输出错误。</translation>
+    </message>
+    <message>
+        <source>Encoding of files that are not UTF-8, such as GBK; that of the locale if not given. Coordinates (.dat) are always in it. With --as-read networks and traverse files are UTF-8.</source>
+        <translation>非 UTF-8 文件的编码，如 GBK；未给出时用系统区域的编码。坐标文件（.dat）总是用该编码。与 --as-read 同用时，控制网和导线文件为 UTF-8。</translation>
+    </message>
+    <message>
+        <source>What is on standard input, where FILE is -: in2, txt, lqf, dat or kvn.</source>
+        <translation>FILE 为 - 时，标准输入的文件类型：in2、txt、lqf、dat 或 kvn。</translation>
+    </message>
+    <message>
+        <source>What is written to standard output, where the file is -, by its suffix.</source>
+        <translation>写入的文件为 - 时，标准输出的文件类型，以后缀表示。</translation>
+    </message>
+    <message>
+        <source>standard input can be read once</source>
+        <translation>标准输入只能读取一次</translation>
+    </message>
+    <message>
+        <source>- needs --kind, such as --kind in2</source>
+        <translation>- 须给出 --kind，如 --kind in2</translation>
+    </message>
+    <message>
+        <source>--kind is for standard input, -</source>
+        <translation>--kind 用于标准输入 -</translation>
+    </message>
+    <message>
+        <source>unknown kind: %1</source>
+        <translation>未知的文件类型：%1</translation>
+    </message>
+    <message>
+        <source>- needs --to, such as --to dat</source>
+        <translation>- 须给出 --to，如 --to dat</translation>
+    </message>
+    <message>
+        <source>--to is for standard output, -</source>
+        <translation>--to 用于标准输出 -</translation>
+    </message>
+    <message>
+        <source>--json does not go with standard output, -</source>
+        <translation>--json 不能与标准输出 - 同用</translation>
+    </message>
+    <message>
+        <source>Prints what is wrong with files, and what computes but should not be trusted, a line each. The exit code is 1 when a file cannot be computed or a row check marks a row.</source>
+        <translation>逐行输出各文件中的错误，以及虽能计算但不可信之处。有文件无法计算或记录检查标出记录时，退出码为 1。</translation>
+    </message>
+    <message>
+        <source>--save needs a file: the results are on standard output</source>
+        <translation>--save 需要一个文件：结果已写到标准输出</translation>
+    </message>
+    <message>
+        <source>standard output</source>
+        <translation>标准输出</translation>
+    </message>
+    <message>
+        <source>line %1 of standard input is not JSON: %2</source>
+        <translation>标准输入第 %1 行不是 JSON：%2</translation>
+    </message>
+    <message>
+        <source>line %1 of standard input is not {"name": text, "in": object}</source>
+        <translation>标准输入第 %1 行不是 {"name": 文本, "in": 对象}</translation>
+    </message>
+    <message>
+        <source>JSON array on standard input; or one command a line, each answered on a line before the next one is read. Beside the commands of the library: list, undo, redo.</source>
+        <translation>标准输入中的 JSON 数组；或每行一个命令，每个命令在读取下一个之前以一行回答。除程序库的命令外还有：list、undo、redo。</translation>
+    </message>
+</context>
+<context>
+    <name>QCommandLineParser</name>
+    <message>
+        <source>Unexpected value after '%1'.</source>
+        <translation>“%1”之后有多余的值。</translation>
+    </message>
+    <message>
+        <source>Missing value after '%1'.</source>
+        <translation>“%1”之后缺少值。</translation>
+    </message>
 </context>
 </TS>

@@ -7,9 +7,9 @@
 
 namespace kvn::detail {
 
-std::string fixed4(double value) { return QString::number(value, 'f', 4).toStdString(); }
+std::string fixed4(double value) { return utils::withoutSignOfZero(QString::number(value, 'f', 4).toStdString()); }
 
-std::string general6(double value) { return QString::number(value, 'g', 6).toStdString(); }
+std::string general6(double value) { return utils::withoutSignOfZero(QString::number(value, 'g', 6).toStdString()); }
 
 std::string dms(double radians) {
   return utils::Radian(radians).toDegree(0).toString(utils::DegreeToDDPMMSS, 0, 2).toStdString();

@@ -24,6 +24,7 @@ namespace kvn::detail {
 
 /// What was found out about a file beside what went into the project.
 struct OpenedFile {
+  bool isLocalText = false;                ///< the file is in the local 8-bit encoding; its records are UTF-8
   FieldTextCheck text;                     ///< of field jobs and project files
   std::vector<FieldFinding> toldFindings;  ///< on the text of a network file, which its reader has told as messages
   FieldReduction reduction;                ///< of rows; its observations are below

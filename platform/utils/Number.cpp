@@ -94,6 +94,12 @@ std::optional<double> fullNumber(std::string_view text) {
   return good ? std::optional(value) : std::nullopt;
 }
 
+std::string withoutSignOfZero(std::string text) {
+  bool const isNegativeZero =
+      !text.empty() && text.front() == '-' && text.size() > 1 && text.find_first_not_of("-0.") == std::string::npos;
+  return isNegativeZero ? text.substr(1) : text;
+}
+
 bool isLikeNumber(std::string_view text) {
   auto const fits = [](char c) { return isDigit(c) || c == '.'; };
   return text.empty() || text.front() == '-' || std::all_of(text.begin(), text.end(), fits);

@@ -4,6 +4,7 @@
 #include <utils/Export.h>
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace utils {
@@ -27,6 +28,9 @@ KELVANE_EXPORT double leadingNumber(std::string_view text);
 /// exponent, "inf" and "nan" are taken; hexadecimal, anything behind the number and an overflow are not. Plain decimal
 /// numbers do not go through QString.
 KELVANE_EXPORT std::optional<double> fullNumber(std::string_view text);
+
+/// A number as text without the sign where all its digits are 0: what rounds to zero is no negative value.
+KELVANE_EXPORT std::string withoutSignOfZero(std::string text);
 
 /// Digits and points only; anything goes behind a minus, and an empty text passes.
 KELVANE_EXPORT bool isLikeNumber(std::string_view text);

@@ -1,6 +1,8 @@
 // Numbers of files: a point for the decimals, whatever the locale.
 #pragma once
 
+#include <utils/Number.h>
+
 #include <charconv>
 #include <string>
 
@@ -10,13 +12,13 @@ namespace kvn::detail {
 inline std::string plainNumber(double value) {
   char digits[400];
   auto const end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed);
-  return {digits, end.ptr};
+  return utils::withoutSignOfZero({digits, end.ptr});
 }
 
 inline std::string plainNumber(double value, int decimals) {
   char digits[400];
   auto const end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
-  return {digits, end.ptr};
+  return utils::withoutSignOfZero({digits, end.ptr});
 }
 
 }  // namespace kvn::detail

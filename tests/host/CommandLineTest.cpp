@@ -32,6 +32,22 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   Case const cases[] = {
       {{}, 2, "Usage: kelvane"},
       {{"plot", "net.in2"}, 2, "unknown subcommand: plot"},
+      {{"adjsut", "net.in2"}, 2, "unknown subcommand: adjsut; did you mean adjust? (see kelvane help)\n"},
+      {{"help", "draw"}, 2, "unknown subcommand: draw (see kelvane help)\n"},
+      {{"adjust", "net.in2", "--angel-error", "2"}, 2, "did you mean --angle-error? (see kelvane help adjust)\n"},
+      {{"adjust", "net.in2", "--Q"}, 2, "Unknown option 'Q' (see kelvane help adjust)\n"},
+      {{"adjust", "net.in2", "--save"}, 2, "(see kelvane help adjust)\n"},
+      {{"adjust", "-"}, 2, "- needs --kind, such as --kind in2"},
+      {{"check", "-", "-", "--kind", "in2"}, 2, "standard input can be read once"},
+      {{"show", "-", "--kind", "doc"}, 2, "unknown kind: doc"},
+      {{"show", "net.in2", "--kind", "in2"}, 2, "--kind is for standard input, -"},
+      {{"convert", "net.in2", "-"}, 2, "- needs --to, such as --to dat"},
+      {{"convert", "net.in2", "x.dat", "--to", "dat"}, 2, "--to is for standard output, -"},
+      {{"adjust", "net.in2", "--save", "-", "--to", "dat", "--json"}, 2, "--json does not go with standard output"},
+      {{"exec", "--save", "-"}, 2, "--save needs a file: the results are on standard output"},
+      {{"show", "net.in2", "--language", "de"}, 2, "--language is en or zh, not de"},
+      {{"adjust", "net.in2", "--save", "none/x.dat"}, 1, "kelvane: none/x.dat: there is no folder none\n"},
+      {{"report", "net.in2", "net.in2/x.html"}, 1, "kelvane: net.in2/x.html: net.in2 is no folder\n"},
       {{"convert", "net.in2"}, 2, "FILE is missing"},
       {{"adjust"}, 2, "FILE is missing"},
       {{"show", "net.in2", "far.in2"}, 2, "too many arguments"},
@@ -122,6 +138,32 @@ TEST(CommandLine, OpensAndWritesFilesAsAShellKnowsThem) {
       {R"sh(printf '\357\273\277P\347\202\271,,1,2,3\r\n' > b.dat; "$KELVANE" convert b.dat c.dat && cat c.dat)sh", 0,
        "P点,,1.0000,2.0000,3.0000", ""},
       {R"sh(: > e.dat; "$KELVANE" convert e.dat c.dat)sh", 1, "", "kelvane: e.dat: the file is empty\n"},
+      {R"sh("$KELVANE" adjust - --kind in2 --save - --to dat -q < net.in2 | tail -n 1)sh", 0,
+       "P,,1099.9990,1099.9990,0.0000", ""},
+      {R"sh("$KELVANE" show - --kind in2 -q < e.dat)sh", 1, "",
+       "kelvane: standard input: The import file data is empty\n"},
+      {R"sh("$KELVANE" adjust net.in2 -q)sh", 0, "", ""},
+      // What one file lacks does not keep the others from being looked at.
+      {R"sh("$KELVANE" check none.in2 - c.dat --kind dat < c.dat)sh", 1,
+       "standard input: Error: a coordinate file has no observations to adjust\n"
+       "c.dat: Error: a coordinate file has no observations to adjust\n",
+       "kelvane: none.in2: no such file\nkelvane: standard input: the job cannot be computed as it stands\n"
+       "kelvane: c.dat: the job cannot be computed as it stands\n"},
+      // Names in another encoding: a network becomes UTF-8, coordinates are written in it, a job is given back in it.
+      {R"sh(sed 's/A/点/' net.in2 | iconv -f UTF-8 -t GBK > g.in2
+            "$KELVANE" convert g.in2 - --to dat --encoding GBK -q | head -n 1 | iconv -f GBK -t UTF-8)sh",
+       0, "点,,1000.0000,1000.0000,0.0000\n", ""},
+      {R"sh("$KELVANE" convert g.in2 g.kvn --encoding GBK && "$KELVANE" convert g.kvn - --to in2 | sed -n 2p)sh", 0,
+       "点,1000.0000,1000.0000\n", ""},
+      {R"sh(printf 'JOB 测\nINST T2\nSTA 点,1.5,\nXYZ 10,20,5\nSC B,1.6,\nHVD 3600,324000,7\n' | iconv -f UTF-8 -t GBK > g.lqf
+            "$KELVANE" convert g.lqf h.lqf --encoding GBK && iconv -f GBK -t UTF-8 h.lqf | grep -o '[测点]')sh",
+       0, "测\n点\n", ""},
+      {R"sh("$KELVANE" convert g.lqf - --to in2 --encoding GBK | sed -n 2p)sh", 0, "点,20.0000,10.0000\n", ""},
+      // What rounds to zero has no sign, in no kind of file.
+      {R"sh(printf 'A,,-0.00001,-0.0,-0.00004' > z.dat
+            for k in dat in2 csv geojson dxf; do "$KELVANE" convert z.dat - --to $k -q; echo; done |
+              grep -E -- '(^|[^0-9.e])-0(\.0*)?([^0-9.]|$)')sh",
+       1, "", ""},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.command);

@@ -15,6 +15,7 @@ TEST(ExchangeCommand, WritesEveryKindOfAnAdjustedJobWithItsResults) {
   Program const program;
   QString const sample = test::samplePath("net_niemeier2008.in2");
   Json::Value const result = program.run({"adjust", sample, "--json"}).json();
+  program.shell("mkdir -p a/b");
   for (char const* kind : {"csv", "geojson", "dxf", "svg"}) {
     test::Run const run = program.run({"adjust", sample, "--save", QString("a/b/out.") + kind});
     EXPECT_EQ(run.exitCode, 0) << run.err;

@@ -49,11 +49,11 @@ TEST(ExecCommand, SavesWhatTheProjectHolds) {
   EXPECT_THAT(program.read("new.in2"), HasSubstr("Q,S,12.5000\n"));
   EXPECT_EQ(program.read("net.in2"), kNetworkFile);
 
-  // A file cannot become a directory, so that nothing can be written below it; the results are told all the same.
-  test::Run const refused = program.run({"exec", "--open", "net.in2", "--save", "net.in2/new.in2"}, listOf(kLine));
+  // A file cannot take the place of a folder; the results are told all the same.
+  program.shell("mkdir folder.in2");
+  test::Run const refused = program.run({"exec", "--open", "net.in2", "--save", "folder.in2"}, listOf(kLine));
   EXPECT_EQ(refused.exitCode, 1);
-  EXPECT_THAT(refused.err,
-              testing::EndsWith("successfully\nError: net.in2/new.in2 was not written: Not a directory\n"));
+  EXPECT_THAT(refused.err, HasSubstr("successfully\nError: folder.in2 was not written: "));
   EXPECT_TRUE(refused.json()[0]["ok"].asBool());
 }
 
@@ -133,6 +133,76 @@ TEST(ExecCommand, AJobThatACommandHasOpenedKeepsItsKnownStations) {
   std::string const open = R"({"name": "OpenFileCMD", "in": {"file": "job.lqf"}})";
   EXPECT_EQ(program.run({"exec", "--save", "job.in2"}, listOf(open)).exitCode, 0);
   EXPECT_THAT(program.read("job.in2"), HasSubstr("\nA,20.0000,10.0000\n"));
+}
+
+TEST(ExecCommand, TakesEditsBackAndMakesThemAgain) {
+  Program const program;
+  program.write("net.in2", kNetworkFile);
+  test::Run const run = program.run(
+      {"exec", "--open", "net.in2"},
+      listOf(std::string(R"({"name": "undo"}, )") + kLine +
+             R"(, {"name": "undo"}, {"name": "list"}, {"name": "redo"}, {"name": "list"}, {"name": "redo"})"));
+  Json::Value const results = run.json();
+  ASSERT_EQ(results.size(), 7U) << run.err;
+  EXPECT_EQ(results[0]["out"]["code"].asInt(), 4) << "nothing to undo yet";
+  EXPECT_EQ(results[3]["out"]["lines"].size(), 2U);
+  ASSERT_EQ(results[5]["out"]["lines"].size(), 3U);
+  EXPECT_EQ(results[5]["out"]["lines"][2]["id"], results[1]["ids"][0]) << "the id that the edit has told";
+  EXPECT_EQ(results[6]["out"]["code"].asInt(), 3) << "nothing to redo any more";
+}
+
+TEST(ExecCommand, EveryCommandWorksBehindOpenAndTellsTheIdsThatItDoesNotKnow) {
+  Program const program;
+  program.write("points.dat", "C,m,1,2,3");
+  program.write("job.txt", kBook);
+  test::Run const run = program.run({"exec", "--open", "points.dat"},
+                                    R"([{"name": "SwitchCoordinateDataCMD", "in": {"data": {"file": "points.dat"}}},
+          {"name": "RemoveCoordinateDataCMD", "in": {"data": {"ids": ["none"]}}},
+          {"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "job.txt"}}},
+          {"name": "ModifyCoordinateDataCMD", "in": {"data": {"id": "none", "Name": "Q"}}}])");
+  Json::Value const results = run.json();
+  EXPECT_TRUE(results[0]["ok"].asBool()) << run.out;
+  EXPECT_TRUE(results[1]["ok"].asBool());
+  EXPECT_EQ(results[1]["out"]["unknown"][0], Json::Value("none"));
+  EXPECT_TRUE(results[2]["ok"].asBool()) << run.out;
+  EXPECT_EQ(results[3]["out"]["message"], Json::Value("Can not find the Coordinate Point")) << "and no missing map";
+}
+
+TEST(ExecCommand, AnotherFileTakesThePlaceOfTheCoordinatesOfTheFirst) {
+  Program const program;
+  program.write("points.dat", "C,m,1,2,3");
+  program.write("net.in2", kNetworkFile);
+  std::string const open = R"({"name": "OpenFileCMD", "in": {"file": "%1"}})";
+  std::string const good = std::string(open).replace(open.find("%1"), 2, "net.in2");
+  std::string const bad = std::string(open).replace(open.find("%1"), 2, "a.b.in2");
+  test::Run const run = program.run({"exec", "--open", "points.dat"},
+                                    listOf(bad + R"(, {"name": "list"}, )" + good + R"(, {"name": "list"})"));
+  Json::Value const results = run.json();
+  EXPECT_EQ(results[1]["out"]["coordinates"].size(), 1U) << "what was there stays behind a file that cannot be opened";
+  EXPECT_EQ(results[3]["out"]["coordinates"].size(), 0U);
+  EXPECT_EQ(results[3]["out"]["lines"].size(), 2U);
+}
+
+TEST(ExecCommand, AnswersLineByLineSoThatIdsCanBeAskedForAndUsed) {
+  Program const program;
+  program.write("job.txt", kBook);
+  // The row is changed by the id that the first answer has told; the line between the same points keeps its own.
+  test::Run const run = program.shell(R"sh(mkfifo in; "$KELVANE" exec --open job.txt --save new.txt < in > out &
+      exec 3> in; echo '{"name": "list"}' >&3
+      while ! grep -q rows out; do sleep 0.05; done
+      row=$(grep -o '"rows":.*' out | grep -o '"id": "[^"]*"' | head -n 1)
+      printf '{"name": "ModifyTraverseDataCMD", "in": {"data": {%s, "Height": 1.75}}}\n' "$row" >&3
+      echo '{"name": "list"}' >&3
+      exec 3>&-; wait $! && cat out)sh");
+  QStringList const answers = QString::fromStdString(run.out).split('\n');
+  ASSERT_EQ(answers.size(), 4) << run.out << run.err;
+  test::Run first;
+  first.out = answers[0].toStdString();
+  test::Run last;
+  last.out = answers[2].toStdString();
+  EXPECT_EQ(last.json()["out"]["rows"][0]["instrument"].asDouble(), 1.75) << run.out;
+  EXPECT_EQ(last.json()["out"]["lines"][0]["id"], first.json()["out"]["lines"][0]["id"]);
+  EXPECT_THAT(program.read("new.txt"), testing::StartsWith("STA,A,1.75,"));
 }
 
 TEST(ExecCommand, RefusesInputThatIsNoListOfCommands) {

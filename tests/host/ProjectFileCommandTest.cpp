@@ -68,6 +68,7 @@ TEST(ProjectFileCommands, AdjustSavesItsResults) {
   Program const program;
   program.write("job.txt", test::kFieldBook);
   program.write("net.in2", kNetworkFile);
+  program.shell("mkdir out");
   EXPECT_EQ(program.run({"adjust", "job.txt", "--save", "out/job.kvn", "--angle-error", "5"}).exitCode, 0);
   Json::Value const shown = program.run({"show", "out/job.kvn", "--json"}).json();
   EXPECT_EQ(shown["rows"].size(), 6U);

@@ -35,6 +35,19 @@ TEST(AngleReading, TakesTheFieldsFromTheDigits) {
   }
 }
 
+TEST(NumberText, HasNoSignWhereItIsZero) {
+  for (auto const& [text, told] : {std::pair{"-0.0000", "0.0000"},
+                                   {"-0", "0"},
+                                   {"-0.0001", "-0.0001"},
+                                   {"-10", "-10"},
+                                   {"-0e-5", "-0e-5"},
+                                   {"0.00", "0.00"},
+                                   {"-", "-"},
+                                   {"", ""}}) {
+    EXPECT_EQ(utils::withoutSignOfZero(text), told);
+  }
+}
+
 TEST(AngleText, HasEveryFormAndCarriesSoThatNoFieldShowsSixty) {
   using namespace utils;
   std::tuple<double, DMSFormat, int, char const*> const cases[] = {

@@ -442,7 +442,7 @@ TEST(ReportCommand, WritesThePageOrSaysWhyNot) {
       {{"report", "far.in2", "out.html"}, 1, "kelvane: far.in2: ", nullptr},
       // A second file of data is no page to write.
       {{"report", "net.in2", "book.txt"}, 1, "book.txt", nullptr},
-      {{"report", "net.in2", "net.in2/out.html"}, 1, "was not written", nullptr},
+      {{"report", "net.in2", "net.in2/out.html"}, 1, "net.in2 is no folder", nullptr},
       {{"report", "net.in2"}, 2, "FILE is missing", nullptr},
       {{"report", "net.in2", "out.html", "--language", "fr"}, 2, "--language is en or zh, not fr", nullptr},
       {{"report", "book.txt", "out.html", "--heights", "--method", "open"}, 2, "--method does not go with", nullptr},

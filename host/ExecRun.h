@@ -1,0 +1,47 @@
+// ExecRun: the commands of one script, run one after the other on the project of a session.
+#pragma once
+
+#include "Session.h"
+
+#include <Kelvane.h>
+#include <json/value.h>
+#include <QString>
+#include <string>
+#include <vector>
+
+namespace kvn::host {
+
+/// Beside the commands of the library a script has three words of its own, which take no argument: "list" has the
+/// records with their ids in `out`, "undo" takes the last edit back, "redo" makes it again.
+class ExecRun {
+ public:
+  /// @param mayUndo  whether the script has an "undo": what an edit replaces is kept for that only.
+  ExecRun(Session& session, bool mayUndo);
+
+  /// The result of one command, {ok, out, messages}; of one that adds records also "ids".
+  Json::Value run(Json::Value const& command);
+
+ private:
+  /// What the data commands change.
+  struct State {
+    std::vector<TraverseDataInfo> rows;
+    Network network;
+    std::vector<CoordinatePointInfo> coordinates;
+  };
+
+  Json::Value perform(std::string const& name, Json::Value const& in, Json::Value& out);
+  bool openAnother(Json::Value const& in, Json::Value& out);
+  bool edit(std::string const& name, Json::Value const& in, Json::Value& out);
+  bool execute(std::string const& name, Json::Value const& in, Json::Value& out);
+  bool exchange(std::vector<State>& from, std::vector<State>& to, Json::Value& out, int code, char const* message);
+  State current() const;
+  Json::Value list() const;
+
+  Session& session;
+  Project& project;
+  bool keepsStates;
+  std::vector<State> before;  ///< of the edits, the last one last
+  std::vector<State> undone;
+};
+
+}  // namespace kvn::host
