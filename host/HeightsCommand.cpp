@@ -32,9 +32,8 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 }
 
 template <typename Report>
-void print(Session& session, Report const& finished, HeightsOptions const& options) {
-  if (!options.json && options.quiet) return;
-  if (!options.json) return printText(finished.text());
+void print(Session& session, Report const& finished, bool asJson) {
+  if (!asJson) return printText(finished.text());
   Json::Value json = finished.json();
   json["messages"] = session.messages().take();
   printJson(json);
@@ -45,11 +44,11 @@ void report(Session& session, HeightsOptions const& options) {
     double const refraction = options.refraction.value_or(double(session.project().getConfigure().AtmosphericIndex));
     LiteralHeightsReport const finished(session.file(), refraction, session.job().heightLines(),
                                         *session.project().getTriangleHeightAdjust());
-    print(session, finished, options);
+    print(session, finished, options.json);
     return;
   }
   std::vector<FieldFinding> const findings = findingsOfTheRun(session.job());
-  print(session, HeightsReport(session.file(), session.job(), findings), options);
+  print(session, HeightsReport(session.file(), session.job(), findings), options.json);
 }
 
 }  // namespace
@@ -66,10 +65,11 @@ int runHeights(QStringList const& arguments) {
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
     tellWarnings(session.job().findingsOf(Job::RowChecks));
     session.job().adjustHeights();
-    bool const saved = options->saveFile.isEmpty() ||
-                       save(session, options->saveFile,
-                            [&options](Session& from, QString const& path) { saveJob(from, path, options->exchange); });
-    report(session, *options);
+    bool const saved = out.isEmpty() || save(session, out, [&options](Session& from, QString const& path) {
+                         saveJob(from, path, options->exchange);
+                       });
+    bool const isPrinted = options->json || !(options->quiet || options->saveFile == kStream);
+    if (isPrinted) report(session, *options);
     return saved ? Done : Refused;
   });
 }

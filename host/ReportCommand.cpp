@@ -7,6 +7,7 @@
 #include "Saving.h"
 #include "Session.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace kvn::host {
@@ -39,6 +40,10 @@ QString adjustAll(Session& session, bool isOfHeights) {
     } catch (JobException const&) {
       std::rethrow_exception(ofPlane);
     }
+    // A control point known in plan only has the height 0 in a field book.
+    auto const& points = job.heightAdjustment()->network().points;
+    auto const isUseful = [](HeightNetwork::Point const& point) { return point.isKnown && point.height != 0.0; };
+    if (std::none_of(points.begin(), points.end(), isUseful)) std::rethrow_exception(ofPlane);
     System::Instance()->sendMessage(System::tr("The plane cannot be adjusted: %1").arg(reason), Warning);
     return System::tr("The plane cannot be adjusted: %1. The heights alone are here.").arg(reason);
   }
@@ -51,7 +56,7 @@ int runReport(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     QString const out = session.outputFor(options->outFile);
-    Job::requireWritableKind(out, {"html", "htm", "xhtml"});
+    Job::requireWritableKind(out, {"html", "htm"});
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
     ReportOptions page;
@@ -59,6 +64,7 @@ int runReport(QStringList const& arguments) {
     page.program = versionLine().trimmed();
     page.refusal = adjustAll(session, options->isOfHeights);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
+    if (isListAlone(session.project())) tellWithoutPlace(siteDrawingOf(session.job()));
     bool const saved =
         save(session, out, [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
     return finishSaving(session, options->outFile, saved, options->json);

@@ -52,11 +52,11 @@ UsageError unknownSubcommand(QString const& name) {
 }
 
 int runHelp(QStringList arguments) {
-  if (arguments.size() < 2) {
+  QString const name = arguments.value(1);
+  if (name.isEmpty() || name == "help" || name == "--help" || name == "-h") {
     printText(programUsage());
     return Done;
   }
-  QString const name = arguments.at(1);
   auto* const run = findSubcommand(name);
   if (run == nullptr) throw unknownSubcommand(name);
   return run({arguments.first(), "--help"});

@@ -57,11 +57,15 @@ void detail::dropCostsOfHeld(JobState const& state, std::vector<FieldFinding>& f
   }
   if (costing.empty() || state.planeRun == nullptr) return;
   PlaneNetwork const& network = state.planeRun->network();
+  std::vector<bool> isTold(network.distances.size(), false);
+  for (SuspectObservation const& suspect : state.planeRun->suspects()) {
+    if (!suspect.isDirection && suspect.number >= 0) isTold[static_cast<std::size_t>(suspect.number)] = true;
+  }
   bool const holdsKnown = state.plane.datum != PlaneSettings::Datum::Free && state.plane.controlError == 0.0;
   for (std::size_t d = 0; d < network.distances.size(); ++d) {
     PlaneNetwork::Point const& from = network.points[static_cast<std::size_t>(network.distances[d].from)];
     PlaneNetwork::Point const& to = network.points[static_cast<std::size_t>(network.distances[d].to)];
-    bool const isOut = state.planeRun->result().distances[d].weight == 0.0;
+    bool const isOut = isTold[d] || state.planeRun->result().distances[d].weight == 0.0;
     if (!isOut && !(holdsKnown && from.isKnown && to.isKnown)) continue;
     auto const ofStation = costing.find(from.name);
     if (ofStation == costing.end()) continue;

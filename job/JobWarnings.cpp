@@ -86,6 +86,7 @@ double costOfLost(PlaneObservation const& observation, SuspectObservation const&
 /// Of a run that has failed there is no result, and no cost.
 FieldFinding suspicionOf(PlaneAdjustment const& run, SuspectObservation const& suspect) {
   FieldFinding finding = warning(suspect.from, {suspect.to}, detail::textOfSuspect(suspect));
+  finding.isOfDistance = !suspect.isDirection;
   if (suspect.number < 0) return finding;
   auto const number = static_cast<std::size_t>(suspect.number);
   finding.line = sightOf(run.network(), suspect.isDirection, number).origin.line;
@@ -109,6 +110,7 @@ FieldFinding leavingOf(PlaneAdjustment const& run, PlaneLeftOut const& left) {
   FieldFinding finding =
       warning(sight.from, {sight.to}, text.arg(wordedSize(size)).arg(left.largestMove, 0, 'f', 4), left.largestMove);
   finding.line = sight.origin.line;
+  finding.isOfDistance = !left.isDirection;
   return finding;
 }
 
@@ -120,13 +122,12 @@ QString wordedMove(PlaneControl const& control) {
 
 void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
   PlaneResult const& result = run.result();
-  if (!result.isControlAlone && !result.suspectedControl.empty()) {
-    findings.push_back(
-        warning({}, {}, Messages::tr("an observation does not fit, or a known point, and nothing tells which")));
+  QString text = result.suspectedControl.size() == 1
+                     ? Messages::tr("the known point does not fit the observations: %1")
+                     : Messages::tr("the known point, or another of these, does not fit the observations: %1");
+  if (!result.isControlAlone) {
+    text = Messages::tr("the known point does not fit, or another one, or an observation, and nothing tells which: %1");
   }
-  QString const text = result.suspectedControl.size() == 1
-                           ? Messages::tr("the known point does not fit the observations: %1")
-                           : Messages::tr("the known point, or another of these, does not fit the observations: %1");
   for (PlaneControl const& control : result.control) {
     auto const& suspected = result.suspectedControl;
     if (std::find(suspected.begin(), suspected.end(), control.point) == suspected.end()) continue;
@@ -249,6 +250,7 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
                                    : Messages::tr("the distance cannot be told apart from a suspected observation"),
                                costOf(observation)));
     findings.back().line = sight.origin.line;
+    findings.back().isOfDistance = !other.isDirection;
   }
   if (!result.untreated.isEmpty()) findings.push_back(warning({}, {}, result.untreated));
   if (result.isWithoutSuspects) {

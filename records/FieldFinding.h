@@ -24,6 +24,7 @@ struct FieldFinding {
   int line = 0;              ///< line of the file, from 1; 0 when it is not known
   /// What it may cost: metres by which a coordinate may be wrong, as far as that can be told; 0 where it cannot.
   double cost = 0.0;
+  bool isOfDistance = false;      ///< about a distance between station and target, not a direction
   bool isOfHeights = false;       ///< about adjusted heights, not about the plane
   std::size_t traverse = kNoRow;  ///< place in `Job::traverses` of the one that it is about as a whole
 };

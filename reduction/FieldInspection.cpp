@@ -191,6 +191,7 @@ std::vector<FieldFinding> inspectDistances(FieldReduction const& reduction, Obse
                         spread.row,
                         0,
                         0.5 * difference});
+    findings.back().isOfDistance = true;
   }
   return findings;
 }

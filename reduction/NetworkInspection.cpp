@@ -161,6 +161,7 @@ std::vector<FieldFinding> endsByOneError(Network const& network, Configure const
                         FieldFinding::kNoRow,
                         0,
                         0.5 * difference});
+    findings.back().isOfDistance = true;
   }
   return findings;
 }
@@ -205,6 +206,7 @@ std::vector<FieldFinding> endsByTheirErrors(PlaneNetwork const& network, double 
                         row,
                         first.origin.line,
                         0.5 * difference});
+    findings.back().isOfDistance = true;
   }
   return findings;
 }

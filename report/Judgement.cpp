@@ -36,6 +36,19 @@ std::size_t misfits(PlaneAdjustment const& run) {
   return count;
 }
 
+}  // namespace
+
+std::size_t detail::markedBy(PlaneResult const& result) {
+  std::size_t count = 0;
+  for (auto const* list : {&result.directions, &result.distances}) {
+    count += static_cast<std::size_t>(std::count_if(
+        list->begin(), list->end(), [](PlaneObservation const& observation) { return observation.test > 1.0; }));
+  }
+  return count;
+}
+
+namespace {
+
 /// Of a PlaneResult or a HeightResult.
 template <typename Result>
 QString numbersOf(Result const& result, double confidence) {
@@ -65,9 +78,20 @@ Judgement judgedPlane(PlaneAdjustment const& run, double confidence) {
                  Messages::tr("The observations agree better than their a-priori errors let expect: %1.").arg(numbers)};
   }
   std::size_t const suspects = misfits(run);
-  if (suspects == 0) return judgement;
-  judgement.level = Judgement::Look;
-  judgement.sentence += ' ' + Messages::tr("Observations that do not fit the others: %1.").arg(suspects);
+  if (suspects > 0) {
+    judgement.level = Judgement::Look;
+    QString const text = result.leftOut.empty() ? Messages::tr("Observations that do not fit the others: %1.")
+                                                : Messages::tr(
+                                                      "Observations that do not fit the others: %1, and "
+                                                      "%2 of them are left out.");
+    judgement.sentence +=
+        ' ' + (result.leftOut.empty() ? text.arg(suspects) : text.arg(suspects).arg(result.leftOut.size()));
+    return judgement;
+  }
+  std::size_t const marked = detail::markedBy(result);
+  if (marked == 0) return judgement;
+  judgement.sentence +=
+      ' ' + Messages::tr("Rows that their own tests mark: %1, where one in a thousand is by chance.").arg(marked);
   return judgement;
 }
 

@@ -78,6 +78,12 @@ QString textOfNone(ReportParts const& parts) {
                        [level](Judgement const& judgement) { return judgement.level == level; });
   };
   if (is(Judgement::Bad)) return Messages::tr("No single observation is named: see the sentence at the top.");
+  std::size_t const marked = parts.hasPlane() ? markedBy(parts.plane->result()) : 0;
+  if (marked > 0) {
+    return Messages::tr(
+               "Nothing stands out but the rows of the tables that are marked: %1. One in a thousand is by chance.")
+        .arg(marked);
+  }
   bool const isTested = parts.hasPlane() || parts.heights != nullptr || is(Judgement::Good);
   return isTested ? Messages::tr("No single observation and no point stands out.")
                   : Messages::tr("Nothing was tested.");

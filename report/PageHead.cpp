@@ -45,7 +45,8 @@ std::vector<Judgement> judgements(ReportParts const& parts) {
 }
 
 QString methodText(ReportParts const& parts) {
-  if (parts.hasPlane() || parts.literal != nullptr) return Messages::tr("Least-squares adjustment");
+  if (parts.hasPlane()) return Messages::tr("Least-squares adjustment");
+  if (parts.literal != nullptr) return Messages::tr("Least-squares adjustment to the letter of the file");
   if (parts.traverses.size() > 1) return Messages::tr("Traverses");
   if (parts.traverses.size() == 1) {
     int const method = parts.traverses.front().method;
@@ -80,8 +81,11 @@ std::pair<SitePoint const*, double> weakest(SiteDrawing const& drawing) {
 void writePlaneFigures(PageWriter& page, ReportParts const& parts) {
   PlaneResult const& result = parts.plane->result();
   PlaneNetwork const& network = parts.plane->network();
+  QString below =
+      Messages::tr("directions %1, distances %2").arg(network.directions.size()).arg(network.distances.size());
+  if (!result.leftOut.empty()) below += Messages::tr(", left out %1").arg(result.leftOut.size());
   writeFigure(page, Messages::tr("Observations"), std::to_string(network.directions.size() + network.distances.size()),
-              Messages::tr("directions %1, distances %2").arg(network.directions.size()).arg(network.distances.size()));
+              below);
   writeFigure(page, Messages::tr("Redundancy"), std::to_string(result.redundancy));
   if (result.hasRedundancy) {
     writeFigure(page, Messages::tr("Unit weight error"), ratio(result.unitError),
@@ -165,10 +169,12 @@ QString kindsText(ReportParts const& parts) {
   PlaneResult const& result = parts.plane->result();
   Configure const& configure = parts.content.configure;
   QStringList kinds;
+  // A gross error is no reason to take the others for worse.
+  bool const isClean = parts.plane->suspects().empty() && result.suspectedControl.empty();
   double const ofDirections = result.directionUnitError;
   if (std::isfinite(ofDirections)) {
     QString text = Messages::tr("directions %1").arg(told(ratio(ofDirections)));
-    if (ofDirections <= kDoubtfulUnitError) {
+    if (isClean && ofDirections <= kDoubtfulUnitError) {
       text += Messages::tr(" (%1″ would fit)").arg(told(ratio(ofDirections * double(configure.AngleError))));
     }
     kinds << text;
@@ -176,7 +182,7 @@ QString kindsText(ReportParts const& parts) {
   double const ofDistances = result.distanceUnitError;
   if (std::isfinite(ofDistances)) {
     QString text = Messages::tr("distances %1").arg(told(ratio(ofDistances)));
-    if (ofDistances <= kDoubtfulUnitError) {
+    if (isClean && ofDistances <= kDoubtfulUnitError) {
       text += Messages::tr(" (%1 mm + %2 ppm would fit)")
                   .arg(told(ratio(ofDistances * double(configure.LineFixedError))),
                        told(ratio(ofDistances * double(configure.LineProportionError))));

@@ -88,8 +88,11 @@ void writeAxis(PageWriter& page) {
 void writeHistogram(PageWriter& page, ReportParts const& parts) {
   Histogram histogram;
   if (parts.hasPlane()) {
-    for (PlaneObservation const& one : parts.plane->result().directions) histogram.add(one.standardised);
-    for (PlaneObservation const& one : parts.plane->result().distances) histogram.add(one.standardised);
+    for (auto const* list : {&parts.plane->result().directions, &parts.plane->result().distances}) {
+      for (PlaneObservation const& one : *list) {
+        if (one.weight > 0.0) histogram.add(one.standardised);
+      }
+    }
   } else if (parts.heights != nullptr) {
     for (HeightObservation const& one : parts.heights->result().sights) histogram.add(one.standardised);
   }

@@ -59,6 +59,8 @@ std::string shortest(double value) {
   return withMinus(std::string(digits.data(), last.ptr));
 }
 
+std::string fineSeconds(double radians) { return decimals(radians * utils::kSecondsPerRadian, 2); }
+
 std::string length(double metres) {
   return std::abs(metres) < 1.0 ? millimetres(metres) + " mm" : decimals(metres, 2) + " m";
 }

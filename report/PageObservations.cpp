@@ -22,7 +22,7 @@ std::string attributesOf(char const* kind, std::size_t number, std::size_t line,
   if (line != kNowhere) text += " data-l=\"" + std::to_string(line) + '"';
   if (observation.weight == 0.0) {
     text += " class=\"out\"";
-  } else if (observation.test > 1.0) {
+  } else if (observation.test > 1.0 || std::isfinite(observation.gross)) {
     text += " class=\"bad\"";
   }
   return text;
@@ -69,7 +69,9 @@ void addTestColumns(std::vector<PageColumn>& columns, QString const& unit, bool 
 /// @param inUnit  of the unit of the columns: seconds of arc or millimetres.
 void writeTests(PageTable& table, PlaneObservation const& observation, std::string (*inUnit)(double),
                 std::optional<int> line, bool isDirection) {
-  table.number(inUnit(observation.error)).number(inUnit(observation.residual)).bar(observation.standardised);
+  table.number(inUnit(observation.error));
+  table.number(isDirection ? fineSeconds(observation.residual) : inUnit(observation.residual));
+  table.bar(observation.standardised);
   table.number(ratio(observation.test)).number(ratio(observation.redundancy));
   table.number(inUnit(observation.detectable)).number(millimetres(observation.effect));
   if (line) table.number(*line > 0 ? std::to_string(*line) : std::string());

@@ -1,5 +1,6 @@
 // Tables of points: coordinates with their errors, known points that are not held.
 #include "adjust/PlaneAdjustment.h"
+#include "job/FindingTexts.h"
 #include "job/Job.h"
 #include "records/detail/Messages.h"
 #include "report/detail/PageNumbers.h"
@@ -23,7 +24,7 @@ QString remarkOf(SitePoint const& point) {
   } else if (point.isKnown) {
     remarks << Messages::tr("known, not held");
   }
-  if (point.isSuspect) remarks << Messages::tr("does not fit");
+  if (point.isSuspect) remarks << Messages::tr("suspect");
   if (point.isSidePoint) remarks << Messages::tr("side shot");
   if (!point.isChecked && !point.isHeld) remarks << Messages::tr("unchecked");
   return remarks.join(", ");
@@ -129,13 +130,23 @@ void tellLeftOut(PageWriter& page, RowChoice const& choice) {
   page.markup("\n");
 }
 
+/// Points that stand in no table and on no map.
+void tellWithoutPlace(PageWriter& page, ReportParts const& parts) {
+  QStringList names;
+  for (std::string const& name : parts.drawing.withoutPlace) names << QString::fromStdString(name);
+  if (names.isEmpty()) return;
+  page.element("p class=\"left-out\"", Messages::tr("Without coordinates: %1").arg(listedNames(names))).markup("\n");
+}
+
 void writePoints(PageWriter& page, ReportParts const& parts) {
   std::vector<std::size_t> rows;
   for (std::size_t const p : parts.points.rows()) {
     if (!parts.drawing.points[p].isApproximate) rows.push_back(p);
   }
-  if (rows.empty()) return;
+  if (rows.empty() && parts.drawing.withoutPlace.empty()) return;
   beginSection(page, "points", Messages::tr("Points"), ellipsesText(parts));
+  tellWithoutPlace(page, parts);
+  if (rows.empty()) return endSection(page);
   tellLeftOut(page, parts.points);
   PointColumns const columns(parts.drawing);
   PageTable table(page, "points", columns.columns(nameWidth(parts)), rows.size());

@@ -31,11 +31,17 @@ char const* classOf(PageColumn::Kind kind) {
 
 }  // namespace
 
-PageTable::PageTable(PageWriter& page, std::string_view id, std::vector<PageColumn> columns, std::size_t rows)
+PageTable::PageTable(PageWriter& page, std::string_view id, std::vector<PageColumn> columns, std::size_t rows,
+                     bool isSequence)
     : out(page), list(std::move(columns)), isLong(rows > kShort) {
   out.markup(isLong ? "<div class=\"scroll tall\"" : "<div class=\"scroll\"");
   out.markup(" tabindex=\"0\" role=\"region\" aria-labelledby=\"h-").markup(id).markup("\">");
-  out.markup("<table class=\"rows").markup(isLong ? " long" : "").markup("\" id=\"t-").markup(id).markup("\"");
+  out.markup("<table class=\"rows")
+      .markup(isLong ? " long" : "")
+      .markup(isSequence ? " sequence" : "")
+      .markup("\" id=\"t-")
+      .markup(id)
+      .markup("\"");
   if (isLong) {
     out.markup(" style=\"--cols:");
     for (PageColumn const& column : list) {

@@ -67,7 +67,7 @@ class TraverseWriter {
 
   void writeStations() {
     std::vector<TraverseInfo> const& stations = result.stations;
-    PageTable table(page, idOf("traverse"), stationColumns(), stations.size() + 2);
+    PageTable table(page, idOf("traverse"), stationColumns(), stations.size() + 2, true);
     PointInfo const& back = stations.front().backPoint;
     begin(table, back);
     emptyCells(table, isClosing ? 2 : 1);
@@ -127,7 +127,7 @@ class TraverseWriter {
                                     {Messages::tr("Allowed at 99 %"), {}, PageColumn::Number, 14}};
     if (hasLimits) columns.push_back({Messages::tr("Limit"), {}, PageColumn::Number, 14});
     columns.push_back({Messages::tr("Remark"), {}, PageColumn::Words, 10});
-    PageTable table(page, idOf("misclosures"), std::move(columns), 7);
+    PageTable table(page, idOf("misclosures"), std::move(columns), 7, true);
     std::vector<Misclosure> const rows = misclosures();
     auto const isBeyond = [](Misclosure const& row) { return row.isBeyond; };
     auto const worst = std::find_if(rows.begin(), rows.end(), isBeyond);

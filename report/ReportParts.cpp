@@ -288,13 +288,17 @@ std::string ReportParts::rowOf(FieldFinding const& finding) const {
     bool const hasMisclosures = traverses[finding.traverse].summary.hasMisclosure;
     return (hasMisclosures ? "rm" : "traverse") + std::to_string(finding.traverse + 1);
   }
+  if (finding.targets.size() + (finding.station.empty() ? 0 : 1) == 1) {
+    return rowOfPoint(finding.station.empty() ? finding.targets.front() : finding.station, finding.isOfHeights);
+  }
   if (finding.targets.size() != 1 || finding.station.empty()) return {};
   auto const found = places.find(keyOf(finding.station, finding.targets.front()));
   if (found == places.end()) return {};
   Place const* best = nullptr;
   auto const rank = [&finding](Place const& place) {
-    return (finding.isOfHeights == place.isSight ? 4 : 0) +
-           (finding.line > 0 && place.fileLine == finding.line ? 2 : 0) + (place.isMarked ? 1 : 0);
+    bool const isKind =
+        finding.isOfHeights == place.isSight && finding.isOfDistance == !(place.isDirection || place.isSight);
+    return (isKind ? 4 : 0) + (finding.line > 0 && place.fileLine == finding.line ? 2 : 0) + (place.isMarked ? 1 : 0);
   };
   for (Place const& place : found->second) {
     RowChoice const& rows = place.isSight ? sights : place.isDirection ? directions : distances;

@@ -113,8 +113,9 @@ class DrawingMaker {
     }
   }
 
-  /// New points that one station alone sees.
+  /// New points that one station alone sees. Traverses know theirs.
   void findSidePoints() {
+    if (drawing.source == SiteDrawing::Source::Traverses) return;
     std::vector<std::size_t> neighbours(drawing.points.size(), 0);
     for (SiteLine const& one : drawing.lines) {
       ++neighbours[one.from];
@@ -210,7 +211,10 @@ void addPlane(DrawingMaker& maker, PlaneAdjustment const& run, PlaneSettings con
 
 void addKnown(DrawingMaker& maker, std::vector<KnownPoint> const& known) {
   for (KnownPoint const& one : known) {
-    if (!isPlace(one.x, one.y)) continue;
+    if (!isPlace(one.x, one.y)) {
+      maker.findOrMiss(one.name);
+      continue;
+    }
     SitePoint& point = maker.place(one.name, one.x, one.y);
     point.isKnown = point.isHeld = true;
   }
@@ -328,7 +332,11 @@ void addLiteral(DrawingMaker& maker, Job const& job) {
 void addGiven(DrawingMaker& maker, Project const& project) {
   addKnown(maker, project.getNetwork().knownPoints);
   for (CoordinatePointInfo const& given : project.getCoordinatePointList()) {
-    if (isPlace(given.N, given.E)) maker.place(given.name, given.N, given.E);
+    if (isPlace(given.N, given.E)) {
+      maker.place(given.name, given.N, given.E);
+    } else {
+      maker.findOrMiss(given.name);
+    }
   }
   for (TraverseDataInfo const& row : project.getTraverseDataList()) {
     bool const isKnown = row.isKnown && row.pointType == TraversePointType::StationPoint && isPlace(row.N, row.E);

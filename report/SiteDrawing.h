@@ -80,7 +80,7 @@ struct SiteDrawing {
   /// After least squares and of a plan the points of the `PlaneNetwork`, with their numbers.
   std::vector<SitePoint> points;
   std::vector<SiteLine> lines;  ///< each pair of points once
-  /// Of what was observed to or from these there is no place to draw it; UTF-8, each once.
+  /// Points that are observed or listed and have no coordinates, or none on earth; UTF-8, each once.
   std::vector<std::string> withoutPlace;
 
   /// Adjusted and known heights of points without a place, whose x and y are NaN: for tables alone. `withoutPlace` has

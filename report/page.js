@@ -11,7 +11,6 @@
     return element;
   };
 
-  // Copied numbers have the minus that other programs read.
   // A browser describes each cell of a printed page for readers of PDF, which takes most of the time of a long table.
   const hideLong = (hide) => {
     for (const table of document.querySelectorAll("table.long")) {
@@ -21,6 +20,7 @@
   addEventListener("beforeprint", () => hideLong(true));
   addEventListener("afterprint", () => hideLong(false));
 
+  // Copied numbers have the minus that other programs read.
   document.addEventListener("copy", (event) => {
     const text = String(document.getSelection());
     if (!text.includes("\u2212") || !event.clipboardData) return;
@@ -37,27 +37,32 @@
     return Number.isNaN(number) ? null : number;
   };
   const collator = new Intl.Collator(undefined, { numeric: true });
+  // Upward, downward, as it came.
+  const next = { ascending: "descending", descending: null };
+  const placeOfRow = new WeakMap();
   const sortTable = (table, column, isNumber) => {
     const heads = table.tHead.rows[0].cells;
-    const isDown = heads[column].getAttribute("aria-sort") === "ascending";
+    const before = heads[column].getAttribute("aria-sort");
+    const way = before === null ? "ascending" : next[before];
     for (const head of heads) head.removeAttribute("aria-sort");
-    heads[column].setAttribute("aria-sort", isDown ? "descending" : "ascending");
-    const sign = isDown ? -1 : 1;
+    if (way) heads[column].setAttribute("aria-sort", way);
+    const sign = way === "descending" ? -1 : 1;
     const bodies = [...table.tBodies];
     const sizes = bodies.map((body) => body.rows.length);
     const keyed = bodies.flatMap((body) => [...body.rows]).map((row, place) => {
+      if (!placeOfRow.has(row)) placeOfRow.set(row, place);
       const text = row.cells[column].textContent;
-      return { row, place, key: isNumber ? valueOf(text) : text.trim() || null };
+      return { row, place: placeOfRow.get(row), key: !way ? 0 : isNumber ? valueOf(text) : text.trim() || null };
     });
     keyed.sort((a, b) => {
       if (a.key === null || b.key === null) return (a.key === null) - (b.key === null) || a.place - b.place;
-      const order = isNumber ? a.key - b.key : collator.compare(a.key, b.key);
+      const order = isNumber || !way ? a.key - b.key : collator.compare(a.key, b.key);
       return sign * order || a.place - b.place;
     });
-    let next = 0;
-    bodies.forEach((body, i) => body.append(...keyed.slice(next, (next += sizes[i])).map((entry) => entry.row)));
+    let first = 0;
+    bodies.forEach((body, i) => body.append(...keyed.slice(first, (first += sizes[i])).map((entry) => entry.row)));
   };
-  for (const table of document.querySelectorAll("table.rows")) {
+  for (const table of document.querySelectorAll("table.rows:not(.sequence)")) {
     [...table.tHead.rows[0].cells].forEach((head, column) => {
       const isNumber = head.className === "n" || head.className === "w";
       const sort = () => sortTable(table, column, isNumber);

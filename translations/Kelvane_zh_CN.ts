@@ -791,6 +791,34 @@
         <translation>方向 %1 个，距离 %2 个</translation>
     </message>
     <message>
+        <source>Observations that do not fit the others: %1, and %2 of them are left out.</source>
+        <translation>与其他观测值不符的观测值：%1 个，其中 %2 个已剔除。</translation>
+    </message>
+    <message>
+        <source>Rows that their own tests mark: %1, where one in a thousand is by chance.</source>
+        <translation>被自身检验标出的行：%1 个；偶然情况下千分之一会被标出。</translation>
+    </message>
+    <message>
+        <source>Nothing stands out but the rows of the tables that are marked: %1. One in a thousand is by chance.</source>
+        <translation>除表中标出的 %1 行外，没有突出之处。偶然情况下千分之一会被标出。</translation>
+    </message>
+    <message>
+        <source>, left out %1</source>
+        <translation>，剔除 %1 个</translation>
+    </message>
+    <message>
+        <source>Least-squares adjustment to the letter of the file</source>
+        <translation>按文件字面的最小二乘平差</translation>
+    </message>
+    <message>
+        <source>Without coordinates: %1</source>
+        <translation>没有坐标的点：%1</translation>
+    </message>
+    <message>
+        <source>the known point does not fit, or another one, or an observation, and nothing tells which: %1</source>
+        <translation>该已知点、另一已知点或某个观测值不符，无法判断是哪一个：%1</translation>
+    </message>
+    <message>
         <source>Limit</source>
         <translation>限差</translation>
     </message>
@@ -1553,10 +1581,6 @@
     <message>
         <source>it would lie %1 m north and %2 m east of its coordinates</source>
         <translation>其位置应在给定坐标以北 %1 m、以东 %2 m</translation>
-    </message>
-    <message>
-        <source>an observation does not fit, or a known point, and nothing tells which</source>
-        <translation>某个观测值或某个已知点不符，无法判明是哪一个</translation>
     </message>
     <message>
         <source>the known point does not fit the observations: %1</source>

@@ -57,7 +57,8 @@ void reduce(JobState& state);
 
 /// What is doubtful in the network of the job before it is adjusted.
 std::vector<FieldFinding> findingsOnNetwork(JobState const& state);
-/// What two distances differ by costs nothing where the last run has held both ends, or has left one of them out.
+/// What two distances differ by costs nothing where the last run has held both ends, or has left one of them out, and
+/// nothing more where it suspects one: that has told its cost.
 void dropCostsOfHeld(JobState const& state, std::vector<FieldFinding>& findings);
 
 /// What a least-squares adjustment of the job would run into: input that it refuses, points that cannot be placed or

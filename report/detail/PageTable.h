@@ -37,8 +37,10 @@ struct PageColumn {
 class PageTable {
  public:
   /// @param id    of the table in the page.
-  /// @param rows  how many will come.
-  PageTable(PageWriter& page, std::string_view id, std::vector<PageColumn> columns, std::size_t rows);
+  /// @param rows        how many will come.
+  /// @param isSequence  the rows have an order that must stay.
+  PageTable(PageWriter& page, std::string_view id, std::vector<PageColumn> columns, std::size_t rows,
+            bool isSequence = false);
 
   void beginRow(std::string_view attributes = {});
   PageTable& name(std::string_view utf8);                           ///< with the sequence of characters kept to itself

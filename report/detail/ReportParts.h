@@ -21,6 +21,7 @@ namespace kvn {
 class AlgorithmAdjust;
 class Job;
 struct PlaneObservation;
+struct PlaneResult;
 }  // namespace kvn
 
 namespace kvn::detail {
@@ -45,6 +46,9 @@ class RowChoice {
   std::vector<std::size_t> list;
   std::vector<bool> isIn;
 };
+
+/// Directions and distances that are too large by their own tests.
+std::size_t markedBy(PlaneResult const& result);
 
 /// The run of a job by least squares to the letter; null where the last one was another.
 AlgorithmAdjust const* literalRunOf(Job const& job);
@@ -94,7 +98,7 @@ class ReportParts {
   // Ids of elements of the page; empty where it has none.
   /// Of a point, in the table of the heights where it is about these.
   std::string rowOfPoint(std::string const& recordName, bool isOfHeights) const;
-  /// Of an observation between two points, by the line of the file where that is known, or of misclosures.
+  /// Of an observation between two points, by the line of the file where that is known, of a point, or of misclosures.
   std::string rowOf(FieldFinding const& finding) const;
   /// In the drawing, one of them or none: where a finding is about an observation, a leg, or a point alone.
   struct MapPlace {

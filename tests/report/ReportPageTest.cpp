@@ -213,11 +213,12 @@ TEST_F(ReportPage, HasHeightsOfAFieldBookBesideThePlaneAndAlone) {
 }
 
 TEST_F(ReportPage, ShowsCoordinatesThatWereGivenButNoneThatWereOnlyGuessed) {
-  job.open(written("points.dat", "P,,2000.5,1000.25,30.125\nQ,,2100,1000,0\n"));
+  job.open(written("points.dat", "P,,2000.5,1000.25,30.125\nQ,,2100,1000,0\nR,,nan,1,0\n"));
   Page const list = pageOf(job);
   expectSound(list);
   EXPECT_EQ(list.verdict.toStdString(), "verdict look: Coordinates as they were given: nothing was adjusted.");
   EXPECT_EQ(list.row("points", "P").cells.mid(0, 3), QStringList({"P", "1000.2500", "2000.5000"}));
+  EXPECT_TRUE(list.texts.contains("Without coordinates: R"));
   job.open(written("net.in2", test::kNetworkFile));
   Page const unadjusted = pageOf(job);
   expectSound(unadjusted);
@@ -439,6 +440,8 @@ TEST(ReportCommand, WritesThePageOrSaysWhyNot) {
       {{"report", "points.dat", "out.html"}, 0, "", "id=\"t-points\""},
       {{"report", heights, "out.html"}, 0, "The plane cannot be adjusted", "<p class=\"verdict bad\">"},
       {{"report", "net.in2", "out.html", "--json"}, 0, "", "id=\"t-points\""},
+      // All its known heights are 0, which is no reason for a page of heights.
+      {{"report", test::samplePath("trav_connecting_fr_5legs.txt"), "out.html", "--method", "open"}, 1, "", nullptr},
       {{"report", "far.in2", "out.html"}, 1, "kelvane: far.in2: ", nullptr},
       // A second file of data is no page to write.
       {{"report", "net.in2", "book.txt"}, 1, "book.txt", nullptr},
