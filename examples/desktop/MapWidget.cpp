@@ -42,7 +42,7 @@ MapWidget::MapWidget(QWidget* parent)
 MapWidget::~MapWidget() {
   closeGraphics();
   if (context() != nullptr) context()->disconnect(this);  // it goes after the members of this class
-  manager->removeView(plan);  // nobody asks a widget for a repaint that is gone
+  manager->removeView(plan);                              // nobody asks a widget for a repaint that is gone
 }
 
 void MapWidget::initializeGL() {
