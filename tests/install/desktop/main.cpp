@@ -185,6 +185,16 @@ void cancels(Driver& user, QString const& folder) {
   expect(user.points->model()->rowCount() == 900, "and can be repeated");
 }
 
+void showsAFieldBook(Driver& user, QString const& samples) {
+  expect(user.window.open(samples + "/trav_connecting_fr_5legs.txt"), "a field book is opened");
+  QAbstractItemModel const* const rows = user.window.findChild<QTableView*>("Rows")->model();
+  expect(rows->rowCount() > 10 && rows->index(0, 0).data() == "station", "its rows are in their table");
+  user.adjust();
+  expect(user.points->model()->rowCount() == 8, "it is adjusted");
+  QTest::qWait(50);
+  expect(user.inked() > 1000, "and drawn");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -204,6 +214,7 @@ int main(int argc, char** argv) {
     showsWhatIsThere(user, arguments[2]);
     jumpsToFindings(user, arguments[1], arguments[3]);
     cancels(user, arguments[3]);
+    showsAFieldBook(user, arguments[1]);
   }
   std::printf("%d failures\n", failures);
   return failures == 0 ? 0 : 1;
