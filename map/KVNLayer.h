@@ -12,6 +12,10 @@ class KELVANE_EXPORT KVNLayer : public mvz::CommonAnnotationLayer, public ILayer
  public:
   KVNLayer();
 
+  /// 1 for the coordinate list, which has what was adjusted: rows and networks stand at approximate coordinates, a few
+  /// pixels beside them.
+  int hitRank() const override;
+
  protected:
   ~KVNLayer() override;
 };

@@ -40,6 +40,8 @@ ILayer::~ILayer() = default;
 KVNLayer::KVNLayer() = default;
 KVNLayer::~KVNLayer() = default;
 
+int KVNLayer::hitRank() const { return getName() == FeatureDataType(FeatureDataType::CoordData).toString() ? 1 : 0; }
+
 MapScene::MapScene(Project* owner, mvz::ViewerManager* viewerManager, QObject* parent)
     : mvz::ProjectMapScene(viewerManager, parent), project(owner) {
   // For connections that wait in a queue.

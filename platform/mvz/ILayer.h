@@ -18,6 +18,10 @@ class KELVANE_EXPORT ILayer {
   /// Removes the features of the layer; the layer itself stays where it is.
   virtual void clearFeatures() = 0;
 
+  /// A click meets the points of a layer before those of one with a lower rank, even where these are nearer; lines in
+  /// the same way. 0 unless a layer says otherwise.
+  virtual int hitRank() const;
+
   /// The texts that `GeometryDataTool::setFeatureInfo` stored on a node; all are empty when it stored none. A null
   /// pointer skips that text.
   static void GetFeatureInfo(osgEarth::AnnotationNode* node, std::string* featureId, std::string* typeKey,

@@ -6,6 +6,8 @@ namespace mvz {
 ILayer::ILayer() = default;
 ILayer::~ILayer() = default;
 
+int ILayer::hitRank() const { return 0; }
+
 CommonAnnotationLayer::CommonAnnotationLayer() = default;
 CommonAnnotationLayer::~CommonAnnotationLayer() = default;
 

@@ -218,7 +218,8 @@ void OffscreenView::writeImage(QString const& path) {
   osgDB::ReaderWriter::WriteResult const result = png->writeImage(*render(), bytes);
   if (!result.success()) throw QLogicError(QString::fromStdString(result.statusMessage()));
   std::string picture = bytes.str();
-  if (magnification() != 1.0) addResolution(picture, kScreenDots * magnification());
+  double const size = magnification() * displayScale();
+  if (size != 1.0) addResolution(picture, kScreenDots * size);
   QString const error = utils::replaceFile(path, picture);
   if (!error.isEmpty()) throw QLogicError(error);
 }

@@ -20,7 +20,8 @@ class KELVANE_EXPORT OffscreenView : public View {
 
   void setScene(osg::Node* node) override;
 
-  /// The picture: red, green and blue bytes, rows from the bottom up, of the view's size.
+  /// The picture: red, green and blue bytes, rows from the bottom up, of the view's size times its
+  /// display scale.
   ///
   /// @throws QLogicError without OpenGL (says what to install; may be tried again) or when it has no room for the size.
   osg::ref_ptr<osg::Image> render();

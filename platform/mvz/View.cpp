@@ -1,13 +1,17 @@
 #include <mvz/View.h>
 #include <mvz/detail/Decoration.h>
 #include <mvz/detail/PlanScale.h>
+#include <utils/detail/DisplayScale.h>
 #include <utils/detail/PrivateData.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <osg/BlendFunc>
+#include <osg/Callback>
 #include <osg/Group>
+#include <osg/ValueObject>
+#include <osg/observer_ptr>
 
 namespace mvz {
 namespace {
@@ -29,9 +33,8 @@ bool canBeShown(osg::BoundingBoxd const& bounds) {
   return bounds.valid() && isFinite(bounds._min) && isFinite(bounds._max) && isFinite(bounds._max - bounds._min);
 }
 
-osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
+osg::ref_ptr<osg::Camera> planCamera() {
   osg::ref_ptr<osg::Camera> camera = new osg::Camera;
-  camera->setViewport(0, 0, width, height);
   camera->setProjectionResizePolicy(osg::Camera::FIXED);
   // The planes stay where they are, above and below everything. What is small on the picture is
   // drawn all the same: a short line is a measured one.
@@ -41,11 +44,47 @@ osg::ref_ptr<osg::Camera> planCamera(int width, int height) {
   return camera;
 }
 
+/// A graphics window that is resized scales the viewports of its cameras by the sizes that it had. The viewport that
+/// the view wants is back before the scene is culled for the next picture.
+class ViewportKeeper : public osg::Callback {
+ public:
+  explicit ViewportKeeper(osg::Camera* viewCamera) : camera(viewCamera) {}
+
+  void setSize(int newWidth, int newHeight) {
+    width = newWidth;
+    height = newHeight;
+    restore();
+  }
+
+  bool run(osg::Object* object, osg::Object* data) override {
+    restore();
+    return traverse(object, data);
+  }
+
+ protected:
+  ~ViewportKeeper() override = default;
+
+ private:
+  void restore() {
+    osg::ref_ptr<osg::Camera> viewCamera;
+    if (camera.lock(viewCamera)) viewCamera->setViewport(0, 0, width, height);
+  }
+
+  osg::observer_ptr<osg::Camera> camera;
+  int width = 1;
+  int height = 1;
+};
+
 }  // namespace
 
 struct KELVANE_PRIVATE View::Data {
   KELVANE_LATER_MEMBER
+  int width = 1;
+  int height = 1;
+  double displayScale = 1;
+  double magnification = 1;
   osg::ref_ptr<osg::Camera> camera;
+  osg::ref_ptr<ViewportKeeper> viewport;
   osg::ref_ptr<detail::Decoration> decoration;
   osg::ref_ptr<osg::Group> root = new osg::Group;
   osg::ref_ptr<osg::Node> scene;
@@ -53,7 +92,12 @@ struct KELVANE_PRIVATE View::Data {
 };
 
 View::View(int width, int height) : own(std::make_unique<Data>()) {
-  own->camera = planCamera(std::max(width, 1), std::max(height, 1));
+  own->width = std::max(width, 1);
+  own->height = std::max(height, 1);
+  own->camera = planCamera();
+  own->viewport = new ViewportKeeper(own->camera);
+  fitViewport();
+  own->root->addUpdateCallback(own->viewport);
   osg::StateSet* const state = own->root->getOrCreateStateSet();
   state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
   // Said, since OpenGL's own start is to paint transparent pixels: in the first picture the halo of a letter would cut
@@ -79,23 +123,43 @@ osg::Node* View::getScene() const { return own->scene; }
 
 osg::Camera* View::getCamera() const { return own->camera; }
 
-int View::getWidth() const { return static_cast<int>(own->camera->getViewport()->width()); }
+int View::getWidth() const { return own->width; }
 
-int View::getHeight() const { return static_cast<int>(own->camera->getViewport()->height()); }
+int View::getHeight() const { return own->height; }
 
 void View::setSize(int width, int height) {
   double const scale = metresPerPixel();
-  own->camera->setViewport(0, 0, std::max(width, 1), std::max(height, 1));
-  lookAt(osg::Matrixd::inverse(own->camera->getViewMatrix()).getTrans(), scale);
+  own->width = std::max(width, 1);
+  own->height = std::max(height, 1);
+  fitViewport();
+  lookAt(eye(), scale);
   requestRedraw();
+}
+
+void View::setDisplayScale(double value) {
+  if (!std::isfinite(value) || !(value > 0)) return;
+  own->displayScale = value;
+  // Where what is measured in pixels finds it, in each view that the scene has.
+  own->camera->setUserValue(utils::detail::kDisplayScale, value);
+  fitViewport();
+  setMagnification(magnification());
+}
+
+double View::displayScale() const { return own->displayScale; }
+
+/// Of a window the parts of a pixel belong to the last one, so that no strip of it stays undrawn.
+void View::fitViewport() {
+  auto const wanted = [this](int size) { return static_cast<int>(std::ceil(size * own->displayScale)); };
+  own->viewport->setSize(wanted(own->width), wanted(own->height));
 }
 
 void View::setMagnification(double value) {
-  own->decoration->setMagnification(value);
+  own->magnification = value;
+  own->decoration->setMagnification(value * own->displayScale);
   requestRedraw();
 }
 
-double View::magnification() const { return own->decoration->getMagnification(); }
+double View::magnification() const { return own->magnification; }
 
 void View::fullMap(osg::BoundingBoxd const& bounds) {
   if (!canBeShown(bounds)) return;
@@ -123,6 +187,25 @@ void View::lookAt(osg::Vec3d const& eye, double metresPerPixel) {
   own->camera->setProjectionMatrixAsOrtho(-halfWidth, halfWidth, -halfHeight, halfHeight, 0, 2 * kHeights);
 }
 
+osg::Vec3d View::eye() const { return osg::Matrixd::inverse(own->camera->getViewMatrix()).getTrans(); }
+
+void View::pan(osg::Vec2d const& pixels) {
+  if (!std::isfinite(pixels.x()) || !std::isfinite(pixels.y())) return;
+  double const scale = metresPerPixel();
+  lookAt(eye() + osg::Vec3d(-pixels.x(), pixels.y(), 0) * scale, scale);
+  requestRedraw();
+}
+
+void View::zoom(osg::Vec2d const& pixel, double factor) {
+  if (!std::isfinite(pixel.x()) || !std::isfinite(pixel.y()) || !std::isfinite(factor) || !(factor > 0)) return;
+  // What `fullMap` has shown may lie beyond the bounds: from there it goes back only.
+  double const scale = metresPerPixel();
+  double const newScale = std::clamp(scale / factor, std::min(kFinest, scale), std::max(kCoarsest, scale));
+  osg::Vec3d const fromMiddle(pixel.x() - getWidth() / 2.0, getHeight() / 2.0 - pixel.y(), 0);
+  lookAt(eye() + fromMiddle * (scale - newScale), newScale);
+  requestRedraw();
+}
+
 osg::Vec2d View::toPixel(osg::Vec3d const& world) const {
   // In two steps: the large coordinates go in the first.
   osg::Vec3d const clip = (world * own->camera->getViewMatrix()) * own->camera->getProjectionMatrix();
@@ -136,7 +219,7 @@ osg::Vec3d View::toWorld(osg::Vec2d const& pixel) const {
   return {world.x(), world.y(), 0};
 }
 
-double View::metresPerPixel() const { return detail::metresPerPixel(*own->camera); }
+double View::metresPerPixel() const { return 2 / (own->camera->getProjectionMatrix()(0, 0) * getWidth()); }
 
 void View::requestRedraw() { own->outdated = true; }
 

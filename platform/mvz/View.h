@@ -17,7 +17,9 @@ namespace mvz {
 ///
 /// The view owns a camera and its size in pixels. The camera has one child, which holds the scene and, drawn over it, a
 /// scale bar and a north arrow. A host that shows the map in a window derives from this class and gives both to its
-/// viewer: `viewer.setCamera(view.getCamera())`, `viewer.setSceneData(view.getCamera()->getChild(0))`.
+/// viewer: `viewer.setCamera(view.getCamera())`, `viewer.setSceneData(view.getCamera()->getChild(0))`. The host tells
+/// the view each new size. A graphics window that is told as well may stretch the camera's viewport: the view puts that
+/// right in the update traversal, before the next picture.
 ///
 /// Coordinates of 4,000,000 m do not shake: the camera's matrices are doubles, as long as the scene keeps its geometry
 /// close to the origin of a transformation (osg::MatrixTransform), since OpenGL itself counts in single precision.
@@ -41,10 +43,17 @@ class KELVANE_EXPORT View : public osg::Referenced {
 
   [[nodiscard]] osg::Camera* getCamera() const;
 
-  /// Size in pixels, at least 1. Centre and scale of the map stay.
+  /// Size in pixels, at least 1. Centre and scale of the map stay, whatever became of the camera's viewport.
   void setSize(int width, int height);
   [[nodiscard]] int getWidth() const;
   [[nodiscard]] int getHeight() const;
+
+  /// Pixels of the screen across one pixel of the view, 1 to begin with: on a dense screen what Qt calls the
+  /// `devicePixelRatio`. The size above and all places in the view stay those of mouse events; the camera's viewport
+  /// has so many times as many pixels, and icons, names, scale bar and north arrow grow with it. (Icons and names are
+  /// osgEarth's to scale where that is installed.) A value that is not finite or not above 0 changes nothing.
+  void setDisplayScale(double value);
+  [[nodiscard]] double displayScale() const;
 
   /// How many times as large as on a screen scale bar and north arrow are drawn, 1 to begin with.
   void setMagnification(double value);
@@ -55,6 +64,17 @@ class KELVANE_EXPORT View : public osg::Referenced {
   /// The margin is 60 pixels, at the right 140, times the magnification, and at most a fifth of the size on each side.
   /// A point or a very small area is shown as one of 10 m. Bounds that are empty or not finite change nothing.
   virtual void fullMap(osg::BoundingBoxd const& bounds);
+
+  /// Moves the map by pixels to the right and down, as a hand drags it. What is not finite changes nothing.
+  void pan(osg::Vec2d const& pixels);
+
+  /// Shows the map `factor` times as large; the place at the pixel stays there, as under a mouse whose wheel is turned.
+  ///
+  /// A pixel stays between `kFinest` and `kCoarsest`. A factor that is not finite or not above 0 changes nothing.
+  void zoom(osg::Vec2d const& pixel, double factor);
+
+  static constexpr double kFinest = 1e-5;   ///< metres: a hundredth of what survey marks are good for
+  static constexpr double kCoarsest = 1e6;  ///< metres: `kFarthest` is 1000 pixels away
 
   /// Pixels from the upper left corner, x to the right and y down; fractions are kept, pixel (0, 0) ends at (1, 1).
   [[nodiscard]] osg::Vec2d toPixel(osg::Vec3d const& world) const;
@@ -81,6 +101,8 @@ class KELVANE_EXPORT View : public osg::Referenced {
  private:
   void frame(osg::BoundingBoxd const& bounds);
   void lookAt(osg::Vec3d const& eye, double metresPerPixel);
+  [[nodiscard]] osg::Vec3d eye() const;
+  void fitViewport();
 
   struct Data;
   std::unique_ptr<Data> own;

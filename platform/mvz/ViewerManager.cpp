@@ -49,12 +49,17 @@ osgEarth::MapNode* newMapNode() {
 }
 
 struct Nearest {
-  osg::Node* node;
-  double distance;
+  double tolerance;
+  osg::Node* node = nullptr;
+  int rank = 0;
+  double distance = 0;
 
-  void offer(osg::Node* candidate, double candidateDistance) {
-    if (candidateDistance > distance || (node != nullptr && candidateDistance == distance)) return;
+  void offer(osg::Node* candidate, int candidateRank, double candidateDistance) {
+    if (!(candidateDistance <= tolerance)) return;
+    bool const isBehind = candidateRank < rank || (candidateRank == rank && candidateDistance >= distance);
+    if (node != nullptr && isBehind) return;
     node = candidate;
+    rank = candidateRank;
     distance = candidateDistance;
   }
 };
@@ -162,15 +167,17 @@ std::vector<std::string> ViewerManager::getPickFeatureIDList(osgEarth::Layer* la
 
 osgEarth::AnnotationNode* ViewerManager::hit(View const& view, osg::Vec2d const& pixel, double tolerance) const {
   Lock const hold = lock();
-  Nearest place{nullptr, tolerance};
-  Nearest line{nullptr, tolerance};
+  Nearest place{tolerance};
+  Nearest line{tolerance};
   osgEarth::LayerVector layers;
   own->mapNode->getMap()->getLayers(layers);
   for (auto const& layer : layers) {
     osg::Group* const features = detail::featuresOf(layer.get());
+    auto const* const known = dynamic_cast<ILayer const*>(layer.get());
+    int const rank = known == nullptr ? 0 : known->hitRank();
     for (unsigned i = 0; features != nullptr && i < features->getNumChildren(); ++i) {
       std::vector<osg::Vec3d> const points = detail::pointsOf(*features->getChild(i));
-      (points.size() == 1 ? place : line).offer(features->getChild(i), distanceTo(view, points, pixel));
+      (points.size() == 1 ? place : line).offer(features->getChild(i), rank, distanceTo(view, points, pixel));
     }
   }
   return dynamic_cast<osgEarth::AnnotationNode*>(place.node != nullptr ? place.node : line.node);

@@ -51,7 +51,8 @@ class KELVANE_EXPORT ViewerManager : public osg::Referenced {
   /// All nodes that the user has picked, in the order of picking; a feature that has left the map is no longer picked.
   virtual std::vector<osg::Node*> getPickNodeList() const;
 
-  /// What a click at a pixel of a view hits: the nearest point within the tolerance, else the nearest line, else null.
+  /// What a click at a pixel of a view hits: a point within the tolerance, else a line, else null. Of several those of
+  /// the layers with the highest `ILayer::hitRank`, of these the nearest, of equals the one that was drawn first.
   osgEarth::AnnotationNode* hit(View const& view, osg::Vec2d const& pixel, double tolerance = kPickTolerance) const;
   void pick(osg::Node* node);  ///< adds to the picked ones and highlights; null and what is picked are passed over
   void clearPick();            ///< a feature that is highlighted by its id as well loses that highlight too

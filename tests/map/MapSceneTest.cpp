@@ -156,6 +156,28 @@ TEST_F(MapSceneTest, AClickHitsThePointBeforeTheLineBelowIt) {
   EXPECT_EQ(idAt(500090, 4000010), "nothing");
 }
 
+TEST_F(MapSceneTest, AClickHitsTheAdjustedPointBeforeAnApproximateOneThatIsNearer) {
+  // Three pixels apart, whichever was drawn first.
+  for (bool const adjustedFirst : {true, false}) {
+    auto const other = system.createProject();
+    system.setCurrentProject(other);
+    project->clearMapData();
+    MapScene& scene = *other->getOrCreateMapScene();
+    if (adjustedFirst) scene.getOrCreateLayer(FeatureDataType::CoordData);
+    view->fullMap(osg::BoundingBoxd(0, 0, 0, 100, 100, 0));
+    double const pixel = view->metresPerPixel();
+    other->setTraverseDataList({row("s", TraversePointType::StationPoint, 50, 50)});
+    other->setCoordinatePointList({point("c", "C", 50, 50 + 3 * pixel)});
+    other->build();
+    view->fullMap(osg::BoundingBoxd(0, 0, 0, 100, 100, 0));
+    auto const idAt = [this](double east) {
+      return test::infoOf(viewers->hit(*view, view->toPixel(osg::Vec3d(east, 50, 0))))[0];
+    };
+    EXPECT_EQ(idAt(50), "c");
+    EXPECT_EQ(idAt(50 - 6 * pixel), "s") << "the other one lies beyond the tolerance of 8 pixels";
+  }
+}
+
 TEST_F(MapSceneTest, FramingPutsTheLayersIntoEveryView) {
   osg::ref_ptr<mvz::View> const second = new mvz::View(300, 200);
   viewers->addView(second);

@@ -57,6 +57,28 @@ TEST_F(RenderedMap, IconsAndLinesStandWhereTheCoordinatesSay) {
   }
 }
 
+TEST_F(RenderedMap, IsTheSameOnADenseScreenWithTwiceThePixels) {
+  osg::Vec2d const station = at(4000000, 500000);
+  Picture const plain = picture();
+  offscreen->setDisplayScale(2);
+  EXPECT_EQ(at(4000000, 500000), station);
+  Picture const dense = picture();
+  ASSERT_TRUE(dense.image->s() == 1200 && dense.image->t() == 800);
+  // The triangle around the station's dot: four times its area, of which more than a half has the full colour (the rims
+  // of the small one are thick). With icons of the old size there would be as many pixels as before.
+  auto const count = [](Picture const& picture, osg::Vec2d const& place, int radius) {
+    int found = 0;
+    for (int y = -radius; y <= radius; ++y) {
+      for (int x = -radius; x <= radius; ++x)
+        found += picture.has(place + osg::Vec2d(x, y), 0, kStation, kSlack) ? 1 : 0;
+    }
+    return found;
+  };
+  int const before = count(plain, station, 16);
+  ASSERT_GT(before, 20);
+  EXPECT_GT(count(dense, station * 2, 32), 2 * before);
+}
+
 TEST_F(RenderedMap, PointsAreSeenAtAnyHeight) {
   for (double const height : {8848.0, -9999.9}) {  // the second stands for a height that is not known
     project->clearMapData();

@@ -4,6 +4,8 @@
 #include <mvz/detail/PlanScale.h>
 
 #include <limits>
+#include <osgUtil/UpdateVisitor>
+#include <osgViewer/GraphicsWindow>
 
 namespace {
 
@@ -85,6 +87,59 @@ TEST(View, KeepsCentreAndScaleWhenItsSizeChanges) {
   EXPECT_EQ(view->getHeight(), 1);
   EXPECT_NEAR(view->metresPerPixel(), pixel, 1e-12);
   EXPECT_LT((view->toWorld({150, 0.5}) - centre).length(), 1e-8);
+}
+
+TEST(View, KeepsSizeAndScaleWhateverAWindowMakesOfTheViewport) {
+  // A window that shrinks scales the viewport by the ratio of its sizes, also when the view has the new size already.
+  for (bool const viewFirst : {true, false}) {
+    SCOPED_TRACE(viewFirst);
+    osg::ref_ptr<mvz::View> const view = new mvz::View(800, 600);
+    view->setDisplayScale(1.5);
+    osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> const window =
+        new osgViewer::GraphicsWindowEmbedded(0, 0, 1200, 900);
+    view->getCamera()->setGraphicsContext(window);
+    view->fullMap(around(300, 200));
+    double const pixel = view->metresPerPixel();
+    osg::Vec3d const centre = view->toWorld({400, 300});
+    if (viewFirst) view->setSize(401, 200);
+    window->resized(0, 0, 602, 300);
+    if (!viewFirst) view->setSize(401, 200);
+    osgUtil::UpdateVisitor update;
+    view->getCamera()->getChild(0)->accept(update);
+    EXPECT_EQ(view->getCamera()->getViewport()->width(), 602);  // 601.5: the half pixel is drawn
+    EXPECT_EQ(view->getCamera()->getViewport()->height(), 300);
+    EXPECT_EQ(view->getWidth(), 401);
+    EXPECT_NEAR(view->metresPerPixel(), pixel, 1e-12);
+    EXPECT_LT((view->toWorld({200.5, 100}) - centre).length(), 1e-8);
+    view->getCamera()->setGraphicsContext(nullptr);
+  }
+}
+
+TEST(View, PansAndZoomsUnderTheMouse) {
+  osg::ref_ptr<mvz::View> const view = new mvz::View(801, 599);
+  view->fullMap(around(300, 200));
+  view->drawn();
+  osg::Vec2d const mouse(120, 431);
+  osg::Vec3d const under = view->toWorld(mouse);
+  double const pixel = view->metresPerPixel();
+  view->zoom(mouse, 2.5);
+  EXPECT_TRUE(view->needsRedraw());
+  EXPECT_NEAR(view->metresPerPixel(), pixel / 2.5, 1e-12);
+  EXPECT_LT((view->toPixel(under) - mouse).length(), 1e-6);  // 5e-10 m at 4,000,000 m, of pixels of 0.2 m
+  view->pan({30, -12.5});
+  EXPECT_LT((view->toPixel(under) - mouse - osg::Vec2d(30, -12.5)).length(), 1e-6);
+  EXPECT_NEAR(view->metresPerPixel(), pixel / 2.5, 1e-12);
+  // To the bounds and no farther, and what is no number is no gesture.
+  for (int i = 0; i < 200; ++i) view->zoom(mouse, 2);
+  EXPECT_NEAR(view->metresPerPixel(), mvz::View::kFinest, 1e-12);
+  for (int i = 0; i < 200; ++i) view->zoom(mouse, 0.5);
+  EXPECT_NEAR(view->metresPerPixel(), mvz::View::kCoarsest, 1e-6);
+  osg::Matrixd const before = view->getCamera()->getViewMatrix();
+  double const none = std::numeric_limits<double>::quiet_NaN();
+  for (double const factor : {0.0, -1.0, none, std::numeric_limits<double>::infinity()}) view->zoom(mouse, factor);
+  view->zoom({none, 0}, 2);
+  view->pan({0, none});
+  EXPECT_EQ(view->getCamera()->getViewMatrix(), before);
 }
 
 TEST(ScaleBar, IsTheLongestRoundLengthThatFits) {

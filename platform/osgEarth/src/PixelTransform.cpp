@@ -1,9 +1,12 @@
 #include "PixelTransform.h"
 
+#include <utils/detail/DisplayScale.h>
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
 #include <osg/Drawable>
+#include <osg/ValueObject>
 #include <osg/Viewport>
 #include <osgUtil/CullVisitor>
 #include <osgUtil/IntersectionVisitor>
@@ -27,7 +30,13 @@ std::optional<View> viewOf(osg::Matrixd const& matrix, osg::NodeVisitor* visitor
   if (auto* const cull = visitor->asCullVisitor()) {
     osg::Viewport const* const viewport = cull->getViewport();
     if (viewport == nullptr) return std::nullopt;
-    return View{matrix, osg::Matrixd(), *cull->getProjectionMatrix(), viewport->width() / 2, viewport->height() / 2};
+    double scale = 1;
+    if (osg::Camera const* const camera = cull->getCurrentCamera()) {
+      camera->getUserValue(utils::detail::kDisplayScale, scale);
+    }
+    double const pixels = 2 * scale;
+    return View{matrix, osg::Matrixd(), *cull->getProjectionMatrix(), viewport->width() / pixels,
+                viewport->height() / pixels};
   }
   auto* const pick = dynamic_cast<osgUtil::IntersectionVisitor*>(visitor);
   if (pick == nullptr || !pick->getViewMatrix() || !pick->getProjectionMatrix() || !pick->getWindowMatrix()) return {};
