@@ -13,6 +13,7 @@
 
 #include <mvz/CommonAnnotationLayer.h>
 #include <mvz/GeometryDataTool.h>
+#include <mvz/GraphicsState.h>
 #include <mvz/ILayer.h>
 #include <mvz/ISelectable.h>
 #include <mvz/OffscreenView.h>

@@ -57,6 +57,7 @@ void MapWidget::initializeGL() {
   viewer->setCamera(plan->getCamera());
   viewer->setSceneData(plan->getCamera()->getChild(0));
   viewer->realize();
+  mvz::prepareGraphicsState(*graphics->getState());  // what the shaders of osgEarth need, where it is installed
 }
 
 void MapWidget::closeGraphics() {

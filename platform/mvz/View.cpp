@@ -44,6 +44,10 @@ osg::ref_ptr<osg::Camera> planCamera() {
   return camera;
 }
 
+}  // namespace
+
+namespace detail {
+
 /// A graphics window that is resized scales the viewports of its cameras by the sizes that it had. The viewport that
 /// the view wants is back before the scene is culled for the next picture.
 class ViewportKeeper : public osg::Callback {
@@ -75,7 +79,7 @@ class ViewportKeeper : public osg::Callback {
   int height = 1;
 };
 
-}  // namespace
+}  // namespace detail
 
 struct KELVANE_PRIVATE View::Data {
   KELVANE_LATER_MEMBER
@@ -84,7 +88,7 @@ struct KELVANE_PRIVATE View::Data {
   double displayScale = 1;
   double magnification = 1;
   osg::ref_ptr<osg::Camera> camera;
-  osg::ref_ptr<ViewportKeeper> viewport;
+  osg::ref_ptr<detail::ViewportKeeper> viewport;
   osg::ref_ptr<detail::Decoration> decoration;
   osg::ref_ptr<osg::Group> root = new osg::Group;
   osg::ref_ptr<osg::Node> scene;
@@ -95,7 +99,7 @@ View::View(int width, int height) : own(std::make_unique<Data>()) {
   own->width = std::max(width, 1);
   own->height = std::max(height, 1);
   own->camera = planCamera();
-  own->viewport = new ViewportKeeper(own->camera);
+  own->viewport = new detail::ViewportKeeper(own->camera);
   fitViewport();
   own->root->addUpdateCallback(own->viewport);
   osg::StateSet* const state = own->root->getOrCreateStateSet();
