@@ -18,13 +18,27 @@ void addIds(std::vector<Record> const& records, Ids& ids) {
   for (Record const& record : records) ids.insert(record.id);
 }
 
-Ids idsOf(Project const& project) {
-  Ids ids;
-  addIds(project.getTraverseDataList(), ids);
-  addIds(project.getNetwork().lines, ids);
-  addIds(project.getCoordinatePointList(), ids);
-  return ids;
+template <typename Record>
+std::vector<std::string> idAt(std::vector<Record> const& records, int index) {
+  return {records.at(static_cast<std::size_t>(index)).id};
 }
+
+/// Of the record that a command has just put into its list.
+std::vector<std::string> addedBy(std::string const& name, Json::Value const& in, Project const& project) {
+  Json::Value const& data = in["data"];
+  if (name == "AddCoordinateDataCMD") return idAt(project.getCoordinatePointList(), data["Index"].asInt());
+  if (name == "AddNetworkDataCMD") return idAt(project.getNetwork().lines, data["index"].asInt());
+  if (name == "AddTraverseDataCMD") return idAt(project.getTraverseDataList(), data["index"].asInt());
+  return {};
+}
+
+/// Whether a command may make the lines of the network anew.
+bool mayGenerate(std::string const& name) {
+  return name == "RemoveTraverseDataCMD" || name == "ModifyTraverseDataCMD" || name == "SwitchTraverseDataCMD";
+}
+
+// Each keeps all records.
+constexpr std::size_t kMostUndone = 100;
 
 /// The ids that a data command names, as far as they are texts.
 std::vector<std::string> namedIds(Json::Value const& in) {
@@ -82,22 +96,21 @@ ExecRun::ExecRun(Session& opened, bool mayUndo) : session(opened), project(opene
 Json::Value ExecRun::run(Json::Value const& command) {
   std::string const name = command["name"].asString();
   bool const adds = name.rfind("Add", 0) == 0;
-  Ids const known = adds ? idsOf(project) : Ids();
   Json::Value result;
   Json::Value out;
-  result["ok"] = perform(name, command["in"], out);
+  bool const isDone = perform(name, command["in"], out);
+  result["ok"] = isDone;
   result["out"] = out;
   if (adds) {
     result["ids"] = Json::Value(Json::arrayValue);
-    for (std::string const& id : idsOf(project)) {
-      if (known.count(id) == 0) result["ids"].append(jsonText(id));
-    }
+    std::vector<std::string> const added = isDone ? addedBy(name, command["in"], project) : std::vector<std::string>();
+    for (std::string const& id : added) result["ids"].append(jsonText(id));
   }
   result["messages"] = session.messages().take();
   return result;
 }
 
-Json::Value ExecRun::perform(std::string const& name, Json::Value const& in, Json::Value& out) {
+bool ExecRun::perform(std::string const& name, Json::Value const& in, Json::Value& out) {
   if (name == "list") {
     out = list();
     return true;
@@ -124,10 +137,15 @@ bool ExecRun::openAnother(Json::Value const& in, Json::Value& out) {
 }
 
 bool ExecRun::edit(std::string const& name, Json::Value const& in, Json::Value& out) {
-  State state = keepsStates ? current() : State{{}, project.getNetwork(), {}};
+  State state;
+  if (keepsStates) {
+    state = current();
+  } else if (mayGenerate(name)) {
+    state.network = project.getNetwork();
+  }
   std::vector<std::string> const unknown = unknownIn(project, namedIds(in));
   bool const isDone = execute(name, in, out);
-  keepIds(state.network, project.getNetwork());
+  if (mayGenerate(name)) keepIds(state.network, project.getNetwork());
   for (std::string const& id : unknown) out["unknown"].append(id);
   if (!keepsStates) return isDone;
   // A file in the place of the rows is not taken back.
@@ -135,6 +153,7 @@ bool ExecRun::edit(std::string const& name, Json::Value const& in, Json::Value& 
     before.clear();
   } else if (isDone) {
     before.push_back(std::move(state));
+    if (before.size() > kMostUndone) before.erase(before.begin());
   }
   undone.clear();
   return isDone;

@@ -29,7 +29,7 @@ class ExecRun {
     std::vector<CoordinatePointInfo> coordinates;
   };
 
-  Json::Value perform(std::string const& name, Json::Value const& in, Json::Value& out);
+  bool perform(std::string const& name, Json::Value const& in, Json::Value& out);
   bool openAnother(Json::Value const& in, Json::Value& out);
   bool edit(std::string const& name, Json::Value const& in, Json::Value& out);
   bool execute(std::string const& name, Json::Value const& in, Json::Value& out);

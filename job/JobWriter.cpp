@@ -118,7 +118,9 @@ void writeJobInLocalText(Project& project, QString const& path) {
   QTemporaryDir const folder;
   QString const inUtf8 = folder.filePath("job.lqf");
   project.exportLQFFile(inUtf8);
-  std::string const local = localText(path, utils::readFile(inUtf8).bytes);
+  utils::FileBytes const written = utils::readFile(inUtf8);
+  if (!written.isWhole()) throw JobException(path, written.reason);
+  std::string const local = localText(path, written.bytes);
   detail::writeWhole(path, [&local](std::ostream& stream) { stream << local; });
 }
 
@@ -234,10 +236,11 @@ void saveNetwork(Project const& project, QString const& path) {
 class LentPoints {
  public:
   explicit LentPoints(Project& borrower) : project(borrower), own(borrower.getCoordinatePointList()) {
-    for (CoordinatePointInfo& point : project.getCoordinatePointList()) {
+    for (CoordinatePointInfo& point : own) {
       point.name = recordText(point.name).toStdString();
       point.signal = recordText(point.signal).toStdString();
     }
+    own.swap(project.getCoordinatePointList());  // at the end: want of memory before leaves the list as it was
   }
   LentPoints(LentPoints const&) = delete;
   LentPoints& operator=(LentPoints const&) = delete;
