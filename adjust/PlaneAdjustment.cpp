@@ -175,7 +175,27 @@ void PlaneAdjustment::Data::finish() {
   if (settings.weighsDownSuspects || settings.leavesOutSuspects) treatSuspects();
   findCommonControl();
   findTwins();
-  isAdjusted = true;
+  isAdjusted = settings.keepsSystem;
+  if (!settings.keepsSystem) keepResultsOnly();
+}
+
+/// Beside the results, what the host can ask for.
+void PlaneAdjustment::Data::keepResultsOnly() {
+  PlaneEngine rest;
+  rest.progress = std::move(engine.progress);
+  rest.unplacedPoints = std::move(engine.unplacedPoints);
+  rest.suspects = std::move(engine.suspects);
+  rest.looseMotions = std::move(engine.looseMotions);
+  rest.coincidentPoints = std::move(engine.coincidentPoints);
+  engine = std::move(rest);
+  numberOfPoint = {};
+  pointOfNumber = {};
+  directionOf = {};
+  setUpOfStation = {};
+  isLeftOut = {};
+  robustWeights = {};
+  datum = {};
+  datumPlaces = {};
 }
 
 /// Where the network does not settle so, the result is that without it.
@@ -213,6 +233,7 @@ void PlaneAdjustment::Data::number() {
   engine.hints.clear();
   engine.isDamped = false;
   engine.hasCommonOrientations = true;
+  engine.fitsByOrientations = true;
   engine.ownerDirections = &directionOf;
   engine.smallestMove = kSettledMove;
   engine.iterationLimit = settings.iterationLimit;
@@ -277,27 +298,31 @@ void PlaneAdjustment::Data::numberPoints() {
 
 void PlaneAdjustment::Data::numberDirections() {
   NumberedNetwork& numbered = engine.network;
-  std::vector<std::vector<std::size_t>> ofSetUp(network.setUps.size());
-  for (std::size_t d = 0; d < network.directions.size(); ++d) {
-    ofSetUp[index(network.directions[d].setUp)].push_back(d);
-  }
+  std::vector<int> setUps;
+  setUps.reserve(network.directions.size());
+  for (PlaneNetwork::Direction const& direction : network.directions) setUps.push_back(direction.setUp);
+  detail::NumberLists const ofSetUp(static_cast<int>(network.setUps.size()), setUps);
   engine.directionWeights.clear();
+  engine.directionWeights.reserve(setUps.size());
   directionOf.clear();
+  directionOf.reserve(setUps.size());
   setUpOfStation.clear();
   numbered.directionStart = {0};
+  numbered.directions.reserve(setUps.size());
   std::vector<double> errors;
+  errors.reserve(setUps.size());
   for (std::size_t s = 0; s < network.setUps.size(); ++s) {
-    if (ofSetUp[s].empty()) continue;
+    if (ofSetUp.of(static_cast<int>(s)).empty()) continue;
     auto const station = static_cast<int>(setUpOfStation.size());
     setUpOfStation.push_back(s);
     numbered.stationPoint.push_back(numberOfPoint[index(network.setUps[s].station)]);
-    for (std::size_t const d : ofSetUp[s]) {
-      PlaneNetwork::Direction const& direction = network.directions[d];
+    for (int const d : ofSetUp.of(static_cast<int>(s))) {
+      PlaneNetwork::Direction const& direction = network.directions[index(d)];
       numbered.directions.push_back(
           {station, numberOfPoint[index(direction.target)], direction.value, direction.error});
       double const seconds = direction.error * kSecondsPerRadian;
       engine.directionWeights.push_back(1.0 / (seconds * seconds));
-      directionOf.push_back(d);
+      directionOf.push_back(index(d));
       errors.push_back(direction.error);
     }
     numbered.directionStart.push_back(static_cast<int>(numbered.directions.size()));
@@ -307,7 +332,10 @@ void PlaneAdjustment::Data::numberDirections() {
 
 void PlaneAdjustment::Data::numberDistances() {
   engine.lineWeights.clear();
+  engine.lineWeights.reserve(network.distances.size());
+  engine.network.lines.reserve(network.distances.size());
   std::vector<double> errors;
+  errors.reserve(network.distances.size());
   for (PlaneNetwork::Distance const& d : network.distances) {
     engine.network.lines.push_back({numberOfPoint[index(d.from)], numberOfPoint[index(d.to)], d.value, d.error});
     engine.lineWeights.push_back(1.0 / (d.error * d.error));

@@ -46,6 +46,9 @@ struct PlaneSettings {
   /// the redundancy, any other counts as one. What nothing checks keeps its weight. Where the network does not settle
   /// so, the result is that of full weights, which a `Warning` tells; the same of `leavesOutSuspects`.
   bool weighsDownSuspects = false;
+  /// Whether what `adjustAgain` needs stays, the factor of the normal equations above all. Without it a large network
+  /// takes half of the memory at its peak and less afterwards; `adjustAgain` is then `adjust`.
+  bool keepsSystem = true;
 };
 
 /// One adjusted observation. Angles in radians, lengths in metres, as in the network.

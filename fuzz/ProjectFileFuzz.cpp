@@ -42,8 +42,12 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t siz
   file.write(std::string(reinterpret_cast<char const*>(bytes), size));
   kvn::Project first;
   first.getNetwork().lines.emplace_back().start_name = "old";
+  QString const version = first.getVersion();
   if (!read(first, file.path)) {
-    fuzz::require(first.isEmpty(), "a project is reset where its file cannot be read");
+    // What is refused before it is parsed changes nothing.
+    auto const& lines = first.getNetwork().lines;
+    bool const isUntouched = lines.size() == 1 && lines[0].start_name == "old" && first.getVersion() == version;
+    fuzz::require(isUntouched || first.isEmpty(), "a project is reset, or as it was, where its file cannot be read");
     return 0;
   }
   first.saveAs(file.path);

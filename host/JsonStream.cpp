@@ -9,7 +9,9 @@ namespace kvn::host {
 namespace {
 
 constexpr std::size_t kPiece = 1 << 16;
-constexpr int kDigits = 17;
+// Beyond these, powers of ten are shorter and easier to read.
+constexpr double kSmallest = 1e-5;
+constexpr double kLargest = 1e16;
 
 /// Nothing in it that a JSON string would escape.
 bool isPlain(std::string const& bytes) {
@@ -84,9 +86,11 @@ void JsonStream::number(double value) {
     pending += "null";
     return;
   }
-  std::array<char, 32> digits{};
-  auto const last =
-      std::to_chars(digits.data(), digits.data() + digits.size(), value + 0.0, std::chars_format::general, kDigits);
+  std::array<char, 32> digits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
+  double const size = std::abs(value);
+  bool const isPlainNumber = size == 0.0 || (size >= kSmallest && size < kLargest);
+  auto const last = std::to_chars(digits.data(), digits.data() + digits.size(), value + 0.0,
+                                  isPlainNumber ? std::chars_format::fixed : std::chars_format::scientific);
   std::string_view const text(digits.data(), static_cast<std::size_t>(last.ptr - digits.data()));
   pending += text;
   // So that a reader takes a whole value for a real number too.

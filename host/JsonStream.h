@@ -32,7 +32,8 @@ class JsonStream {
   void endArray() { end('[', ']'); }
 
   JsonStream& member(std::string_view name);
-  void number(double value);                  ///< 17 significant digits; null for what is not finite
+  /// The shortest digits that give the same double back, at most 17; null for what is not finite.
+  void number(double value);
   void number(int value);                     ///< a whole number
   void truth(bool value);                     ///< true or false
   void text(std::string const& bytes);        ///< of a record, as `jsonText`

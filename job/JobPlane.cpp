@@ -254,6 +254,7 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
   settings.confidence = options.confidence;
   settings.leavesOutSuspects = options.leavesOutSuspects;
   settings.weighsDownSuspects = options.weighsDownSuspects;
+  settings.keepsSystem = false;  // every run has options of its own
   return settings;
 }
 

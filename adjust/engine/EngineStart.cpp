@@ -3,6 +3,7 @@
 #include "adjust/input/Missing.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/GrossErrors.h"
+#include "adjust/start/OrientedFit.h"
 #include "adjust/start/StartSearch.h"
 #include "adjust/start/UnplacedReasons.h"
 
@@ -38,7 +39,13 @@ std::vector<PolarSight> PlaneEngine::polarSights() const {
 std::vector<Place> const& PlaneEngine::fitted() {
   if (fittedPlaces.empty()) {
     tellProgress(AdjustProgress::Start);
-    fittedPlaces = polarFit(placesOf(xy), network.known, network.stations(), polarSights(), eliminationOrder(), poll);
+    std::vector<PolarSight> const sights = polarSights();
+    if (fitsByOrientations) {
+      fittedPlaces = orientedFit(placesOf(xy), network.known, network.stations(), sights, eliminationOrder(), poll);
+    }
+    if (fittedPlaces.empty()) {
+      fittedPlaces = polarFit(placesOf(xy), network.known, network.stations(), sights, eliminationOrder(), poll);
+    }
   }
   return fittedPlaces;
 }

@@ -103,6 +103,7 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
 
   // Results.
   void takeResults();
+  void keepResultsOnly();
   void takeUnitError();
   void takePoints();
   void takeObservations();

@@ -67,6 +67,9 @@ class PlaneEngine {
   /// Directions are compared with the orientation on which most of their station agree, and not with the first one: a
   /// gross direction is then off by itself alone.
   bool hasCommonOrientations = false;
+  /// The start is looked for by orientations first, which is faster. It lies elsewhere by millimetres, and so does, by
+  /// less, what a calculator with a loose stopping rule gives.
+  bool fitsByOrientations = false;
 
   Poll poll;  ///< called again and again in long work; may throw to end it
   AdjustProgressCall progress;

@@ -45,10 +45,11 @@ void PlaneAdjustment::Data::takeResults() {
   }
   takeUnitError();
   takePoints();
+  findUnchecked();
+  if (!settings.keepsSystem) engine.normals->forgetFactor();
   takeObservations();
   takeKinds();
   takeOrientations();
-  findUnchecked();
 }
 
 void PlaneAdjustment::Data::takeUnitError() {
@@ -266,14 +267,18 @@ void PlaneAdjustment::Data::findUnchecked() {
   std::mt19937 random(1);
   std::vector<double> right(index(engine.unknowns()), 0.0);
   bool hasUnchecked = false;
+  Effort effort(engine.poll);
   double a[5];
   int at[5];
   std::size_t const directions = engine.network.directions.size();
   for (std::size_t i = 0; i < directions + engine.network.lines.size(); ++i) {
-    if (resultOf(i).redundancy >= kUncheckedRedundancy) continue;
-    hasUnchecked = true;
+    effort.step();
     int const count = engine.solvedFactors(i, a, at);
-    double const size = (1.0 + static_cast<double>(random()) / 4294967296.0) / scaledErrorOf(i);
+    double const error = scaledErrorOf(i);
+    double const share = weightOf(i) * engine.cofactor(a, at, count) / (error * error);
+    if (1.0 - share >= kUncheckedRedundancy) continue;
+    hasUnchecked = true;
+    double const size = (1.0 + static_cast<double>(random()) / 4294967296.0) / error;
     for (int r = 0; r < count; ++r) right[index(at[r])] += size * a[r];
   }
   if (!hasUnchecked) return;

@@ -59,6 +59,7 @@ void PlaneAdjustment::Data::findAlternatives() {
   std::size_t const directions = engine.network.directions.size();
   std::size_t const count = directions + engine.network.lines.size();
   QStringList told;
+  if (!engine.suspectNumbers.empty()) engine.normals->needFactor(engine.poll);
   for (std::size_t s = 0; s < engine.suspectNumbers.size(); ++s) {
     auto const suspect = static_cast<std::size_t>(engine.suspectNumbers[s]);
     if (isLeftOut[suspect]) continue;

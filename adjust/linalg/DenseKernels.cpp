@@ -28,6 +28,7 @@ class Product {
  public:
   Product(double scale, ConstView const& left, ConstView const& right, double* result, std::size_t stride, Region part)
       : function(tileFunction()),
+        tileRows(mostTileRows()),
         alpha(scale),
         a(left),
         b(right),
@@ -109,10 +110,11 @@ class Product {
     tile.columns = static_cast<int>(width);
     double* const cColumn = c + steps(block.column + j, cStride) + block.row;
     std::size_t const aStep = packsA ? depth : 1;
-    for (std::size_t i = firstTile(block, j); i < block.rows; i += kTileRows) {
+    tile.aLowerStep = static_cast<std::ptrdiff_t>(kTileRows * aStep);
+    for (std::size_t i = firstTile(block, j); i < block.rows; i += tileRows) {
       tile.a = blockOfA + i * aStep;
       tile.c = cColumn + i;
-      tile.rows = static_cast<int>(std::min(kTileRows, block.rows - i));
+      tile.rows = static_cast<int>(std::min(tileRows, block.rows - i));
       function(tile);
     }
   }
@@ -124,6 +126,7 @@ class Product {
   }
 
   TileFunction function;
+  std::size_t tileRows;
   double alpha;
   ConstView a;
   ConstView b;
@@ -146,5 +149,6 @@ void addProduct(std::size_t m, std::size_t n, std::size_t k, double alpha, Const
 }
 
 bool useVectorInstructions(bool wanted) { return wantVectorTiles(wanted); }
+bool useLongVectorInstructions(bool wanted) { return wantLongVectorTiles(wanted); }
 
 }  // namespace kvn::detail

@@ -38,5 +38,7 @@ void addProduct(std::size_t m, std::size_t n, std::size_t k, double alpha, Const
 ///
 /// @return whether they were in use before.
 bool useVectorInstructions(bool wanted);
+/// The same of those with 512 bits (AVX-512) in the place of 256; they give the same to the last bit.
+bool useLongVectorInstructions(bool wanted);
 
 }  // namespace kvn::detail

@@ -4,6 +4,7 @@
 
 #if defined(__GNUC__) && defined(__x86_64__)
 #define KELVANE_AVX2 __attribute__((target("avx2,fma")))
+#define KELVANE_AVX512 __attribute__((target("avx512f")))
 // Loops over the registers of a tile: only unrolled early do their sums stay in registers.
 #if defined(__clang__)
 #define KELVANE_UNROLL _Pragma("unroll")
@@ -142,20 +143,91 @@ void vectorTileOfAnySize(Tile const& t) {
   return kByColumns<1, true>[column](t);
 }
 
+constexpr std::ptrdiff_t kLongLanes = 8;
+static_assert(kTileRows == std::size_t{kLongLanes});
+
+/// The same with vectors of 8, tiles of up to 8 * Vectors rows. The last vector may be partly filled: masks cost
+/// nothing here.
+template <int Vectors, int Columns>
+KELVANE_AVX512 void longVectorTile(Tile const& t) {
+  int const lastLanes = t.rows - static_cast<int>((Vectors - 1) * kLongLanes);
+  auto const lastMask = static_cast<__mmask8>((1U << static_cast<unsigned>(lastLanes)) - 1U);
+  __m512d const alpha = _mm512_set1_pd(t.alpha);
+  bool const intoC = sumsIntoC(t.alpha);
+  __m512d sum[Columns][Vectors];
+  KELVANE_UNROLL
+  for (int j = 0; j < Columns; ++j) {
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      __mmask8 const mask = v == Vectors - 1 ? lastMask : __mmask8{0xff};
+      double const* const c = columnOfC(t, j) + v * kLongLanes;
+      sum[j][v] = intoC ? _mm512_mul_pd(alpha, _mm512_maskz_loadu_pd(mask, c)) : _mm512_setzero_pd();
+    }
+  }
+  double const* a = t.a;
+  double const* b = t.b;
+  std::ptrdiff_t const aStep = t.aColumnStep;
+  std::ptrdiff_t const aLower = t.aLowerStep;
+  std::ptrdiff_t const bStep = t.bRowStep;
+  std::ptrdiff_t const bColumn = t.bColumnStep;
+  for (std::size_t p = t.depth; p > 0; --p, a += aStep, b += bStep) {
+    __m512d rows[Vectors];
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      rows[v] = v == Vectors - 1 ? _mm512_maskz_loadu_pd(lastMask, a + v * aLower) : _mm512_loadu_pd(a + v * aLower);
+    }
+    KELVANE_UNROLL
+    for (int j = 0; j < Columns; ++j) {
+      __m512d const factor = _mm512_set1_pd(b[j * bColumn]);
+      KELVANE_UNROLL
+      for (int v = 0; v < Vectors; ++v) sum[j][v] = _mm512_fmadd_pd(rows[v], factor, sum[j][v]);
+    }
+  }
+  KELVANE_UNROLL
+  for (int j = 0; j < Columns; ++j) {
+    KELVANE_UNROLL
+    for (int v = 0; v < Vectors; ++v) {
+      __mmask8 const mask = v == Vectors - 1 ? lastMask : __mmask8{0xff};
+      double* const c = columnOfC(t, j) + v * kLongLanes;
+      __m512d result = _mm512_mul_pd(alpha, sum[j][v]);
+      if (!intoC) result = _mm512_add_pd(_mm512_maskz_loadu_pd(mask, c), result);
+      _mm512_mask_storeu_pd(c, mask, result);
+    }
+  }
+}
+
+template <int Vectors>
+constexpr TileFunction kLongByColumns[kTileColumns] = {
+    longVectorTile<Vectors, 1>, longVectorTile<Vectors, 2>, longVectorTile<Vectors, 3>,
+    longVectorTile<Vectors, 4>, longVectorTile<Vectors, 5>, longVectorTile<Vectors, 6>,
+};
+
+void longVectorTileOfAnySize(Tile const& t) {
+  auto const column = static_cast<std::size_t>(t.columns - 1);
+  (t.rows > kLongLanes ? kLongByColumns<2> : kLongByColumns<1>)[column](t);
+}
+
 bool processorHasVectors() {
   __builtin_cpu_init();
   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
 }
 
+bool processorHasLongVectors() { return processorHasVectors() && __builtin_cpu_supports("avx512f"); }
+
 TileFunction const kFastest = processorHasVectors() ? vectorTileOfAnySize : plainTile;
+TileFunction const kLongest = processorHasLongVectors() ? longVectorTileOfAnySize : kFastest;
+bool const kHasLong = processorHasLongVectors();
 
 #else
 
 constexpr TileFunction kFastest = plainTile;
+constexpr TileFunction kLongest = plainTile;
+constexpr bool kHasLong = false;
 
 #endif
 
 std::atomic<bool> vectorsWanted{true};
+std::atomic<bool> longVectorsWanted{true};
 
 template <std::size_t Width>
 void packStripOf(double* to, std::size_t step, double const* from, std::ptrdiff_t lineStride, std::size_t depth,
@@ -171,7 +243,18 @@ constexpr PackFunction kPackByWidth[kTileRows] = {packStripOf<1>, packStripOf<2>
 
 }  // namespace
 
-TileFunction tileFunction() { return vectorsWanted.load(std::memory_order_relaxed) ? kFastest : plainTile; }
+TileFunction tileFunction() {
+  if (!vectorsWanted.load(std::memory_order_relaxed)) return plainTile;
+  return longVectorsWanted.load(std::memory_order_relaxed) ? kLongest : kFastest;
+}
+
+std::size_t mostTileRows() {
+  bool const isLong =
+      kHasLong && vectorsWanted.load(std::memory_order_relaxed) && longVectorsWanted.load(std::memory_order_relaxed);
+  return isLong ? 2 * kTileRows : kTileRows;
+}
+
+bool wantLongVectorTiles(bool wanted) { return longVectorsWanted.exchange(wanted); }
 
 bool wantVectorTiles(bool wanted) { return vectorsWanted.exchange(wanted); }
 

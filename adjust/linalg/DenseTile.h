@@ -9,7 +9,8 @@
 namespace kvn::detail {
 
 // The product is cut into tiles of 8 x 6 elements of C, which fill 12 of the 16 vector registers and leave room for two
-// vectors of A and one element of B.
+// vectors of A and one element of B. Where registers are twice as long and twice as many, two tiles one below the other
+// go at once.
 inline constexpr std::size_t kTileRows = 8;
 inline constexpr std::size_t kTileColumns = 6;
 
@@ -17,8 +18,9 @@ inline constexpr std::size_t kTileColumns = 6;
 struct Tile {
   std::size_t depth;
   double alpha;
-  double const* a;  ///< rows stand one behind the other
+  double const* a;  ///< up to 8 rows stand one behind the other
   std::ptrdiff_t aColumnStep;
+  std::ptrdiff_t aLowerStep;  ///< from a to the rows from 8 on, where there are more
   double const* b;
   std::ptrdiff_t bRowStep;
   std::ptrdiff_t bColumnStep;
@@ -33,9 +35,13 @@ using TileFunction = void (*)(Tile const&);
 
 /// What computes tiles of up to 8 x 6 elements now: with vector instructions or without.
 TileFunction tileFunction();
+/// Rows of the largest tile that it takes: 8 or 16.
+std::size_t mostTileRows();
 
 /// Switches the vector instructions on or off where there are any; whether they were wanted before.
 bool wantVectorTiles(bool wanted);
+/// The same of those with 512 bits.
+bool wantLongVectorTiles(bool wanted);
 
 /// Copies a strip of `width` lines (rows of A, columns of B; at most 8) so that it reads straight through: for each
 /// step along the depth the lines of the strip one behind the other, `step` apart.

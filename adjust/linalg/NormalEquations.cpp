@@ -95,6 +95,11 @@ class SparseSystem : public NormalEquations {
     return b;
   }
 
+  void forgetFactor() override { cholesky.forgetFactor(); }
+  void needFactor(Poll const& poll) override {
+    if (isFactored && !cholesky.hasFactor()) factor(poll);
+  }
+
   void block(int const* at, int count, double* q) const override { cholesky.block(at, count, q); }
 
   bool invert(Poll const& poll) override {

@@ -51,6 +51,10 @@ class NormalEquations {
   std::vector<double> solution(Poll const& poll = {}) const { return solved(right, poll); }
   /// Q b, after `factor`.
   virtual std::vector<double> solved(std::vector<double> b, Poll const& poll = {}) const = 0;
+  /// Gives back what only `solved` needs, which is most of the memory, until `needFactor` brings it again: that takes a
+  /// factorisation where something was given back.
+  virtual void forgetFactor() {}
+  virtual void needFactor(Poll const& /*poll*/) {}
   /// Makes `inverse` known. False for a system that turns out to be singular.
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.

@@ -404,6 +404,8 @@ void SparseCholesky::invert(Poll const& poll) {
     }
     if (hasChildren[index(f)]) path.push_back(std::move(next));
   }
+  triangle = {};
+  ratio = {};
 }
 
 /// Z_RR out of the parent's Z.

@@ -56,6 +56,10 @@ class SparseCholesky {
   std::vector<double> pivots() const;
   double diagonal(int unknown) const;
 
+  /// Gives the memory of the factor back. N and the elements of the inverse stay; `factor` brings it again.
+  void forgetFactor() { l.reset(); }
+  bool hasFactor() const { return l != nullptr; }
+
   /// Solves N x = b in place. After `factor`.
   void solve(std::vector<double>& x, Poll const& poll = {}) const;
   /// Random vectors of the (numerical) null space of N; determined unknowns are 0 in them. Free are the pivots

@@ -43,17 +43,25 @@ struct Stored {
   }
 };
 
-/// Every test runs both ways; where the processor has no vector instructions both are the plain one.
-class DenseProduct : public testing::TestWithParam<bool> {
+/// Every test runs all ways, with vectors of 0, 256 and 512 bits; where the processor has no such instructions it is
+/// the next one that it has.
+class DenseProduct : public testing::TestWithParam<int> {
  protected:
-  void SetUp() override { before = kvn::detail::useVectorInstructions(GetParam()); }
-  void TearDown() override { kvn::detail::useVectorInstructions(before); }
+  void SetUp() override {
+    before = kvn::detail::useVectorInstructions(GetParam() > 0);
+    longBefore = kvn::detail::useLongVectorInstructions(GetParam() > 256);
+  }
+  void TearDown() override {
+    kvn::detail::useVectorInstructions(before);
+    kvn::detail::useLongVectorInstructions(longBefore);
+  }
 
  private:
   bool before = true;
+  bool longBefore = true;
 };
 
-INSTANTIATE_TEST_SUITE_P(PlainAndVector, DenseProduct, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(PlainAndVector, DenseProduct, testing::Values(0, 256, 512));
 
 struct Shape {
   std::size_t m, n, k;
@@ -105,6 +113,24 @@ TEST_P(DenseProduct, IsTheTripleLoopForEverySizeAndLayout) {
       Region const region = (i + std::size_t(layouts)) % 2 == 0 ? Region::All : Region::Lower;
       expectTripleLoop(shapes[i], layouts / 4, layouts % 4, alphas[(i + std::size_t(layouts) / 2) % 3], region, random);
     }
+  }
+}
+
+TEST(DenseVectors, GiveTheSameToTheLastBitWhateverTheirLength) {
+  std::mt19937 random(7);
+  std::normal_distribution<double> normal;
+  for (Shape const& s : {Shape{100, 50, 300}, {7, 13, 31}, {17, 6, 5}, {300, 40, 3}}) {
+    Stored const a(s.m, s.k, 0, [&] { return normal(random); });
+    Stored const b(s.k, s.n, 2, [&] { return normal(random); });
+    std::vector<double> results[2];
+    for (bool const isLong : {false, true}) {
+      bool const before = kvn::detail::useLongVectorInstructions(isLong);
+      std::vector<double>& c = results[isLong ? 1 : 0];
+      c.assign(s.m * s.n, 0.3);
+      addProduct(s.m, s.n, s.k, -1.0, a.view, b.view, c.data(), s.m);
+      kvn::detail::useLongVectorInstructions(before);
+    }
+    EXPECT_EQ(results[0], results[1]);
   }
 }
 

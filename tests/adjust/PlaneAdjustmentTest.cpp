@@ -381,6 +381,52 @@ TEST(PlaneAdjustments, TakeObservationsOutAndPutThemBack) {
   }
 }
 
+// The factor is given back before the tests of known points and of alternatives, which make it again.
+TEST(PlaneAdjustments, GiveTheSameWhenTheirSystemDoesNotStay) {
+  enum Treatment { None, LeaveOut, Robust };
+  for (auto const datum : {kvn::PlaneSettings::Datum::Known, kvn::PlaneSettings::Datum::Free}) {
+    for (Treatment const treatment : {None, LeaveOut, Robust}) {
+      for (int const sparseFrom : {1, 1000}) {
+        Site const site = makeSite(9, 3, 101);
+        std::mt19937 random(104);
+        kvn::PlaneNetwork network = disturbed(site.network, random);
+        network.distances[20].value += 0.1;
+        network.points[2].x += 0.05;  // a known one
+        kvn::PlaneSettings settings;
+        settings.datum = datum;
+        settings.sparseFrom = sparseFrom;
+        settings.leavesOutSuspects = treatment == LeaveOut;
+        settings.weighsDownSuspects = treatment == Robust;
+        kvn::PlaneAdjustment keeping(network, settings);
+        kvn::PlaneResult const expected = keeping.adjust();
+        settings.keepsSystem = false;
+        kvn::PlaneAdjustment adjustment(network, settings);
+        auto const expectSame = [&](kvn::PlaneResult const& result) {
+          ASSERT_EQ(result.control.size(), expected.control.size());
+          for (std::size_t c = 0; c < expected.control.size(); ++c) {
+            EXPECT_EQ(result.control[c].north, expected.control[c].north);
+            EXPECT_EQ(result.control[c].reduction, expected.control[c].reduction);
+          }
+          EXPECT_EQ(result.alternatives.size(), expected.alternatives.size());
+          EXPECT_EQ(result.suspectedControl, expected.suspectedControl);
+          EXPECT_EQ(result.leftOut.size(), expected.leftOut.size());
+          EXPECT_EQ(adjustment.suspects().size(), keeping.suspects().size());
+          for (std::size_t p = 0; p < expected.points.size(); ++p) {
+            EXPECT_EQ(result.points[p].x, expected.points[p].x);
+            EXPECT_EQ(result.points[p].mp, expected.points[p].mp);
+            EXPECT_EQ(result.points[p].isChecked, expected.points[p].isChecked);
+          }
+          for (std::size_t d = 0; d < expected.distances.size(); ++d) {
+            EXPECT_EQ(result.distances[d].redundancy, expected.distances[d].redundancy);
+          }
+        };
+        expectSame(adjustment.adjust());
+        expectSame(adjustment.adjustAgain());
+      }
+    }
+  }
+}
+
 TEST(PlaneAdjustments, NameWhatNoResidualTellsApart) {
   // A set-up with two directions has one angle: an error of one looks like an error of the other.
   kvn::PlaneNetwork network = makeSite(6, 3, 105).network;
