@@ -14,6 +14,10 @@ if(TARGET kvn_osgearth_standin)
   target_include_directories(kelvane PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform/osgEarth/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform/osgEarth/include>)
+  # For hosts, which may know another osgEarth: mvz/MapLibrary.h compares.
+  target_compile_definitions(kelvane INTERFACE
+    $<INSTALL_INTERFACE:KELVANE_HAS_OSGEARTH_STANDIN>
+    $<$<NOT:$<BOOL:${PROJECT_IS_TOP_LEVEL}>>:$<BUILD_INTERFACE:KELVANE_HAS_OSGEARTH_STANDIN>>)
 else()
   target_link_libraries(kelvane PUBLIC osgEarth::osgEarth)
 endif()
