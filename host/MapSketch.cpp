@@ -223,7 +223,7 @@ std::vector<std::pair<QString, std::function<void(double, double)>>> MapSketch::
 }
 
 /// Of a text, in heights of its letters, roughly: Chinese signs are as wide as high.
-double widthOf(QString const& text) {
+double widthOfWords(QString const& text) {
   double width = 0.0;
   for (QChar const sign : text) width += sign.unicode() < 0x2E80 ? 0.62 : 1.05;
   return width;
@@ -235,7 +235,7 @@ void MapSketch::drawLegend() {
   double x = left;
   double y = height - 22.0 - kRow;
   for (auto const& [words, drawSymbol] : legend()) {
-    double const wide = kSample + 34.0 + kTextSize * widthOf(words);
+    double const wide = kSample + 34.0 + kTextSize * widthOfWords(words);
     if (x > left && x + wide > width) {
       x = left;
       y += kRow;
