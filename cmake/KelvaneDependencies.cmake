@@ -1,7 +1,7 @@
-# The libraries that Kelvane's headers and targets name, as targets of its own: Kelvane::jsoncpp and Kelvane::OpenSceneGraph.
-# The build and the installed package read this file, so that what is exported names them and no path of the machine that it
-# was built on. Everything happens in functions: a host keeps its own variables, such as OPENSCENEGRAPH_LIBRARIES of its own
-# components.
+# The libraries that Kelvane's headers and targets name, as targets of its own: Kelvane::jsoncpp, Kelvane::OpenSceneGraph, and
+# Kelvane::osgEarth where that library is used in the place of the stand-in. The build and the installed package read this file,
+# so that what is exported names them and no path of the machine that it was built on. Everything happens in functions: a host
+# keeps its own variables, such as OPENSCENEGRAPH_LIBRARIES of its own components.
 
 # jsoncpp by its files. Debian's package file of version 1.9.5 makes JsonCpp::JsonCpp without looking whether it is there, and
 # whoever reads it a second time fails; so it is left to the host, before or behind us.
@@ -53,4 +53,17 @@ function(kelvane_find_openscenegraph)
     target_include_directories(Kelvane::OpenSceneGraph INTERFACE ${OPENSCENEGRAPH_INCLUDE_DIRS})
     target_link_libraries(Kelvane::OpenSceneGraph INTERFACE ${OPENSCENEGRAPH_LIBRARIES})
   endif()
+endfunction()
+
+# Behind find_package(osgEarth). Up to version 3.6 the library's target has no namespace.
+function(kelvane_use_osgearth)
+  if(TARGET Kelvane::osgEarth)
+    return()
+  endif()
+  kelvane_first_target(found osgEarth::osgEarth osgEarth)
+  if(NOT found)
+    message(FATAL_ERROR "The package of osgEarth that was found has no target osgEarth::osgEarth or osgEarth")
+  endif()
+  add_library(Kelvane::osgEarth INTERFACE IMPORTED GLOBAL)
+  target_link_libraries(Kelvane::osgEarth INTERFACE ${found})
 endfunction()

@@ -14,8 +14,12 @@ if(TARGET kvn_osgearth_standin)
   target_include_directories(kelvane PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform/osgEarth/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kelvane/platform/osgEarth/include>)
+  # For hosts, which may know another osgEarth: mvz/MapLibrary.h compares.
+  target_compile_definitions(kelvane INTERFACE
+    $<INSTALL_INTERFACE:KELVANE_HAS_OSGEARTH_STANDIN>
+    $<$<NOT:$<BOOL:${PROJECT_IS_TOP_LEVEL}>>:$<BUILD_INTERFACE:KELVANE_HAS_OSGEARTH_STANDIN>>)
 else()
-  target_link_libraries(kelvane PUBLIC osgEarth::osgEarth)
+  target_link_libraries(kelvane PUBLIC Kelvane::osgEarth)
 endif()
 target_sources(kelvane PRIVATE ${layers})
 set(public_libraries Qt5::Core Kelvane::jsoncpp tinyxml2::tinyxml2 Kelvane::OpenSceneGraph)
@@ -61,5 +65,5 @@ add_library(kelvane_internal INTERFACE)
 target_sources(kelvane_internal INTERFACE $<TARGET_OBJECTS:kelvane> ${layers})
 target_link_libraries(kelvane_internal INTERFACE kelvane_headers METIS::METIS ${CMAKE_DL_LIBS})
 if(NOT TARGET kvn_osgearth_standin)
-  target_link_libraries(kelvane_headers INTERFACE osgEarth::osgEarth)
+  target_link_libraries(kelvane_headers INTERFACE Kelvane::osgEarth)
 endif()

@@ -99,6 +99,13 @@ void tellMissingIcons() {
   }
 }
 
+void tellMissingFont() {
+  if (SketchDataTool::canShow(System::tr("known point"))) return;
+  System::Instance()->sendMessage(System::tr("No font with Chinese signs was found (package fonts-wqy-microhei, or a "
+                                             "file that KELVANE_FONT names): the words of the picture are English"),
+                                  Warning);
+}
+
 /// In the local 8-bit encoding; a name that it cannot hold stays as it is, since two of them could become one.
 std::string localName(std::string const& name) {
   QString const text = textOf(name);
@@ -230,6 +237,7 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   viewers->addView(view);
   System::Instance()->setMvzViewerManager(viewers);
   tellMissingIcons();
+  tellMissingFont();
   session.open(options.file);
   session.job().requireNoError(Job::FileText | Job::FieldReduced);
   SiteDrawing const drawing = adjustedDrawing(session, options);
@@ -279,6 +287,7 @@ bool drawVectors(Session& session, MapOptions const& options, Drawn& drawn) {
   exchange.svg.width = options.width;
   exchange.svg.height = options.height;
   exchange.svg.title = options.title.toStdString();
+  exchange.svg.words = translatedMapWord;
   exchange.svg.ellipseScale = options.ellipseScale.value_or(0.0);
   if (!options.hasEllipses) exchange.svg.ellipses = SvgOptions::Ellipses::None;
   return save(session, options.outFile, [&](Session&, QString const& path) { writeExchange(path, drawing, exchange); });

@@ -39,7 +39,8 @@ class MapSketch {
         tool(&scene),
         magnification(mapView.magnification()),
         width(view.getWidth() / magnification),
-        height(view.getHeight() / magnification) {}
+        height(view.getHeight() / magnification),
+        isTranslated(SketchDataTool::canShow(System::tr("known point"))) {}
 
   void draw() {
     drawGrid();
@@ -61,6 +62,9 @@ class MapSketch {
   double metres(double pixels) const { return pixels * magnification * view.metresPerPixel(); }
   Look look(unsigned colour, double size) const { return {colour, static_cast<float>(size * magnification)}; }
 
+  /// A word of the picture, in English where no font has the signs of its translation.
+  QString word(char const* english) const { return isTranslated ? System::tr(english) : QString(english); }
+
   void drawGrid();
   void drawLines();
   void drawEllipses();
@@ -77,6 +81,7 @@ class MapSketch {
   double magnification;
   double width;  ///< of the picture on a screen, pixels
   double height;
+  bool isTranslated;
   double scale = 0.0;  ///< of the ellipses; 0 where none is drawn
   bool hasKnown = false;
 };
@@ -169,8 +174,9 @@ void MapSketch::drawTitle() {
   if (!title.isEmpty()) tool.drawText(at(14.0, 20.0), printable(title).left(60), look(kInk, kTitleSize));
   if (scale <= 0.0) return;
   bool const isConfidence = drawing.confidenceFactor > 0.0;
-  QString const kind =
-      isConfidence ? QString("Confidence ellipses %1 %").arg(100.0 * drawing.confidence) : "Standard error ellipses";
+  QString kind = word(isConfidence ? QT_TRANSLATE_NOOP("kvn::System", "Confidence ellipses")
+                                   : QT_TRANSLATE_NOOP("kvn::System", "Standard error ellipses"));
+  if (isConfidence) kind += QString(" %1 %").arg(100.0 * drawing.confidence);
   tool.drawText(at(14.0, 41.0), kind + QString::fromUtf8(" \xC3\x97 %1").arg(scale, 0, 'g', 6),
                 look(kEllipseColour, kTextSize));
 }
@@ -184,35 +190,43 @@ std::vector<std::pair<QString, std::function<void(double, double)>>> MapSketch::
   };
   constexpr double kIcon = 7.0;  // of the triangle that the layers draw at each station
   if (hasKnown) {
-    items.emplace_back("known point", [this](double x, double y) {
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "known point")), [this](double x, double y) {
       drawTriangle(at(x + 14.0, y + 3.0));
       drawTriangle(at(x + 14.0, y + 3.0), kIcon);
     });
   }
   auto const isNewStation = [](SitePoint const& point) { return !point.isKnown && point.isStation; };
   if (std::any_of(drawing.points.begin(), drawing.points.end(), isNewStation)) {
-    items.emplace_back("station", [this](double x, double y) { drawTriangle(at(x + 14.0, y + 3.0), kIcon); });
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "station")),
+                       [this](double x, double y) { drawTriangle(at(x + 14.0, y + 3.0), kIcon); });
   }
   auto const isTarget = [](SitePoint const& point) { return !point.isKnown && !point.isStation; };
   bool const isAdjusted = drawing.source == SiteDrawing::Source::LeastSquares;
   if (isAdjusted && std::any_of(drawing.points.begin(), drawing.points.end(), isTarget)) {
-    items.emplace_back("target", [this](double x, double y) {
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "target")), [this](double x, double y) {
       tool.drawEllipse(at(x + 14.0, y), metres(5.0), metres(5.0), 0.0, look(kKnownColour, 1.5));
     });
   }
   if (scale > 0.0) {
-    items.emplace_back("error ellipse", [this](double x, double y) {
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "error ellipse")), [this](double x, double y) {
       tool.drawEllipse(at(x + kSample / 2.0, y), metres(14.0), metres(7.0), 1.5707963267948966,
                        look(kEllipseColour, 1.5));
     });
   }
   auto const any = [this](auto const& is) { return std::any_of(drawing.lines.begin(), drawing.lines.end(), is); };
   if (any([](SiteLine const& line) { return line.isSuspect; }))
-    items.emplace_back("suspect", stroke(kSuspectColour, 3.0));
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "suspect")), stroke(kSuspectColour, 3.0));
   if (any([](SiteLine const& line) { return !line.isSuspect && line.test > 1.0; })) {
-    items.emplace_back("fails its test", stroke(kMarkedColour, 3.0));
+    items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "fails its test")), stroke(kMarkedColour, 3.0));
   }
   return items;
+}
+
+/// Of a text, in heights of its letters, roughly: Chinese signs are as wide as high.
+double widthOfWords(QString const& text) {
+  double width = 0.0;
+  for (QChar const sign : text) width += sign.unicode() < 0x2E80 ? 0.62 : 1.05;
+  return width;
 }
 
 void MapSketch::drawLegend() {
@@ -221,7 +235,7 @@ void MapSketch::drawLegend() {
   double x = left;
   double y = height - 22.0 - kRow;
   for (auto const& [words, drawSymbol] : legend()) {
-    double const wide = kSample + 34.0 + 0.62 * kTextSize * words.size();
+    double const wide = kSample + 34.0 + kTextSize * widthOfWords(words);
     if (x > left && x + wide > width) {
       x = left;
       y += kRow;

@@ -19,11 +19,11 @@ QString PlaneReport::planHeadText() const {
   std::vector<std::pair<QString, QString>> lines{
       {System::tr("Points"), System::tr("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
       {System::tr("Observations"), observationsText()},
+      {System::tr("Datum"), datumText()},
       {System::tr("A-priori errors"), errorsText()},
       {System::tr("Redundancy"), QString::number(result.redundancy)},
       {System::tr("Errors of results"), System::tr("by the a-priori unit weight error, 1")},
   };
-  if (isFree()) lines.insert(lines.begin() + 2, {System::tr("Datum"), datumText()});
   return System::tr("Plan of %1").arg(printable(file)) + "\n\n" + labelled(lines);
 }
 

@@ -35,6 +35,7 @@ QString PlaneReport::headText(QString const& judgement) const {
   std::vector<std::pair<QString, QString>> lines{
       {System::tr("Points"), System::tr("%1, %2 of them known").arg(network.points.size()).arg(countKnown())},
       {System::tr("Observations"), observationsText()},
+      {System::tr("Datum"), datumText()},
       {System::tr("A-priori errors"), errorsText()},
       {System::tr("Redundancy"), QString::number(result.redundancy)},
       {System::tr("Unit weight error"), unitErrorText()},
@@ -42,7 +43,6 @@ QString PlaneReport::headText(QString const& judgement) const {
       {System::tr("Iterations"), QString::number(result.iterations)},
   };
   if (heights.exist()) lines.push_back({System::tr("Unit weight error of heights"), heights.unitErrorText()});
-  if (isFree()) lines.insert(lines.begin() + 2, {System::tr("Datum"), datumText()});
   if (options.unitWeight == PlaneSettings::UnitWeight::APriori) {
     lines.insert(lines.end() - 1,
                  {System::tr("Errors of results"), System::tr("by the a-priori unit weight error, 1")});
@@ -53,6 +53,9 @@ QString PlaneReport::headText(QString const& judgement) const {
 }
 
 QString PlaneReport::datumText() const {
+  if (!isFree()) {
+    return isWeighted() ? System::tr("known points, each with its own error") : System::tr("known points, held");
+  }
   return countKnown() >= 2 ? System::tr("free: laid on the known points, none of which is held")
                            : System::tr("free: laid on all points");
 }

@@ -41,6 +41,7 @@ void saveJob(Session& session, QString const& path, ExchangeChoice const& choice
   ExchangeOptions options;
   options.hasByteOrderMark = choice.hasByteOrderMark;
   options.epsg = choice.epsg;
+  options.svg.words = translatedMapWord;
   writeExchange(path, drawing, options);
 }
 

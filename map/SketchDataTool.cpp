@@ -1,7 +1,9 @@
 #include "map/SketchDataTool.h"
 
+#include "mvz/detail/MapFont.h"
 #include "mvz/detail/OsgEarthVersions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <osgEarth/Feature>
 #include <osgEarth/FeatureNode>
@@ -15,6 +17,12 @@ constexpr int kSketchCorners = 48;  // of an ellipse: of one as wide as a pictur
 constexpr double kSketchCircle = 6.283185307179586;
 
 }  // namespace
+
+bool SketchDataTool::canShow(QString const& text) {
+  constexpr ushort kFirstChinese = 0x2E80;  // the first radical, below all signs and their punctuation
+  auto const isChinese = [](QChar sign) { return sign.unicode() >= kFirstChinese; };
+  return mvz::detail::mapFontHasChinese() || std::none_of(text.begin(), text.end(), isChinese);
+}
 
 SketchDataTool::SketchDataTool(MapScene* scene) : GeometryDataTool(scene, FeatureDataType::Default) {}
 SketchDataTool::SketchDataTool(SketchDataTool const&) = default;

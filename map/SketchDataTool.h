@@ -19,6 +19,10 @@ class KELVANE_EXPORT SketchDataTool : public GeometryDataTool {
     unsigned colour = 0x404040FF;  ///< red, green, blue, alpha
     float width = 1.0F;            ///< of a line, height of a text, pixels
   };
+  /// Whether the font of the map has the signs of a text: false for Chinese ones where the machine has no font for them
+  /// that is known here. Of a font that the environment names everything is believed.
+  static bool canShow(QString const& text);
+
   explicit SketchDataTool(MapScene* scene);
   SketchDataTool(SketchDataTool const&);
   SketchDataTool& operator=(SketchDataTool const&);

@@ -267,10 +267,10 @@ void DxfWriter::writeNotes() {
   };
   if (!drawing.title.empty()) note(dxfText(drawing.title));
   if (scale <= 0.0) return;
-  std::string const kind = isConfidence
-                               ? "Confidence ellipses, " + detail::SvgText::of(100.0 * drawing.confidence) + " %"
-                               : "Standard error ellipses";
-  note(kind + ", x " + plainNumber(scale));
+  char const* const english = isConfidence ? "Confidence ellipses" : "Standard error ellipses";
+  std::string kind = options.svg.words ? options.svg.words(english) : english;
+  if (isConfidence) kind += ", " + detail::SvgText::of(100.0 * drawing.confidence) + " %";
+  note(dxfText(kind + ", x " + plainNumber(scale)));
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ constexpr int kExchangeVersion = 1;
 struct ExchangeOptions {
   bool hasByteOrderMark = false;  ///< of CSV, for spreadsheets that take a text without one for the local encoding
   int epsg = 0;                   ///< number of the plane reference system, for GeoJSON; 0: none is told
-  SvgOptions svg = {};            ///< of SVG; of DXF the kind and the scale of the ellipses
+  SvgOptions svg = {};            ///< of SVG; of DXF the kind and the scale of the ellipses, and the words
 };
 
 /// Suffixes, in small letters, of the files that can be written: csv, geojson, dxf, svg.

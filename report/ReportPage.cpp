@@ -6,9 +6,7 @@
 #include "report/detail/PageAssets.h"
 #include "report/detail/ReportParts.h"
 
-#include <QtGlobal>
 #include <algorithm>
-#include <cstring>
 #include <ostream>
 
 namespace kvn {
@@ -61,30 +59,6 @@ void writeEnd(PageWriter& page, ReportParts const& parts) {
   page.markup("></div>\n<script>/*<![CDATA[*/\n").markup(kPageScript).markup("/*]]>*/</script>\n</body>\n</html>\n");
 }
 
-// What the map says; the picture itself knows no translator.
-constexpr char const* kMapWords[] = {
-    QT_TRANSLATE_NOOP("kvn::System", "known point"),
-    QT_TRANSLATE_NOOP("kvn::System", "new point"),
-    QT_TRANSLATE_NOOP("kvn::System", "side point"),
-    QT_TRANSLATE_NOOP("kvn::System", "nothing checks it"),
-    QT_TRANSLATE_NOOP("kvn::System", "fails its test"),
-    QT_TRANSLATE_NOOP("kvn::System", "does not fit"),
-    QT_TRANSLATE_NOOP("kvn::System", "direction and distance"),
-    QT_TRANSLATE_NOOP("kvn::System", "direction"),
-    QT_TRANSLATE_NOOP("kvn::System", "distance"),
-    QT_TRANSLATE_NOOP("kvn::System", "observed both ways"),
-    QT_TRANSLATE_NOOP("kvn::System", "suspect"),
-    QT_TRANSLATE_NOOP("kvn::System", "confidence ellipses"),
-    QT_TRANSLATE_NOOP("kvn::System", "standard ellipses"),
-};
-
-std::string mapWord(char const* english) {
-  for (char const* word : kMapWords) {
-    if (std::strcmp(word, english) == 0) return Messages::tr(word).toStdString();
-  }
-  return english;
-}
-
 }  // namespace
 
 void writeMap(PageWriter& page, ReportParts const& parts) {
@@ -94,7 +68,7 @@ void writeMap(PageWriter& page, ReportParts const& parts) {
   options.isInPage = true;
   options.hasTitle = false;
   options.title = headingOf(parts).toStdString();
-  options.words = mapWord;
+  options.words = translatedMapWord;
   options.elements = parts.mapElements();
   page.markup("<figure id=\"map-frame\">\n");
   SvgPicture const picture = writeSvg(page.stream(), parts.drawing, options);

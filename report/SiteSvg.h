@@ -35,16 +35,20 @@ struct SvgOptions {
   /// they are left out.
   std::size_t crowdedNames = 5000;
   std::string title;  ///< UTF-8; empty for that of the drawing
-  /// The words of the picture in another language, UTF-8; empty for English. Asked for: "known point", "new point",
-  /// "side point", "nothing checks it", "does not fit", "direction and distance", "direction", "distance", "observed
-  /// both ways", "suspect", "fails its test", "confidence ellipses", "standard ellipses", "Not adjusted", "Adjusted by
-  /// least squares", "Adjusted", "Traverse", "Planned", "points", "lines".
+  /// The words of the picture in another language, UTF-8; empty for English, `translatedMapWord` for the language of
+  /// the library's messages. Asked for: "known point", "new point", "side point", "nothing checks it", "does not fit",
+  /// "direction and distance", "direction", "distance", "observed both ways", "suspect", "fails its test", "confidence
+  /// ellipses", "standard ellipses", "Not adjusted", "Adjusted by least squares", "Adjusted", "Traverse", "Planned",
+  /// "points", "lines"; for the notes of DXF "Confidence ellipses", "Standard error ellipses".
   std::function<std::string(char const* english)> words;
   /// Points, and lines, that are elements of their own, of each at most so many: those that matter most. The others are
   /// one path of dots and one of strokes, without ellipses and names, so that a program opens a hundred thousand
   /// points.
   std::size_t elements = static_cast<std::size_t>(-1);
 };
+
+/// A word of pictures in the language of the library's messages, UTF-8; any other text comes back as it is.
+KELVANE_EXPORT std::string translatedMapWord(char const* english);
 
 /// What a picture shows and how, beside the drawing itself.
 struct SvgPicture {

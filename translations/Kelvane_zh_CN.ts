@@ -3322,6 +3322,50 @@
         <source>JSON array on standard input; or one command a line, each answered on a line before the next one is read. Beside the commands of the library: list, undo, redo.</source>
         <translation>标准输入中的 JSON 数组；或每行一个命令，每个命令在读取下一个之前以一行回答。除程序库的命令外还有：list、undo、redo。</translation>
     </message>
+    <message>
+        <source>Confidence ellipses</source>
+        <translation>置信椭圆</translation>
+    </message>
+    <message>
+        <source>Standard error ellipses</source>
+        <translation>标准误差椭圆</translation>
+    </message>
+    <message>
+        <source>Not adjusted</source>
+        <translation>未平差</translation>
+    </message>
+    <message>
+        <source>Adjusted by least squares</source>
+        <translation>最小二乘平差</translation>
+    </message>
+    <message>
+        <source>Traverse</source>
+        <translation>导线</translation>
+    </message>
+    <message>
+        <source>Planned</source>
+        <translation>设计</translation>
+    </message>
+    <message>
+        <source>points</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>lines</source>
+        <translation>边</translation>
+    </message>
+    <message>
+        <source>station</source>
+        <translation>测站</translation>
+    </message>
+    <message>
+        <source>error ellipse</source>
+        <translation>误差椭圆</translation>
+    </message>
+    <message>
+        <source>No font with Chinese signs was found (package fonts-wqy-microhei, or a file that KELVANE_FONT names): the words of the picture are English</source>
+        <translation>未找到含中文字符的字体（软件包 fonts-wqy-microhei，或由 KELVANE_FONT 指定的字体文件）：图中文字为英文</translation>
+    </message>
 </context>
 <context>
     <name>QCommandLineParser</name>

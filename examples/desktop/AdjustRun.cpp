@@ -7,7 +7,7 @@ void AdjustRun::run() {
   job.setProgressCall([this](kvn::AdjustProgress const& at) {
     static char const* const stages[] = {"Start", "Round %1", "Errors", "Results", "Check"};
     QString const stage(stages[at.stage]);
-    Q_EMIT progressed(at.stage == kvn::AdjustProgress::Equations ? stage.arg(at.round) : stage);
+    Q_EMIT progressed(at.stage == kvn::AdjustProgress::Equations ? stage.arg(at.round) : stage, at.stage);
   });
   try {
     job.project()->getConfigure().AdjustMethod = 0;  // least squares

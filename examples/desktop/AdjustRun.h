@@ -16,7 +16,8 @@ class AdjustRun : public QThread {
   void cancel() { cancelled = true; }  ///< the run ends as a failed one, soon
   QString const& failure() const { return failed; }
 
-  Q_SIGNAL void progressed(QString text);
+  /// @param stage  of `kvn::AdjustProgress`, the rounds of an iteration being one.
+  Q_SIGNAL void progressed(QString text, int stage);
 
  protected:
   void run() override;

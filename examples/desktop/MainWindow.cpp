@@ -1,5 +1,7 @@
 #include "MainWindow.h"
 
+#include "OpenJobCMD.h"
+
 #include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileDialog>
@@ -59,7 +61,9 @@ MainWindow::MainWindow()
   dock("Job", tabs, Qt::RightDockWidgetArea);
   dock("Findings", findingList, Qt::BottomDockWidgetArea);
   findingList->setObjectName("findings");
-  progress->setRange(0, 0);  // how many rounds there will be nobody knows
+  // The library tells the stage of a run, and nobody knows how many rounds there will be: the bar has a share for each
+  // stage, in which the text tells the round.
+  progress->setRange(0, kvn::AdjustProgress::Check + 1);
   progress->hide();
   statusBar()->addPermanentWidget(progress);
   addActions();
@@ -83,7 +87,7 @@ MainWindow::~MainWindow() {
   }
   kvn::System* const system = kvn::System::Instance();
   system->setSendMessageFunc({});
-  job.reset();  // with its layers, while there is a map
+  closeJob();  // with its layers, while there is a map
   system->setMvzViewerManager(nullptr);
 }
 
@@ -113,7 +117,11 @@ void MainWindow::addActions() {
     QString const page = report();
     if (!page.isEmpty()) QDesktopServices::openUrl(QUrl::fromLocalFile(page));
   });
-  for (QAction* action : {adjustAction, cancelAction, reportAction}) action->setEnabled(false);
+  pictureAction = bar->addAction("Picture...", this, [this] {
+    QString const path = QFileDialog::getSaveFileName(this, "Picture", {}, "Pictures (*.png)");
+    if (!path.isEmpty()) savePicture(path);
+  });
+  for (QAction* action : {adjustAction, cancelAction, reportAction, pictureAction}) action->setEnabled(false);
 }
 
 void MainWindow::tell(QString const& text, bool isError) {
@@ -127,20 +135,33 @@ void MainWindow::chooseFile() {
   if (!path.isEmpty()) open(path);
 }
 
+/// As a host's menu does it: by the name of a command, with JSON for what it needs and for what came of it.
 bool MainWindow::open(QString const& path) {
   if (isBusy()) return false;
-  try {
-    auto next = std::make_unique<kvn::Job>(kvn::System::Instance()->createProject());
-    next->open(path);
-    job = std::move(next);  // the old project goes, and takes its layers off the map
-  } catch (std::exception const& failure) {
-    tell(failure.what(), true);
+  kvn::System* const system = kvn::System::Instance();
+  std::shared_ptr<kvn::Project> const project = system->createProject();
+  system->addProject(project);
+  Json::Value in;
+  in["file"] = path.toStdString();
+  Json::Value out;
+  if (!project->getCommandManager()->execute("OpenJobCMD", in, out, {})) {
+    system->removeProject(project.get());
+    tell(QString::fromStdString(out["message"].asString()), true);
     return false;
   }
+  closeJob();
+  job = OpenJobCMD::takeJob();
   setWindowTitle(QFileInfo(path).fileName());
   showJob();
   tell(path, false);
   return true;
+}
+
+/// The project goes, and takes its layers off the map.
+void MainWindow::closeJob() {
+  if (job == nullptr) return;
+  kvn::System::Instance()->removeProject(job->project().get());
+  job.reset();
 }
 
 void MainWindow::showJob() {
@@ -151,17 +172,34 @@ void MainWindow::showJob() {
   showFindings();
   adjustAction->setEnabled(true);
   reportAction->setEnabled(job->planeAdjustment() != nullptr);
+  pictureAction->setEnabled(true);
 }
 
 void MainWindow::draw() {
   kvn::Project& project = *job->project();
   mvz::ViewerManager::Lock const hold = map->viewers()->lock();
   project.clearMapData();  // nothing is cleared by drawing
-  project.setOperationType(kvn::Project::NetworkView);
-  project.build();
-  // Adjusted points take the places of the approximate ones.
-  if (job->planeAdjustment() != nullptr) project.clearMapData(kvn::FeatureDataType::ViewPointData, true);
+  if (job->planeAdjustment() != nullptr) {
+    drawAdjusted();
+  } else {
+    project.setOperationType(kvn::Project::NetworkView);
+    project.build();
+  }
   project.fullShowMap();
+}
+
+/// A project places the points of its network by a search of its own, which is good enough before an adjustment and may
+/// take a mirror image. What is adjusted is drawn between its places.
+void MainWindow::drawAdjusted() {
+  kvn::Project& project = *job->project();
+  kvn::SiteDrawing const drawing = kvn::siteDrawingOf(*job);
+  auto const placeOf = [&drawing](std::size_t point) {
+    kvn::SitePoint const& at = drawing.points[point];
+    return kvn::DrawPoint(at.x, at.y, 0.0, at.name);  // by the names a click finds the line of the network
+  };
+  kvn::LineDataTool lines(project.getOrCreateMapScene());
+  for (kvn::SiteLine const& line : drawing.lines) lines.build(kvn::DrawLine(placeOf(line.from), placeOf(line.to)));
+  project.buildCoordData();  // the points, which `takeResults` has put into the list
 }
 
 void MainWindow::showFindings() {
@@ -175,10 +213,14 @@ void MainWindow::showFindings() {
 void MainWindow::adjust() {
   if (isBusy() || job == nullptr) return;
   run = new AdjustRun(*job, this);
-  connect(run, &AdjustRun::progressed, this, [this](QString const& text) { tell(text, false); });
+  connect(run, &AdjustRun::progressed, this, [this](QString const& text, int stage) {
+    progress->setFormat(text);
+    progress->setValue(std::max(progress->value(), stage));  // a search for suspects may begin anew
+  });
   connect(run, &QThread::finished, this, &MainWindow::finish);
   for (QAction* action : {openAction, adjustAction, reportAction}) action->setEnabled(false);
   cancelAction->setEnabled(true);
+  progress->reset();
   progress->show();
   run->start();
 }
@@ -209,6 +251,26 @@ QString MainWindow::report() {
     return {};
   }
   return page;
+}
+
+bool MainWindow::savePicture(QString const& path) {
+  // What the window shows, with twice as many pixels each way.
+  osg::ref_ptr<mvz::OffscreenView> const picture = new mvz::OffscreenView(map->width(), map->height());
+  picture->setDisplayScale(2.0);
+  picture->setScene(map->view()->getScene());
+  osg::Vec2d const middle(map->width() / 2.0, map->height() / 2.0);
+  picture->zoom(middle, picture->metresPerPixel() / map->view()->metresPerPixel());
+  picture->pan(middle - picture->toPixel(map->view()->toWorld(middle)));
+  // The picture makes a context of its own current, which Qt would not know of.
+  map->doneCurrent();
+  mvz::ViewerManager::Lock const hold = map->viewers()->lock();
+  try {
+    picture->writeImage(path);
+  } catch (std::exception const& failure) {
+    tell(failure.what(), true);
+    return false;
+  }
+  return true;
 }
 
 void MainWindow::jumpTo(kvn::FieldFinding const& finding) {

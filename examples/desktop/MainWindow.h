@@ -27,6 +27,8 @@ class MainWindow : public QMainWindow {
   void adjust();
   QString report();  ///< path of the page, there as long as the window; empty, and told, where it cannot be written
 
+  bool savePicture(QString const& path);  ///< what the map shows, as PNG; false, and told, where it cannot be drawn
+
   Q_SIGNAL void adjusted();  ///< a run has ended, well or not
 
  private:
@@ -35,7 +37,9 @@ class MainWindow : public QMainWindow {
   void chooseFile();
   void tell(QString const& text, bool isError);
   void showJob();
+  void closeJob();
   void draw();
+  void drawAdjusted();
   void finish();
   void showFindings();
   void jumpTo(kvn::FieldFinding const& finding);
@@ -57,5 +61,5 @@ class MainWindow : public QMainWindow {
   QTableView *rowView, *pointView, *observationView;
   QListWidget* findingList;
   QProgressBar* progress;
-  QAction *openAction, *adjustAction, *cancelAction, *reportAction;
+  QAction *openAction, *adjustAction, *cancelAction, *reportAction, *pictureAction;
 };

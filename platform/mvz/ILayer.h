@@ -1,6 +1,7 @@
 // mvz::ILayer: what a layer of the map can do beside holding its features.
 #pragma once
 
+#include <mvz/MapLibrary.h>
 #include <utils/Export.h>
 
 #include <osgEarth/AnnotationNode>

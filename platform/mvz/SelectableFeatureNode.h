@@ -2,6 +2,7 @@
 #pragma once
 
 #include <mvz/ISelectable.h>
+#include <mvz/MapLibrary.h>
 #include <utils/Export.h>
 
 #include <memory>

@@ -1,6 +1,7 @@
 // mvz::ViewerManager: the map views of the host.
 #pragma once
 
+#include <mvz/MapLibrary.h>
 #include <mvz/View.h>
 #include <utils/Export.h>
 

@@ -168,6 +168,18 @@ TEST(EveryObservation, IsLeftOutOnRequestWhenItIsSuspected) {
   EXPECT_THAT(program.run({"adjust", "bad.in2"}).out, testing::Not(HasSubstr("Weight")));
 }
 
+TEST(EveryObservation, TellsWhatHoldsTheNetwork) {
+  Program const program;
+  QString const sample = test::samplePath("net_charamza1990_p238.in2");
+  auto const head = [&](QStringList const& options) {
+    return program.run(QStringList{"adjust", sample} + options).out;
+  };
+  EXPECT_THAT(head({}), HasSubstr("\n  Datum              known points, held\n"));
+  EXPECT_THAT(head({"--control-error", "5"}),
+              HasSubstr("\n  Datum              known points, each with its own error\n"));
+  EXPECT_THAT(head({"--free"}), HasSubstr("\n  Datum              free: laid on the known points, none"));
+}
+
 TEST(EveryObservation, HasTheKeysThatProgramsReadItBy) {
   using Keys = std::set<std::string>;
   Program const program;

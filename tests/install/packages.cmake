@@ -14,6 +14,12 @@ expect_done(${CMAKE_COMMAND} -S ${here}/orders -B ${WORK}/orders -G Ninja -DCMAK
 expect_done(${CMAKE_COMMAND} --build ${WORK}/orders)
 expect_done(${CMAKE_COMMAND} -S ${here}/inside -B ${WORK}/inside -G Ninja -DKELVANE_SOURCE=${SOURCE})
 
+# An osgEarth of version 3.3 to 3.6, whose target has no namespace, in the place of the stand-in.
+file(WRITE ${WORK}/osgEarth/osgEarthConfig.cmake "add_library(osgEarth INTERFACE IMPORTED GLOBAL)\n")
+file(WRITE ${WORK}/osgEarth/osgEarthConfigVersion.cmake "set(PACKAGE_VERSION 3.4)\nset(PACKAGE_VERSION_COMPATIBLE TRUE)\n")
+expect_done(${CMAKE_COMMAND} -S ${here}/inside -B ${WORK}/inside-osgearth -G Ninja -DKELVANE_SOURCE=${SOURCE}
+  -DosgEarth_DIR=${WORK}/osgEarth)
+
 # Its tests are the host's alone.
 execute_process(COMMAND ${CMAKE_CTEST_COMMAND} -N WORKING_DIRECTORY ${WORK}/inside OUTPUT_VARIABLE said)
 if(NOT said MATCHES "Total Tests: 1\n")

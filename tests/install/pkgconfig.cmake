@@ -20,3 +20,14 @@ file(WRITE ${source} "#include <kelvane/adjust/CommonFunction.h>\n#include <json
 execute_process(COMMAND_ERROR_IS_FATAL ANY
   COMMAND ${COMPILER} -std=c++17 -fPIC ${source} -o ${WORK}/pkgconfig ${options} -Wl,-rpath,${libraries})
 execute_process(COMMAND ${WORK}/pkgconfig COMMAND_ERROR_IS_FATAL ANY)
+
+# The headers of another osgEarth, found first, are not taken for those that the library was built with.
+file(WRITE ${WORK}/other/osgEarth/Version "#define OSGEARTH_MAJOR_VERSION 3\n")
+file(WRITE ${source} "#include <mvz/ViewerManager.h>\n")
+foreach(first "" -I${WORK}/other)
+  execute_process(COMMAND ${COMPILER} -std=c++17 -fPIC -fsyntax-only ${first} ${source} ${options}
+    RESULT_VARIABLE result ERROR_VARIABLE said)
+  if((first STREQUAL "") AND NOT result EQUAL 0 OR first AND NOT said MATCHES "error: [^\n]*its stand-in of osgEarth")
+    message(FATAL_ERROR "with ${first}:\n${said}")
+  endif()
+endforeach()

@@ -52,8 +52,8 @@ std::string failureOf(std::function<void()> const& call) {
   try {
     call();
   } catch (std::exception const& failure) {
-    bool const asExpected = dynamic_cast<Failure const*>(&failure) != nullptr;
-    return asExpected ? failure.what() : std::string("other failure: ") + failure.what();
+    std::string const text = failure.what();
+    return dynamic_cast<Failure const*>(&failure) != nullptr ? text : "other failure: " + text;
   }
   return "no failure";
 }

@@ -7,8 +7,7 @@
 namespace mvz::detail {
 namespace {
 
-/// Fonts with Chinese characters first; the last ones have Latin letters only.
-constexpr char const* kFonts[] = {
+constexpr char const* kChineseFonts[] = {
     "/usr/share/fonts/truetype/wqy/wqy-microhei.ttc",
     "/usr/share/fonts/wqy-microhei/wqy-microhei.ttc",
     "/usr/share/fonts/wenquanyi/wqy-microhei/wqy-microhei.ttc",
@@ -25,27 +24,41 @@ constexpr char const* kFonts[] = {
     "C:/Windows/Fonts/simhei.ttf",
     "/System/Library/Fonts/PingFang.ttc",
     "/System/Library/Fonts/STHeiti Light.ttc",
+};
+constexpr char const* kLatinFonts[] = {
     "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
     "/usr/share/fonts/dejavu/DejaVuSans.ttf",
     "/usr/share/fonts/TTF/DejaVuSans.ttf",
     "C:/Windows/Fonts/arial.ttf",
 };
 
-std::string findFont() {
+struct Font {
+  std::string file;
+  bool hasChinese = false;
+};
+
+Font findFont() {
   char const* const wanted = std::getenv("KELVANE_FONT");
-  if (wanted != nullptr && *wanted != '\0') return wanted;
+  if (wanted != nullptr && *wanted != '\0') return {wanted, true};
   std::error_code none;
-  for (char const* const font : kFonts) {
-    if (std::filesystem::is_regular_file(font, none)) return font;
+  for (char const* const font : kChineseFonts) {
+    if (std::filesystem::is_regular_file(font, none)) return {font, true};
+  }
+  for (char const* const font : kLatinFonts) {
+    if (std::filesystem::is_regular_file(font, none)) return {font, false};
   }
   return {};
 }
 
+Font const& font() {
+  static Font const found = findFont();
+  return found;
+}
+
 }  // namespace
 
-std::string const& mapFontFile() {
-  static std::string const font = findFont();
-  return font;
-}
+std::string const& mapFontFile() { return font().file; }
+
+bool mapFontHasChinese() { return font().hasChinese; }
 
 }  // namespace mvz::detail

@@ -11,4 +11,7 @@ namespace mvz::detail {
 /// The environment variable KELVANE_FONT goes first, whatever it names. Looked for once a process.
 std::string const& mapFontFile();
 
+/// Whether that font has Chinese characters, as far as its file name tells; true for one that KELVANE_FONT names.
+bool mapFontHasChinese();
+
 }  // namespace mvz::detail

@@ -2,6 +2,7 @@
 #include <osgEarth/MapNode>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 MapNodeObserver::~MapNodeObserver() = default;
 
@@ -25,4 +26,5 @@ void AnnotationNode::setDynamic(bool value) { setDataVariance(value ? osg::Objec
 GeoPositionNode::GeoPositionNode() = default;
 GeoPositionNode::~GeoPositionNode() = default;
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -8,6 +8,7 @@
 #include <vector>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 constexpr float kByte = 255.0f;
@@ -130,4 +131,5 @@ Color const Color::Purple(0x800080ffu);
 Color const Color::Orange(0xffa500ffu);
 Color const Color::Transparent(0x00000000u);
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -15,6 +15,7 @@
 #include <vector>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 Ranked::~Ranked() = default;
 
@@ -193,4 +194,5 @@ void setDeclutterState(osg::StateSet& state) {
   setState(state, kPlaceBin, kDeclutterBinName);
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -4,6 +4,7 @@
 #include <osg/StateSet>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 /// Numbers of the render bins: lines below icons and labels, all above the scene, which is in bin 0.
 constexpr int kLineBin = 1;
@@ -28,4 +29,5 @@ void setLineState(osg::StateSet& state);
 /// equal priority, earlier in the scene.
 void setDeclutterState(osg::StateSet& state);
 
+}  // namespace kelvane
 }  // namespace osgEarth

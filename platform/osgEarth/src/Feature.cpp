@@ -6,6 +6,7 @@
 #include <type_traits>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 template <typename Number>
@@ -75,4 +76,5 @@ bool Feature::getBool(std::string const& name, bool defaultValue) const {
   return value < 0.0 || value > 0.0;
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

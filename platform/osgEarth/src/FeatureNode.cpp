@@ -12,6 +12,7 @@
 #include <tuple>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 constexpr std::uint16_t kFullLine = 0xFFFF;
@@ -111,4 +112,5 @@ void FeatureNode::dirty() {
   }
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

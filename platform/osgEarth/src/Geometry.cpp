@@ -1,6 +1,7 @@
 #include <osgEarth/Geometry>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 Geometry::Geometry(int capacity) {
   if (capacity > 0) points_.reserve(static_cast<std::size_t>(capacity));
@@ -31,4 +32,5 @@ LineString::~LineString() = default;
 Ring::~Ring() = default;
 Polygon::~Polygon() = default;
 
+}  // namespace kelvane
 }  // namespace osgEarth

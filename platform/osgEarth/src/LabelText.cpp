@@ -11,6 +11,7 @@
 #include <osgText/Font>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 constexpr float kGapPixels = 2.0f;  // between icon and text
@@ -152,4 +153,5 @@ osg::StateSet* LabelText::createStateSet() {
   return copies->get(common, [&] { return osg::ref_ptr<osg::StateSet>(new osg::StateSet(*common)); }).release();
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -10,6 +10,7 @@
 #include <string>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 class LabelText : public osgText::Text, public Ranked {
  public:
@@ -32,4 +33,5 @@ class LabelText : public osgText::Text, public Ranked {
   osg::Vec3 pixelOffset_;
 };
 
+}  // namespace kelvane
 }  // namespace osgEarth

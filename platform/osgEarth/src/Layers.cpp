@@ -4,6 +4,7 @@
 #include <atomic>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 UID nextUid() {
@@ -37,4 +38,5 @@ void AnnotationLayer::addChild(osg::Node* child) {
   if (child != nullptr) group_->addChild(child);
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -5,6 +5,7 @@
 #include <osg/NodeVisitor>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 class FindMapNode : public osg::NodeVisitor {
@@ -79,4 +80,5 @@ MapNode* MapNode::get(osg::Node* node) {
   return below != nullptr ? below : find(*node, osg::NodeVisitor::TRAVERSE_PARENTS);
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -12,6 +12,7 @@
 #include <osgUtil/IntersectionVisitor>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 constexpr float kBoundRadius = 1e-3f;  // of the bound and of a pixel outside of a view, in units of the scene
@@ -117,4 +118,5 @@ bool PixelTransform::computeWorldToLocalMatrix(osg::Matrix& matrix, osg::NodeVis
 
 osg::BoundingSphere PixelTransform::computeBound() const { return {osg::Vec3f(position_), kBoundRadius}; }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -4,6 +4,7 @@
 #include <osg/Transform>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 /// Below it x points right and y up on the screen, one unit is a pixel and the position is the origin, in each view by
 /// its own camera, parallel or perspective. Nothing is stored between views.
@@ -20,7 +21,7 @@ class PixelTransform : public osg::Transform {
 
   osg::Object* cloneType() const override { return new PixelTransform; }
   osg::Object* clone(osg::CopyOp const&) const override { return nullptr; }
-  char const* libraryName() const override { return "osgEarth"; }
+  char const* libraryName() const override { return "kelvane"; }
   char const* className() const override { return "PixelTransform"; }
 
   void setPosition(osg::Vec3d const& position);
@@ -40,4 +41,5 @@ class PixelTransform : public osg::Transform {
   double reach_ = 0.0;
 };
 
+}  // namespace kelvane
 }  // namespace osgEarth

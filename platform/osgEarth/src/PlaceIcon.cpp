@@ -9,6 +9,7 @@
 #include <tuple>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 class RankedIcon : public osg::Geometry, public Ranked {};
@@ -103,4 +104,5 @@ osg::ref_ptr<osg::Geometry> makeIcon(osg::Image& image, IconSymbol const* symbol
   });
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -8,6 +8,7 @@
 #include <osgEarth/PlaceNode>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 osg::ref_ptr<osg::StateSet> labelState() {
@@ -119,4 +120,5 @@ void PlaceNode::setDynamic(bool value) {
   if (label_.valid()) label_->setDataVariance(getDataVariance());
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -9,6 +9,7 @@
 #include <utility>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 std::string lowerAndTrimmed(std::string const& text) {
@@ -128,4 +129,5 @@ bool GeoPoint::operator==(GeoPoint const& other) const {
   return sameSystem && xyz_ == other.xyz_ && mode_ == other.mode_;
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -10,6 +10,7 @@
 #include <utility>
 
 namespace osgEarth {
+inline namespace kelvane {
 
 /// Keeps nothing alive: what no node uses any more is made anew when it is next asked for.
 ///
@@ -53,4 +54,5 @@ class SharedCache {
   std::size_t sweepAt_ = kFirstSweep;
 };
 
+}  // namespace kelvane
 }  // namespace osgEarth

@@ -9,6 +9,7 @@
 #include <osgDB/ReadFile>
 
 namespace osgEarth {
+inline namespace kelvane {
 namespace {
 
 /// The image of a file, read once in the process. What cannot be read is looked for again the next time.
@@ -131,4 +132,5 @@ Style Style::combineWith(Style const& other) const {
   return result;
 }
 
+}  // namespace kelvane
 }  // namespace osgEarth

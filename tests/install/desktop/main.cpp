@@ -3,6 +3,7 @@
 #include <MainWindow.h>
 
 #include <QApplication>
+#include <QOpenGLContext>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
@@ -19,6 +20,15 @@ void expect(bool holds, char const* what) {
   ++failures;
 }
 
+/// Pixels that are not paper.
+int inkOf(QImage const& picture) {
+  int count = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) count += picture.pixelColor(x, y).lightness() < 220 ? 1 : 0;
+  }
+  return count;
+}
+
 struct Driver {
   MainWindow window;
   MapWidget* map = window.findChild<MapWidget*>();
@@ -30,6 +40,20 @@ struct Driver {
     QSignalSpy ended(&window, &MainWindow::adjusted);
     window.adjust();
     expect(ended.wait(20000), "an adjustment comes to an end");
+  }
+
+  /// Ends of the lines on the map, x east, y north.
+  std::vector<osg::Vec3d> endsOfLines() const {
+    std::vector<osg::Vec3d> ends;
+    for (auto* const layer : kvn::System::Instance()->getProjectList().front()->getMapScene()->getLayers()) {
+      osg::Group* const group = layer->getNode()->asGroup();
+      for (unsigned i = 0; i < group->getNumChildren(); ++i) {
+        auto* const line = dynamic_cast<osgEarth::FeatureNode*>(group->getChild(i));
+        if (line == nullptr) continue;
+        for (osg::Vec3d const& end : *line->getFeature()->getGeometry()) ends.push_back(end);
+      }
+    }
+    return ends;
   }
 
   QPoint pixelOf(double north, double east) const {
@@ -48,15 +72,7 @@ struct Driver {
     return names;
   }
 
-  /// Pixels of the map that are not paper.
-  int inked() const {
-    QImage const picture = map->grabFramebuffer();
-    int count = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-      for (int x = 0; x < picture.width(); ++x) count += picture.pixelColor(x, y).lightness() < 220 ? 1 : 0;
-    }
-    return count;
-  }
+  int inked() const { return inkOf(map->grabFramebuffer()); }
 };
 
 void opensAndAdjusts(Driver& user, QString const& samples) {
@@ -64,7 +80,12 @@ void opensAndAdjusts(Driver& user, QString const& samples) {
   expect(user.window.statusBar()->currentMessage().contains("missing.in2"), "by its name");
   expect(user.window.open(samples + "/net_charamza1990_p238.in2"), "a network file is opened");
   expect(user.points->model()->rowCount() == 2, "it has two known points");
+  expect(kvn::System::Instance()->getProjectList().size() == 1, "of what was not opened nothing is left");
+  QSignalSpy shares(user.window.findChild<QProgressBar*>(), &QProgressBar::valueChanged);
   user.adjust();
+  QList<int> grown;
+  for (QList<QVariant> const& share : shares) grown << share[0].toInt();
+  expect(grown.size() >= 3 && std::is_sorted(grown.begin(), grown.end()), "the share of what is done grows");
   expect(user.points->model()->rowCount() == 12, "with those that are adjusted twelve");
   // The published coordinate of point 403, as the README of the project has it.
   QAbstractItemModel const* const model = user.points->model();
@@ -74,6 +95,23 @@ void opensAndAdjusts(Driver& user, QString const& samples) {
   }
   expect(north == "1054612.5952", "point 403 stands where it was published");
   expect(user.observations->model()->rowCount() == 46 + 23, "each observation has a row");
+}
+
+/// The places that the project finds for its map by itself are millimetres to metres off.
+void drawsLinesBetweenAdjustedPlaces(Driver& user) {
+  QAbstractItemModel const* const model = user.points->model();
+  std::vector<osg::Vec3d> places;
+  for (int row = 0; row < model->rowCount(); ++row) {
+    places.emplace_back(model->index(row, 2).data().toDouble(), model->index(row, 1).data().toDouble(), 0);
+  }
+  std::vector<osg::Vec3d> const ends = user.endsOfLines();
+  expect(ends.size() == 2 * 23, "each line is on the map once");
+  for (osg::Vec3d const& end : ends) {
+    bool const isPlace = std::any_of(places.begin(), places.end(), [&](osg::Vec3d const& place) {
+      return (place - end).length() < 1e-4;  // of the last digit in the table half a unit each way
+    });
+    expect(isPlace, "a line ends at adjusted places");
+  }
 }
 
 /// Of a click the table tells, of a table the map; the place is that of point 403.
@@ -108,6 +146,17 @@ void showsWhatIsThere(Driver& user, QString const& picture) {
   QTest::qWait(50);
   expect(user.inked() > 2000, "the map is drawn");
   expect(user.window.grab().save(picture), "the window is saved as a picture");
+  // A picture of its own beside the open window, whose context Qt may think current.
+  user.map->makeCurrent();
+  QImage const before = user.map->grabFramebuffer();
+  QString const beside = QFileInfo(picture).path() + "/beside.png";
+  expect(user.window.savePicture(beside), "a picture is drawn beside the window");
+  expect(QOpenGLContext::currentContext() == nullptr, "and Qt thinks no context current that is not");
+  QImage const twice(beside);
+  expect(twice.size() == 2 * user.map->size(), "with twice as many pixels each way");
+  expect(inkOf(twice) > 2 * inkOf(before), "it shows what the window shows");
+  expect(user.map->grabFramebuffer() == before, "and the window is drawn as before");
+  expect(!user.window.savePicture("/no/such/folder/x.png"), "a picture that cannot be written is told");
   user.window.resize(900, 700);
   QTest::qWait(50);
   expect(user.map->view()->getWidth() == user.map->width(), "the view has the size of its widget");
@@ -209,6 +258,7 @@ int main(int argc, char** argv) {
     user.window.show();
     expect(QTest::qWaitForWindowExposed(&user.window), "the window is shown");
     opensAndAdjusts(user, arguments[1]);
+    drawsLinesBetweenAdjustedPlaces(user);
     QTest::qWait(50);
     findsPointsBothWays(user);
     showsWhatIsThere(user, arguments[2]);
