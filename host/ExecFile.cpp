@@ -17,20 +17,20 @@ bool isUtf8(std::string const& bytes) {
   return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-/// Coordinate files are read in the local 8-bit encoding anyway, and project files are XML.
-bool mayBeLocal(QString const& path) {
-  QString const kind = QFileInfo(path).suffix().toLower();
-  return kind != "dat" && kind != "kvn";
-}
-
 }  // namespace
 
 ExecFile::ExecFile(QString const& path) : readable(path) {
-  if (!mayBeLocal(path)) return;
+  QString const kind = QFileInfo(path).suffix().toLower();
+  if (kind == "kvn") return;  // XML
   utils::FileBytes const file = utils::readFile(path);
-  if (!file.isWhole() || isUtf8(file.bytes)) return;
+  bool const isCoordinates = kind == "dat";  // which the library reads in the local 8-bit encoding itself
+  if (!file.isWhole() || (!isCoordinates && isUtf8(file.bytes))) return;
   QString const text = HTextCodec::FromLocal8Bit(file.bytes);
-  if (HTextCodec::ToLocal8Bit(text) != file.bytes) return;  // neither: the reader names the line
+  if (HTextCodec::ToLocal8Bit(text) != file.bytes) {
+    QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
+    throw JobEncodingException(path, System::tr("the file is no text in the encoding %1").arg(codec));
+  }
+  if (isCoordinates) return;
   folder = std::make_unique<QTemporaryDir>();
   readable = folder->filePath(QFileInfo(path).fileName());  // a project keeps the name
   QString const error = utils::replaceFile(readable, text.toStdString());

@@ -12,6 +12,7 @@ namespace kvn::host {
 /// that goes with this object. All other files are read where they are.
 class ExecFile {
  public:
+  /// @throws JobEncodingException for a file in neither encoding: its names would be garbled for good.
   explicit ExecFile(QString const& path);
 
   QString const& toRead() const { return readable; }

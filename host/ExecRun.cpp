@@ -293,14 +293,19 @@ bool ExecRun::edit(std::string const& name, Json::Value const& in, Json::Value& 
   return isDone;
 }
 
-/// Of the three only the coordinate file is read in the local 8-bit encoding by the library itself.
 bool ExecRun::switchFile(std::string const& name, Json::Value const& in, Json::Value& out) {
   bool const hasFile = in["data"].isObject() && in["data"]["file"].isString();
-  if (name == "SwitchCoordinateDataCMD" || !hasFile) return execute(name, in, out);
-  ExecFile const file(QString::fromStdString(in["data"]["file"].asString()));
-  Json::Value argument = in;
-  argument["data"] = withFile(in["data"], file.toRead());
-  return execute(name, argument, out);
+  if (!hasFile) return execute(name, in, out);
+  QString const path = QString::fromStdString(in["data"]["file"].asString());
+  try {
+    ExecFile const file(path);
+    Json::Value argument = in;
+    argument["data"] = withFile(in["data"], file.toRead());
+    return execute(name, argument, out);
+  } catch (JobException const& failure) {
+    fail(out, reasonOf(path, failure));
+    return false;
+  }
 }
 
 bool ExecRun::execute(std::string const& name, Json::Value const& in, Json::Value& out) {

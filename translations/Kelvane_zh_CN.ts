@@ -3203,6 +3203,10 @@
         <translation>标准输入未能读完：%1</translation>
     </message>
     <message>
+        <source>the file is no text in the encoding %1</source>
+        <translation>文件不是编码 %1 的文本</translation>
+    </message>
+    <message>
         <source>a text</source>
         <translation>文本</translation>
     </message>

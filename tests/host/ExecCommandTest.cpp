@@ -242,13 +242,21 @@ TEST(ExecCommand, ACommandOpensAFileAsTheOptionDoesWhateverWasOpenBefore) {
   EXPECT_THAT(program.read("later.kvn"), HasSubstr("AngleError=\"2\"")) << "a field book does not take over errors";
 }
 
-TEST(ExecCommand, SwitchesToATraverseFileInTheEncodingOfTheOption) {
+TEST(ExecCommand, SwitchesToAFileInTheEncodingOfTheOptionAndRefusesItInAnother) {
   Program const program;
   program.write("local.txt", kLocalBook);
-  test::Run const run =
-      program.run({"exec", "--encoding", "GBK"},
-                  R"([{"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "local.txt"}}}, {"name": "list"}])");
-  EXPECT_EQ(run.json()[1]["out"]["rows"][1]["name"].asString(), "点") << run.out;
+  program.write("local.dat", "\xB5\xE3,m,1,2,3\n");
+  std::string const commands =
+      R"([{"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "local.txt"}}},
+          {"name": "SwitchCoordinateDataCMD", "in": {"data": {"file": "local.dat"}}}, {"name": "list"}])";
+  Json::Value const results = program.run({"exec", "--encoding", "GBK"}, commands).json();
+  EXPECT_EQ(results[2]["out"]["rows"][1]["name"].asString(), "点");
+  EXPECT_EQ(results[2]["out"]["coordinates"][0]["name"].asString(), "点");
+  Json::Value const refused = program.run({"exec", "--encoding", "UTF-8"}, commands).json();
+  EXPECT_EQ(refused[0]["out"]["message"].asString(),
+            "local.txt: the file is no text in the encoding UTF-8; --encoding names another one");
+  EXPECT_FALSE(refused[1]["ok"].asBool());
+  EXPECT_EQ(refused[2]["out"]["rows"].size() + refused[2]["out"]["coordinates"].size(), 0U);
 }
 
 TEST(ExecCommand, AFileThatCannotBeOpenedLeavesAllAsItWasAndIsNamedWithTheReason) {
