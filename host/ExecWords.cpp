@@ -17,7 +17,7 @@ enum class Kind { Text, Number, Position, YesOrNo, Ids };
 struct Member {
   char const* name;
   Kind kind;
-  bool isRequired = false;
+  bool isRequired = false;  ///< by the command, or by whoever wants a point with a name
 };
 
 /// The members of "data" by command; `OpenFileCMD` has its own beside them.
@@ -28,7 +28,8 @@ std::map<std::string, std::vector<Member>> const& commands() {
   static std::vector<Member> const ids{{"ids", Kind::Ids}};
   static std::map<std::string, std::vector<Member>> const table{
       {"OpenFileCMD", file},
-      {"AddTraverseDataCMD", {{"index", Kind::Position}, {"Name", text}, {"N", number}, {"E", number}, {"Z", number}}},
+      {"AddTraverseDataCMD",
+       {{"index", Kind::Position}, {"Name", text, true}, {"N", number}, {"E", number}, {"Z", number}}},
       {"RemoveTraverseDataCMD", ids},
       {"ModifyTraverseDataCMD",
        {{"id", text, true},
@@ -45,8 +46,8 @@ std::map<std::string, std::vector<Member>> const& commands() {
       {"SwitchTraverseDataCMD", file},
       {"AddNetworkDataCMD",
        {{"index", Kind::Position},
-        {"StartName", text},
-        {"EndName", text},
+        {"StartName", text, true},
+        {"EndName", text, true},
         {"HorizontalAngle", number},
         {"horizontalDistance", number}}},
       {"RemoveNetworkDataCMD", ids},
@@ -108,6 +109,10 @@ QString textOf(Kind kind) {
   return System::tr("an array of texts");
 }
 
+QString missing(QString const& command, char const* member) {
+  return System::tr("%1: \"%2\" is missing").arg(command, member);
+}
+
 QString mustBe(QString const& command, char const* member, QString const& what) {
   return System::tr("%1: \"%2\" must be %3").arg(command, member, what);
 }
@@ -120,7 +125,7 @@ void compare(QString const& command, std::vector<Member> const& members, Json::V
     Json::Value const& value = data[member.name];
     if (value.isNull() && !member.isRequired) continue;
     if (value.isNull()) {
-      faults.wrong << System::tr("%1: \"%2\" is missing").arg(command, member.name);
+      faults.wrong << missing(command, member.name);
     } else if (!isOf(member.kind, value)) {
       faults.wrong << mustBe(command, member.name, textOf(member.kind));
     }
@@ -139,11 +144,13 @@ ArgumentFaults faultsOf(std::string const& name, Json::Value const& in) {
   auto const found = commands().find(name);
   if (found == commands().end()) return faults;
   QString const command = QString::fromStdString(name);
-  static Json::Value const none(Json::objectValue);
   bool const isOpening = name == "OpenFileCMD";
-  Json::Value const& data = isOpening ? in : in["data"];
-  if (data.isNull() || data.isObject()) {
-    compare(command, found->second, data.isNull() ? none : data, faults);
+  static Json::Value const none(Json::objectValue);
+  Json::Value const& data = isOpening && in.isNull() ? none : isOpening ? in : in["data"];
+  if (data.isObject()) {
+    compare(command, found->second, data, faults);
+  } else if (data.isNull()) {
+    faults.wrong << missing(command, "data");
   } else {
     faults.wrong << mustBe(command, "data", System::tr("an object"));
   }

@@ -344,6 +344,8 @@ TEST(ExecCommand, SaysWhichMemberIsWrongAndWhatWasMeant) {
         Case{coordinate(R"({"Name": "K", "Mark": "", "N": "1"})"),
              "Error: AddCoordinateDataCMD: \"N\" must be a number\n"},
         Case{coordinate("[]"), "Error: AddCoordinateDataCMD: \"data\" must be an object\n"},
+        Case{R"({"name": "AddTraverseDataCMD", "in": {"Name": "K", "N": 1}})",
+             "Warning: AddTraverseDataCMD: \"data\" is missing\n"},
         Case{R"({"name": "RemoveCoordinateDataCMD", "in": {"data": {"ids": [7]}}})",
              "Error: RemoveCoordinateDataCMD: \"ids\" must be an array of texts\n"},
         Case{R"({"name": "AddNetworkDataCMD", "in": {"data": {"HorizontalDistance": 80}}})",
