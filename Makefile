@@ -79,6 +79,8 @@ install: build-packages
 	cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX)
 	cmake --build --preset release -j $(JOBS)
 	cmake --install build/release
+	@# Programs that are linked to the library find it below the folders that the loader searches.
+	@if [ "$$(id -u)" -eq 0 ] && [ -z "$$DESTDIR" ]; then ldconfig || true; fi
 
 # Debian packages in build/release, looked through by Debian's checker.
 deb: deb-packages

@@ -9,6 +9,7 @@
 #include "Streams.h"
 
 #include <json/reader.h>
+#include <QRegularExpression>
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -18,6 +19,12 @@
 namespace kvn::host {
 namespace {
 
+/// Where the text stops to be JSON. @param errors  of the parser: "* Line 1, Column 9", and what it expects there.
+QString placeOf(std::string const& errors) {
+  auto const found = QRegularExpression("Line (\\d+), Column (\\d+)").match(QString::fromStdString(errors));
+  return System::tr("line %1, column %2").arg(found.captured(1), found.captured(2));
+}
+
 /// @throws Json::Exception for input that is nested too deep, JobException for input that is no JSON.
 Json::Value parse(std::string const& bytes, QString const& refusal) {
   Json::CharReaderBuilder builder;
@@ -26,7 +33,7 @@ Json::Value parse(std::string const& bytes, QString const& refusal) {
   Json::Value value;
   std::string errors;
   if (!reader->parse(bytes.data(), bytes.data() + bytes.size(), &value, &errors)) {
-    throw JobException({}, refusal.arg(QString::fromStdString(errors).simplified()));
+    throw JobException({}, refusal.arg(placeOf(errors)));
   }
   return value;
 }
@@ -35,7 +42,12 @@ bool isCommand(Json::Value const& value) {
   return value.isObject() && value["name"].isString() && (!value.isMember("in") || value["in"].isObject());
 }
 
+bool isBlank(std::string const& text) { return text.find_first_not_of(" \t\r\n") == std::string::npos; }
+
 Json::Value readList(std::string const& bytes) {
+  if (isBlank(bytes)) {
+    throw JobException({}, System::tr("standard input is empty: commands are a JSON array, or one command a line"));
+  }
   Json::Value commands = parse(bytes, System::tr("standard input is not JSON: %1"));
   if (!commands.isArray()) throw JobException({}, System::tr("standard input is not a JSON array of commands"));
   for (Json::ArrayIndex i = 0; i < commands.size(); ++i) {
@@ -46,8 +58,6 @@ Json::Value readList(std::string const& bytes) {
   }
   return commands;
 }
-
-bool isBlank(std::string const& line) { return line.find_first_not_of(" \t\r") == std::string::npos; }
 
 /// A failed command stops nothing: each result stands at the place of its command.
 bool runList(Json::Value const& commands, Session& session, Json::Value& results) {
@@ -62,19 +72,34 @@ bool runList(Json::Value const& commands, Session& session, Json::Value& results
   return allGood;
 }
 
+/// @throws JobException, Json::Exception for a line that is no command.
+Json::Value readLine(std::string const& line, int number) {
+  Json::Value command = parse(line, System::tr("line %1 of standard input is not JSON: %2").arg(number).arg("%1"));
+  if (isCommand(command)) return command;
+  throw JobException({}, System::tr("line %1 of standard input is not {\"name\": text, \"in\": object}").arg(number));
+}
+
+/// The result of a line. Whoever writes the lines reads an answer to each: one that is no command is answered too.
+Json::Value answerTo(std::string const& line, int number, ExecRun& script) {
+  Json::Value command;
+  QString fault;
+  try {
+    command = readLine(line, number);
+  } catch (JobException const& failure) {
+    fault = failure.text;
+  } catch (Json::Exception const& failure) {
+    fault = System::tr("line %1 of standard input is not JSON: %2").arg(number).arg(failure.what());
+  }
+  return fault.isEmpty() ? script.run(command) : script.refuse(fault);
+}
+
 /// A command a line, each answered on a line before the next one is read, so that whoever writes them can look at ids.
 bool runLines(std::string line, StandardLines& lines, Session& session) {
   ExecRun script(session, true);
   bool allGood = true;
   for (int number = 1;; ++number) {
     if (!isBlank(line)) {
-      Json::Value const command =
-          parse(line, System::tr("line %1 of standard input is not JSON: %2").arg(number).arg("%1"));
-      if (!isCommand(command)) {
-        throw JobException({},
-                           System::tr("line %1 of standard input is not {\"name\": text, \"in\": object}").arg(number));
-      }
-      Json::Value const result = script.run(command);
+      Json::Value const result = answerTo(line, number, script);
       allGood = allGood && result["ok"].asBool();
       printBytes(jsonLineOf(result) + '\n');
       finishPrinting();

@@ -1,8 +1,13 @@
 #include "ExecRun.h"
 
+#include "ExecFile.h"
+#include "ExecWords.h"
+#include "Failures.h"
 #include "Output.h"
 #include "RecordJson.h"
 
+#include <QFileInfo>
+#include <algorithm>
 #include <map>
 #include <tuple>
 #include <unordered_set>
@@ -73,6 +78,49 @@ void keepIds(Network const& old, Network& made) {
   }
 }
 
+/// A known point that a command has moved is a new record without an id; the list has as many as before.
+void keepIds(std::vector<KnownPoint> const& old, std::vector<KnownPoint>& made) {
+  for (std::size_t i = 0; i < std::min(old.size(), made.size()); ++i) {
+    if (made[i].id.empty()) made[i].id = old[i].id;
+  }
+}
+
+bool startsWith(std::string const& name, char const* beginning) { return name.rfind(beginning, 0) == 0; }
+
+/// Whether a command puts the lines of the network in the place of the rows that they were made of.
+bool editsNetwork(std::string const& name) {
+  return name == "AddNetworkDataCMD" || name == "RemoveNetworkDataCMD" || name == "ModifyNetworkDataCMD";
+}
+
+void send(QString const& text, MessType type) { System::Instance()->sendMessage(text, type); }
+
+void fail(Json::Value& out, QString const& reason) {
+  out = Json::Value(Json::objectValue);
+  out["code"] = 0;  // of no number of its own
+  out["message"] = reason.toStdString();
+}
+
+/// Without the other coordinate a known point is moved onto the axis.
+void tellHalfMoved(Json::Value const& data) {
+  auto const tell = [&data](char const* name, char const* given, char const* other) {
+    if (!data[given].isNumeric() || data[other].isNumeric()) return;
+    send(System::tr("%1: with \"%2\" alone \"%3\" is 0 now").arg(textOf(data[name].asString()), given, other), Warning);
+  };
+  tell("StartName", "StartN", "StartE");
+  tell("StartName", "StartE", "StartN");
+  tell("EndName", "EndN", "EndE");
+  tell("EndName", "EndE", "EndN");
+}
+
+QString reasonOf(QString const& path, JobException const& failure) {
+  return path.isEmpty() ? refusalText(failure) : QString("%1: %2").arg(path, refusalText(failure));
+}
+
+Json::Value withFile(Json::Value in, QString const& path) {
+  in["file"] = path.toStdString();
+  return in;
+}
+
 /// Those of the ids that no record of the project has.
 std::vector<std::string> unknownIn(Project const& project, std::vector<std::string> const& named) {
   if (named.empty()) return {};
@@ -93,12 +141,22 @@ ExecRun::ExecRun(Session& opened, bool mayUndo) : session(opened), project(opene
   project.getOrCreateMapScene();
 }
 
+Json::Value ExecRun::refuse(QString const& reason) {
+  send(reason, Error);
+  Json::Value result;
+  result["ok"] = false;
+  fail(result["out"], reason);
+  result["messages"] = session.messages().take();
+  return result;
+}
+
 Json::Value ExecRun::run(Json::Value const& command) {
   std::string const name = command["name"].asString();
-  bool const adds = name.rfind("Add", 0) == 0;
+  bool const adds = startsWith(name, "Add");
   Json::Value result;
   Json::Value out;
   bool const isDone = perform(name, command["in"], out);
+  tellOfArgument(name, command["in"], isDone, out);
   result["ok"] = isDone;
   result["out"] = out;
   if (adds) {
@@ -121,35 +179,111 @@ bool ExecRun::perform(std::string const& name, Json::Value const& in, Json::Valu
   return edit(name, in, out);
 }
 
-/// The library leaves on the map what was drawn and in the list what other files have brought. Where the file cannot be
-/// opened they stay.
+/// What the library's reason does not say: which member it is about, and which command was meant.
+void ExecRun::tellOfArgument(std::string const& name, Json::Value const& in, bool isDone, Json::Value const& out) {
+  if (!isDone && out["code"] == static_cast<int>(cmd::CmdErrorCode::noCommand))
+    return send(unknownCommand(name), Error);
+  ArgumentFaults const faults = faultsOf(name, in);
+  for (QString const& text : faults.wrong) send(text, isDone ? Warning : Error);
+  for (QString const& text : faults.unread) send(text, Warning);
+}
+
+/// The library's command reads to the letter, leaves in the project what the file before has brought, and takes neither
+/// the a-priori errors of a network file nor what its observations lack. It runs on a project of its own for what it
+/// has to say; the job then reads the file as it reads the one of --open. A file that one of the two refuses leaves all
+/// as it was.
 bool ExecRun::openAnother(Json::Value const& in, Json::Value& out) {
-  std::vector<CoordinatePointInfo> coordinates = std::exchange(project.getCoordinatePointList(), {});
-  project.clearMapData();
-  bool const isOpen = execute("OpenFileCMD", in, out);
-  if (!isOpen) {
-    project.setCoordinatePointList(std::move(coordinates));
-    project.build();
+  QString const path = QString::fromStdString(in["file"].isString() ? in["file"].asString() : std::string());
+  Configure const settings = project.getConfigure();
+  try {
+    bool const isKnownKind = Job::readableKinds().contains(QFileInfo(path).suffix().toLower());
+    if (isKnownKind || path.isEmpty()) {
+      ExecFile const file(path);
+      auto const tried = System::Instance()->createProject();
+      tried->getOrCreateMapScene();
+      Json::Value const argument = path.isEmpty() ? in : withFile(in, file.toRead());
+      if (!tried->getCommandManager()->execute("OpenFileCMD", argument, out, {})) return tellReason(path);
+    }
+    bool const isDoubted = session.messages().hasError();
+    project.setConfigure(Configure());  // those of the file before say nothing of this one
+    session.job().open(path);
+    if (isDoubted) tellWhatCareFinds(path);
+  } catch (JobException const& failure) {
+    project.setConfigure(settings);
+    fail(out, reasonOf(path, failure));
+    return false;
   }
+  project.clearMapData();
   before.clear();  // records of another file
   undone.clear();
-  return isOpen;
+  return true;
+}
+
+/// The library's checks take a direction that rounding has put just below 0 for an error, and tell no line of what they
+/// find.
+void ExecRun::tellWhatCareFinds(QString const& path) {
+  std::vector<FieldFinding> const found =
+      session.job().findingsOf(Job::FileTold | Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
+  bool const hasError = std::any_of(
+      found.begin(), found.end(), [](FieldFinding const& finding) { return finding.severity == FieldFinding::Error; });
+  send(hasError ? System::tr("What is wrong with %1, and in which line, kelvane check tells").arg(path)
+                : System::tr("Read with care, %1 has no error in its lines; kelvane check tells more").arg(path),
+       Info);
+}
+
+/// Of a file that the library refuses: where it cannot be read with care either, that reason names the line.
+/// @return false.
+bool ExecRun::tellReason(QString const& path) {
+  try {
+    if (path.isEmpty()) return false;
+    Job(System::Instance()->createProject()).open(path);
+    send(System::tr("%1 can be read with care, by --open").arg(path), Info);
+  } catch (JobException const& failure) {
+    send(reasonOf(path, failure), Error);
+  }
+  return false;
+}
+
+/// A row that is put beside a network would take its place: what is saved is made of the rows.
+bool ExecRun::wouldLoseNetwork(std::string const& name, Json::Value& out) const {
+  Network const& network = project.getNetwork();
+  bool const isNetworkAlone =
+      project.getTraverseDataList().empty() && !(network.isEmpty() && network.knownPoints.empty());
+  if (name != "AddTraverseDataCMD" || !isNetworkAlone) return false;
+  fail(out,
+       System::tr("the job is a network of %1 known points and %2 lines without rows: a row would take their place; "
+                  "AddNetworkDataCMD adds to a network")
+           .arg(network.knownPoints.size())
+           .arg(network.lines.size()));
+  return true;
 }
 
 bool ExecRun::edit(std::string const& name, Json::Value const& in, Json::Value& out) {
+  if (wouldLoseNetwork(name, out)) return false;
   State state;
   if (keepsStates) {
     state = current();
-  } else if (mayGenerate(name)) {
+  } else if (mayGenerate(name) || name == "ModifyNetworkDataCMD") {  // these take the time of the whole network anyway
     state.network = project.getNetwork();
   }
+  std::size_t const rowsBefore = project.getTraverseDataList().size();
   std::vector<std::string> const unknown = unknownIn(project, namedIds(in));
-  bool const isDone = execute(name, in, out);
+  bool const isDone = startsWith(name, "Switch") ? switchFile(name, in, out) : execute(name, in, out);
+  bool const hasLostRows = rowsBefore > 0 && project.getTraverseDataList().empty();
+  // The lines of rows that are gone; the library keeps those of a traverse file.
+  if (hasLostRows && name == "RemoveTraverseDataCMD") project.clearNetwork();
+  if (hasLostRows && editsNetwork(name)) {
+    send(System::tr("The %1 rows are no longer in the job: the network does not follow from them any more")
+             .arg(rowsBefore),
+         Warning);
+  }
   if (mayGenerate(name)) keepIds(state.network, project.getNetwork());
+  if (name == "ModifyNetworkDataCMD") keepIds(state.network.knownPoints, project.getNetwork().knownPoints);
+  if (isDone && name == "ModifyNetworkDataCMD") tellHalfMoved(in["data"]);
   for (std::string const& id : unknown) out["unknown"].append(id);
   if (!keepsStates) return isDone;
   // A file in the place of the rows is not taken back.
-  if (name.rfind("Switch", 0) == 0) {
+  if (startsWith(name, "Switch")) {
     before.clear();
   } else if (isDone) {
     before.push_back(std::move(state));
@@ -157,6 +291,21 @@ bool ExecRun::edit(std::string const& name, Json::Value const& in, Json::Value& 
   }
   undone.clear();
   return isDone;
+}
+
+bool ExecRun::switchFile(std::string const& name, Json::Value const& in, Json::Value& out) {
+  bool const hasFile = in["data"].isObject() && in["data"]["file"].isString();
+  if (!hasFile) return execute(name, in, out);
+  QString const path = QString::fromStdString(in["data"]["file"].asString());
+  try {
+    ExecFile const file(path);
+    Json::Value argument = in;
+    argument["data"] = withFile(in["data"], file.toRead());
+    return execute(name, argument, out);
+  } catch (JobException const& failure) {
+    fail(out, reasonOf(path, failure));
+    return false;
+  }
 }
 
 bool ExecRun::execute(std::string const& name, Json::Value const& in, Json::Value& out) {
@@ -168,6 +317,7 @@ bool ExecRun::exchange(std::vector<State>& from, std::vector<State>& to, Json::V
   if (from.empty()) {
     out["code"] = code;
     out["message"] = message;
+    send(code == 4 ? System::tr("there is nothing to undo") : System::tr("there is nothing to redo"), Error);
     return false;
   }
   to.push_back(current());

@@ -21,6 +21,9 @@ class ExecRun {
   /// The result of one command, {ok, out, messages}; of one that adds records also "ids".
   Json::Value run(Json::Value const& command);
 
+  /// The result in the place of what is no command.
+  Json::Value refuse(QString const& reason);
+
  private:
   /// What the data commands change.
   struct State {
@@ -31,6 +34,11 @@ class ExecRun {
 
   bool perform(std::string const& name, Json::Value const& in, Json::Value& out);
   bool openAnother(Json::Value const& in, Json::Value& out);
+  void tellWhatCareFinds(QString const& path);
+  bool tellReason(QString const& path);
+  bool wouldLoseNetwork(std::string const& name, Json::Value& out) const;
+  void tellOfArgument(std::string const& name, Json::Value const& in, bool isDone, Json::Value const& out);
+  bool switchFile(std::string const& name, Json::Value const& in, Json::Value& out);
   bool edit(std::string const& name, Json::Value const& in, Json::Value& out);
   bool execute(std::string const& name, Json::Value const& in, Json::Value& out);
   bool exchange(std::vector<State>& from, std::vector<State>& to, Json::Value& out, int code, char const* message);

@@ -18,6 +18,7 @@ int refuse(QString const& file, QString const& text, bool json) {
     failure["version"] = kJsonVersion;
     failure["code"] = 0;  // unknown, as the commands tell a failure that has no number of its own
     failure["message"] = text.toStdString();
+    if (!file.isEmpty()) failure["file"] = file.toStdString();
     try {
       printJson(failure);
     } catch (std::runtime_error const&) {  // NOLINT(bugprone-empty-catch): the failure itself has been told

@@ -50,7 +50,7 @@ class Session {
 void tellWarnings(std::vector<FieldFinding> const& findings);
 
 /// Runs a subcommand in a session of its own. A failure becomes one line on standard error, with JSON also {code,
-/// message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.
+/// file, message} on standard output, and `Refused`. @throws UsageError for an unknown encoding.
 int runInSession(CommonOptions const& options, std::function<int(Session&)> const& run);
 
 }  // namespace kvn::host

@@ -3203,6 +3203,90 @@
         <translation>标准输入未能读完：%1</translation>
     </message>
     <message>
+        <source>the file is no text in the encoding %1</source>
+        <translation>文件不是编码 %1 的文本</translation>
+    </message>
+    <message>
+        <source>a text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>数</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true 或 false</translation>
+    </message>
+    <message>
+        <source>an array of texts</source>
+        <translation>文本数组</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>%1: "%2" must be %3</source>
+        <translation>%1：“%2”必须是%3</translation>
+    </message>
+    <message>
+        <source>%1: "%2" is missing</source>
+        <translation>%1：缺少“%2”</translation>
+    </message>
+    <message>
+        <source>%1: nothing reads "%2"</source>
+        <translation>%1：没有任何步骤读取“%2”</translation>
+    </message>
+    <message>
+        <source>unknown command: %1</source>
+        <translation>未知命令：%1</translation>
+    </message>
+    <message>
+        <source>%1: with "%2" alone "%3" is 0 now</source>
+        <translation>%1：只给出“%2”，“%3”现为 0</translation>
+    </message>
+    <message>
+        <source>What is wrong with %1, and in which line, kelvane check tells</source>
+        <translation>%1 有何错误、在哪一行，请用 kelvane check 查看</translation>
+    </message>
+    <message>
+        <source>Read with care, %1 has no error in its lines; kelvane check tells more</source>
+        <translation>经仔细读取，%1 各行没有错误；详情请用 kelvane check 查看</translation>
+    </message>
+    <message>
+        <source>%1 can be read with care, by --open</source>
+        <translation>%1 可用 --open 仔细读取</translation>
+    </message>
+    <message>
+        <source>the job is a network of %1 known points and %2 lines without rows: a row would take their place; AddNetworkDataCMD adds to a network</source>
+        <translation>该作业是有 %1 个已知点和 %2 条边的控制网，没有观测行：新行会取代它们；向控制网添加请用 AddNetworkDataCMD</translation>
+    </message>
+    <message>
+        <source>The %1 rows are no longer in the job: the network does not follow from them any more</source>
+        <translation>%1 个观测行已不在作业中：控制网不再由它们得出</translation>
+    </message>
+    <message>
+        <source>there is nothing to undo</source>
+        <translation>没有可撤销的操作</translation>
+    </message>
+    <message>
+        <source>there is nothing to redo</source>
+        <translation>没有可重做的操作</translation>
+    </message>
+    <message>
+        <source>line %1, column %2</source>
+        <translation>第 %1 行第 %2 列</translation>
+    </message>
+    <message>
+        <source>standard input is empty: commands are a JSON array, or one command a line</source>
+        <translation>标准输入为空：命令应为 JSON 数组，或每行一个命令</translation>
+    </message>
+    <message>
         <source>standard input is not JSON: %1</source>
         <translation>标准输入不是 JSON：%1</translation>
     </message>

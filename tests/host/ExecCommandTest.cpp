@@ -15,13 +15,16 @@ constexpr char const* kLine = R"({"name": "AddNetworkDataCMD", "in": {"data":
 constexpr char const* kBook =
     "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\nSC,B,1.6,,181.0000,270.0000,7,0,0,0\n";
 
+constexpr char const* kLocalBook =  // in GBK
+    "STA,A,1.5,,10,10,5\nSC,\xB5\xE3,1.6,,1.0000,90.0000,7,0,0,0\nSC,\xB5\xE3,1.6,,181.0000,270.0000,7,0,0,0\n";
+
 std::string listOf(std::string const& commands) { return "[" + commands + "]"; }
 
 TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
   Program const program;
   std::string const commands = std::string(kLine) +
                                R"(, {"name": "NoSuchCMD", "in": {}},
-      {"name": "AddTraverseDataCMD", "in": {"data": {"index": 0, "Name": "基点", "N": 1.5}}},
+      {"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "基点", "Mark": ""}}},
       {"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "C", "Mark": "m", "N": 1, "E": 2, "Z": 3}}})";
   program.write("net.in2", kNetworkFile);
   test::Run const run = program.run({"exec", "--open", "net.in2"}, listOf(commands));
@@ -35,9 +38,9 @@ TEST(ExecCommand, RunsEveryCommandAndTellsEachOutcome) {
   EXPECT_TRUE(results[3]["ok"].asBool()) << "a failed command must not stop those behind it";
   Json::Value const message = results[2]["messages"][0];
   EXPECT_EQ(message["type"].asString(), "Info");
-  EXPECT_EQ(message["text"].asString(), "Know Point [基点] insert successfully");
+  EXPECT_EQ(message["text"].asString(), "Coordinate Point [基点] insert successfully");
   EXPECT_THAT(run.out, HasSubstr("[基点]")) << "texts stand as they are, not as escapes";
-  EXPECT_THAT(run.err, HasSubstr("Info: Know Point [基点] insert successfully\n"));
+  EXPECT_THAT(run.err, HasSubstr("Info: Coordinate Point [基点] insert successfully\n"));
 }
 
 TEST(ExecCommand, SavesWhatTheProjectHolds) {
@@ -205,11 +208,177 @@ TEST(ExecCommand, AnswersLineByLineSoThatIdsCanBeAskedForAndUsed) {
   EXPECT_THAT(program.read("new.txt"), testing::StartsWith("STA,A,1.75,"));
 }
 
+std::string openingOf(std::string const& file) { return R"({"name": "OpenFileCMD", "in": {"file": ")" + file + "\"}}"; }
+
+// The library reads no a-priori errors, keeps what the file before has brought, and knows UTF-8 alone.
+TEST(ExecCommand, ACommandOpensAFileAsTheOptionDoesWhateverWasOpenBefore) {
+  Program const program;
+  program.write("before.in2", kNetworkFile);
+  program.write("before.txt", kBook);
+  program.write("errors.in2", "10,11,12\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45\nP,S,70.71\n");
+  program.write("local.in2", "2,3,3\nA,0,0\nB,0,100\nA\nB,L,0\n\xB5\xE3,L,45\n\xB5\xE3,S,70.71\n");
+  program.write("local.txt", kLocalBook);
+  program.write("points.dat", "C,m,1,2,3\n");
+  for (std::string const& file : {std::string("errors.in2"), std::string("local.in2"), std::string("local.txt"),
+                                  std::string("points.dat"), std::string("before.txt")}) {
+    QString const kind = QString::fromStdString(file).section('.', 1);
+    QStringList const ends{"--save", "option." + kind, "--encoding", "GBK"};
+    ASSERT_EQ(program.run(QStringList{"exec", "--open", file.c_str()} + ends, "[]").exitCode, 0) << file;
+    for (char const* before : {"before.in2", "before.txt", "points.dat"}) {
+      SCOPED_TRACE(file + " behind " + before);
+      test::Run const run = program.run({"exec", "--open", before, "--save", "command." + kind, "--encoding", "GBK"},
+                                        listOf(openingOf(file) + R"(, {"name": "list"})"));
+      EXPECT_EQ(run.exitCode, 0) << run.err;
+      EXPECT_EQ(program.read("command." + kind), program.read("option." + kind));
+      Json::Value const all = run.json()[1]["out"];
+      EXPECT_EQ(all["coordinates"].size(), file == "points.dat" ? 1U : 0U);
+      EXPECT_EQ(all["rows"].empty(), kind != "txt") << "rows of the file before";
+      EXPECT_EQ(all["lines"].empty(), file == "points.dat");
+    }
+  }
+  ASSERT_EQ(
+      program.run({"exec", "--open", "errors.in2", "--save", "later.kvn"}, listOf(openingOf("before.txt"))).exitCode,
+      0);
+  EXPECT_THAT(program.read("later.kvn"), HasSubstr("AngleError=\"2\"")) << "a field book does not take over errors";
+}
+
+TEST(ExecCommand, SwitchesToAFileInTheEncodingOfTheOptionAndRefusesItInAnother) {
+  Program const program;
+  program.write("local.txt", kLocalBook);
+  program.write("local.dat", "\xB5\xE3,m,1,2,3\n");
+  std::string const commands =
+      R"([{"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "local.txt"}}},
+          {"name": "SwitchCoordinateDataCMD", "in": {"data": {"file": "local.dat"}}}, {"name": "list"}])";
+  Json::Value const results = program.run({"exec", "--encoding", "GBK"}, commands).json();
+  EXPECT_EQ(results[2]["out"]["rows"][1]["name"].asString(), "点");
+  EXPECT_EQ(results[2]["out"]["coordinates"][0]["name"].asString(), "点");
+  Json::Value const refused = program.run({"exec", "--encoding", "UTF-8"}, commands).json();
+  EXPECT_EQ(refused[0]["out"]["message"].asString(),
+            "local.txt: the file is no text in the encoding UTF-8; --encoding names another one");
+  EXPECT_FALSE(refused[1]["ok"].asBool());
+  EXPECT_EQ(refused[2]["out"]["rows"].size() + refused[2]["out"]["coordinates"].size(), 0U);
+}
+
+TEST(ExecCommand, AFileThatCannotBeOpenedLeavesAllAsItWasAndIsNamedWithTheReason) {
+  Program const program;
+  program.write("job.txt", kBook);
+  program.write("points.foo", "C,m,1,2,3\n");
+  program.write("bad.in2", "2,3,3\nA,zero\n");
+  program.write("bad.dat", "C,m,1,2,3\nD,m,1,x,3\n");
+  program.write("bad.kvn", "<Kelvane");
+  program.write("one-face.txt", "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\n");
+  std::string const point =
+      R"({"name": "AddCoordinateDataCMD", "in": {"data": {"Index": 0, "Name": "K", "Mark": "m"}}}, )";
+  for (auto const& [file, says] : {std::pair{"points.foo", "points.foo: unknown kind of file"},
+                                   {"none.in2", "none.in2: no such file"},
+                                   {"bad.in2", "bad.in2: "},
+                                   {"bad.dat", "bad.dat: "},
+                                   {"one-face.txt", "one-face.txt can be read with care, by --open"},
+                                   {"bad.kvn", "bad.kvn: "}}) {
+    SCOPED_TRACE(file);
+    test::Run const run = program.run(
+        {"exec", "--open", "job.txt"},
+        listOf(point + R"({"name": "list"}, )" + openingOf(file) + R"(, {"name": "list"}, {"name": "undo"})"));
+    Json::Value const results = run.json();
+    ASSERT_EQ(results.size(), 5U) << run.err;
+    EXPECT_FALSE(results[2]["ok"].asBool());
+    EXPECT_EQ(results[3]["out"], results[1]["out"]);
+    EXPECT_TRUE(results[4]["ok"].asBool()) << "the edit before can still be taken back";
+    EXPECT_THAT(run.out, HasSubstr(says));
+  }
+}
+
+TEST(ExecCommand, ARowIsNotPutInThePlaceOfANetwork) {
+  Program const program;
+  program.write("net.in2", kNetworkFile);
+  std::string const row = R"({"name": "AddTraverseDataCMD", "in": {"data": {"Name": "K1", "N": 1000, "E": 2000}}})";
+  test::Run const run = program.run({"exec", "--open", "net.in2", "--save", "net.in2"}, listOf(row));
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_THAT(run.json()[0]["out"]["message"].asString(), HasSubstr("AddNetworkDataCMD"));
+  EXPECT_EQ(program.read("net.in2"), kNetworkFile);
+  // Rows that have gone take their lines along, so that others can be put in their place.
+  program.write("job.txt", kBook);
+  program.run({"convert", "job.txt", "job.kvn"});
+  std::string const id = program.run({"show", "job.kvn", "--json"}).json()["rows"][0]["id"].asString();
+  std::string const remove = R"({"name": "RemoveTraverseDataCMD", "in": {"data": {"ids": [")" + id + R"("]}}}, )";
+  Json::Value const results =
+      program.run({"exec", "--open", "job.kvn"}, listOf(remove + R"({"name": "list"}, )" + row)).json();
+  EXPECT_EQ(results[1]["out"]["lines"].size(), 0U);
+  EXPECT_TRUE(results[2]["ok"].asBool());
+}
+
+TEST(ExecCommand, AKnownPointThatIsMovedKeepsItsId) {
+  Program const program;
+  program.write("net.in2", kNetworkFile);
+  ASSERT_EQ(program.run({"convert", "net.in2", "net.kvn"}).exitCode, 0);
+  Json::Value const shown = program.run({"show", "net.kvn", "--json"}).json();
+  std::string const edit = R"({"name": "ModifyNetworkDataCMD", "in": {"data": {"id": ")" +
+                           shown["lines"][0]["id"].asString() + R"(", "StartName": "A", "StartN": 5.25}}})";
+  Json::Value const results =
+      program.run({"exec", "--open", "net.kvn"}, listOf(R"({"name": "list"}, )" + edit + R"(, {"name": "list"})"))
+          .json();
+  Json::Value const id = results[0]["out"]["knownPoints"][0]["id"];
+  EXPECT_NE(id.asString(), "");
+  EXPECT_EQ(results[2]["out"]["knownPoints"][0]["id"], id);
+  EXPECT_EQ(results[2]["out"]["knownPoints"][0]["x"].asDouble(), 5.25);
+  EXPECT_EQ(results[1]["messages"][0]["text"].asString(), "A: with \"StartN\" alone \"StartE\" is 0 now");
+}
+
+TEST(ExecCommand, SaysWhichMemberIsWrongAndWhatWasMeant) {
+  Program const program;
+  program.write("job.txt", kBook);
+  auto const coordinate = [](std::string const& data) {
+    return R"({"name": "AddCoordinateDataCMD", "in": {"data": )" + data + "}}";
+  };
+  struct Case {
+    std::string command;
+    char const* says;
+  };
+  for (Case const& c :
+       {Case{R"({"name": "lst"})", "Error: unknown command: lst; did you mean list?\n"},
+        Case{R"({"name": "Undo"})", "Error: unknown command: Undo; did you mean undo?\n"},
+        Case{R"({"name": "undo"})", "Error: there is nothing to undo\n"},
+        Case{R"({"name": "OpenFileCMD"})", "Error: OpenFileCMD: \"file\" is missing\n"},
+        Case{coordinate(R"({"Name": "K"})"), "Error: AddCoordinateDataCMD: \"Mark\" is missing\n"},
+        Case{coordinate(R"({"Name": 7, "Mark": ""})"), "Error: AddCoordinateDataCMD: \"Name\" must be a text\n"},
+        Case{coordinate(R"({"Name": "K", "Mark": "", "N": "1"})"),
+             "Error: AddCoordinateDataCMD: \"N\" must be a number\n"},
+        Case{coordinate("[]"), "Error: AddCoordinateDataCMD: \"data\" must be an object\n"},
+        Case{R"({"name": "AddTraverseDataCMD", "in": {"Name": "K", "N": 1}})",
+             "Warning: AddTraverseDataCMD: \"data\" is missing\n"},
+        Case{R"({"name": "RemoveCoordinateDataCMD", "in": {"data": {"ids": [7]}}})",
+             "Error: RemoveCoordinateDataCMD: \"ids\" must be an array of texts\n"},
+        Case{R"({"name": "AddNetworkDataCMD", "in": {"data": {"HorizontalDistance": 80}}})",
+             "Warning: AddNetworkDataCMD: nothing reads \"HorizontalDistance\"; did you mean horizontalDistance?\n"},
+        Case{R"({"name": "AddNetworkDataCMD", "in": {"data": {"StartName": "A"}}})",
+             "Warning: The 3 rows are no longer in the job: the network does not follow from them any more\n"}}) {
+    SCOPED_TRACE(c.command);
+    EXPECT_THAT(program.run({"exec", "--open", "job.txt"}, listOf(c.command)).err, HasSubstr(c.says));
+  }
+}
+
+TEST(ExecCommand, AnswersALineThatIsNoCommandAndGoesOn) {
+  Program const program;
+  program.write("job.dat", "C,m,1,2,3\n");
+  test::Run const run =
+      program.run({"exec", "--open", "job.dat", "--save", "new.dat"},
+                  "{\"name\": \"list\"}\n{bad\n[1]\n" + std::string(5000, '[') + "\n{\"name\": \"list\"}\n");
+  QStringList const answers = QString::fromStdString(run.out).trimmed().split('\n');
+  ASSERT_EQ(answers.size(), 5) << run.out << run.err;
+  for (int i : {1, 2, 3}) EXPECT_TRUE(answers[i].contains("\"ok\": false")) << i;
+  EXPECT_TRUE(answers[1].contains("line 2 of standard input is not JSON: line 1, column 2"));
+  EXPECT_EQ(answers[4], answers[0]);
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(program.read("new.dat"), "") << "not written, since a command failed";
+}
+
 TEST(ExecCommand, RefusesInputThatIsNoListOfCommands) {
   Program const program;
+  EXPECT_THAT(program.run({"exec"}, " \n").err, testing::StartsWith("kelvane: standard input is empty: "));
+  EXPECT_THAT(program.run({"exec"}, "[\n{]").err, HasSubstr("not JSON: line 2, column 2\n"));
   for (std::string const& input :
-       {std::string(), std::string("{}"), std::string("[1]"), std::string(R"([{"in": {}}])"),
-        std::string(R"([{"name": "X", "in": 3}])"), std::string("[] []"), std::string(5000, '[')}) {
+       {std::string(), std::string("[1]"), std::string(R"([{"in": {}}])"), std::string(R"([{"name": "X", "in": 3}])"),
+        std::string("[] []"), std::string(5000, '[')}) {
     SCOPED_TRACE(input.substr(0, 30));
     test::Run const run = program.run({"exec"}, input);
     EXPECT_EQ(run.exitCode, 1);

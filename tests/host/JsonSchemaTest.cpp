@@ -63,6 +63,7 @@ TEST_F(JsonSchema, HoldsWhatEverySubcommandPrints) {
       {"adjust", traverse, "--method", "connect", "--allowed-angle", "60", "--allowed-relative", "2000", "--json"},
       "traverses");
   expectFits({"adjust", "one.in2", "--json"}, "failure");
+  EXPECT_EQ(program.run({"plan", network, "--points", "none.dat", "--json"}).json()["file"], Json::Value("none.dat"));
   program.run({"adjust", network, "--save", "all.dat"});
   expectFits({"plan", network, "--points", "all.dat", "--json"}, "plan");
   expectFits({"heights", heights, "--json"}, "carefulHeights");

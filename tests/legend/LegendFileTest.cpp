@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 
 #include "legend/LegendSupport.h"
 #include "support/Support.h"
@@ -154,6 +155,13 @@ TEST_F(LegendFile, TheDefaultFilesHoldTheSameCodesInTwoLanguages) {
   for (char const* name : {"CASS.xml", "PRESET_EN.xml"}) {
     QString const file = QString::fromStdString(test::fileBytes(KELVANE_SOURCE_DIR "/config/Codes/" + QString(name)));
     EXPECT_EQ(file.count("<Name>"), codes) << name;  // none was dropped
+    // Other programs, unlike the library, believe the first line.
+    QXmlStreamReader xml(
+        QByteArray::fromStdString(test::fileBytes(KELVANE_SOURCE_DIR "/config/Codes/" + QString(name))));
+    QString texts;
+    while (!xml.atEnd()) texts += xml.readNext() == QXmlStreamReader::Characters ? xml.text() : QStringRef();
+    EXPECT_FALSE(xml.hasError()) << name;
+    EXPECT_TRUE(texts.contains(QString::fromUtf8("控制点")) || texts.contains("Control points")) << name;
   }
 }
 
