@@ -335,14 +335,14 @@ bool isListAlone(Project const& project) {
 }
 
 /// In files without heights they are 0.
-bool isOfHeights(std::vector<CoordinatePointInfo> const& list) {
+bool hasAnyHeight(std::vector<CoordinatePointInfo> const& list) {
   return std::any_of(list.begin(), list.end(), [](CoordinatePointInfo const& point) { return point.Z != 0.0; });
 }
 
 void addGiven(DrawingMaker& maker, Project const& project) {
   addKnown(maker, project.getNetwork().knownPoints);
   bool const keepsEach = isListAlone(project);
-  bool const hasHeights = isOfHeights(project.getCoordinatePointList());
+  bool const hasHeights = hasAnyHeight(project.getCoordinatePointList());
   std::unordered_set<std::string> listed;
   for (CoordinatePointInfo const& given : project.getCoordinatePointList()) {
     bool const isFirst = listed.insert(given.name).second;
@@ -375,7 +375,7 @@ void addGivenHeights(DrawingMaker& maker, Project const& project) {
   }
   auto const& list = project.getCoordinatePointList();
   // Beside observations a 0 is a height that nobody has measured.
-  bool const countsZero = isOfHeights(list) && isListAlone(project);
+  bool const countsZero = hasAnyHeight(list) && isListAlone(project);
   std::unordered_set<std::string> listed;  // of a point that is given twice the first row is drawn by its name
   for (CoordinatePointInfo const& point : list) {
     if (!listed.insert(point.name).second) continue;
