@@ -5,6 +5,7 @@
 #include "core/DataException.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/CosaReading.h"
+#include "formats/detail/CosaText.h"
 #include "formats/detail/LineSource.h"
 #include "records/detail/Messages.h"
 
@@ -33,10 +34,6 @@ constexpr double kSameAngle = 5e-10;
 constexpr double kSameDistance = 1e-5;
 
 void warn(QString const& text) { Messages::send(text, Warning); }
-
-bool isReadableName(std::string const& name) {
-  return !name.empty() && name.find(',') == std::string::npos && detail::simplifiedUtf8(name) == name;
-}
 
 /// Of an observation that is given more than once the first counts; what it lacks comes from the later one, and a
 /// contradiction is told.
@@ -96,6 +93,7 @@ void CarefulCosaCollection::tell(int number, QString const& message, QString con
 void CarefulCosaCollection::tellPassedOver(int number, std::string const& line) {
   tell(number, Messages::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)),
        Messages::tr("the line is passed over: %1").arg(quoted(line)));
+  findings.back().isNotTaken = true;
 }
 
 /// @param first  the first field that is a number
@@ -106,6 +104,7 @@ void CarefulCosaCollection::checkNumbers(int number, std::string const& line, ut
   if (wrong == fields.end()) return;
   tell(number, Messages::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)),
        Messages::tr("something stands behind the number: %1").arg(quoted(*wrong)));
+  findings.back().isNotTaken = true;
 }
 
 void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
@@ -124,6 +123,7 @@ void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail
                   .arg(number)
                   .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)),
               Messages::tr("the angle is no number: %1"));
+    findings.back().isNotTaken = true;
   } else if (hasFullField(text)) {
     tellAngle(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)),
               Messages::tr("minutes or seconds of 60 and above: %1"));
@@ -137,6 +137,11 @@ void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail
 void CarefulCosaCollection::checkTaken(int number, std::string const& line, utils::Pieces const& fields,
                                        detail::CosaReading& reading) {
   bool const isDistance = fields[1] == "S";
+  bool const isKnown = fields[1] != "L" && !isDistance;
+  int const before = static_cast<int>(reading.knownNames.names().size());
+  if (isKnown && keepsObservations && reading.knownNames.numberOf(fields[0]) < before) {
+    throw QLogicError(Messages::tr("the known point %1 is given twice").arg(quoted(fields[0])));
+  }
   if (fields[1] == "L") {
     checkAngle(number, fields[2], reading);
   } else if (isDistance && reading.observations.back().distance == 0.0) {
@@ -215,8 +220,12 @@ void CarefulCosaCollection::readLines(std::istream& stream, detail::CosaReading&
 void CarefulCosaCollection::readLine(int number, std::string const& line, utils::Pieces const& fields,
                                      detail::CosaReading& reading) {
   reading.beginLine(number);
+  bool const isDistance = number > 1 && fields.size() == 3 && fields[1] == "S" && utils::isLikeNumber(fields[2]);
+  if (isDistance && utils::fullNumber(fields[2]).value_or(0.0) < 0.0) {
+    throw QLogicError(Messages::tr("the distance is negative: %1").arg(quoted(line)));
+  }
   if (number == 1) {
-    readHead(fields);
+    readHeadWithCare(line, fields);
     checkNumbers(number, line, fields, 0);
   } else if (fields.size() == 1) {
     reading.beginStation(fields[0]);
@@ -227,32 +236,37 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, utils:
   }
 }
 
-void CarefulCosaCollection::requireReadable() const {
-  auto const requireName = [](std::string const& name) {
-    if (isReadableName(name)) return;
-    throw DataException(Messages::tr("The name cannot stand in a network file: %1").arg(quoted(name)).toStdString());
-  };
-  auto const requireNumber = [](std::string const& name, double value) {
-    if (std::isfinite(value)) return;
-    throw DataException(Messages::tr("A number of %1 is not finite").arg(quoted(name)).toStdString());
-  };
-  for (KnownPoint const& point : knownPointList) {
-    requireName(point.name);
-    requireNumber(point.name, point.x + point.y);
+/// Most often the line is missing, and a known point or a station stands in its place.
+void CarefulCosaCollection::readHeadWithCare(std::string const& line, utils::Pieces const& fields) {
+  try {
+    readHead(fields);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::logic_error const&) {
+    QString const text = Messages::tr("three a-priori errors are to stand here, such as 2,3,2, and not: %1");
+    throw QLogicError(text.arg(quoted(line)));
   }
+}
+
+void CarefulCosaCollection::requireReadable() const {
+  for (KnownPoint const& point : knownPointList) {
+    detail::requireReadableName(point.name);
+    detail::requireFinite(point.name, point.x + point.y);
+  }
+  if (writesObservations) return;
   for (NetworkDataInfo const& line : networkDataList) {
-    requireName(line.start_name);
-    requireName(line.end_name);
-    requireNumber(line.start_name, line.horizontal_angle + line.horizontal_distance);
-    if (line.horizontal_distance >= 0.0) continue;
-    QString const text = Messages::tr("The distance from %1 to %2 is negative");
-    throw DataException(text.arg(quoted(line.start_name), quoted(line.end_name)).toStdString());
+    detail::requireReadableName(line.start_name);
+    detail::requireReadableName(line.end_name);
+    detail::requireFinite(line.start_name, line.horizontal_angle + line.horizontal_distance);
+    detail::requireNotNegative(line.start_name, line.end_name, line.horizontal_distance);
   }
 }
 
 void CarefulCosaCollection::write(std::ostream& stream) {
   requireReadable();
+  if (writesObservations) requireReadableObservations();
   writeHead(stream);
+  if (writesObservations) return writeObservations(stream);
   for (std::size_t begin = 0; begin < networkDataList.size();) {
     std::size_t end = begin;
     while (end < networkDataList.size() && networkDataList[end].start_name == networkDataList[begin].start_name) ++end;

@@ -23,10 +23,11 @@ namespace kvn {
 /// - A `Warning` names every line that is passed over, every number with something behind it, every text that is no
 ///   angle, minutes or seconds of 60 and above, and an empty line 1, which takes the head's place.
 /// - A line without an observation, its text being no angle or its distance 0, is no line.
-/// - A line that is no UTF-8 is a failure: points in another encoding could become one.
+/// - A line that is no UTF-8 is a failure: points in another encoding could become one. So is a negative distance.
 /// - A failure names its line.
 ///
-/// Written is no direction where none was observed, and nothing that could not be read back.
+/// Written is no direction where none was observed, and nothing that could not be read back; after `setObservations`
+/// every observation by itself.
 class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
  public:
   using CosaCollection::read;
@@ -49,6 +50,9 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// Every observation of the file by itself, with the line that it stands on: each station line begins a set-up. The
   /// observations have no errors yet; the head is in `getConfigure`.
   PlaneNetwork const& getObservations() const;
+  /// What `write` writes in the place of the lines: each set-up under a station line of its own, its directions, then
+  /// its distances, whatever is given more than once. One without a value is written as `setTakePlanned` reads it.
+  void setObservations(PlaneNetwork observations);
   /// What the last `read` has warned of, with the lines; not of observations that are given more than once.
   std::vector<FieldFinding> const& getFindings() const;
   /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
@@ -58,7 +62,10 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
  private:
   void readLines(std::istream& stream, detail::CosaReading& reading);
   void readLine(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
+  void readHeadWithCare(std::string const& line, utils::Pieces const& fields);
   void requireReadable() const;
+  void requireReadableObservations() const;
+  void writeObservations(std::ostream& stream);
   void tell(int number, QString const& message, QString const& text);
   void tellPassedOver(int number, std::string const& line);
   void checkNumbers(int number, std::string const& line, utils::Pieces const& fields, std::ptrdiff_t first);
@@ -68,6 +75,7 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
 
   bool keepsObservations = false;
   bool takesPlanned = false;
+  bool writesObservations = false;
   PlaneNetwork observed;
   std::vector<FieldFinding> findings;
 };

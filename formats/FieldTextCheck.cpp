@@ -45,13 +45,18 @@ class Findings {
     list.push_back({severity, station, std::move(targets), text, row, line});
   }
 
+  void tellNotTaken(QString const& text) {
+    tell(FieldFinding::Warning, text);
+    list.back().isNotTaken = true;
+  }
+
   /// A number whose whole text should be one, after a reader has taken it.
   void lookAtNumber(std::string_view text) {
     if (text.empty() || utils::plainDecimal(text)) return;
     if (!std::isfinite(numberIn(text))) {
       tell(FieldFinding::Error, Messages::tr("the number is not finite: %1").arg(quoted(text)));
     } else if (!utils::fullNumber(text)) {
-      tell(FieldFinding::Warning, Messages::tr("something stands behind the number: %1").arg(quoted(text)));
+      tellNotTaken(Messages::tr("something stands behind the number: %1").arg(quoted(text)));
     }
   }
 
@@ -124,12 +129,11 @@ class JobLook {
     bool const isName = type == LQFTraverseDataCollection::JOB || type == LQFTraverseDataCollection::INST;
     if (isName && parts.size() < 2) return;  // a job without a name
     if (parts.size() < 2 || type == LQFTraverseDataCollection::NoLabel) {
-      findings.tell(FieldFinding::Warning, Messages::tr("the line is passed over: %1").arg(quoted(text)));
+      findings.tellNotTaken(Messages::tr("the line is passed over: %1").arg(quoted(text)));
       return;
     }
     if (parts.size() > 2) {
-      findings.tell(FieldFinding::Warning,
-                    Messages::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
+      findings.tellNotTaken(Messages::tr("what stands behind a blank is passed over: %1").arg(quoted(text)));
     }
     values.cut(parts[1], ',', false);
     lookAtRecord(type);
@@ -212,6 +216,7 @@ void tellPassedOver(PointRecord const& record, std::vector<FieldFinding>& findin
   } else if (record.hasReadings) {
     tellRecord(record, FieldFinding::Warning,
                Messages::tr("the sight is dropped: the next one of the point takes its place"), findings);
+    findings.back().isNotTaken = true;
   }
 }
 

@@ -68,10 +68,10 @@ void adjust(Session& session) {
   session.job().setProgressCall({});
 }
 
-/// Beside a run that has no heights of its own: a traverse, and what is taken to the letter.
+/// What is read with care has adjusted its heights with the plane, or said why not.
 void adjustHeightsForExchange(Session& session) {
   Job& job = session.job();
-  if (job.planeAdjustment() != nullptr) return;
+  if (job.reading() != Job::Reading::AsRead) return;
   // Heights of a book that has none would be the rises above 0.
   auto const& rows = session.project().getTraverseDataList();
   auto const hasHeight = [](TraverseDataInfo const& row) { return row.isKnown && row.Z != 0.0; };
@@ -95,7 +95,7 @@ void saveResults(Session& session, QString const& path, ExchangeChoice const& ch
     System::Instance()->sendMessage(
         System::tr("%1 holds the observations, not the adjusted coordinates").arg(session.shown(path)), Warning);
   }
-  session.job().save(path);
+  saveJob(session, path, choice);
 }
 
 /// What the run has not told itself; what may cost most first, then by line.

@@ -61,6 +61,12 @@ Json::Value jsonOf(Session& session, bool ok, std::vector<FieldFinding> const& f
   return json;
 }
 
+/// What opening tells is among the findings, by its line.
+void openSilently(Session& session, QString const& file) {
+  session.messages().setErrorsOnly(true);
+  session.open(file);
+}
+
 /// Checks an open file. @param json  gets the object of it where JSON is wanted.
 int checkOpen(Session& session, CheckOptions const& options, Json::Value* json) {
   std::vector<FieldFinding> const findings = session.job().findings();
@@ -70,6 +76,11 @@ int checkOpen(Session& session, CheckOptions const& options, Json::Value* json) 
     *json = jsonOf(session, reason.isEmpty(), findings);
   } else if (!options.quiet) {
     printText(textOf(findings, file));
+  } else {
+    for (FieldFinding const& finding : findings) {
+      if (finding.severity != FieldFinding::Error) continue;
+      printLine(printable(QString("kelvane: %1: %2").arg(session.file(), worded(finding))));
+    }
   }
   if (!reason.isEmpty()) printLine(printable(QString("kelvane: %1: %2").arg(session.file(), reason)));
   return reason.isEmpty() ? Done : Refused;
@@ -82,7 +93,7 @@ int checkOneOf(CheckOptions const& options, QString const& file, Json::Value& li
   Json::Value json;
   int const code = runInSession(each, [&](Session& session) {
     try {
-      session.open(file);
+      openSilently(session, file);
       return checkOpen(session, options, options.json ? &json : nullptr);
     } catch (JobException const& failure) {
       json["version"] = kJsonVersion;
@@ -116,7 +127,7 @@ int runCheck(QStringList const& arguments) {
   if (!options) return Done;
   if (options->files.size() > 1) return checkAll(*options);
   return runInSession(*options, [&options](Session& session) {
-    session.open(options->files.first());
+    openSilently(session, options->files.first());
     Json::Value json;
     int const code = checkOpen(session, *options, options->json ? &json : nullptr);
     if (options->json) printJson(json);

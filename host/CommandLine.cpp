@@ -111,6 +111,10 @@ QString suggestion(QString const& word, QStringList const& known) {
   return best.isEmpty() ? QString() : System::tr("; did you mean %1?").arg(best);
 }
 
+QString unknownValue(QString const& text, QString const& word, QStringList const& known) {
+  return text.arg(word) + suggestion(word, known) + " (" + known.join(", ") + ')';
+}
+
 QString wrapped(QString const& text, int indent, int width) {
   QString all;
   QString line;

@@ -37,6 +37,9 @@ class CommandLine : public QCommandLineParser {
 /// "; did you mean ...?" with the one of `known` that a slip or two turn into `word`; empty where none is near.
 QString suggestion(QString const& word, QStringList const& known);
 
+/// "unknown method: conect; did you mean connect? (least-squares, open, connect)"
+QString unknownValue(QString const& text, QString const& word, QStringList const& known);
+
 /// A text broken into lines of at most `width` columns, all but the first behind `indent` blanks. Lines break at blanks
 /// and beside Chinese signs; a line end of the text stays.
 QString wrapped(QString const& text, int indent, int width);

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 #include <utility>
 
 namespace kvn::host {
@@ -24,6 +25,13 @@ void addTest(Json::Value& json, HeightTest const& test) {
   json["test"] = number(test.test);
   json["detectable"] = number(test.detectable);
   json["gross"] = number(test.gross);
+}
+
+/// Of a field book many a set-up has no height difference.
+std::size_t setUpsWithSights(HeightNetwork const& network) {
+  std::unordered_set<int> setUps;
+  for (HeightNetwork::Sight const& sight : network.sights) setUps.insert(sight.setUp);
+  return setUps.size();
 }
 
 }  // namespace
@@ -70,7 +78,7 @@ QString HeightsReport::headText() const {
              {System::tr("Sights"),
               System::tr("%1 from %2")
                   .arg(network.sights.size())
-                  .arg(counted(network.setUps.size(), System::tr("%1 set-up"), System::tr("%1 set-ups")))},
+                  .arg(counted(setUpsWithSights(network), System::tr("%1 set-up"), System::tr("%1 set-ups")))},
              {System::tr("A-priori errors"), errors},
              {System::tr("Refraction"), refraction},
              {System::tr("Redundancy"), QString::number(result.redundancy)},

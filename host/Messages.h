@@ -24,6 +24,7 @@ class Messages {
   void setQuiet(bool value) { isQuiet = value; }
   /// Whether only errors are printed; all are kept.
   void setErrorsOnly(bool value) { isErrorsOnly = value; }
+  bool errorsOnly() const { return isErrorsOnly; }
 
  private:
   void receive(QString const& text, MessType type);

@@ -23,7 +23,9 @@ QString inputKind(CommandLine const& parser, QStringList const& files) {
   if (files.count(kStream) > 1) throw UsageError(System::tr("standard input can be read once"));
   if (isStream && kind.isEmpty()) throw UsageError(System::tr("- needs --kind, such as --kind in2"));
   if (!isStream && !kind.isEmpty()) throw UsageError(System::tr("--kind is for standard input, -"));
-  if (isStream && !Job::readableKinds().contains(kind)) throw UsageError(System::tr("unknown kind: %1").arg(kind));
+  if (isStream && !Job::readableKinds().contains(kind)) {
+    throw UsageError(unknownValue(System::tr("unknown kind: %1"), kind, Job::readableKinds()));
+  }
   return kind;
 }
 
@@ -33,7 +35,8 @@ void prepare(CommandLine& parser, QString const& description) {
   parser.setApplicationDescription(description);
   parser.addOption({{"h", "help"}, System::tr("Print this help.")});
   parser.addOption({{"v", "version"}, System::tr("Print the version.")});
-  parser.addOption({{"q", "quiet"}, System::tr("Print no tables and no notes or warnings, only errors.")});
+  parser.addOption({{"q", "quiet"},
+                    System::tr("Print no tables and no notes or warnings, only errors and what a saved file lacks.")});
   parser.addOption({"json", System::tr("Print one JSON value and nothing else.")});
   parser.addOption(
       {"encoding",
@@ -55,7 +58,7 @@ bool goesOn(CommandLine& parser, QStringList const& arguments, char const* usage
     return false;
   }
   QStringList const given = parser.positionalArguments();
-  if (given.size() < std::abs(positionals) || (positionals != 0 && given.first().isEmpty()))
+  if (given.size() < std::abs(positionals) || (positionals != 0 && given.contains(QString())))
     throw UsageError(System::tr("FILE is missing"));
   if (positionals != kAnyNumber && given.size() > positionals)
     throw UsageError(System::tr("too many arguments: %1").arg(given.at(positionals)));
@@ -81,12 +84,17 @@ void takeCommonOptions(CommandLine const& parser, CommonOptions& options, int in
   if (parser.has("kind")) options.kind = inputKind(parser, parser.positionalArguments().mid(0, inputs));
 }
 
-QString takeOutputKind(CommandLine const& parser, QString const& file, CommonOptions& options) {
+QString takeOutputKind(CommandLine const& parser, QString const& file, CommonOptions& options,
+                       QStringList const& kinds) {
   options.to = parser.value("to").toLower();
   bool const isStream = file == kStream;
-  if (isStream && options.to.isEmpty()) throw UsageError(System::tr("- needs --to, such as --to dat"));
+  if (isStream && options.to.isEmpty())
+    throw UsageError(System::tr("- needs --to, such as --to %1").arg(kinds.contains("dat") ? "dat" : kinds.first()));
   if (!isStream && !options.to.isEmpty()) throw UsageError(System::tr("--to is for standard output, -"));
   if (isStream && options.json) throw UsageError(System::tr("--json does not go with standard output, -"));
+  if (isStream && !kinds.contains(options.to)) {
+    throw UsageError(unknownValue(System::tr("unknown kind: %1"), options.to, kinds));
+  }
   return isStream ? "output." + options.to : file;
 }
 

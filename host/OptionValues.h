@@ -30,7 +30,9 @@ Options commonOptions(CommandLine const& parser, int inputs = 1) {
   return options;
 }
 /// Takes the kind of what is written to standard output. @return the name of the file, or one with the suffix of it.
-QString takeOutputKind(CommandLine const& parser, QString const& file, CommonOptions& options);
+/// @param kinds  that can be written there.
+QString takeOutputKind(CommandLine const& parser, QString const& file, CommonOptions& options,
+                       QStringList const& kinds);
 
 // Values of options; each throws UsageError for one that is none.
 

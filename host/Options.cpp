@@ -3,6 +3,7 @@
 #include "CommandLine.h"
 #include "Failures.h"
 #include "OptionValues.h"
+#include "Saving.h"
 #include "Streams.h"
 
 #include <algorithm>
@@ -30,7 +31,9 @@ int methodOption(QCommandLineParser const& parser) {
     if (parser.value("method") == QLatin1String(method)) return number;
     ++number;
   }
-  throw UsageError(System::tr("unknown method: %1").arg(parser.value("method")));
+  QStringList known;
+  for (char const* method : kMethods) known << method;
+  throw UsageError(unknownValue(System::tr("unknown method: %1"), parser.value("method"), known));
 }
 
 std::optional<bool> formOption(QCommandLineParser const& parser) {
@@ -289,7 +292,7 @@ std::optional<ConvertOptions> parseConvert(QStringList const& arguments) {
   auto options = commonOptions<ConvertOptions>(parser);
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
-  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.outFile, options));
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.outFile, options, savableKinds()));
   return options;
 }
 
@@ -317,7 +320,7 @@ std::optional<AdjustOptions> parseAdjust(QStringList const& arguments) {
   auto options = commonOptions<AdjustOptions>(parser);
   takeAdjustOptions(parser, options);
   options.saveFile = fileOption(parser, "save");
-  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options));
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options, savableKinds()));
   options.isShort = parser.isSet("short");
   if (options.isShort && options.json) throw UsageError(System::tr("--short does not go with --json"));
   if (options.isShort && options.asRead) throw UsageError(System::tr("--short does not go with --as-read"));
@@ -369,6 +372,7 @@ std::optional<AdjustOptions> parsePlan(QStringList const& arguments) {
   addWeightOptions(parser);
   addInputKind(parser);
   if (!goesOn(parser, arguments, "plan FILE --points FILE.dat [options]", 1)) return std::nullopt;
+  if (parser.value("points") == kStream) throw UsageError(System::tr("--points needs a file, not standard input"));
   auto options = commonOptions<AdjustOptions>(parser);
   options.file = parser.positionalArguments().first();
   takeWeightOptions(parser, options);
@@ -413,7 +417,7 @@ std::optional<HeightsOptions> parseHeights(QStringList const& arguments) {
   options.confidence = boundedOption(parser, "confidence", 0.5, 0.9999);
   options.isAPriori = aPrioriOption(parser);
   options.saveFile = fileOption(parser, "save");
-  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options));
+  options.exchange = exchangeOptions(parser, takeOutputKind(parser, options.saveFile, options, exchangeKinds()));
   options.asRead = parser.isSet("as-read");
   if (options.asRead)
     refuseWithAsRead(parser, {"refraction-error", "angle-error", "zenith-error", "fixed-error", "proportional-error",
@@ -447,7 +451,7 @@ std::optional<MapOptions> parseMap(QStringList const& arguments) {
   options.file = parser.positionalArguments().at(0);
   options.outFile = parser.positionalArguments().at(1);
   takeSize(parser, options);
-  takeLook(parser, takeOutputKind(parser, options.outFile, options), options);
+  takeLook(parser, takeOutputKind(parser, options.outFile, options, {"svg", "png"}), options);
   return options;
 }
 

@@ -123,7 +123,10 @@ QString PlaneReport::unitErrorText() const {
   QString const text = System::tr("%1, expected between %2 and %3 at %4")
                            .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
                                 percent(options.confidence));
-  return result.isPassed ? text : System::tr("%1: fails").arg(text);
+  if (result.isPassed) return text;
+  return (result.unitError < result.lowerBound ? System::tr("%1: fails, for the errors are smaller than expected")
+                                               : System::tr("%1: fails"))
+      .arg(text);
 }
 
 /// Of each kind its unit weight error, and the a-priori error with which it would be 1, unless something is wrong.

@@ -64,6 +64,7 @@ int runReport(QStringList const& arguments) {
     page.program = versionLine().trimmed();
     page.refusal = adjustAll(session, options->isOfHeights);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
+    if (isListAlone(session.project())) session.job().requireNoError(Job::FileText);
     if (isListAlone(session.project())) tellWithoutPlace(siteDrawingOf(session.job()));
     bool const saved =
         save(session, out, [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });

@@ -5,6 +5,7 @@
 
 #include <new>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace kvn::host {
@@ -12,6 +13,36 @@ namespace {
 
 void tellNotWritten(QString const& path, QString const& reason) {
   System::Instance()->sendMessage(System::tr("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
+}
+
+/// What a file lacks is told whatever `-q` says: the file stays when the messages are gone.
+class AllTold {
+ public:
+  explicit AllTold(Messages& receiver) : messages(receiver), wasErrorsOnly(receiver.errorsOnly()) {
+    messages.setErrorsOnly(false);
+  }
+  AllTold(AllTold const&) = delete;
+  AllTold& operator=(AllTold const&) = delete;
+  ~AllTold() { messages.setErrorsOnly(wasErrorsOnly); }
+
+ private:
+  Messages& messages;
+  bool wasErrorsOnly;
+};
+
+/// Other programs take the points of one name for one, or the last of them for the others.
+void tellGivenTwice(Project const& project) {
+  std::unordered_map<std::string, CoordinatePointInfo const*> first;
+  QStringList names;
+  for (CoordinatePointInfo const& point : project.getCoordinatePointList()) {
+    CoordinatePointInfo const& known = *first.emplace(point.name, &point).first->second;
+    bool const isSame = known.N == point.N && known.E == point.E && known.Z == point.Z;
+    if (!isSame) names << printable(recordText(point.name));
+  }
+  names.removeDuplicates();
+  if (names.isEmpty()) return;
+  System::Instance()->sendMessage(System::tr("Given more than once, in different places: %1").arg(listedNames(names)),
+                                  Warning);
 }
 
 }  // namespace
@@ -35,8 +66,11 @@ void tellWithoutPlace(SiteDrawing const& drawing, bool isTable) {
 }
 
 void saveJob(Session& session, QString const& path, ExchangeChoice const& choice) {
+  AllTold const all(session.messages());
   if (!isExchange(path)) return session.job().save(path);
+  session.job().requireNoError(Job::FileText);
   SiteDrawing const drawing = siteDrawingOf(session.job());
+  tellGivenTwice(session.project());
   tellWithoutPlace(drawing, path.endsWith(".csv", Qt::CaseInsensitive));
   ExchangeOptions options;
   options.hasByteOrderMark = choice.hasByteOrderMark;

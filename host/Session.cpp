@@ -1,5 +1,6 @@
 #include "Session.h"
 
+#include "CommandLine.h"
 #include "Failures.h"
 #include "Output.h"
 
@@ -43,8 +44,15 @@ int runGuarded(Session& session, bool json, std::function<int(Session&)> const& 
 
 void useEncoding(QString const& name) {
   if (name.isEmpty()) return;
+  // The converters of the system print a line of their own about a name that they do not know.
+  QtMessageHandler const before = qInstallMessageHandler([](QtMsgType, QMessageLogContext const&, QString const&) {});
   QTextCodec* const codec = QTextCodec::codecForName(name.toLatin1());
-  if (codec == nullptr) throw UsageError(System::tr("unknown encoding: %1").arg(name));
+  qInstallMessageHandler(before);
+  if (codec == nullptr) {
+    QStringList known;
+    for (QByteArray const& one : QTextCodec::availableCodecs()) known << QString::fromLatin1(one);
+    throw UsageError(System::tr("unknown encoding: %1").arg(name) + suggestion(name.toUpper(), known));
+  }
   if (codec->fromUnicode("A") != "A") throw UsageError(System::tr("not an 8-bit encoding: %1").arg(name));
   QTextCodec::setCodecForLocale(codec);
 }

@@ -135,6 +135,9 @@ int runShow(QStringList const& arguments) {
   if (!options) return Done;
   return runInSession(*options, [&options](Session& session) {
     session.open(options->file);
+    for (FieldFinding const& finding : session.job().findingsOf(Job::FileText)) {
+      if (finding.severity == FieldFinding::Error) System::Instance()->sendMessage(worded(finding), Error);
+    }
     if (options->json) {
       printJson(json(session));
     } else if (!options->quiet) {

@@ -46,7 +46,7 @@ int (*findSubcommand(QString const& name))(QStringList const&) {
 }
 
 UsageError unknownSubcommand(QString const& name) {
-  QStringList known{"help"};
+  QStringList known{"help", "--help", "--version"};
   for (Subcommand const& subcommand : kSubcommands) known << subcommand.name;
   return UsageError(kvn::System::tr("unknown subcommand: %1").arg(name) + suggestion(name, known));
 }
@@ -59,11 +59,33 @@ int runHelp(QStringList arguments) {
   }
   auto* const run = findSubcommand(name);
   if (run == nullptr) throw unknownSubcommand(name);
+  if (arguments.size() > 2) throw UsageError(kvn::System::tr("too many arguments: %1").arg(arguments.at(2)));
   return run({arguments.first(), "--help"});
+}
+
+/// The options of all subcommands may stand before the name as well; behind it they are read.
+QStringList withNameFirst(QStringList const& arguments) {
+  int name = 1;
+  for (; name < arguments.size(); ++name) {
+    QString const& word = arguments.at(name);
+    bool const hasValue = word == "--encoding" || word == "--language";
+    bool const isOption = hasValue || word == "-q" || word == "--quiet" || word == "--json" ||
+                          word.startsWith("--encoding=") || word.startsWith("--language=");
+    if (!isOption) break;
+    if (hasValue) ++name;
+  }
+  if (name >= arguments.size()) return arguments;
+  QString const& word = arguments.at(name);
+  bool const isName = word == "-h" || word == "--help" || word == "-v" || word == "--version" || !word.startsWith('-');
+  if (!isName) return arguments;
+  QStringList sorted = arguments;
+  sorted.move(name, 1);
+  return sorted;
 }
 
 int dispatch(QStringList arguments) {
   useLanguageOf(arguments);
+  arguments = withNameFirst(arguments);
   if (arguments.size() < 2) {
     printLine(programUsage().trimmed());
     return WrongUsage;

@@ -15,12 +15,14 @@
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 #include <exception>
 #include <new>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace kvn {
@@ -53,6 +55,24 @@ void tellMissingHeights(std::vector<CoordinatePointInfo> const& points) {
   if (missing == 0) return;
   QString const text = Messages::tr("%1 of %2 coordinates have no height: 0 stands in its place");
   detail::sendWarning(text.arg(missing).arg(points.size()));
+}
+
+/// A point that the adjustment cannot place for want of a connection is told as that.
+void dropLooseOfUnplaced(std::vector<FieldFinding>& findings) {
+  std::unordered_set<std::string> unplaced;
+  for (FieldFinding const& finding : findings) {
+    bool const isOfPoint = finding.severity == FieldFinding::Error && finding.station.empty();
+    if (isOfPoint && finding.targets.size() == 1 && finding.line == 0) unplaced.insert(finding.targets.front());
+  }
+  QString const texts[] = {Messages::tr("nothing connects the point to a known one"),
+                           Messages::tr("nothing connects the point to most of the others"),
+                           Messages::tr("a single observation does not fix the point")};
+  auto const isTold = [&](FieldFinding const& finding) {
+    bool const isLoose = finding.severity == FieldFinding::Warning && finding.targets.size() <= 1 &&
+                         std::find(std::begin(texts), std::end(texts), finding.text) != std::end(texts);
+    return isLoose && unplaced.count(finding.targets.empty() ? finding.station : finding.targets.front()) > 0;
+  };
+  findings.erase(std::remove_if(findings.begin(), findings.end(), isTold), findings.end());
 }
 
 /// Heights where the rows give any.
@@ -108,6 +128,19 @@ void detail::sendWarning(QString const& text) { send(text, Warning); }
 
 void detail::sendInfo(QString const& text) { send(text, Info); }
 
+namespace {
+
+/// What readers pass on from the conversion of numbers is no text for users.
+QString reasonOf(std::exception const& failure) {
+  QString text = QString::fromUtf8(failure.what());
+  static QRegularExpression const missing("invalid.stod.argument");
+  static QRegularExpression const large("stod.argument.out.of.range");
+  return text.replace(missing, Messages::tr("a number is missing or cannot be read"))
+      .replace(large, Messages::tr("a number is too large"));
+}
+
+}  // namespace
+
 void detail::throwNaming(QString const& file, Network const& network) {
   try {
     throw;
@@ -116,11 +149,11 @@ void detail::throwNaming(QString const& file, Network const& network) {
   } catch (JobException const&) {
     throw;
   } catch (DataException const& failure) {
-    std::throw_with_nested(JobException(file, QString::fromUtf8(failure.what()), std::max(0, failure.line)));
+    std::throw_with_nested(JobException(file, reasonOf(failure), std::max(0, failure.line)));
   } catch (AlgorithmException const& failure) {
     std::throw_with_nested(JobException(file, worded(failure, network)));
   } catch (std::exception const& failure) {
-    std::throw_with_nested(JobException(file, QString::fromUtf8(failure.what())));
+    std::throw_with_nested(JobException(file, reasonOf(failure)));
   }
 }
 
@@ -170,6 +203,7 @@ void Job::reduce() {
 std::vector<FieldFinding> Job::findings() const {
   std::vector<FieldFinding> all =
       findingsOf(FileTold | FileText | FieldReduced | RowChecks | HeightChecks | NetworkChecks | AdjustmentStart);
+  dropLooseOfUnplaced(all);
   sortFindings(all);
   return all;
 }
@@ -274,8 +308,11 @@ void Job::takeResults() {
   guarded(*state, [&] {
     PlaneAdjustment const* const plane = planeAdjustment();
     bool const hasResult = plane != nullptr || !state->traverses.empty() || project.getAlgorithmAdjust() != nullptr;
-    bool const hasHeights = state->heightRun != nullptr;
-    if (hasResult && !hasHeights && !project.getTraverseDataList().empty()) tryHeights(*state, *this);
+    bool const isTried = state->heightRun != nullptr || (!state->asRead && state->hasTriedHeights);
+    bool const mayHave = hasResult && !isTried && !project.getTraverseDataList().empty();
+    // What `adjust` has said about the heights holds, whatever the results are taken for.
+    if (mayHave && state->asRead) tryHeights(*state, *this);
+    if (mayHave && !state->asRead) keepHeights(*state, heightsBeside(*state, *this));
     if (plane == nullptr && !state->traverses.empty() && !state->asRead) {
       project.setCoordinatePointList(detail::coordinatesOf(state->traverses));
     } else if (plane == nullptr) {

@@ -192,14 +192,17 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   HeightAdjustment const* heightAdjustment() const;
   TriangleHeightDataConvert const& heightLines() const;  ///< of the last run that was not; empty after a careful one
 
-  /// Puts the adjusted points into the coordinate list of the project, with heights where the rows give any: heights
-  /// are adjusted for that, and a `Warning` says why where they cannot be. A point without a height has 0.
+  /// Puts the adjusted points into the coordinate list of the project, with heights where `adjust` has found
+  /// any. With Reading::AsRead heights are adjusted for that, and a `Warning` says why where they cannot be. A point
+  /// without a height has 0.
   /// @throws JobException before `adjust`.
   void takeResults();
 
   /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
-  /// list, which are the known points where there is none. The folder is made where it is not there. What the format
-  /// has no place for is told as a `Warning`, or refused where the file would be read as something else.
+  /// list, which are the known points where there is none. The folder is made where it is not there. A network
+  /// has every observation by itself where the host has not edited its lines. What the format has no place for is told
+  /// as a `Warning`, or refused where the file would be read as something else, and where it would take the place of
+  /// the file that was opened: what that one holds would be lost.
   /// Coordinates are written in the local 8-bit encoding, a job that was read in it too, everything else in UTF-8.
   /// @throws JobException for an unknown suffix, a kind that the job is not, a name or a number that the file cannot
   ///         hold, and with the reason where the file cannot be written. An old file stays whole then.

@@ -28,6 +28,8 @@ constexpr int kMethods = 5;
 constexpr int kByLeastSquares = 0;
 constexpr int kOpen = 1;
 constexpr int kAnyTraverse = 4;
+// What a file of coordinates shows, metres.
+constexpr double kNoticed = 5e-5;
 
 void requireUsableErrors(QString const& file, Configure const& configure, Network const& network) {
   QString const fault = detail::faultOfErrors(configure, network);
@@ -50,7 +52,8 @@ void requireAdjustable(detail::JobState const& state) {
     requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
   } else {
     detail::requireWholeRounds(state.file, state.opened, state.opened.reduction);
-    detail::tellRepeatedObservations(state);
+    QString const repeated = detail::textOfRepeated(state);
+    if (!repeated.isEmpty()) detail::sendWarning(repeated);
   }
 }
 
@@ -128,6 +131,31 @@ std::size_t stationsOf(Network const& network, bool& isPlain) {
   for (NetworkDataInfo const& line : network.lines) directions[line.start_name] += line.horizontalAngleFlag ? 1 : 0;
   isPlain = std::all_of(directions.begin(), directions.end(), [](auto const& one) { return one.second == 2; });
   return directions.size();
+}
+
+/// A point of two chains, as where each of two stations alone sights it: they miss each other by what nothing adjusts.
+std::vector<FieldFinding> findingsOnCommonPoints(std::vector<TraverseResult> const& traverses) {
+  struct Given {
+    double north;
+    double east;
+    std::size_t traverse;
+  };
+  std::vector<FieldFinding> findings;
+  std::unordered_map<std::string, Given> first;
+  for (std::size_t t = 0; t < traverses.size(); ++t) {
+    for (PointInfo const& point : traverses[t].points) {
+      Given const& known = first.try_emplace(point.name, Given{point.x, point.y, t}).first->second;
+      double const off = std::hypot(point.x - known.north, point.y - known.east);
+      if (known.traverse == t || !(off > kNoticed)) continue;
+      FieldFinding finding;
+      finding.targets = {point.name};
+      finding.text = Messages::tr("the traverses give the point places %1 mm from each other; the first one counts")
+                         .arg(1000.0 * off, 0, 'f', 1);
+      finding.cost = off;
+      findings.push_back(std::move(finding));
+    }
+  }
+  return findings;
 }
 
 /// By the library's own rules for a chain: each station has two directions, the smaller reading looks back.
@@ -235,11 +263,13 @@ void detail::requireObservations(JobState const& state) {
 QString detail::faultOfErrors(Configure const& configure, Network const& network) {
   auto const isBad = [](float value) { return !std::isfinite(value) || value < 0.0F; };
   if (isBad(configure.AngleError) || configure.AngleError == 0.0F) {
-    return Messages::tr("the a-priori error of a direction (first number of line 1) must be a number above 0");
+    return Messages::tr(
+        "the a-priori error of a direction (in a network file the first number of line 1) must be a number above 0");
   }
   if (isBad(configure.LineFixedError) || isBad(configure.LineProportionError)) {
     return Messages::tr(
-        "the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more");
+        "the a-priori errors of a distance (in a network file the second and third number of line 1) must be numbers "
+        "of 0 or more");
   }
   // A distance without error would have a weight without bound.
   bool const hasDistances = std::any_of(network.lines.begin(), network.lines.end(),
@@ -272,6 +302,32 @@ std::vector<CoordinatePointInfo> detail::coordinatesOf(std::vector<TraverseResul
   return list;
 }
 
+std::vector<FieldFinding> detail::misclosuresBeside(JobState const& state) {
+  std::vector<FieldFinding> findings;
+  if (state.asRead || state.opened.reduction.lostRound) return findings;
+  Configure configure = state.project->getConfigure();
+  configure.AdjustMethod = kAnyTraverse;
+  Computed found;
+  try {
+    utils::IProcessCancel const nobody;
+    found = bySights(state, configure, nobody);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    return findings;  // no single traverse
+  }
+  ObservedRounds const observed(state);
+  for (TraverseResult& traverse : found.traverses) {
+    judge(traverse, state, observed);
+    for (FieldFinding& finding : findingsOnMisclosures(state, traverse, FieldFinding::kNoRow)) {
+      finding.station = traverse.stations.front().stationPoint.name;
+      finding.targets = {traverse.stations.back().stationPoint.name};
+      findings.push_back(std::move(finding));
+    }
+  }
+  return findings;
+}
+
 void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
   Project& project = *state.project;
@@ -295,10 +351,11 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
     list.insert(list.end(), more.begin(), more.end());
   };
   for (std::size_t t = 0; t < state.traverses.size(); ++t) {
-    append(state.runFindings, findingsOnMisclosures(state, t));
+    append(state.runFindings, findingsOnMisclosures(state, state.traverses[t], t));
     append(ofSidePoints, findingsOnSidePoints(state.traverses[t]));
   }
   for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
+  if (!state.asRead) append(ofSidePoints, findingsOnCommonPoints(state.traverses));
   for (QString const& line : warningLines(ofSidePoints)) sendWarning(line);
   append(state.runFindings, ofSidePoints);
   keepHeights(state, std::move(heights));

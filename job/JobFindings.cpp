@@ -42,6 +42,7 @@ std::vector<FieldFinding> detail::findingsOnNetwork(JobState const& state) {
   try {
     observations = observationsWithErrors(state);
   } catch (AlgorithmException const&) {  // NOLINT(bugprone-empty-catch): an observation that the adjustment refuses
+  } catch (JobException const&) {        // NOLINT(bugprone-empty-catch): the same
   }
   bool const isFree = state.plane.datum == PlaneSettings::Datum::Free;
   return inspectNetwork(network, observations, state.plane.centring, isFree);

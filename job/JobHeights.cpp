@@ -87,6 +87,18 @@ void requireErrors(detail::JobState const& state) {
   if (!fault.isEmpty()) throw JobException(state.file, fault);
 }
 
+/// Other errors of the reduction are about directions, which heights do without.
+void requireNoNegative(detail::JobState const& state) {
+  std::vector<FieldFinding> findings = state.opened.placed(state.opened.reduction.findings);
+  auto const& rows = state.project->getTraverseDataList();
+  auto const isOther = [&rows](FieldFinding const& finding) {
+    bool const isNegative = finding.row < rows.size() && rows[finding.row].slant_distance < 0.0;
+    return finding.severity != FieldFinding::Error || !isNegative;
+  };
+  findings.erase(std::remove_if(findings.begin(), findings.end(), isOther), findings.end());
+  detail::requireNoError(state.file, findings);
+}
+
 /// Why the rows give no heights; empty where they do.
 QString missingIn(HeightNetwork const& network) {
   auto const isKnown = [](HeightNetwork::Point const& point) { return point.isKnown; };
@@ -199,6 +211,7 @@ void detail::adjustHeights(JobState& state, utils::IProcessCancel const& cancel)
                        Messages::tr("the file has no rows of a field book, from which heights are computed"));
   }
   if (state.asRead) return adjustLines(state);
+  requireNoNegative(state);
   HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
   tellLeftOut(state.opened, reduction.leftOut);
   QString const missing = missingIn(reduction.network);
@@ -242,12 +255,14 @@ void detail::keepHeights(JobState& state, FinishedHeights&& done) {
   forgetHeights(state);
   state.heightRun = std::move(done.run);
   state.heightFindings = std::move(done.findings);
+  state.hasTriedHeights = true;
   for (auto const& [text, type] : done.messages) send(text, type);
 }
 
 void detail::forgetHeights(JobState& state) {
   state.project->setTriangleHeightAdjust(std::make_unique<TriangleHeightAdjust>());
   state.heightRun.reset();
+  state.hasTriedHeights = false;
   state.heightFindings.clear();
   state.heightLines = TriangleHeightDataConvert();
 }

@@ -21,10 +21,12 @@
 #include <utils/HTextCodec.h>
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTextCodec>
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -160,6 +162,11 @@ OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::strin
   return opened;
 }
 
+[[noreturn]] void refuseEncoding(QString const& path, int line) {
+  QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
+  throw JobEncodingException(path, Messages::tr("line %1 is no text in the encoding %2").arg(line).arg(codec), line);
+}
+
 /// Names of a coordinate file in another encoding would become question marks, and several points one.
 void requireEncoding(QString const& path, std::string const& bytes) {
   if (bytes.empty()) throw JobException(path, Messages::tr("the file is empty"));
@@ -169,22 +176,56 @@ void requireEncoding(QString const& path, std::string const& bytes) {
     std::string const line(text.substr(0, text.find('\n')));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     if (detail::isSameInLocal8Bit(line) || HTextCodec::ToLocal8Bit(HTextCodec::FromLocal8Bit(line)) == line) continue;
-    QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
-    throw JobEncodingException(path, Messages::tr("line %1 is no text in the encoding %2").arg(number).arg(codec),
-                               number);
+    refuseEncoding(path, number);
   }
 }
 
-/// The text of a network or of a field book as its readers take it, in UTF-8. One that is in the local 8-bit encoding
-/// is turned into it, line by line as the characters of no such encoding hold a line end; a text that is neither stays
-/// as it is, and the readers name the line.
-std::string utf8Text(std::string const& bytes) {
-  if (detail::isSameInLocal8Bit(bytes)) return bytes;
+bool isUtf8(std::string_view bytes) {
   QTextCodec::ConverterState state;
   QTextCodec::codecForName("UTF-8")->toUnicode(bytes.data(), static_cast<int>(bytes.size()), &state);
-  if (state.invalidChars == 0 && state.remainingChars == 0) return bytes;
-  QString const text = HTextCodec::FromLocal8Bit(bytes);
-  return HTextCodec::ToLocal8Bit(text) == bytes ? text.toStdString() : bytes;
+  return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+/// The text in UTF-8, where all of it is text of the encoding.
+std::optional<std::string> decoded(std::string const& bytes, QTextCodec const& codec) {
+  QString const text = codec.toUnicode(bytes.data(), static_cast<int>(bytes.size()));
+  QByteArray const back = codec.fromUnicode(text);
+  if (back.size() != static_cast<int>(bytes.size()) || !std::equal(bytes.begin(), bytes.end(), back.begin())) return {};
+  return text.toStdString();
+}
+
+/// The encoding that an XML declaration names; null for none, for UTF-8 and for an unknown one.
+QTextCodec const* declaredCodec(std::string const& bytes) {
+  static QRegularExpression const form(R"(^<\?xml[^>]*\bencoding\s*=\s*["']([A-Za-z][A-Za-z0-9._-]*)["'])");
+  constexpr std::size_t kLongestDeclaration = 200;
+  QString const head = QString::fromLatin1(bytes.substr(0, kLongestDeclaration).c_str());
+  QString const name = form.match(head.trimmed()).captured(1);
+  bool const isOther = !name.isEmpty() && name.compare("UTF-8", Qt::CaseInsensitive) != 0;
+  QTextCodec const* const codec = isOther ? QTextCodec::codecForName(name.toLatin1()) : nullptr;
+  // The declaration itself could be read, which it could not in an encoding that is none of 8 bits.
+  return codec != nullptr && codec->fromUnicode("A") == "A" ? codec : nullptr;
+}
+
+/// The text of a network, a field book or a project as its readers take it, in UTF-8: what is not is in the encoding
+/// that its XML declaration names, else in the local 8-bit one. A name in another encoding would lose its characters,
+/// and several points would become one.
+/// @throws JobEncodingException with the first line that is no text.
+std::string utf8Text(QString const& path, std::string const& bytes) {
+  if (detail::isSameInLocal8Bit(bytes)) return bytes;
+  QTextCodec const* const declared = suffixOf(path) == "kvn" ? declaredCodec(bytes) : nullptr;
+  if (declared != nullptr) {
+    if (auto text = decoded(bytes, *declared)) return *std::move(text);
+  }
+  if (isUtf8(bytes)) return bytes;
+  if (auto text = decoded(bytes, *QTextCodec::codecForLocale())) return *std::move(text);
+  std::string_view rest = bytes;
+  for (int number = 1; !rest.empty(); ++number) {
+    std::string const line(rest.substr(0, rest.find('\n')));
+    rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    // Characters of an encoding hold no line end.
+    if (!isUtf8(line) && !decoded(line, *QTextCodec::codecForLocale())) refuseEncoding(path, number);
+  }
+  refuseEncoding(path, 1);  // lines of two encodings
 }
 
 /// @throws DataException with the line that is no point.
@@ -246,8 +287,8 @@ void detail::reduce(JobState& state) {
 
 OpenedFile detail::takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan) {
   QString const kind = suffixOf(path);
-  if (!asRead && (kind == "in2" || kind == "txt" || kind == "lqf")) {
-    std::string const text = utf8Text(bytes);
+  if (!asRead && kind != "dat") {
+    std::string const text = utf8Text(path, bytes);
     OpenedFile opened =
         kind == "in2" ? takeNetworkWithCare(project, path, text, isPlan) : takeFieldJob(project, path, text);
     opened.isLocalText = text != bytes;
@@ -259,10 +300,8 @@ OpenedFile detail::takeIn(Project& project, QString const& path, std::string con
   } else if (kind == "dat") {
     requireEncoding(path, bytes);
     readCoordinates(project, path, bytes);
-  } else if (asRead) {
-    takeFieldJobAsRead(project, path, bytes);
   } else {
-    return takeFieldJob(project, path, bytes);
+    takeFieldJobAsRead(project, path, bytes);
   }
   return {};
 }

@@ -10,6 +10,7 @@
 #include "records/detail/Messages.h"
 #include "records/detail/Recorded.h"
 
+#include <QFileInfo>
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace kvn {
@@ -82,10 +85,15 @@ PlaneNetwork observationsOfLines(Network const& network) {
 }
 
 /// @throws AlgorithmException with the number of the line, as of a network whose lines are edited.
-void requireSound(PlaneNetwork const& observations, Network const& network) {
-  auto const refuse = [&](int from, int to) {
+/// @throws JobException with the line of the file, where it is one of that.
+void requireSound(QString const& file, PlaneNetwork const& observations, Network const& network) {
+  auto const refuse = [&](int from, int to, PlaneNetwork::Origin const& origin) {
     std::string const& start = observations.points[static_cast<std::size_t>(from)].name;
     std::string const& end = observations.points[static_cast<std::size_t>(to)].name;
+    if (origin.line > 0 && from == to) {
+      QString const text = Messages::tr("line %1: %2: an observation from a point to itself");
+      throw JobException(file, text.arg(origin.line).arg(recordText(start)), origin.line);
+    }
     auto const line = std::find_if(network.lines.begin(), network.lines.end(), [&](NetworkDataInfo const& one) {
       return one.start_name == start && one.end_name == end;
     });
@@ -93,11 +101,13 @@ void requireSound(PlaneNetwork const& observations, Network const& network) {
   };
   for (PlaneNetwork::Direction const& direction : observations.directions) {
     int const station = observations.setUps[static_cast<std::size_t>(direction.setUp)].station;
-    if (direction.target == station || !std::isfinite(direction.value)) refuse(station, direction.target);
+    if (direction.target == station || !std::isfinite(direction.value)) {
+      refuse(station, direction.target, direction.origin);
+    }
   }
   for (PlaneNetwork::Distance const& distance : observations.distances) {
     bool const isSound = distance.from != distance.to && std::isfinite(distance.value) && distance.value > 0.0;
-    if (!isSound) refuse(distance.from, distance.to);
+    if (!isSound) refuse(distance.from, distance.to, distance.origin);
   }
 }
 
@@ -225,23 +235,23 @@ PlaneNetwork observationsIn(detail::JobState const& state) {
 
 PlaneNetwork detail::observationsWithErrors(JobState const& state) {
   PlaneNetwork network = observationsIn(state);
-  requireSound(network, state.project->getNetwork());
+  requireSound(state.file, network, state.project->getNetwork());
   setErrors(network, observationErrors(state));
   return network;
 }
 
 PlaneNetwork detail::observedNetwork(JobState const& state) {
   PlaneNetwork network = observationsIn(state);
+  if (network.points.empty()) throw JobException(state.file, Messages::tr("there are no observations to adjust"));
   giveApproximate(state, network);
   requireControl(network, state.plane);
-  if (network.points.empty()) throw JobException(state.file, Messages::tr("there are no observations to adjust"));
   return network;
 }
 
 PlaneNetwork detail::weighedObservations(JobState const& state) {
   PlaneNetwork network = observedNetwork(state);
   if (state.isPlan) requireValues(state.file, network);
-  requireSound(network, state.project->getNetwork());
+  requireSound(state.file, network, state.project->getNetwork());
   setErrors(network, observationErrors(state));
   return network;
 }
@@ -267,9 +277,9 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settings);
   run->setProgressCall(state.progress);
   run->setCancelCall(isCancelled);
-  auto const refuse = [&](QString text, QStringList const& names) {
+  auto const refuse = [&](QString text, QStringList const& names, bool isExplained = false) {
     std::optional<FieldFinding> const exchange = findingOnExchange(*run, settings, isCancelled);
-    if (names.isEmpty() && !exchange) throw;
+    if (names.isEmpty() && !exchange && !isExplained) throw;
     if (!names.isEmpty()) text = QString("%1: %2").arg(text, listedNames(names));
     if (exchange) text = QString("%1. %2").arg(text, exchange->text);
     std::throw_with_nested(JobException(state.file, text));
@@ -277,6 +287,8 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   try {
     run->adjust();
   } catch (AlgorithmException const& failure) {
+    if (!run->unplacedPoints().empty()) refuse(worded(run->unplacedPoints()), {}, true);
+    if (!run->looseMotions().empty()) refuse(worded(run->looseMotions()), {}, true);
     refuse(worded(failure, Network()), namesIn(*run));
   } catch (CalculationFailure const& failure) {
     refuse(QString::fromUtf8(failure.what()), {});
@@ -313,20 +325,31 @@ std::vector<CoordinatePointInfo> detail::coordinatesOf(PlaneAdjustment const& ad
   return coordinates;
 }
 
-void detail::tellRepeatedObservations(JobState const& state) {
+QString detail::textOfRepeated(JobState const& state) {
   Project const& project = *state.project;
-  if (!project.getTraverseDataList().empty() || !hasOriginalObservations(state)) return;
-  std::size_t directions = 0;
-  std::size_t distances = 0;
-  for (NetworkDataInfo const& line : project.getNetwork().lines) {
-    if (line.horizontalAngleFlag) ++directions;
-    if (line.horizontal_distance > detail::kNotRecorded) ++distances;
+  PlaneNetwork const& observations = state.opened.observations;
+  // Edited lines are those of the file still; a host may have put another file in its place, too.
+  bool const isOfFile =
+      hasOriginalObservations(state) ||
+      (project.getFileType() == Project::CosaFile && project.getName() == QFileInfo(state.file).completeBaseName());
+  if (!project.getTraverseDataList().empty() || !isOfFile) return {};
+  QStringList lines;
+  std::set<std::tuple<bool, int, int>> known;
+  auto const look = [&](bool isDirection, int from, int to, PlaneNetwork::Origin const& origin) {
+    if (!known.emplace(isDirection, from, to).second) lines << Messages::tr("line %1").arg(origin.line);
+  };
+  for (PlaneNetwork::Direction const& direction : observations.directions) {
+    look(true, observations.setUps[static_cast<std::size_t>(direction.setUp)].station, direction.target,
+         direction.origin);
   }
-  std::size_t const given = state.opened.observations.directions.size() + state.opened.observations.distances.size();
-  if (given <= directions + distances) return;
-  sendWarning(Messages::tr("%1 of %2 observations are given more than once from a station; the first ones count")
-                  .arg(given - directions - distances)
-                  .arg(given));
+  for (PlaneNetwork::Distance const& distance : observations.distances) {
+    look(false, distance.from, distance.to, distance.origin);
+  }
+  if (lines.isEmpty()) return {};
+  return Messages::tr("%1 of %2 observations are given more than once from a station; the first ones count: %3")
+      .arg(lines.size())
+      .arg(observations.directions.size() + observations.distances.size())
+      .arg(listedNames(lines));
 }
 
 }  // namespace kvn

@@ -3,6 +3,7 @@
 #include "adjust/TraverseAdjust.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
+#include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
 #include "records/detail/Messages.h"
@@ -63,15 +64,15 @@ bool isUsual(AlgorithmException const& failure, Project const& project) {
          failure.errorType == AlgorithmException::AllStationKnown || project.getNetwork().lines.empty();
 }
 
-/// Whether a field book gives heights, for which the plane is not needed.
-bool givesHeights(Project const& project) {
-  auto const& rows = project.getTraverseDataList();
-  return std::any_of(rows.begin(), rows.end(), [](TraverseDataInfo const& row) { return row.isKnown && row.Z != 0.0; });
+/// Whether heights come out of a field book, for which the plane is not needed.
+bool givesHeights(detail::JobState const& state) {
+  utils::IProcessCancel const nobody;
+  return detail::heightsBeside(state, nobody).run != nullptr;
 }
 
 /// Why no adjustment of the plane comes about. The heights of a field book can be computed all the same.
-FieldFinding refusalOf(Project const& project, QString const& reason) {
-  bool const isOfHeights = givesHeights(project);
+FieldFinding refusalOf(detail::JobState const& state, QString const& reason) {
+  bool const isOfHeights = givesHeights(state);
   return findingOn(isOfHeights ? FieldFinding::Warning : FieldFinding::Error, {}, {},
                    isOfHeights ? Messages::tr("The plane cannot be adjusted: %1").arg(reason) : reason);
 }
@@ -118,12 +119,12 @@ std::vector<FieldFinding> findingsOf(detail::JobState const& state, PlaneAdjustm
 std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
   Project const& project = *state.project;
   if (project.getFileType() == Project::CoordFile) {
-    return {refusalOf(project, Messages::tr("a coordinate file has no observations to adjust"))};
+    return {refusalOf(state, Messages::tr("a coordinate file has no observations to adjust"))};
   }
   QString const fault = detail::faultOfErrors(project.getConfigure(), project.getNetwork());
   if (!fault.isEmpty()) return {findingOn(FieldFinding::Error, {}, {}, fault)};
   if (project.getNetwork().lines.empty()) {
-    return {refusalOf(project, Messages::tr("there are no observations to adjust"))};
+    return {refusalOf(state, Messages::tr("there are no observations to adjust"))};
   }
   PlaneAdjustment adjustment{PlaneNetwork()};
   PlaneSettings const settings = detail::settingsOf(state.plane);
@@ -136,8 +137,10 @@ std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
     bool const isExplained = std::any_of(findings.begin(), findings.end(), [](FieldFinding const& finding) {
       return finding.severity == FieldFinding::Error;
     });
-    if (!isExplained) findings.insert(findings.begin(), refusalOf(project, worded(failure, project.getNetwork())));
+    if (!isExplained) findings.insert(findings.begin(), refusalOf(state, worded(failure, project.getNetwork())));
     return findings;
+  } catch (JobException const& failure) {
+    return {refusalOf(state, failure.text)};
   } catch (std::bad_alloc const&) {
     throw;
   } catch (std::exception const& failure) {  // an iteration that does not settle
@@ -145,7 +148,18 @@ std::vector<FieldFinding> findingsOfPlane(detail::JobState const& state) {
     findings.insert(findings.begin(), findingOn(FieldFinding::Error, {}, {}, QString::fromUtf8(failure.what())));
     return findings;
   }
-  return findingsOf(state, adjustment, settings);
+  std::vector<FieldFinding> findings = findingsOf(state, adjustment, settings);
+  PlaneResult const& result = adjustment.result();
+  // Far above 1 it is told as doubtful.
+  if (!result.isPassed && result.unitError > result.upperBound && result.unitError <= detail::kDoubtfulUnitError) {
+    QString const text = Messages::tr(
+        "the observations do not agree with their a-priori errors: unit weight error %1, at most %2 expected");
+    findings.push_back(findingOn(FieldFinding::Warning, {}, {},
+                                 text.arg(result.unitError, 0, 'f', 2).arg(result.upperBound, 0, 'f', 2)));
+  }
+  std::vector<FieldFinding> const ofTraverses = detail::misclosuresBeside(state);
+  findings.insert(findings.end(), ofTraverses.begin(), ofTraverses.end());
+  return findings;
 }
 
 }  // namespace

@@ -16,12 +16,14 @@
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTextCodec>
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -58,6 +60,33 @@ void requireWritable(QString const& path, TraverseDataInfo const& row) {
   }
 }
 
+bool isSameFile(QString const& a, QString const& b) {
+  QString const place = QFileInfo(a).canonicalFilePath();  // empty where there is no file
+  return !place.isEmpty() && place == QFileInfo(b).canonicalFilePath();
+}
+
+/// The file will lack something, which is lost for good where it takes the place of the one that was read.
+/// @throws JobException there; else a `Warning` tells it.
+void tellLack(JobState const& state, QString const& path, QString const& text) {
+  if (!isSameFile(path, state.file)) return sendWarning(text);
+  throw JobException(path, Messages::tr("the file would lose what it holds; another name keeps it: %1").arg(text));
+}
+
+void tellRepeated(JobState const& state, QString const& path) {
+  QString const repeated = detail::textOfRepeated(state);
+  if (!repeated.isEmpty()) tellLack(state, path, repeated);
+}
+
+/// A line that was passed over has been told, and stands in the file that was read.
+void requireNothingPassedOver(JobState const& state, QString const& path) {
+  if (!isSameFile(path, state.file)) return;
+  for (auto const* findings : {&state.opened.toldFindings, &state.opened.text.findings}) {
+    for (FieldFinding const& finding : *findings) {
+      if (finding.isNotTaken) tellLack(state, path, worded(finding));
+    }
+  }
+}
+
 /// What the traverse file has no place for, and what a reader would take for something else.
 void tellLoss(Rows const& rows, QString const& kind) {
   if (kind == "lqf") return;
@@ -75,7 +104,8 @@ void tellLoss(Rows const& rows, QString const& kind) {
 }
 
 /// The rows that the format can hold; both have a reading in every sight.
-Rows writable(QString const& path, Rows const& rows) {
+Rows writable(JobState const& state, QString const& path) {
+  Rows const& rows = state.project->getTraverseDataList();
   Rows kept;
   for (TraverseDataInfo const& row : rows) {
     bool const isStation = row.pointType == TraversePointType::StationPoint;
@@ -83,7 +113,7 @@ Rows writable(QString const& path, Rows const& rows) {
     if (isStation || row.angleMark != 0.0) {
       kept.push_back(row);
     } else {
-      sendWarning(Messages::tr("The sight to %1 has no angles and is left out").arg(recordText(row.name)));
+      tellLack(state, path, Messages::tr("The sight to %1 has no angles and is left out").arg(recordText(row.name)));
     }
   }
   return kept;
@@ -127,7 +157,7 @@ void writeJobInLocalText(Project& project, QString const& path) {
 void writeRows(JobState const& state, QString const& path) {
   Project& project = *state.project;
   QString const kind = suffixOf(path);
-  Rows rows = writable(path, project.getTraverseDataList());
+  Rows rows = writable(state, path);
   tellLoss(rows, kind);
   if (kind == "lqf" && suffixOf(state.file) == "lqf") {
     LentRows const lent(project, std::move(rows));
@@ -178,36 +208,44 @@ void writeCoordinates(JobState const& state, QString const& path) {
   detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
-/// The network of the rows as they are now. A list of coordinates alone becomes known points.
-Network networkOf(JobState const& state) {
+/// The network as it is now.
+struct WrittenNetwork {
+  Network network;
+  std::optional<PlaneNetwork> observations;  ///< each by itself, where they are known; else those of the lines
+};
+
+/// Of rows their set-ups. A list of coordinates alone becomes known points.
+WrittenNetwork networkOf(JobState const& state) {
   Project const& project = *state.project;
   Network const& network = project.getNetwork();
   if (!project.getTraverseDataList().empty()) {
-    if (state.asRead) return network;
+    if (state.asRead) return {network, {}};
     FieldReduction reduction = reduceField(detail::rowsWithKnownStations(project));
-    requireNoError(state.file, state.opened.text.findings);
     requireNoError(state.file, state.opened.placed(reduction.findings));
-    detail::requireWholeRounds(state.file, state.opened, reduction);
-    return std::move(reduction.network);
+    return {std::move(reduction.network), std::move(reduction.observations)};
   }
-  if (!network.isEmpty() || !network.knownPoints.empty()) return network;
+  if (detail::hasOriginalObservations(state)) return {network, state.opened.observations};
+  if (!network.isEmpty() || !network.knownPoints.empty()) return {network, {}};
   Network points;
   for (CoordinatePointInfo const& point : project.getCoordinatePointList()) {
     points.knownPoints.emplace_back(recordText(point.name).toStdString(), point.N, point.E, point.Z);
   }
-  return points;
+  return {std::move(points), {}};
 }
 
 void writeNetwork(JobState const& state, QString const& path) {
-  Network const network = networkOf(state);
-  if (network.isEmpty() && network.knownPoints.empty())
+  WrittenNetwork written = networkOf(state);
+  Network const& network = written.network;
+  bool const hasObservations = written.observations.has_value();
+  if (network.isEmpty() && network.knownPoints.empty() && !hasObservations)
     throw JobException(path, Messages::tr("there is no network to write"));
-  detail::tellRepeatedObservations(state);
+  if (!hasObservations) tellRepeated(state, path);
   CarefulCosaCollection collection;
   // Without the a-priori errors of its file the network would be adjusted with other weights.
   collection.setConfigure(state.project->getConfigure());
   collection.setKnownPointList(network.knownPoints);
   collection.setNetworkDataList(network.lines);
+  if (hasObservations) collection.setObservations(*std::move(written.observations));
   detail::writeWhole(path, [&collection](std::ostream& stream) { collection.write(stream); });
 }
 
@@ -256,9 +294,8 @@ void writeProject(JobState const& state, QString const& path) {
   tellLoss(project.getTraverseDataList(), "kvn");
   if (project.getTraverseDataList().empty()) {
     requireDirections(path, project.getNetwork());
-    detail::tellRepeatedObservations(state);
+    tellRepeated(state, path);
   }
-  requireNoError(state.file, state.opened.text.findings);
   utils::createFolderOf(path);
   LentPoints const lent(project);
   bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();
@@ -270,6 +307,8 @@ void writeProject(JobState const& state, QString const& path) {
 
 void detail::write(JobState const& state, QString const& path) {
   QString const kind = suffixOf(path);
+  requireNoError(state.file, state.opened.text.findings);
+  requireNothingPassedOver(state, path);
   if (kind == "kvn") return writeProject(state, path);
   if (kind == "in2") return writeNetwork(state, path);
   if (kind == "dat") return writeCoordinates(state, path);
@@ -277,7 +316,6 @@ void detail::write(JobState const& state, QString const& path) {
     throw JobException(path,
                        Messages::tr("a file of this kind holds the readings of a field book, which there are none of"));
   }
-  requireNoError(state.file, state.opened.text.findings);
   writeRows(state, path);
 }
 

@@ -5,6 +5,7 @@
 #include "records/TraversePointType.h"
 #include "records/detail/Messages.h"
 
+#include <utils/Circle.h>
 #include <utils/Number.h>
 #include <utils/XmlText.h>
 
@@ -23,6 +24,8 @@ using Names = std::initializer_list<char const*>;
 // The version whose files tell what kind of data they hold, and the kinds that there are.
 constexpr char const* kTypedVersion = "1.0.1";
 constexpr int kKinds = 4;
+// Two turns of a circle: readings stay within one, and a larger number is in degrees or none.
+constexpr double kMostRadians = 4.0 * utils::kPi;
 
 class Inspection {
  public:
@@ -64,6 +67,29 @@ class Inspection {
     }
   }
 
+  /// What is not there would be read as 0, and a coordinate of 0 is one.
+  void required(XMLElement const& element, Names names) {
+    for (char const* name : names) {
+      if (element.Attribute(name) != nullptr) continue;
+      add(FieldFinding::Error, element, Messages::tr("the attribute %1 is missing").arg(QLatin1String(name)));
+    }
+  }
+
+  static bool hasAny(XMLElement const& element, Names names) {
+    return std::any_of(names.begin(), names.end(),
+                       [&element](char const* name) { return element.Attribute(name) != nullptr; });
+  }
+
+  void angles(XMLElement const& element, Names names) {
+    numbers(element, names);
+    for (char const* name : names) {
+      char const* const text = element.Attribute(name);
+      double const value = text == nullptr ? 0.0 : utils::fullNumber(text).value_or(0.0);
+      if (std::isfinite(value) && std::abs(value) > kMostRadians)
+        bad(element, name, Messages::tr("no angle in radians"));
+    }
+  }
+
   void truths(XMLElement const& element, Names names) {
     bool value = false;
     for (char const* name : names) {
@@ -92,17 +118,39 @@ class Inspection {
 
   void row(XMLElement const& element) {
     result.rowLines.push_back(element.GetLineNum());
-    numbers(element, {"instrument", "slant_distance", "horizontal_distance", "horizontal_angle", "vertical_angle",
-                      "azimuth", "N", "E", "Z"});
+    numbers(element, {"instrument", "slant_distance", "horizontal_distance", "N", "E", "Z"});
+    angles(element, {"horizontal_angle", "vertical_angle", "azimuth"});
     truths(element, {"isKnown", "isSlantDistanceHave"});
     char const* const kind = element.Attribute("pointType");
     if (kind != nullptr && !TraversePointType::fromString(kind))
       bad(element, "pointType", Messages::tr("no kind of row"));
+    required(element, {"name", "pointType"});
+    if (kind == nullptr) return;
+    if (TraversePointType::fromString(kind) == TraversePointType::StationPoint) {
+      required(element, {"isKnown", "instrument", "N", "E", "Z"});
+    } else if (hasAny(element, {"horizontal_angle", "vertical_angle", "slant_distance"})) {
+      required(element, {"instrument", "horizontal_angle", "vertical_angle", "slant_distance", "isSlantDistanceHave"});
+    }
   }
 
-  void knownPoint(XMLElement const& element) { numbers(element, {"x", "y"}); }
-  void line(XMLElement const& element) { numbers(element, {"horizontal_distance", "horizontal_angle"}); }
-  void coordinate(XMLElement const& element) { numbers(element, {"N", "E", "Z"}); }
+  void knownPoint(XMLElement const& element) {
+    numbers(element, {"x", "y"});
+    required(element, {"name", "x", "y"});
+  }
+
+  void line(XMLElement const& element) {
+    numbers(element, {"horizontal_distance"});
+    if (element.DoubleAttribute("horizontal_distance") < 0.0) {
+      bad(element, "horizontal_distance", Messages::tr("negative"));
+    }
+    angles(element, {"horizontal_angle"});
+    required(element, {"start_name", "end_name", "horizontal_distance", "horizontal_angle"});
+  }
+
+  void coordinate(XMLElement const& element) {
+    numbers(element, {"N", "E", "Z"});
+    required(element, {"name", "N", "E", "Z"});
+  }
 
   void children(XMLElement const* parent, char const* name, void (Inspection::*look)(XMLElement const&)) {
     if (parent == nullptr) return;

@@ -172,8 +172,8 @@ std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& res
   return findings;
 }
 
-std::vector<FieldFinding> detail::findingsOnMisclosures(JobState const& state, std::size_t traverse) {
-  TraverseResult const& result = state.traverses[traverse];
+std::vector<FieldFinding> detail::findingsOnMisclosures(JobState const& state, TraverseResult const& result,
+                                                        std::size_t traverse) {
   std::vector<FieldFinding> findings;
   auto const tell = [&](QString const& text) {
     findings.push_back({FieldFinding::Warning, {}, {}, text});

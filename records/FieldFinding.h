@@ -27,6 +27,8 @@ struct FieldFinding {
   bool isOfDistance = false;      ///< about a distance between station and target, not a direction
   bool isOfHeights = false;       ///< about adjusted heights, not about the plane
   std::size_t traverse = kNoRow;  ///< place in `Job::traverses` of the one that it is about as a whole
+  /// What stands there was not taken, or not as a whole: a file that is saved over the one that was read would lose it.
+  bool isNotTaken = false;
 };
 
 }  // namespace kvn

@@ -98,7 +98,10 @@ class RowInspection {
       }
     }
     if (!row.isVerticalAngleValid) warn(Messages::tr("the vertical reading is not between 0 and 360 degrees"));
-    if (!row.isSlantDistanceValid) warn(Messages::tr("the distance is negative"));
+    // Before any station; the reduction tells the others, and what is no number is told with its text.
+    if (!row.isSlantDistanceValid && row.slant_distance < 0.0 && station.empty()) {
+      warn(Messages::tr("the distance is negative"));
+    }
   }
 
   /// Whether the sights stand as first face and second face backward; the first pair that does not is told.

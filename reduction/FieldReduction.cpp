@@ -119,6 +119,10 @@ class Reducer {
     TraverseDataInfo const& row = rows[i];
     auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
     if (number == current->distances.size()) current->distances.emplace_back();
+    if (row.isSlantDistanceHave && row.slant_distance < 0.0) {
+      tell(FieldFinding::Error, current->name, {row.name}, Messages::tr("the distance is negative"), i);
+      return 0.0;
+    }
     double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
     if (row.isSlantDistanceHave && row.slant_distance > detail::kNotRecorded && !(distance > detail::kNotRecorded)) {
       tell(FieldFinding::Warning, current->name, {row.name},

@@ -61,7 +61,7 @@ struct FieldReduction {
 /// the same targets, which are averaged with the number of their readings, and one for each round with others.
 ///
 /// `Error` findings: readings of one target and round, or of the first target of a set-up, that differ by more than 6';
-/// a known point with two positions; a row without a name.
+/// a known point with two positions; a row without a name; a negative distance.
 KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
 
 /// Marks as known the station rows that carry coordinates: a job file has no other sign for it. Coordinates that are

@@ -329,10 +329,27 @@ void addLiteral(DrawingMaker& maker, Job const& job) {
   maker.observe(network);
 }
 
+/// Without observations, in which a name means one point.
+bool isListAlone(Project const& project) {
+  return project.getNetwork().lines.empty() && project.getTraverseDataList().empty();
+}
+
+/// In files without heights they are 0.
+bool hasAnyHeight(std::vector<CoordinatePointInfo> const& list) {
+  return std::any_of(list.begin(), list.end(), [](CoordinatePointInfo const& point) { return point.Z != 0.0; });
+}
+
 void addGiven(DrawingMaker& maker, Project const& project) {
   addKnown(maker, project.getNetwork().knownPoints);
+  bool const keepsEach = isListAlone(project);
+  bool const hasHeights = hasAnyHeight(project.getCoordinatePointList());
+  std::unordered_set<std::string> listed;
   for (CoordinatePointInfo const& given : project.getCoordinatePointList()) {
-    if (isPlace(given.N, given.E)) {
+    bool const isFirst = listed.insert(given.name).second;
+    if (isPlace(given.N, given.E) && keepsEach && !isFirst) {
+      SitePoint& again = maker.append(given.name, given.N, given.E);
+      if (std::isfinite(given.Z) && hasHeights) again.height = given.Z;
+    } else if (isPlace(given.N, given.E)) {
       maker.place(given.name, given.N, given.E);
     } else {
       maker.findOrMiss(given.name);
@@ -357,12 +374,12 @@ void addGivenHeights(DrawingMaker& maker, Project const& project) {
     if (known.z != 0.0) give(known.name, known.z);
   }
   auto const& list = project.getCoordinatePointList();
-  auto const hasHeight = [](CoordinatePointInfo const& point) { return point.Z != 0.0; };
-  bool const hasHeights = std::any_of(list.begin(), list.end(), hasHeight);
   // Beside observations a 0 is a height that nobody has measured.
-  bool const isListAlone = project.getNetwork().lines.empty() && project.getTraverseDataList().empty();
+  bool const countsZero = hasAnyHeight(list) && isListAlone(project);
+  std::unordered_set<std::string> listed;  // of a point that is given twice the first row is drawn by its name
   for (CoordinatePointInfo const& point : list) {
-    if (hasHeight(point) || (hasHeights && isListAlone)) give(point.name, point.Z);
+    if (!listed.insert(point.name).second) continue;
+    if (point.Z != 0.0 || countsZero) give(point.name, point.Z);
   }
 }
 

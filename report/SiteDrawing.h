@@ -77,7 +77,8 @@ struct SiteDrawing {
   };
 
   Source source = Source::Coordinates;
-  /// After least squares and of a plan the points of the `PlaneNetwork`, with their numbers.
+  /// After least squares and of a plan the points of the `PlaneNetwork`, with their numbers. A list without
+  /// observations has a point for each of its rows, those of one name too.
   std::vector<SitePoint> points;
   std::vector<SiteLine> lines;  ///< each pair of points once
   /// Points that are observed or listed and have no coordinates, or none on earth; UTF-8, each once.

@@ -1463,6 +1463,66 @@
         <translation>竖直读数不在 0 至 360 度之间</translation>
     </message>
     <message>
+        <source>the known point %1 is given twice</source>
+        <translation>已知点 %1 给出两次</translation>
+    </message>
+    <message>
+        <source>the distance is negative: %1</source>
+        <translation>距离为负：%1</translation>
+    </message>
+    <message>
+        <source>three a-priori errors are to stand here, such as 2,3,2, and not: %1</source>
+        <translation>此处应为三个先验中误差，如 2,3,2，而不是：%1</translation>
+    </message>
+    <message>
+        <source>--points needs a file, not standard input</source>
+        <translation>--points 须给出文件，不能用标准输入</translation>
+    </message>
+    <message>
+        <source>Given more than once, in different places: %1</source>
+        <translation>多次给出且位置不同：%1</translation>
+    </message>
+    <message>
+        <source>a number is missing or cannot be read</source>
+        <translation>缺少数字或数字无法读取</translation>
+    </message>
+    <message>
+        <source>a number is too large</source>
+        <translation>数字过大</translation>
+    </message>
+    <message>
+        <source>line %1: %2: an observation from a point to itself</source>
+        <translation>第 %1 行：%2：观测的起点和终点是同一点</translation>
+    </message>
+    <message>
+        <source>the observations do not agree with their a-priori errors: unit weight error %1, at most %2 expected</source>
+        <translation>观测值与先验误差不符：单位权中误差 %1，预期至多 %2</translation>
+    </message>
+    <message>
+        <source>the file would lose what it holds; another name keeps it: %1</source>
+        <translation>文件会丢失其中的内容；换一个文件名可以保留：%1</translation>
+    </message>
+    <message>
+        <source>the attribute %1 is missing</source>
+        <translation>缺少属性 %1</translation>
+    </message>
+    <message>
+        <source>no angle in radians</source>
+        <translation>不是弧度角</translation>
+    </message>
+    <message>
+        <source>negative</source>
+        <translation>为负</translation>
+    </message>
+    <message>
+        <source>the traverses give the point places %1 mm from each other; the first one counts</source>
+        <translation>各导线给出的该点位置相差 %1 mm；以第一个为准</translation>
+    </message>
+    <message>
+        <source>%1: fails, for the errors are smaller than expected</source>
+        <translation>%1：未通过，因为误差比预期小</translation>
+    </message>
+    <message>
         <source>the distance is negative</source>
         <translation>距离为负</translation>
     </message>
@@ -1935,12 +1995,12 @@
         <translation>坐标文件中没有可供平差的观测值</translation>
     </message>
     <message>
-        <source>the a-priori error of a direction (first number of line 1) must be a number above 0</source>
-        <translation>方向的先验中误差（第 1 行第一个数）必须是大于 0 的数</translation>
+        <source>the a-priori error of a direction (in a network file the first number of line 1) must be a number above 0</source>
+        <translation>方向的先验中误差（控制网文件中为第 1 行第一个数）必须是大于 0 的数</translation>
     </message>
     <message>
-        <source>the a-priori errors of a distance (second and third number of line 1) must be numbers of 0 or more</source>
-        <translation>边长的先验中误差（第 1 行第二、三个数）必须是不小于 0 的数</translation>
+        <source>the a-priori errors of a distance (in a network file the second and third number of line 1) must be numbers of 0 or more</source>
+        <translation>边长的先验中误差（控制网文件中为第 1 行第二、三个数）必须是不小于 0 的数</translation>
     </message>
     <message>
         <source>the a-priori errors of a distance are both 0</source>
@@ -1995,8 +2055,8 @@
         <translation>没有可供平差的观测值</translation>
     </message>
     <message>
-        <source>%1 of %2 observations are given more than once from a station; the first ones count</source>
-        <translation>%2 个观测值中有 %1 个在同一测站重复给出；以最先给出的为准</translation>
+        <source>%1 of %2 observations are given more than once from a station; the first ones count: %3</source>
+        <translation>%2 个观测值中有 %1 个在同一测站重复给出；以最先给出的为准：%3</translation>
     </message>
     <message>
         <source>the file is empty</source>
@@ -3339,8 +3399,8 @@
         <translation>%1 不是文件夹</translation>
     </message>
     <message>
-        <source>Print no tables and no notes or warnings, only errors.</source>
-        <translation>不输出表格、提示和警告，只输出错误。</translation>
+        <source>Print no tables and no notes or warnings, only errors and what a saved file lacks.</source>
+        <translation>不输出表格、提示和警告，只输出错误以及保存的文件所缺的内容。</translation>
     </message>
     <message>
         <source>Encoding of files that are not UTF-8, such as GBK; that of the locale if not given. Coordinates (.dat) are always in it. With --as-read networks and traverse files are UTF-8.</source>
@@ -3371,8 +3431,8 @@
         <translation>未知的文件类型：%1</translation>
     </message>
     <message>
-        <source>- needs --to, such as --to dat</source>
-        <translation>- 须给出 --to，如 --to dat</translation>
+        <source>- needs --to, such as --to %1</source>
+        <translation>- 须给出 --to，如 --to %1</translation>
     </message>
     <message>
         <source>--to is for standard output, -</source>

@@ -224,6 +224,10 @@ void PlaneAdjustment::Data::test(PlaneObservation& observation, double error) co
   if (observation.redundancy < kUncheckedRedundancy) return;
   observation.standardised = observation.residual / (scaleOfErrors() * error * std::sqrt(observation.redundancy));
   observation.test = std::abs(observation.standardised) / result.criticalValue;
+  // Observations that all agree to the last digit leave the rounding of their digits, of which one is the largest.
+  constexpr double kRounding = 1e-3;  // of the a-priori error
+  if (std::abs(observation.residual) < kRounding * observation.error)
+    observation.test = std::min(observation.test, 1.0);
   if (observation.test > 1.0) observation.gross = -observation.residual / observation.redundancy;
 }
 

@@ -34,6 +34,7 @@ class CosaReading {
   };
 
   std::vector<Observation> observations;
+  NameIndex knownNames;
 
   /// What follows belongs to this station; without any it belongs to one without a name.
   void beginStation(std::string_view name) {

@@ -62,6 +62,7 @@ struct JobState {
   TraverseOptions traverseOptions;
   std::vector<TraverseResult> traverses;  ///< of the last run, where it was one of single traverses
   HeightOptions heights;
+  bool hasTriedHeights = false;                 ///< by the options and rows as they are, whether there were any or not
   std::unique_ptr<HeightAdjustment> heightRun;  ///< the last run of heights, where it was a careful one
   std::vector<FieldFinding> heightFindings;     ///< of that run
   TriangleHeightDataConvert heightLines;        ///< of the last run that was not

@@ -116,8 +116,9 @@ void adjustPlane(JobState& state, utils::IProcessCancel const& cancel);
 std::vector<CoordinatePointInfo> coordinatesOf(PlaneAdjustment const& adjustment);
 /// The points of all chains and those beside them, each once.
 std::vector<CoordinatePointInfo> coordinatesOf(std::vector<TraverseResult> const& traverses);
-/// Tells of observations that the network of the project lacks, since it has one direction and distance a line.
-void tellRepeatedObservations(JobState const& state);
+/// What the network of the project lacks of the observations of its file, since it has one direction and distance a
+/// line; with the lines, and empty where it has all.
+QString textOfRepeated(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
 void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
 
@@ -134,7 +135,11 @@ void judge(TraverseResult& result, JobState const& state, ObservedRounds const& 
 std::vector<FieldFinding> findingsOnSidePoints(TraverseResult const& result);
 /// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.
 void requireNotFarBeyond(TraverseResult const& result, JobState const& state);
-std::vector<FieldFinding> findingsOnMisclosures(JobState const& state, std::size_t traverse);
+/// @param traverse  place of the result in `Job::traverses`, FieldFinding::kNoRow for none of them.
+std::vector<FieldFinding> findingsOnMisclosures(JobState const& state, TraverseResult const& result,
+                                                std::size_t traverse);
+/// The same of the traverses that a network holds, whatever method it is adjusted by; none where it holds no traverse.
+std::vector<FieldFinding> misclosuresBeside(JobState const& state);
 /// Adjusts the project's network by its settings, into the project. @throws JobException; what the calculators throw.
 void adjust(JobState& state, utils::IProcessCancel const& cancel);
 /// Why the method of `Configure::AdjustMethod` refuses a network, with the station or point and what it should have.

@@ -18,6 +18,10 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
   program.write("empty.in2", "");
   program.write("one.in2", "3,5,0\nA,0,0\nA\nB,L,0\nP,L,45.0\n");
   program.write("far.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nC,L,0\nC,S,9\nP\nQ,L,0\nQ,S,5\n");
+  program.write("headless.in2", "A,0,0\nB,0,100\nA\nB,L,0\n");
+  program.write("twice.in2", "2,3,2\nA,0,0\nA,0,1\nA\nB,L,0\n");
+  program.write("itself.in2", "2,3,2\nA,0,0\nB,0,100\nA\nA,S,5\nB,S,100\n");
+  program.write("nothing.in2", "2,3,2\nA,0,0\n");
   program.write("minus.in2", "3,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,-7\n");
   program.write("head.in2", "0,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\n");
   program.write("nan.in2", "nan,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,45.0\nP,S,7\n");
@@ -74,6 +78,25 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"adjust", "net.in2", "--method", "closed", "--allowed-angle", "-1"}, 2, "--allowed-angle goes from 0 to 1"},
       {{"heights", "job.txt", "--as-read", "--zenith-error", "5"}, 2, "--zenith-error does not go with --as-read"},
       {{"show", "net.in2", "--encoding", "GBX"}, 2, "unknown encoding: GBX"},
+      {{"show", "net.in2", "--encoding", "GBKK"}, 2, "kelvane: unknown encoding: GBKK; did you mean GBK? (see"},
+      {{"adjust", "net.in2", "--method", "conect"},
+       2,
+       "unknown method: conect; did you mean connect? (least-squares, open, connect, closed, traverse)"},
+      {{"show", "-", "--kind", "in"}, 2, "unknown kind: in (in2, kvn, txt, dat, lqf)"},
+      {{"convert", "net.in2", "-", "--to", "kv"}, 2, "unknown kind: kv (txt, lqf, in2, dat, kvn, csv, geojson"},
+      {{"convert", "net.in2", ""}, 2, "FILE is missing"},
+      {{"map", "net.in2", "-"}, 2, "- needs --to, such as --to svg"},
+      {{"heights", "job.txt", "--save", "-"}, 2, "- needs --to, such as --to csv"},
+      {{"plan", "net.in2", "--points", "-", "--kind", "dat"}, 2, "--points needs a file, not standard input"},
+      {{"--hlep"}, 2, "unknown subcommand: --hlep; did you mean --help?"},
+      {{"help", "adjust", "foo"}, 2, "too many arguments: foo"},
+      {{"-q", "--language", "en", "show", "none.in2"}, 1, "kelvane: none.in2: no such file\n"},
+      {{"adjust", "headless.in2"},
+       1,
+       "kelvane: headless.in2: line 1 three a-priori errors are to stand here, such as 2,3,2, and not: A,0,0"},
+      {{"adjust", "twice.in2"}, 1, "kelvane: twice.in2: line 3 the known point A is given twice\n"},
+      {{"adjust", "itself.in2"}, 1, "kelvane: itself.in2: line 5: A: an observation from a point to itself\n"},
+      {{"adjust", "nothing.in2"}, 1, "kelvane: nothing.in2: there are no observations to adjust\n"},
       {{"show", "net.in2", "--encoding", "UTF-16"}, 2, "not an 8-bit encoding: UTF-16"},
       {{"adjust", "net.in2", "--method", "closed"}, 1, "kelvane: net.in2: Known points are not enough: P ("},
       {{"show", "none.in2"}, 1, "kelvane: none.in2: no such file"},
@@ -83,11 +106,15 @@ TEST(CommandLine, TellsWrongUsageFromDataThatCannotBeUsed) {
       {{"show", "empty.in2"}, 1, "kelvane: empty.in2: The import file data is empty"},
       {{"adjust", "one.in2"}, 1, "kelvane: one.in2: Known points are not enough\n"},
       {{"adjust", "points.in2", "--free"}, 1, "kelvane: points.in2: there are no observations to adjust\n"},
-      {{"adjust", "far.in2"}, 1, "kelvane: far.in2: Known points are not enough: No enough data: P, Q\n"},
-      {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: Data error: line from A to P\n"},
+      {{"adjust", "far.in2"},
+       1,
+       "kelvane: far.in2: No approximate coordinates: P, Q (no connection to the known points)\n"},
+      {{"adjust", "minus.in2"}, 1, "kelvane: minus.in2: line 7 the distance is negative: P,S,-7\n"},
       {{"adjust", "head.in2"}, 1, "kelvane: head.in2: the a-priori error of a direction"},
       {{"adjust", "nan.in2"}, 1, "kelvane: nan.in2: the a-priori error of a direction"},
-      {{"adjust", "below.in2"}, 1, "kelvane: below.in2: the a-priori errors of a distance (second and third"},
+      {{"adjust", "below.in2"},
+       1,
+       "kelvane: below.in2: the a-priori errors of a distance (in a network file the second and third"},
       {{"adjust", "exact.in2"}, 1, "kelvane: exact.in2: the a-priori errors of a distance are both 0"},
       {{"exec", "--save", "x.xml"}, 1, "kelvane: x.xml: unknown kind of file; what can be written: .txt, .lqf, .in2"},
   };
@@ -152,13 +179,23 @@ TEST(CommandLine, OpensAndWritesFilesAsAShellKnowsThem) {
       // Names in another encoding: a network becomes UTF-8, coordinates are written in it, a job is given back in it.
       {R"sh(sed 's/A/点/' net.in2 | iconv -f UTF-8 -t GBK > g.in2
             "$KELVANE" convert g.in2 - --to dat --encoding GBK -q | head -n 1 | iconv -f GBK -t UTF-8)sh",
-       0, "点,,1000.0000,1000.0000,0.0000\n", ""},
+       0, "点,,1000.0000,1000.0000,0.0000\n", "Warning: Only the known points have coordinates to write\n"},
       {R"sh("$KELVANE" convert g.in2 g.kvn --encoding GBK && "$KELVANE" convert g.kvn - --to in2 | sed -n 2p)sh", 0,
        "点,1000.0000,1000.0000\n", ""},
       {R"sh(printf 'JOB 测\nINST T2\nSTA 点,1.5,\nXYZ 10,20,5\nSC B,1.6,\nHVD 3600,324000,7\n' | iconv -f UTF-8 -t GBK > g.lqf
             "$KELVANE" convert g.lqf h.lqf --encoding GBK && iconv -f GBK -t UTF-8 h.lqf | grep -o '[测点]')sh",
        0, "测\n点\n", ""},
       {R"sh("$KELVANE" convert g.lqf - --to in2 --encoding GBK | sed -n 2p)sh", 0, "点,20.0000,10.0000\n", ""},
+      {R"sh(for k in in2 lqf; do "$KELVANE" convert g.$k lost.$k; done; ls lost.* 2> /dev/null)sh", 2, "",
+       "kelvane: g.in2: line 2 is no text in the encoding UTF-8; --encoding names another one\n"
+       "kelvane: g.lqf: line 1 is no text in the encoding UTF-8; --encoding names another one\n"},
+      // A project names its encoding in its first line; one that does not keep to it needs the name.
+      {R"sh(sed 's/="UTF-8"/="GBK"/' g.kvn | iconv -f UTF-8 -t GBK > d.kvn
+            "$KELVANE" convert d.kvn - --to in2 | sed -n 2p)sh",
+       0, "点,1000.0000,1000.0000\n", ""},
+      {R"sh(iconv -f UTF-8 -t GBK g.kvn > u.kvn; "$KELVANE" convert u.kvn u.kvn)sh", 1, "",
+       "kelvane: u.kvn: line 6 is no text in the encoding UTF-8; --encoding names another one\n"},
+      {R"sh("$KELVANE" convert u.kvn - --to in2 --encoding GBK | sed -n 2p)sh", 0, "点,1000.0000,1000.0000\n", ""},
       // What rounds to zero has no sign, in no kind of file.
       {R"sh(printf 'A,,-0.00001,-0.0,-0.00004' > z.dat
             for k in dat in2 csv geojson dxf; do "$KELVANE" convert z.dat - --to $k -q; echo; done |

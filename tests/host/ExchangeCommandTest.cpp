@@ -80,6 +80,18 @@ TEST(ExchangeCommand, ConvertsWhatHasCoordinatesAndTellsTheRest) {
   EXPECT_THAT(program.read("exec.svg"), HasSubstr("Not adjusted"));
 }
 
+TEST(ExchangeCommand, KeepsEachRowOfAPointThatIsGivenTwice) {
+  Program const program;
+  program.write("d.dat", "P1,,1,2,3\nQ,,5,5,0\nP1,,9,9,9\n");
+  test::Run const table = program.run({"convert", "d.dat", "-", "--to", "csv", "-q"});
+  EXPECT_EQ(table.err, "Warning: Given more than once, in different places: P1\n");
+  EXPECT_THAT(table.out, HasSubstr("\r\nP1,2,1,3,"));
+  EXPECT_THAT(table.out, HasSubstr("\r\nP1,9,9,9,"));
+  test::Run const places = program.run({"convert", "d.dat", "-", "--to", "geojson"});
+  EXPECT_THAT(places.out, HasSubstr("[1,2,3]"));
+  EXPECT_THAT(places.out, HasSubstr("[9,9,9]"));
+}
+
 TEST(ExchangeCommand, RunsWhatItsPagesShow) {
   Program const program;
   int commands = 0;

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <cmath>
+#include <sstream>
 
 namespace {
 
@@ -66,11 +67,11 @@ TEST(FieldAdjust, RefusesWhatItWouldOnlyPretendToComputeAndTellsWhatIsDoubtful) 
       {"60.0000,90", "6o.0000,90", "job.txt: line 3: A to P: the angle is no number: 6o.0000"},
       {"240.0000,270", "250.0000,270", "job.txt: line 4: A to P: the readings of the target do not belong together"},
       {"STA,B,1.60,,1000", "STA,B,1.60,,x", "job.txt: line 6 The Format of Data is wrong"},
-      {"STA,B,1.60", "STA,B,m", "job.txt: line 6 invalid stod argument"},
+      {"STA,B,1.60", "STA,B,m", "job.txt: line 6 a number is missing or cannot be read"},
       {"STA,B,1.60,", "STA,B,1.60", "job.txt: The line 6 is wrong"},
       {"STA,B,1.60,,1000,1100,50", "STA,A,1.60,,1000,1100,50", "job.txt: line 6: A: the known point has two positions"},
       {"SC,B,1.6,,180.0000", "SC,B,1.6,,181.0000", "line 5: A to B: the readings of the first target do not belong"},
-      {"STA,B", "STA,\xB5\xE3", "job.txt: line 6: A to B: the line is no UTF-8"},
+      {"STA,B", "STA,\xB5\xE3", "job.txt: line 6 is no text in the encoding UTF-8; --encoding names another one"},
       {"100,0,0,0", "inf,0,0,0", "job.txt: line 2: A to B: the number is not finite: inf"},
       {"240.0000,270", "240.0300,270", "the sights of the target do not differ by half a circle", 0},
       {"STA,A", "STA,M,0,,0,0,9\nSTA,A", "known by its height alone, the station counts as known at 0, 0", 0},
@@ -127,7 +128,7 @@ TEST(Check, TellsWhatIsWrongAndWhereItStands) {
       {"0.0000,90.0000,100", "0.0000,90.0000,100.04", 0,
        "Warning: line 8: B to A: the distances from both ends differ by 20.0 mm"},
       {"STA,A", "STA,Z,0,,1,1,1\nSTA,A", 0, "Warning: Z: the known point is not observed"},
-      {"90.0000,100,", "-90.0000,-100,", 1, "Warning: line 2: A to B: the distance is negative"},
+      {"90.0000,100,", "-90.0000,-100,", 1, "Error: line 2: A to B: the distance is negative"},
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(std::string(c.from) + " to " + c.to);
@@ -250,7 +251,7 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
   for (char const* name : {"B,1", "B&#10;1"}) {
     program.write(name[1] == ',' ? "comma.kvn" : "break.kvn",
                   std::string("<K Version='1.0.1' FileType='1'><ViewData><Point name='") + name +
-                      "' pointType='StationPoint' isKnown='true'/></ViewData></K>");
+                      "' pointType='StationPoint' isKnown='true' instrument='0' N='0' E='0' Z='0'/></ViewData></K>");
   }
   struct Case {
     char const *in, *out, *says;
@@ -270,30 +271,128 @@ TEST(Convert, WritesNothingThatCouldNotBeReadBack) {
   }
 }
 
-TEST(Convert, RefusesRoundsThatOneCircleCannotHold) {
+TEST(Convert, KeepsRoundsThatOneCircleCannotHoldAsSetUps) {
   Program const program;
-  // The second round of A sees Q and R alone, the first one B and P. By themselves both can be adjusted.
+  // The second round of A sees Q and R alone, the first one B and P: no circle for both, as a traverse needs.
   program.write("job.txt",
                 "STA,A,1.60,,0,1,1\nSC,B,1.5,,0.0,90.0,,0,0,0\nSC,P,1.5,,60.0,90.0,100,0,0,0\n"
                 "STA,A,1.60,,0,1,1\nSC,Q,1.5,,0.0,90.0,,0,0,0\nSC,R,1.5,,30.0,90.0,100,0,0,0\nSTA,B,1.60,,0,101,1\n"
                 "SC,A,1.5,,0.0,90.0,,0,0,0\nSC,Q,1.5,,20.0,90.0,50,0,0,0\nSC,R,1.5,,30.0,90.0,51.764,0,0,0\n");
-  program.write("old.in2", "old");
-  char const* const says = "line 5: A to Q, R: the round has no target in common with the others of its station";
-  for (QStringList const& arguments :
-       {QStringList{"convert", "job.txt", "old.in2"}, {"adjust", "job.txt", "--method", "open"}}) {
-    test::Run const run = program.run(arguments);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_THAT(run.err, HasSubstr(says));
-  }
-  EXPECT_EQ(program.read("old.in2"), "old");
-  EXPECT_EQ(program.run({"adjust", "job.txt"}).exitCode, 0);
+  test::Run const run = program.run({"adjust", "job.txt", "--method", "open"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_THAT(run.err,
+              HasSubstr("line 5: A to Q, R: the round has no target in common with the others of its station"));
+  EXPECT_EQ(program.run({"convert", "job.txt", "net.in2"}).exitCode, 0);
+  EXPECT_THAT(program.read("net.in2"), HasSubstr("\nA\nB,L,0.000000\nP,L,60.000000\nP,S,100.0000\n"
+                                                 "A\nQ,L,0.000000\nR,L,30.000000\nR,S,100.0000\nB\n"));
 }
 
-TEST(Convert, TellsOfObservationsThatAProjectCannotHold) {
+// Two known points and P, which fits within the errors.
+constexpr char const* kJudged =
+    "2,3,2\nA,1000,1000\nB,1000,1200\nA\nB,L,0.0000\nP,L,315.0000\nP,S,141.42\nB\nP,L,0.0000\nP,S,141.43\nA,L,314."
+    "5958\n";
+
+// A distance and a set-up of A are there twice: those of lines 8 to 11.
+constexpr char const* kRepeated =
+    "2,5,0\nA,0.0000,0.0000\nB,0.0000,100.0000\nA\nB,L,0.000000\nP,L,270.000000\nP,S,100.0020\nP,S,99.9980\n"
+    "A\nB,L,30.000000\nP,S,100.0010\n";
+
+TEST(Convert, WritesEveryObservationOfANetwork) {
   Program const program;
-  program.write("net.in2", "2,5,0\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,270\nP,S,100.002\nA\nB,L,30\nP,S,99.998\n");
-  EXPECT_THAT(program.run({"convert", "net.in2", "net.kvn"}).err,
-              HasSubstr("2 of 5 observations are given more than once from a station; the first ones count\n"));
+  program.write("net.in2", kRepeated);
+  EXPECT_EQ(program.run({"convert", "net.in2", "net.in2", "-q"}).err, "");
+  EXPECT_EQ(program.read("net.in2"), kRepeated);
+}
+
+TEST(FieldCheck, JudgesAsAdjustDoes) {
+  Program const program;
+  program.write("agree.in2", kJudged);
+  std::string off = kJudged;
+  program.write("off.in2", off.replace(off.find("141.43"), 6, "141.45"));
+  program.write("flat.txt", "STA,A,1.5,,0,0,100\nSC,B,1.5,,0,90.0,0,0,0,0\n");
+  program.write("minus.txt", "STA,A,1.5,,0,0,100\nSC,B,1.5,,0,90.0,-50,0,0,0\n");
+  struct Case {
+    QString file;
+    int exitCode;
+    char const* says;
+  };
+  for (Case const& c : {
+           Case{"agree.in2", 0, "Nothing found."},
+           {"off.in2", 0, "Warning: the observations do not agree with their a-priori errors: unit weight error 5."},
+           {test::samplePath("trav_connecting_fr_5legs.txt"), 0,
+            "The angular misclosure is -77.8″, where the a-priori errors allow 17.8″"},
+           // Neither plane nor heights.
+           {"flat.txt", 1, "Error: Known points are not enough"},
+           {"minus.txt", 1, "Error: line 2: A to B: the distance is negative"},
+       }) {
+    SCOPED_TRACE(c.file.toStdString());
+    test::Run const run = program.run({"check", c.file});
+    EXPECT_EQ(run.exitCode, c.exitCode);
+    EXPECT_THAT(run.out, HasSubstr(c.says));
+    if (c.exitCode == 0) continue;
+    EXPECT_THAT(program.run({"check", c.file, "-q"}).err, HasSubstr(std::string(c.says).substr(7)));
+  }
+  for (char const* command : {"heights", "adjust"}) {
+    EXPECT_THAT(program.run({command, "minus.txt"}).err, HasSubstr("line 2: A to B: the distance is negative"));
+  }
+}
+
+TEST(FieldCheck, TellsEachThingOnce) {
+  Program const program;
+  program.write("odd.in2", "2,3,2\nA,0,0\nB,0,100\nA\nB,L,0\nP,L,315.7000\nX;Y,Z\nQ\nR,L,0\n");
+  test::Run const run = program.run({"check", "odd.in2"});
+  EXPECT_EQ(run.err, "kelvane: odd.in2: the job cannot be computed as it stands\n");
+  EXPECT_THAT(run.out, HasSubstr("315.7000"));
+  EXPECT_THAT(run.out, HasSubstr("Error: R: cannot be placed"));
+  EXPECT_THAT(run.out, testing::Not(HasSubstr("nothing connects the point")));
+}
+
+TEST(FieldAdjust, HasTheSameHeightsWhateverIsSaved) {
+  Program const program;
+  QString const book = test::samplePath("trav_connecting_fr_5legs.txt");  // all known heights are 0
+  for (char const* file : {"j.kvn", "j.dat", "j.csv"}) {
+    SCOPED_TRACE(file);
+    test::Run const run = program.run({"adjust", book, "--save", file});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.err, HasSubstr("No heights: every known height is 0"));
+    EXPECT_THAT(run.out, testing::Not(HasSubstr("The heights agree")));
+  }
+  std::istringstream rows(program.read("j.dat"));
+  for (std::string row; std::getline(rows, row);) EXPECT_THAT(row, testing::EndsWith(",0.0000"));
+  program.run({"convert", "j.kvn", "k.csv"});
+  EXPECT_THAT(program.read("k.csv"), testing::ContainsRegex("\n1,[0-9.]+,[0-9.]+,,new"));
+}
+
+TEST(Convert, TellsWhatAFileLacksThoughQuiet) {
+  Program const program;
+  program.write("net.in2", kRepeated);
+  char const* const says =
+      "3 of 6 observations are given more than once from a station; the first ones count: line 10, line 8, line 11\n";
+  EXPECT_THAT(program.run({"convert", "net.in2", "net.kvn", "-q"}).err, HasSubstr(says));
+  EXPECT_THAT(program.run({"adjust", "net.in2", "--save", "net.kvn", "-q"}).err, HasSubstr(says));
+  // Commands know one observation of a kind in a line.
+  program.run({"exec", "--open", "net.in2", "--save", "same.in2"}, "[]");
+  EXPECT_EQ(program.read("same.in2"), kRepeated);
+}
+
+TEST(Convert, RefusesToReplaceAFileByOneThatLacksSomething) {
+  Program const program;
+  struct Case {
+    char const *file, *text, *says;
+  };
+  for (Case const& c :
+       {Case{"net.in2", "2,3,3\nA,0,0\nA\nB,L,0\nB,S,1O5\n", "line 5: the line is passed over: B,S,1O5"},
+        {"letter.in2", "2,3,3\nA,0,0\nA\nB,L,0\nB,S,4,m\n", "line 5: the line is passed over: B,S,4,m"},
+        {"job.lqf", "JOB N\nSTA A,1.5\nSC P,1.5\nHVD 30.0,90.0,50\nNOTE rain\n",
+         "line 5: A to P: the line is passed over: NOTE rain"}}) {
+    SCOPED_TRACE(c.says);
+    program.write(c.file, c.text);
+    test::Run const run = program.run({"convert", c.file, c.file, "-q"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr(std::string("the file would lose what it holds; another name keeps it: ") + c.says));
+    EXPECT_EQ(program.read(c.file), c.text);
+    EXPECT_EQ(program.run({"convert", c.file, QString("other.") + QString(c.file).section('.', -1)}).exitCode, 0);
+  }
 }
 
 TEST(Convert, WritesANetworkOfKnownPointsOrOfLinesAlone) {

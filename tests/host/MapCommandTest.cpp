@@ -139,7 +139,7 @@ TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
   } const cases[] = {
       {{"empty.dat", "map.png"}, 1, "the file is empty"},
       {{"free.in2", "map.png"}, 1, "generate map data failed"},
-      {{"gbk.in2", "map.png"}, 1, "gbk.in2: line 2 the line is no UTF-8"},
+      {{"gbk.in2", "map.png"}, 1, "gbk.in2: line 2 is no text in the encoding UTF-8; --encoding names"},
       {{"none.dat", "map.png"}, 1, "none.dat: no such file"},
       {{"empty.dat", "map.jpg"}, 1, "what can be written: .png"},
       {{"empty.dat"}, 2, "FILE is missing"},

@@ -3,6 +3,7 @@
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
+#include <QRegularExpression>
 
 namespace {
 
@@ -57,8 +58,10 @@ TEST(ProjectFileCommands, ASightWithoutReadingsIsNoDirectionOfZero) {
   Program const program;
   program.write("job.kvn",
                 "<Kelvane Version='1.0.1' FileType='0'><ViewData>"
-                "<Point name='A' pointType='StationPoint' N='1'/><Point name='B' horizontal_angle='1'/>"
-                "<Point name='Q'/></ViewData></Kelvane>");
+                "<Point name='A' pointType='StationPoint' isKnown='false' instrument='0' N='1' E='0' Z='0'/>"
+                "<Point name='B' pointType='PrismPoint' instrument='0' horizontal_angle='1' vertical_angle='0' "
+                "slant_distance='0' isSlantDistanceHave='false'/>"
+                "<Point name='Q' pointType='PrismPoint'/></ViewData></Kelvane>");
   Json::Value const shown = program.run({"show", "job.kvn", "--json"}).json();
   EXPECT_EQ(shown["lines"].size(), 1U);
   EXPECT_EQ(shown["knownPoints"].size(), 1U) << "a station of a job that has coordinates is known";
@@ -123,12 +126,44 @@ TEST(ProjectFileCommands, NameTheLineOfAFault) {
            Case{head + "<NetworkData><NetworkLines><Line start_name='A' horizontal_angle='inf'/></NetworkLines>"
                        "</NetworkData></Kelvane>",
                 "line 2: A: the attribute horizontal_angle is not finite: inf"},
+           Case{head + "<NetworkData><NetworkLines><Line start_name='A' horizontal_angle='315'/></NetworkLines>"
+                       "</NetworkData></Kelvane>",
+                "line 2: A: the attribute horizontal_angle is no angle in radians: 315"},
        }) {
     SCOPED_TRACE(c.says);
     program.write("bad.kvn", c.text);
     test::Run const run = program.run({"adjust", "bad.kvn"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.err, HasSubstr(c.says));
+  }
+  // Each attribute that is not there would be a 0 that looks like a reading.
+  for (QString const& book : {QString("job.txt"), QString("net.in2"), QString("list.dat")}) {
+    program.write("job.txt", test::kFieldBook);
+    program.write("net.in2", kNetworkFile);
+    program.write("list.dat", "A,,1.5,2.5,3.5\n");
+    EXPECT_EQ(program.run({"convert", book, "whole.kvn"}).exitCode, 0);
+    QString const whole = QString::fromStdString(program.read("whole.kvn"));
+    for (char const* name : {"instrument", "horizontal_angle", "vertical_angle", "slant_distance", "isKnown",
+                             "isSlantDistanceHave", "N", "E", "Z", "x", "y", "horizontal_distance"}) {
+      static QRegularExpression const record("<(Point|Line) [^>]*>");
+      QRegularExpression const attribute(QString(" %1=\"[^\"]*\"").arg(name));
+      // The first record of a field book is a station, which has no readings.
+      bool const isOfSight = book == "job.txt" && (QString(name).contains("angle") || QString(name).contains("lant"));
+      int const from = isOfSight ? whole.indexOf("PrismPoint") : whole.indexOf(record);
+      int const at = whole.indexOf(attribute, from);
+      bool const isComputed = book == "job.txt" && qstrcmp(name, "horizontal_distance") == 0;
+      if (at < 0 || isComputed) continue;
+      QString text = whole;
+      program.write("part.kvn", text.remove(at, attribute.match(whole, at).capturedLength()).toStdString());
+      SCOPED_TRACE(book.toStdString() + ' ' + name);
+      for (QStringList const& arguments : {QStringList{"check", "part.kvn"}, {"convert", "part.kvn", "part.csv"}}) {
+        test::Run const run = program.run(arguments);
+        std::string const line = ("line " + QString::number(text.left(at).count('\n') + 1) + ": ").toStdString();
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_THAT(run.out + run.err, HasSubstr(std::string("the attribute ") + name + " is missing"));
+        EXPECT_THAT(run.out + run.err, HasSubstr(line));
+      }
+    }
   }
   program.write("later.kvn", "<Kelvane Version='2.0'><CoordinateData/></Kelvane>");
   EXPECT_THAT(program.run({"check", "later.kvn"}).out, HasSubstr("Warning: line 1: the version 2.0 is not known"));

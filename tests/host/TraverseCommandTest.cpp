@@ -322,7 +322,7 @@ TEST(TraverseCommand, NamesWhereATraverseFails) {
       {"connect", start + "P\nB,L,0\nQ,L,90\nR,L,95\n", "Station Point Name P Repeat (a station has just two"},
       {"open", start + "R\nB,L,0\nQ,L,90\nQ,S,5\n", "Data error (the stations make no single chain"},
       {"open", "P\nB,L,0\nQ,L,90\n", "Known points are not enough: No start data (no known station has a known back"},
-      {"closed", start + "P\nB,S,-3\nB,L,0\nA,L,90\n", "Data error: line from P to B\n"},
+      {"closed", start + "P\nB,S,-3\nB,L,0\nA,L,90\n", "line 9 the distance is negative: B,S,-3\n"},
   };
   for (Case const& c : cases) {
     program.write("net.in2", head + c.lines);
