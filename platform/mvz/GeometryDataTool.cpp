@@ -34,6 +34,9 @@ osgEarth::Style baseStyle(unsigned line, float width, unsigned text) {
   return style;
 }
 
+/// A copy to whose symbols nobody has a pointer.
+osgEarth::Style const* shared(osgEarth::Style const& style) { return new osgEarth::Style(style); }
+
 /// An icon stands on its point; the library would put its foot there.
 osgEarth::Style centred(osgEarth::Style style) {
   style.getOrCreate<osgEarth::IconSymbol>()->alignment() = osgEarth::IconSymbol::ALIGN_CENTER_CENTER;
@@ -52,10 +55,17 @@ GeometryDataTool::~GeometryDataTool() = default;
 
 osgEarth::Layer* GeometryDataTool::getLayer() const { return const_cast<GeometryDataTool*>(this)->getOrCreateLayer(); }
 
-osgEarth::Style GeometryDataTool::getStyle() const { return baseStyle(kLineColor, kLineWidth, kTextColor); }
+// Copies have the symbols in common that they do not change. Never destroyed: nodes of a host may outlive the statics
+// of this library.
+
+osgEarth::Style GeometryDataTool::getStyle() const {
+  static auto const* const style = shared(baseStyle(kLineColor, kLineWidth, kTextColor));
+  return *style;
+}
 
 osgEarth::Style GeometryDataTool::getSelectedStyle() const {
-  return baseStyle(kSelectedColor, kSelectedLineWidth, kSelectedColor);
+  static auto const* const style = shared(baseStyle(kSelectedColor, kSelectedLineWidth, kSelectedColor));
+  return *style;
 }
 
 osgEarth::GeoPoint GeometryDataTool::toGeoPoint(coord::xyh point) {

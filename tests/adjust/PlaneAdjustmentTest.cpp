@@ -427,6 +427,17 @@ TEST(PlaneAdjustments, GiveTheSameWhenTheirSystemDoesNotStay) {
   }
 }
 
+TEST(PlaneAdjustments, MarkNothingWhereOnlyRoundingIsLeft) {
+  kvn::PlaneNetwork network = makeSite(9, 3, 101).network;
+  network.distances[20].value += 1e-6;  // 3,000 times less than its error, and far beyond all other residuals
+  kvn::PlaneResult const result = kvn::PlaneAdjustment(network).adjust();
+  EXPECT_LT(result.unitError, 1e-3);
+  EXPECT_GT(std::abs(result.distances[20].standardised), result.criticalValue);
+  for (auto const* list : {&result.directions, &result.distances}) {
+    for (kvn::PlaneObservation const& observation : *list) EXPECT_FALSE(observation.test > 1.0);
+  }
+}
+
 TEST(PlaneAdjustments, NameWhatNoResidualTellsApart) {
   // A set-up with two directions has one angle: an error of one looks like an error of the other.
   kvn::PlaneNetwork network = makeSite(6, 3, 105).network;

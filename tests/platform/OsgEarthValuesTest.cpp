@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 namespace osgEarth {
 namespace {
@@ -65,6 +66,31 @@ TEST(OsgEarthStyle, CopiesItsSymbolsUnlessToldToShareThem) {
   EXPECT_TRUE(shared.get<LineSymbol>()->stroke()->width().isSet());
   EXPECT_EQ(copy.get<InstanceSymbol>()->url()->literal().base(), "config\\img\\a b.png");
   EXPECT_EQ(copy.getName(), "station");
+}
+
+// Symbols are common to copies until one may be changed.
+TEST(OsgEarthStyle, NoCopyChangesWithAnother) {
+  Style first;
+  first.getOrCreate<LineSymbol>()->stroke()->color() = Color::Red;
+  first.getOrCreate<TextSymbol>()->size() = 18.0f;
+  Style const second = first;
+  Style third = second;
+  Style fourth = third;
+  std::as_const(third).get<TextSymbol>();
+  EXPECT_EQ(std::as_const(third).get<TextSymbol>(), second.get<TextSymbol>()) << "nobody has asked to change it";
+  fourth.get<LineSymbol>()->stroke()->color() = Color::Blue;
+  third.getOrCreate<TextSymbol>()->size() = 9.0f;
+  auto* const held = third.get<TextSymbol>();
+  Style const fifth = third;
+  held->size() = 11.0f;  // a pointer from before the copy
+  third.symbols().front() = new LineSymbol;
+  EXPECT_EQ(second.get<LineSymbol>()->stroke()->color().toHTML(), "#ff0000ff");
+  EXPECT_EQ(second.get<TextSymbol>()->size()->literal(), 18.0f);
+  EXPECT_EQ(std::as_const(fourth).get<LineSymbol>()->stroke()->color().toHTML(), "#0000ffff");
+  EXPECT_EQ(std::as_const(fourth).get<TextSymbol>()->size()->literal(), 18.0f);
+  EXPECT_EQ(fifth.get<TextSymbol>()->size()->literal(), 9.0f);
+  EXPECT_EQ(fifth.get<LineSymbol>()->stroke()->color().toHTML(), "#ff0000ff");
+  EXPECT_EQ(std::as_const(third).get<TextSymbol>()->size()->literal(), 11.0f);
 }
 
 TEST(OsgEarthStyle, HoldsOneSymbolOfAClass) {

@@ -99,11 +99,37 @@ osg::Image* IconSymbol::getImage(unsigned) const {
 }
 
 Style::Style(Style const& other, osg::CopyOp const& how) : name_(other.name_) {
-  bool const shared = how.getCopyFlags() == osg::CopyOp::SHALLOW_COPY;
+  bool const isShared = how.getCopyFlags() == osg::CopyOp::SHALLOW_COPY;
+  if (isShared) other.takeAllForChange();
   symbols_.reserve(other.symbols_.size());
   for (auto const& symbol : other.symbols_) {
-    symbols_.emplace_back(shared ? symbol.get() : static_cast<Symbol*>(symbol->clone(how)));
+    bool const isCommon = isShared || !other.isHandedOut(symbol);
+    symbols_.emplace_back(isCommon ? symbol.get() : static_cast<Symbol*>(symbol->clone(how)));
+    if (isShared) handedOut_.push_back(symbol);
   }
+}
+
+bool Style::isHandedOut(Symbol const* symbol) const {
+  return isListHandedOut_ || std::find(handedOut_.begin(), handedOut_.end(), symbol) != handedOut_.end();
+}
+
+/// A symbol that other styles hold too is copied before it can be changed.
+Symbol* Style::takenForChange(Symbol* symbol) const {
+  if (isHandedOut(symbol)) return symbol;
+  auto const own = std::find(symbols_.begin(), symbols_.end(), symbol);
+  if (symbol->referenceCount() > 1) *own = static_cast<Symbol*>(symbol->clone(osg::CopyOp(osg::CopyOp::DEEP_COPY_ALL)));
+  handedOut_.push_back(*own);
+  return *own;
+}
+
+void Style::takeAllForChange() const {
+  for (std::size_t i = 0; i < symbols_.size(); ++i) takenForChange(symbols_[i]);
+}
+
+SymbolList& Style::symbols() {
+  takeAllForChange();
+  isListHandedOut_ = true;
+  return symbols_;
 }
 
 Style& Style::operator=(Style const& other) {
@@ -111,11 +137,14 @@ Style& Style::operator=(Style const& other) {
   Style copy(other);
   name_.swap(copy.name_);
   symbols_.swap(copy.symbols_);
+  handedOut_.swap(copy.handedOut_);
+  isListHandedOut_ = false;
   return *this;
 }
 
 void Style::add(Symbol* symbol) {
   if (symbol == nullptr) return;
+  handedOut_.push_back(symbol);
   for (auto& own : symbols_) {
     if (sameClass(*own, *symbol)) {
       own = symbol;
