@@ -12,7 +12,7 @@
 namespace kvn::host {
 namespace {
 
-enum class Kind { Text, Number, Position, YesOrNo, Ids };
+enum class Kind { Text, Number, Position, YesOrNo, Names };
 
 struct Member {
   char const* name;
@@ -25,7 +25,7 @@ std::map<std::string, std::vector<Member>> const& commands() {
   constexpr Kind text = Kind::Text;
   constexpr Kind number = Kind::Number;
   static std::vector<Member> const file{{"file", text, true}};
-  static std::vector<Member> const ids{{"ids", Kind::Ids}};
+  static std::vector<Member> const ids{{"ids", Kind::Names}};
   static std::map<std::string, std::vector<Member>> const table{
       {"OpenFileCMD", file},
       {"AddTraverseDataCMD",
@@ -86,7 +86,7 @@ bool isOf(Kind kind, Json::Value const& value) {
       return value.isInt();
     case Kind::YesOrNo:
       return value.isBool();
-    case Kind::Ids:
+    case Kind::Names:
       break;
   }
   return value.isArray() &&
@@ -103,7 +103,7 @@ QString textOf(Kind kind) {
       return System::tr("a whole number");
     case Kind::YesOrNo:
       return System::tr("true or false");
-    case Kind::Ids:
+    case Kind::Names:
       break;
   }
   return System::tr("an array of texts");

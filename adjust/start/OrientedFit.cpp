@@ -14,13 +14,8 @@
 namespace kvn::detail {
 namespace {
 
-// A sight fits when it misses its target by no more errors than this, or than the median of all times this.
-constexpr double kMisfit = 20.0;
-// The common turn is no change of scale.
-constexpr double kScale = 0.1;
 // Orientations and places are taken from each other so often.
-constexpr int kMostRounds = 4;
-constexpr double kLostPivot = 1e-12;
+constexpr int kMostTurns = 4;
 constexpr double kHalfTurn = 0.5 * utils::kFullCircle;
 
 /// Stations of which both see one line: the orientation of `second` less that of `first`.
@@ -182,6 +177,11 @@ class OrientedSystem {
   }
 
  private:
+  // A sight fits when it misses its target by no more errors than this, or than the median of all times this.
+  static constexpr double kMisfit = 20.0;
+  static constexpr double kScale = 0.1;  // the common turn is no change of scale
+  static constexpr double kLostPivot = 1e-12;
+
   double weightOf(PolarSight const& sight) const { return (error / sight.error) * (error / sight.error); }
   Place turned(PolarSight const& sight) const {
     return sight.seen * std::polar(1.0, orientations[index(sight.station)]);
@@ -261,7 +261,7 @@ std::vector<Place> orientedFit(std::vector<Place> places, int known, int station
   if (!isPossible) return {};
   OrientedSystem system(places, known, stations, sights, blockOrder, poll);
   if (!system.orient() || !system.prepare() || !system.placeTurned()) return {};
-  for (int round = 0; round < kMostRounds; ++round) {
+  for (int round = 0; round < kMostTurns; ++round) {
     system.orientAgain();
     if (system.fits()) return places;
     system.place();

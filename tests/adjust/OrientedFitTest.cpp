@@ -17,8 +17,8 @@ using kvn::detail::PolarSight;
 constexpr double kSecond = 4.848e-6;
 
 /// Points that each sight those within reach, 2" and 3 mm; the known ones come first.
-struct Network {
-  Network(std::vector<Place> const& all, int knownPoints, double reach, unsigned seed)
+struct SightedPoints {
+  SightedPoints(std::vector<Place> const& all, int knownPoints, double reach, unsigned seed)
       : known(knownPoints), random(seed) {
     std::uniform_real_distribution<double> angle(-3.0, 3.0);
     std::normal_distribution<double> normal;
@@ -56,7 +56,7 @@ double largestDifference(std::vector<Place> const& a, std::vector<Place> const& 
 }
 
 /// With known points in three corners, which do not see each other.
-Network grid(unsigned seed) {
+SightedPoints grid(unsigned seed) {
   constexpr int kSide = 14;
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> offset(-20.0, 20.0);
@@ -66,21 +66,21 @@ Network grid(unsigned seed) {
   }
   std::swap(places[1], places[kSide - 1]);
   std::swap(places[2], places[kSide * (kSide - 1)]);
-  return Network(places, 3, 170.0, seed);
+  return SightedPoints(places, 3, 170.0, seed);
 }
 
 /// 4,000 legs along a line that bends, every 50th point known.
-Network chain(unsigned seed) {
+SightedPoints chain(unsigned seed) {
   std::vector<Place> places = {Place(3e6, 5e5)};
   for (int i = 0; i < 4000; ++i) places.push_back(places.back() + std::polar(100.0, 0.3 * std::sin(i * 0.01)));
   int known = 0;
   for (std::size_t i = 0; i < places.size(); i += 50) std::swap(places[std::size_t(known++)], places[i]);
-  return Network(places, known, 150.0, seed);
+  return SightedPoints(places, known, 150.0, seed);
 }
 
 TEST(OrientedFit, PlacesWhatIsSeenBothWaysAsWellAsTheFitOfEverythingAtOnce) {
   for (unsigned const seed : {1U, 2U, 3U}) {
-    Network const network = grid(seed);
+    SightedPoints const network = grid(seed);
     std::vector<Place> const fit = network.fit();
     ASSERT_EQ(fit.size(), network.places.size()) << "seed " << seed;
     std::vector<Place> const full = polarFit(network.start(), network.known, network.stations(), network.sights, {});
@@ -94,28 +94,28 @@ TEST(OrientedFit, PlacesWhatIsSeenBothWaysAsWellAsTheFitOfEverythingAtOnce) {
 TEST(OrientedFit, FollowsAChainWhoseOrientationsDriftByMinutes) {
   // By 2" √2 √4000, 3', from one end to the other. The middle between two known points is known by 2" √2 100 m √(50³ /
   // 48), 7 cm, across, and by 3 mm √(50 / 4) along.
-  Network const network = chain(5);
+  SightedPoints const network = chain(5);
   std::vector<Place> const fit = network.fit();
   ASSERT_EQ(fit.size(), network.places.size());
   EXPECT_LT(largestDifference(fit, network.places), 0.35);
 }
 
 TEST(OrientedFit, GivesNothingWhereItCannotJudge) {
-  Network gross = grid(1);
+  SightedPoints gross = grid(1);
   gross.sights[100].seen *= std::polar(1.0, 0.01);  // 1 m
   EXPECT_TRUE(gross.fit().empty());
 
-  Network oneWay = grid(1);
+  SightedPoints oneWay = grid(1);
   oneWay.sights.erase(std::remove_if(oneWay.sights.begin(), oneWay.sights.end(),
                                      [](PolarSight const& sight) { return sight.target < sight.from; }),
                       oneWay.sights.end());
   EXPECT_TRUE(oneWay.fit().empty());
 
-  Network alone = grid(1);
+  SightedPoints alone = grid(1);
   EXPECT_TRUE(orientedFit(alone.start(), 1, alone.stations(), alone.sights, {}).empty());
   EXPECT_TRUE(orientedFit(alone.start(), alone.known, 0, {}, {}).empty());
 
-  Network scaled = grid(1);  // known points of another size of the world
+  SightedPoints scaled = grid(1);  // known points of another size of the world
   for (int n = 0; n < scaled.known; ++n) scaled.places[std::size_t(n)] *= 1.2;
   EXPECT_TRUE(scaled.fit().empty());
 }
