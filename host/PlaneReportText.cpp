@@ -120,9 +120,9 @@ QString PlaneReport::unitErrorText() const {
     return hasErrors() ? System::tr("- (nothing is redundant)")
                        : System::tr("- (nothing is redundant, so there are no errors)");
   }
-  QString const text = System::tr("%1, expected between %2 and %3 at %4")
-                           .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
-                                percent(options.confidence));
+  QString text = System::tr("%1, expected between %2 and %3 at %4")
+                     .arg(decimals(result.unitError), decimals(result.lowerBound), decimals(result.upperBound),
+                          percent(options.confidence));
   if (result.isPassed) return text;
   return (result.unitError < result.lowerBound ? System::tr("%1: fails, for the errors are smaller than expected")
                                                : System::tr("%1: fails"))

@@ -57,12 +57,15 @@ double largestDifference(std::vector<Place> const& a, std::vector<Place> const& 
 
 /// With known points in three corners, which do not see each other.
 SightedPoints grid(unsigned seed) {
-  constexpr int kSide = 14;
+  constexpr std::size_t kSide = 14;
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> offset(-20.0, 20.0);
-  std::vector<Place> places;
-  for (int cell = 0; cell < kSide * kSide; ++cell) {
-    places.emplace_back(3e6 + 100.0 * (cell / kSide) + offset(random), 5e5 + 100.0 * (cell % kSide) + offset(random));
+  std::vector<Place> places(kSide * kSide);
+  for (std::size_t cell = 0; cell < places.size(); ++cell) {
+    auto const row = static_cast<double>(cell / kSide);
+    auto const column = static_cast<double>(cell % kSide);
+    double const north = 3e6 + 100.0 * row + offset(random);
+    places[cell] = Place(north, 5e5 + 100.0 * column + offset(random));
   }
   std::swap(places[1], places[kSide - 1]);
   std::swap(places[2], places[kSide * (kSide - 1)]);
