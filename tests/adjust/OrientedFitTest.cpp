@@ -62,10 +62,9 @@ SightedPoints grid(unsigned seed) {
   std::uniform_real_distribution<double> offset(-20.0, 20.0);
   std::vector<Place> places(kSide * kSide);
   for (std::size_t cell = 0; cell < places.size(); ++cell) {
-    auto const row = static_cast<double>(cell / kSide);
-    auto const column = static_cast<double>(cell % kSide);
-    double const north = 3e6 + 100.0 * row + offset(random);
-    places[cell] = Place(north, 5e5 + 100.0 * column + offset(random));
+    std::size_t const row = cell / kSide;
+    double const north = 3e6 + 100.0 * static_cast<double>(row) + offset(random);
+    places[cell] = Place(north, 5e5 + 100.0 * static_cast<double>(cell - kSide * row) + offset(random));
   }
   std::swap(places[1], places[kSide - 1]);
   std::swap(places[2], places[kSide * (kSide - 1)]);
