@@ -46,8 +46,9 @@ struct PlaneSettings {
   /// the redundancy, any other counts as one. What nothing checks keeps its weight. Where the network does not settle
   /// so, the result is that of full weights, which a `Warning` tells; the same of `leavesOutSuspects`.
   bool weighsDownSuspects = false;
-  /// Whether what `adjustAgain` needs stays, the factor of the normal equations above all. Without it a large network
-  /// takes half of the memory at its peak and less afterwards; `adjustAgain` is then `adjust`.
+  /// Whether what `adjustAgain` needs stays, the factor of the normal equations above all, which is more than half of
+  /// what a large network takes. Without it that is given back before the results are listed; `adjustAgain` is then
+  /// `adjust`.
   bool keepsSystem = true;
 };
 
@@ -69,7 +70,8 @@ struct PlaneObservation {
   /// so in `detectable`.
   double standardised = 0.0;
   /// Size of the standardised residual over its critical value (error probability 0.1 %, two-sided; Pope's τ with the
-  /// a-posteriori unit weight error, Baarda's normal test with the a-priori one): above 1 is marked. NaN as before.
+  /// a-posteriori unit weight error, Baarda's normal test with the a-priori one): above 1 is marked. At most 1 where
+  /// the residual is below a thousandth of the a-priori error, which is the rounding of digits. NaN as before.
   double test = 0.0;
   /// Smallest gross error that the test finds with a power of 80 %: 4.13 a-priori error / √redundancy (Baarda 1968);
   /// NaN as before.

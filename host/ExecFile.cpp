@@ -9,22 +9,13 @@
 #include <string>
 
 namespace kvn::host {
-namespace {
-
-bool isUtf8(std::string const& bytes) {
-  QTextCodec::ConverterState state;
-  QTextCodec::codecForName("UTF-8")->toUnicode(bytes.data(), static_cast<int>(bytes.size()), &state);
-  return state.invalidChars == 0 && state.remainingChars == 0;
-}
-
-}  // namespace
 
 ExecFile::ExecFile(QString const& path) : readable(path) {
   QString const kind = QFileInfo(path).suffix().toLower();
   if (kind == "kvn") return;  // XML
   utils::FileBytes const file = utils::readFile(path);
   bool const isCoordinates = kind == "dat";  // which the library reads in the local 8-bit encoding itself
-  if (!file.isWhole() || (!isCoordinates && isUtf8(file.bytes))) return;
+  if (!file.isWhole() || (!isCoordinates && utils::isUtf8(file.bytes))) return;
   QString const text = HTextCodec::FromLocal8Bit(file.bytes);
   if (HTextCodec::ToLocal8Bit(text) != file.bytes) {
     QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());

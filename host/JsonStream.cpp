@@ -86,7 +86,7 @@ void JsonStream::number(double value) {
     pending += "null";
     return;
   }
-  std::array<char, 32> digits;  // NOLINT(cppcoreguidelines-pro-type-member-init): written below
+  std::array<char, 32> digits{};
   double const size = std::abs(value);
   bool const isPlainNumber = size == 0.0 || (size >= kSmallest && size < kLargest);
   auto const last = std::to_chars(digits.data(), digits.data() + digits.size(), value + 0.0,

@@ -180,12 +180,6 @@ void requireEncoding(QString const& path, std::string const& bytes) {
   }
 }
 
-bool isUtf8(std::string_view bytes) {
-  QTextCodec::ConverterState state;
-  QTextCodec::codecForName("UTF-8")->toUnicode(bytes.data(), static_cast<int>(bytes.size()), &state);
-  return state.invalidChars == 0 && state.remainingChars == 0;
-}
-
 /// The text in UTF-8, where all of it is text of the encoding.
 std::optional<std::string> decoded(std::string const& bytes, QTextCodec const& codec) {
   QString const text = codec.toUnicode(bytes.data(), static_cast<int>(bytes.size()));
@@ -216,14 +210,14 @@ std::string utf8Text(QString const& path, std::string const& bytes) {
   if (declared != nullptr) {
     if (auto text = decoded(bytes, *declared)) return *std::move(text);
   }
-  if (isUtf8(bytes)) return bytes;
+  if (utils::isUtf8(bytes)) return bytes;
   if (auto text = decoded(bytes, *QTextCodec::codecForLocale())) return *std::move(text);
   std::string_view rest = bytes;
   for (int number = 1; !rest.empty(); ++number) {
     std::string const line(rest.substr(0, rest.find('\n')));
     rest.remove_prefix(std::min(line.size() + 1, rest.size()));
     // Characters of an encoding hold no line end.
-    if (!isUtf8(line) && !decoded(line, *QTextCodec::codecForLocale())) refuseEncoding(path, number);
+    if (!utils::isUtf8(line) && !decoded(line, *QTextCodec::codecForLocale())) refuseEncoding(path, number);
   }
   refuseEncoding(path, 1);  // lines of two encodings
 }

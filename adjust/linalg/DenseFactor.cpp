@@ -50,18 +50,9 @@ __attribute__((target("avx2,fma"))) void solveTileWide(double const* triangle, d
   solveTile(triangle, tile, stride, rows, columns);
 }
 
-__attribute__((target("avx512f,prefer-vector-width=512"))) void solveTileWidest(double const* triangle, double* tile,
-                                                                                std::size_t stride, std::size_t rows,
-                                                                                std::size_t columns) {
-  solveTile(triangle, tile, stride, rows, columns);
-}
-
 TileSolver tileSolver() {
-  static TileSolver const chosen = [] {
-    bool const isWide = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    if (!isWide) return solveTilePlain;
-    return __builtin_cpu_supports("avx512f") ? solveTileWidest : solveTileWide;
-  }();
+  static TileSolver const chosen =
+      __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? solveTileWide : solveTilePlain;
   return chosen;
 }
 #else

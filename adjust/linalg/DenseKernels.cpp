@@ -28,7 +28,7 @@ class Product {
  public:
   Product(double scale, ConstView const& left, ConstView const& right, double* result, std::size_t stride, Region part)
       : function(tileFunction()),
-        tileRows(mostTileRows()),
+        tileRows(mostTileRows(function)),
         alpha(scale),
         a(left),
         b(right),

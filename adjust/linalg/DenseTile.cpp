@@ -248,11 +248,7 @@ TileFunction tileFunction() {
   return longVectorsWanted.load(std::memory_order_relaxed) ? kLongest : kFastest;
 }
 
-std::size_t mostTileRows() {
-  bool const isLong =
-      kHasLong && vectorsWanted.load(std::memory_order_relaxed) && longVectorsWanted.load(std::memory_order_relaxed);
-  return isLong ? 2 * kTileRows : kTileRows;
-}
+std::size_t mostTileRows(TileFunction function) { return kHasLong && function == kLongest ? 2 * kTileRows : kTileRows; }
 
 bool wantLongVectorTiles(bool wanted) { return longVectorsWanted.exchange(wanted); }
 

@@ -33,10 +33,10 @@ struct Tile {
 
 using TileFunction = void (*)(Tile const&);
 
-/// What computes tiles of up to 8 x 6 elements now: with vector instructions or without.
+/// What computes tiles of at least 8 x 6 elements now: with vector instructions or without.
 TileFunction tileFunction();
-/// Rows of the largest tile that it takes: 8 or 16.
-std::size_t mostTileRows();
+/// Rows of the largest tile that such a function takes: 8 or 16.
+std::size_t mostTileRows(TileFunction function);
 
 /// Switches the vector instructions on or off where there are any; whether they were wanted before.
 bool wantVectorTiles(bool wanted);

@@ -8,8 +8,8 @@
 
 namespace kvn::detail {
 
-/// What `polarFit` gives where no sight is grossly wrong, in a tenth of its time: two systems of one unknown a station
-/// and one unknown a point in the place of one with four.
+/// What `polarFit` gives where no sight is grossly wrong, in a third of its time and a tenth of its memory (measured on
+/// 100,000 points): two systems of one unknown a station and one unknown a point in the place of one with four.
 ///
 /// A line that is seen from both ends tells by how much the circles of both stations are turned against each other:
 /// o_s + d_st = o_t + d_ts + 180°. Least squares of these differences give all orientations but a common turn, and with

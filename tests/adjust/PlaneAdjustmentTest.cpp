@@ -386,19 +386,26 @@ TEST(PlaneAdjustments, GiveTheSameWhenTheirSystemDoesNotStay) {
   enum Treatment { None, LeaveOut, Robust };
   for (auto const datum : {kvn::PlaneSettings::Datum::Known, kvn::PlaneSettings::Datum::Free}) {
     for (Treatment const treatment : {None, LeaveOut, Robust}) {
-      for (int const sparseFrom : {1, 1000}) {
+      for (bool const isPointWrong : {false, true}) {
         Site const site = makeSite(9, 3, 101);
         std::mt19937 random(104);
         kvn::PlaneNetwork network = disturbed(site.network, random);
-        network.distances[20].value += 0.1;
-        network.points[2].x += 0.05;  // a known one
+        if (isPointWrong) {
+          network.points[2].x += 0.05;  // a known one
+        } else {
+          network.distances[20].value += 0.1;
+        }
         kvn::PlaneSettings settings;
         settings.datum = datum;
-        settings.sparseFrom = sparseFrom;
+        settings.sparseFrom = 1;  // a full matrix has nothing to give back
         settings.leavesOutSuspects = treatment == LeaveOut;
         settings.weighsDownSuspects = treatment == Robust;
         kvn::PlaneAdjustment keeping(network, settings);
         kvn::PlaneResult const expected = keeping.adjust();
+        if (datum == kvn::PlaneSettings::Datum::Known && treatment == None) {
+          EXPECT_FALSE(expected.control.empty());
+          EXPECT_EQ(keeping.suspects().empty(), isPointWrong);
+        }
         settings.keepsSystem = false;
         kvn::PlaneAdjustment adjustment(network, settings);
         auto const expectSame = [&](kvn::PlaneResult const& result) {
