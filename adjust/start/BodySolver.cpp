@@ -32,6 +32,11 @@ constexpr double kFits = 5e-5;
 constexpr double kErrors = 5.0;
 constexpr double kFitsRoughly = 0.03;
 constexpr double kSamePlace = 1e-4;
+// Solutions that are looked at for mirror images of their parts.
+constexpr std::size_t kMostSolutions = 32;
+// Of several solutions the one that lies nearest to the hints is taken if it is nearer than this share of the distance of
+// every other one.
+constexpr double kClearlyNearer = 0.8;
 // How strongly a place at random draws, against what is observed.
 constexpr double kPull = 1e-6;
 constexpr int kLeastStarts = 24;
@@ -435,6 +440,92 @@ struct BodySolver::System {
     return false;
   }
 
+  bool isAt(Spot const& spot, Spot const& other) const {
+    return spot.body == other.body && spot.local == other.local;
+  }
+
+  /// The places between which something is observed, each once, and the pairs of them.
+  void collectTies(std::vector<Spot>& spots, std::vector<std::pair<Spot, Spot>>& ties) const {
+    for (Sight const& s : sights) ties.emplace_back(s.from, s.to);
+    for (Length const& l : lengths) ties.emplace_back(l.from, l.to);
+    for (Common const& c : commons) ties.emplace_back(c.first, c.second);
+    for (auto const& [from, to] : ties) {
+      for (Spot const& spot : {from, to}) {
+        if (std::none_of(spots.begin(), spots.end(), [&](Spot const& other) { return isAt(spot, other); }))
+          spots.push_back(spot);
+      }
+    }
+  }
+
+  /// The bodies that hang on two places alone, in parts that have no tie with each other, the base or the bodies of the
+  /// two: each part could lie on the other side of the line through them as far as distances tell.
+  std::vector<std::vector<int>> partsOn(Spot const& p, Spot const& q,
+                                        std::vector<std::pair<Spot, Spot>> const& ties) const {
+    std::vector<int> part(bodies.size() + 1);  // the last is the base
+    for (std::size_t b = 0; b < part.size(); ++b) part[b] = static_cast<int>(b);
+    auto const of = [&](int body) { return part[body == kBase ? bodies.size() : index(body)]; };
+    for (auto const& [from, to] : ties) {
+      if (isAt(from, p) || isAt(from, q) || isAt(to, p) || isAt(to, q) || of(from.body) == of(to.body)) continue;
+      std::replace(part.begin(), part.end(), of(from.body), of(to.body));
+    }
+    std::map<int, std::vector<int>> parts;
+    for (std::size_t b = 0; b < bodies.size(); ++b) parts[part[b]].push_back(static_cast<int>(b));
+    std::vector<std::vector<int>> hanging;
+    for (auto& [number, list] : parts) {
+      if (number != of(kBase) && number != of(p.body) && number != of(q.body)) hanging.push_back(std::move(list));
+    }
+    return hanging;
+  }
+
+  Vector mirrored(Vector x, std::vector<int> const& part, Place a, Place along) const {
+    for (int const b : part) {
+      int const at = first[index(b)];
+      Place const place = a + along * std::conj((Place(x[at], x[at + 1]) - a) / along);
+      x[at] = place.real();
+      x[at + 1] = place.imag();
+      if (bodies[index(b)].frame != nullptr) x[at + 2] = 2.0 * std::arg(along) - x[at + 2];
+    }
+    return x;
+  }
+
+  /// Where parts lie that hang on two places, or all bodies on places that lie about on a line, when they are turned over
+  /// it: the iteration need not have come there.
+  std::vector<Vector> mirrorImages(Vector const& x) const {
+    std::vector<Spot> spots;
+    std::vector<std::pair<Spot, Spot>> ties;
+    collectTies(spots, ties);
+    std::vector<Vector> images;
+    std::vector<Place> around;
+    for (std::size_t i = 0; i < spots.size(); ++i) {
+      addBase(spots[i], around);
+      for (std::size_t k = 0; k < i; ++k) {
+        Place const a = placeOf(spots[k], x);
+        Place const along = placeOf(spots[i], x) - a;
+        if (std::abs(along) < kSamePlace * size) continue;
+        for (auto const& part : partsOn(spots[k], spots[i], ties))
+          images.push_back(mirrored(x, part, a, along / std::abs(along)));
+      }
+    }
+    if (around.size() < 3) return images;
+    Place sum, squares;
+    for (Place const at : around) sum += at;
+    sum /= static_cast<double>(around.size());
+    for (Place const at : around) squares += (at - sum) * (at - sum);
+    std::vector<int> all(bodies.size());
+    for (std::size_t b = 0; b < all.size(); ++b) all[b] = static_cast<int>(b);
+    images.push_back(mirrored(x, all, sum, polar(1.0, 0.5 * std::arg(squares))));
+    return images;
+  }
+
+  /// How far all points with hints lie from them: the root of the sum of squares.
+  double fromHints(Vector const& x, std::vector<Place> const& hints) const {
+    double sum = 0.0;
+    for (auto const& [point, list] : bodyOf) {
+      if (hasPlace(hints[index(point)])) sum += std::norm(placeOf(spotIn(list.front(), point), x) - hints[index(point)]);
+    }
+    return std::sqrt(sum);
+  }
+
   bool isSame(Vector const& a, Vector const& b) const {
     for (std::size_t i = 0; i < bodies.size(); ++i) {
       Pose const p = pose(static_cast<int>(i), a);
@@ -472,22 +563,16 @@ BodySolver::~BodySolver() = default;
 
 int BodySolver::size() const { return static_cast<int>(system->bodyOf.size()); }
 
-namespace {
-
-struct Solution {
+struct BodySolver::Solution {
   double misfit;  ///< over the size of the whole
   Vector values;
   int hits;
   int wanted;  ///< hits
 };
 
-}  // namespace
-
-BodySolver::Outcome BodySolver::solve(Poll const& poll) {
+/// All solutions found, the best first; nothing if the observations leave one of them loose.
+bool BodySolver::search(Poll const& poll, std::vector<Solution>& solutions) {
   std::mt19937 random(1);
-  if (system->rows() < system->unknowns || system->holdAt(system->start(random)) == System::Hold::Loose)
-    return Outcome::Undetermined;
-  std::vector<Solution> solutions;
   auto const better = [](Solution const& a, Solution const& b) { return a.misfit < b.misfit; };
   int const most = std::clamp(kStartsForEach * system->unknowns, kFewestStarts, kMostStarts);
   for (int i = 0; i < most; ++i) {
@@ -500,23 +585,78 @@ BodySolver::Outcome BodySolver::solve(Poll const& poll) {
                                    [&](Solution const& other) { return system->isSame(other.values, x); });
     if (same == solutions.end()) {
       System::Hold const hold = misfit < system->fits ? system->holdAt(x) : System::Hold::Firm;
-      if (hold == System::Hold::Loose) return Outcome::Undetermined;
+      if (hold == System::Hold::Loose) return false;
       solutions.push_back({misfit, x, 1, hold == System::Hold::Twice ? kSureHits : kManyHits});
     } else {
       ++same->hits;
       if (misfit < same->misfit) same->misfit = misfit, same->values = x;
     }
     std::sort(solutions.begin(), solutions.end(), better);
-    if (solutions.size() > 1 && solutions[1].misfit < system->fits) return Outcome::Ambiguous;
+    if (solutions.size() > 1 && solutions[1].misfit < system->fits) return true;
     if (i >= kLeastStarts && solutions.front().hits >= solutions.front().wanted &&
         solutions.front().misfit < system->fits)
       break;
   }
+  return true;
+}
+
+/// Puts the mirror images that agree with all observations behind the solutions that do.
+void BodySolver::addMirrorImages(std::vector<Solution>& solutions) {
+  solutions.erase(std::find_if(solutions.begin(), solutions.end(),
+                               [this](Solution const& s) { return s.misfit >= system->fits; }),
+                  solutions.end());
+  for (std::size_t i = 0; i < solutions.size(); ++i) {
+    for (Vector& image : system->mirrorImages(Vector(solutions[i].values))) {
+      if (solutions.size() >= kMostSolutions) return;
+      spent += std::pow(system->unknowns, 3);
+      double const misfit = system->iterate(image) / system->size;
+      bool const isKnown = std::any_of(solutions.begin(), solutions.end(), [&](Solution const& other) {
+        return system->isSame(other.values, image);
+      });
+      if (misfit < system->fits && !isKnown) solutions.push_back({misfit, image, 0, 0});
+    }
+  }
+}
+
+/// The solution that the hints decide for; nothing where they do not.
+Vector const* BodySolver::chosen(std::vector<Solution> const& solutions) const {
+  if (hints == nullptr || solutions.size() >= kMostSolutions) return nullptr;
+  Solution const* nearest = nullptr;
+  double near = 0.0;
+  bool isClear = false;
+  for (Solution const& solution : solutions) {
+    double const away = system->fromHints(solution.values, *hints);
+    if (nearest == nullptr || away < near) {
+      isClear = nearest == nullptr || away < kClearlyNearer * near;
+      nearest = &solution;
+      near = away;
+    } else if (near >= kClearlyNearer * away) {
+      isClear = false;
+    }
+  }
+  return isClear ? &nearest->values : nullptr;
+}
+
+BodySolver::Outcome BodySolver::solve(Poll const& poll) {
+  std::mt19937 random(1);
+  if (system->rows() < system->unknowns || system->holdAt(system->start(random)) == System::Hold::Loose)
+    return Outcome::Undetermined;
+  std::vector<Solution> solutions;
+  if (!search(poll, solutions)) return Outcome::Undetermined;
   if (solutions.empty() || solutions.front().misfit >= system->fits) return Outcome::NotFound;
-  if (solutions.front().hits < solutions.front().wanted) return Outcome::NotFound;
-  if (system->isAmbiguousAt(solutions.front().values)) return Outcome::Ambiguous;
+  bool const isSure = solutions.front().hits >= solutions.front().wanted;
+  addMirrorImages(solutions);
+  Vector const* values = &solutions.front().values;
+  if (solutions.size() > 1) {
+    values = chosen(solutions);
+    if (values == nullptr) return Outcome::Ambiguous;
+  } else if (!isSure) {
+    return Outcome::NotFound;
+  } else if (system->isAmbiguousAt(*values)) {
+    return Outcome::Ambiguous;
+  }
   for (std::size_t b = 0; b < system->bodies.size(); ++b) {
-    found.push_back(system->pose(static_cast<int>(b), solutions.front().values));
+    found.push_back(system->pose(static_cast<int>(b), *values));
   }
   return Outcome::Solved;
 }

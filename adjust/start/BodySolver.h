@@ -5,6 +5,7 @@
 #include "adjust/plane/NumberedNetwork.h"
 #include "adjust/start/Frame.h"
 
+#include <Eigen/Core>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -30,6 +31,9 @@ class BodySolver {
   BodySolver(NumberedNetwork const& network, Frame const& base, std::vector<Body> bodies);
   ~BodySolver();
 
+  /// About where the points lie, NaN where that is not known, for the choice between solutions that agree with all
+  /// observations; one for each point of the network. They stay with their owner.
+  void setHints(std::vector<Place> const* list) { hints = list; }
   /// @param poll  called before each start; may throw to end the work.
   Outcome solve(Poll const& poll = {});
   std::vector<Pose> const& poses() const { return found; }
@@ -39,8 +43,14 @@ class BodySolver {
 
  private:
   struct System;
+  struct Solution;
+
+  bool search(Poll const& poll, std::vector<Solution>& solutions);
+  void addMirrorImages(std::vector<Solution>& solutions);
+  Eigen::VectorXd const* chosen(std::vector<Solution> const& solutions) const;
 
   std::unique_ptr<System> system;
+  std::vector<Place> const* hints = nullptr;
   std::vector<Pose> found;
   double spent = 0.0;
 };

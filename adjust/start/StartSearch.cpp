@@ -256,6 +256,7 @@ bool StartSearch::solve(std::vector<int> const& chosen) {
   Bodies together;
   for (int const b : chosen) together.push_back(bodies[index(b)]);
   BodySolver solver(net, root, together);
+  solver.setHints(hints);
   BodySolver::Outcome const outcome = solver.solve(poll);
   effort += solver.effort() + kEffortOfSpot * solver.size();
   if (outcome == BodySolver::Outcome::Ambiguous) {

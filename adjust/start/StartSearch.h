@@ -23,7 +23,10 @@ class StartSearch {
   void place(int point, Place at) { root.place(point, at); }
   /// About where the points lie, NaN where that is not known, for the choice between two places that agree with all
   /// observations; they stay with their owner.
-  void setHints(std::vector<Place> const* hints) { root.setHints(hints); }
+  void setHints(std::vector<Place> const* list) {
+    hints = list;
+    root.setHints(list);
+  }
   /// False when points are left.
   bool run();
 
@@ -57,6 +60,7 @@ class StartSearch {
   Poll poll;
   std::vector<int> owner;
   Frame root;
+  std::vector<Place> const* hints = nullptr;
   std::vector<std::unique_ptr<Frame>> frames;
   std::vector<bool> seeded;
   int lastFrame = 0;

@@ -13,18 +13,22 @@ namespace {
 
 using Place = std::complex<double>;
 
-/// Points at random in a square of 400 m, the first `known` of them known, and all distances between them without
-/// errors.
+/// Points at random in a square of 400 m, the first `known` of them known, and distances between them without errors:
+/// all, or a share of them.
 struct Trilateration {
-  Trilateration(int points, int known, unsigned seed) : random(seed) {
+  Trilateration(int points, int known, unsigned seed, double share = 1.0) : random(seed) {
     std::uniform_real_distribution<double> place(0.0, 400.0);
+    std::uniform_real_distribution<double> chance(0.0, 1.0);
     for (int p = 0; p < points; ++p) {
       truth.emplace_back(place(random), place(random));
       kvn::PlaneNetwork::Point point{"P" + std::to_string(p)};
       point.isKnown = p < known;
       if (point.isKnown) set(point, truth.back());
       network.points.push_back(point);
-      for (int q = 0; q < p; ++q) network.distances.push_back({q, p, std::abs(truth[std::size_t(q)] - truth.back())});
+      for (int q = 0; q < p; ++q) {
+        if (share == 1.0 || chance(random) < share)
+          network.distances.push_back({q, p, std::abs(truth[std::size_t(q)] - truth.back())});
+      }
     }
     kvn::setErrors(network, kvn::ObservationErrors());
   }
@@ -80,6 +84,21 @@ TEST(ApproximateCoordinates, OfOnePointDecideBetweenTheMirrorImagesOfAll) {
       kvn::PlaneAdjustment adjustment(network);
       EXPECT_LT(largestError(adjustment.adjust(), [&](std::size_t p) { return side(site.truth[p]); }), 1e-6);
     }
+  }
+}
+
+// Where few distances lead from point to point, several are searched for at once, from places at random: that all of
+// them come to one image is no proof that it is the only one.
+TEST(ApproximateCoordinates, AreNeededHoweverThePointsAreFound) {
+  for (unsigned const seed : {5U, 6U}) {
+    Trilateration site(14, 2, seed, 0.5);
+    kvn::PlaneAdjustment without(site.network);
+    without.setTellFindings(false);
+    EXPECT_THROW(without.adjust(), kvn::AlgorithmException) << seed;
+    std::size_t const told = site.farthest();
+    Trilateration::set(site.network.points[told], site.about(site.truth[told]));
+    kvn::PlaneAdjustment adjustment(site.network);
+    EXPECT_LT(largestError(adjustment.adjust(), [&](std::size_t p) { return site.truth[p]; }), 1e-6) << seed;
   }
 }
 
