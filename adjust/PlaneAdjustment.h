@@ -101,6 +101,9 @@ struct PlaneAlternative {
   std::size_t suspect = 0;  ///< its place in `PlaneAdjustment::suspects`
   bool isDirection = false;
   std::size_t observation = 0;  ///< number among the directions or distances of the network
+  /// Where the suspect has no weight: by how much a coordinate would be elsewhere at most if this observation had none
+  /// in its place; metres, else 0.
+  double apart = 0.0;
 };
 
 /// What leaving an observation out has done.
@@ -109,6 +112,8 @@ struct PlaneLeftOut {
   std::size_t observation = 0;  ///< number among the directions or distances of the network
   double gross = 0.0;           ///< by what it is too large, as the others say; radians or metres
   double largestMove = 0.0;     ///< of a coordinate, metres
+  /// Observations that may be the wrong ones in its place; their `suspect` is 0.
+  std::vector<PlaneAlternative> alternatives;
 };
 
 /// Two points that lie where one could: within what the a-priori errors allow, and nothing is observed between them.

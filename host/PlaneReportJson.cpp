@@ -184,6 +184,18 @@ void PlaneReport::writeLeftOut(JsonStream& json) const {
   for (PlaneLeftOut const& left : result.leftOut) {
     Named const observation = named(left.isDirection, left.observation);
     json.beginObject();
+    json.member("alternatives").beginArray();
+    for (PlaneAlternative const& other : left.alternatives) {
+      Named const alternative = named(other.isDirection, other.observation);
+      json.beginObject();
+      json.member("apart").number(other.apart);
+      json.member("from").text(alternative.from);
+      json.member("kind").text(other.isDirection ? "direction" : "distance");
+      writeLine(json, alternative.line);
+      json.member("to").text(alternative.to);
+      json.endObject();
+    }
+    json.endArray();
     json.member("from").text(observation.from);
     json.member("gross").number(left.isDirection ? secondsOfRadians(left.gross) : left.gross);
     json.member("kind").text(left.isDirection ? "direction" : "distance");

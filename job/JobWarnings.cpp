@@ -114,6 +114,23 @@ FieldFinding leavingOf(PlaneAdjustment const& run, PlaneLeftOut const& left) {
   return finding;
 }
 
+/// Nothing but the choice of the adjustment speaks against the one that is in.
+FieldFinding alternativeTo(PlaneAdjustment const& run, PlaneAlternative const& other) {
+  Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
+  QString const text =
+      other.isDirection
+          ? Messages::tr(
+                "the direction may be the wrong one in the place of an observation that is left out or has no "
+                "weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m")
+          : Messages::tr(
+                "the distance may be the wrong one in the place of an observation that is left out or has no "
+                "weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m");
+  FieldFinding finding = warning(sight.from, {sight.to}, text.arg(other.apart, 0, 'f', 4), other.apart);
+  finding.line = sight.origin.line;
+  finding.isOfDistance = !other.isDirection;
+  return finding;
+}
+
 QString wordedMove(PlaneControl const& control) {
   return Messages::tr("it would lie %1 m north and %2 m east of its coordinates")
       .arg(control.north, 0, 'f', 3)
@@ -134,6 +151,26 @@ void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings)
     findings.push_back(warning({}, {run.network().points[control.point].name}, text.arg(wordedMove(control)),
                                std::hypot(control.north, control.east)));
   }
+}
+
+/// Residuals that are too large as a whole have a reason, and some known points cannot be tested.
+void addUnexplained(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
+  PlaneResult const& result = run.result();
+  if (!result.hasRedundancy || !(result.unitError > result.upperBound) || !run.suspects().empty()) return;
+  if (!result.suspectedControl.empty()) return;
+  std::vector<std::string> untested;
+  for (PlaneControl const& control : result.control) {
+    if (!control.isDetermined) untested.push_back(run.network().points[control.point].name);
+  }
+  QString const text =
+      untested.empty()
+          ? Messages::tr(
+                "the residuals are larger as a whole than the a-priori errors allow, and no single observation "
+                "or known point explains it: the errors may be too small, or several things wrong")
+          : Messages::tr(
+                "the residuals are larger as a whole than the a-priori errors allow, and no single observation "
+                "explains it: the errors may be too small, or one of the known points wrong, which nothing tests");
+  findings.push_back(warning({}, std::move(untested), text));
 }
 
 FieldFinding twinsOf(std::string const& first, std::string const& second, double apart) {
@@ -231,7 +268,10 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   for (SuspectObservation const& suspect : run.suspects()) findings.push_back(suspicionOf(run, suspect));
   double largest = 0.0;
   for (FieldFinding const& finding : findings) largest = std::max(largest, finding.cost);
-  for (PlaneLeftOut const& left : result.leftOut) findings.push_back(leavingOf(run, left));
+  for (PlaneLeftOut const& left : result.leftOut) {
+    findings.push_back(leavingOf(run, left));
+    for (PlaneAlternative const& other : left.alternatives) findings.push_back(alternativeTo(run, other));
+  }
   addControl(run, findings);
   for (std::size_t const point : result.commonControl) {
     findings.push_back(
@@ -241,6 +281,10 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
                 largest));
   }
   for (PlaneAlternative const& other : result.alternatives) {
+    if (other.apart > 0.0) {
+      findings.push_back(alternativeTo(run, other));
+      continue;
+    }
     Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
     PlaneObservation const& observation =
         other.isDirection ? result.directions[other.observation] : result.distances[other.observation];
@@ -252,6 +296,7 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
     findings.back().line = sight.origin.line;
     findings.back().isOfDistance = !other.isDirection;
   }
+  addUnexplained(run, findings);
   if (!result.untreated.isEmpty()) findings.push_back(warning({}, {}, result.untreated));
   if (result.isWithoutSuspects) {
     findings.push_back(warning(

@@ -1671,6 +1671,22 @@
         <translation>该距离与一个可疑观测值无法区分</translation>
     </message>
     <message>
+        <source>the direction may be the wrong one in the place of an observation that is left out or has no weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m</source>
+        <translation>与一个被剔除或权为零的观测值无法区分，出错的也可能是该方向：那时坐标最多相差 %1 m</translation>
+    </message>
+    <message>
+        <source>the distance may be the wrong one in the place of an observation that is left out or has no weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m</source>
+        <translation>与一个被剔除或权为零的观测值无法区分，出错的也可能是该距离：那时坐标最多相差 %1 m</translation>
+    </message>
+    <message>
+        <source>the residuals are larger as a whole than the a-priori errors allow, and no single observation or known point explains it: the errors may be too small, or several things wrong</source>
+        <translation>残差总体上超出先验误差所允许的范围，没有任何单个观测值或已知点能够解释：先验误差可能过小，或有多处错误</translation>
+    </message>
+    <message>
+        <source>the residuals are larger as a whole than the a-priori errors allow, and no single observation explains it: the errors may be too small, or one of the known points wrong, which nothing tests</source>
+        <translation>残差总体上超出先验误差所允许的范围，没有任何单个观测值能够解释：先验误差可能过小，或某个无法检验的已知点有误</translation>
+    </message>
+    <message>
         <source>the adjustment does not settle with the suspected observations, which have no weight</source>
         <translation>含可疑观测值时平差不收敛，这些观测值的权为零</translation>
     </message>

@@ -114,7 +114,10 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   void judge();
   void leaveOut(int suspect);
   void leaveOutSuspects();
+  void judgeWithFree(std::size_t point);
   void findAlternatives();
+  std::vector<PlaneAlternative> alternativesWithout(std::size_t suspect);
+  bool isExplainedBy(PlaneControl const& control) const;
   void findTwins();
   bool isTwinOf(int a, int b) const;
   bool isObservedBetween(int a, int b) const;

@@ -22,13 +22,17 @@ using detail::PlaneEngine;
 constexpr double kNoDatum = 1e-9;
 // Points within this share of the largest test value cannot be told apart.
 constexpr double kAsLikely = 0.95;
+// A known point and an observation of which one is up to twenty times as probable as the other, 2 ln 20, cannot be told
+// apart.
+constexpr double kAsProbable = 6.0;
 
 /// What is known of a point from its own observations, its coordinates being unknowns: the gradient A'Pv of the sum of
 /// squares and the normal equations, those of the other unknowns reduced.
 struct PointEquations {
   Eigen::Vector2d gradient = Eigen::Vector2d::Zero();
   Eigen::Matrix2d own = Eigen::Matrix2d::Zero();
-  std::vector<double> others[2];  ///< elements of N between a coordinate and every unknown
+  /// Elements of N between each coordinate and the unknowns that it is observed with, as they come.
+  std::vector<sparse::SparseVector> others = {{}, {}};
 };
 
 class ControlTest {
@@ -43,7 +47,7 @@ class ControlTest {
     int directions = 0;  ///< in which the others hold the point: 2 as a rule, 0 where nothing can be said
   };
 
-  Freed freed(int point) const {
+  Freed freed(int point) {
     PointEquations const equations = equationsOf(point);
     double const weight = engine.holdingWeights[index(point)];
     Eigen::Matrix2d reduced;
@@ -84,9 +88,6 @@ class ControlTest {
 
   PointEquations equationsOf(int point) const {
     PointEquations equations;
-    if (isHeld(2 * point)) {
-      for (auto& list : equations.others) list.assign(index(engine.unknowns()), 0.0);
-    }
     for (int const d : net.sightingsOf(point)) addDirection(d, point, equations);
     for (int const s : net.stationsAt(point)) {
       for (int d = net.firstDirection(s); d < net.endDirection(s); ++d) addDirection(d, point, equations);
@@ -117,29 +118,22 @@ class ControlTest {
         int const other = at[c] - 2 * point;
         if (other >= 0 && other <= 1) {
           equations.own(coordinate, other) += weight * a[r] * a[c];
-        } else if (!equations.others[coordinate].empty() && !isHeld(at[c])) {
-          equations.others[coordinate][index(at[c])] += weight * a[r] * a[c];
+        } else if (isHeld(2 * point) && !isHeld(at[c])) {
+          equations.others[index(coordinate)].emplace_back(at[c], weight * a[r] * a[c]);
         }
       }
     }
   }
 
   /// What the other unknowns take of the point's own equations: N_po Q_oo N_op.
-  Eigen::Matrix2d acrossOthers(PointEquations const& equations) const {
-    Eigen::Matrix2d result;
-    for (int i = 0; i < 2; ++i) {
-      std::vector<double> const solved = engine.normals->solved(equations.others[i], engine.poll);
-      for (int j = 0; j < 2; ++j) {
-        double sum = 0.0;
-        for (std::size_t u = 0; u < solved.size(); ++u) sum += equations.others[j][u] * solved[u];
-        result(i, j) = sum;
-      }
-    }
-    return 0.5 * (result + result.transpose());
+  Eigen::Matrix2d acrossOthers(PointEquations const& equations) {
+    std::vector<double> const q = engine.normals->products(equations.others, work, engine.poll);
+    return (Eigen::Matrix2d() << q[0], 0.5 * (q[1] + q[2]), 0.5 * (q[1] + q[2]), q[3]).finished();
   }
 
   PlaneEngine const& engine;
   NumberedNetwork const& net;
+  std::vector<double> work;
 };
 
 }  // namespace
@@ -151,7 +145,7 @@ void PlaneAdjustment::Data::testControl() {
   if (isFree() || !result.hasRedundancy) return;
   bool const isTooLarge = result.unitError > result.upperBound;
   if (isTooLarge) engine.normals->needFactor(engine.poll);
-  ControlTest const test(engine);
+  ControlTest test(engine);
   bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
   double const sum = result.unitError * result.unitError * result.redundancy;
   for (int n = 0; n < engine.network.known; ++n) {
@@ -177,8 +171,20 @@ void PlaneAdjustment::Data::testControl() {
   }
 }
 
-/// The known points that explain the misfits as well as any single observation does, or better, by their probabilities:
-/// one, or several that cannot be told apart.
+/// Whether the misfits ask for the point to be free: by its own test or, where too little redundancy is left for that,
+/// by the a-priori errors, if what is left is as good as they say.
+bool PlaneAdjustment::Data::isExplainedBy(PlaneControl const& control) const {
+  if (control.test > 1.0) return true;
+  if (!control.isDetermined) return false;
+  if (!(control.reduction / control.directions > detail::controlCriticalValue(control.directions, 0))) return false;
+  double const squares = result.unitError * result.unitError * result.redundancy;
+  detail::GlobalTest const rest = detail::globalTest(std::max(0.0, squares - control.reduction),
+                                                     result.redundancy - control.directions, settings.confidence, true);
+  return !rest.hasRedundancy || rest.unitError <= rest.upper;
+}
+
+/// The known points that explain the misfits about as well as any single observation does, or better, by their
+/// probabilities: one, or several that cannot be told apart.
 std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() {
   std::vector<PlaneControl const*> suspected;
   if (!(result.unitError > result.upperBound)) return suspected;
@@ -189,7 +195,7 @@ std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() {
   };
   double largest = 0.0;
   for (PlaneControl const& control : result.control) {
-    if (control.test > 1.0) largest = std::max(largest, ofControl(control));
+    if (isExplainedBy(control)) largest = std::max(largest, ofControl(control));
   }
   double worst = 0.0;  // square of the largest residual over its own error
   for (auto const* list : {&result.directions, &result.distances}) {
@@ -198,10 +204,8 @@ std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() {
         worst = std::max(worst, std::pow(o.residual / o.error, 2) / o.redundancy);
     }
   }
-  // With a redundancy of 1 both are the same but for rounding.
-  constexpr double kSame = 1.0 - 1e-4;
-  if (largest == 0.0 || largest < kSame * ofOne(worst)) return suspected;
-  result.isControlAlone = largest > ofOne(worst) / kSame;
+  if (largest == 0.0 || largest < ofOne(worst) - kAsProbable) return suspected;
+  result.isControlAlone = largest > ofOne(worst) + kAsProbable;
   for (PlaneControl const& control : result.control) {
     if (control.isDetermined && ofControl(control) >= kAsLikely * largest) suspected.push_back(&control);
   }

@@ -208,6 +208,7 @@ void PlaneAdjustment::Data::weighDown() {
 void PlaneAdjustment::Data::judgeWeighed() {
   engine.suspects.clear();
   engine.suspectNumbers.clear();
+  result.alternatives.clear();
   testControl();
   std::vector<PlaneControl const*> const suspected = suspectedControl();
   if (!suspected.empty()) tellControl(suspected);
@@ -216,6 +217,10 @@ void PlaneAdjustment::Data::judgeWeighed() {
     PlaneObservation const& o = resultOf(i);
     engine.suspectNumbers.push_back(static_cast<int>(i));
     engine.suspects.push_back(engine.suspectOf(static_cast<int>(i), o.residual / o.redundancy));
+    for (PlaneAlternative other : alternativesWithout(i)) {
+      other.suspect = engine.suspects.size() - 1;
+      result.alternatives.push_back(other);
+    }
   }
   engine.tellSuspects();
 }

@@ -2,6 +2,7 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/GrossErrors.h"
+#include "core/AlgorithmException.h"
 #include "records/detail/Messages.h"
 
 #include <QStringList>
@@ -16,24 +17,45 @@ using detail::index;
 
 }  // namespace
 
-/// What does not fit: a known point, where one explains it better than any observation, else observations.
+/// What does not fit: a known point, where one explains it far better than any observation, and what does not fit when
+/// that one is free; else observations, with the known points that may be the reason in their place.
 void PlaneAdjustment::Data::judge() {
   testControl();
   std::vector<PlaneControl const*> const suspected = suspectedControl();
-  if (!suspected.empty()) {
+  if (!suspected.empty() && result.isControlAlone) {
+    engine.suspects.clear();
+    engine.suspectNumbers.clear();
     tellControl(suspected);
+    if (suspected.size() == 1) judgeWithFree(suspected.front()->point);
     return;
   }
-  if (!engine.suspectNumbers.empty() && leftOut.empty()) {
-    findAlternatives();  // the suspects were found, and told, on the way
-    return;
-  }
-  engine.judgeObservations();
+  // Suspects that were found on the way have been told.
+  if (engine.suspectNumbers.empty() || !leftOut.empty()) engine.judgeObservations();
   findAlternatives();
+  if (!suspected.empty()) tellControl(suspected);
+}
+
+/// A known point that is wrong covers the errors of observations: those are looked for with the point free.
+void PlaneAdjustment::Data::judgeWithFree(std::size_t point) {
+  PlaneNetwork freed = network;
+  freed.points[point].isKnown = false;
+  PlaneSettings plain = settings;
+  plain.leavesOutSuspects = plain.weighsDownSuspects = false;
+  PlaneAdjustment other(std::move(freed), plain);
+  other.setTellFindings(false);
+  other.setCancelCall(cancelCall);
+  other.own->isDirectionOut = isDirectionOut;
+  other.own->isDistanceOut = isDistanceOut;
+  try {
+    other.adjust();
+  } catch (AlgorithmException const&) {  // nothing else can be said then
+    return;
+  }
+  engine.suspects = other.suspects();
+  engine.tellSuspects();
 }
 
 void PlaneAdjustment::Data::tellControl(std::vector<PlaneControl const*> const& suspected) {
-  engine.suspects.clear();
   QStringList names;
   for (PlaneControl const* control : suspected) {
     result.suspectedControl.push_back(control->point);
@@ -88,10 +110,65 @@ void PlaneAdjustment::Data::findAlternatives() {
   engine.tell(Messages::tr("Not to be told apart from the suspected observations: %1").arg(listedNames(told)), Warning);
 }
 
+/// The observations whose errors an observation that has no weight cannot be told from, by the residuals of the
+/// adjustment that has it, and how far the coordinates would be elsewhere if one of them were out in its place.
+///
+/// With Q of the adjustment without it (i), q = a Q a' and w = 1 / σ²: Q with it is Q - Q a_i' a_i Q w_i / (1 + w_i
+/// q_ii), and a difference d_i from what the others say, put back, moves x by Q a_i' d_i w_i / (1 + w_i q_ii).
+std::vector<PlaneAlternative> PlaneAdjustment::Data::alternativesWithout(std::size_t suspect) {
+  std::vector<PlaneAlternative> list;
+  std::size_t const directions = engine.network.directions.size();
+  std::size_t const count = directions + engine.network.lines.size();
+  auto const unitOf = [&](std::size_t number) { return number < directions ? kSecondsPerRadian : 1.0; };
+  double a[5];
+  int at[5];
+  auto const solvedOf = [&](std::size_t number) {
+    std::vector<double> right(index(engine.unknowns()), 0.0);
+    int const size = engine.solvedFactors(number, a, at);
+    for (int r = 0; r < size; ++r) right[index(at[r])] = a[r];
+    return engine.normals->solved(std::move(right), engine.poll);
+  };
+  auto const productWith = [&](std::size_t number, std::vector<double> const& x) {
+    int const size = engine.solvedFactors(number, a, at);
+    double sum = 0.0;
+    for (int r = 0; r < size; ++r) sum += a[r] * x[index(at[r])];
+    return sum;
+  };
+  engine.normals->needFactor(engine.poll);
+  std::vector<double> const q = solvedOf(suspect);
+  double const w = std::pow(errorOf(suspect) * unitOf(suspect), -2);
+  double const own = productWith(suspect, q);
+  double const share = 1.0 + w * own;
+  double const moved = -resultOf(suspect).residual * unitOf(suspect) * w / share;  // times q, once it is back
+  for (std::size_t other = 0; other < count; ++other) {
+    PlaneObservation const& o = resultOf(other);
+    if (other == suspect || isLeftOut[other] || !(o.error > 0.0)) continue;
+    double const across = productWith(other, q);
+    double const weight = std::pow(o.error * unitOf(other), -2);
+    double const redundancy = o.redundancy + weight * w * across * across / share;
+    if (redundancy < kUncheckedRedundancy) continue;
+    double const correlation = across * std::sqrt(w * weight / (share * redundancy));
+    if (std::abs(correlation) < detail::kInseparable) continue;
+    std::vector<double> qOther = solvedOf(other);
+    for (std::size_t r = 0; r < q.size(); ++r) qOther[r] -= q[r] * across * w / share;
+    double const off = -o.residual * unitOf(other) - across * moved;  // from the adjustment with both
+    double const back = -off * weight / redundancy;
+    PlaneAlternative entry;
+    entry.isDirection = other < directions;
+    entry.observation = entry.isDirection ? directionOf[other] : other - directions;
+    for (int n = 0; n < 2 * engine.network.points; ++n) {
+      entry.apart = std::max(entry.apart, std::abs(moved * q[index(n)] + back * qOther[index(n)]));
+    }
+    list.push_back(entry);
+  }
+  return list;
+}
+
 /// One after the other, the one with the largest test first, until none is suspected. The suspects have been told, and
 /// those that come up behind them are in the list of what is left out: told is what stands at the end.
 void PlaneAdjustment::Data::leaveOutSuspects() {
   constexpr std::size_t kMost = 100;
+  std::vector<std::size_t> numbersOut;
   // Those with which the iteration did not settle have lost their weight already.
   auto& numbers = engine.suspectNumbers;
   auto const isOut = [this](int number) { return isLeftOut[index(number)]; };
@@ -123,11 +200,13 @@ void PlaneAdjustment::Data::leaveOutSuspects() {
       entry.largestMove = std::max(entry.largestMove, std::abs(engine.xy[r] - before[r]));
     }
     leftOut.push_back(entry);
+    numbersOut.push_back(number);
     engine.suspectNumbers.clear();
     auto const tell = std::exchange(engine.tell, nullptr);
     judge();
     engine.tell = tell;
   }
+  for (std::size_t i = 0; i < leftOut.size(); ++i) leftOut[i].alternatives = alternativesWithout(numbersOut[i]);
   result.leftOut = leftOut;
   if (leftOut.empty()) return;
   if (!result.suspectedControl.empty()) {

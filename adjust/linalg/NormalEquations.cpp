@@ -57,6 +57,21 @@ class FullNormals : public NormalEquations {
     return x;
   }
 
+  std::vector<double> products(std::vector<sparse::SparseVector> const& b, std::vector<double>&,
+                               Poll const&) const override {
+    std::vector<double> result;
+    for (sparse::SparseVector const& row : b) {
+      for (sparse::SparseVector const& column : b) {
+        double sum = 0.0;
+        for (auto const& [i, first] : row) {
+          for (auto const& [j, second] : column) sum += first * inverse(i, j) * second;
+        }
+        result.push_back(sum);
+      }
+    }
+    return result;
+  }
+
   bool invert(Poll const&) override { return true; }
   double inverse(int i, int j) const override { return packed[packedIndex(i, j)]; }
 
@@ -93,6 +108,11 @@ class SparseSystem : public NormalEquations {
   std::vector<double> solved(std::vector<double> b, Poll const& poll) const override {
     cholesky.solve(b, poll);
     return b;
+  }
+
+  std::vector<double> products(std::vector<sparse::SparseVector> const& b, std::vector<double>& work,
+                               Poll const& poll) const override {
+    return cholesky.products(b, work, poll);
   }
 
   void forgetFactor() override { cholesky.forgetFactor(); }

@@ -4,6 +4,7 @@
 #include "adjust/linalg/BlockGraph.h"
 #include "adjust/linalg/PackedInverse.h"
 #include "adjust/linalg/Poll.h"
+#include "adjust/linalg/SparseVector.h"
 
 #include <memory>
 #include <utility>
@@ -51,8 +52,12 @@ class NormalEquations {
   std::vector<double> solution(Poll const& poll = {}) const { return solved(right, poll); }
   /// Q b, after `factor`.
   virtual std::vector<double> solved(std::vector<double> b, Poll const& poll = {}) const = 0;
-  /// Gives back what only `solved` needs, which is most of the memory, until `needFactor` brings it again: that takes a
-  /// factorisation where something was given back.
+  /// Elements b_i' Q b_j, row by row, of a few vectors that have few elements: far less than to solve for each. After
+  /// `factor`. `work` is nothing before the first call.
+  virtual std::vector<double> products(std::vector<sparse::SparseVector> const& b, std::vector<double>& work,
+                                       Poll const& poll) const = 0;
+  /// Gives back what only `solved` and `products` need, which is most of the memory, until `needFactor` brings it
+  /// again: that takes a factorisation where something was given back.
   virtual void forgetFactor() {}
   virtual void needFactor(Poll const& /*poll*/) {}
   /// Makes `inverse` known. False for a system that turns out to be singular.

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
+#include <set>
 #include <utility>
 
 namespace kvn::sparse {
@@ -337,19 +339,60 @@ std::vector<std::vector<double>> SparseCholesky::freeVectors(double weakness, in
 }
 
 void SparseCholesky::substituteForward(std::vector<double>& y, Effort& effort) const {
-  for (int f = 0; f < tree.fronts(); ++f) {
-    FrontColumns const front = frontColumns(f);
-    effort.spend(kOverhead * static_cast<double>(front.width * front.height));
-    double* const own = y.data() + tree.firstColumns[index(f)];
-    for (std::size_t k = 0; k < front.width; ++k) {
-      double const* const column = front.data + k * front.height;
-      own[k] /= column[k];
-      for (std::size_t i = k + 1; i < front.width; ++i) own[i] -= column[i] * own[k];
-      for (std::size_t i = front.width; i < front.height; ++i) {
-        y[index(front.rows[i - front.width])] -= column[i] * own[k];
-      }
+  for (int f = 0; f < tree.fronts(); ++f) eliminateFront(f, y, effort);
+}
+
+void SparseCholesky::eliminateFront(int f, std::vector<double>& y, Effort& effort) const {
+  FrontColumns const front = frontColumns(f);
+  effort.spend(kOverhead * static_cast<double>(front.width * front.height));
+  double* const own = y.data() + tree.firstColumns[index(f)];
+  for (std::size_t k = 0; k < front.width; ++k) {
+    double const* const column = front.data + k * front.height;
+    own[k] /= column[k];
+    for (std::size_t i = k + 1; i < front.width; ++i) own[i] -= column[i] * own[k];
+    for (std::size_t i = front.width; i < front.height; ++i) {
+      y[index(front.rows[i - front.width])] -= column[i] * own[k];
     }
   }
+}
+
+/// The fronts of the unknowns and all above them, in the order of elimination.
+std::vector<int> SparseCholesky::frontsReached(std::vector<SparseVector> const& b) const {
+  std::set<int> reached;
+  for (SparseVector const& vector : b) {
+    for (auto const& [unknown, element] : vector) {
+      auto const next = std::upper_bound(tree.firstColumns.begin(), tree.firstColumns.end(), placeOf[index(unknown)]);
+      int f = static_cast<int>(next - tree.firstColumns.begin()) - 1;
+      while (f >= 0 && reached.insert(f).second) f = tree.parents[index(f)];
+    }
+  }
+  return {reached.begin(), reached.end()};
+}
+
+/// b_i' N^-1 b_j = (L^-1 b_i)' (L^-1 b_j).
+std::vector<double> SparseCholesky::products(std::vector<SparseVector> const& b, std::vector<double>& work,
+                                             Poll const& poll) const {
+  Effort effort(poll);
+  work.resize(placeOf.size(), 0.0);
+  std::vector<int> const fronts = frontsReached(b);
+  std::vector<std::vector<double>> reduced(b.size());
+  for (std::size_t i = 0; i < b.size(); ++i) {
+    for (auto const& [unknown, element] : b[i]) work[index(placeOf[index(unknown)])] += element;
+    for (int const f : fronts) {
+      eliminateFront(f, work, effort);
+      auto const begin = work.begin() + tree.firstColumns[index(f)];
+      auto const end = work.begin() + tree.firstColumns[index(f) + 1];
+      reduced[i].insert(reduced[i].end(), begin, end);
+      std::fill(begin, end, 0.0);
+    }
+  }
+  std::vector<double> result;
+  for (std::vector<double> const& row : reduced) {
+    for (std::vector<double> const& column : reduced) {
+      result.push_back(std::inner_product(row.begin(), row.end(), column.begin(), 0.0));
+    }
+  }
+  return result;
 }
 
 void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) const {

@@ -4,6 +4,7 @@
 #include "adjust/linalg/BlockGraph.h"
 #include "adjust/linalg/DenseFactor.h"
 #include "adjust/linalg/FrontTree.h"
+#include "adjust/linalg/SparseVector.h"
 
 #include <cstddef>
 #include <memory>
@@ -62,6 +63,11 @@ class SparseCholesky {
 
   /// Solves N x = b in place. After `factor`.
   void solve(std::vector<double>& x, Poll const& poll = {}) const;
+  /// Elements b_i' N^-1 b_j, row by row, of a few vectors that have few elements: only the fronts on their ways to the
+  /// root are passed. After `factor`.
+  /// @param work  zeros, one for each unknown, or nothing before the first call; left as zeros.
+  std::vector<double> products(std::vector<SparseVector> const& b, std::vector<double>& work,
+                               Poll const& poll = {}) const;
   /// Random vectors of the (numerical) null space of N; determined unknowns are 0 in them. Free are the pivots
   /// below `weakness` times their diagonal element or, where that is small itself, times 1: one observation along an
   /// unknown. To be called after `factor` with a ridge far below that.
@@ -109,6 +115,8 @@ class SparseCholesky {
   void rememberPlaces(int f);
   void addUpdate(int child, double const* update, FrontColumns const& parent, double* parentUpdate) const;
   void substituteForward(std::vector<double>& y, Effort& effort) const;
+  void eliminateFront(int f, std::vector<double>& y, Effort& effort) const;
+  std::vector<int> frontsReached(std::vector<SparseVector> const& b) const;
   void substituteBackward(std::vector<double>& y, Effort& effort) const;
   void gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight, double* z) const;
   void invertFront(FrontColumns const& front, double* z, Effort& effort);

@@ -166,6 +166,44 @@ TEST_P(BlockedInverse, RefusesWhatIsSingularByItsBuild) {
   }
 }
 
+// A chain of blocks that meet at random: products of vectors of few elements, against solutions of the whole.
+TEST(SparseCholesky, HasProductsOfVectorsOfFewElements) {
+  constexpr int kBlocks = 200;
+  std::mt19937 random(7);
+  std::vector<kvn::sparse::Clique> cliques;
+  for (int b = 1; b < kBlocks; ++b) cliques.push_back({b - 1, b, static_cast<int>(random() % kBlocks)});
+  kvn::sparse::SparseCholesky sparse(std::vector<int>(kBlocks, 2), cliques);
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  for (kvn::sparse::Clique const& clique : cliques) {
+    int at[] = {2 * clique[0], 2 * clique[0] + 1, 2 * clique[1], 2 * clique[1] + 1};
+    double a[] = {value(random), value(random), value(random), value(random)};
+    sparse.addEquation(a, at, 4, 1.0);
+  }
+  for (int u = 0; u < 2 * kBlocks; ++u) sparse.add(u, u, 1.0);
+  ASSERT_TRUE(sparse.factor());
+  std::vector<double> work;
+  for (int run = 0; run < 20; ++run) {
+    std::vector<kvn::sparse::SparseVector> b(3);
+    for (auto& vector : b) {
+      // An unknown that comes twice counts as the sum.
+      int const first = static_cast<int>(random() % (2 * kBlocks));
+      vector = {{first, value(random)}, {static_cast<int>(random() % (2 * kBlocks)), value(random)}, {first, 0.5}};
+    }
+    std::vector<double> const products = sparse.products(b, work);
+    ASSERT_EQ(products.size(), 9U);
+    for (std::size_t i = 0; i < 3; ++i) {
+      std::vector<double> x(2 * kBlocks, 0.0);
+      for (auto const& [unknown, element] : b[i]) x[static_cast<std::size_t>(unknown)] += element;
+      sparse.solve(x);
+      for (std::size_t j = 0; j < 3; ++j) {
+        double expected = 0.0;
+        for (auto const& [unknown, element] : b[j]) expected += element * x[static_cast<std::size_t>(unknown)];
+        EXPECT_NEAR(products[3 * i + j], expected, 1e-12);
+      }
+    }
+  }
+}
+
 TEST(SparseCholesky, RefusesPivotsThatAreNotPositiveOrLost) {
   kvn::sparse::SparseCholesky sparse({1, 1}, {{0, 1, -1}});
   auto const isSound = [&sparse](double a, double b, double c, kvn::sparse::SparseCholesky::Bounds const& bounds) {
