@@ -259,6 +259,24 @@ TEST_F(JobWarnings, TellWhereSuspectsCannotBeTreated) {
   }
 }
 
+// Readings that are all worse than they are said to be: nothing stands out.
+TEST_F(JobWarnings, SayThatTheWholeFailsWhereNothingExplainsIt) {
+  for (int const known : {4, 2}) {
+    std::string text = SquareSite(known, 3, 11).text(false, known == 4);
+    job.open(written("net.in2", text));
+    job.adjust();
+    EXPECT_THAT(found(Job::AdjustmentRun, "as a whole"), IsEmpty());
+    text.replace(0, 5, "1,1,0");
+    job.open(written("net.in2", text));
+    job.adjust();
+    auto const findings = found(Job::AdjustmentRun, "as a whole");
+    ASSERT_EQ(findings.size(), 1U) << known;
+    // Of two known points neither can be freed where only directions are measured, and nothing tests them.
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(findings[0].targets, known == 2 ? Names({"K0", "K1"}) : Names());
+  }
+}
+
 TEST_F(JobWarnings, NamePointsFarFromTheirCoordinates) {
   job.open(written("net.in2", SquareSite(4, 2, 3).text(false, true)));
   CoordinatePointInfo near;
