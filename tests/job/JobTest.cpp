@@ -194,6 +194,36 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   EXPECT_EQ(coordinate(again, "P").Z, coordinate(job, "P").Z);
 }
 
+TEST_F(JobInFolder, LeavesOfTheCoordinateListWhatTheRunDoesNotKnow) {
+  struct Case {
+    int method;
+    Job::Reading reading;
+  };
+  for (Case const& c :
+       {Case{0, Job::Reading::Careful}, Case{1, Job::Reading::Careful}, Case{0, Job::Reading::AsRead}}) {
+    SCOPED_TRACE(c.method);
+    job.open(written("first.in2", test::kFirstNetwork), c.reading);
+    std::vector<CoordinatePointInfo> list(2);
+    list[0].name = "Z9";
+    list[0].signal = "kerb";
+    list[0].N = 5.0;
+    list[0].Z = 7.0;
+    list[1].name = "P";
+    list[1].signal = "mast";
+    list[1].Z = 55.134;
+    job.project()->setCoordinatePointList(list);
+    job.project()->getConfigure().AdjustMethod = c.method;
+    job.adjust();
+    job.takeResults();
+    EXPECT_TRUE(coordinate(job, "Z9") == list[0]);
+    EXPECT_EQ(coordinate(job, "P").signal, "mast");
+    EXPECT_EQ(coordinate(job, "P").Z, 55.134);
+    EXPECT_NEAR(coordinate(job, "P").N, 1100.0, 0.02);
+    EXPECT_EQ(job.project()->getCoordinatePointList().size(), 4U);
+    EXPECT_EQ(coordinate(job, "B").E, 1200.0);
+  }
+}
+
 TEST_F(JobInFolder, GivesThePlaneWhereHeightsCannotBeUsed) {
   std::string const book = test::kFieldBook;
   std::string const height = "STA,A,";
