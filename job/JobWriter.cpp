@@ -345,8 +345,15 @@ void writeProject(JobState const& state, QString const& path) {
   utils::createFolderOf(path);
   LentPoints const lent(project);
   bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();
-  if (hasLostRows && !project.getNetwork().isEmpty()) return saveNetwork(project, path);
-  project.saveAs(path);
+  if (hasLostRows && !project.getNetwork().isEmpty()) {
+    saveNetwork(project, path);
+  } else {
+    project.saveAs(path);
+  }
+  QStringList const options = detail::optionsBesideProject(state);
+  if (options.isEmpty()) return;
+  sendWarning(Messages::tr("A project file does not keep these options, without which the numbers are others: %1")
+                  .arg(options.join("; ")));
 }
 
 }  // namespace

@@ -133,6 +133,8 @@ void tellUnchecked(PlaneAdjustment const& adjustment);
 void requireObservations(JobState const& state);
 /// Plans the network of the job. @throws JobException; what the plan throws.
 void planNetwork(JobState& state, utils::IProcessCancel const& cancel);
+/// The options of the job that are not the default ones, in words: a project has none of them.
+QStringList optionsBesideProject(JobState const& state);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.

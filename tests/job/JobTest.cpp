@@ -257,6 +257,26 @@ TEST_F(JobInFolder, SavesEveryKindThatCanHoldItAndNothingElse) {
   EXPECT_EQ(test::fileBytes(kept), "old");
 }
 
+TEST_F(JobInFolder, NamesTheOptionsThatAProjectFileDoesNotKeep) {
+  job.open(written("first.in2", test::kFirstNetwork));
+  job.save(path("plain.kvn"));
+  EXPECT_TRUE(host.messages.empty());
+  PlaneOptions plane;
+  plane.distanceForm = ObservationErrors::Form::Root;
+  plane.centring = 0.02;
+  job.setPlaneOptions(plane);
+  HeightOptions heights;
+  heights.refraction = 0.2;
+  job.setHeightOptions(heights);
+  job.save(path("net.in2"));
+  EXPECT_TRUE(host.messages.empty());
+  job.save(path("net.kvn"));
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].first,
+            "A project file does not keep these options, without which the numbers are others: errors of distances as "
+            "the root of both parts; centring 20 mm; refraction 0.2");
+}
+
 TEST_F(JobInFolder, KeepsItsRowsWhereAFileCannotHoldAllOfThem) {
   job.open(written("job.lqf", test::kTwoSetUps));
   job.project()->getTraverseDataList()[1].angleMark = 0.0;
