@@ -15,6 +15,8 @@
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <QString>
 #include <cstdint>
 #include <memory>
@@ -56,7 +58,9 @@ struct OpenedFile {
   std::vector<FieldFinding> placed(std::vector<FieldFinding> list) const;
 };
 
-struct JobState {
+struct KELVANE_PRIVATE JobState {
+  KELVANE_LATER_MEMBER
+
   std::shared_ptr<Project> project;
   QString file;
   bool asRead = false;
