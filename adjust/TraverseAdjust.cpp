@@ -170,8 +170,14 @@ double TraverseAdjust::getAngle(int station, int i, int j) const {
 
 void TraverseAdjust::calculateBTPB() { ready().engine.buildNormals(); }
 
+void TraverseAdjust::requireUnknowns(int const* at, int n) const {
+  int const unknowns = own->engine.unknowns();
+  if (!std::all_of(at, at + n, [unknowns](int number) { return number >= 0 && number < unknowns; })) fail();
+}
+
 void TraverseAdjust::calculateBTPBi(double const* a, int const* at, double p, double l, int n) {
   PlaneEngine& engine = ready().engine;
+  requireUnknowns(at, n);
   engine.needNormals();
   engine.normals->addAnyEquation(a, at, n, p, l);
 }
@@ -194,6 +200,7 @@ double TraverseAdjust::calculateDx() {
 
 double TraverseAdjust::calculateQQ(double const* a, int const* at) const {
   PlaneEngine& engine = ready().engine;
+  requireUnknowns(at, 4);
   engine.needNormals();
   return Data::thresholded(engine.normals->anyCofactor(a, at, 4));
 }

@@ -147,6 +147,8 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
 
   // The steps of a run, for a derived class that drives them itself. The first of them after `readAlgorithmData` makes
   // normal equations of zeros. `calculateQQ` and `calculateMxMy` read the inverse that `calculateDx` leaves.
+  // `calculateBTPBi` and `calculateQQ` throw AlgorithmException DataError, name "Calculate failed", for the number of
+  // an unknown that is not there; before `readAlgorithmData` there are none.
   void calculateBTPB();
   /// Adds the error equation v = a x + l with the weight p, of any n unknowns: of points, too, that no observation of
   /// the input joins.
@@ -173,6 +175,7 @@ class KELVANE_EXPORT TraverseAdjust : public Matrix, public utils::IProcessCance
   Data& ready() const;
   void requirePlaces(bool arePlaced, int failure) const;
   [[noreturn]] void fail() const;
+  void requireUnknowns(int const* index, int n) const;
   void iterate();
   void calculateResults();
   LineErrorInfo lineResult(int i, int j, double observed, double residual);

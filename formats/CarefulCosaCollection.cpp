@@ -3,6 +3,7 @@
 #include "adjust/CommonFunction.h"
 #include "adjust/input/PointNumbers.h"
 #include "core/DataException.h"
+#include "formats/detail/CarefulCosaData.h"
 #include "formats/detail/CarefulText.h"
 #include "formats/detail/CosaReading.h"
 #include "formats/detail/CosaText.h"
@@ -81,19 +82,29 @@ bool readPlanned(detail::CosaReading& reading, utils::Pieces const& fields) {
 
 }  // namespace
 
+CarefulCosaCollection::CarefulCosaCollection() : own(std::make_unique<Data>()) {}
+CarefulCosaCollection::CarefulCosaCollection(CarefulCosaCollection const& other)
+    : CosaCollection(other), own(std::make_unique<Data>(*other.own)) {}
+CarefulCosaCollection& CarefulCosaCollection::operator=(CarefulCosaCollection const& other) {
+  CosaCollection::operator=(other);
+  *own = *other.own;
+  return *this;
+}
+CarefulCosaCollection::~CarefulCosaCollection() = default;
+
 /// @param message  with the number of the line in it; @param text without.
 void CarefulCosaCollection::tell(int number, QString const& message, QString const& text) {
   warn(message);
   FieldFinding finding;
   finding.text = text;
   finding.line = number;
-  findings.push_back(std::move(finding));
+  own->findings.push_back(std::move(finding));
 }
 
 void CarefulCosaCollection::tellPassedOver(int number, std::string const& line) {
   tell(number, Messages::tr("Line %1 is passed over: %2").arg(number).arg(quoted(line)),
        Messages::tr("the line is passed over: %1").arg(quoted(line)));
-  findings.back().isNotTaken = true;
+  own->findings.back().isNotTaken = true;
 }
 
 /// @param first  the first field that is a number
@@ -104,7 +115,7 @@ void CarefulCosaCollection::checkNumbers(int number, std::string const& line, ut
   if (wrong == fields.end()) return;
   tell(number, Messages::tr("Line %1 has something behind a number: %2").arg(number).arg(quoted(line)),
        Messages::tr("something stands behind the number: %1").arg(quoted(*wrong)));
-  findings.back().isNotTaken = true;
+  own->findings.back().isNotTaken = true;
 }
 
 void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail::CosaReading& reading) {
@@ -115,15 +126,15 @@ void CarefulCosaCollection::checkAngle(int number, std::string_view text, detail
   direction.angle = utils::onCircle(direction.angle);
   auto const tellAngle = [&](QString const& message, QString const& what) {
     tell(number, message, what.arg(quoted(text)));
-    findings.back().station = reading.stationOf(direction);
-    findings.back().targets = {std::string(reading.targetOf(direction))};
+    own->findings.back().station = reading.stationOf(direction);
+    own->findings.back().targets = {std::string(reading.targetOf(direction))};
   };
   if (!direction.hasAngle) {
     tellAngle(Messages::tr("Line %1: the direction from %2 to %3 is no angle: %4")
                   .arg(number)
                   .arg(quoted(reading.stationOf(direction)), quoted(reading.targetOf(direction)), quoted(text)),
               Messages::tr("the angle is no number: %1"));
-    findings.back().isNotTaken = true;
+    own->findings.back().isNotTaken = true;
   } else if (hasFullField(text)) {
     tellAngle(Messages::tr("Line %1: minutes or seconds of 60 and above in %2").arg(number).arg(quoted(text)),
               Messages::tr("minutes or seconds of 60 and above: %1"));
@@ -139,7 +150,7 @@ void CarefulCosaCollection::checkTaken(int number, std::string const& line, util
   bool const isDistance = fields[1] == "S";
   bool const isKnown = fields[1] != "L" && !isDistance;
   int const before = static_cast<int>(reading.knownNames.names().size());
-  if (isKnown && keepsObservations && reading.knownNames.numberOf(fields[0]) < before) {
+  if (isKnown && own->keepsObservations && reading.knownNames.numberOf(fields[0]) < before) {
     throw QLogicError(Messages::tr("the known point %1 is given twice").arg(quoted(fields[0])));
   }
   if (fields[1] == "L") {
@@ -154,7 +165,7 @@ void CarefulCosaCollection::checkTaken(int number, std::string const& line, util
 void CarefulCosaCollection::read(std::istream& stream) {
   knownPointList.clear();
   networkDataList.clear();
-  findings.clear();
+  own->findings.clear();
   detail::CosaReading reading;
   try {
     readLines(stream, reading);
@@ -162,36 +173,36 @@ void CarefulCosaCollection::read(std::istream& stream) {
     networkDataList = reading.lines();
     throw;
   }
-  if (keepsObservations) takeObservations(reading);
-  reading.join(holdsNothing, Joining(reading, !keepsObservations));  // a line without an observation has been told
+  if (own->keepsObservations) takeObservations(reading);
+  reading.join(holdsNothing, Joining(reading, !own->keepsObservations));  // a line without an observation has been told
   networkDataList = reading.lines();
 }
 
-void CarefulCosaCollection::setKeepObservations(bool keep) { keepsObservations = keep; }
-void CarefulCosaCollection::setTakePlanned(bool take) { takesPlanned = take; }
-PlaneNetwork const& CarefulCosaCollection::getObservations() const { return observed; }
-std::vector<FieldFinding> const& CarefulCosaCollection::getFindings() const { return findings; }
+void CarefulCosaCollection::setKeepObservations(bool keep) { own->keepsObservations = keep; }
+void CarefulCosaCollection::setTakePlanned(bool take) { own->takesPlanned = take; }
+PlaneNetwork const& CarefulCosaCollection::getObservations() const { return own->observed; }
+std::vector<FieldFinding> const& CarefulCosaCollection::getFindings() const { return own->findings; }
 
 void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {
-  observed = PlaneNetwork();
-  detail::PointNumbers numbers(observed.points);
+  own->observed = PlaneNetwork();
+  detail::PointNumbers numbers(own->observed.points);
   numbers.addDistinct(knownPointList);
   int block = -2;
   for (Observation const& observation : reading.observations) {
     if (holdsNothing(observation) && !isPlanned(observation)) continue;
     int const station = numbers[reading.stationOf(observation)];
     int const target = numbers[reading.targetOf(observation)];
-    if (observation.block != block) observed.setUps.push_back({station, {observation.line, -1}});
+    if (observation.block != block) own->observed.setUps.push_back({station, {observation.line, -1}});
     block = observation.block;
     PlaneNetwork::Origin const origin{observation.line, -1};
     double const noValue = std::numeric_limits<double>::quiet_NaN();
     if (observation.hasAngle || observation.planned == detail::CosaReading::Kind::Direction) {
-      auto const setUp = static_cast<int>(observed.setUps.size()) - 1;
+      auto const setUp = static_cast<int>(own->observed.setUps.size()) - 1;
       double const value = isPlanned(observation) ? noValue : observation.angle;
-      observed.directions.push_back({setUp, target, value, 0.0, 2, origin});
+      own->observed.directions.push_back({setUp, target, value, 0.0, 2, origin});
     } else {
       double const value = isPlanned(observation) ? noValue : observation.distance;
-      observed.distances.push_back({station, target, value, 0.0, 1, origin});
+      own->observed.distances.push_back({station, target, value, 0.0, 1, origin});
     }
   }
 }
@@ -231,7 +242,7 @@ void CarefulCosaCollection::readLine(int number, std::string const& line, utils:
     reading.beginStation(fields[0]);
   } else if (fields.size() == 3 && readObservation(reading, fields)) {
     checkTaken(number, line, fields, reading);
-  } else if (!(takesPlanned && fields.size() == 2 && readPlanned(reading, fields))) {
+  } else if (!(own->takesPlanned && fields.size() == 2 && readPlanned(reading, fields))) {
     tellPassedOver(number, line);
   }
 }
@@ -253,7 +264,7 @@ void CarefulCosaCollection::requireReadable() const {
     detail::requireReadableName(point.name);
     detail::requireFinite(point.name, point.x + point.y);
   }
-  if (writesObservations) return;
+  if (own->writesObservations) return;
   for (NetworkDataInfo const& line : networkDataList) {
     detail::requireReadableName(line.start_name);
     detail::requireReadableName(line.end_name);
@@ -264,9 +275,9 @@ void CarefulCosaCollection::requireReadable() const {
 
 void CarefulCosaCollection::write(std::ostream& stream) {
   requireReadable();
-  if (writesObservations) requireReadableObservations();
+  if (own->writesObservations) requireReadableObservations();
   writeHead(stream);
-  if (writesObservations) return writeObservations(stream);
+  if (own->writesObservations) return writeObservations(stream);
   for (std::size_t begin = 0; begin < networkDataList.size();) {
     std::size_t end = begin;
     while (end < networkDataList.size() && networkDataList[end].start_name == networkDataList[begin].start_name) ++end;

@@ -9,6 +9,7 @@
 
 #include <QString>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,11 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
  public:
   using CosaCollection::read;
   using CosaCollection::write;
+
+  CarefulCosaCollection();
+  CarefulCosaCollection(CarefulCosaCollection const& other);
+  CarefulCosaCollection& operator=(CarefulCosaCollection const& other);
+  ~CarefulCosaCollection() override;
 
   /// @throws DataException with the number of the line for all that `CosaCollection::read` throws.
   void read(std::istream& stream) override;
@@ -73,11 +79,8 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   void checkTaken(int number, std::string const& line, utils::Pieces const& fields, detail::CosaReading& reading);
   void takeObservations(detail::CosaReading const& reading);
 
-  bool keepsObservations = false;
-  bool takesPlanned = false;
-  bool writesObservations = false;
-  PlaneNetwork observed;
-  std::vector<FieldFinding> findings;
+  struct Data;
+  std::unique_ptr<Data> own;
 };
 
 }  // namespace kvn

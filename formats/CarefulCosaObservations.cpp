@@ -1,5 +1,6 @@
 // Writing the observations of a network file, each by itself.
 #include "formats/CarefulCosaCollection.h"
+#include "formats/detail/CarefulCosaData.h"
 #include "formats/detail/CosaText.h"
 
 #include <cmath>
@@ -57,28 +58,28 @@ std::vector<StationBlock> blocksOf(PlaneNetwork const& network) {
 }  // namespace
 
 void CarefulCosaCollection::setObservations(PlaneNetwork observations) {
-  observed = std::move(observations);
-  writesObservations = true;
+  own->observed = std::move(observations);
+  own->writesObservations = true;
 }
 
 void CarefulCosaCollection::requireReadableObservations() const {
-  auto const nameOf = [this](int point) { return observed.points[static_cast<std::size_t>(point)].name; };
-  for (PlaneNetwork::Point const& point : observed.points) detail::requireReadableName(point.name);
-  for (PlaneNetwork::Direction const& direction : observed.directions) {
+  auto const nameOf = [this](int point) { return own->observed.points[static_cast<std::size_t>(point)].name; };
+  for (PlaneNetwork::Point const& point : own->observed.points) detail::requireReadableName(point.name);
+  for (PlaneNetwork::Direction const& direction : own->observed.directions) {
     if (std::isinf(direction.value)) detail::requireFinite(nameOf(direction.target), direction.value);
   }
-  for (PlaneNetwork::Distance const& distance : observed.distances) {
+  for (PlaneNetwork::Distance const& distance : own->observed.distances) {
     if (std::isinf(distance.value)) detail::requireFinite(nameOf(distance.from), distance.value);
     detail::requireNotNegative(nameOf(distance.from), nameOf(distance.to), distance.value);
   }
 }
 
 void CarefulCosaCollection::writeObservations(std::ostream& stream) {
-  auto const nameOf = [this](int point) { return observed.points[static_cast<std::size_t>(point)].name; };
-  for (StationBlock const& block : blocksOf(observed)) {
+  auto const nameOf = [this](int point) { return own->observed.points[static_cast<std::size_t>(point)].name; };
+  for (StationBlock const& block : blocksOf(own->observed)) {
     stream << nameOf(block.station) << '\n';
     for (std::size_t const number : block.directions) {
-      PlaneNetwork::Direction const& direction = observed.directions[number];
+      PlaneNetwork::Direction const& direction = own->observed.directions[number];
       std::string const target = nameOf(direction.target);
       if (std::isnan(direction.value)) {
         stream << target << ",L\n";
@@ -87,7 +88,7 @@ void CarefulCosaCollection::writeObservations(std::ostream& stream) {
       }
     }
     for (std::size_t const number : block.distances) {
-      PlaneNetwork::Distance const& distance = observed.distances[number];
+      PlaneNetwork::Distance const& distance = own->observed.distances[number];
       std::string const target = nameOf(distance.to);
       if (std::isnan(distance.value)) {
         stream << target << ",S\n";

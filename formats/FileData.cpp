@@ -4,6 +4,7 @@
 #include "adjust/NameIndex.h"
 #include "adjust/input/FaceMeans.h"
 #include "adjust/input/FirstRepeat.h"
+#include "adjust/input/Missing.h"
 #include "core/AlgorithmException.h"
 #include "core/DataException.h"
 #include "formats/detail/FileAccess.h"
@@ -35,9 +36,6 @@ constexpr char const* kNoStation = "NO_STATION";
 
 constexpr double kMillimetresPerMetre = 1000.0;
 constexpr double kPartsPerMillion = 1000000.0;
-// What a station that is not known carries as coordinates, and the threshold that tells it; metres.
-constexpr double kUnknown = 1e30;
-constexpr double kUnknownFrom = 1e29;
 // The first sight of a station is the zero of its circle: at most 25" above, or from 359.5 degrees on; in units of π.
 constexpr double kAboveZero = 3.8580246913580246e-5;
 constexpr double kBelowFullCircle = 1.9972222222222222;
@@ -80,7 +78,7 @@ std::string suffixOf(std::string const& path) {
   return point == std::string::npos ? std::string() : path.substr(point + 1);
 }
 
-bool isKnown(VRDStations const& station) { return station.x < kUnknownFrom; }
+bool isKnown(VRDStations const& station) { return station.x < detail::kMissingFrom; }
 
 PointInfo pointOf(std::string_view name, double x, double y) {
   PointInfo point;
@@ -113,7 +111,7 @@ struct FileData::TraverseReader {
     station.x = numberOf(line, fields[4]);
     station.y = numberOf(line, fields[5]);
     double const height = numberOf(line, fields[6]);
-    if (station.x == 0.0 && station.y == 0.0 && height == 0.0) station.x = station.y = kUnknown;
+    if (station.x == 0.0 && station.y == 0.0 && height == 0.0) station.x = station.y = detail::kMissing;
     station.isKnown = kvn::isKnown(station);
     list.push_back(std::move(station));
   }

@@ -7,7 +7,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace kvn::host {
 namespace {
@@ -83,13 +82,7 @@ std::string angleOfDmsText(double dms) { return sexagesimal(degreesOfDms(dms)); 
 
 std::string azimuthOfDmsText(double dms) { return belowFullCircle(degreesOfDms(dms)); }
 
-std::string axisOfRadiansText(double radians) {
-  if (!std::isfinite(radians)) return "-";
-  long const minutes = std::lround(radians * kDegreesPerRadian * 60.0) % (180L * 60L);
-  std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "%ld°%02ld′", minutes / 60, minutes % 60);
-  return text.data();
-}
+std::string axisOfRadiansText(double radians) { return std::isfinite(radians) ? utils::axisText(radians) : "-"; }
 
 QString metres(double metres) { return QString::fromStdString(metresText(metres)); }
 

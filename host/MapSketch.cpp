@@ -2,6 +2,8 @@
 
 #include "Output.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -209,7 +211,7 @@ std::vector<std::pair<QString, std::function<void(double, double)>>> MapSketch::
   }
   if (scale > 0.0) {
     items.emplace_back(word(QT_TRANSLATE_NOOP("kvn::System", "error ellipse")), [this](double x, double y) {
-      tool.drawEllipse(at(x + kSample / 2.0, y), metres(14.0), metres(7.0), 1.5707963267948966,
+      tool.drawEllipse(at(x + kSample / 2.0, y), metres(14.0), metres(7.0), utils::kRightAngle,
                        look(kEllipseColour, 1.5));
     });
   }

@@ -94,6 +94,28 @@ void tryHeights(detail::JobState& state, utils::IProcessCancel const& cancel) {
   detail::sendWarning(Messages::tr("No heights are adjusted: %1").arg(reason));
 }
 
+/// Adjusted points into a list of coordinates. What no run knows of a point stays: its height, its code, its id, and
+/// the point itself where the network lacks it.
+/// @param list  may have names in the local 8-bit encoding, those of a coordinate file.
+void mergeInto(std::vector<CoordinatePointInfo>& list, std::vector<CoordinatePointInfo> adjusted) {
+  std::unordered_map<std::string, std::size_t> placeOf;
+  for (std::size_t i = 0; i < adjusted.size(); ++i) placeOf.emplace(adjusted[i].name, i);
+  std::vector<bool> isInList(adjusted.size(), false);
+  for (CoordinatePointInfo& point : list) {
+    auto const found = placeOf.find(recordText(point.name).toStdString());
+    if (found == placeOf.end()) continue;
+    CoordinatePointInfo const& now = adjusted[found->second];
+    isInList[found->second] = true;
+    point.name = now.name;
+    point.N = now.N;
+    point.E = now.E;
+    if (now.Z != 0.0) point.Z = now.Z;  // the calculators of the project have put their heights there
+  }
+  for (std::size_t i = 0; i < adjusted.size(); ++i) {
+    if (!isInList[i]) list.push_back(std::move(adjusted[i]));
+  }
+}
+
 /// The heights of the last run into the coordinates, where the project wants them.
 void takeHeights(detail::JobState const& state) {
   Project& project = *state.project;
@@ -313,13 +335,16 @@ void Job::takeResults() {
     // What `adjust` has said about the heights holds, whatever the results are taken for.
     if (mayHave && state->asRead) tryHeights(*state, *this);
     if (mayHave && !state->asRead) keepHeights(*state, heightsBeside(*state, *this));
+    std::vector<CoordinatePointInfo> points = project.getCoordinatePointList();
     if (plane == nullptr && !state->traverses.empty() && !state->asRead) {
-      project.setCoordinatePointList(detail::coordinatesOf(state->traverses));
+      mergeInto(points, detail::coordinatesOf(state->traverses));
     } else if (plane == nullptr) {
-      project.algorithmPointConvertCoord();
+      project.algorithmPointConvertCoord();  // in the place of the list
+      mergeInto(points, project.getCoordinatePointList());
     } else {
-      project.setCoordinatePointList(detail::coordinatesOf(*plane));
+      mergeInto(points, detail::coordinatesOf(*plane));
     }
+    project.setCoordinatePointList(std::move(points));
     takeHeights(*state);
     tellMissingHeights(project.getCoordinatePointList());
   });

@@ -138,19 +138,26 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// `traverses` as well; `setTraverseOptions` says how their misclosures are judged.
   ///
   /// By least squares, read with care, each observation of the file counts by itself: each line of a network file, with
-  /// a set-up for each of its station lines; of a field book the means of each set-up's rounds. Where the host has
-  /// edited the lines of the project's network, these are the observations; after edited rows call `reduce` first. The
-  /// result is `planeAdjustment`. A `Warning` names the points that nothing checks, one each what may be one point
-  /// under two names, new points that lie a kilometre and more from coordinates that the network or the coordinate list
-  /// of the project gives for them, and known points that fit with north and east exchanged.
-  /// `findingsOf(AdjustmentRun)` has all that was found out, with what it may cost. Where the rows of a field book give
-  /// heights, these are adjusted as well: `heightAdjustment`. Where they do not, or where every known height is 0, one
-  /// message says so.
+  /// a set-up for each of its station lines; of a field book the means of each set-up's rounds. An edit of the
+  /// project's network keeps what it leaves alone: known points are those of the project at each run, and lines that
+  /// are as they were read, known by their `id`, keep all of their observations. An edited or new line gives one
+  /// direction, in the set-up that it was read in, else the first one of its station, and one distance in the place of
+  /// those that it had; `findingsOf(NetworkChecks)` tells of such a direction where the station has several set-ups. Of
+  /// a field book edited directions are on the circle of the station's first set-up, as its lines are. Lines that a
+  /// host has put in the place of all others are the observations; after edited rows call `reduce` first. The result is
+  /// `planeAdjustment`. A `Warning` names the points that nothing checks, one each what may be one point under two
+  /// names, new points that lie a kilometre and more from coordinates that the network or the coordinate list of the
+  /// project gives for them, and known points that fit with north and east exchanged. `findingsOf(AdjustmentRun)` has
+  /// all that was found out, with what it may cost. Where the rows of a field book give heights, these are adjusted as
+  /// well: `heightAdjustment`. Where they do not, or where every known height is 0, one message says so.
   ///
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
   /// than half a circle. A misclosure beyond what the a-priori errors allow, or beyond a limit, is told with both
   /// figures, and with the angle or leg that would explain it; so is a side shot to a known point that misses it.
+  ///
+  /// Single traverses have one circle a station: further set-ups of a network file are turned onto the first one by the
+  /// mean difference of their common targets, as those of a field book are, and what is given more than once is a mean.
   ///
   /// The single traverses and Reading::AsRead work on the network of the project, and their result is the project's
   /// `getAlgorithmAdjust`: of several traverses the first that the library's calculators compute, null where they
@@ -158,7 +165,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// squares, too, and `planeAdjustment` after all others. Nothing else in the library reads them: maps and files show
   /// the coordinate list, for which see `takeResults`.
   /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, a network that the
-  ///         observations do not determine, a misclosure above ten times what the a-priori errors allow, and when the
+  ///         observations do not determine, a single traverse over set-ups of a station without a common target, a
+  ///         misclosure above ten times what the a-priori errors allow, and when the
   ///         host cancels. Plane and heights are one run: an earlier result stays as a whole then, its heights too,
   ///         even where the plane was finished when the host cancelled.
   void adjust();
@@ -193,17 +201,19 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   TriangleHeightDataConvert const& heightLines() const;  ///< of the last run that was not; empty after a careful one
 
   /// Puts the adjusted points into the coordinate list of the project, with heights where `adjust` has found
-  /// any. With Reading::AsRead heights are adjusted for that, and a `Warning` says why where they cannot be. A point
-  /// without a height has 0.
+  /// any. With Reading::AsRead heights are adjusted for that, and a `Warning` says why where they cannot be. Points of
+  /// the list that the network lacks stay as they are; others keep their codes, and their heights where the run has
+  /// none. A point without a height has 0.
   /// @throws JobException before `adjust`.
   void takeResults();
 
   /// Writes the job as a file of the kind that the suffix says: the project, the rows, the network, or the coordinate
   /// list, which are the known points where there is none. The folder is made where it is not there. A network
-  /// has every observation by itself where the host has not edited its lines. What the format has no place for is told
-  /// as a `Warning`, or refused where the file would be read as something else, and where it would take the place of
-  /// the file that was opened: what that one holds would be lost.
-  /// Coordinates are written in the local 8-bit encoding, a job that was read in it too, everything else in UTF-8.
+  /// has every observation by itself, as `adjust` has them after an edit. A project has one set-up a station, onto
+  /// which the others are turned by their common targets. What the format has no place for is told as a `Warning`, or
+  /// refused where the file would be read as something else, and where it would take the place of the file that was
+  /// opened: what that one holds would be lost. Coordinates are written in the local 8-bit encoding, a job that was
+  /// read in it too, everything else in UTF-8.
   /// @throws JobException for an unknown suffix, a kind that the job is not, a name or a number that the file cannot
   ///         hold, and with the reason where the file cannot be written. An old file stays whole then.
   void save(QString const& path);

@@ -52,6 +52,9 @@ void requireAdjustable(detail::JobState const& state) {
     requireUsableErrors(state.file, project.getConfigure(), project.getNetwork());
   } else {
     detail::requireWholeRounds(state.file, state.opened, state.opened.reduction);
+    detail::OneCircle const circle = detail::oneCircle(state);
+    detail::requireOneCircle(state.file, circle);
+    for (QString const& line : warningLines(circle.findings)) detail::sendWarning(line);
     QString const repeated = detail::textOfRepeated(state);
     if (!repeated.isEmpty()) detail::sendWarning(repeated);
   }
@@ -161,7 +164,7 @@ std::vector<FieldFinding> findingsOnCommonPoints(std::vector<TraverseResult> con
 /// By the library's own rules for a chain: each station has two directions, the smaller reading looks back.
 Computed byReadings(detail::JobState const& state, Configure const& configure, utils::IProcessCancel const& cancel) {
   Computed done;
-  done.network = prepared(state.project->getNetwork(), configure.AdjustMethod, state.asRead);
+  done.network = prepared(detail::networkOnOneCircle(state), configure.AdjustMethod, state.asRead);
   done.first = calculated(done.network, configure, state, cancel);
   if (configure.AdjustMethod != kByLeastSquares) {
     done.traverses.push_back(resultOf(*done.first, configure.AdjustMethod, done.network, state.asRead));
@@ -171,7 +174,7 @@ Computed byReadings(detail::JobState const& state, Configure const& configure, u
 
 /// By the sights between the stations, whatever else they sight.
 Computed bySights(detail::JobState const& state, Configure configure, utils::IProcessCancel const& cancel) {
-  Network const& given = state.project->getNetwork();
+  Network const given = detail::networkOnOneCircle(state);
   // Validated first, so that the number of a reported line is that of the file.
   AlgorithmData().readNetworkData(given, MissingDirection::IsLeftOut);
   Computed done;
@@ -219,7 +222,7 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
   Configure const& configure = state.project->getConfigure();
   if (configure.AdjustMethod == kByLeastSquares || state.asRead) return byReadings(state, configure, cancel);
   bool isPlain = false;
-  std::size_t const stations = stationsOf(state.project->getNetwork(), isPlain);
+  std::size_t const stations = stationsOf(detail::networkOnOneCircle(state), isPlain);
   if (configure.AdjustMethod == kAnyTraverse || !isPlain) {
     Computed found = bySights(state, configure, cancel);
     if (!found.traverses.empty()) return found;

@@ -39,13 +39,17 @@ std::vector<FieldFinding> detail::findingsOnNetwork(JobState const& state) {
   Network const& network = project.getNetwork();
   if (state.asRead) return inspectNetwork(network, project.getConfigure());
   PlaneNetwork observations;
+  std::vector<FieldFinding> ofEdits;
   try {
+    ofEdits = findingsOnEdits(state);
     observations = observationsWithErrors(state);
   } catch (AlgorithmException const&) {  // NOLINT(bugprone-empty-catch): an observation that the adjustment refuses
   } catch (JobException const&) {        // NOLINT(bugprone-empty-catch): the same
   }
   bool const isFree = state.plane.datum == PlaneSettings::Datum::Free;
-  return inspectNetwork(network, observations, state.plane.centring, isFree);
+  std::vector<FieldFinding> findings = inspectNetwork(network, observations, state.plane.centring, isFree);
+  findings.insert(findings.end(), ofEdits.begin(), ofEdits.end());
+  return findings;
 }
 
 void detail::dropCostsOfHeld(JobState const& state, std::vector<FieldFinding>& findings) {

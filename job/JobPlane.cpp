@@ -8,21 +8,15 @@
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
 #include "records/detail/Messages.h"
-#include "records/detail/Recorded.h"
 
-#include <QFileInfo>
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 
 namespace kvn {
@@ -31,58 +25,6 @@ namespace {
 // Millimetres and parts per million of a project's settings.
 constexpr double kMillimetre = 1e-3;
 constexpr double kMillionth = 1e-6;
-
-/// A number that tells one network from another, but for a chance of one in 2^64.
-class NetworkMark {
- public:
-  void add(std::string const& name) { mix(std::hash<std::string>()(name)); }
-  void add(double value) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &value, sizeof bits);
-    mix(bits);
-  }
-  std::size_t value() const { return state; }
-
- private:
-  void mix(std::uint64_t word) {
-    // The finalizer of MurmurHash3 (Appleby 2011) on a running state.
-    std::uint64_t h = state * 31U + word;
-    h ^= h >> 33U;
-    h *= 0xff51afd7ed558ccdULL;
-    h ^= h >> 33U;
-    h *= 0xc4ceb9fe1a85ec53ULL;
-    state = h ^ (h >> 33U);
-  }
-
-  std::uint64_t state = 0;
-};
-
-std::size_t markOf(Network const& network) {
-  NetworkMark mark;
-  for (KnownPoint const& point : network.knownPoints) {
-    mark.add(point.name);
-    mark.add(point.x);
-    mark.add(point.y);
-  }
-  for (NetworkDataInfo const& line : network.lines) {
-    mark.add(line.start_name);
-    mark.add(line.end_name);
-    mark.add(line.horizontalAngleFlag ? line.horizontal_angle : -1000.0);
-    mark.add(line.horizontal_distance);
-  }
-  return mark.value();
-}
-
-/// The lines of a network as observations, which each have to be some.
-PlaneNetwork observationsOfLines(Network const& network) {
-  for (std::size_t i = 0; i < network.lines.size(); ++i) {
-    NetworkDataInfo const& line = network.lines[i];
-    bool const isSound = std::isfinite(line.horizontal_angle + line.horizontal_distance) &&
-                         line.horizontal_distance >= -detail::kNotRecorded;
-    if (!isSound) throw AlgorithmException(static_cast<int>(i), AlgorithmException::DataError);
-  }
-  return planeNetworkOf(network);
-}
 
 /// @throws AlgorithmException with the number of the line, as of a network whose lines are edited.
 /// @throws JobException with the line of the file, where it is one of that.
@@ -157,33 +99,6 @@ void requireValues(QString const& file, PlaneNetwork const& network) {
 
 }  // namespace
 
-void detail::OpenedFile::takeReduction(FieldReduction&& made, Project& project) {
-  reduction = std::move(made);
-  project.setNetwork(std::move(reduction.network));
-  reduction.network = Network();
-  PlaneNetwork& found = reduction.observations;
-  for (PlaneNetwork::SetUp& setUp : found.setUps) placeLine(setUp.origin);
-  for (PlaneNetwork::Direction& direction : found.directions) placeLine(direction.origin);
-  for (PlaneNetwork::Distance& distance : found.distances) placeLine(distance.origin);
-  takeObservations(std::exchange(found, {}), project.getNetwork());
-}
-
-void detail::OpenedFile::placeLine(PlaneNetwork::Origin& origin) const {
-  auto const row = static_cast<std::size_t>(origin.row);
-  if (origin.row >= 0 && row < text.rowLines.size()) origin.line = text.rowLines[row];
-}
-
-void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {
-  observations = std::move(made);
-  networkMark = markOf(network);
-}
-
-bool detail::hasOriginalObservations(JobState const& state) {
-  PlaneNetwork const& observations = state.opened.observations;
-  bool const hasSome = !observations.directions.empty() || !observations.distances.empty();
-  return hasSome && markOf(state.project->getNetwork()) == state.opened.networkMark;
-}
-
 ObservationErrors detail::observationErrors(JobState const& state) {
   Configure const& configure = state.project->getConfigure();
   PlaneOptions const& options = state.plane;
@@ -225,8 +140,7 @@ void detail::tellUnchecked(PlaneAdjustment const& adjustment) {
 namespace {
 
 PlaneNetwork observationsIn(detail::JobState const& state) {
-  PlaneNetwork network = detail::hasOriginalObservations(state) ? state.opened.observations
-                                                                : observationsOfLines(state.project->getNetwork());
+  PlaneNetwork network = detail::observationsNow(state);
   keepObservedPoints(network);
   return network;
 }
@@ -297,6 +211,7 @@ void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
   run->setProgressCall({});
   run->setCancelCall({});
   tellUnchecked(*run);
+  for (QString const& line : warningLines(findingsOnEdits(state))) sendWarning(line);
   std::vector<FieldFinding> findings = findingsOnResult(state, *run);
   if (std::optional<FieldFinding> exchange = findingOnExchange(*run, settings, isCancelled)) {
     findings.push_back(std::move(*exchange));
@@ -323,33 +238,6 @@ std::vector<CoordinatePointInfo> detail::coordinatesOf(PlaneAdjustment const& ad
     coordinates[p].E = adjustment.result().points[p].y;
   }
   return coordinates;
-}
-
-QString detail::textOfRepeated(JobState const& state) {
-  Project const& project = *state.project;
-  PlaneNetwork const& observations = state.opened.observations;
-  // Edited lines are those of the file still; a host may have put another file in its place, too.
-  bool const isOfFile =
-      hasOriginalObservations(state) ||
-      (project.getFileType() == Project::CosaFile && project.getName() == QFileInfo(state.file).completeBaseName());
-  if (!project.getTraverseDataList().empty() || !isOfFile) return {};
-  QStringList lines;
-  std::set<std::tuple<bool, int, int>> known;
-  auto const look = [&](bool isDirection, int from, int to, PlaneNetwork::Origin const& origin) {
-    if (!known.emplace(isDirection, from, to).second) lines << Messages::tr("line %1").arg(origin.line);
-  };
-  for (PlaneNetwork::Direction const& direction : observations.directions) {
-    look(true, observations.setUps[static_cast<std::size_t>(direction.setUp)].station, direction.target,
-         direction.origin);
-  }
-  for (PlaneNetwork::Distance const& distance : observations.distances) {
-    look(false, distance.from, distance.to, distance.origin);
-  }
-  if (lines.isEmpty()) return {};
-  return Messages::tr("%1 of %2 observations are given more than once from a station; the first ones count: %3")
-      .arg(lines.size())
-      .arg(observations.directions.size() + observations.distances.size())
-      .arg(listedNames(lines));
 }
 
 }  // namespace kvn

@@ -1,6 +1,5 @@
 // Saving: what a job holds, as a file of any kind.
 #include "core/Project.h"
-#include "core/System.h"
 #include "formats/CarefulCosaCollection.h"
 #include "formats/CoordinateDataCollection.h"
 #include "formats/LQFTraverseDataCollection.h"
@@ -10,6 +9,7 @@
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "job/detail/WriteWhole.h"
+#include "records/NetworkFindings.h"
 #include "records/detail/Messages.h"
 #include "reduction/FieldReduction.h"
 
@@ -224,7 +224,10 @@ WrittenNetwork networkOf(JobState const& state) {
     requireNoError(state.file, state.opened.placed(reduction.findings));
     return {std::move(reduction.network), std::move(reduction.observations)};
   }
-  if (detail::hasOriginalObservations(state)) return {network, state.opened.observations};
+  if (detail::hasObservationsOfFile(state)) {
+    for (QString const& line : warningLines(detail::findingsOnEdits(state))) sendWarning(line);
+    return {network, detail::observationsNow(state)};
+  }
   if (!network.isEmpty() || !network.knownPoints.empty()) return {network, {}};
   Network points;
   for (CoordinatePointInfo const& point : project.getCoordinatePointList()) {
@@ -259,6 +262,32 @@ void requireDirections(QString const& path, Network const& network) {
   }
 }
 
+/// The lines as a project file keeps them: one set-up a station, of which all lines follow each other.
+/// @throws JobException for set-ups that cannot be one.
+Network linesForProject(JobState const& state, QString const& path) {
+  detail::OneCircle circle = detail::oneCircle(state);
+  if (!circle.lost.empty()) {
+    QStringList names;
+    for (FieldFinding const& finding : circle.lost) names << recordText(finding.station);
+    names.removeDuplicates();
+    throw JobException(path, Messages::tr("a project file keeps one set-up a station, and those of %1 have no target "
+                                          "in common; a .in2 file keeps them all")
+                                 .arg(listedNames(names)));
+  }
+  for (QString const& line : warningLines(circle.findings)) sendWarning(line);
+  if (!circle.stations.empty()) {
+    QStringList names;
+    for (std::string const& station : circle.stations) names << recordText(station);
+    sendWarning(
+        Messages::tr("A project file keeps one set-up a station: those of %1 are turned onto the first one, and "
+                     "what is observed again counts once; a .in2 file keeps them all")
+            .arg(listedNames(names)));
+  }
+  tellRepeated(state, path);
+  if (detail::hasObservationsOfFile(state)) detail::groupByStation(circle.network);
+  return std::move(circle.network);
+}
+
 /// Written as the network that it is: a project that came from a field book would be written with its rows, of which
 /// a network command has left none.
 void saveNetwork(Project const& project, QString const& path) {
@@ -269,6 +298,21 @@ void saveNetwork(Project const& project, QString const& path) {
   plain.setCoordinatePointList(project.getCoordinatePointList());
   plain.saveAs(path);
 }
+
+/// Lends the project a network in the place of its own.
+class LentNetwork {
+ public:
+  LentNetwork(Project& borrower, Network lines) : project(borrower), own(std::move(lines)) { swap(); }
+  LentNetwork(LentNetwork const&) = delete;
+  LentNetwork& operator=(LentNetwork const&) = delete;
+  ~LentNetwork() { swap(); }
+
+ private:
+  void swap() { std::swap(own, project.getNetwork()); }
+
+  Project& project;
+  Network own;
+};
 
 /// Lends the project its coordinate list with names in UTF-8, which XML asks for; those of a coordinate file are not.
 class LentPoints {
@@ -292,15 +336,24 @@ class LentPoints {
 void writeProject(JobState const& state, QString const& path) {
   Project& project = *state.project;
   tellLoss(project.getTraverseDataList(), "kvn");
-  if (project.getTraverseDataList().empty()) {
+  bool const hasRows = !project.getTraverseDataList().empty();
+  std::optional<LentNetwork> lentNetwork;
+  if (!hasRows) {
     requireDirections(path, project.getNetwork());
-    tellRepeated(state, path);
+    lentNetwork.emplace(project, linesForProject(state, path));
   }
   utils::createFolderOf(path);
   LentPoints const lent(project);
   bool const hasLostRows = project.isUsingViewData() && project.getTraverseDataList().empty();
-  if (hasLostRows && !project.getNetwork().isEmpty()) return saveNetwork(project, path);
-  project.saveAs(path);
+  if (hasLostRows && !project.getNetwork().isEmpty()) {
+    saveNetwork(project, path);
+  } else {
+    project.saveAs(path);
+  }
+  QStringList const options = detail::optionsBesideProject(state);
+  if (options.isEmpty()) return;
+  sendWarning(Messages::tr("A project file does not keep these options, without which the numbers are others: %1")
+                  .arg(options.join("; ")));
 }
 
 }  // namespace

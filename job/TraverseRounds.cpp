@@ -12,9 +12,8 @@ namespace kvn::detail {
 
 ObservedRounds::ObservedRounds(JobState const& state) {
   Project const& project = *state.project;
-  bool const isOfRows = !project.getTraverseDataList().empty() && hasOriginalObservations(state);
-  if (isOfRows) {
-    takeSetUps(state.opened.observations);
+  if (hasObservationsOfFile(state)) {
+    takeSetUps(observationsNow(state));
     return;
   }
   for (NetworkDataInfo const& line : project.getNetwork().lines) {

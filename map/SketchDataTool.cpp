@@ -3,6 +3,8 @@
 #include "mvz/detail/MapFont.h"
 #include "mvz/detail/OsgEarthVersions.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <osgEarth/Feature>
@@ -14,7 +16,6 @@ namespace kvn {
 namespace {
 
 constexpr int kSketchCorners = 48;  // of an ellipse: of one as wide as a picture no corner is seen
-constexpr double kSketchCircle = 6.283185307179586;
 
 }  // namespace
 
@@ -47,8 +48,8 @@ void SketchDataTool::drawEllipse(coord::xyh const& centre, double semiMajor, dou
                                  Look const& look) {
   std::vector<coord::xyh> places;
   for (int corner = 0; corner <= kSketchCorners; ++corner) {
-    double const along = semiMajor * std::cos(kSketchCircle * corner / kSketchCorners);
-    double const across = semiMinor * std::sin(kSketchCircle * corner / kSketchCorners);
+    double const along = semiMajor * std::cos(utils::kFullCircle * corner / kSketchCorners);
+    double const across = semiMinor * std::sin(utils::kFullCircle * corner / kSketchCorners);
     places.emplace_back(centre.x + along * std::cos(bearing) - across * std::sin(bearing),
                         centre.y + along * std::sin(bearing) + across * std::cos(bearing), 0.0);
   }

@@ -2,6 +2,8 @@
 #include "adjust/input/PointNumbers.h"
 #include "reduction/detail/FieldRounds.h"
 
+#include <utils/Circle.h>
+
 #include <cmath>
 #include <map>
 #include <set>

@@ -6,16 +6,15 @@
 #include "records/detail/Recorded.h"
 #include "reduction/detail/Circle.h"
 #include "reduction/detail/FieldRounds.h"
+#include "reduction/detail/JoinedCircle.h"
 
 #include <utils/Circle.h>
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
-#include <functional>
 #include <limits>
 #include <optional>
-#include <queue>
 #include <unordered_map>
 #include <utility>
 
@@ -23,6 +22,7 @@ namespace kvn {
 namespace {
 
 using detail::CircleMean;
+using detail::kRoundTolerance;
 using detail::MeanDistance;
 using utils::foldedAngle;
 using utils::onCircle;
@@ -33,8 +33,6 @@ using Station = detail::FieldStation;
 // Readings of one target in one round that differ by more are not readings of one target: 6', far above what an
 // instrument out of adjustment shows between its faces, and far below the turn of a circle between rounds.
 constexpr double kSameReading = 0.1 * utils::kPi / 180.0;
-// Rounds that differ by more from their mean, 30", are told.
-constexpr double kRoundTolerance = 30.0 / 3600.0 * utils::kPi / 180.0;
 // Metres. Below these coordinates are none, and two positions are the same.
 constexpr double kNoCoordinate = 1e-5;
 constexpr double kSamePosition = 1e-4;
@@ -241,32 +239,24 @@ class Reducer {
     result.spreads.push_back({station.name, target, last, distance.least, distance.greatest, distance.count, isOfTwo});
   }
 
-  void joinRounds(Station& station, std::vector<CircleMean>& means) {
-    // Rounds by target, so that each is looked at again only when one of its targets has been placed.
-    std::vector<std::vector<std::size_t>> roundsOf(means.size());
-    std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>> ready;
-    std::vector<bool> joined(station.rounds.size(), false);
+  void joinRounds(Station const& station, std::vector<CircleMean>& means) {
+    std::vector<detail::CirclePart> parts(station.rounds.size());
     bool const isOneFaced = tellOneFaced(station);
-    for (std::size_t r = 0; r < station.rounds.size(); ++r) {
+    for (std::size_t r = 0; r < parts.size(); ++r) {
       Round const& round = station.rounds[r];
       tellFaces(station, round, isOneFaced);
-      if (ready.empty() && !round.targets.empty()) ready.push(r);
-      for (std::size_t i = 0; i < round.targets.size(); ++i) roundsOf[numberAt(station, round, i)].push_back(r);
-    }
-    for (bool isFirst = true; !ready.empty(); isFirst = false) {
-      std::size_t const next = ready.top();
-      ready.pop();
-      if (joined[next]) continue;
-      joined[next] = true;
-      Round const& round = station.rounds[next];
-      join(station, round, isFirst, means);
       for (std::size_t i = 0; i < round.targets.size(); ++i) {
-        std::vector<std::size_t>& others = roundsOf[numberAt(station, round, i)];
-        for (std::size_t const other : others) ready.push(other);
-        others.clear();
+        parts[r].directions.emplace_back(numberAt(station, round, i), round.targets[i].direction());
       }
     }
-    tellUnrelated(station, joined);
+    detail::JoinedCircle joined = detail::joinedCircle(parts, means.size(), [&](std::size_t r, std::size_t i) {
+      Round const& round = station.rounds[r];
+      tell(FieldFinding::Warning, station.name, {round.names.names()[i]},
+           Messages::tr("the direction differs by more than 30\" from that of the rounds before"),
+           round.targets[i].firstRow);
+    });
+    means = std::move(joined.means);
+    tellUnrelated(station, joined.isJoined);
   }
 
   void tellUnrelated(Station const& station, std::vector<bool> const& joined) {
@@ -277,25 +267,6 @@ class Reducer {
       tell(FieldFinding::Warning, station.name, round.names.names(),
            Messages::tr("the round has no target in common with the others of its station"),
            round.targets.front().firstRow);
-    }
-  }
-
-  void join(Station& station, Round const& round, bool isFirst, std::vector<CircleMean>& means) {
-    CircleMean turn;
-    if (isFirst) turn.add(0.0);
-    for (std::size_t i = 0; i < round.targets.size(); ++i) {
-      CircleMean const& mean = means[numberAt(station, round, i)];
-      if (!mean.isEmpty()) turn.add(mean.value() - round.targets[i].direction());
-    }
-    for (std::size_t i = 0; i < round.targets.size(); ++i) {
-      CircleMean& mean = means[numberAt(station, round, i)];
-      double const direction = round.targets[i].direction() + turn.value();
-      if (!mean.isEmpty() && std::abs(foldedAngle(direction - mean.value())) > kRoundTolerance) {
-        tell(FieldFinding::Warning, station.name, {round.names.names()[i]},
-             Messages::tr("the direction differs by more than 30\" from that of the rounds before"),
-             round.targets[i].firstRow);
-      }
-      mean.add(direction);
     }
   }
 

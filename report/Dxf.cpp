@@ -4,6 +4,7 @@
 #include "report/detail/Sheet.h"
 #include "report/detail/SvgText.h"
 
+#include <utils/Circle.h>
 #include <utils/Utf8.h>
 
 #include <algorithm>
@@ -21,7 +22,6 @@ constexpr std::size_t kLongestText = 250;  // a string of release 12 has at most
 constexpr int kEllipseCorners = 36;        // of an ellipse
 constexpr int kFewCorners = 16;            // where there are many ellipses
 constexpr std::size_t kManyPoints = 5000;
-constexpr double kDxfCircle = 6.283185307179586;
 
 struct Layer {
   std::string name;
@@ -249,8 +249,8 @@ void DxfWriter::writeEllipse(SitePoint const& point) {
   group(70, "1");  // closed
   int const corners = drawing.points.size() > kManyPoints ? kFewCorners : kEllipseCorners;
   for (int corner = 0; corner < corners; ++corner) {
-    double const along = major * std::cos(kDxfCircle * corner / corners);
-    double const across = minor * std::sin(kDxfCircle * corner / corners);
+    double const along = major * std::cos(utils::kFullCircle * corner / corners);
+    double const across = minor * std::sin(utils::kFullCircle * corner / corners);
     begin("VERTEX", ellipseLayer);
     group(10, plainNumber(point.y + along * east + across * north, 5));
     group(20, plainNumber(point.x + along * north - across * east, 5));

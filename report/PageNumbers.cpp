@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace kvn::detail {
@@ -26,12 +25,7 @@ std::string withMinus(std::string text) {
 }
 
 /// Tenths of a second, whole, so that nothing is carried into 60.
-std::string sexagesimal(long long tenths) {
-  std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%lld°%02lld′%02lld.%lld″", tenths / 36000, tenths / 600 % 60,
-                tenths / 10 % 60, tenths % 10);
-  return text.data();
-}
+std::string sexagesimal(double tenths) { return utils::Degree(tenths / 36000.0).toUtf8(utils::DDRMMRSS, 1); }
 
 }  // namespace
 
@@ -69,8 +63,8 @@ std::string percent(double share) { return shortest(100.0 * share) + " %"; }
 
 std::string angle(double radians) {
   double const tenths = std::round(std::abs(radians) * kDegreesPerRadian * 36000.0);
-  if (!(tenths < 1e17)) return kNone;
-  std::string const size = sexagesimal(static_cast<long long>(tenths));
+  if (!(tenths < kLongest)) return kNone;
+  std::string const size = sexagesimal(tenths);
   return radians < 0.0 && tenths > 0.0 ? kMinus + size : size;
 }
 
@@ -78,16 +72,10 @@ std::string azimuth(double radians) {
   constexpr double kCircle = 360.0 * 36000.0;
   double const tenths = std::round(std::fmod(radians * kDegreesPerRadian, 360.0) * 36000.0);
   if (!std::isfinite(tenths)) return kNone;
-  return sexagesimal(static_cast<long long>(std::fmod(tenths + kCircle, kCircle)));
+  return sexagesimal(std::fmod(tenths + kCircle, kCircle));
 }
 
-std::string axis(double radians) {
-  if (!std::isfinite(radians)) return kNone;
-  long const minutes = std::lround(radians * kDegreesPerRadian * 60.0) % (180L * 60L);
-  std::array<char, 48> text{};
-  std::snprintf(text.data(), text.size(), "%ld°%02ld′", minutes / 60, minutes % 60);
-  return text.data();
-}
+std::string axis(double radians) { return std::isfinite(radians) ? utils::axisText(radians) : kNone; }
 
 std::string oneTo(double value) {
   constexpr double kFinest = 1e-7;  // beyond what anything measures

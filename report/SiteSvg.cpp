@@ -4,6 +4,8 @@
 #include "report/detail/Sheet.h"
 #include "report/detail/SvgText.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -27,8 +29,7 @@ using detail::roundStep;
 using detail::Sheet;
 using detail::SvgText;
 
-constexpr double kDegree = 57.29577951308232;
-constexpr double kRightAngle = 1.5707963267948966;
+constexpr double kDegree = 180.0 / utils::kPi;
 constexpr double kLeft = 34.0;  // of the map, for the coordinates of the grid
 constexpr double kRight = 14.0;
 constexpr double kTop = 14.0;
@@ -421,7 +422,7 @@ void SvgWriter::takeEllipse(NamePlaces& places, std::size_t p) const {
   double const pixels = picture.ellipseScale * sheet->pixels;
   Place const at = placeOf(p);
   for (auto const& [length, bearing] :
-       {std::pair{axes.major, axes.bearing}, std::pair{axes.minor, axes.bearing + kRightAngle}}) {
+       {std::pair{axes.major, axes.bearing}, std::pair{axes.minor, axes.bearing + utils::kRightAngle}}) {
     double const right = length * pixels * std::sin(bearing);
     double const down = -length * pixels * std::cos(bearing);
     places.takeLine({at.x - right, at.y - down}, {at.x + right, at.y + down});

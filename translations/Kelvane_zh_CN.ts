@@ -1611,8 +1611,20 @@
         <translation>该测回与本站其他测回没有共同目标</translation>
     </message>
     <message>
+        <source>the edited direction counts once, in set-up %1 of %2 of its station</source>
+        <translation>经编辑的方向只计一次，属于该测站 %2 次设站中的第 %1 次</translation>
+    </message>
+    <message>
+        <source>the set-up has no target in common with the others of its station</source>
+        <translation>该次设站与本站其他设站没有共同目标</translation>
+    </message>
+    <message>
         <source>the direction differs by more than 30&quot; from that of the rounds before</source>
         <translation>该方向与此前测回之差超过 30"</translation>
+    </message>
+    <message>
+        <source>the direction differs by more than 30&quot; from that of the set-ups before</source>
+        <translation>该方向与此前设站之差超过 30"</translation>
     </message>
     <message>
         <source>sighted on one face only</source>
@@ -2075,6 +2087,10 @@
         <translation>%2 个观测值中有 %1 个在同一测站重复给出；以最先给出的为准：%3</translation>
     </message>
     <message>
+        <source>%1 of %2 observations are given more than once from a station and count once, by their mean: %3</source>
+        <translation>%2 个观测值中有 %1 个在同一测站重复给出；取其平均值，只计一次：%3</translation>
+    </message>
+    <message>
         <source>the file is empty</source>
         <translation>文件为空</translation>
     </message>
@@ -2185,6 +2201,82 @@
     <message>
         <source>a project file cannot tell that no direction was observed from %1 to %2; a .in2 file can</source>
         <translation>项目文件不能表示 %1 至 %2 未观测方向；.in2 文件可以</translation>
+    </message>
+    <message>
+        <source>A project file keeps one set-up a station: those of %1 are turned onto the first one, and what is observed again counts once; a .in2 file keeps them all</source>
+        <translation>项目文件对每个测站只保存一次设站：%1 的各次设站已归算到第一次，重复观测只计一次；.in2 文件可以全部保存</translation>
+    </message>
+    <message>
+        <source>A project file does not keep these options, without which the numbers are others: %1</source>
+        <translation>项目文件不保存下列选项，缺少它们结果会不同：%1</translation>
+    </message>
+    <message>
+        <source>errors of distances as the root of both parts</source>
+        <translation>距离误差取两部分平方和的根</translation>
+    </message>
+    <message>
+        <source>centring %1 mm</source>
+        <translation>对中误差 %1 mm</translation>
+    </message>
+    <message>
+        <source>errors of known coordinates %1 mm</source>
+        <translation>已知坐标误差 %1 mm</translation>
+    </message>
+    <message>
+        <source>a free network</source>
+        <translation>自由网</translation>
+    </message>
+    <message>
+        <source>errors and tests by the a-priori unit weight error</source>
+        <translation>按先验单位权中误差计算误差和检验</translation>
+    </message>
+    <message>
+        <source>confidence %1</source>
+        <translation>置信度 %1</translation>
+    </message>
+    <message>
+        <source>suspects left out</source>
+        <translation>剔除可疑观测值</translation>
+    </message>
+    <message>
+        <source>suspects weighed down</source>
+        <translation>降低可疑观测值的权</translation>
+    </message>
+    <message>
+        <source>limit of an angle %1&quot;</source>
+        <translation>角度限差 %1"</translation>
+    </message>
+    <message>
+        <source>limit of the closing error 1:%1</source>
+        <translation>闭合差限差 1:%1</translation>
+    </message>
+    <message>
+        <source>a traverse computed whatever it misses by</source>
+        <translation>不论闭合差多大都计算导线</translation>
+    </message>
+    <message>
+        <source>errors of zenith angles %1&quot;</source>
+        <translation>天顶距误差 %1"</translation>
+    </message>
+    <message>
+        <source>errors of heights of instrument and target %1 mm</source>
+        <translation>仪器高和目标高误差 %1 mm</translation>
+    </message>
+    <message>
+        <source>refraction %1</source>
+        <translation>折光系数 %1</translation>
+    </message>
+    <message>
+        <source>error of the refraction %1</source>
+        <translation>折光系数误差 %1</translation>
+    </message>
+    <message>
+        <source>%1 approximate coordinates</source>
+        <translation>%1 个近似坐标</translation>
+    </message>
+    <message>
+        <source>a project file keeps one set-up a station, and those of %1 have no target in common; a .in2 file keeps them all</source>
+        <translation>项目文件对每个测站只保存一次设站，而 %1 的各次设站没有共同目标；.in2 文件可以全部保存</translation>
     </message>
     <message>
         <source>a file of this kind holds the readings of a field book, which there are none of</source>

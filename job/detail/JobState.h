@@ -15,12 +15,22 @@
 #include "records/Network.h"
 #include "reduction/FieldReduction.h"
 
+#include <utils/detail/PrivateData.h>
+
 #include <QString>
-#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 namespace kvn::detail {
+
+/// Hashes that tell whether a line of the project is still what it was.
+struct LineMark {
+  std::uint64_t id = 0;
+  std::uint64_t ends = 0;       ///< both names
+  std::uint64_t direction = 0;  ///< with the ends
+  std::uint64_t distance = 0;   ///< with the ends
+};
 
 /// What was found out about a file beside what went into the project.
 struct OpenedFile {
@@ -28,10 +38,12 @@ struct OpenedFile {
   FieldTextCheck text;                     ///< of field jobs and project files
   std::vector<FieldFinding> toldFindings;  ///< on the text of a network file, which its reader has told as messages
   FieldReduction reduction;                ///< of rows; its observations are below
-  /// Every observation by itself, with its line, of rows and of a network file read with care. They belong to the
-  /// network of the project as long as that has this mark: a host may have edited its lines since.
+  /// Every observation by itself, with its line, of rows and of a network file read with care. A host may have edited
+  /// the lines of the project since; see `observationsNow`.
   PlaneNetwork observations;
-  std::size_t networkMark = 0;
+  std::vector<LineMark> lineMarks;  ///< of the lines that the project had of them
+  std::uint64_t knownMark = 0;      ///< of its known points
+  bool areLinesJoined = false;  ///< the lines of a station are on the circle of its first set-up, as those of rows are
 
   /// Takes the reduction of the rows and leaves its network in the project.
   void takeReduction(FieldReduction&& made, Project& project);
@@ -46,7 +58,9 @@ struct OpenedFile {
   std::vector<FieldFinding> placed(std::vector<FieldFinding> list) const;
 };
 
-struct JobState {
+struct KELVANE_PRIVATE JobState {
+  KELVANE_LATER_MEMBER
+
   std::shared_ptr<Project> project;
   QString file;
   bool asRead = false;

@@ -96,6 +96,31 @@ std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
 std::vector<FieldFinding> tellContradictions(JobState const& state, PlaneNetwork const& network);
 /// Says how many that are, if any.
 void tellUnusedApproximate(JobState const& state, std::size_t unused);
+/// Whether the lines of the project's network are those of the file that was opened, edited or not.
+bool hasObservationsOfFile(JobState const& state);
+/// The observations of the job as they are now, without errors. Known points are those of the project. A line that is
+/// as it was read has all of its observations; one that is edited or new has one direction, in the set-up that it was
+/// read in, else in the first one of its station, and one distance; the other of the two stays where it alone is
+/// edited. Where the lines are not those of the file, they are the observations.
+/// @param findings  edited directions of stations that have several set-ups; may be null.
+/// @throws AlgorithmException with the number of an edited line that holds no observation.
+PlaneNetwork observationsNow(JobState const& state, std::vector<FieldFinding>* findings = nullptr);
+std::vector<FieldFinding> findingsOnEdits(JobState const& state);
+
+/// The lines of the project with one circle a station.
+struct OneCircle {
+  Network network;                     ///< what is given more than once is a mean
+  std::vector<std::string> stations;   ///< with several set-ups, turned onto the first one by their common targets
+  std::vector<FieldFinding> findings;  ///< directions that do not agree with those of the set-ups before
+  std::vector<FieldFinding> lost;      ///< set-ups that no common target leads to
+};
+OneCircle oneCircle(JobState const& state);
+/// @throws JobException for set-ups of a station without a common target.
+void requireOneCircle(QString const& file, OneCircle const& circle);
+/// Its network. @throws JobException as `requireOneCircle`.
+Network networkOnOneCircle(JobState const& state);
+/// Lines of a station that follow each other are one set-up when a network is read from a project.
+void groupByStation(Network& network);
 /// The observations of the job, without errors, and the points that are observed.
 PlaneNetwork observedNetwork(JobState const& state);
 /// By the settings and options of the job.
@@ -108,6 +133,8 @@ void tellUnchecked(PlaneAdjustment const& adjustment);
 void requireObservations(JobState const& state);
 /// Plans the network of the job. @throws JobException; what the plan throws.
 void planNetwork(JobState& state, utils::IProcessCancel const& cancel);
+/// The options of the job that are not the default ones, in words: a project has none of them.
+QStringList optionsBesideProject(JobState const& state);
 /// How the options adjust and judge.
 PlaneSettings settingsOf(PlaneOptions const& options);
 /// Adjusts the observations by themselves. @throws JobException; what the adjustment throws.
@@ -116,8 +143,8 @@ void adjustPlane(JobState& state, utils::IProcessCancel const& cancel);
 std::vector<CoordinatePointInfo> coordinatesOf(PlaneAdjustment const& adjustment);
 /// The points of all chains and those beside them, each once.
 std::vector<CoordinatePointInfo> coordinatesOf(std::vector<TraverseResult> const& traverses);
-/// What the network of the project lacks of the observations of its file, since it has one direction and distance a
-/// line; with the lines, and empty where it has all.
+/// What a network of one direction and distance a line lacks of the observations of the job, with the lines of the
+/// file; empty where it has all.
 QString textOfRepeated(JobState const& state);
 /// @throws JobException for a round that the network of the rows lacks.
 void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldReduction const& reduction);
@@ -125,8 +152,6 @@ void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldRedu
 /// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
 std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
-/// Whether the observations that were read still belong to the network of the project.
-bool hasOriginalObservations(JobState const& state);
 TraverseErrors traverseErrors(JobState const& state, std::vector<TraverseInfo> const& stations,
                               ObservedRounds const& observed);
 /// Judges the misclosures where there are some and the a-priori errors can be used.

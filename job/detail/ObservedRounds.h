@@ -14,8 +14,8 @@
 
 namespace kvn::detail {
 
-/// Of a field book the rounds of its set-ups, which a single traverse averages. A network file has each direction and
-/// distance once, and so have lines that the host has edited.
+/// A single traverse averages the rounds of a field book and what a network file gives more than once. Lines that the
+/// host has edited have each direction and distance once.
 class ObservedRounds {
  public:
   explicit ObservedRounds(JobState const& state);

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <system_error>
 
@@ -220,6 +221,14 @@ double Degree::bytesToDouble(std::string_view text, DMSFormat format, bool* vali
   if (valid != nullptr) *valid = good;
   if (!good) return 0.0;
   return format == DDPMMSSToRadian ? double(Degree(result).toRadian()) : result;
+}
+
+std::string axisText(double radians) {
+  if (!std::isfinite(radians)) return {};
+  long const minutes = std::lround(radians * (180.0 / kPi) * 60.0) % (180L * 60L);
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%ld°%02ld′", minutes / 60, minutes % 60);
+  return text.data();
 }
 
 double Degree::stringtoDouble(QString const& text, DMSFormat format, bool* valid) {

@@ -62,4 +62,7 @@ class KELVANE_EXPORT Degree {
   double value;
 };
 
+/// Direction of an axis, which has no sign: 123°45′, below 180°. Empty for what is not finite.
+KELVANE_EXPORT std::string axisText(double radians);
+
 }  // namespace utils

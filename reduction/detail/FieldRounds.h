@@ -1,10 +1,10 @@
 // What a field book holds of each station: occupations, rounds, targets.
 #pragma once
 
-#include <utils/Circle.h>
 #include "adjust/NameIndex.h"
 #include "adjust/PlaneNetwork.h"
 #include "records/Network.h"
+#include "reduction/detail/JoinedCircle.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -14,23 +14,6 @@
 #include <vector>
 
 namespace kvn::detail {
-
-/// Mean of readings on the circle, all near the first one.
-class CircleMean {
- public:
-  void add(double angle) {
-    if (count == 0) first = angle;
-    sum += utils::foldedAngle(angle - first);
-    ++count;
-  }
-  bool isEmpty() const { return count == 0; }
-  double value() const { return first + sum / count; }
-
- private:
-  double first = 0.0;
-  double sum = 0.0;
-  int count = 0;
-};
 
 /// One target in one round.
 struct SightedTarget {

@@ -1,12 +1,14 @@
 #include "report/detail/PointColumns.h"
 
+#include <utils/Circle.h>
+
 #include <cmath>
 
 namespace kvn::detail {
 namespace {
 
 constexpr double kMillimetres = 1000.0;
-constexpr double kDegrees = 57.29577951308232;
+constexpr double kDegrees = 180.0 / utils::kPi;
 
 using Source = SiteDrawing::Source;
 

@@ -156,6 +156,19 @@ TEST(AdjustmentSteps, BeginWithNormalEquationsOfZeros) {
   }
 }
 
+TEST(AdjustmentSteps, RefuseUnknownsThatAreNotThere) {
+  double const a[4] = {1.0, 1.0, 1.0, 1.0};
+  int const first[4] = {0, 1, 2, 3};
+  Steps steps;
+  EXPECT_THROW(steps.calculateQQ(a, first), kvn::AlgorithmException);
+  EXPECT_THROW(steps.calculateBTPBi(a, first, 1.0, 0.0, 4), kvn::AlgorithmException);
+  steps.readAlgorithmData(grid(5));
+  for (int const wrong : {-1, 75}) {
+    int const at[4] = {0, 1, wrong, 3};
+    EXPECT_THROW(steps.calculateQQ(a, at), kvn::AlgorithmException);
+  }
+}
+
 TEST(AdjustmentSteps, RunOutOfNumbersWithTheTable) {
   Steps steps;
   EXPECT_EQ(steps.getPointNumber("A"), -1);

@@ -130,6 +130,22 @@ TEST(ExecCommand, KeepsTheNetworkOfAFieldBookWhoseRowsACommandHasEmptied) {
   EXPECT_EQ(program.run({"show", "job.kvn", "--json"}).json()["lines"].size(), 2U);
 }
 
+TEST(ExecCommand, KeepsTheObservationsOfLinesThatNoCommandHasEdited) {
+  Program const program;
+  std::string const text =
+      "2,3,2\nA,0.0000,0.0000\nB,0.0000,100.0000\nA\nB,L,0.000000\nP,L,300.000000\nP,S,100.0000\nP,S,100.0020\n"
+      "A\nC,L,10.000000\nQ,L,20.000000\n";
+  program.write("net.in2", text);
+  std::string const add =
+      R"({"name": "AddNetworkDataCMD", "in": {"data": {"index": 0, "StartName": "B", "EndName": "A", "HorizontalAngle": 0}}})";
+  test::Run const run = program.run({"exec", "--open", "net.in2", "--save", "net.in2"}, listOf(add));
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(program.read("net.in2"), text + "B\nA,L,0.000000\n");
+  EXPECT_THAT(program.run({"exec", "--open", "net.in2", "--save", "net.kvn", "-q"}, "[]").err,
+              HasSubstr("those of A have no target in common"));
+  EXPECT_EQ(program.shell("test -e net.kvn").exitCode, 1);
+}
+
 TEST(ExecCommand, AJobThatACommandHasOpenedKeepsItsKnownStations) {
   Program const program;
   program.write("job.lqf", "JOB J1\nINST T2\nSTA A,1.5,\nXYZ 10,20,5\nSC B,1.6,\nHVD 3600,324000,7\n");

@@ -367,7 +367,8 @@ TEST(Convert, TellsWhatAFileLacksThoughQuiet) {
   Program const program;
   program.write("net.in2", kRepeated);
   char const* const says =
-      "3 of 6 observations are given more than once from a station; the first ones count: line 10, line 8, line 11\n";
+      "3 of 6 observations are given more than once from a station and count once, by their mean: line 10, line 8, "
+      "line 11\n";
   EXPECT_THAT(program.run({"convert", "net.in2", "net.kvn", "-q"}).err, HasSubstr(says));
   EXPECT_THAT(program.run({"adjust", "net.in2", "--save", "net.kvn", "-q"}).err, HasSubstr(says));
   // Commands know one observation of a kind in a line.

@@ -104,6 +104,18 @@ bool computesInDerivedClasses() {
          Derived<kvn::ConnectTraverse>().isWhole();
 }
 
+bool opensInDerivedClasses(char const* file) {
+  Derived<kvn::CarefulCosaCollection> reader;
+  reader.setKeepObservations(true);
+  reader.read(std::string(file));
+  Derived<kvn::CarefulCosaCollection> const copied(reader);
+  Derived<kvn::Job> job;
+  job.open(QString::fromUtf8(file));
+  job.adjust();
+  return reader.isWhole() && copied.isWhole() && job.isWhole() && job.planeAdjustment() != nullptr &&
+         job.planeAdjustment()->network().directions.size() == copied.getObservations().directions.size();
+}
+
 bool showsInDerivedClasses(char const* file) {
   Derived<kvn::Project> project;
   project.read(QString::fromUtf8(file));
@@ -133,7 +145,7 @@ int main(int, char** argv) {
   system.setConfigFile(QString());
   auto const project = system.createProject();
   return adjusts(*project, argv[1]) && runsCommands(*project) && annotates() && findsData() && converts() &&
-                 computesInDerivedClasses() && showsInDerivedClasses(argv[1])
+                 computesInDerivedClasses() && opensInDerivedClasses(argv[1]) && showsInDerivedClasses(argv[1])
              ? 0
              : 1;
 }

@@ -194,6 +194,36 @@ TEST_F(JobInFolder, TakesCoordinatesAndHeightsIntoTheProjectAndReadsThemBack) {
   EXPECT_EQ(coordinate(again, "P").Z, coordinate(job, "P").Z);
 }
 
+TEST_F(JobInFolder, LeavesOfTheCoordinateListWhatTheRunDoesNotKnow) {
+  struct Case {
+    int method;
+    Job::Reading reading;
+  };
+  for (Case const& c :
+       {Case{0, Job::Reading::Careful}, Case{1, Job::Reading::Careful}, Case{0, Job::Reading::AsRead}}) {
+    SCOPED_TRACE(c.method);
+    job.open(written("first.in2", test::kFirstNetwork), c.reading);
+    std::vector<CoordinatePointInfo> list(2);
+    list[0].name = "Z9";
+    list[0].signal = "kerb";
+    list[0].N = 5.0;
+    list[0].Z = 7.0;
+    list[1].name = "P";
+    list[1].signal = "mast";
+    list[1].Z = 55.134;
+    job.project()->setCoordinatePointList(list);
+    job.project()->getConfigure().AdjustMethod = c.method;
+    job.adjust();
+    job.takeResults();
+    EXPECT_TRUE(coordinate(job, "Z9") == list[0]);
+    EXPECT_EQ(coordinate(job, "P").signal, "mast");
+    EXPECT_EQ(coordinate(job, "P").Z, 55.134);
+    EXPECT_NEAR(coordinate(job, "P").N, 1100.0, 0.02);
+    EXPECT_EQ(job.project()->getCoordinatePointList().size(), 4U);
+    EXPECT_EQ(coordinate(job, "B").E, 1200.0);
+  }
+}
+
 TEST_F(JobInFolder, GivesThePlaneWhereHeightsCannotBeUsed) {
   std::string const book = test::kFieldBook;
   std::string const height = "STA,A,";
@@ -225,6 +255,26 @@ TEST_F(JobInFolder, SavesEveryKindThatCanHoldItAndNothingElse) {
   EXPECT_THAT(failureOf([&] { job.save(kept); }),
               HasSubstr("kept.txt: the name \"a,b\" cannot stand in a file of this kind"));
   EXPECT_EQ(test::fileBytes(kept), "old");
+}
+
+TEST_F(JobInFolder, NamesTheOptionsThatAProjectFileDoesNotKeep) {
+  job.open(written("first.in2", test::kFirstNetwork));
+  job.save(path("plain.kvn"));
+  EXPECT_TRUE(host.messages.empty());
+  PlaneOptions plane;
+  plane.distanceForm = ObservationErrors::Form::Root;
+  plane.centring = 0.02;
+  job.setPlaneOptions(plane);
+  HeightOptions heights;
+  heights.refraction = 0.2;
+  job.setHeightOptions(heights);
+  job.save(path("net.in2"));
+  EXPECT_TRUE(host.messages.empty());
+  job.save(path("net.kvn"));
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].first,
+            "A project file does not keep these options, without which the numbers are others: errors of distances as "
+            "the root of both parts; centring 20 mm; refraction 0.2");
 }
 
 TEST_F(JobInFolder, KeepsItsRowsWhereAFileCannotHoldAllOfThem) {

@@ -1,0 +1,51 @@
+// JoinedCircle: directions of several positions of a circle, turned onto the first one.
+#pragma once
+
+#include <utils/Circle.h>
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace kvn::detail {
+
+/// Mean of readings on the circle, all near the first one.
+class CircleMean {
+ public:
+  void add(double angle) {
+    if (count == 0) first = angle;
+    sum += utils::foldedAngle(angle - first);
+    ++count;
+  }
+  bool isEmpty() const { return count == 0; }
+  double value() const { return first + sum / count; }
+
+ private:
+  double first = 0.0;
+  double sum = 0.0;
+  int count = 0;
+};
+
+/// What was read in one position of the circle: a round of a field book, a set-up of a network.
+struct CirclePart {
+  std::vector<std::pair<std::size_t, double>> directions;  ///< number of the target, radians
+};
+
+struct JoinedCircle {
+  std::vector<CircleMean> means;  ///< by target, on the circle of the first part; empty where no joined part has it
+  std::vector<bool> isJoined;     ///< by part; false where no common target leads to the first one
+};
+
+/// Turns each part of a station onto those before by the mean difference of their common targets; each counts one in
+/// the means. Near-linear in the number of directions.
+///
+/// @param tell  part and place in it of a direction that differs from the mean of those before by more than
+///              `kRoundTolerance`.
+JoinedCircle joinedCircle(std::vector<CirclePart> const& parts, std::size_t targets,
+                          std::function<void(std::size_t part, std::size_t place)> const& tell);
+
+/// Directions to one target that differ by more from their mean, 30", are told; radians.
+constexpr double kRoundTolerance = 30.0 / 3600.0 * utils::kPi / 180.0;
+
+}  // namespace kvn::detail
