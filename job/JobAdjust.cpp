@@ -10,6 +10,7 @@
 #include "job/detail/JobSteps.h"
 #include "job/detail/ObservedRounds.h"
 #include "records/detail/Messages.h"
+#include "records/detail/Recorded.h"
 #include "reduction/CircleTurning.h"
 
 #include <algorithm>
@@ -122,6 +123,26 @@ TraverseResult resultOf(AlgorithmAdjust const& adjustment, int method, Network c
   return result;
 }
 
+/// Distances from the ends of a chain to the known points that give it its azimuths, each the mean of its repetitions.
+std::vector<detail::SideSight> markDistancesOf(TraverseResult const& result, Network const& network) {
+  std::vector<std::pair<std::size_t, std::string>> marks{{0, result.stations.front().backPoint.name}};
+  bool const isClosing = result.summary.hasMisclosure && result.closing == TraverseClosing::AtStation;
+  if (isClosing) marks.emplace_back(result.stations.size() - 1, result.stations.back().forePoints.front().name);
+  std::vector<detail::SideSight> list;
+  for (auto const& [place, mark] : marks) {
+    double sum = 0.0;
+    int count = 0;
+    for (NetworkDataInfo const& line : network.lines) {
+      bool const isIt = line.start_name == result.stations[place].stationPoint.name && line.end_name == mark;
+      if (!isIt || !(line.horizontal_distance > detail::kNotMeasured)) continue;
+      sum += line.horizontal_distance;
+      ++count;
+    }
+    if (count > 0) list.push_back({place, mark, 0.0, sum / count});
+  }
+  return list;
+}
+
 /// A traverse with the calculator that made it, null of one that none can make.
 struct Single {
   TraverseResult result;
@@ -180,9 +201,18 @@ Computed byReadings(detail::JobState const& state, Configure const& configure, u
     return done;
   }
   TraverseResult result = resultOf(*run, configure.AdjustMethod, done.network, state);
-  if (!state.asRead && detail::faultOfErrors(configure, done.network).isEmpty()) {
-    TraverseErrors const errors = detail::traverseErrors(state, result.stations, detail::ObservedRounds(state));
-    detail::addPointErrors(result, done.network.knownPoints, errors);
+  if (!state.asRead) {
+    detail::ObservedRounds const observed(state);
+    TraverseErrors const errors = detail::traverseErrors(state, result.stations, observed);
+    bool const hasErrors = detail::faultOfErrors(configure, done.network).isEmpty();
+    detail::TraverseWalk walk;
+    walk.markDistances = markDistancesOf(result, state.project->getNetwork());
+    for (detail::SideSight& mark : walk.markDistances) {
+      std::string const& at = result.stations[mark.station].stationPoint.name;
+      mark.distances = std::max(1.0, observed.distancesOneWay(at, mark.target));
+    }
+    detail::addChecks(result, walk, done.network.knownPoints, hasErrors ? &errors : nullptr);
+    if (hasErrors) detail::addPointErrors(result, done.network.knownPoints, errors);
   }
   done.traverses.push_back({std::move(result), std::move(run)});
   return done;

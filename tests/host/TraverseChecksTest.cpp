@@ -125,7 +125,8 @@ TEST(TraverseChecks, CompareKnownPointsThatTheChainDoesNotNeed) {
   };
   for (Case const& c : cases) {
     SCOPED_TRACE(c.file);
-    Computed const done = adjusted(c.file, "traverse");
+    // A file that is a chain and no more goes another way with `open`.
+    Computed const done = adjusted(c.file, c.kind == std::string("distance") ? "open" : "traverse");
     ASSERT_EQ(done.json["checks"].size(), 1U);
     Json::Value const& check = done.json["checks"][0];
     EXPECT_EQ(check["kind"].asString(), c.kind);
