@@ -91,6 +91,8 @@ struct HeightReduction {
   std::vector<LeftOutSight> leftOut;  ///< in row order
   /// Known stations to which later rows give another height, by name, each once.
   std::vector<std::string> contradicted;
+  /// Stations of unknown height that no usable sight leaves or reaches, which are left out of the network; by name.
+  std::vector<std::string> withoutSights = {};
 };
 
 /// The sights of a field book. A vertical reading V is the zenith angle V on the first face (V below π) and 2π - V on

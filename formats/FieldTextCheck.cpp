@@ -98,7 +98,8 @@ class TraverseTextLook {
     findings.target = isSight ? fields[1] : std::string_view();
     findings.lookAtNumber(fields[2]);
     if (isSight) findings.lookAtAngle(fields[4]);
-    if (isSight) findings.lookAtAngle(fields[5]);
+    // A book for the plane alone may have no vertical readings; what a distance loses by that is told with the row.
+    if (isSight && !fields[5].empty()) findings.lookAtAngle(fields[5]);
     for (std::size_t i = isSight ? 6 : 4; i < fields.size(); ++i) findings.lookAtNumber(fields[i]);
   }
 

@@ -68,6 +68,28 @@ void adjust(Session& session) {
   session.job().setProgressCall({});
 }
 
+/// What the run has not told itself; what may cost most first, then by line.
+std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
+  auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
+  sortFindings(findings);
+  sortByCost(findings);
+  return findings;
+}
+
+/// A traverse that misses by far may do so by what the file tells: that is printed ahead of the refusal.
+void adjustOrTell(Session& session) {
+  try {
+    adjust(session);
+  } catch (JobMisclosureException const& failure) {
+    std::vector<FieldFinding> all = failure.findings;
+    std::vector<FieldFinding> const beside = findingsBesideTheRun(session.job());
+    all.insert(all.end(), beside.begin(), beside.end());
+    sortByCost(all);
+    tellWarnings(all);
+    throw JobMisclosureException(failure.file, failure.text, std::move(all));
+  }
+}
+
 /// What is read with care has adjusted its heights with the plane, or said why not.
 void adjustHeightsForExchange(Session& session) {
   Job& job = session.job();
@@ -96,14 +118,6 @@ void saveResults(Session& session, QString const& path, ExchangeChoice const& ch
         System::tr("%1 holds the observations, not the adjusted coordinates").arg(session.shown(path)), Warning);
   }
   saveJob(session, path, choice);
-}
-
-/// What the run has not told itself; what may cost most first, then by line.
-std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
-  auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
-  sortFindings(findings);
-  sortByCost(findings);
-  return findings;
 }
 
 std::vector<FieldFinding> withFindingsOfTheRun(Job const& job, std::vector<FieldFinding> const& beside) {
@@ -188,8 +202,8 @@ int runAdjust(QStringList const& arguments) {
     if (!out.isEmpty()) Job::requireWritableKind(out, savableKinds());
     session.open(options->file, options->asRead ? Job::Reading::AsRead : Job::Reading::Careful);
     useOptions(session, *options);
-    adjust(session);
-    // After the run: a refused job prints exactly one line.
+    adjustOrTell(session);
+    // After the run: a job that cannot be computed prints exactly one line.
     std::vector<FieldFinding> findings;
     if (!options->asRead) findings = findingsBesideTheRun(session.job());
     tellWarnings(findings);
@@ -199,7 +213,7 @@ int runAdjust(QStringList const& arguments) {
     if (!options->asRead) findings = withFindingsOfTheRun(session.job(), findings);
     bool const isPrinted = options->json || !(options->quiet || options->saveFile == kStream);
     if (isPrinted) report(session, findings, *options);
-    return saved ? Done : Refused;
+    return saved && !hasErrors(findings) ? Done : Refused;
   });
 }
 

@@ -1,6 +1,7 @@
 // report: what adjust computes, as a page to look at, to print and to hand over.
 #include "Commands.h"
 #include "Failures.h"
+#include "FindingsText.h"
 #include "Options.h"
 #include "Output.h"
 #include "PlaneSetup.h"
@@ -68,7 +69,8 @@ int runReport(QStringList const& arguments) {
     if (isListAlone(session.project())) tellWithoutPlace(siteDrawingOf(session.job()));
     bool const saved =
         save(session, out, [&page](Session& of, QString const& path) { saveReport(of.job(), path, page); });
-    return finishSaving(session, options->outFile, saved, options->json);
+    int const code = finishSaving(session, options->outFile, saved, options->json);
+    return hasErrors(session.job().findingsOf(Job::AdjustmentRun)) ? Refused : code;
   });
 }
 

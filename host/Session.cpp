@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "Failures.h"
+#include "FindingsText.h"
 #include "Output.h"
 
 #include <QFileInfo>
@@ -12,7 +13,7 @@
 namespace kvn::host {
 namespace {
 
-int refuse(QString const& file, QString const& text, bool json) {
+int refuse(QString const& file, QString const& text, bool json, std::vector<FieldFinding> const& findings = {}) {
   printLine(printable(file.isEmpty() ? QString("kelvane: %1").arg(text) : QString("kelvane: %1: %2").arg(file, text)));
   if (json) {
     Json::Value failure;
@@ -20,6 +21,7 @@ int refuse(QString const& file, QString const& text, bool json) {
     failure["code"] = 0;  // unknown, as the commands tell a failure that has no number of its own
     failure["message"] = text.toStdString();
     if (!file.isEmpty()) failure["file"] = file.toStdString();
+    if (!findings.empty()) failure["findings"] = findingsJson(findings);
     try {
       printJson(failure);
     } catch (std::runtime_error const&) {  // NOLINT(bugprone-empty-catch): the failure itself has been told
@@ -31,6 +33,8 @@ int refuse(QString const& file, QString const& text, bool json) {
 int runGuarded(Session& session, bool json, std::function<int(Session&)> const& run) {
   try {
     return run(session);
+  } catch (JobMisclosureException const& failure) {
+    return refuse(session.shown(failure.file), refusalText(failure), json, failure.findings);
   } catch (JobException const& failure) {
     return refuse(session.shown(failure.file), refusalText(failure), json);
   } catch (AlgorithmException const& failure) {

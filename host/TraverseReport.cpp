@@ -18,7 +18,14 @@ TraverseReport::TraverseReport(QString path, Configure const& settings, Traverse
       stations(traverse.stations),
       points(traverse.points),
       knownNames(namesOf(observed.knownPoints)),
-      heights(pointHeights) {}
+      heights(pointHeights) {
+  for (std::size_t i = 0; i < result.pointErrors.size(); ++i) errors.emplace(points[i].name, result.pointErrors[i]);
+}
+
+TraversePointError TraverseReport::errorOf(std::string const& name) const {
+  auto const found = errors.find(name);
+  return found == errors.end() ? TraversePointError() : found->second;
+}
 
 double TraverseReport::angularMisclosure() const {
   std::size_t const angles = stations.size() - (result.closing == TraverseClosing::OnItself ? 1 : 0);

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -43,6 +44,10 @@ class TraverseReport {
   QString misclosureText() const;
   QString sidePointsText() const;
   QString allowedText() const;
+  QString checksText() const;
+  QStringList errorCells(std::string const& name) const;
+  /// By the a-priori errors; NaN where there are none.
+  TraversePointError errorOf(std::string const& name) const;
   QStringList row(QString const& name, QStringList const& observed, QStringList const& leg, PointInfo const& at) const;
   void addHeightColumns(std::vector<TextTable::Column>& columns) const;
   QStringList observedCells(std::size_t station) const;
@@ -55,6 +60,7 @@ class TraverseReport {
   void addJudgement(Json::Value& json) const;
   Json::Value pointsJson() const;
   Json::Value sidePointsJson() const;
+  Json::Value checksJson() const;
 
   QString file;
   Configure const& configure;
@@ -64,6 +70,7 @@ class TraverseReport {
   std::vector<TraverseInfo> const& stations;
   std::vector<PointInfo> const& points;
   std::unordered_set<std::string> knownNames;
+  std::unordered_map<std::string, TraversePointError> errors;
   PointHeights const& heights;
 };
 

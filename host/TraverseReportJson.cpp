@@ -17,6 +17,7 @@ Json::Value TraverseReport::json() const {
   if (summary.hasMisclosure) json["misclosure"] = misclosureJson();
   json["points"] = pointsJson();
   json["sidePoints"] = sidePointsJson();
+  json["checks"] = checksJson();
   json["heights"] = heights.json();
   json["version"] = kJsonVersion;
   return json;
@@ -112,6 +113,10 @@ Json::Value TraverseReport::pointsJson() const {
     json["x"] = number(point.x);
     json["y"] = number(point.y);
     json["known"] = knownNames.count(point.name) != 0;
+    TraversePointError const error = errorOf(point.name);
+    json["mx"] = number(error.mx);
+    json["my"] = number(error.my);
+    json["mp"] = number(error.mp);
     heights.addTo(json, point.name);
     list.append(json);
   }
@@ -136,6 +141,21 @@ Json::Value TraverseReport::sidePointsJson() const {
     json["offEast"] = number(side.offEast);
     json["offAllowed"] = number(side.offAllowed);
     heights.addTo(json, side.point.name);
+    list.append(json);
+  }
+  return list;
+}
+
+Json::Value TraverseReport::checksJson() const {
+  Json::Value list(Json::arrayValue);
+  for (TraverseCheck const& check : result.checks) {
+    Json::Value json;
+    json["kind"] = check.kind == TraverseCheck::Distance ? "distance" : "direction";
+    json["station"] = jsonText(check.station);
+    json["target"] = jsonText(check.target);
+    json["mark"] = check.mark.empty() ? Json::Value() : jsonText(check.mark);
+    json["off"] = number(check.off);
+    json["allowed"] = number(check.allowed);
     list.append(json);
   }
   return list;

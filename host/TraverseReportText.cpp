@@ -18,7 +18,16 @@ QString inSeconds(double radians) { return seconds(secondsOf(radians)) + QString
 
 }  // namespace
 
-QString TraverseReport::tablesText() const { return stationsText() + misclosureText() + sidePointsText(); }
+QString TraverseReport::tablesText() const {
+  return stationsText() + misclosureText() + sidePointsText() + checksText();
+}
+
+/// A closing error over the sum of the legs; one that is smaller than anything measures has no figure.
+QString oneTo(double relative) {
+  constexpr double kFinest = 1e-6;
+  if (!(relative > 0.0)) return "-";
+  return relative < kFinest ? QString("1 : >1000000") : QString("1 : %1").arg(1.0 / relative, 0, 'f', 0);
+}
 
 QString TraverseReport::headText() const {
   std::size_t const legs = closes() ? stations.size() - 1 : stations.size();
@@ -37,8 +46,16 @@ QStringList TraverseReport::row(QString const& name, QStringList const& observed
   for (int const correction : {8, 7, 2}) {
     if (!closes()) cells.removeAt(correction);
   }
+  if (!result.pointErrors.empty()) cells << errorCells(at.name);
   if (heights.exist()) cells << heights.cells(at.name);
   return cells;
+}
+
+/// Empty of known points.
+QStringList TraverseReport::errorCells(std::string const& name) const {
+  if (knownNames.count(name) != 0) return {"", "", ""};
+  TraversePointError const error = errorOf(name);
+  return {millimetres(error.mx), millimetres(error.my), millimetres(error.mp)};
 }
 
 void TraverseReport::addHeightColumns(std::vector<TextTable::Column>& columns) const {
@@ -74,6 +91,9 @@ QString TraverseReport::stationsText() const {
   }
   add(System::tr("North x [m]"));
   add(System::tr("East y [m]"));
+  for (char const* head : {"mx [mm]", "my [mm]", "mp [mm]"}) {
+    if (!result.pointErrors.empty()) add(head);
+  }
   addHeightColumns(columns);
   TextTable table(std::move(columns));
   QStringList const noLeg{"", "", "", "", ""};
@@ -84,7 +104,8 @@ QString TraverseReport::stationsText() const {
     PointInfo const& at = stations[i].stationPoint;
     table.add(row(textOf(at.name), observedCells(i), legCells(i), at));
   }
-  table.add(row(textOf(fore.name), {"", "", ""}, noLeg, fore));
+  // A check shot to where the chain begins has its point above.
+  if (!result.endsOnOwnPoint()) table.add(row(textOf(fore.name), {"", "", ""}, noLeg, fore));
   return titled(closes() ? System::tr("Traverse (v correction; azimuth and leg to the next point)")
                          : System::tr("Traverse (azimuth and leg to the next point)"),
                 table);
@@ -92,19 +113,24 @@ QString TraverseReport::stationsText() const {
 
 QString TraverseReport::misclosureText() const {
   if (!summary.hasMisclosure) return {};
-  QString const relative =
-      summary.relativeError > 0.0 ? QString("1 : %1").arg(1.0 / summary.relativeError, 0, 'f', 0) : QString("-");
   QString const angles = closes() ? System::tr("%1, each angle corrected by %2")
                                         .arg(inSeconds(angularMisclosure()), inSeconds(summary.angleCorrection))
                                   : QString("-");
-  return "\n" + System::tr("Misclosures") + "\n" +
-         labelled({{System::tr("Angles"), angles},
-                   {"fx", metres(summary.fx) + " m"},
-                   {"fy", metres(summary.fy) + " m"},
-                   {"fs", millimetres(summary.fs) + " mm"},
-                   {System::tr("Sum of legs"), metres(summary.sumDistance) + " m"},
-                   {System::tr("Relative"), relative}}) +
-         allowedText();
+  TraverseInfo const& last = stations.back();
+  std::vector<std::pair<QString, QString>> lines;
+  if (!closes()) {
+    lines.push_back({System::tr("Check shot"),
+                     System::tr("%1 to %2").arg(textOf(last.stationPoint.name), textOf(last.forePoints.front().name))});
+  }
+  std::vector<std::pair<QString, QString>> const figures{
+      {System::tr("Angles"), angles},
+      {"fx", metres(summary.fx) + " m"},
+      {"fy", metres(summary.fy) + " m"},
+      {"fs", millimetres(summary.fs) + " mm"},
+      {System::tr("Sum of legs"), metres(summary.sumDistance) + " m"},
+      {System::tr("Relative"), oneTo(summary.relativeError)}};
+  lines.insert(lines.end(), figures.begin(), figures.end());
+  return "\n" + System::tr("Misclosures") + "\n" + labelled(lines) + allowedText();
 }
 
 /// In 99 of 100 faultless traverses a misclosure is smaller than what is allowed.
@@ -132,9 +158,8 @@ QString TraverseReport::allowedText() const {
     add(System::tr("angles [″], limit"), judged.angle, limit, has, seconds(secondsOf(limit)));
   }
   if (limits.allowedRelative > 0.0) {
-    auto const oneTo = [](double value) { return QString("1 : %1").arg(value, 0, 'f', 0); };
-    add(System::tr("relative, limit"), judged.relative, 1.0 / limits.allowedRelative, oneTo(1.0 / judged.relative),
-        oneTo(limits.allowedRelative));
+    add(System::tr("relative, limit"), judged.relative, 1.0 / limits.allowedRelative, oneTo(judged.relative),
+        oneTo(1.0 / limits.allowedRelative));
   }
   return titled(System::tr("Misclosures and what the a-priori errors allow (99 %)"), table);
 }
@@ -159,6 +184,27 @@ QString TraverseReport::sidePointsText() const {
     table.add(cells);
   }
   return titled(System::tr("Side shots (nothing checks them, unless known; errors by the a-priori errors)"), table);
+}
+
+QString TraverseReport::checksText() const {
+  if (result.checks.empty()) return {};
+  TextTable table({{System::tr("From"), TextTable::Left},
+                   {System::tr("To"), TextTable::Left},
+                   {"", TextTable::Left},
+                   {System::tr("off by"), TextTable::Right},
+                   {System::tr("allowed"), TextTable::Right},
+                   {"", TextTable::Left}});
+  for (TraverseCheck const& check : result.checks) {
+    bool const isDistance = check.kind == TraverseCheck::Distance;
+    auto const figure = [isDistance](double value) {
+      if (std::isnan(value)) return QString("-");
+      return isDistance ? millimetres(value) + " mm" : inSeconds(value);
+    };
+    table.add({textOf(check.station), textOf(check.target),
+               isDistance ? System::tr("distance") : System::tr("direction"), figure(check.off), figure(check.allowed),
+               check.isBeyond() ? System::tr("beyond") : QString()});
+  }
+  return titled(System::tr("Sights to known points beside the chain"), table);
 }
 
 }  // namespace kvn::host

@@ -22,6 +22,10 @@ QString namesOf(FieldFinding const& finding) {
   for (std::string const& target : finding.targets) targets << recordText(target);
   if (finding.station.empty()) return listedNames(targets);
   QString const station = recordText(finding.station);
+  if (finding.traverse != FieldFinding::kNoRow && !targets.isEmpty()) {
+    if (targets.size() == 1) return Messages::tr("traverse from %1 to %2").arg(station, targets.first());
+    return Messages::tr("traverse from %1 over %2 to %3").arg(station, targets.first(), targets.last());
+  }
   return targets.isEmpty() ? station : Messages::tr("%1 to %2").arg(station, targets.join(", "));
 }
 

@@ -154,7 +154,9 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// A result that is doubtful is told as a `Warning` at the end: a unit weight error above 20, of a single traverse
   /// stations that it leaves out, legs without a distance that count as 0, and angles of a polygon that are off by more
   /// than half a circle. A misclosure beyond what the a-priori errors allow, or beyond a limit, is told with both
-  /// figures, and with the angle or leg that would explain it; so is a side shot to a known point that misses it.
+  /// figures, and with the angle or leg that would explain it; so are a side shot and any other sight to a known point
+  /// that misses it. Of several traverses one that cannot be computed, or misses by far, is told as an `Error` and a
+  /// finding of `AdjustmentRun`, and the others are computed.
   ///
   /// Single traverses have one circle a station: further set-ups of a network file are turned onto the first one by the
   /// mean difference of their common targets, as those of a field book are, and what is given more than once is a mean.
@@ -165,10 +167,10 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// squares, too, and `planeAdjustment` after all others. Nothing else in the library reads them: maps and files show
   /// the coordinate list, for which see `takeResults`.
   /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, a network that the
-  ///         observations do not determine, a single traverse over set-ups of a station without a common target, a
-  ///         misclosure above ten times what the a-priori errors allow, and when the
-  ///         host cancels. Plane and heights are one run: an earlier result stays as a whole then, its heights too,
-  ///         even where the plane was finished when the host cancelled.
+  ///         observations do not determine, a single traverse over set-ups of a station without a common target, and when
+  ///         the host cancels; JobMisclosureException where every traverse misses by more than ten times what the
+  ///         a-priori errors allow. Plane and heights are one run: an earlier result stays as a whole then, its heights
+  ///         too, even where the plane was finished when the host cancelled.
   void adjust();
   /// The last run, where it was a careful one by least squares; else null. Good until the next one.
   PlaneAdjustment const* planeAdjustment() const;

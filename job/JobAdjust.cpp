@@ -3,12 +3,14 @@
 #include "adjust/AlgorithmData.h"
 #include "adjust/TraverseLines.h"
 #include "adjust/traverse/TraverseSidePoints.h"
+#include "core/DataException.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "job/detail/ObservedRounds.h"
 #include "records/detail/Messages.h"
+#include "records/detail/Recorded.h"
 #include "reduction/CircleTurning.h"
 
 #include <algorithm>
@@ -60,6 +62,10 @@ void requireAdjustable(detail::JobState const& state) {
   }
 }
 
+void append(std::vector<FieldFinding>& list, std::vector<FieldFinding> const& more) {
+  list.insert(list.end(), more.begin(), more.end());
+}
+
 /// The network as the method wants it.
 Network prepared(Network const& network, int method, bool asRead) {
   if (method == kByLeastSquares || asRead) return network;
@@ -83,6 +89,9 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
   } catch (AlgorithmException const& failure) {
     if (configure.AdjustMethod == kByLeastSquares) throw;
     std::throw_with_nested(JobException(state.file, detail::explained(failure, configure.AdjustMethod)));
+  } catch (DataException const& failure) {
+    // A leg without a distance, which another way through the network may do without.
+    std::throw_with_nested(JobException(state.file, QString::fromUtf8(failure.what())));
   }
   // The calls of the host are for the time of the run.
   adjustment->setProgressCall({});
@@ -90,41 +99,65 @@ std::unique_ptr<AlgorithmAdjust> calculated(Network const& network, Configure co
   return adjustment;
 }
 
-/// An open traverse that ends on a known point misses it by something.
-void takeCheckShot(TraverseResult& result, Network const& network) {
-  PointInfo& fore = result.stations.back().forePoints.front();
-  PointInfo const& firstBack = result.stations.front().backPoint;
-  for (KnownPoint const& point : network.knownPoints) {
-    if (point.name != fore.name || point.name == firstBack.name) continue;
-    TraverseSummary& summary = result.summary;
-    result.closing = TraverseClosing::AtForePoint;
-    summary.hasMisclosure = true;
-    for (TraverseInfo const& station : result.stations) summary.sumDistance += station.distance;
-    summary.fx = fore.x - point.x;
-    summary.fy = fore.y - point.y;
-    summary.fs = std::hypot(summary.fx, summary.fy);
-    summary.relativeError = summary.fs / summary.sumDistance;
-    for (PointInfo* held : {&fore, &result.points.back()}) {
-      held->x = point.x;
-      held->y = point.y;
-    }
+/// A calculator takes the inner stations of its chain for unknown, and would move a known one.
+void requireKnownAtEnds(TraverseResult const& result, std::vector<KnownPoint> const& known, QString const& file) {
+  std::unordered_set<std::string> names;
+  for (KnownPoint const& point : known) names.insert(point.name);
+  std::size_t const end = result.method == kOpen ? result.stations.size() : result.stations.size() - 1;
+  for (std::size_t i = 1; i < end; ++i) {
+    std::string const& name = result.stations[i].stationPoint.name;
+    if (names.count(name) == 0) continue;
+    throw JobException(file, Messages::tr("the traverse goes on over the known point %1, where it has to end: "
+                                          "adjusted so, the point would be moved")
+                                 .arg(recordText(name)));
   }
 }
 
-TraverseResult resultOf(AlgorithmAdjust const& adjustment, int method, Network const& network, bool asRead) {
+TraverseResult resultOf(AlgorithmAdjust const& adjustment, int method, Network const& network,
+                        detail::JobState const& state) {
   TraverseResult result;
   result.method = method;
   result.stations = adjustment.getTraverseAdjustInfoList();
   result.summary = adjustment.getTraverseSummary();
   result.points = adjustment.getPointList();
-  if (method == kOpen && !asRead) takeCheckShot(result, network);
+  if (state.asRead) return result;
+  requireKnownAtEnds(result, network.knownPoints, state.file);
+  if (method == kOpen) detail::takeCheckShot(result, network.knownPoints);
   return result;
 }
 
+/// Distances from the ends of a chain to the known points that give it its azimuths, each the mean of its repetitions.
+std::vector<detail::SideSight> markDistancesOf(TraverseResult const& result, Network const& network) {
+  std::vector<std::pair<std::size_t, std::string>> marks{{0, result.stations.front().backPoint.name}};
+  bool const isClosing = result.summary.hasMisclosure && result.closing == TraverseClosing::AtStation;
+  if (isClosing) marks.emplace_back(result.stations.size() - 1, result.stations.back().forePoints.front().name);
+  std::vector<detail::SideSight> list;
+  for (auto const& [place, mark] : marks) {
+    double sum = 0.0;
+    int count = 0;
+    for (NetworkDataInfo const& line : network.lines) {
+      bool const isIt = line.start_name == result.stations[place].stationPoint.name && line.end_name == mark;
+      if (!isIt || !(line.horizontal_distance > detail::kNotMeasured)) continue;
+      sum += line.horizontal_distance;
+      ++count;
+    }
+    if (count > 0) list.push_back({place, mark, 0.0, sum / count});
+  }
+  return list;
+}
+
+/// A traverse with the calculator that made it, null of one that none can make.
+struct Single {
+  TraverseResult result;
+  std::unique_ptr<AlgorithmAdjust> run;
+};
+
 /// What a run makes.
 struct Computed {
-  std::unique_ptr<AlgorithmAdjust> first;  ///< of the calculators, null of a loop
-  std::vector<TraverseResult> traverses;
+  std::unique_ptr<AlgorithmAdjust> plane;  ///< by least squares
+  std::vector<Single> traverses;
+  std::vector<FieldFinding> refused;  ///< of several traverses those that cannot be computed
+  std::vector<std::string> refusedStations;
   Network network;
 };
 
@@ -164,16 +197,93 @@ std::vector<FieldFinding> findingsOnCommonPoints(std::vector<TraverseResult> con
 /// By the library's own rules for a chain: each station has two directions, the smaller reading looks back.
 Computed byReadings(detail::JobState const& state, Configure const& configure, utils::IProcessCancel const& cancel) {
   Computed done;
-  done.network = prepared(detail::networkOnOneCircle(state), configure.AdjustMethod, state.asRead);
-  done.first = calculated(done.network, configure, state, cancel);
-  if (configure.AdjustMethod != kByLeastSquares) {
-    done.traverses.push_back(resultOf(*done.first, configure.AdjustMethod, done.network, state.asRead));
+  Network const given = detail::networkOnOneCircle(state);
+  done.network = prepared(given, configure.AdjustMethod, state.asRead);
+  auto run = calculated(done.network, configure, state, cancel);
+  if (configure.AdjustMethod == kByLeastSquares) {
+    done.plane = std::move(run);
+    return done;
   }
+  TraverseResult result = resultOf(*run, configure.AdjustMethod, done.network, state);
+  if (!state.asRead) {
+    detail::ObservedRounds const observed(state);
+    TraverseErrors const errors = detail::traverseErrors(state, result.stations, observed);
+    bool const hasErrors = detail::faultOfErrors(configure, done.network).isEmpty();
+    detail::TraverseWalk walk;
+    walk.markDistances = markDistancesOf(result, given);
+    for (detail::SideSight& mark : walk.markDistances) {
+      std::string const& at = result.stations[mark.station].stationPoint.name;
+      mark.distances = std::max(1.0, observed.distancesOneWay(at, mark.target));
+    }
+    detail::addChecks(result, walk, done.network.knownPoints, hasErrors ? &errors : nullptr);
+    if (hasErrors) detail::addPointErrors(result, done.network.knownPoints, errors);
+  }
+  done.traverses.push_back({std::move(result), std::move(run)});
   return done;
 }
 
+/// A chain with all that is seen from its stations.
+Single computedWalk(detail::TraverseWalk& walk, detail::JobState const& state, Configure configure,
+                    detail::ObservedRounds const& observed, utils::IProcessCancel const& cancel) {
+  std::vector<KnownPoint> const& known = state.project->getNetwork().knownPoints;
+  Single made;
+  TraverseResult& result = made.result;
+  std::string const& fore = walk.stations.back().forePoints.front().name;
+  if (walk.closing == TraverseClosing::OnItself) {
+    result = detail::adjustedLoop(walk);
+  } else if (walk.method == kOpen && fore == walk.stations.front().stationPoint.name) {
+    try {
+      result = detail::openChain(walk);
+    } catch (DataException const& failure) {
+      throw JobException(state.file, QString::fromUtf8(failure.what()));
+    }
+    detail::takeCheckShot(result, known);
+  } else {
+    configure.AdjustMethod = walk.method;
+    Network const chain = detail::networkOf(walk, known);
+    made.run = calculated(chain, configure, state, cancel);
+    result = resultOf(*made.run, walk.method, chain, state);
+  }
+  result.isEndStation = walk.isEndStation;
+  TraverseErrors errors = detail::traverseErrors(state, result.stations, observed);
+  auto const stationOf = [&](std::size_t place) -> std::pair<std::string, std::string> {
+    bool const isBehind = place == result.stations.size();
+    TraverseInfo const& station = isBehind ? result.stations.back() : result.stations[place];
+    if (!isBehind) return {station.stationPoint.name, station.backPoint.name};
+    return {station.forePoints.front().name, station.stationPoint.name};
+  };
+  for (detail::SideSight& sight : walk.sideSights) {
+    auto const [at, back] = stationOf(sight.station);
+    auto const [ofBack, ofTarget] = observed.directions(at, back, sight.target);
+    sight.rounds = ofTarget;
+    sight.distances = std::max(1.0, observed.distancesOneWay(at, sight.target));
+    if (sight.station < errors.rounds.size()) continue;
+    errors.rounds.resize(sight.station + 1);
+    errors.rounds.back().back = ofBack;
+  }
+  for (detail::SideSight& mark : walk.markDistances) {
+    mark.distances = std::max(1.0, observed.distancesOneWay(stationOf(mark.station).first, mark.target));
+  }
+  bool const hasErrors = detail::faultOfErrors(configure, state.project->getNetwork()).isEmpty();
+  detail::addSidePoints(result, walk.sideSights, known, hasErrors ? &errors : nullptr);
+  detail::addChecks(result, walk, known, hasErrors ? &errors : nullptr);
+  if (hasErrors) detail::addPointErrors(result, known, errors);
+  return made;
+}
+
+/// Of several traverses one that cannot be computed, by its first and last station.
+FieldFinding refusalOf(std::string const& first, std::string const& way, std::string const& last,
+                       QString const& reason) {
+  FieldFinding finding;
+  finding.severity = FieldFinding::Error;
+  finding.station = first;
+  finding.targets = {last};
+  finding.text = Messages::tr("the traverse over %1 is refused: %2").arg(recordText(way), reason);
+  return finding;
+}
+
 /// By the sights between the stations, whatever else they sight.
-Computed bySights(detail::JobState const& state, Configure configure, utils::IProcessCancel const& cancel) {
+Computed bySights(detail::JobState const& state, Configure const& configure, utils::IProcessCancel const& cancel) {
   Network const given = detail::networkOnOneCircle(state);
   // Validated first, so that the number of a reported line is that of the file.
   AlgorithmData().readNetworkData(given, MissingDirection::IsLeftOut);
@@ -181,7 +291,6 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
   done.network = turnedCircles(given);
   int const method = configure.AdjustMethod == kAnyTraverse ? 0 : configure.AdjustMethod;
   detail::ObservedRounds const observed(state);
-  bool const hasErrors = detail::faultOfErrors(configure, given).isEmpty();
   std::vector<detail::TraverseWalk> walks;
   try {
     walks = detail::traverseWalks(done.network, method);
@@ -195,24 +304,15 @@ Computed bySights(detail::JobState const& state, Configure configure, utils::IPr
             .arg(name)));
   }
   for (detail::TraverseWalk& walk : walks) {
-    TraverseResult result;
-    if (walk.closing == TraverseClosing::OnItself) {
-      result = detail::adjustedLoop(walk);
-    } else {
-      configure.AdjustMethod = walk.method;
-      Network const chain = detail::networkOf(walk, given.knownPoints);
-      auto adjustment = calculated(chain, configure, state, cancel);
-      result = resultOf(*adjustment, walk.method, chain, false);
-      if (done.first == nullptr) done.first = std::move(adjustment);
+    try {
+      done.traverses.push_back(computedWalk(walk, state, configure, observed, cancel));
+    } catch (JobException const& failure) {
+      if (walks.size() == 1) throw;
+      TraverseInfo const& first = walk.stations.front();
+      done.refused.push_back(refusalOf(first.stationPoint.name, first.forePoints.front().name,
+                                       walk.stations.back().stationPoint.name, failure.text));
+      for (TraverseInfo const& station : walk.stations) done.refusedStations.push_back(station.stationPoint.name);
     }
-    TraverseErrors const errors = detail::traverseErrors(state, result.stations, observed);
-    for (detail::SideSight& sight : walk.sideSights) {
-      TraverseInfo const& at = result.stations[sight.station];
-      sight.rounds = observed.directions(at.stationPoint.name, at.backPoint.name, sight.target).second;
-      sight.distances = std::max(1.0, observed.distancesOneWay(at.stationPoint.name, sight.target));
-    }
-    detail::addSidePoints(result, walk.sideSights, given.knownPoints, hasErrors ? &errors : nullptr);
-    done.traverses.push_back(std::move(result));
   }
   return done;
 }
@@ -225,7 +325,7 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
   std::size_t const stations = stationsOf(detail::networkOnOneCircle(state), isPlain);
   if (configure.AdjustMethod == kAnyTraverse || !isPlain) {
     Computed found = bySights(state, configure, cancel);
-    if (!found.traverses.empty()) return found;
+    if (!found.traverses.empty() || !found.refused.empty()) return found;
     if (configure.AdjustMethod != kAnyTraverse) return byReadings(state, configure, cancel);
     throw JobException(
         state.file, Messages::tr("no traverse: no known station sights another known point and a point to go on to"));
@@ -233,7 +333,7 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
   Computed found;
   try {
     found = byReadings(state, configure, cancel);
-    if (found.traverses.front().stations.size() == stations) return found;
+    if (found.traverses.front().result.stations.size() == stations) return found;
   } catch (JobException const&) {
     Computed other;
     try {
@@ -241,8 +341,8 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
     } catch (JobException const&) {  // NOLINT(bugprone-empty-catch): the first failure tells more
     }
     std::unordered_set<std::string> reached;
-    for (TraverseResult const& traverse : other.traverses) {
-      for (TraverseInfo const& station : traverse.stations) reached.insert(station.stationPoint.name);
+    for (Single const& single : other.traverses) {
+      for (std::string const& name : detail::namesOfStations(single.result)) reached.insert(name);
     }
     if (other.traverses.empty() || reached.size() < stations) throw;
     return other;
@@ -256,6 +356,13 @@ Computed computed(detail::JobState const& state, utils::IProcessCancel const& ca
 }
 
 }  // namespace
+
+std::vector<std::string> detail::namesOfStations(TraverseResult const& result) {
+  std::vector<std::string> names;
+  for (TraverseInfo const& station : result.stations) names.push_back(station.stationPoint.name);
+  if (result.isEndStation) names.push_back(result.stations.back().forePoints.front().name);
+  return names;
+}
 
 void detail::requireObservations(JobState const& state) {
   requireNoError(state.file, state.opened.findings());
@@ -320,16 +427,57 @@ std::vector<FieldFinding> detail::misclosuresBeside(JobState const& state) {
     return findings;  // no single traverse
   }
   ObservedRounds const observed(state);
-  for (TraverseResult& traverse : found.traverses) {
+  for (Single& single : found.traverses) {
+    TraverseResult& traverse = single.result;
     judge(traverse, state, observed);
-    for (FieldFinding& finding : findingsOnMisclosures(state, traverse, FieldFinding::kNoRow)) {
-      finding.station = traverse.stations.front().stationPoint.name;
-      finding.targets = {traverse.stations.back().stationPoint.name};
-      findings.push_back(std::move(finding));
-    }
+    std::vector<FieldFinding> told = findingsOnLegs(traverse, FieldFinding::kNoRow);
+    append(told, findingsOnMisclosures(state, traverse, FieldFinding::kNoRow));
+    if (found.traverses.size() > 1) nameWays(told, traverse);
+    append(findings, told);
+    append(findings, findingsOnChecks(traverse));
   }
   return findings;
 }
+
+namespace {
+
+/// Takes those out that miss by far more than they may, and says why.
+void refuseFarBeyond(Computed& done, detail::JobState const& state) {
+  std::vector<FieldFinding> ofNetwork;
+  bool const isBeyond = std::any_of(done.traverses.begin(), done.traverses.end(), [](Single const& single) {
+    return single.result.judgement && single.result.judgement->excess() > 1.0;
+  });
+  if (isBeyond) ofNetwork = detail::findingsOnNetwork(state);
+  bool const isOne = done.traverses.size() + done.refused.size() == 1;
+  std::vector<Single> kept;
+  std::vector<FieldFinding> sofar;
+  QStringList reasons;
+  for (Single& single : done.traverses) {
+    QString const reason = detail::farBeyond(single.result, state, ofNetwork);
+    if (reason.isEmpty()) {
+      kept.push_back(std::move(single));
+      continue;
+    }
+    append(sofar, detail::findingsOnLegs(single.result, FieldFinding::kNoRow));
+    append(sofar, detail::findingsOnChecks(single.result));
+    append(sofar, detail::findingsOnSidePoints(single.result));
+    TraverseInfo const& first = single.result.stations.front();
+    std::string const& way = first.forePoints.front().name;
+    done.refused.push_back(refusalOf(first.stationPoint.name, way, detail::lastPointOf(single.result), reason));
+    for (std::string const& name : detail::namesOfStations(single.result)) done.refusedStations.push_back(name);
+    reasons << (isOne ? reason : worded(done.refused.back()));
+  }
+  if (kept.empty() && !reasons.isEmpty()) {
+    for (std::size_t i = 0; i + static_cast<std::size_t>(reasons.size()) < done.refused.size(); ++i) {
+      reasons << worded(done.refused[i]);
+    }
+    throw JobMisclosureException(state.file, reasons.join(". "), std::move(sofar));
+  }
+  done.traverses = std::move(kept);
+  append(done.refused, sofar);
+}
+
+}  // namespace
 
 void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   requireAdjustable(state);
@@ -337,30 +485,43 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   Configure const& configure = project.getConfigure();
   if (configure.AdjustMethod == kByLeastSquares && !state.asRead) return adjustPlane(state, cancel);
   Computed done = computed(state, cancel);
-  ObservedRounds const observed(state);
-  for (TraverseResult& traverse : done.traverses) {
-    if (state.asRead) continue;
-    judge(traverse, state, observed);
-    requireNotFarBeyond(traverse, state);
+  if (!state.asRead) {
+    ObservedRounds const observed(state);
+    for (Single& single : done.traverses) judge(single.result, state, observed);
+    refuseFarBeyond(done, state);
+  }
+  if (done.plane == nullptr && done.traverses.empty()) {
+    FieldFinding const& first = done.refused.front();
+    throw JobException(state.file, worded(first), 0, static_cast<int>(done.refused.size()) - 1);
   }
   FinishedHeights heights = heightsBeside(state, cancel);
-  project.setAlgorithmAdjust(std::move(done.first));
+  std::unique_ptr<AlgorithmAdjust> run = std::move(done.plane);
+  state.traverses.clear();
+  for (Single& single : done.traverses) {
+    state.traverses.push_back(std::move(single.result));
+    if (run == nullptr) run = std::move(single.run);
+  }
+  project.setAlgorithmAdjust(std::move(run));
   state.adjusted = std::move(done.network);
   state.planeRun.reset();
-  state.traverses = std::move(done.traverses);
-  state.runFindings = findingsOnCalculated(state);
+  state.runFindings = findingsOnCalculated(state, done.refusedStations);
   std::vector<FieldFinding> ofSidePoints;
-  auto const append = [](std::vector<FieldFinding>& list, std::vector<FieldFinding> const& more) {
-    list.insert(list.end(), more.begin(), more.end());
-  };
   for (std::size_t t = 0; t < state.traverses.size(); ++t) {
-    append(state.runFindings, findingsOnMisclosures(state, state.traverses[t], t));
+    std::vector<FieldFinding> ofWhole = findingsOnMisclosures(state, state.traverses[t], t);
+    if (state.traverses.size() + done.refused.size() > 1) nameWays(ofWhole, state.traverses[t]);
+    append(state.runFindings, ofWhole);
     append(ofSidePoints, findingsOnSidePoints(state.traverses[t]));
+    append(ofSidePoints, findingsOnChecks(state.traverses[t]));
   }
-  for (FieldFinding const& finding : state.runFindings) sendWarning(finding.text);
+  for (QString const& line : warningLines(state.runFindings)) sendWarning(line);
   if (!state.asRead) append(ofSidePoints, findingsOnCommonPoints(state.traverses));
   for (QString const& line : warningLines(ofSidePoints)) sendWarning(line);
+  for (QString const& line : warningLines(done.refused)) sendWarning(line);
+  for (FieldFinding const& finding : done.refused) {
+    if (finding.severity == FieldFinding::Error) send(worded(finding), Error);
+  }
   append(state.runFindings, ofSidePoints);
+  append(state.runFindings, done.refused);
   keepHeights(state, std::move(heights));
 }
 

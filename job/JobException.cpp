@@ -4,6 +4,8 @@
 
 #include <utils/FileName.h>
 
+#include <utility>
+
 namespace kvn {
 namespace {
 
@@ -24,5 +26,11 @@ JobException::JobException(QString const& path, QString const& reason, int lineN
 JobException::~JobException() = default;
 
 JobEncodingException::~JobEncodingException() = default;
+
+JobMisclosureException::JobMisclosureException(QString const& path, QString const& reason,
+                                               std::vector<FieldFinding> found)
+    : JobException(path, reason), findings(std::move(found)) {}
+
+JobMisclosureException::~JobMisclosureException() = default;
 
 }  // namespace kvn

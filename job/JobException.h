@@ -1,10 +1,13 @@
 // JobException: a step of a job that cannot be done.
 #pragma once
 
+#include "records/FieldFinding.h"
+
 #include <utils/Export.h>
 
 #include <QString>
 #include <stdexcept>
+#include <vector>
 
 namespace kvn {
 
@@ -30,6 +33,15 @@ class KELVANE_EXPORT JobEncodingException : public JobException {
  public:
   using JobException::JobException;
   ~JobEncodingException() override;
+};
+
+/// Every traverse misses by far more than the a-priori errors allow. `findings` is what else its run has found out.
+class KELVANE_EXPORT JobMisclosureException : public JobException {
+ public:
+  JobMisclosureException(QString const& path, QString const& reason, std::vector<FieldFinding> found);
+  ~JobMisclosureException() override;
+
+  std::vector<FieldFinding> findings;
 };
 
 }  // namespace kvn

@@ -118,6 +118,11 @@ detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightRedu
   }
   tellContradicted(reduction.contradicted, tell);
   detail::reduceSightsOf(state, network);
+  FieldFinding unsighted{FieldFinding::Warning,
+                         {},
+                         reduction.withoutSights,
+                         Messages::tr("no sight gives it a height: it is left out of the heights")};
+  unsighted.isOfHeights = true;
   HeightSettings settings;
   settings.unitWeight = state.plane.unitWeight;
   settings.confidence = state.plane.confidence;
@@ -132,6 +137,7 @@ detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightRedu
   }
   done.run->setCancelCall({});  // of the host, for the time of the run
   done.findings = state.opened.placed(detail::findingsOnHeights(*done.run));
+  if (!unsighted.targets.empty()) done.findings.push_back(std::move(unsighted));
   for (QString const& line : warningLines(done.findings)) tell(line, Warning);
   for (HeightNetwork::Point const& point : done.run->network().points) {
     if (!point.isKnown || point.height != 0.0) continue;  // told before the run, which this may spoil

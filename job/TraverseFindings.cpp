@@ -10,9 +10,12 @@
 #include <utils/Degree.h>
 
 #include <QStringList>
+#include <algorithm>
 #include <cmath>
+#include <set>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kvn {
@@ -20,6 +23,8 @@ namespace {
 
 // Observations that miss by that much are no errors of observing.
 constexpr double kFarBeyond = 10.0;
+// What the two ends of a leg differ by is no cause of a closing error that is larger than that many of its halves.
+constexpr double kShareOfClosing = 0.1;
 
 QString angleText(double radians) {
   constexpr double kDegree = utils::kPi / 180.0;
@@ -97,18 +102,59 @@ QStringList beyondLimits(TraverseJudgement const& judged, TraverseOptions const&
 
 }  // namespace
 
+std::string const& detail::lastPointOf(TraverseResult const& result) {
+  TraverseInfo const& last = result.stations.back();
+  return result.closing == TraverseClosing::AtForePoint ? last.forePoints.front().name : last.stationPoint.name;
+}
+
+void detail::nameWays(std::vector<FieldFinding>& findings, TraverseResult const& result) {
+  std::string const& way = result.stations.front().forePoints.front().name;
+  for (FieldFinding& finding : findings) {
+    bool const isOfWhole = finding.station == result.stations.front().stationPoint.name && finding.targets.size() == 1;
+    if (isOfWhole && finding.targets.front() != way) finding.targets.insert(finding.targets.begin(), way);
+  }
+}
+
 void detail::judge(TraverseResult& result, JobState const& state, ObservedRounds const& observed) {
   Project const& project = *state.project;
   if (!result.summary.hasMisclosure || !faultOfErrors(project.getConfigure(), project.getNetwork()).isEmpty()) return;
   TraverseErrors const errors = traverseErrors(state, result.stations, observed);
   result.judgement = judgedTraverse(result.stations, result.summary, result.closing, errors);
+  // What is missing is known, and needs no explanation.
+  if (!legsWithoutDistance(result).empty()) result.judgement->suspects.clear();
 }
 
-void detail::requireNotFarBeyond(TraverseResult const& result, JobState const& state) {
-  if (!result.judgement || state.traverseOptions.isForced) return;
+namespace {
+
+/// Legs of the chain of which both ends have other distances, by enough to be what it misses by.
+QStringList contradictedLegs(TraverseResult const& result, std::vector<FieldFinding> const& ofNetwork) {
+  std::set<std::pair<std::string, std::string>> legs;
+  for (TraverseInfo const& station : result.stations) {
+    std::string const& from = station.stationPoint.name;
+    std::string const& to = station.forePoints.front().name;
+    legs.insert({from, to});
+    legs.insert({to, from});
+  }
+  QStringList list;
+  for (FieldFinding const& finding : ofNetwork) {
+    bool const isNone = !finding.isOfDistance || finding.targets.size() != 1;
+    if (isNone || !(finding.cost > kShareOfClosing * result.summary.fs)) continue;
+    if (legs.count({finding.station, finding.targets.front()}) != 0) list << worded(finding);
+  }
+  return list;
+}
+
+}  // namespace
+
+QString detail::farBeyond(TraverseResult const& result, JobState const& state,
+                          std::vector<FieldFinding> const& ofNetwork) {
+  if (!result.judgement || state.traverseOptions.isForced) return {};
   QStringList const far = beyondAllowed(*result.judgement, kFarBeyond);
-  if (far.isEmpty()) return;
-  throw JobException(state.file, far.join(". ") + explanation(result));
+  if (far.isEmpty()) return {};
+  QStringList parts;
+  for (FieldFinding const& finding : findingsOnLegs(result, FieldFinding::kNoRow)) parts << finding.text;
+  parts << contradictedLegs(result, ofNetwork) << far;
+  return parts.join(". ") + explanation(result);
 }
 
 namespace {
@@ -155,6 +201,24 @@ class RepeatedPoints {
 
 }  // namespace
 
+namespace {
+
+/// What a wrong mark moves the farthest point of the chain by; of a station within nothing tells it.
+double costOfTurn(TraverseResult const& result, TraverseCheck const& check) {
+  if (check.mark.empty()) return 0.0;
+  auto const isThere = [&check](TraverseInfo const& station) { return station.stationPoint.name == check.station; };
+  auto const station = std::find_if(result.stations.begin(), result.stations.end(), isThere);
+  if (station == result.stations.end()) return 0.0;
+  double farthest = 0.0;
+  for (TraverseInfo const& other : result.stations) {
+    farthest = std::max(farthest, std::hypot(other.stationPoint.x - station->stationPoint.x,
+                                             other.stationPoint.y - station->stationPoint.y));
+  }
+  return std::abs(check.off) * farthest;
+}
+
+}  // namespace
+
 std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& result) {
   std::vector<FieldFinding> findings;
   RepeatedPoints repeated(result);
@@ -172,11 +236,37 @@ std::vector<FieldFinding> detail::findingsOnSidePoints(TraverseResult const& res
   return findings;
 }
 
+std::vector<FieldFinding> detail::findingsOnChecks(TraverseResult const& result) {
+  std::vector<FieldFinding> findings;
+  for (TraverseCheck const& check : result.checks) {
+    if (!check.isBeyond()) continue;
+    bool const isDistance = check.kind == TraverseCheck::Distance;
+    double const size = std::abs(check.off);
+    QString const off = isDistance ? lengthText(size) : angleText(size);
+    QString const allowed = isDistance ? lengthText(check.allowed) : angleText(check.allowed);
+    QString text =
+        isDistance
+            ? Messages::tr("the distance differs from the known coordinates by %1, where the a-priori errors allow %2")
+            : Messages::tr("the direction misses the known point by %1, where the a-priori errors allow %2");
+    if (!check.mark.empty()) {
+      text = Messages::tr(
+          "the known point and the mark %3 contradict each other by %1, where the a-priori errors allow %2; one "
+          "of the two is wrong");
+    }
+    text = text.arg(off, allowed);
+    if (!check.mark.empty()) text = text.arg(recordText(check.mark));
+    findings.push_back({FieldFinding::Warning, check.station, {check.target}, text});
+    findings.back().isOfDistance = isDistance;
+    findings.back().cost = isDistance ? std::abs(check.off) : costOfTurn(result, check);
+  }
+  return findings;
+}
+
 std::vector<FieldFinding> detail::findingsOnMisclosures(JobState const& state, TraverseResult const& result,
                                                         std::size_t traverse) {
   std::vector<FieldFinding> findings;
   auto const tell = [&](QString const& text) {
-    findings.push_back({FieldFinding::Warning, {}, {}, text});
+    findings.push_back({FieldFinding::Warning, result.stations.front().stationPoint.name, {lastPointOf(result)}, text});
     findings.back().traverse = traverse;
   };
   if (!result.summary.hasMisclosure || state.asRead) return findings;

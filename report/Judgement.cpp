@@ -121,16 +121,30 @@ Judgement judgedHeights(HeightResult const& result, double confidence) {
   return {Judgement::Bad, Messages::tr("The heights do not agree with their a-priori errors: %1.").arg(numbers)};
 }
 
+/// Sights to known points that are judged and that the chain does not need.
+std::size_t checksOf(TraverseResult const& traverse) {
+  auto const isSide = [](TraverseSidePoint const& side) { return side.isKnown && std::isfinite(side.offAllowed); };
+  auto const isJudged = [](TraverseCheck const& check) { return std::isfinite(check.allowed); };
+  auto const ofSides = std::count_if(traverse.sidePoints.begin(), traverse.sidePoints.end(), isSide);
+  return static_cast<std::size_t>(ofSides + std::count_if(traverse.checks.begin(), traverse.checks.end(), isJudged));
+}
+
 Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   double worst = 0.0;
   bool isJudged = false;
   bool isOpen = false;
   bool isBesideKnown = false;
+  bool isOffKnown = false;
+  std::size_t checks = 0;  // of what nothing closes
   for (TraverseResult const& traverse : traverses) {
     for (TraverseSidePoint const& side : traverse.sidePoints) {
       if (std::hypot(side.offNorth, side.offEast) > side.offAllowed) isBesideKnown = true;
     }
-    if (!traverse.summary.hasMisclosure) isOpen = true;
+    for (TraverseCheck const& check : traverse.checks) isOffKnown = isOffKnown || check.isBeyond();
+    if (!traverse.summary.hasMisclosure) {
+      isOpen = true;
+      checks += checksOf(traverse);
+    }
     if (!traverse.judgement) continue;
     isJudged = true;
     worst = std::max(worst, traverse.judgement->excess());
@@ -140,6 +154,15 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   }
   if (isBesideKnown) {
     return {Judgement::Bad, Messages::tr("A side shot misses a known point by more than the a-priori errors allow.")};
+  }
+  if (isOffKnown) {
+    return {Judgement::Bad,
+            Messages::tr("A sight to a known point does not fit it: by more than the a-priori errors allow.")};
+  }
+  if (isOpen && checks > 0) {
+    QString const text =
+        Messages::tr("Nothing closes an open traverse; sights to known points that check it in part, and fit: %1.");
+    return {Judgement::Look, text.arg(checks)};
   }
   if (isOpen) {
     return {Judgement::Look, Messages::tr("Nothing checks an open traverse: a wrong observation would not show.")};

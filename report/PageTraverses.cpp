@@ -67,7 +67,8 @@ class TraverseWriter {
 
   void writeStations() {
     std::vector<TraverseInfo> const& stations = result.stations;
-    PageTable table(page, idOf("traverse"), stationColumns(), stations.size() + 2, true);
+    PageTable table(page, idOf("traverse"), stationColumns(), stations.size() + (result.endsOnOwnPoint() ? 1 : 2),
+                    true);
     PointInfo const& back = stations.front().backPoint;
     begin(table, back);
     emptyCells(table, isClosing ? 2 : 1);
@@ -91,10 +92,13 @@ class TraverseWriter {
       }
       end(table, station.stationPoint);
     }
+    // A check shot to where the chain begins has its point above.
     PointInfo const& fore = stations.back().forePoints.front();
-    begin(table, fore);
-    emptyCells(table, isClosing ? 8 : 5);
-    end(table, fore);
+    if (!result.endsOnOwnPoint()) {
+      begin(table, fore);
+      emptyCells(table, isClosing ? 8 : 5);
+      end(table, fore);
+    }
     table.end();
   }
 

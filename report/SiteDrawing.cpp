@@ -243,9 +243,19 @@ void addTraversePoints(DrawingMaker& maker, TraverseResult const& traverse) {
     bool const isThere = maker.find(info.name) != kNone;
     SitePoint* const point = add(info);
     if (point != nullptr && !isThere) point->isChecked = traverse.summary.hasMisclosure;
+    return !isThere;
   };
-  for (PointInfo const& point : traverse.points) addNew(point);
+  std::vector<bool> isNew;
+  for (PointInfo const& point : traverse.points) isNew.push_back(addNew(point));
   for (TraverseInfo const& station : traverse.stations) addNew(station.stationPoint);
+  for (std::size_t i = 0; i < traverse.pointErrors.size() && i < traverse.points.size(); ++i) {
+    std::size_t const place = maker.find(traverse.points[i].name);
+    if (place == kNone || maker.drawing.points[place].isHeld || !isNew[i]) continue;
+    TraversePointError const& error = traverse.pointErrors[i];
+    maker.drawing.points[place].mx = finite(error.mx);
+    maker.drawing.points[place].my = finite(error.my);
+    maker.drawing.points[place].mp = finite(error.mp);
+  }
 }
 
 void addTraverseLegs(DrawingMaker& maker, TraverseResult const& traverse) {

@@ -3618,6 +3618,58 @@
         <source>No font with Chinese signs was found (package fonts-wqy-microhei, or a file that KELVANE_FONT names): the words of the picture are English</source>
         <translation>未找到含中文字符的字体（软件包 fonts-wqy-microhei，或由 KELVANE_FONT 指定的字体文件）：图中文字为英文</translation>
     </message>
+    <message>
+        <source>the traverse goes on over the known point %1, where it has to end: adjusted so, the point would be moved</source>
+        <translation>导线越过已知点 %1，而应止于该点：如此平差会移动该点</translation>
+    </message>
+    <message>
+        <source>the traverse over %1 is refused: %2</source>
+        <translation>经过 %1 的导线被拒绝：%2</translation>
+    </message>
+    <message>
+        <source>traverse from %1 to %2</source>
+        <translation>从 %1 到 %2 的导线</translation>
+    </message>
+    <message>
+        <source>traverse from %1 over %2 to %3</source>
+        <translation>从 %1 经 %2 到 %3 的导线</translation>
+    </message>
+    <message>
+        <source>the distance differs from the known coordinates by %1, where the a-priori errors allow %2</source>
+        <translation>距离与已知坐标相差 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>the direction misses the known point by %1, where the a-priori errors allow %2</source>
+        <translation>方向与已知点相差 %1，先验误差允许 %2</translation>
+    </message>
+    <message>
+        <source>the known point and the mark %3 contradict each other by %1, where the a-priori errors allow %2; one of the two is wrong</source>
+        <translation>该已知点与定向点 %3 相互矛盾，相差 %1，先验误差允许 %2；两者之一有误</translation>
+    </message>
+    <message>
+        <source>A sight to a known point does not fit it: by more than the a-priori errors allow.</source>
+        <translation>对已知点的观测与该点不符：超出先验误差的允许值。</translation>
+    </message>
+    <message>
+        <source>Nothing closes an open traverse; sights to known points that check it in part, and fit: %1.</source>
+        <translation>支导线没有闭合条件；对其作部分检核且相符的已知点观测：%1 个。</translation>
+    </message>
+    <message>
+        <source>Check shot</source>
+        <translation>检核观测</translation>
+    </message>
+    <message>
+        <source>off by</source>
+        <translation>相差</translation>
+    </message>
+    <message>
+        <source>Sights to known points beside the chain</source>
+        <translation>导线以外的已知点观测</translation>
+    </message>
+    <message>
+        <source>no sight gives it a height: it is left out of the heights</source>
+        <translation>没有观测能给出其高程：不参与高程计算</translation>
+    </message>
 </context>
 <context>
     <name>QCommandLineParser</name>

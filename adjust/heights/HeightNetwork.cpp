@@ -45,6 +45,7 @@ class SightList {
       }
     }
     closeSetUp();
+    leaveOutUnsighted();
     std::sort(result.leftOut.begin(), result.leftOut.end(),
               [](LeftOutSight const& a, LeftOutSight const& b) { return a.row < b.row; });
     return std::move(result);
@@ -71,6 +72,39 @@ class SightList {
       result.contradicted.push_back(row.name);
     }
     result.network.setUps.push_back({station, row.instrument, origin});
+  }
+
+  /// A station that took part in the plane alone would keep the others from having heights.
+  void leaveOutUnsighted() {
+    HeightNetwork& network = result.network;
+    constexpr int kOut = -1;
+    std::vector<int> placeOf(network.points.size(), kOut);
+    std::vector<int> setUpOf(network.setUps.size(), kOut);
+    for (HeightNetwork::Sight const& sight : network.sights) {
+      placeOf[index(sight.target)] = placeOf[index(network.setUps[index(sight.setUp)].station)] = 0;
+    }
+    std::vector<HeightNetwork::Point> points;
+    for (std::size_t p = 0; p < placeOf.size(); ++p) {
+      bool const isOut = placeOf[p] == kOut && !network.points[p].isKnown;
+      if (isOut) result.withoutSights.push_back(network.points[p].name);
+      placeOf[p] = isOut ? kOut : static_cast<int>(points.size());
+      if (!isOut) points.push_back(network.points[p]);
+    }
+    if (result.withoutSights.empty()) return;
+    std::vector<HeightNetwork::SetUp> setUps;
+    for (std::size_t s = 0; s < setUpOf.size(); ++s) {
+      HeightNetwork::SetUp setUp = network.setUps[s];
+      setUp.station = placeOf[index(setUp.station)];
+      if (setUp.station == kOut) continue;
+      setUpOf[s] = static_cast<int>(setUps.size());
+      setUps.push_back(setUp);
+    }
+    for (HeightNetwork::Sight& sight : network.sights) {
+      sight.setUp = setUpOf[index(sight.setUp)];
+      sight.target = placeOf[index(sight.target)];
+    }
+    network.points = std::move(points);
+    network.setUps = std::move(setUps);
   }
 
   void leaveOut(std::size_t i, LeftOutSight::Reason reason) {

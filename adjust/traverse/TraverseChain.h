@@ -19,6 +19,7 @@ using Plane = Eigen::Vector2d;    // x, y
 using Closure = Eigen::Vector3d;  // angle, x, y
 using Covariance = Eigen::Matrix3d;
 
+constexpr double kNormal99 = 2.576;    // two-sided quantile of the normal distribution
 constexpr double kChiSquare99 = 9.21;  // 99 %, two degrees of freedom
 constexpr double kShortest = 1e-6;     // metres; centring says nothing of a leg that is not there
 constexpr double kSecond = utils::kPi / 648000.0;

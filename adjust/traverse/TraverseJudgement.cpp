@@ -13,12 +13,12 @@ namespace {
 using detail::Closure;
 using detail::Covariance;
 using detail::kChiSquare99;
+using detail::kNormal99;
 using detail::Plane;
 using detail::turned;
 using detail::turnedBy;
 using Chain = detail::TraverseChain;
 
-constexpr double kNormal99 = 2.576;  // two-sided quantile of the normal distribution
 constexpr double kSamePoint = 1e-3;  // metres; a line between first and last station must have a direction
 
 /// Whether misclosures are inside of what is allowed.

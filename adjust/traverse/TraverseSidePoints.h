@@ -12,4 +12,11 @@ namespace kvn::detail {
 void addSidePoints(TraverseResult& result, std::vector<SideSight> const& sights, std::vector<KnownPoint> const& known,
                    TraverseErrors const* errors);
 
+/// Compares the directions to known points that have no distance, and the distances to marks, with what is computed.
+void addChecks(TraverseResult& result, TraverseWalk const& walk, std::vector<KnownPoint> const& known,
+               TraverseErrors const* errors);
+
+/// Gives the points of the chain their errors.
+void addPointErrors(TraverseResult& result, std::vector<KnownPoint> const& known, TraverseErrors const& errors);
+
 }  // namespace kvn::detail

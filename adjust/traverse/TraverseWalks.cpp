@@ -4,6 +4,7 @@
 #include "adjust/input/PairKey.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/traverse/Azimuth.h"
+#include "adjust/traverse/TraverseStations.h"
 #include "core/AlgorithmException.h"
 #include "records/detail/Recorded.h"
 
@@ -136,7 +137,8 @@ class Walker {
 
   std::vector<TraverseWalk> found() {
     for (bool const isOpen : {false, true}) {
-      if (method != Any && (method == Open) != isOpen) continue;
+      // An open one that ends on a known station without a mark does not end blindly.
+      if (isOpen && method != Any && method != Open) continue;
       // As long as it is free, a walk goes the way in which the circle reads less on the back point.
       for (bool const isByReading : {true, false}) {
         for (int const start : graph.allStations()) {
@@ -153,21 +155,21 @@ class Walker {
   void beginAt(int start, bool isOpen, bool isByReading) {
     for (int const next : graph.neighbours(start)) {
       if (graph.isKnown(next) || used.count(orderedKey(start, next)) != 0) continue;
-      int const back = mark(start, next, kNobody);
+      int const back = mark(start);
       if (back == kNobody || (isByReading && graph.reading(start, back) > graph.reading(start, next))) continue;
       if (graph.isBlind(next) == isOpen) follow(start, next, isOpen);
     }
   }
 
-  /// The known point that gives a station its orientation: the one preferred, else the first.
-  int mark(int station, int except, int preferred) const {
-    int first = kNobody;
+  /// The known point that gives a station its orientation: the first that is not the other end of its chain.
+  int mark(int station, int otherEnd = kNobody) const {
+    int last = kNobody;
     for (Sight const& sight : graph.sightsOf(station)) {
-      if (!graph.isKnown(sight.target) || sight.target == except) continue;
-      if (sight.target == preferred) return preferred;
-      if (first == kNobody) first = sight.target;
+      if (!graph.isKnown(sight.target)) continue;
+      if (sight.target != otherEnd) return sight.target;
+      last = otherEnd;
     }
-    return first;
+    return last;
   }
 
   void follow(int start, int first, bool isOpen) {
@@ -186,7 +188,7 @@ class Walker {
     } else if (end == start && chain.size() > 3) {
       if (method == Any || method == Closed) addLoop(chain);
     } else if (graph.isKnown(end) && end != start) {
-      addConnecting(chain);
+      addBetweenKnown(chain);
     }
   }
 
@@ -197,6 +199,8 @@ class Walker {
       if (next != chain[chain.size() - 2] && (isOpen || !graph.isBlind(next))) ways.push_back(next);
     }
     if (ways.empty()) return kNobody;
+    // What the network beside open ones is, is another question.
+    if (ways.size() > 1 && method == Open && !isOpen) return kNobody;
     if (ways.size() > 1) throw AlgorithmException(AlgorithmException::DataError, graph.point(at).name);
     return ways.front();
   }
@@ -207,22 +211,59 @@ class Walker {
     occupied.insert(chain.begin(), chain.end());
   }
 
-  void addConnecting(std::vector<int> const& chain) {
+  void addBetweenKnown(std::vector<int> const& chain) {
     int const start = chain.front();
     int const end = chain.back();
-    int const before = chain[chain.size() - 2];
     bool const isPolygon = graph.sees(start, end) && graph.sees(end, start);
-    if (method == Closed && !isPolygon) return;
-    int const back = mark(start, chain[1], method == Closed ? end : kNobody);
-    int const fore = mark(end, before, method == Closed ? start : kNobody);
-    if (fore == kNobody) return;
+    if (method == Closed) {
+      if (isPolygon) addClosing(chain, Closed, end, start);
+      return;
+    }
+    int const back = mark(start, end);
+    int const fore = mark(end, start);
+    if (fore == kNobody) {
+      if (method != Connect) addToKnownStation(chain);
+    } else if (fore != start) {
+      if (method != Open) addClosing(chain, Connect, back, fore);
+    } else if (back == end && isPolygon) {
+      if (method == Any) addClosing(chain, Closed, back, fore);
+    }
+    // What has its own start for the mark of its end is walked from there.
+  }
+
+  void addClosing(std::vector<int> const& chain, Method kind, int back, int fore) {
     use(chain);
     TraverseWalk walk;
-    walk.method = method == Closed ? Closed : Connect;
+    walk.method = kind;
+    addStations(walk, chain, back, fore);
+    addMarkDistance(walk, 0, back);
+    addMarkDistance(walk, chain.size() - 1, fore);
+    walks.push_back(std::move(walk));
+  }
+
+  void addToKnownStation(std::vector<int> chain) {
+    use(chain);
+    TraverseWalk walk;
+    walk.method = Open;
+    walk.isEndStation = true;
+    int const end = chain.back();
+    chain.pop_back();
+    int const back = mark(chain[0], end);
+    addStations(walk, chain, back, end);
+    addMarkDistance(walk, 0, back);
+    walks.push_back(std::move(walk));
+  }
+
+  void addStations(TraverseWalk& walk, std::vector<int> const& chain, int back, int fore) const {
     for (std::size_t i = 0; i < chain.size(); ++i) {
       add(walk, chain[i], i == 0 ? back : chain[i - 1], i + 1 < chain.size() ? chain[i + 1] : fore);
     }
-    walks.push_back(std::move(walk));
+  }
+
+  void addMarkDistance(TraverseWalk& walk, std::size_t station, int target) const {
+    int const at = walk.stations[station].stationPoint.number;
+    double const distance = graph.oneWay(at, target);
+    if (distance > 0.0) walk.markDistances.push_back({station, graph.point(target).name, 0.0, distance});
   }
 
   void addLoop(std::vector<int> const& chain) {
@@ -232,9 +273,11 @@ class Walker {
     walk.closing = TraverseClosing::OnItself;
     int const start = chain.front();
     // The back sight of a loop is a mark outside of it.
-    add(walk, start, mark(start, chain[1], kNobody), chain[1]);
+    int const back = mark(start);
+    add(walk, start, back, chain[1]);
     for (std::size_t i = 1; i + 1 < chain.size(); ++i) add(walk, chain[i], chain[i - 1], chain[i + 1]);
     add(walk, start, chain[chain.size() - 2], chain[1]);
+    addMarkDistance(walk, 0, back);
     walks.push_back(std::move(walk));
   }
 
@@ -247,10 +290,9 @@ class Walker {
       fore = chain.back();
       chain.pop_back();
     }
-    for (std::size_t i = 0; i < chain.size(); ++i) {
-      add(walk, chain[i], i == 0 ? mark(chain[0], kNobody, kNobody) : chain[i - 1],
-          i + 1 < chain.size() ? chain[i + 1] : fore);
-    }
+    int const back = mark(chain[0]);
+    addStations(walk, chain, back, fore);
+    addMarkDistance(walk, 0, back);
     walks.push_back(std::move(walk));
   }
 
@@ -269,21 +311,18 @@ class Walker {
   void addPolarStations() {
     for (int const station : graph.allStations()) {
       if (!graph.isKnown(station) || occupied.count(station) != 0) continue;
-      int const back = mark(station, kNobody, kNobody);
+      int const back = mark(station);
       if (back == kNobody) continue;
       for (Sight const& sight : graph.sightsOf(station)) {
         if (graph.isKnown(sight.target) || graph.oneWay(station, sight.target) <= 0.0) continue;
         TraverseWalk walk;
         walk.method = Open;
         add(walk, station, back, sight.target);
+        addMarkDistance(walk, 0, back);
         walks.push_back(std::move(walk));
         break;
       }
     }
-  }
-
-  static void requireAngle(double angle, PointInfo const& station) {
-    if (angle == 0.0) throw AlgorithmException(AlgorithmException::StationNotEnough, station.name);
   }
 
   void add(TraverseWalk& walk, int at, int back, int fore) const {
@@ -303,15 +342,21 @@ class Walker {
   /// What is no leg and no back sight, once for each station.
   void addSideSights(TraverseWalk& walk) {
     for (std::size_t i = 0; i < walk.stations.size(); ++i) {
-      int const at = walk.stations[i].stationPoint.number;
-      int const back = walk.stations[i].backPoint.number;
-      if (!shot.insert(at).second) continue;
-      for (Sight const& sight : graph.sightsOf(at)) {
-        if (sight.target == back || sight.target == walk.stations[i].forePoints.front().number) continue;
-        if (used.count(orderedKey(at, sight.target)) != 0) continue;
-        walk.sideSights.push_back(
-            {i, graph.point(sight.target).name, graph.angle(at, back, sight.target), graph.oneWay(at, sight.target)});
-      }
+      addSideSightsAt(walk, i, walk.stations[i].stationPoint.number, walk.stations[i].backPoint.number,
+                      walk.stations[i].forePoints.front().number);
+    }
+    if (!walk.isEndStation) return;
+    TraverseInfo const& last = walk.stations.back();
+    addSideSightsAt(walk, walk.stations.size(), last.forePoints.front().number, last.stationPoint.number, kNobody);
+  }
+
+  void addSideSightsAt(TraverseWalk& walk, std::size_t place, int at, int back, int fore) {
+    if (!shot.insert(at).second) return;
+    for (Sight const& sight : graph.sightsOf(at)) {
+      if (sight.target == back || sight.target == fore) continue;
+      if (used.count(orderedKey(at, sight.target)) != 0) continue;
+      walk.sideSights.push_back(
+          {place, graph.point(sight.target).name, graph.angle(at, back, sight.target), graph.oneWay(at, sight.target)});
     }
   }
 
@@ -374,6 +419,52 @@ TraverseResult adjustedLoop(TraverseWalk const& walk) {
   }
   list.back().forePoints = {list[1].stationPoint};
   return result;
+}
+
+TraverseResult openChain(TraverseWalk const& walk) {
+  TraverseResult result;
+  result.method = walk.method;
+  result.stations = walk.stations;
+  PointInfo const& mark = walk.stations.front().backPoint;
+  PointInfo const& start = walk.stations.front().stationPoint;
+  std::vector<double>& azimuths = result.summary.azimuths;
+  azimuths = {azimuthOf(start.x - mark.x, start.y - mark.y)};
+  result.points = {mark, start};
+  for (std::size_t i = 0; i < result.stations.size(); ++i) {
+    TraverseInfo& station = result.stations[i];
+    if (!(station.distance > 0.0)) refuseWithoutDistance(station);
+    if (i > 0) station.backPoint = result.stations[i - 1].stationPoint;
+    if (i > 0) station.stationPoint = result.stations[i - 1].forePoints.front();
+    azimuths.push_back(ontoCircle(azimuths.back() + station.angle - utils::kPi));
+    station.deltaX = station.distance * std::cos(azimuths.back());
+    station.deltaY = station.distance * std::sin(azimuths.back());
+    PointInfo& fore = station.forePoints.front();
+    fore.x = station.stationPoint.x + station.deltaX;
+    fore.y = station.stationPoint.y + station.deltaY;
+    result.points.push_back(fore);
+  }
+  return result;
+}
+
+void takeCheckShot(TraverseResult& result, std::vector<KnownPoint> const& known) {
+  PointInfo& fore = result.stations.back().forePoints.front();
+  auto const isFore = [&fore](KnownPoint const& point) { return point.name == fore.name; };
+  auto const point = std::find_if(known.begin(), known.end(), isFore);
+  if (point == known.end()) return;
+  TraverseSummary& summary = result.summary;
+  result.closing = TraverseClosing::AtForePoint;
+  summary.hasMisclosure = true;
+  for (TraverseInfo const& station : result.stations) summary.sumDistance += station.distance;
+  summary.fx = fore.x - point->x;
+  summary.fy = fore.y - point->y;
+  summary.fs = std::hypot(summary.fx, summary.fy);
+  summary.relativeError = summary.sumDistance > 0.0 ? summary.fs / summary.sumDistance : 0.0;
+  for (PointInfo* held : {&fore, &result.points.back()}) {
+    held->x = point->x;
+    held->y = point->y;
+  }
+  // The mark or the first station, which are there already.
+  if (result.endsOnOwnPoint()) result.points.pop_back();
 }
 
 Network networkOf(TraverseWalk const& walk, std::vector<KnownPoint> const& known) {

@@ -151,15 +151,31 @@ void requireWholeRounds(QString const& file, OpenedFile const& opened, FieldRedu
 
 /// What makes the result of the project's calculator doubtful: a unit weight error far above 1; stations outside a
 /// single traverse, its legs without a distance, angles of no polygon.
-std::vector<FieldFinding> findingsOnCalculated(JobState const& state);
+/// @param refused  stations of traverses that are told to be refused.
+std::vector<FieldFinding> findingsOnCalculated(JobState const& state, std::vector<std::string> const& refused);
 TraverseErrors traverseErrors(JobState const& state, std::vector<TraverseInfo> const& stations,
                               ObservedRounds const& observed);
 /// Judges the misclosures where there are some and the a-priori errors can be used.
 void judge(TraverseResult& result, JobState const& state, ObservedRounds const& observed);
 /// Side shots to known points that miss them by more than their errors allow.
 std::vector<FieldFinding> findingsOnSidePoints(TraverseResult const& result);
-/// @throws JobException for misclosures far beyond what the a-priori errors allow, unless the host wants them anyway.
-void requireNotFarBeyond(TraverseResult const& result, JobState const& state);
+/// Sights to known points, and distances to marks, that miss them by more than their errors allow.
+std::vector<FieldFinding> findingsOnChecks(TraverseResult const& result);
+/// Stations whose leg has no distance.
+std::vector<TraverseInfo const*> legsWithoutDistance(TraverseResult const& result);
+/// Legs that count as 0. @param traverse  as below.
+std::vector<FieldFinding> findingsOnLegs(TraverseResult const& result, std::size_t traverse);
+/// What is far beyond what the a-priori errors allow, and why; empty where nothing is, or where the host wants it
+/// anyway.
+/// @param ofNetwork  of `findingsOnNetwork`: what two distances of a leg differ by is told first.
+QString farBeyond(TraverseResult const& result, JobState const& state, std::vector<FieldFinding> const& ofNetwork);
+/// The last known point of a traverse that closes, else its last station.
+std::string const& lastPointOf(TraverseResult const& result);
+/// Of several traverses, which may have both ends in common: names the point behind the first station as well, in
+/// findings on a traverse as a whole.
+void nameWays(std::vector<FieldFinding>& findings, TraverseResult const& result);
+/// Names of the stations that a traverse has.
+std::vector<std::string> namesOfStations(TraverseResult const& result);
 /// @param traverse  place of the result in `Job::traverses`, FieldFinding::kNoRow for none of them.
 std::vector<FieldFinding> findingsOnMisclosures(JobState const& state, TraverseResult const& result,
                                                 std::size_t traverse);

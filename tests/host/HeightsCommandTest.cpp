@@ -96,11 +96,60 @@ TEST(HeightsCommand, NamesTheHeightOfAnInstrumentWhereItIsWrongOrNotChecked) {
   test::Run const checked = program.run({"heights", "checked.txt"});
   EXPECT_THAT(checked.err, HasSubstr("the height of the instrument seems to be 101.3 mm too large: P\n"));
   EXPECT_THAT(checked.err, testing::Not(HasSubstr("nothing checks the height of the instrument")));
+  // One height of all prisms at P would explain it as well.
+  std::string oneHeight = toP;
+  for (char const* height : {"SC,P,1.4", "SC,P,1.6"}) oneHeight.replace(oneHeight.find(height), 8, "SC,P,1.5");
+  for (char const* height : {"STA,A,1.4", "STA,C,1.6"}) {
+    oneHeight.replace(oneHeight.find(height), 9, std::string(height, 6) + "1.5");
+  }
+  program.write("one.txt", oneHeight + fromP);
+  test::Run const either = program.run({"heights", "one.txt"});
+  EXPECT_THAT(either.err, HasSubstr("the height of the instrument seems to be 101.3 mm too large: P\n"));
+  EXPECT_THAT(either.err, HasSubstr("the height of the target (1.500 m) cannot be told apart from a suspected height: "
+                                    "P\n"));
   program.write("alone.txt", known + fromP);
   test::Run const alone = program.run({"heights", "alone.txt"});
   EXPECT_THAT(alone.err, HasSubstr("nothing checks the height of the instrument: P\n"));
   EXPECT_THAT(alone.err, HasSubstr("nothing checks the height of the point: P\n"));
   EXPECT_THAT(alone.err, testing::Not(HasSubstr("seems to be")));
+}
+
+// A and B known, 100 m apart; P is sighted from both, under 60 degrees.
+TEST(HeightsCommand, AreLeftOutOfThePlaneForOneReason) {
+  auto const book = [](std::string const& height, std::string const& vertical, std::string const& distance) {
+    std::string const end = "," + vertical + "," + distance + ",0,0,0\n";
+    return "STA,A,1.5,,1000,1000," + height + "\nSC,B,1.5,,0.0000" + end + "SC,P,1.5,,60.0000" + end +
+           "STA,B,1.5,,1000,1100," + height + "\nSC,A,1.5,,0.0000" + end + "SC,P,1.5,,300.0000" + end;
+  };
+  std::string const unknown =
+      "STA,Z,1.5,,0,0,0\nSC,A,1.5,,0.0000,90.0000,,0,0,0\nSC,B,1.5,,300.0000,90.0000,,0,0,0\n"
+      "SC,P,1.5,,330.0000,90.0000,,0,0,0\n";
+  std::string noPlaces = book("0", "90.0000", "100");
+  for (char const* place : {"1000,1000", "1000,1100"}) noPlaces.replace(noPlaces.find(place), 9, "0,0");
+  struct Case {
+    std::string file;
+    QStringList options;
+    char const* says;
+    bool hasHeights;
+  };
+  Case const cases[] = {
+      {book("50", "", ""), {}, "Info: No heights: no sight gives a height difference\n", false},
+      {book("50", "", "100"), {}, "no vertical reading to make it horizontal and is left out: A to B; A to P;", false},
+      {book("50", "90.0000", ""), {}, "Info: No heights: no sight gives a height difference\n", false},
+      {book("0", "90.0000", "100"), {}, "Info: No heights: every known height is 0\n", false},
+      {noPlaces, {"--free"}, "Info: No heights: no station has a known height\n", false},
+      {book("50", "90.0000", "100") + unknown, {}, "it is left out of the heights: Z\n", true},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.file);
+    Program const program;
+    program.write("book.txt", c.file);
+    test::Run const run = program.run(QStringList{"adjust", "book.txt", "--json"} + c.options);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.err, HasSubstr(c.says));
+    EXPECT_EQ(run.json()["heights"].isNull(), !c.hasHeights);
+    EXPECT_EQ(run.json()["points"].size(), c.hasHeights ? 4U : 3U);
+  }
 }
 
 TEST(HeightsCommand, TakesTheStationsOfAnInstrumentJobThatHaveCoordinatesAsKnown) {

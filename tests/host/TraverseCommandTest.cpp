@@ -58,7 +58,7 @@ TEST(TraverseCommand, TakesDistancesToBothSides) {
   EXPECT_EQ(run.err, "Warning: the distances from both ends differ by 20.0 mm: P to K1\n");
   EXPECT_THAT(run.out,
               HasSubstr(u8"  P      90°00′10.00″  -10.00  180°00′00.00″      100.0100  -100.0100     0.0000     "
-                        u8"3.33     0.00       0.0033   -100.0100\n"));
+                        u8"3.33     0.00       0.0033   -100.0100     5.03     2.87     5.79\n"));
   EXPECT_THAT(run.out, HasSubstr(u8"  K2     90°00′10.00″  -10.00    0°00′00.00″                   "));
   EXPECT_THAT(run.out, HasSubstr(u8"  Angles       40.00″, each angle corrected by -10.00″\n"
                                  u8"  fx           -0.0100 m\n"));
@@ -113,8 +113,11 @@ TEST(TraverseCommand, JudgesMisclosuresAndNamesWhatExplainsThem) {
   QStringList const limits{"--allowed-angle", "19", "--allowed-relative", "40000"};
   test::Run const limited = program.run(arguments + limits);
   EXPECT_EQ(limited.exitCode, 0);
-  EXPECT_THAT(limited.err, HasSubstr(u8"The angular misclosure is 40.0″, beyond the limit of 38.0″\n"));
-  EXPECT_THAT(limited.err, HasSubstr("The relative misclosure is 1 : 30003, beyond the limit of 1 : 40000\n"));
+  EXPECT_THAT(limited.err,
+              HasSubstr(u8"The angular misclosure is 40.0″, beyond the limit of 38.0″: traverse from K1 to K2\n"));
+  EXPECT_THAT(
+      limited.err,
+      HasSubstr("The relative misclosure is 1 : 30003, beyond the limit of 1 : 40000: traverse from K1 to K2\n"));
 }
 
 TEST(TraverseCommand, ComputesSideShotsOfEveryStation) {
@@ -222,8 +225,8 @@ TEST(TraverseCommand, GivesHeightsBesideThePlane) {
     EXPECT_GT(json["sidePoints"][0]["heightError"].asDouble(), json["points"][2]["heightError"].asDouble());
     EXPECT_EQ(json["heights"]["redundancy"].asInt(), 3);
     std::string const text = program.run({"adjust", "book.txt", "--method", method}).out;
-    EXPECT_THAT(text, HasSubstr("East y [m]  Height [m]  mh [mm]\n"));
-    EXPECT_THAT(text, HasSubstr("1000.0000    150.0000     50.2000     0.86\n"));
+    EXPECT_THAT(text, HasSubstr("mp [mm]  Height [m]  mh [mm]\n"));
+    EXPECT_THAT(text, HasSubstr("1000.0000    150.0000     0.84     1.72     1.92     50.2000     0.86\n"));
     EXPECT_THAT(text, HasSubstr("49.8000  1.48 (unchecked)\n"));
   }
   // By the options of heights: the error of a difference is √2 h where nothing else counts.

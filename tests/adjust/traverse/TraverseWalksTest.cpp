@@ -79,6 +79,7 @@ TraverseResult computed(detail::TraverseWalk const& walk, std::vector<KnownPoint
   result.stations = driver.getTraverseAdjustInfoList();
   result.summary = driver.getTraverseSummary();
   result.points = driver.getPointList();
+  if (walk.method == 1) detail::takeCheckShot(result, known);
   return result;
 }
 
@@ -135,6 +136,20 @@ TEST(SidePoints, HaveTheErrorsThatTheyPromise) {
         TraverseErrors const errors = withRounds(someErrors(), result.stations.size(), rounds);
         for (detail::SideSight& sight : walks[0].sideSights) sight.rounds = sight.distances = rounds;
         detail::addSidePoints(result, walks[0].sideSights, site.knownPoints(), &errors);
+        detail::addPointErrors(result, site.knownPoints(), errors);
+        ASSERT_EQ(result.pointErrors.size(), result.points.size());
+        for (std::size_t i = 0; i < result.points.size(); ++i) {
+          PointInfo const& point = result.points[i];
+          Plane const off = Plane(point.x, point.y) - site.points.at(point.name);
+          if (result.pointErrors[i].mp == 0.0) {
+            EXPECT_LT(off.norm(), 1e-9) << point.name;
+            continue;
+          }
+          squares[point.name].first += std::pow(result.pointErrors[i].mp, 2);
+          squares[point.name].second += off.squaredNorm();
+          north[point.name].first += std::pow(result.pointErrors[i].mx, 2);
+          north[point.name].second += off.x() * off.x();
+        }
         ASSERT_GE(result.sidePoints.size(), 1U);
         for (TraverseSidePoint const& side : result.sidePoints) {
           Plane const off = Plane(side.point.x, side.point.y) - site.points.at(side.point.name);
@@ -183,6 +198,66 @@ TEST(Loops, AreWarnedOfInOneOfAHundredFaultlessOnes) {
   for (int const count : {angles, places}) {
     EXPECT_GE(count, 4);
     EXPECT_LE(count, 17);
+  }
+}
+
+/// From A with the mark B over P1, P2 and P3 to K, a station without a mark; E and F are in sight without a distance.
+Site toKnownStation() {
+  Site site = hanging();
+  site.points.insert({{"K", {390, 10}}, {"E", {260, 200}}, {"F", {-80, 120}}});
+  site.known.insert(site.known.end(), {"K", "E", "F"});
+  site.stations = {
+      {"A", {"B", "P1", "F"}}, {"P1", {"A", "P2"}}, {"P2", {"P1", "P3", "E"}}, {"P3", {"P2", "K"}}, {"K", {"P3"}}};
+  return site;
+}
+
+/// The corners A and C sight each other; E is in sight of the last one without a distance.
+Site onTwoCorners() {
+  Site site;
+  site.points = {{"A", {0, 0}},     {"P1", {20, 140}}, {"P2", {130, 180}},
+                 {"P3", {210, 90}}, {"C", {120, -60}}, {"E", {300, -90}}};
+  site.known = {"A", "C", "E"};
+  site.stations = {
+      {"A", {"C", "P1"}}, {"P1", {"A", "P2"}}, {"P2", {"P1", "P3", "E"}}, {"P3", {"P2", "C"}}, {"C", {"P3", "A"}}};
+  return site;
+}
+
+// Of 1000 faultless ones 10 are expected beyond each, with a standard deviation of 3.1.
+TEST(Walks, WarnOfOneInAHundredFaultlessCheckShotsPolygonsAndSightsToKnownPoints) {
+  constexpr int kRuns = 1000;
+  Site ends = connecting();  // with further marks at both ends and K in sight without a distance
+  ends.points.insert({{"E", {-120, 90}}, {"F", {160, 640}}});
+  ends.known.insert(ends.known.end(), {"E", "F"});
+  ends.stations[0].second.emplace_back("E");
+  ends.stations[5].second.emplace_back("F");
+  for (Site const& site : {toKnownStation(), onTwoCorners(), ends}) {
+    std::mt19937 random(64);
+    std::map<std::string, int> beyond;
+    for (int run = 0; run < kRuns; ++run) {
+      Network network = site.network(someErrors(), 1, random);
+      for (NetworkDataInfo& line : network.lines) {
+        bool const isDirection = line.end_name == "E" || line.end_name == "F" || line.end_name == "K";
+        if (isDirection && line.start_name != "P3") line.horizontal_distance = 0.0;
+      }
+      std::vector<detail::TraverseWalk> const walks = detail::traverseWalks(network, 0);
+      ASSERT_EQ(walks.size(), 1U);
+      TraverseResult result = computed(walks[0], site.knownPoints());
+      TraverseErrors errors = withRounds(someErrors(), result.stations.size(), 1);
+      if (walks[0].isEndStation) errors.rounds.back().leg = 1.0;  // K shoots no distance back
+      TraverseJudgement const judged = judgedTraverse(result.stations, result.summary, result.closing, errors);
+      beyond["along"] += std::abs(judged.along) > judged.alongAllowed ? 1 : 0;
+      beyond["across"] += std::abs(judged.across) > judged.acrossAllowed ? 1 : 0;
+      if (!walks[0].isEndStation) beyond["angles"] += std::abs(judged.angle) > judged.angleAllowed ? 1 : 0;
+      detail::addChecks(result, walks[0], site.knownPoints(), &errors);
+      for (TraverseCheck const& check : result.checks) {
+        beyond[check.station + check.target + std::to_string(check.kind)] += check.isBeyond() ? 1 : 0;
+      }
+    }
+    EXPECT_GE(beyond.size(), 4U);
+    for (auto const& [what, count] : beyond) {
+      EXPECT_GE(count, 3) << what << " of the site to " << site.stations.back().first;
+      EXPECT_LE(count, 19) << what << " of the site to " << site.stations.back().first;
+    }
   }
 }
 
