@@ -15,21 +15,22 @@
 
 namespace kvn::detail {
 
-/// Mean of readings on the circle, all near the first one.
+/// Mean of readings on the circle, all near the first one, by their weights.
 class CircleMean {
  public:
-  void add(double angle) {
-    if (count == 0) first = angle;
-    sum += utils::foldedAngle(angle - first);
-    ++count;
+  void add(double angle, double weight = 1.0) {
+    if (isEmpty()) first = angle;
+    sum += weight * utils::foldedAngle(angle - first);
+    weights += weight;
   }
-  bool isEmpty() const { return count == 0; }
-  double value() const { return first + sum / count; }
+  bool isEmpty() const { return weights == 0.0; }
+  double value() const { return first + sum / weights; }
+  double weight() const { return weights; }
 
  private:
   double first = 0.0;
   double sum = 0.0;
-  int count = 0;
+  double weights = 0.0;
 };
 
 /// One target in one round.
@@ -39,8 +40,8 @@ struct SightedTarget {
   bool isTold = false;        ///< that its readings differ
   CircleMean faces[2];
   std::optional<std::size_t> rowOfFace[2];
-  int readings = 0;
 
+  /// The faces count alike, however often each was read: collimation goes out of their mean only so.
   double direction() const {
     CircleMean both;
     for (CircleMean const& face : faces) {
@@ -48,7 +49,18 @@ struct SightedTarget {
     }
     return both.value();
   }
+
+  /// As many readings as have a mean of this error. With n of one face and m of the other it is that of 4 n m / (n +
+  /// m): the mean of the two means has a quarter of 1 / n + 1 / m of the variance of a reading.
+  double readings() const {
+    double const n = faces[0].weight();
+    double const m = faces[1].weight();
+    return faces[0].isEmpty() || faces[1].isEmpty() ? n + m : 4.0 * n * m / (n + m);
+  }
 };
+
+/// What a difference of two means counts in the turn of rounds, by the readings of each.
+inline double weightOfDifference(double readings, double others) { return readings * others / (readings + others); }
 
 struct MeanDistance {
   double sum = 0.0;
@@ -80,6 +92,7 @@ struct MeanDistance {
 /// One round of an occupation: targets in the order of their first sight.
 struct FieldRound {
   std::size_t occupation = 0;  ///< row of the station record
+  bool isUnturned = false;     ///< the circle stands as in the round before
   NameIndex names;
   std::vector<SightedTarget> targets;
   NameIndex distanceNames;
@@ -96,9 +109,9 @@ struct FieldStation {
 };
 
 /// The observations of all stations, each set-up by itself. Rounds of one occupation with the same targets are one set
-/// of directions: turned onto the first one by their mean difference, and averaged. A round with other targets keeps
-/// its own orientation. The distances of an occupation to a target are averaged over its rounds. What the rounds
-/// scatter by stands with the set-ups.
+/// of directions: turned onto the first one by their mean difference, and averaged, by their readings both. A round
+/// with other targets keeps its own orientation. The distances of an occupation to a target are averaged over its
+/// rounds. What the rounds scatter by stands with the set-ups.
 PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints);
 
 }  // namespace kvn::detail
