@@ -48,7 +48,7 @@ struct FieldReduction {
   std::vector<DistanceSpread> spreads = {};  ///< by station and target; `inspectDistances` judges them
 };
 
-/// Directions and distances of all stations, independent of the order in which the targets were sighted.
+/// Directions and distances of all stations, independent of the order in which the targets of a round were sighted.
 ///
 /// A target is known by its name and its face by the vertical reading; without one, by the horizontal reading against
 /// the target's first one. A direction is the mean of the two faces, a circle reading of the first face from 0 to 2π;

@@ -55,7 +55,8 @@ class RoundDivision {
         pass(visitEnd);
         continue;
       }
-      std::size_t const start = startOfRound(again, visitEnd);
+      std::size_t start = startOfRound(again, visitEnd);
+      if (start == again && isRepetitionAtEnd(again, visitEnd)) start = visitEnd;
       for (std::size_t i = at; i < start; ++i) read.add(sights[i]);
       std::size_t const end = look(start);
       if (isRound()) {
@@ -98,6 +99,15 @@ class RoundDivision {
     std::size_t i = at;
     while (i < visitEnd && !read.has(sights[i])) ++i;
     return i;
+  }
+
+  /// Whether a round begins behind the visit with the first target, as this one did, and reads all of it in its turn.
+  bool isRepetitionAtEnd(std::size_t again, std::size_t visitEnd) {
+    if (visitEnd == sights.size() || sights[at].target == sights[first].target) return false;
+    if (sights[visitEnd].target != sights[first].target || !read.has(sights[visitEnd])) return false;
+    spent += look(visitEnd) - visitEnd;
+    return isRound() &&
+           std::all_of(place(again), place(visitEnd), [this](Sight const& sight) { return readAhead.has(sight); });
   }
 
   /// The sight that would begin a round, since `again` of the visit has been read in this one.
