@@ -55,7 +55,8 @@ struct FieldReduction {
 /// sights on one face alone count as they are, with a `Warning`. A round begins where the first target of a round reads
 /// another value, or where a target is sighted again on a face on which the round has it, unless that closes a sweep.
 /// Rounds and further occupations of a station are turned onto the first one by the mean difference of their common
-/// targets, and count in the mean by their readings. A distance is the mean of the sights that measured one. Known points are the stations with `isKnown`, each once, without height.
+/// targets, and count in the mean by their readings. A distance is the mean of the sights that measured one. Known
+/// points are the stations with `isKnown`, each once, without height.
 ///
 /// `observations` keeps the set-ups apart: each station record has orientations of its own, one for all its rounds with
 /// the same targets, which are averaged with the number of their readings, and one for each round with others.

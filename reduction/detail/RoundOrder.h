@@ -30,8 +30,9 @@ struct RoundPlace {
 /// Not so where what begins there has a single target, or would part the two faces of more targets than it finds
 /// complete: the sight closes a sweep then, or repeats a reading, and stays in its round. Of a visit to the first
 /// target between two rounds as many sights as the first visit has begin the new one; the others close the old one.
-/// Where a sweep runs back from the target that the last one ended with, its repeated readings are shared likewise. What
-/// is read again in front of a round that begins with the first target and reads it in its turn stays in the old one.
+/// Where a sweep runs back from the target that the last one ended with, its repeated readings are shared likewise.
+/// What is read again in front of a round that begins with the first target and reads it in its turn stays in the old
+/// one.
 ///
 /// Linear in the number of rows.
 std::vector<RoundPlace> roundPlaces(std::vector<TraverseDataInfo> const& rows);
