@@ -53,7 +53,9 @@ struct PlaneNetwork {
     int target = 0;      ///< point number
     double value = 0.0;  ///< radians; NaN where it is still to be measured
     double error = 0.0;  ///< standard error, radians, above 0
-    int readings = 2;    ///< face readings of which the value is the mean; 2 of a round on both faces
+    /// Face readings of which the value is the mean, 2 of a round on both faces: as many as have a mean of its error,
+    /// where the faces were read unequally often.
+    double readings = 2.0;
     Origin origin = {};
   };
 

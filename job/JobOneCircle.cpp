@@ -87,7 +87,7 @@ class Joiner {
         PlaneNetwork::Direction const& direction = network.directions[d];
         std::size_t const place = placeOf.emplace(direction.target, targets.size()).first->second;
         if (place == targets.size()) targets.push_back(direction.target);
-        parts[p].directions.emplace_back(place, direction.value);
+        parts[p].directions.push_back({place, direction.value});
         ++count;
       }
     }

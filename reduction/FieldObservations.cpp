@@ -40,6 +40,11 @@ class ObservationList {
   }
 
  private:
+  struct Turned {
+    double direction;
+    double readings;
+  };
+
   static SightedTarget const& targetOf(FieldRound const& round, std::string const& name) {
     return round.targets[static_cast<std::size_t>(round.names.find(name))];
   }
@@ -50,37 +55,40 @@ class ObservationList {
     auto const setUp = static_cast<int>(network.setUps.size());
     network.setUps.push_back({numbers[station.name], Origin{0, static_cast<int>(first.occupation)}});
     std::vector<CircleMean> means(first.targets.size());
-    std::vector<int> readings(first.targets.size(), 0);
-    std::vector<double> turned;  // of all rounds, target by target
+    std::vector<Turned> turned;  // of all rounds, target by target
     for (FieldRound const* round : rounds) {
       CircleMean turn;
-      for (std::string const& name : first.names.names()) {
-        turn.add(targetOf(first, name).direction() - targetOf(*round, name).direction());
+      for (std::size_t i = 0; i < means.size(); ++i) {
+        SightedTarget const& target = targetOf(*round, first.names.names()[i]);
+        turn.add(first.targets[i].direction() - target.direction(),
+                 weightOfDifference(first.targets[i].readings(), target.readings()));
       }
       for (std::size_t i = 0; i < means.size(); ++i) {
         SightedTarget const& target = targetOf(*round, first.names.names()[i]);
-        turned.push_back(target.direction() + turn.value());
-        means[i].add(turned.back());
-        readings[i] += target.readings;
+        turned.push_back({target.direction() + turn.value(), target.readings()});
+        means[i].add(turned.back().direction, turned.back().readings);
       }
     }
     for (std::size_t i = 0; i < means.size(); ++i) {
       int const target = numbers[first.names.names()[i]];
       Origin const origin{0, static_cast<int>(first.targets[i].firstRow)};
-      network.directions.push_back({setUp, target, utils::onCircle(means[i].value()), 0.0, readings[i], origin});
+      network.directions.push_back({setUp, target, utils::onCircle(means[i].value()), 0.0, means[i].weight(), origin});
     }
     network.setUps.back().directions = scatterOf(turned, means);
   }
 
-  /// Each round has a turn of its own and each target a mean, which share one.
-  static Scatter scatterOf(std::vector<double> const& turned, std::vector<CircleMean> const& means) {
+  /// Each round has a turn of its own and each target a mean, which share one. The scatter is that of a direction with
+  /// as many readings as they have in the mean of the set.
+  static Scatter scatterOf(std::vector<Turned> const& turned, std::vector<CircleMean> const& means) {
     std::size_t const rounds = turned.size() / means.size();
     double sum = 0.0;
+    double readings = 0.0;
     for (std::size_t i = 0; i < turned.size(); ++i) {
-      double const v = utils::foldedAngle(turned[i] - means[i % means.size()].value());
-      sum += v * v;
+      double const v = utils::foldedAngle(turned[i].direction - means[i % means.size()].value());
+      sum += turned[i].readings * v * v;
+      readings += turned[i].readings;
     }
-    return scatterOf(sum, (rounds - 1) * (means.size() - 1));
+    return scatterOf(sum * static_cast<double>(turned.size()) / readings, (rounds - 1) * (means.size() - 1));
   }
 
   static Scatter scatterOf(double squares, std::size_t redundancy) {

@@ -7,10 +7,12 @@
 #include "reduction/detail/Circle.h"
 #include "reduction/detail/FieldRounds.h"
 #include "reduction/detail/JoinedCircle.h"
+#include "reduction/detail/RoundOrder.h"
 
 #include <utils/Circle.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <deque>
 #include <limits>
@@ -22,7 +24,9 @@ namespace kvn {
 namespace {
 
 using detail::CircleMean;
+using detail::hasVertical;
 using detail::kRoundTolerance;
+using detail::kSameReading;
 using detail::MeanDistance;
 using utils::foldedAngle;
 using utils::onCircle;
@@ -30,20 +34,15 @@ using Round = detail::FieldRound;
 using Sighted = detail::SightedTarget;
 using Station = detail::FieldStation;
 
-// Readings of one target in one round that differ by more are not readings of one target: 6', far above what an
-// instrument out of adjustment shows between its faces, and far below the turn of a circle between rounds.
-constexpr double kSameReading = 0.1 * utils::kPi / 180.0;
 // Metres. Below these coordinates are none, and two positions are the same.
 constexpr double kNoCoordinate = 1e-5;
 constexpr double kSamePosition = 1e-4;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-bool hasVertical(TraverseDataInfo const& row) { return row.angleMark != 0.0 && row.vertical_angle != 0.0; }
-
 class Reducer {
  public:
   explicit Reducer(std::vector<TraverseDataInfo> const& fieldRows)
-      : rows(fieldRows), indexErrors(detail::indexErrors(fieldRows)) {}
+      : rows(fieldRows), indexErrors(detail::indexErrors(fieldRows)), places(detail::roundPlaces(fieldRows)) {}
 
   FieldReduction run() {
     for (std::size_t i = 0; i < rows.size(); ++i) take(i);
@@ -154,49 +153,34 @@ class Reducer {
   void takeReading(std::size_t i) {
     TraverseDataInfo const& row = rows[i];
     if (row.angleMark == 0.0) return;
-    Round& round = roundFor(row);
-    auto const number = static_cast<std::size_t>(round.names.numberOf(row.name));
-    bool const isFirst = number == round.targets.size();
-    if (isFirst) round.targets.emplace_back();
-    Sighted& target = round.targets[number];
-    int const face = faceOf(row, isFirst ? nullptr : &target);
-    double const reading = onCircle(row.horizontal_angle - face * utils::kPi);
-    if (isFirst) {
-      target.firstRow = i;
-      target.firstReading = reading;
-    } else if (!(std::abs(foldedAngle(reading - target.firstReading)) <= kSameReading)) {
+    detail::RoundPlace const& place = places[i];
+    if (place.beginsRound) {
+      std::size_t const occupation = current->rounds.back().occupation;
+      current->rounds.emplace_back();
+      current->rounds.back().occupation = occupation;
+      current->rounds.back().isUnturned = !place.isTurned;
+    }
+    if (!place.fits) {
       tell(FieldFinding::Error, current->name, {row.name},
            Messages::tr("the readings of the target do not belong together"), i);
       return;
     }
+    Round& round = current->rounds.back();
+    auto const number = static_cast<std::size_t>(round.names.numberOf(row.name));
+    double const reading = onCircle(row.horizontal_angle - place.face * utils::kPi);
+    if (number == round.targets.size()) {
+      round.targets.emplace_back();
+      round.targets.back().firstRow = i;
+      round.targets.back().firstReading = reading;
+    }
+    Sighted& target = round.targets[number];
     if (!target.isTold && std::abs(foldedAngle(reading - target.firstReading)) > kRoundTolerance) {
       target.isTold = true;
       tell(FieldFinding::Warning, current->name, {row.name},
            Messages::tr("the readings of the target differ by more than 30\""), i);
     }
-    target.faces[face].add(reading);
-    ++target.readings;
-    if (!target.rowOfFace[face]) target.rowOfFace[face] = i;
-  }
-
-  /// 0 for the first face, 1 for the second.
-  static int faceOf(TraverseDataInfo const& row, Sighted const* before) {
-    if (hasVertical(row)) return detail::isSecondFace(row.vertical_angle) ? 1 : 0;
-    if (before == nullptr) return 0;
-    return std::abs(foldedAngle(row.horizontal_angle - before->firstReading)) > utils::kPi / 2 ? 1 : 0;
-  }
-
-  /// The round that the row belongs to: a new one when the first target of the last one reads another value.
-  Round& roundFor(TraverseDataInfo const& row) {
-    Round& last = current->rounds.back();
-    if (last.targets.empty() || last.names.names().front() != row.name) return last;
-    Sighted const& zero = last.targets.front();
-    double const reading = row.horizontal_angle - faceOf(row, &zero) * utils::kPi;
-    if (std::abs(foldedAngle(reading - zero.firstReading)) <= kSameReading) return last;
-    std::size_t const occupation = last.occupation;
-    current->rounds.emplace_back();
-    current->rounds.back().occupation = occupation;
-    return current->rounds.back();
+    target.faces[place.face].add(reading);
+    if (!target.rowOfFace[place.face]) target.rowOfFace[place.face] = i;
   }
 
   /// A round of the first target alone beside fuller ones of its occupation is no round: the circle or the tripod
@@ -207,7 +191,7 @@ class Reducer {
       mostOf[round.occupation] = std::max(mostOf[round.occupation], round.targets.size());
     }
     for (Round const& round : station.rounds) {
-      if (round.targets.size() != 1 || mostOf[round.occupation] == 1) continue;
+      if (round.isUnturned || round.targets.size() != 1 || mostOf[round.occupation] == 1) continue;
       tell(FieldFinding::Error, station.name, round.names.names(),
            Messages::tr("the readings of the first target do not belong together"), round.targets.front().firstRow);
     }
@@ -242,11 +226,16 @@ class Reducer {
   void joinRounds(Station const& station, std::vector<CircleMean>& means) {
     std::vector<detail::CirclePart> parts(station.rounds.size());
     bool const isOneFaced = tellOneFaced(station);
+    FacesOnCircle faces;
     for (std::size_t r = 0; r < parts.size(); ++r) {
       Round const& round = station.rounds[r];
-      tellFaces(station, round, isOneFaced);
+      if (!round.isUnturned) faces = facesOnCircle(station, r);
+      if (!isOneFaced) tellFaces(station, round, faces);
+      notePairs(station, round);
+      if (round.isUnturned) tellDrift(station, station.rounds[r - 1], round);
       for (std::size_t i = 0; i < round.targets.size(); ++i) {
-        parts[r].directions.emplace_back(numberAt(station, round, i), round.targets[i].direction());
+        parts[r].directions.push_back(
+            {numberAt(station, round, i), round.targets[i].direction(), round.targets[i].readings()});
       }
     }
     detail::JoinedCircle joined = detail::joinedCircle(parts, means.size(), [&](std::size_t r, std::size_t i) {
@@ -274,6 +263,27 @@ class Reducer {
     return static_cast<std::size_t>(station.targets.find(round.names.names()[i]));
   }
 
+  /// The circle that nobody turned, by the median of the common targets, of which one may be misread.
+  void tellDrift(Station const& station, Round const& before, Round const& round) {
+    std::vector<double> drifts;
+    for (std::size_t i = 0; i < round.targets.size(); ++i) {
+      int const number = before.names.find(round.names.names()[i]);
+      if (number < 0) continue;
+      Sighted const& earlier = before.targets[static_cast<std::size_t>(number)];
+      for (int const face : {0, 1}) {
+        CircleMean const& mean = earlier.faces[face];
+        CircleMean const& later = round.targets[i].faces[face];
+        if (!mean.isEmpty() && !later.isEmpty()) drifts.push_back(foldedAngle(later.value() - mean.value()));
+      }
+    }
+    if (drifts.empty()) return;
+    auto const middle = drifts.begin() + static_cast<std::ptrdiff_t>(drifts.size() / 2);
+    std::nth_element(drifts.begin(), middle, drifts.end());
+    if (std::abs(*middle) <= kRoundTolerance) return;
+    tell(FieldFinding::Warning, station.name, {}, Messages::tr("between two rounds the circle moved by more than 30\""),
+         round.targets.front().firstRow);
+  }
+
   /// A station without a single pair of faces, of several targets, is told once and not with each of them.
   bool tellOneFaced(Station const& station) {
     auto const hasPair = [](Round const& round) {
@@ -294,16 +304,46 @@ class Reducer {
     return true;
   }
 
-  void tellFaces(Station const& station, Round const& round, bool isToldOfStation) {
+  using FacesOnCircle = std::unordered_map<std::string, std::array<bool, 2>>;
+
+  /// The faces of each target in the rounds from one on between which the circle was not turned.
+  static FacesOnCircle facesOnCircle(Station const& station, std::size_t first) {
+    FacesOnCircle faces;
+    for (std::size_t r = first; r < station.rounds.size() && (r == first || station.rounds[r].isUnturned); ++r) {
+      Round const& round = station.rounds[r];
+      for (std::size_t i = 0; i < round.targets.size(); ++i) {
+        for (std::size_t const face : {0U, 1U}) {
+          if (round.targets[i].rowOfFace[face]) faces[round.names.names()[i]][face] = true;
+        }
+      }
+    }
+    return faces;
+  }
+
+  /// The collimation error turns a round that is on one face altogether as a whole. Its targets are told unless other
+  /// rounds have their other face.
+  void tellFaces(Station const& station, Round const& round, FacesOnCircle const& faces) {
+    bool const isOnOne = !hasFace(round, 0) || !hasFace(round, 1);
     for (std::size_t i = 0; i < round.targets.size(); ++i) {
       Sighted const& target = round.targets[i];
       std::string const& name = round.names.names()[i];
-      if (!target.rowOfFace[0] || !target.rowOfFace[1]) {
-        if (isToldOfStation) continue;
-        tell(FieldFinding::Warning, station.name, {name}, Messages::tr("sighted on one face only"), target.firstRow);
-        continue;
-      }
-      FacePair pair{station.name, name, *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
+      if (target.rowOfFace[0] && target.rowOfFace[1]) continue;
+      auto const [first, second] = faces.at(name);
+      if (isOnOne && first && second) continue;
+      tell(FieldFinding::Warning, station.name, {name}, Messages::tr("sighted on one face only"), target.firstRow);
+    }
+  }
+
+  static bool hasFace(Round const& round, int face) {
+    return std::any_of(round.targets.begin(), round.targets.end(),
+                       [face](Sighted const& target) { return target.rowOfFace[face].has_value(); });
+  }
+
+  void notePairs(Station const& station, Round const& round) {
+    for (std::size_t i = 0; i < round.targets.size(); ++i) {
+      Sighted const& target = round.targets[i];
+      if (!target.rowOfFace[0] || !target.rowOfFace[1]) continue;
+      FacePair pair{station.name, round.names.names()[i], *target.rowOfFace[0], *target.rowOfFace[1], 0.0, kNaN};
       TraverseDataInfo const& first = rows[pair.firstRow];
       TraverseDataInfo const& second = rows[pair.secondRow];
       pair.doubleCollimation = foldedAngle(first.horizontal_angle - second.horizontal_angle - utils::kPi);
@@ -311,7 +351,7 @@ class Reducer {
         pair.indexError = (first.vertical_angle + second.vertical_angle - utils::kFullCircle) / 2;
       }
       if (std::abs(pair.indexError) > kSameReading) {
-        tell(FieldFinding::Warning, station.name, {name},
+        tell(FieldFinding::Warning, station.name, {pair.target},
              Messages::tr("the vertical readings of the faces differ by more than 12'"), pair.firstRow);
       }
       result.pairs.push_back(std::move(pair));
@@ -324,6 +364,7 @@ class Reducer {
   }
   std::vector<TraverseDataInfo> const& rows;
   std::vector<double> indexErrors;  // of each row, radians
+  std::vector<detail::RoundPlace> places;
   FieldReduction result;
   NameIndex stationNames;
   NameIndex knownNames;

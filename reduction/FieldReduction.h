@@ -48,19 +48,21 @@ struct FieldReduction {
   std::vector<DistanceSpread> spreads = {};  ///< by station and target; `inspectDistances` judges them
 };
 
-/// Directions and distances of all stations, independent of the order in which the targets were sighted.
+/// Directions and distances of all stations, independent of the order in which the targets of a round were sighted.
 ///
 /// A target is known by its name and its face by the vertical reading; without one, by the horizontal reading against
 /// the target's first one. A direction is the mean of the two faces, a circle reading of the first face from 0 to 2π;
-/// sights on one face alone count as they are, with a `Warning`. A round begins where the first target of an occupation
-/// reads another value; rounds and further occupations of a station are turned onto the first one by the mean
-/// difference of their common targets, and each counts one in the mean. A distance is the mean of the sights that
-/// measured one. Known points are the stations with `isKnown`, each once, without height.
+/// sights on one face alone count as they are, with a `Warning`. A round begins where the first target of a round reads
+/// another value, or where a target is sighted again on a face on which the round has it, unless that closes a sweep.
+/// Rounds and further occupations of a station are turned onto the first one by the mean difference of their common
+/// targets, and count in the mean by their readings. A distance is the mean of the sights that measured one. Known
+/// points are the stations with `isKnown`, each once, without height.
 ///
 /// `observations` keeps the set-ups apart: each station record has orientations of its own, one for all its rounds with
 /// the same targets, which are averaged with the number of their readings, and one for each round with others.
 ///
-/// `Error` findings: readings of one target and round, or of the first target of a set-up, that differ by more than 6';
+/// `Error` findings: readings of one target on one position of the circle, or of the first target of a set-up, that
+/// differ by more than 6';
 /// a known point with two positions; a row without a name; a negative distance.
 KELVANE_EXPORT FieldReduction reduceField(std::vector<TraverseDataInfo> const& rows);
 

@@ -19,7 +19,7 @@ class Joining {
   JoinedCircle run() {
     for (std::size_t p = 0; p < parts.size(); ++p) {
       if (ready.empty() && !parts[p].directions.empty()) ready.push(p);
-      for (auto const& [target, value] : parts[p].directions) partsOf[target].push_back(p);
+      for (CirclePart::Direction const& d : parts[p].directions) partsOf[d.target].push_back(p);
     }
     for (bool isFirst = true; !ready.empty(); isFirst = false) {
       std::size_t const next = ready.top();
@@ -36,19 +36,19 @@ class Joining {
     CirclePart const& part = parts[p];
     CircleMean turn;
     if (isFirst) turn.add(0.0);
-    for (auto const& [target, value] : part.directions) {
-      CircleMean const& mean = result.means[target];
-      if (!mean.isEmpty()) turn.add(mean.value() - value);
+    for (CirclePart::Direction const& d : part.directions) {
+      CircleMean const& mean = result.means[d.target];
+      if (!mean.isEmpty()) turn.add(mean.value() - d.value, weightOfDifference(mean.weight(), d.readings));
     }
     for (std::size_t i = 0; i < part.directions.size(); ++i) {
-      CircleMean& mean = result.means[part.directions[i].first];
-      double const direction = part.directions[i].second + turn.value();
+      CircleMean& mean = result.means[part.directions[i].target];
+      double const direction = part.directions[i].value + turn.value();
       if (!mean.isEmpty() && std::abs(utils::foldedAngle(direction - mean.value())) > kRoundTolerance) tell(p, i);
-      mean.add(direction);
+      mean.add(direction, part.directions[i].readings);
     }
-    for (auto const& [target, value] : part.directions) {
-      for (std::size_t const other : partsOf[target]) ready.push(other);
-      partsOf[target].clear();
+    for (CirclePart::Direction const& d : part.directions) {
+      for (std::size_t const other : partsOf[d.target]) ready.push(other);
+      partsOf[d.target].clear();
     }
   }
 

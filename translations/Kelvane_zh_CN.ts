@@ -1627,6 +1627,10 @@
         <translation>该方向与此前设站之差超过 30"</translation>
     </message>
     <message>
+        <source>between two rounds the circle moved by more than 30&quot;</source>
+        <translation>两测回之间水平度盘变动超过 30"</translation>
+    </message>
+    <message>
         <source>sighted on one face only</source>
         <translation>仅单盘位照准</translation>
     </message>

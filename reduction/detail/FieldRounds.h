@@ -22,14 +22,22 @@ struct SightedTarget {
   bool isTold = false;        ///< that its readings differ
   CircleMean faces[2];
   std::optional<std::size_t> rowOfFace[2];
-  int readings = 0;
 
+  /// The faces count alike, however often each was read: collimation goes out of their mean only so.
   double direction() const {
     CircleMean both;
     for (CircleMean const& face : faces) {
       if (!face.isEmpty()) both.add(face.value());
     }
     return both.value();
+  }
+
+  /// As many readings as have a mean of this error. With n of one face and m of the other it is that of 4 n m / (n +
+  /// m): the mean of the two means has a quarter of 1 / n + 1 / m of the variance of a reading.
+  double readings() const {
+    double const n = faces[0].weight();
+    double const m = faces[1].weight();
+    return faces[0].isEmpty() || faces[1].isEmpty() ? n + m : 4.0 * n * m / (n + m);
   }
 };
 
@@ -63,6 +71,7 @@ struct MeanDistance {
 /// One round of an occupation: targets in the order of their first sight.
 struct FieldRound {
   std::size_t occupation = 0;  ///< row of the station record
+  bool isUnturned = false;     ///< the circle stands as in the round before
   NameIndex names;
   std::vector<SightedTarget> targets;
   NameIndex distanceNames;
@@ -79,9 +88,9 @@ struct FieldStation {
 };
 
 /// The observations of all stations, each set-up by itself. Rounds of one occupation with the same targets are one set
-/// of directions: turned onto the first one by their mean difference, and averaged. A round with other targets keeps
-/// its own orientation. The distances of an occupation to a target are averaged over its rounds. What the rounds
-/// scatter by stands with the set-ups.
+/// of directions: turned onto the first one by their mean difference, and averaged, by their readings both. A round
+/// with other targets keeps its own orientation. The distances of an occupation to a target are averaged over its
+/// rounds. What the rounds scatter by stands with the set-ups.
 PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints);
 
 }  // namespace kvn::detail

@@ -5,31 +5,39 @@
 
 #include <cstddef>
 #include <functional>
-#include <utility>
 #include <vector>
 
 namespace kvn::detail {
 
-/// Mean of readings on the circle, all near the first one.
+/// Mean of readings on the circle, all near the first one, by their weights.
 class CircleMean {
  public:
-  void add(double angle) {
-    if (count == 0) first = angle;
-    sum += utils::foldedAngle(angle - first);
-    ++count;
+  void add(double angle, double weight = 1.0) {
+    if (isEmpty()) first = angle;
+    sum += weight * utils::foldedAngle(angle - first);
+    weights += weight;
   }
-  bool isEmpty() const { return count == 0; }
-  double value() const { return first + sum / count; }
+  bool isEmpty() const { return weights == 0.0; }
+  double value() const { return first + sum / weights; }
+  double weight() const { return weights; }
 
  private:
   double first = 0.0;
   double sum = 0.0;
-  int count = 0;
+  double weights = 0.0;
 };
+
+/// What a difference of two means counts in the turn of rounds, by the readings of each.
+inline double weightOfDifference(double readings, double others) { return readings * others / (readings + others); }
 
 /// What was read in one position of the circle: a round of a field book, a set-up of a network.
 struct CirclePart {
-  std::vector<std::pair<std::size_t, double>> directions;  ///< number of the target, radians
+  struct Direction {
+    std::size_t target = 0;
+    double value = 0.0;     ///< radians
+    double readings = 1.0;  ///< its weight
+  };
+  std::vector<Direction> directions;
 };
 
 struct JoinedCircle {
@@ -37,8 +45,8 @@ struct JoinedCircle {
   std::vector<bool> isJoined;     ///< by part; false where no common target leads to the first one
 };
 
-/// Turns each part of a station onto those before by the mean difference of their common targets; each counts one in
-/// the means. Near-linear in the number of directions.
+/// Turns each part of a station onto those before by the mean difference of their common targets, by the readings of
+/// both, which are the weights in the means too. Near-linear in the number of directions.
 ///
 /// @param tell  part and place in it of a direction that differs from the mean of those before by more than
 ///              `kRoundTolerance`.

@@ -191,18 +191,19 @@ TEST(ReduceField, TakesTheIndexErrorOffDistancesFromOneFace) {
 /// "set-up: target direction(readings)" of all set-ups, and "from>to metres(rounds)" of all distances.
 std::string observationsText(kvn::PlaneNetwork const& network) {
   std::ostringstream text;
-  text << std::fixed << std::setprecision(4);
+  text << std::setprecision(4);
   for (std::size_t s = 0; s < network.setUps.size(); ++s) {
     text << network.points[std::size_t(network.setUps[s].station)].name << ':';
     for (auto const& d : network.directions) {
       if (d.setUp != static_cast<int>(s)) continue;
-      text << ' ' << network.points[std::size_t(d.target)].name << ' ' << d.value / kDegree << '(' << d.readings << ')';
+      text << ' ' << network.points[std::size_t(d.target)].name << ' ' << std::fixed << d.value / kDegree << '('
+           << std::defaultfloat << d.readings << ')';
     }
     text << '\n';
   }
   for (auto const& d : network.distances) {
-    text << network.points[std::size_t(d.from)].name << '>' << network.points[std::size_t(d.to)].name << ' ' << d.value
-         << '(' << d.rounds << ")\n";
+    text << network.points[std::size_t(d.from)].name << '>' << network.points[std::size_t(d.to)].name << ' '
+         << std::fixed << d.value << '(' << d.rounds << ")\n";
   }
   return text.str();
 }
@@ -229,6 +230,19 @@ TEST(ReduceField, KeepsSetUpsApartAndCountsReadings) {
        {station("S"), sight("A", 0, 90), sight("B", 10, 90), sight("C", 20, 90), sight("A", 30, 90),
         sight("B", 40, 90)},
        "S: A 0.0000(1) B 10.0000(1) C 20.0000(1)\nS: A 30.0000(1) B 40.0000(1)\n"},
+      // The tripod stands 0.02 degrees further: that enters neither a mean nor another target.
+      {"the same, on a circle that was not turned",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), sight("C", 20, 90), sight("A", 0.02, 90),
+        sight("B", 10.02, 90)},
+       "S: A 0.0000(1) B 10.0000(1) C 20.0000(1)\nS: A 0.0200(1) B 10.0200(1)\n"},
+      // The first round has an angle of 10 degrees, the one on one face of 10.003: it counts half as much. B, read
+      // three
+      // times, has the error of 8/3 readings: a quarter of 1/2 + 1.
+      {"rounds count by their readings, the faces of each alike",
+       {station("S"), sight("A", 0, 90), sight("B", 10, 90), sight("B", 190, 270), sight("A", 180, 270),
+        sight("A", 0.01, 90), sight("B", 10.013, 90), station("T"), sight("B", 10, 90), sight("B", 10.002, 90),
+        sight("B", 190.003, 270)},
+       "S: A 359.9995(3) B 10.0005(3)\nT: B 10.0020(2.667)\n"},
       {"two set-ups, with and without a common target",
        {station("S"), sight("A", 0, 90), sight("B", 10, 90), station("S"), sight("A", 50, 90), sight("B", 60, 90),
         station("S"), sight("C", 70, 90)},
@@ -264,6 +278,20 @@ TEST(ReduceField, TellsWhatItCannotRelate) {
        {station("S"), sight("Z", 0, 90), sight("A", 1, 90), sight("A", 2, 90)},
        "2 S A 3\n1 S  0\n",
        "S>Z 0.0000 0.0000\nS>A 1.0000 0.0000\n"},
+      {"and in two rounds",
+       {station("S"), sight("Z", 0, 90), sight("A", 1, 90), sight("Z", 0, 90), sight("A", 2, 90)},
+       "2 S A 4\n1 S  0\n",
+       "S>Z 0.0000 0.0000\nS>A 1.0000 0.0000\n"},
+      {"a tripod that turned between two rounds",
+       {station("S"), sight("A", 1, 90), sight("B", 2, 90), sight("A", 1.01, 90), sight("B", 2.01, 90)},
+       "1 S  0\n1 S  3\n",
+       "S>A 1.0000 0.0000\nS>B 2.0000 0.0000\n"},
+      // All rounds of one face before those of the other; C is not in the latter.
+      {"the other face in another round",
+       {station("S"), sight("A", 1, 90), sight("B", 2, 90), sight("C", 3, 90), sight("A", 1, 90), sight("B", 2, 90),
+        sight("B", 182, 270), sight("A", 181, 270), sight("B", 182, 270), sight("A", 181, 270)},
+       "1 S C 3\n",
+       "S>A 1.0000 0.0000\nS>B 2.0000 0.0000\nS>C 3.0000 0.0000\n"},
       {"rounds without a common target",
        {station("S"), sight("A", 1, 90), station("S"), sight("B", 2, 90)},
        "1 S  0\n1 S B 3\n",
