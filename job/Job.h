@@ -167,8 +167,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// squares, too, and `planeAdjustment` after all others. Nothing else in the library reads them: maps and files show
   /// the coordinate list, for which see `takeResults`.
   /// @throws JobException for an `Error` of text or reduction, a-priori errors out of range, a network that the
-  ///         observations do not determine, a single traverse over set-ups of a station without a common target, and when
-  ///         the host cancels; JobMisclosureException where every traverse misses by more than ten times what the
+  ///         observations do not determine, a single traverse over set-ups of a station without a common target, and
+  ///         when the host cancels; JobMisclosureException where every traverse misses by more than ten times what the
   ///         a-priori errors allow. Plane and heights are one run: an earlier result stays as a whole then, its heights
   ///         too, even where the plane was finished when the host cancelled.
   void adjust();

@@ -34,8 +34,8 @@ constexpr double kFitsRoughly = 0.03;
 constexpr double kSamePlace = 1e-4;
 // Solutions that are looked at for mirror images of their parts.
 constexpr std::size_t kMostSolutions = 32;
-// Of several solutions the one that lies nearest to the hints is taken if it is nearer than this share of the distance of
-// every other one.
+// Of several solutions the one that lies nearest to the hints is taken if it is nearer than this share of the distance
+// of every other one.
 constexpr double kClearlyNearer = 0.8;
 // How strongly a place at random draws, against what is observed.
 constexpr double kPull = 1e-6;
@@ -440,9 +440,7 @@ struct BodySolver::System {
     return false;
   }
 
-  bool isAt(Spot const& spot, Spot const& other) const {
-    return spot.body == other.body && spot.local == other.local;
-  }
+  bool isAt(Spot const& spot, Spot const& other) const { return spot.body == other.body && spot.local == other.local; }
 
   /// The places between which something is observed, each once, and the pairs of them.
   void collectTies(std::vector<Spot>& spots, std::vector<std::pair<Spot, Spot>>& ties) const {
@@ -488,8 +486,8 @@ struct BodySolver::System {
     return x;
   }
 
-  /// Where parts lie that hang on two places, or all bodies on places that lie about on a line, when they are turned over
-  /// it: the iteration need not have come there.
+  /// Where parts lie that hang on two places, or all bodies on places that lie about on a line, when they are turned
+  /// over it: the iteration need not have come there.
   std::vector<Vector> mirrorImages(Vector const& x) const {
     std::vector<Spot> spots;
     std::vector<std::pair<Spot, Spot>> ties;
@@ -521,7 +519,8 @@ struct BodySolver::System {
   double fromHints(Vector const& x, std::vector<Place> const& hints) const {
     double sum = 0.0;
     for (auto const& [point, list] : bodyOf) {
-      if (hasPlace(hints[index(point)])) sum += std::norm(placeOf(spotIn(list.front(), point), x) - hints[index(point)]);
+      if (hasPlace(hints[index(point)]))
+        sum += std::norm(placeOf(spotIn(list.front(), point), x) - hints[index(point)]);
     }
     return std::sqrt(sum);
   }
@@ -602,17 +601,16 @@ bool BodySolver::search(Poll const& poll, std::vector<Solution>& solutions) {
 
 /// Puts the mirror images that agree with all observations behind the solutions that do.
 void BodySolver::addMirrorImages(std::vector<Solution>& solutions) {
-  solutions.erase(std::find_if(solutions.begin(), solutions.end(),
-                               [this](Solution const& s) { return s.misfit >= system->fits; }),
-                  solutions.end());
+  solutions.erase(
+      std::find_if(solutions.begin(), solutions.end(), [this](Solution const& s) { return s.misfit >= system->fits; }),
+      solutions.end());
   for (std::size_t i = 0; i < solutions.size(); ++i) {
     for (Vector& image : system->mirrorImages(Vector(solutions[i].values))) {
       if (solutions.size() >= kMostSolutions) return;
       spent += std::pow(system->unknowns, 3);
       double const misfit = system->iterate(image) / system->size;
-      bool const isKnown = std::any_of(solutions.begin(), solutions.end(), [&](Solution const& other) {
-        return system->isSame(other.values, image);
-      });
+      bool const isKnown = std::any_of(solutions.begin(), solutions.end(),
+                                       [&](Solution const& other) { return system->isSame(other.values, image); });
       if (misfit < system->fits && !isKnown) solutions.push_back({misfit, image, 0, 0});
     }
   }
