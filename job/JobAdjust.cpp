@@ -522,6 +522,9 @@ void detail::adjust(JobState& state, utils::IProcessCancel const& cancel) {
   }
   append(state.runFindings, ofSidePoints);
   append(state.runFindings, done.refused);
+  // Told before the run.
+  bool const isSingle = project.getConfigure().AdjustMethod != kByLeastSquares;
+  if (isSingle && !state.asRead) append(state.runFindings, oneCircle(state).findings);
   keepHeights(state, std::move(heights));
 }
 

@@ -1,12 +1,15 @@
 // The lines of a job on one circle a station, for what knows no set-ups: single traverses and project files.
 #include "adjust/NameIndex.h"
 #include "adjust/input/PairKey.h"
+#include "adjust/plane/Quantiles.h"
 #include "core/Project.h"
 #include "job/FindingTexts.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
 #include "records/detail/Messages.h"
+#include "records/detail/Recorded.h"
 #include "reduction/detail/JoinedCircle.h"
+#include "reduction/detail/RoundOrder.h"
 
 #include <utils/Circle.h>
 
@@ -15,6 +18,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <tuple>
@@ -56,20 +60,36 @@ std::vector<std::pair<int, StationSetUps>> setUpsByStation(PlaneNetwork const& n
 
 class Joiner {
  public:
-  explicit Joiner(PlaneNetwork const& all) : network(all) {}
+  Joiner(PlaneNetwork const& all, ObservationErrors const& given) : network(all), errors(given) {}
 
   detail::OneCircle run(Network lines) {
     for (auto const& [station, setUps] : setUpsByStation(network)) join(station, setUps);
     addDistances();
     NameIndex numbers;
     for (PlaneNetwork::Point const& point : network.points) numbers.numberOf(point.name);
+    // A line that a host has added beside one of the same points is one with it.
+    std::unordered_map<std::uint64_t, std::size_t> placeOf;
+    std::vector<NetworkDataInfo> kept;
+    kept.reserve(lines.lines.size());
     for (NetworkDataInfo& line : lines.lines) {
       std::uint64_t const key = orderedKey(numbers.find(line.start_name), numbers.find(line.end_name));
       auto const direction = directionOf.find(key);
       if (line.horizontalAngleFlag && direction != directionOf.end()) line.horizontal_angle = direction->second;
       auto const distance = distanceOf.find(key);
       if (distance != distanceOf.end()) line.horizontal_distance = distance->second;
+      auto const [place, isNew] = placeOf.emplace(key, kept.size());
+      if (isNew) {
+        kept.push_back(std::move(line));
+        continue;
+      }
+      NetworkDataInfo& first = kept[place->second];
+      if (line.horizontalAngleFlag && !first.horizontalAngleFlag) {
+        first.horizontalAngleFlag = true;
+        first.horizontal_angle = line.horizontal_angle;
+      }
+      if (!(first.horizontal_distance > detail::kNotMeasured)) first.horizontal_distance = line.horizontal_distance;
     }
+    lines.lines = std::move(kept);
     result.network = std::move(lines);
     return std::move(result);
   }
@@ -81,6 +101,7 @@ class Joiner {
     std::unordered_map<int, std::size_t> placeOf;
     std::vector<int> targets;
     std::vector<detail::CirclePart> parts(setUps.directions.size());
+    std::map<std::pair<std::size_t, std::size_t>, double> firstOf;  // by part and target
     std::size_t count = 0;
     for (std::size_t p = 0; p < parts.size(); ++p) {
       for (std::size_t const d : setUps.directions[p]) {
@@ -89,6 +110,10 @@ class Joiner {
         if (place == targets.size()) targets.push_back(direction.target);
         parts[p].directions.push_back({place, direction.value});
         ++count;
+        auto const [first, isNew] = firstOf.emplace(std::make_pair(p, place), direction.value);
+        if (isNew || std::abs(utils::foldedAngle(direction.value - first->second)) <= detail::kSameReading) continue;
+        add(result.lost, station, {nameOf(direction.target)},
+            Messages::tr("the directions to the target, read in one set-up, do not belong together"), direction.origin);
       }
     }
     if (count == targets.size() && parts.size() == 1) return;  // the lines are as they were read
@@ -128,20 +153,35 @@ class Joiner {
     struct Sum {
       double sum = 0.0;
       int count = 0;
+      double least = 0.0;
+      double greatest = 0.0;
+      PlaneNetwork::Distance const* last = nullptr;
     };
     std::unordered_map<std::uint64_t, Sum> sums;
     for (PlaneNetwork::Distance const& distance : network.distances) {
       if (std::isnan(distance.value)) continue;
       Sum& sum = sums[orderedKey(distance.from, distance.to)];
+      sum.least = sum.count == 0 ? distance.value : std::min(sum.least, distance.value);
+      sum.greatest = std::max(sum.greatest, distance.value);
       sum.sum += distance.value;
+      sum.last = &distance;
       ++sum.count;
     }
     for (auto const& [key, sum] : sums) {
-      if (sum.count > 1) distanceOf[key] = sum.sum / sum.count;
+      if (sum.count < 2) continue;
+      double const mean = sum.sum / sum.count;
+      distanceOf[key] = mean;
+      double const error = errors.distanceFixed + errors.distanceProportional * mean;
+      if (!(sum.greatest - sum.least > detail::rangeCriticalValue(sum.count) * error)) continue;
+      add(result.findings, sum.last->from, {nameOf(sum.last->to)},
+          Messages::tr("the distances given for the line differ by %1 mm, and their mean counts")
+              .arg(1000.0 * (sum.greatest - sum.least), 0, 'f', 1),
+          sum.last->origin);
     }
   }
 
   PlaneNetwork const& network;
+  ObservationErrors const& errors;
   std::unordered_map<std::uint64_t, double> directionOf;  // by station and target, of stations that are joined
   std::unordered_map<std::uint64_t, double> distanceOf;   // means, of what is given more than once
   detail::OneCircle result;
@@ -166,7 +206,8 @@ detail::OneCircle detail::oneCircle(JobState const& state) {
   if (!hasObservationsOfFile(state)) return {state.project->getNetwork(), {}, {}, {}};
   PlaneNetwork const observations = observationsNow(state);
   if (state.opened.areLinesJoined) return circleOfRows(state, observations);
-  return Joiner(observations).run(state.project->getNetwork());
+  ObservationErrors const errors = observationErrors(state);
+  return Joiner(observations, errors).run(state.project->getNetwork());
 }
 
 Network detail::networkOnOneCircle(JobState const& state) {

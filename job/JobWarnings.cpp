@@ -1,6 +1,7 @@
 // What an adjustment's result says that a surveyor should look at, with what it may cost.
 #include "adjust/engine/FreeDatum.h"
 #include "core/Project.h"
+#include "job/FindingTexts.h"
 #include "job/detail/JobSteps.h"
 #include "records/NetworkFindings.h"
 #include "records/detail/Messages.h"
@@ -114,18 +115,24 @@ FieldFinding leavingOf(PlaneAdjustment const& run, PlaneLeftOut const& left) {
   return finding;
 }
 
+QString nameOf(Sight const& sight, bool isDirection) {
+  QString const text = isDirection ? Messages::tr("%1 to %2 (direction)") : Messages::tr("%1 to %2 (distance)");
+  return text.arg(recordText(sight.from), recordText(sight.to));
+}
+
 /// Nothing but the choice of the adjustment speaks against the one that is in.
-FieldFinding alternativeTo(PlaneAdjustment const& run, PlaneAlternative const& other) {
+FieldFinding alternativeTo(PlaneAdjustment const& run, PlaneAlternative const& other, QString const& suspect) {
   Sight const sight = sightOf(run.network(), other.isDirection, other.observation);
   QString const text =
       other.isDirection
           ? Messages::tr(
-                "the direction may be the wrong one in the place of an observation that is left out or has no "
-                "weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m")
+                "the direction may be the wrong one in the place of that from %1, which is out: no residual tells "
+                "them apart, and coordinates would be elsewhere by up to %2 m")
           : Messages::tr(
-                "the distance may be the wrong one in the place of an observation that is left out or has no "
-                "weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m");
-  FieldFinding finding = warning(sight.from, {sight.to}, text.arg(other.apart, 0, 'f', 4), other.apart);
+                "the distance may be the wrong one in the place of that from %1, which is out: no residual tells "
+                "them apart, and coordinates would be elsewhere by up to %2 m");
+  FieldFinding finding =
+      warning(sight.from, {sight.to}, text.arg(suspect, QString::number(other.apart, 'f', 4)), other.apart);
   finding.line = sight.origin.line;
   finding.isOfDistance = !other.isDirection;
   return finding;
@@ -157,7 +164,10 @@ void addControl(PlaneAdjustment const& run, std::vector<FieldFinding>& findings)
 void addUnexplained(PlaneAdjustment const& run, std::vector<FieldFinding>& findings) {
   PlaneResult const& result = run.result();
   if (!result.hasRedundancy || !(result.unitError > result.upperBound) || !run.suspects().empty()) return;
-  if (!result.suspectedControl.empty()) return;
+  auto const isLowered = [](PlaneObservation const& o) { return o.weight < 1.0; };
+  bool const hasLowered = std::any_of(result.directions.begin(), result.directions.end(), isLowered) ||
+                          std::any_of(result.distances.begin(), result.distances.end(), isLowered);
+  if (!result.suspectedControl.empty() || hasLowered) return;
   std::vector<std::string> untested;
   for (PlaneControl const& control : result.control) {
     if (!control.isDetermined) untested.push_back(run.network().points[control.point].name);
@@ -270,7 +280,8 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   for (FieldFinding const& finding : findings) largest = std::max(largest, finding.cost);
   for (PlaneLeftOut const& left : result.leftOut) {
     findings.push_back(leavingOf(run, left));
-    for (PlaneAlternative const& other : left.alternatives) findings.push_back(alternativeTo(run, other));
+    QString const name = nameOf(sightOf(run.network(), left.isDirection, left.observation), left.isDirection);
+    for (PlaneAlternative const& other : left.alternatives) findings.push_back(alternativeTo(run, other, name));
   }
   addControl(run, findings);
   for (std::size_t const point : result.commonControl) {
@@ -282,7 +293,10 @@ std::vector<FieldFinding> detail::findingsToldBy(PlaneAdjustment const& run) {
   }
   for (PlaneAlternative const& other : result.alternatives) {
     if (other.apart > 0.0) {
-      findings.push_back(alternativeTo(run, other));
+      SuspectObservation const& suspect = run.suspects()[other.suspect];
+      auto const number = static_cast<std::size_t>(suspect.number);
+      QString const name = nameOf(sightOf(run.network(), suspect.isDirection, number), suspect.isDirection);
+      findings.push_back(alternativeTo(run, other, name));
       continue;
     }
     Sight const sight = sightOf(run.network(), other.isDirection, other.observation);

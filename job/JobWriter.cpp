@@ -270,9 +270,10 @@ Network linesForProject(JobState const& state, QString const& path) {
     QStringList names;
     for (FieldFinding const& finding : circle.lost) names << recordText(finding.station);
     names.removeDuplicates();
-    throw JobException(path, Messages::tr("a project file keeps one set-up a station, and those of %1 have no target "
-                                          "in common; a .in2 file keeps them all")
-                                 .arg(listedNames(names)));
+    throw JobException(path,
+                       Messages::tr("a project file keeps one set-up a station, and those of %1 cannot be one (%2); "
+                                    "a .in2 file keeps them all")
+                           .arg(listedNames(names), worded(circle.lost.front())));
   }
   for (QString const& line : warningLines(circle.findings)) sendWarning(line);
   if (!circle.stations.empty()) {

@@ -121,10 +121,15 @@ Judgement judgedHeights(HeightResult const& result, double confidence) {
   return {Judgement::Bad, Messages::tr("The heights do not agree with their a-priori errors: %1.").arg(numbers)};
 }
 
-/// Sights to known points that are judged and that the chain does not need.
+/// Sights to known points that are judged and that the chain does not need. A distance from the first station, which is
+/// known, checks known points alone; a direction from there checks that to the mark.
 std::size_t checksOf(TraverseResult const& traverse) {
+  std::string const& first = traverse.stations.front().stationPoint.name;
   auto const isSide = [](TraverseSidePoint const& side) { return side.isKnown && std::isfinite(side.offAllowed); };
-  auto const isJudged = [](TraverseCheck const& check) { return std::isfinite(check.allowed); };
+  auto const isJudged = [&first](TraverseCheck const& check) {
+    bool const isOfKnown = check.kind == TraverseCheck::Distance && check.station == first;
+    return !isOfKnown && std::isfinite(check.allowed);
+  };
   auto const ofSides = std::count_if(traverse.sidePoints.begin(), traverse.sidePoints.end(), isSide);
   return static_cast<std::size_t>(ofSides + std::count_if(traverse.checks.begin(), traverse.checks.end(), isJudged));
 }
@@ -135,6 +140,7 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
   bool isOpen = false;
   bool isBesideKnown = false;
   bool isOffKnown = false;
+  bool hasUnchecked = false;
   std::size_t checks = 0;  // of what nothing closes
   for (TraverseResult const& traverse : traverses) {
     for (TraverseSidePoint const& side : traverse.sidePoints) {
@@ -143,7 +149,9 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
     for (TraverseCheck const& check : traverse.checks) isOffKnown = isOffKnown || check.isBeyond();
     if (!traverse.summary.hasMisclosure) {
       isOpen = true;
-      checks += checksOf(traverse);
+      std::size_t const own = checksOf(traverse);
+      hasUnchecked = hasUnchecked || own == 0;
+      checks += own;
     }
     if (!traverse.judgement) continue;
     isJudged = true;
@@ -159,7 +167,7 @@ Judgement judgedTraverses(std::vector<TraverseResult> const& traverses) {
     return {Judgement::Bad,
             Messages::tr("A sight to a known point does not fit it: by more than the a-priori errors allow.")};
   }
-  if (isOpen && checks > 0) {
+  if (isOpen && !hasUnchecked) {
     QString const text =
         Messages::tr("Nothing closes an open traverse; sights to known points that check it in part, and fit: %1.");
     return {Judgement::Look, text.arg(checks)};

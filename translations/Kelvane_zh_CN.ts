@@ -1687,12 +1687,32 @@
         <translation>该距离与一个可疑观测值无法区分</translation>
     </message>
     <message>
-        <source>the direction may be the wrong one in the place of an observation that is left out or has no weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m</source>
-        <translation>与一个被剔除或权为零的观测值无法区分，出错的也可能是该方向：那时坐标最多相差 %1 m</translation>
+        <source>the distances given for the line differ by %1 mm, and their mean counts</source>
+        <translation>该边给出的多个距离相差 %1 mm，取其平均值</translation>
     </message>
     <message>
-        <source>the distance may be the wrong one in the place of an observation that is left out or has no weight, which cannot be told apart: coordinates would be elsewhere by up to %1 m</source>
-        <translation>与一个被剔除或权为零的观测值无法区分，出错的也可能是该距离：那时坐标最多相差 %1 m</translation>
+        <source>the directions to the target, read in one set-up, do not belong together</source>
+        <translation>同一次设站中对该目标的方向值互不相符</translation>
+    </message>
+    <message>
+        <source>%1 to %2 (direction)</source>
+        <translation>%1 至 %2（方向）</translation>
+    </message>
+    <message>
+        <source>%1 to %2 (distance)</source>
+        <translation>%1 至 %2（距离）</translation>
+    </message>
+    <message>
+        <source>suspected observations are not left out, since a known point may be wrong in their place</source>
+        <translation>未剔除可疑观测值，因为出错的也可能是某个已知点</translation>
+    </message>
+    <message>
+        <source>the direction may be the wrong one in the place of that from %1, which is out: no residual tells them apart, and coordinates would be elsewhere by up to %2 m</source>
+        <translation>出错的也可能是该方向，而不是已不参与平差的 %1：残差无法区分二者，那时坐标最多相差 %2 m</translation>
+    </message>
+    <message>
+        <source>the distance may be the wrong one in the place of that from %1, which is out: no residual tells them apart, and coordinates would be elsewhere by up to %2 m</source>
+        <translation>出错的也可能是该距离，而不是已不参与平差的 %1：残差无法区分二者，那时坐标最多相差 %2 m</translation>
     </message>
     <message>
         <source>the residuals are larger as a whole than the a-priori errors allow, and no single observation or known point explains it: the errors may be too small, or several things wrong</source>
@@ -2279,8 +2299,8 @@
         <translation>%1 个近似坐标</translation>
     </message>
     <message>
-        <source>a project file keeps one set-up a station, and those of %1 have no target in common; a .in2 file keeps them all</source>
-        <translation>项目文件对每个测站只保存一次设站，而 %1 的各次设站没有共同目标；.in2 文件可以全部保存</translation>
+        <source>a project file keeps one set-up a station, and those of %1 cannot be one (%2); a .in2 file keeps them all</source>
+        <translation>项目文件中每个测站只有一次设站，%1 的各次设站无法合并（%2）；.in2 文件可全部保留</translation>
     </message>
     <message>
         <source>a file of this kind holds the readings of a field book, which there are none of</source>

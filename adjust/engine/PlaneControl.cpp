@@ -200,7 +200,7 @@ std::vector<PlaneControl const*> PlaneAdjustment::Data::suspectedControl() {
   double worst = 0.0;  // square of the largest residual over its own error
   for (auto const* list : {&result.directions, &result.distances}) {
     for (PlaneObservation const& o : *list) {
-      if (o.redundancy >= kUncheckedRedundancy)
+      if (o.weight > 0.0 && o.redundancy >= kUncheckedRedundancy)
         worst = std::max(worst, std::pow(o.residual / o.error, 2) / o.redundancy);
     }
   }

@@ -15,6 +15,9 @@ namespace {
 
 using detail::index;
 
+// Metres. What moves nothing by more is no other result.
+constexpr double kLeastApart = 5e-5;
+
 }  // namespace
 
 /// What does not fit: a known point, where one explains it far better than any observation, and what does not fit when
@@ -46,6 +49,13 @@ void PlaneAdjustment::Data::judgeWithFree(std::size_t point) {
   other.setCancelCall(cancelCall);
   other.own->isDirectionOut = isDirectionOut;
   other.own->isDistanceOut = isDistanceOut;
+  for (PlaneLeftOut const& out : leftOut) {
+    if (out.isDirection) {
+      other.setDirectionUsed(out.observation, false);
+    } else {
+      other.setDistanceUsed(out.observation, false);
+    }
+  }
   try {
     other.adjust();
   } catch (AlgorithmException const&) {  // nothing else can be said then
@@ -159,7 +169,7 @@ std::vector<PlaneAlternative> PlaneAdjustment::Data::alternativesWithout(std::si
     for (int n = 0; n < 2 * engine.network.points; ++n) {
       entry.apart = std::max(entry.apart, std::abs(moved * q[index(n)] + back * qOther[index(n)]));
     }
-    list.push_back(entry);
+    if (entry.apart >= kLeastApart) list.push_back(entry);
   }
   return list;
 }
@@ -208,6 +218,11 @@ void PlaneAdjustment::Data::leaveOutSuspects() {
   }
   for (std::size_t i = 0; i < leftOut.size(); ++i) leftOut[i].alternatives = alternativesWithout(numbersOut[i]);
   result.leftOut = leftOut;
+  if (!engine.suspectNumbers.empty() && !result.suspectedControl.empty()) {
+    result.untreated =
+        Messages::tr("suspected observations are not left out, since a known point may be wrong in their place");
+    if (engine.tell) engine.tell(result.untreated, Warning);
+  }
   if (leftOut.empty()) return;
   if (!result.suspectedControl.empty()) {
     result.suspectedControl.clear();

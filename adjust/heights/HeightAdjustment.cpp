@@ -24,7 +24,7 @@ namespace {
 using detail::Effort;
 using detail::index;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 // What holds a known height or a shared one, against the weights of its sights.
 constexpr double kHold = 1e8;
 // A share of a height's standard error below which an observation does not move it.
@@ -91,7 +91,7 @@ void HeightAdjustment::Data::place() {
     sightsAt[index(network.setUps[index(network.sights[s].setUp)].station)].push_back(s);
     sightsAt[index(network.sights[s].target)].push_back(s);
   }
-  approximate.assign(network.points.size(), kNaN);
+  approximate.assign(network.points.size(), kNoNumber);
   reachedBy.assign(network.points.size(), -1);
   depth.assign(network.points.size(), 0);
   std::queue<int> open;
@@ -326,7 +326,7 @@ void HeightAdjustment::Data::takeUnitError() {
 /// @param size         how large the error seems to be, metres
 /// @param sensitivity  1 / square of the standard error, a-priori, that it is seen with
 void HeightAdjustment::Data::judge(HeightTest& test, double size, double sensitivity) const {
-  test.standardised = test.test = test.detectable = test.gross = kNaN;
+  test.standardised = test.test = test.detectable = test.gross = kNoNumber;
   if (test.redundancy < kUncheckedShare) return;
   test.standardised = -size * std::sqrt(sensitivity) / scale();
   test.test = std::abs(test.standardised) / result.criticalValue;
@@ -352,7 +352,7 @@ void HeightAdjustment::Data::takeSights() {
     sight.adjustedError = std::sqrt(std::max(variance, 0.0)) * scale();
     sight.redundancy = std::min(1.0, std::max(0.0, 1.0 - variance * weightOf(s)));
     judge(sight, -residuals[s] / sight.redundancy, sight.redundancy * weightOf(s));
-    sight.effect = kNaN;
+    sight.effect = kNoNumber;
     if (sight.redundancy < kUncheckedShare) continue;
     // An error g moves the unknowns by Q a' p g.
     double const moved = std::max(std::abs(q[1] - q[0]), std::abs(q[count + 1] - q[count]));

@@ -37,6 +37,8 @@ constexpr std::size_t kMostSolutions = 32;
 // Of several solutions the one that lies nearest to the hints is taken if it is nearer than this share of the distance
 // of every other one.
 constexpr double kClearlyNearer = 0.8;
+// Starts from the hints themselves, where there are some.
+constexpr int kStartsAtHints = 4;
 // How strongly a place at random draws, against what is observed.
 constexpr double kPull = 1e-6;
 constexpr int kLeastStarts = 24;
@@ -515,6 +517,22 @@ struct BodySolver::System {
     return images;
   }
 
+  bool hasHintsForAll(std::vector<Place> const& hints) const {
+    return std::all_of(bodyOf.begin(), bodyOf.end(),
+                       [&](auto const& entry) { return hasPlace(hints[index(entry.first)]); });
+  }
+
+  /// A start with the single points where their hints are.
+  Vector startAt(std::vector<Place> const& hints, std::mt19937& random) const {
+    Vector x = start(random);
+    for (std::size_t b = 0; b < bodies.size(); ++b) {
+      if (bodies[b].frame != nullptr || !hasPlace(hints[index(bodies[b].point)])) continue;
+      x[first[b]] = hints[index(bodies[b].point)].real();
+      x[first[b] + 1] = hints[index(bodies[b].point)].imag();
+    }
+    return x;
+  }
+
   /// How far all points with hints lie from them: the root of the sum of squares.
   double fromHints(Vector const& x, std::vector<Place> const& hints) const {
     double sum = 0.0;
@@ -577,7 +595,8 @@ bool BodySolver::search(Poll const& poll, std::vector<Solution>& solutions) {
   for (int i = 0; i < most; ++i) {
     if (poll) poll();
     spent += std::pow(system->unknowns, 3);
-    Vector x = system->start(random);
+    bool const isAtHints = hints != nullptr && i < kStartsAtHints;
+    Vector x = isAtHints ? system->startAt(*hints, random) : system->start(random);
     double const misfit = system->iterate(x) / system->size;
     if (!(misfit < kFitsRoughly)) continue;
     auto const same = std::find_if(solutions.begin(), solutions.end(),
@@ -616,9 +635,11 @@ void BodySolver::addMirrorImages(std::vector<Solution>& solutions) {
   }
 }
 
-/// The solution that the hints decide for; nothing where they do not.
+/// The solution that the hints decide for; nothing where they do not, nor where every point has one: the iteration of
+/// the whole network then starts from the hints, which is better than any choice among the solutions that were found.
 Vector const* BodySolver::chosen(std::vector<Solution> const& solutions) const {
-  if (hints == nullptr || solutions.size() >= kMostSolutions) return nullptr;
+  bool const mayChoose = hints != nullptr && solutions.size() < kMostSolutions && !system->hasHintsForAll(*hints);
+  if (!mayChoose) return nullptr;
   Solution const* nearest = nullptr;
   double near = 0.0;
   bool isClear = false;

@@ -93,6 +93,40 @@ TEST(ControlPoints, DoNotHideWhatElseDoesNotFit) {
   EXPECT_GE(both, 0.9 * kRuns);
 }
 
+// An observation that is out has a residual as large as its error, which says nothing of the known points: they are
+// judged by what is left.
+TEST(ControlPoints, AreFoundBehindWhatIsLeftOut) {
+  std::mt19937 random(6);
+  kvn::PlaneNetwork network = disturbed(makeSite(10, 5, 701).network, random);
+  network.points[0].x += 0.05;
+  network.distances[65].value += 1.0;
+  kvn::PlaneSettings settings;
+  settings.leavesOutSuspects = true;
+  kvn::PlaneAdjustment adjustment(network, settings);
+  adjustment.setTellFindings(false);
+  kvn::PlaneResult const& result = adjustment.adjust();
+  ASSERT_EQ(result.leftOut.size(), 1U);
+  EXPECT_EQ(result.leftOut[0].observation, 65U);
+  EXPECT_TRUE(adjustment.suspects().empty());
+  EXPECT_EQ(result.suspectedControl, std::vector<std::size_t>{0});
+}
+
+// Under a free station a wrong distance may be a wrong known point: nothing is taken out, and that is said.
+TEST(Suspects, StayInWhereAKnownPointMayBeTheReason) {
+  std::mt19937 random(8);
+  kvn::PlaneNetwork network = disturbed(freeStation(4, random).network, random);
+  network.distances[1].value += 0.08;
+  kvn::PlaneSettings settings;
+  settings.leavesOutSuspects = true;
+  kvn::PlaneAdjustment adjustment(network, settings);
+  adjustment.setTellFindings(false);
+  kvn::PlaneResult const& result = adjustment.adjust();
+  EXPECT_TRUE(result.leftOut.empty());
+  EXPECT_FALSE(result.suspectedControl.empty());
+  EXPECT_EQ(result.untreated.isEmpty(), adjustment.suspects().empty());
+  EXPECT_FALSE(adjustment.suspects().empty());
+}
+
 // F sights one point in the north and two in the east that lie beside each other: no residual tells a wrong direction
 // to the first from a wrong distance. Whichever is out, the other one is told with what it would change, which is the
 // difference between two adjustments, each without one of them.

@@ -142,7 +142,7 @@ TEST(ExecCommand, KeepsTheObservationsOfLinesThatNoCommandHasEdited) {
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(program.read("net.in2"), text + "B\nA,L,0.000000\n");
   EXPECT_THAT(program.run({"exec", "--open", "net.in2", "--save", "net.kvn", "-q"}, "[]").err,
-              HasSubstr("those of A have no target in common"));
+              HasSubstr("those of A cannot be one"));
   EXPECT_EQ(program.shell("test -e net.kvn").exitCode, 1);
 }
 

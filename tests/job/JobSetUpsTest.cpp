@@ -48,8 +48,9 @@ TEST_F(JobSetUps, AreNoneOfAProjectFileWhereNothingJoinsThem) {
   open(std::string(kFirstCircle) + kSecondCircle + kOthers);
   EXPECT_THAT(
       failureOf([this] { job.save(path("net.kvn")); }),
-      HasSubstr("a project file keeps one set-up a station, and those of A have no target in common; a .in2 file "
-                "keeps them all"));
+      HasSubstr(
+          "a project file keeps one set-up a station, and those of A cannot be one (line 10: A to C, Q: the set-up "
+          "has no target in common with the others of its station); a .in2 file keeps them all"));
   EXPECT_FALSE(QFile::exists(path("net.kvn")));
   for (int const method : {1, 4}) {
     job.project()->getConfigure().AdjustMethod = method;
