@@ -32,7 +32,7 @@ class LiteralLoops {
     for (double largest = 1.0; largest > 0.01;) {
       build();
       for (PointInfo const& known : data.knPoints) {
-        int const n = numberOf(known.name);
+        Eigen::Index const n = numberOf(known.name);
         if (n >= 0) normals(2 * n, 2 * n) += 1e20;
         if (n >= 0) normals(2 * n + 1, 2 * n + 1) += 1e20;
       }
@@ -141,7 +141,7 @@ class LiteralLoops {
   }
 
   /// The derivatives by the place of the first point; those of the second are the same with the other sign.
-  Eigen::VectorXd rowOf(int i, int j, double byX, double byY) const {
+  Eigen::VectorXd rowOf(Eigen::Index i, Eigen::Index j, double byX, double byY) const {
     Eigen::VectorXd row = Eigen::VectorXd::Zero(unknowns);
     row(2 * i) = byX;
     row(2 * i + 1) = byY;
