@@ -219,7 +219,7 @@ class KELVANE_EXPORT PlaneAdjustment {
   void setDirectionUsed(std::size_t direction, bool isUsed);
   void setDistanceUsed(std::size_t distance, bool isUsed);
   /// `adjust` from the coordinates of the last run, with the order of elimination and the places in the factor that are
-  /// known from it: for observations that were taken out or put back since, in half of the time and less. Where it does
+  /// known from it: for observations that were taken out or put back since, in about half of the time. Where it does
   /// not settle from there, or where there is no result yet, it is `adjust`.
   /// @throws as `adjust`.
   PlaneResult const& adjustAgain();
