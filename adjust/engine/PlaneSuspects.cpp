@@ -2,12 +2,13 @@
 #include "adjust/engine/PlaneAdjustmentData.h"
 #include "adjust/linalg/Index.h"
 #include "adjust/plane/GrossErrors.h"
-#include "core/AlgorithmException.h"
 #include "records/detail/Messages.h"
 
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <exception>
+#include <new>
 #include <utility>
 
 namespace kvn {
@@ -58,8 +59,11 @@ void PlaneAdjustment::Data::judgeWithFree(std::size_t point) {
   }
   try {
     other.adjust();
-  } catch (AlgorithmException const&) {  // nothing else can be said then
-    return;
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const&) {
+    if (cancelCall && cancelCall()) throw;
+    return;  // it does not settle, or nothing holds the point: the result stands, and no more can be said of it
   }
   engine.suspects = other.suspects();
   engine.tellSuspects();
@@ -152,7 +156,7 @@ std::vector<PlaneAlternative> PlaneAdjustment::Data::alternativesWithout(std::si
   double const moved = -resultOf(suspect).residual * unitOf(suspect) * w / share;  // times q, once it is back
   for (std::size_t other = 0; other < count; ++other) {
     PlaneObservation const& o = resultOf(other);
-    if (other == suspect || isLeftOut[other] || !(o.error > 0.0)) continue;
+    if (other == suspect || !(o.weight > 0.0)) continue;
     double const across = productWith(other, q);
     double const weight = std::pow(o.error * unitOf(other), -2);
     double const redundancy = o.redundancy + weight * w * across * across / share;
