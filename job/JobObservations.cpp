@@ -121,6 +121,10 @@ class Editing {
     bool direction = false;
     bool distance = false;
   };
+  struct Replaced {
+    int directions = 0;
+    int distances = 0;
+  };
   static constexpr std::size_t kNew = static_cast<std::size_t>(-1);
 
   static int& at(std::vector<int>& list, int number) { return list[static_cast<std::size_t>(number)]; }
@@ -169,13 +173,20 @@ class Editing {
           endsOf(old.setUps[static_cast<std::size_t>(direction.setUp)].station, direction.target);
       firstSetUp.emplace(ends, direction.setUp);
       auto const found = keptOf.find(ends);
-      if (found != keptOf.end() && !found->second.direction) continue;
+      if (found != keptOf.end() && !found->second.direction) {
+        ++replacedOf[ends].directions;
+        continue;
+      }
       direction.target = at(newNumber, direction.target);
       result.directions.push_back(direction);
     }
     for (PlaneNetwork::Distance distance : old.distances) {
-      auto const found = keptOf.find(endsOf(distance.from, distance.to));
-      if (found != keptOf.end() && !found->second.distance) continue;
+      std::uint64_t const ends = endsOf(distance.from, distance.to);
+      auto const found = keptOf.find(ends);
+      if (found != keptOf.end() && !found->second.distance) {
+        ++replacedOf[ends].distances;
+        continue;
+      }
       distance.from = at(newNumber, distance.from);
       distance.to = at(newNumber, distance.to);
       result.distances.push_back(distance);
@@ -210,6 +221,7 @@ class Editing {
     requireSoundLine(now, i);
     int const station = numbers[line.start_name];
     int const target = numbers[line.end_name];
+    tellReplaced(i);
     if (!keeps[i].direction && line.horizontalAngleFlag) {
       int const setUp = setUpFor(i, station);
       result.directions.push_back({setUp, target, line.horizontal_angle});
@@ -218,6 +230,21 @@ class Editing {
     if (!keeps[i].distance && line.horizontal_distance > detail::kNotRecorded) {
       result.distances.push_back({station, target, line.horizontal_distance});
     }
+  }
+
+  /// Repetitions are lost with the value that stood for them.
+  void tellReplaced(std::size_t i) {
+    if (findings == nullptr || original[i] == kNew) return;
+    auto const found = replacedOf.find(opened.lineMarks[original[i]].ends);
+    if (found == replacedOf.end()) return;
+    int const most = std::max(found->second.directions, found->second.distances);
+    if (most < 2) return;
+    FieldFinding finding;
+    finding.severity = FieldFinding::Warning;
+    finding.station = now.lines[i].start_name;
+    finding.targets = {now.lines[i].end_name};
+    finding.text = Messages::tr("the edited line counts once in the place of %1 observations that it had").arg(most);
+    findings->push_back(std::move(finding));
   }
 
   void tellSetUp(NetworkDataInfo const& line, int station, int setUp) {
@@ -244,13 +271,14 @@ class Editing {
   std::vector<FieldFinding>* findings;
   PlaneNetwork const& old = opened.observations;
   PlaneNetwork result;
-  std::vector<int> newNumber;                          // of the points of the file
-  std::unordered_map<std::uint64_t, Kept> keptOf;      // by the ends of the lines that the file had
-  std::vector<std::size_t> original;                   // of each line of now, its place in the file, or kNew
-  std::vector<Kept> keeps;                             // of each line of now
-  std::unordered_map<std::uint64_t, int> firstSetUp;   // by the ends of its directions
-  std::unordered_map<int, std::vector<int>> setUpsAt;  // by station
-  std::vector<int> directionsOf;                       // of each set-up, in the file
+  std::vector<int> newNumber;                              // of the points of the file
+  std::unordered_map<std::uint64_t, Kept> keptOf;          // by the ends of the lines that the file had
+  std::unordered_map<std::uint64_t, Replaced> replacedOf;  // by the same, what edited lines stand for
+  std::vector<std::size_t> original;                       // of each line of now, its place in the file, or kNew
+  std::vector<Kept> keeps;                                 // of each line of now
+  std::unordered_map<std::uint64_t, int> firstSetUp;       // by the ends of its directions
+  std::unordered_map<int, std::vector<int>> setUpsAt;      // by station
+  std::vector<int> directionsOf;                           // of each set-up, in the file
 };
 
 enum class Lines { AsRead, Edited, Foreign };

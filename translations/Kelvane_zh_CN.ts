@@ -1687,6 +1687,10 @@
         <translation>该距离与一个可疑观测值无法区分</translation>
     </message>
     <message>
+        <source>the edited line counts once in the place of %1 observations that it had</source>
+        <translation>已编辑的边只计一次，取代其原有的 %1 个观测值</translation>
+    </message>
+    <message>
         <source>the distances given for the line differ by %1 mm, and their mean counts</source>
         <translation>该边给出的多个距离相差 %1 mm，取其平均值</translation>
     </message>

@@ -160,6 +160,20 @@ TEST_F(JobSetUps, KeepWhatAnEditLeavesAlone) {
   }
 }
 
+// The distance from A to P is given twice; the edit has one value for both.
+TEST_F(JobSetUps, TellWhatAnEditedLineStandsFor) {
+  open(std::string(kFirstCircle) + "P,S,100.004\n" + kOthers);
+  Network network = job.project()->getNetwork();
+  line(network, "A", "B").horizontal_angle += 1e-6;
+  job.project()->setNetwork(network);
+  adjusted();
+  EXPECT_FALSE(isTold("in the place of"));
+  line(network, "A", "P").horizontal_distance = 100.002;
+  job.project()->setNetwork(network);
+  EXPECT_EQ(adjusted().distances.size(), 1U);
+  EXPECT_TRUE(isTold("the edited line counts once in the place of 2 observations that it had: A to P"));
+}
+
 TEST_F(JobSetUps, OfAFieldBookStayBesideAnEditedLine) {
   job.open(written("job.lqf", test::kTwoSetUps));
   ASSERT_EQ(adjusted().directions.size(), 6U);
