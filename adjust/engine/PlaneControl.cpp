@@ -144,7 +144,7 @@ void PlaneAdjustment::Data::testControl() {
   result.control.clear();
   if (isFree() || !result.hasRedundancy) return;
   bool const isTooLarge = result.unitError > result.upperBound;
-  if (isTooLarge) engine.normals->needFactor(engine.poll);
+  if (isTooLarge) engine.needFactor();
   ControlTest test(engine);
   bool const isAPriori = settings.unitWeight == PlaneSettings::UnitWeight::APriori;
   double const sum = result.unitError * result.unitError * result.redundancy;

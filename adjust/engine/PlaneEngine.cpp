@@ -182,13 +182,17 @@ void PlaneEngine::buildNormals() {
   }
 }
 
-void PlaneEngine::holdKnownPoints() {
+void PlaneEngine::holdElements() {
   for (int const unknown : idleUnknowns) normals->add(unknown, unknown, 1.0);
   for (int const unknown : heldUnknowns) normals->add(unknown, unknown, kFixedWeight);
   if (!heldUnknowns.empty()) return;
-  for (int k = 0; k < 2 * network.known; ++k) {
+  for (int k = 0; k < 2 * network.known; ++k) normals->add(k, k, holdingWeights[index(k / 2)]);
+}
+
+void PlaneEngine::holdKnownPoints() {
+  holdElements();
+  for (int k = 0; heldUnknowns.empty() && k < 2 * network.known; ++k) {
     double const weight = holdingWeights[index(k / 2)];
-    normals->add(k, k, weight);
     // A fixed point has not moved from where it was given.
     if (weight < kFixedWeight) normals->addRight(k, -weight * (xy[index(k)] - given[index(k)]));
   }
@@ -263,8 +267,25 @@ void PlaneEngine::shortenStep(Coordinates const& before) {
 
 bool PlaneEngine::invert() {
   tellProgress(AdjustProgress::Inverse);
+  if (!keepsNormals) normals->releaseElements();
   isInverted = normals->invert(poll);
   return isInverted;
+}
+
+void PlaneEngine::needFactor() {
+  if (normals->startsAnew()) {
+    Effort effort(poll);
+    double a[5];
+    int at[5];
+    std::size_t const directions = network.directions.size();
+    for (std::size_t i = 0; i < directions + network.lines.size(); ++i) {
+      effort.step();
+      int const count = solvedFactors(i, a, at);
+      normals->addEquation(a, at, count, i < directions ? directionWeights[i] : lineWeights[i - directions], 0.0);
+    }
+    holdElements();
+  }
+  normals->needFactor(poll);
 }
 
 void PlaneEngine::needInverse() {

@@ -71,6 +71,9 @@ class PlaneEngine {
   /// less, what a calculator with a loose stopping rule gives.
   bool fitsByOrientations = false;
 
+  /// Whether the normal equations stay beside their inverse. Without them `needFactor` has to make them again.
+  bool keepsNormals = true;
+
   Poll poll;  ///< called again and again in long work; may throw to end it
   AdjustProgressCall progress;
   std::function<void(QString const&, MessType)> tell;  ///< of findings; may be empty
@@ -126,6 +129,8 @@ class PlaneEngine {
   bool invert();
   /// Makes the inverse of a system that has been factored.
   void needInverse();
+  /// Brings the factor of the last round again, where it was given back.
+  void needFactor();
   double inverse(int i, int j) const { return normals->inverse(i, j); }
   double cofactor(double const* a, int const* at, int count) const { return normals->cofactor(a, at, count); }
   /// Residuals of all observations about `xy`. @return the weighted sum of their squares, with the weights of the
@@ -196,6 +201,7 @@ class PlaneEngine {
   double orientationOf(int station) const;
   bool agrees(int station, double orientation) const;
   double commonOrientation(Coordinates const& at, int station) const;
+  void holdElements();
   void shortenStep(Coordinates const& before);
   std::vector<int> const& eliminationOrder();
 

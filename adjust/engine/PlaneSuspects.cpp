@@ -95,7 +95,7 @@ void PlaneAdjustment::Data::findAlternatives() {
   std::size_t const directions = engine.network.directions.size();
   std::size_t const count = directions + engine.network.lines.size();
   QStringList told;
-  if (!engine.suspectNumbers.empty()) engine.normals->needFactor(engine.poll);
+  if (!engine.suspectNumbers.empty()) engine.needFactor();
   for (std::size_t s = 0; s < engine.suspectNumbers.size(); ++s) {
     auto const suspect = static_cast<std::size_t>(engine.suspectNumbers[s]);
     if (isLeftOut[suspect]) continue;
@@ -148,7 +148,7 @@ std::vector<PlaneAlternative> PlaneAdjustment::Data::alternativesWithout(std::si
     for (int r = 0; r < size; ++r) sum += a[r] * x[index(at[r])];
     return sum;
   };
-  engine.normals->needFactor(engine.poll);
+  engine.needFactor();
   std::vector<double> const q = solvedOf(suspect);
   double const w = std::pow(errorOf(suspect) * unitOf(suspect), -2);
   double const own = productWith(suspect, q);

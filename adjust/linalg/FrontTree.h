@@ -8,6 +8,9 @@
 
 namespace kvn::sparse {
 
+/// Elements of a symmetric matrix on and below the diagonal.
+inline std::size_t triangleSize(std::size_t rows) { return rows * (rows + 1) / 2; }
+
 /// Unknowns have places in the order of elimination. A front holds neighbouring places, its columns, and the rows below
 /// that their elimination touches; these are all among the columns and rows of its parent.
 struct FrontTree {
@@ -24,8 +27,9 @@ struct FrontTree {
   std::vector<int> parents;               ///< a later front, -1 for none
   std::vector<std::size_t> rowStarts;     ///< rows of front f stand from rowStarts[f] up to rowStarts[f + 1]
   std::vector<int> rows;                  ///< places, ascending
-  std::vector<std::size_t> factorStarts;  ///< front f has (columns + rows) times columns elements from here on
-  std::size_t updateStackSize = 0;        ///< elements that wait for parents at most during the factorisation
+  std::vector<std::size_t> factorStarts;  ///< elements of front f, without those above the diagonal, from here on
+  /// Elements that wait for parents at most during the factorisation, the last ones still as a full matrix.
+  std::size_t updateStackSize = 0;
 
  private:
   static std::size_t index(int i) { return static_cast<std::size_t>(i); }

@@ -91,7 +91,7 @@ class SparseSystem : public NormalEquations {
   void clear() override {
     cholesky.clear();
     apart.clear();
-    isFactored = false;
+    isFactored = isReleased = false;
     std::fill(right.begin(), right.end(), 0.0);
   }
 
@@ -122,13 +122,27 @@ class SparseSystem : public NormalEquations {
 
   void block(int const* at, int count, double* q) const override { cholesky.block(at, count, q); }
 
+  void releaseElements() override { isReleased = true; }
+  bool startsAnew() override {
+    if (!isFactored || cholesky.hasFactor() || cholesky.hasElements()) return false;
+    cholesky.restart();
+    isReleased = false;
+    return true;
+  }
+
   bool invert(Poll const& poll) override {
-    cholesky.invert(poll);
     Effort effort(poll);
+    std::vector<double> diagonal;
+    diagonal.reserve(index(cholesky.unknowns()));
+    for (int i = 0; i < cholesky.unknowns(); ++i) {
+      effort.step();
+      diagonal.push_back(cholesky.diagonal(i));
+    }
+    isReleased ? cholesky.invertInPlace(poll) : cholesky.invert(poll);
     for (int i = 0; i < cholesky.unknowns(); ++i) {
       effort.step();
       double const q = cholesky.inverse(i, i);
-      if (!(q > 0.0) || !(q * cholesky.diagonal(i) < soundness.lostPivot)) return false;
+      if (!(q > 0.0) || !(q * diagonal[index(i)] < soundness.lostPivot)) return false;
     }
     return true;
   }
@@ -203,6 +217,7 @@ class SparseSystem : public NormalEquations {
   sparse::SparseCholesky cholesky;
   std::vector<Equation> apart;  // since the last factorisation
   bool isFactored = false;
+  bool isReleased = false;
 };
 
 }  // namespace

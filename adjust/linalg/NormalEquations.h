@@ -60,6 +60,10 @@ class NormalEquations {
   /// again: that takes a factorisation where something was given back.
   virtual void forgetFactor() {}
   virtual void needFactor(Poll const& /*poll*/) {}
+  /// Lets the next `invert` take the room of the elements of N. They are to be added again before `needFactor` then,
+  /// where `startsAnew` says so; that leaves the inverse.
+  virtual void releaseElements() {}
+  virtual bool startsAnew() { return false; }
   /// Makes `inverse` known. False for a system that turns out to be singular.
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.

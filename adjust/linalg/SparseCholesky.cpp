@@ -23,6 +23,26 @@ std::unique_ptr<double[]> room(std::size_t size) {
   return std::unique_ptr<double[]>(new double[std::max<std::size_t>(size, 1)]);
 }
 
+/// The columns of a matrix by columns, `stride` elements apart, from the diagonal on and one behind the other. `to` may
+/// be the place of the matrix or stand before it.
+void pack(double const* matrix, std::size_t stride, std::size_t rows, std::size_t columns, double* to) {
+  for (std::size_t k = 0; k < columns; ++k) {
+    double const* const column = matrix + k * stride;
+    if (column + k != to) std::copy(column + k, column + rows, to);
+    to += rows - k;
+  }
+}
+
+/// A symmetric matrix whose lower triangle is packed, with both triangles.
+void unpackSymmetric(double const* packed, std::size_t rows, double* matrix, std::size_t stride) {
+  for (std::size_t k = 0; k < rows; ++k) {
+    double* const column = matrix + k * stride;
+    std::copy(packed, packed + (rows - k), column + k);
+    packed += rows - k;
+    for (std::size_t i = k + 1; i < rows; ++i) matrix[i * stride + k] = column[i];
+  }
+}
+
 /// Each where its first block stands.
 std::vector<int> groupsInOrder(JoinedGraph const& joined, std::vector<int> const& blockOrder) {
   std::vector<bool> isIn(joined.graph.sizes.size(), false);
@@ -75,6 +95,8 @@ void SparseCholesky::buildColumns(BlockGraph const& graph, std::vector<int> cons
 
   valueStart.assign(1, 0);
   laterStart.assign(1, 0);
+  laterGroups.reserve(graph.neighbours.size() / 2);
+  laterOffsets.reserve(graph.neighbours.size() / 2);
   for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
     effort.step();
     int const group = tree.blockOrder[rank];
@@ -125,16 +147,15 @@ SparseCholesky::SparseCholesky(SparseCholesky const& other)
       values(other.values),
       inverseValues(other.inverseValues),
       least(other.least),
-      local(other.local),
-      triangle(other.triangle),
-      ratio(other.ratio) {
+      local(other.local) {
   if (!other.l) return;
   l = room(factorSize());
   std::copy(other.l.get(), other.l.get() + factorSize(), l.get());
 }
 
 void SparseCholesky::clear() {
-  std::fill(values.begin(), values.end(), 0.0);
+  if (values.empty()) values.swap(inverseValues);
+  values.assign(valueStart.back(), 0.0);
   inverseValues.clear();
 }
 
@@ -230,7 +251,7 @@ void SparseCholesky::findLeast(Bounds const& bounds, Effort& effort) {
   }
 }
 
-/// Adds what the elimination of a child left.
+/// Adds what the elimination of a child left, the lower triangle of a matrix of its rows.
 void SparseCholesky::addUpdate(int child, double const* update, FrontColumns const& parent,
                                double* parentUpdate) const {
   std::size_t const size = index(tree.rowCount(child));
@@ -238,17 +259,28 @@ void SparseCholesky::addUpdate(int child, double const* update, FrontColumns con
   int const* const rows = tree.rowsOf(child);
   for (std::size_t j = 0; j < size; ++j) {
     std::size_t const column = index(local[index(rows[j])]);
-    double const* const source = update + j * size;
+    double const* source = update;
+    update += size - j;
     if (column < parent.width) {
       double* const target = parent.data + column * parent.height;
-      for (std::size_t i = j; i < size; ++i) target[local[index(rows[i])]] += source[i];
+      for (std::size_t i = j; i < size; ++i) target[local[index(rows[i])]] += *source++;
     } else {
       double* const target = parentUpdate + (column - parent.width) * below;
-      for (std::size_t i = j; i < size; ++i) target[index(local[index(rows[i])]) - parent.width] += source[i];
+      for (std::size_t i = j; i < size; ++i) target[index(local[index(rows[i])]) - parent.width] += *source++;
     }
   }
 }
 
+std::vector<std::vector<int>> SparseCholesky::childrenOfFronts() const {
+  std::vector<std::vector<int>> children(index(tree.fronts()));
+  for (int f = 0; f < tree.fronts(); ++f) {
+    if (tree.parents[index(f)] >= 0) children[index(tree.parents[index(f)])].push_back(f);
+  }
+  return children;
+}
+
+// A front is worked on as a full matrix in its place in the factor, where the next ones will stand, and then packed;
+// the last ones, which have no such room behind them, elsewhere.
 bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
   if (!l) l = room(factorSize());
   Effort effort(poll);
@@ -256,13 +288,15 @@ bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
   auto const memory = room(tree.updateStackSize);
   double* const stack = memory.get();
   std::size_t top = 0;
-  std::vector<std::vector<int>> children(index(tree.fronts()));
+  std::vector<std::vector<int>> const children = childrenOfFronts();
+  std::unique_ptr<double[]> last;
   for (int f = 0; f < tree.fronts(); ++f) {
-    if (tree.parents[index(f)] >= 0) children[index(tree.parents[index(f)])].push_back(f);
-  }
-  for (int f = 0; f < tree.fronts(); ++f) {
-    FrontColumns const front = frontColumns(f);
+    FrontColumns front = frontColumns(f);
     std::size_t const below = front.height - front.width;
+    if (tree.factorStarts[index(f)] + front.width * front.height > factorSize()) {
+      last = room(front.width * front.height);
+      front.data = last.get();
+    }
     int const first = tree.firstColumns[index(f)];
     rememberPlaces(f);
     effort.spend(kOverhead * static_cast<double>(front.height * front.height));
@@ -276,7 +310,7 @@ bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
     for (std::size_t j = 0; j < below; ++j) std::fill(update + j * below + j, update + (j + 1) * below, 0.0);
     std::size_t bottom = top;
     for (auto child = children[index(f)].rbegin(); child != children[index(f)].rend(); ++child) {
-      bottom -= index(tree.rowCount(*child)) * index(tree.rowCount(*child));
+      bottom -= triangleSize(index(tree.rowCount(*child)));
       addUpdate(*child, stack + bottom, front, update);
     }
     if (factorColumns(effort, front.data, front.height, front.height, front.width, least.data() + first) < front.width)
@@ -284,9 +318,10 @@ bool SparseCholesky::factor(Bounds const& bounds, Poll const& poll) {
     double const* const lower = front.data + front.width;
     addProduct(effort, below, below, front.width, -1.0, byColumns(lower, front.height), transposed(lower, front.height),
                update, below, Region::Lower);
+    pack(front.data, front.height, front.height, front.width, frontColumns(f).data);
     // The update takes the room of those that went into it.
-    if (bottom < top) std::copy(update, update + below * below, stack + bottom);
-    top = bottom + below * below;
+    pack(update, below, below, below, stack + bottom);
+    top = bottom + triangleSize(below);
   }
   return true;
 }
@@ -296,7 +331,7 @@ std::vector<double> SparseCholesky::pivots() const {
   for (int f = 0; f < tree.fronts(); ++f) {
     FrontColumns const front = frontColumns(f);
     for (std::size_t k = 0; k < front.width; ++k) {
-      double const root = front.data[k * (front.height + 1)];
+      double const root = front.column(k)[k];
       byPlace[index(tree.firstColumns[index(f)]) + k] = root * root;
     }
   }
@@ -347,7 +382,7 @@ void SparseCholesky::eliminateFront(int f, std::vector<double>& y, Effort& effor
   effort.spend(kOverhead * static_cast<double>(front.width * front.height));
   double* const own = y.data() + tree.firstColumns[index(f)];
   for (std::size_t k = 0; k < front.width; ++k) {
-    double const* const column = front.data + k * front.height;
+    double const* const column = front.column(k);
     own[k] /= column[k];
     for (std::size_t i = k + 1; i < front.width; ++i) own[i] -= column[i] * own[k];
     for (std::size_t i = front.width; i < front.height; ++i) {
@@ -401,7 +436,7 @@ void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) 
     effort.spend(kOverhead * static_cast<double>(front.width * front.height));
     double* const own = y.data() + tree.firstColumns[index(f)];
     for (std::size_t k = front.width; k-- > 0;) {
-      double const* const column = front.data + k * front.height;
+      double const* const column = front.column(k);
       double sum = own[k];
       for (std::size_t i = k + 1; i < front.width; ++i) sum -= column[i] * own[i];
       for (std::size_t i = front.width; i < front.height; ++i) {
@@ -415,73 +450,99 @@ void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) 
 // ---- The inverse.
 
 // Z, the inverse, on the rows R below the columns C of a front is known from its parent. From L' Z = L^-1 follow, with
-// Y = L_RC L_CC^-1, first Z_RC = -Z_RR Y and then Z_CC = (L_CC L_CC')^-1 - Y' Z_RC.
+// Y = L_RC L_CC^-1, first Z_RC = -Z_RR Y and then Z_CC = (L_CC L_CC')^-1 - Y' Z_RC. A front that is done leaves each
+// child its Z_RR, on a stack: the last child comes next.
+void SparseCholesky::invertInPlace(Poll const& poll) {
+  inverseValues = std::move(values);
+  values = {};
+  invert(poll);
+}
+
 void SparseCholesky::invert(Poll const& poll) {
   Effort effort(poll);
-  inverseValues.resize(values.size());
-  struct Waiting {
-    int front;
-    std::unique_ptr<double[]> z;
-  };
-  std::vector<Waiting> path;  // fronts whose children are not all done
-  std::vector<bool> hasChildren(index(tree.fronts()), false);
-  for (int const parent : tree.parents) {
-    if (parent >= 0) hasChildren[index(parent)] = true;
-  }
+  inverseValues.resize(valueStart.back());
+  std::vector<std::vector<int>> const children = childrenOfFronts();
+  std::size_t largest = 0;
+  for (int f = 0; f < tree.fronts(); ++f) largest = std::max(largest, frontColumns(f).height);
+  auto const ofFront = room(largest * largest);
+  std::size_t const most = waitingForInverse();
+  auto const waiting = room(most);
+  double* const z = ofFront.get();
+  double* top = waiting.get();
+  std::vector<double> triangle;
   for (int f = tree.fronts() - 1; f >= 0; --f) {
-    while (!path.empty() && path.back().front != tree.parents[index(f)]) path.pop_back();
     FrontColumns const front = frontColumns(f);
+    std::size_t const below = front.height - front.width;
     effort.spend(kOverhead * static_cast<double>(front.height * front.height));
-    Waiting next{f, room(front.height * front.height)};
-    if (!path.empty()) {
-      rememberPlaces(path.back().front);
-      FrontColumns const parent = frontColumns(path.back().front);
-      gatherInverse(front, path.back().z.get(), parent.height, next.z.get());
-    }
-    invertFront(front, next.z.get(), effort);
+    top -= triangleSize(below);
+    unpackSymmetric(top, below, z + front.width * front.height + front.width, front.height);
+    // The first fronts, the largest, find room on the stack, which is empty then.
+    bool const hasRoom = top + front.width * front.width <= waiting.get() + most;
+    if (!hasRoom) triangle.resize(std::max(triangle.size(), front.width * front.width));
+    invertFront(front, z, hasRoom ? top : triangle.data(), effort);
     rememberPlaces(f);
     for (std::size_t k = 0; k < front.width; ++k) {
-      double const* const column = next.z.get() + k * front.height;
+      double const* const column = z + k * front.height;
       visitColumn(tree.firstColumns[index(f)] + static_cast<int>(k),
                   [&](int row, std::size_t at) { inverseValues[at] = column[local[index(row)]]; });
     }
-    if (hasChildren[index(f)]) path.push_back(std::move(next));
-  }
-  triangle = {};
-  ratio = {};
-}
-
-/// Z_RR out of the parent's Z.
-void SparseCholesky::gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight,
-                                   double* z) const {
-  for (std::size_t j = front.width; j < front.height; ++j) {
-    double const* const source = parentZ + index(local[index(front.rows[j - front.width])]) * parentHeight;
-    double* const target = z + j * front.height + front.width;
-    for (std::size_t i = 0; i < front.height - front.width; ++i) target[i] = source[local[index(front.rows[i])]];
+    for (int const child : children[index(f)]) {
+      gatherInverse(child, z, front.height, top);
+      top += triangleSize(index(tree.rowCount(child)));
+    }
   }
 }
 
-void SparseCholesky::invertFront(FrontColumns const& front, double* z, Effort& effort) {
+/// Elements that the fronts of which the parents are done have of the inverse, at most.
+std::size_t SparseCholesky::waitingForInverse() const {
+  std::size_t most = 0;
+  std::size_t now = 0;
+  std::vector<std::size_t> left(index(tree.fronts()), 0);
+  for (int f = 0; f < tree.fronts(); ++f) {
+    if (tree.parents[index(f)] >= 0) left[index(tree.parents[index(f)])] += triangleSize(index(tree.rowCount(f)));
+  }
+  for (int f = tree.fronts() - 1; f >= 0; --f) {
+    now += left[index(f)];
+    now -= tree.parents[index(f)] >= 0 ? triangleSize(index(tree.rowCount(f))) : 0;
+    most = std::max(most, now);
+  }
+  return most;
+}
+
+/// Z on the rows of a child, out of that of its parent, the places of whose rows are remembered.
+void SparseCholesky::gatherInverse(int child, double const* z, std::size_t height, double* childRows) const {
+  std::size_t const size = index(tree.rowCount(child));
+  int const* const rows = tree.rowsOf(child);
+  for (std::size_t j = 0; j < size; ++j) {
+    double const* const column = z + index(local[index(rows[j])]) * height;
+    for (std::size_t i = j; i < size; ++i) *childRows++ = column[local[index(rows[i])]];
+  }
+}
+
+/// @param z                a full matrix by columns, in which Z_RR stands.
+/// @param inverseTriangle  room for L_CC^-1.
+void SparseCholesky::invertFront(FrontColumns const& front, double* z, double* inverseTriangle, Effort& effort) {
   std::size_t const width = front.width;
   std::size_t const height = front.height;
   std::size_t const below = height - width;
-  triangle.resize(width * width);
-  ratio.assign(below * width, 0.0);
-  double* const inverseTriangle = triangle.data();
-  invertTriangle(effort, front.data, height, width, inverseTriangle, width);
-  addProduct(effort, below, width, width, 1.0, byColumns(front.data + width, height), byColumns(inverseTriangle, width),
-             ratio.data(), below);
+  // The columns of the factor stand where those of Z come.
+  for (std::size_t k = 0; k < width; ++k) {
+    double const* const column = front.column(k);
+    std::copy(column + k, column + height, z + k * height + k);
+  }
+  invertTriangle(effort, z, height, width, inverseTriangle, width);
+  // Y', above Z_RR.
+  double* const ratio = z + width * height;
+  for (std::size_t i = 0; i < below; ++i) std::fill(ratio + i * height, ratio + i * height + width, 0.0);
+  addProduct(effort, width, below, width, 1.0, transposed(inverseTriangle, width), transposed(z + width, height), ratio,
+             height);
   for (std::size_t k = 0; k < width; ++k) std::fill(z + k * height, z + (k + 1) * height, 0.0);
-  addProduct(effort, below, width, below, -1.0, byColumns(z + width * height + width, height),
-             byColumns(ratio.data(), below), z + width, height);
+  addProduct(effort, below, width, below, -1.0, byColumns(ratio + width, height), transposed(ratio, height), z + width,
+             height);
   addProduct(effort, width, width, width, 1.0, transposed(inverseTriangle, width), byColumns(inverseTriangle, width), z,
              height, Region::Lower);
-  addProduct(effort, width, width, below, -1.0, transposed(ratio.data(), below), byColumns(z + width, height), z,
-             height, Region::Lower);
-  // The upper part is asked for by the children.
-  for (std::size_t k = 0; k < width; ++k) {
-    for (std::size_t i = k + 1; i < height; ++i) z[i * height + k] = z[k * height + i];
-  }
+  addProduct(effort, width, width, below, -1.0, byColumns(ratio, height), byColumns(z + width, height), z, height,
+             Region::Lower);
 }
 
 double SparseCholesky::inverse(int i, int j) const {

@@ -75,6 +75,11 @@ class SparseCholesky {
 
   /// Calculates the elements of the inverse, from the last front to the first (Takahashi's recursion). After `factor`.
   void invert(Poll const& poll = {});
+  /// The same in the room of the elements of N, which are lost.
+  void invertInPlace(Poll const& poll = {});
+  /// Whether the elements of N are there. Else `restart` begins them anew, all 0, and leaves those of the inverse.
+  bool hasElements() const { return !values.empty(); }
+  void restart() { values.assign(valueStart.back(), 0.0); }
   /// Element (i, j) of the inverse after `invert`, before it that of N; 0 where no clique brings i and j together.
   double inverse(int i, int j) const;
   /// Whether cliques bring each two of the unknowns together.
@@ -96,6 +101,9 @@ class SparseCholesky {
     std::size_t width;
     std::size_t height;
     int const* rows;
+
+    /// Elements i of column k, from the diagonal on: column(k)[i] with i >= k.
+    double const* column(std::size_t k) const { return data + k * height - triangleSize(k); }
   };
   struct Slot {
     std::size_t at;
@@ -113,13 +121,15 @@ class SparseCholesky {
   void visitColumn(int place, Visit visit) const;
   FrontColumns frontColumns(int f) const;
   void rememberPlaces(int f);
+  std::vector<std::vector<int>> childrenOfFronts() const;
   void addUpdate(int child, double const* update, FrontColumns const& parent, double* parentUpdate) const;
   void substituteForward(std::vector<double>& y, Effort& effort) const;
   void eliminateFront(int f, std::vector<double>& y, Effort& effort) const;
   std::vector<int> frontsReached(std::vector<SparseVector> const& b) const;
   void substituteBackward(std::vector<double>& y, Effort& effort) const;
-  void gatherInverse(FrontColumns const& front, double const* parentZ, std::size_t parentHeight, double* z) const;
-  void invertFront(FrontColumns const& front, double* z, Effort& effort);
+  std::size_t waitingForInverse() const;
+  void gatherInverse(int child, double const* z, std::size_t height, double* childRows) const;
+  void invertFront(FrontColumns const& front, double* z, double* inverseTriangle, Effort& effort);
 
   FrontTree tree;
   std::vector<int> placeOf;  // of each unknown in the order of elimination
@@ -137,8 +147,6 @@ class SparseCholesky {
   std::unique_ptr<double[]> l;
   std::vector<double> least;  // pivots, by place
   std::vector<int> local;     // of each place, its row in the front at hand
-  std::vector<double> triangle;
-  std::vector<double> ratio;
 };
 
 }  // namespace kvn::sparse
