@@ -96,9 +96,12 @@ void requireSound(PlaneSettings const& settings) {
 
 }  // namespace
 
-PlaneAdjustment::PlaneAdjustment(PlaneNetwork network, PlaneSettings settings) : own(std::make_unique<Data>()) {
-  own->network = std::move(network);
-  own->settings = settings;
+PlaneAdjustment::PlaneAdjustment(PlaneNetwork network, PlaneSettings settings)
+    : PlaneAdjustment(std::make_shared<PlaneNetwork const>(std::move(network)), settings) {}
+
+PlaneAdjustment::PlaneAdjustment(std::shared_ptr<PlaneNetwork const> network, PlaneSettings settings) {
+  if (network == nullptr) throw std::invalid_argument("there is no network to adjust");
+  own = std::make_unique<Data>(std::move(network), settings);
 }
 
 PlaneAdjustment::PlaneAdjustment(PlaneAdjustment&&) noexcept = default;
@@ -238,6 +241,7 @@ void PlaneAdjustment::Data::number() {
   engine.smallestMove = kSettledMove;
   engine.iterationLimit = settings.iterationLimit;
   engine.sparseFrom = settings.sparseFrom;
+  engine.keepsNormals = settings.keepsSystem;
   numberPoints();
   numberDirections();
   numberDistances();

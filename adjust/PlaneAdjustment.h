@@ -191,6 +191,9 @@ struct PlaneResult {
 class KELVANE_EXPORT PlaneAdjustment {
  public:
   explicit PlaneAdjustment(PlaneNetwork network, PlaneSettings settings = {});
+  /// Of a network that others hold too, and which nobody changes as long as this one is there.
+  /// @throws std::invalid_argument for none.
+  explicit PlaneAdjustment(std::shared_ptr<PlaneNetwork const> network, PlaneSettings settings = {});
   PlaneAdjustment(PlaneAdjustment const&) = delete;
   PlaneAdjustment& operator=(PlaneAdjustment const&) = delete;
   PlaneAdjustment(PlaneAdjustment&&) noexcept;

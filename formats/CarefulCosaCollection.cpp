@@ -181,6 +181,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
 void CarefulCosaCollection::setKeepObservations(bool keep) { own->keepsObservations = keep; }
 void CarefulCosaCollection::setTakePlanned(bool take) { own->takesPlanned = take; }
 PlaneNetwork const& CarefulCosaCollection::getObservations() const { return own->observed; }
+PlaneNetwork CarefulCosaCollection::takeObservations() { return std::exchange(own->observed, {}); }
 std::vector<FieldFinding> const& CarefulCosaCollection::getFindings() const { return own->findings; }
 
 void CarefulCosaCollection::takeObservations(detail::CosaReading const& reading) {

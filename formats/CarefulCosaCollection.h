@@ -56,6 +56,8 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// Every observation of the file by itself, with the line that it stands on: each station line begins a set-up. The
   /// observations have no errors yet; the head is in `getConfigure`.
   PlaneNetwork const& getObservations() const;
+  /// The same, moved out: none are left.
+  PlaneNetwork takeObservations();
   /// What `write` writes in the place of the lines: each set-up under a station line of its own, its directions, then
   /// its distances, whatever is given more than once. One without a value is written as `setTakePlanned` reads it.
   void setObservations(PlaneNetwork observations);

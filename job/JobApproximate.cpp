@@ -8,6 +8,7 @@
 #include "records/detail/Messages.h"
 
 #include <QHash>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <utility>
@@ -64,19 +65,15 @@ void detail::requireUsable(QString const& file, std::vector<CoordinatePointInfo>
   byName(file, points);
 }
 
-std::size_t detail::giveApproximate(JobState const& state, PlaneNetwork& network) {
-  if (state.approximate.empty()) return 0;
+void detail::giveApproximate(JobState const& state, PlaneNetwork& network) {
+  if (state.approximate.empty()) return;
   PointsByName const table = byName(state.file, state.approximate);
-  std::size_t used = 0;
   for (PlaneNetwork::Point& point : network.points) {
     auto const found = table.constFind(recordText(point.name));
-    if (found == table.constEnd()) continue;
-    ++used;
-    if (point.isKnown) continue;
+    if (found == table.constEnd() || point.isKnown) continue;
     point.x = state.approximate[*found].N;
     point.y = state.approximate[*found].E;
   }
-  return static_cast<std::size_t>(table.size()) - used;
 }
 
 /// Known points keep their own coordinates. Where the others are of another place, one of the two files is wrong.
@@ -104,7 +101,11 @@ std::vector<FieldFinding> detail::tellContradictions(JobState const& state, Plan
   return findings;
 }
 
-void detail::tellUnusedApproximate(JobState const& state, std::size_t unused) {
+void detail::tellUnusedApproximate(JobState const& state, PlaneNetwork const& network) {
+  if (state.approximate.empty()) return;
+  PointsByName const table = byName(state.file, state.approximate);
+  auto const isTold = [&table](PlaneNetwork::Point const& point) { return table.contains(recordText(point.name)); };
+  auto const unused = table.size() - std::count_if(network.points.begin(), network.points.end(), isTold);
   if (unused == 0) return;
   sendInfo(Messages::tr("Coordinates of points that the network does not have are ignored: %1 of %2")
                .arg(unused)

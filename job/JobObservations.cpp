@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -269,7 +270,7 @@ class Editing {
   Network const& now;
   std::vector<LineMark> const& marks;
   std::vector<FieldFinding>* findings;
-  PlaneNetwork const& old = opened.observations;
+  PlaneNetwork const& old = *opened.observations;
   PlaneNetwork result;
   std::vector<int> newNumber;                              // of the points of the file
   std::unordered_map<std::uint64_t, Kept> keptOf;          // by the ends of the lines that the file had
@@ -285,7 +286,7 @@ enum class Lines { AsRead, Edited, Foreign };
 
 /// Lines of another file that a host has put into the project have ids of their own.
 Lines stateOfLines(detail::OpenedFile const& opened, std::vector<LineMark> const& marks) {
-  if (!hasSome(opened.observations)) return Lines::Foreign;
+  if (!hasSome(*opened.observations)) return Lines::Foreign;
   if (std::equal(marks.begin(), marks.end(), opened.lineMarks.begin(), opened.lineMarks.end(), isSameLine)) {
     return Lines::AsRead;
   }
@@ -316,7 +317,7 @@ void detail::OpenedFile::placeLine(PlaneNetwork::Origin& origin) const {
 }
 
 void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& network) {
-  observations = std::move(made);
+  observations = std::make_shared<PlaneNetwork>(std::move(made));
   lineMarks = marksOfLines(network);
   knownMark = markOfKnown(network);
   areLinesJoined = false;
@@ -326,13 +327,14 @@ bool detail::hasObservationsOfFile(JobState const& state) {
   return stateOfLines(state.opened, marksOfLines(state.project->getNetwork())) != Lines::Foreign;
 }
 
-PlaneNetwork detail::observationsNow(JobState const& state, std::vector<FieldFinding>* findings) {
+std::shared_ptr<PlaneNetwork const> detail::observationsNow(JobState const& state,
+                                                            std::vector<FieldFinding>* findings) {
   Network const& network = state.project->getNetwork();
   std::vector<LineMark> const marks = marksOfLines(network);
   Lines const lines = stateOfLines(state.opened, marks);
-  if (lines == Lines::Foreign) return observationsOfLines(network);
+  if (lines == Lines::Foreign) return std::make_shared<PlaneNetwork const>(observationsOfLines(network));
   if (lines == Lines::AsRead && markOfKnown(network) == state.opened.knownMark) return state.opened.observations;
-  return Editing(state.opened, network, marks, findings).run();
+  return std::make_shared<PlaneNetwork const>(Editing(state.opened, network, marks, findings).run());
 }
 
 std::vector<FieldFinding> detail::findingsOnEdits(JobState const& state) {

@@ -204,10 +204,10 @@ detail::OneCircle circleOfRows(detail::JobState const& state, PlaneNetwork const
 
 detail::OneCircle detail::oneCircle(JobState const& state) {
   if (!hasObservationsOfFile(state)) return {state.project->getNetwork(), {}, {}, {}};
-  PlaneNetwork const observations = observationsNow(state);
-  if (state.opened.areLinesJoined) return circleOfRows(state, observations);
+  std::shared_ptr<PlaneNetwork const> const observations = observationsNow(state);
+  if (state.opened.areLinesJoined) return circleOfRows(state, *observations);
   ObservationErrors const errors = observationErrors(state);
-  return Joiner(observations, errors).run(state.project->getNetwork());
+  return Joiner(*observations, errors).run(state.project->getNetwork());
 }
 
 Network detail::networkOnOneCircle(JobState const& state) {
@@ -242,7 +242,8 @@ QString detail::textOfRepeated(JobState const& state) {
   bool const isOfItsName =
       project.getFileType() == Project::CosaFile && project.getName() == QFileInfo(state.file).completeBaseName();
   if (!project.getTraverseDataList().empty() || !(isOfFile || isOfItsName)) return {};
-  PlaneNetwork const observations = isOfFile ? observationsNow(state) : state.opened.observations;
+  std::shared_ptr<PlaneNetwork const> const ofJob = isOfFile ? observationsNow(state) : state.opened.observations;
+  PlaneNetwork const& observations = *ofJob;
   QStringList lines;
   std::set<std::tuple<bool, int, int>> known;
   auto const look = [&](bool isDirection, int from, int to, PlaneNetwork::Origin const& origin) {

@@ -157,7 +157,7 @@ OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::strin
   collection.setKeepObservations(true);
   takeNetwork(project, path, bytes, collection);
   OpenedFile opened;
-  opened.takeObservations(PlaneNetwork(collection.getObservations()), project.getNetwork());
+  opened.takeObservations(collection.takeObservations(), project.getNetwork());
   opened.toldFindings = collection.getFindings();
   return opened;
 }

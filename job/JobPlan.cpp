@@ -14,7 +14,7 @@ void detail::planNetwork(JobState& state, utils::IProcessCancel const& cancel) {
   QString const fault = faultOfErrors(state.project->getConfigure(), state.project->getNetwork());
   if (!fault.isEmpty()) throw JobException(state.file, fault);
   PlaneNetwork network = observedNetwork(state);
-  tellUnusedApproximate(state, giveApproximate(state, network));
+  tellUnusedApproximate(state, network);
   std::vector<FieldFinding> const contradictions = tellContradictions(state, network);
   setPlannedValues(network);
   setErrors(network, observationErrors(state));

@@ -140,7 +140,7 @@ void detail::tellUnchecked(PlaneAdjustment const& adjustment) {
 namespace {
 
 PlaneNetwork observationsIn(detail::JobState const& state) {
-  PlaneNetwork network = detail::observationsNow(state);
+  PlaneNetwork network = *detail::observationsNow(state);
   keepObservedPoints(network);
   return network;
 }
@@ -162,11 +162,44 @@ PlaneNetwork detail::observedNetwork(JobState const& state) {
   return network;
 }
 
-PlaneNetwork detail::weighedObservations(JobState const& state) {
-  PlaneNetwork network = observedNetwork(state);
+namespace {
+
+void weigh(detail::JobState const& state, PlaneNetwork& network) {
   if (state.isPlan) requireValues(state.file, network);
   requireSound(state.file, network, state.project->getNetwork());
-  setErrors(network, observationErrors(state));
+  setErrors(network, detail::observationErrors(state));
+}
+
+bool areAllObserved(PlaneNetwork const& network) {
+  std::vector<bool> isObserved(network.points.size(), false);
+  auto const mark = [&isObserved](int point) { isObserved[static_cast<std::size_t>(point)] = true; };
+  for (PlaneNetwork::SetUp const& setUp : network.setUps) mark(setUp.station);
+  for (PlaneNetwork::Direction const& direction : network.directions) mark(direction.target);
+  for (PlaneNetwork::Distance const& distance : network.distances) {
+    mark(distance.from);
+    mark(distance.to);
+  }
+  return std::all_of(isObserved.begin(), isObserved.end(), [](bool is) { return is; });
+}
+
+/// Those of the file themselves, which a large job would hold twice otherwise, where nothing in them changes but their
+/// errors and no earlier run has them.
+std::shared_ptr<PlaneNetwork const> observationsOfRun(detail::JobState& state) {
+  std::shared_ptr<PlaneNetwork>& ofFile = state.opened.observations;
+  bool const isFree = ofFile.use_count() == 1 && state.approximate.empty();
+  if (!isFree || detail::observationsNow(state) != ofFile || !areAllObserved(*ofFile)) {
+    return std::make_shared<PlaneNetwork const>(detail::weighedObservations(state));
+  }
+  detail::requireControl(*ofFile, state.plane);
+  weigh(state, *ofFile);
+  return ofFile;
+}
+
+}  // namespace
+
+PlaneNetwork detail::weighedObservations(JobState const& state) {
+  PlaneNetwork network = observedNetwork(state);
+  weigh(state, network);
   return network;
 }
 
@@ -183,9 +216,9 @@ PlaneSettings detail::settingsOf(PlaneOptions const& options) {
 }
 
 void detail::adjustPlane(JobState& state, utils::IProcessCancel const& cancel) {
-  PlaneNetwork network = weighedObservations(state);
-  tellUnusedApproximate(state, giveApproximate(state, network));
-  std::vector<FieldFinding> const contradictions = tellContradictions(state, network);
+  std::shared_ptr<PlaneNetwork const> network = observationsOfRun(state);
+  tellUnusedApproximate(state, *network);
+  std::vector<FieldFinding> const contradictions = tellContradictions(state, *network);
   PlaneSettings const settings = settingsOf(state.plane);
   std::function<bool()> const isCancelled = cancel.getCancelCall();
   auto run = std::make_unique<PlaneAdjustment>(std::move(network), settings);

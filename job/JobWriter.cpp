@@ -226,7 +226,7 @@ WrittenNetwork networkOf(JobState const& state) {
   }
   if (detail::hasObservationsOfFile(state)) {
     for (QString const& line : warningLines(detail::findingsOnEdits(state))) sendWarning(line);
-    return {network, detail::observationsNow(state)};
+    return {network, *detail::observationsNow(state)};
   }
   if (!network.isEmpty() || !network.knownPoints.empty()) return {network, {}};
   Network points;

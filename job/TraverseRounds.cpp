@@ -13,7 +13,7 @@ namespace kvn::detail {
 ObservedRounds::ObservedRounds(JobState const& state) {
   Project const& project = *state.project;
   if (hasObservationsOfFile(state)) {
-    takeSetUps(observationsNow(state));
+    takeSetUps(*observationsNow(state));
     return;
   }
   for (NetworkDataInfo const& line : project.getNetwork().lines) {

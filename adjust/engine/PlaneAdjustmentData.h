@@ -11,6 +11,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace kvn {
@@ -26,7 +28,11 @@ struct KELVANE_PRIVATE PlaneAdjustment::Data {
   static constexpr double kLeftOutFactor = 1e6;
   static constexpr double kLeastWeight = 1.0 / (kLeftOutFactor * kLeftOutFactor);  ///< the same as a weight
 
-  PlaneNetwork network;
+  Data(std::shared_ptr<PlaneNetwork const> observed, PlaneSettings chosen)
+      : shared(std::move(observed)), settings(chosen) {}
+
+  std::shared_ptr<PlaneNetwork const> shared;
+  PlaneNetwork const& network = *shared;
   PlaneSettings settings;
   std::function<bool()> cancelCall;
   bool tellFindings = true;

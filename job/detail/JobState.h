@@ -40,7 +40,8 @@ struct OpenedFile {
   FieldReduction reduction;                ///< of rows; its observations are below
   /// Every observation by itself, with its line, of rows and of a network file read with care. A host may have edited
   /// the lines of the project since; see `observationsNow`.
-  PlaneNetwork observations;
+  /// A run shares them where they are adjusted as they are: their errors are those of the last one.
+  std::shared_ptr<PlaneNetwork> observations = std::make_shared<PlaneNetwork>();
   std::vector<LineMark> lineMarks;  ///< of the lines that the project had of them
   std::uint64_t knownMark = 0;      ///< of its known points
   bool areLinesJoined = false;  ///< the lines of a station are on the circle of its first set-up, as those of rows are

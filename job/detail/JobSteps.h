@@ -89,22 +89,23 @@ std::optional<FieldFinding> findingOnExchangeOfFree(PlaneAdjustment const& run);
 std::vector<CoordinatePointInfo> approximateOf(QString const& path);
 /// @throws JobException for coordinates that are no numbers and for a name in two places.
 void requireUsable(QString const& file, std::vector<CoordinatePointInfo> const& points);
-/// Gives the unknown points the approximate coordinates of the job. @return how many of these have names that are not
-/// in the network.
-std::size_t giveApproximate(JobState const& state, PlaneNetwork& network);
+/// Gives the unknown points the approximate coordinates of the job.
+void giveApproximate(JobState const& state, PlaneNetwork& network);
 /// Warns of known points that they put in another place. @return the same as findings.
 std::vector<FieldFinding> tellContradictions(JobState const& state, PlaneNetwork const& network);
-/// Says how many that are, if any.
-void tellUnusedApproximate(JobState const& state, std::size_t unused);
+/// Says how many of them have names that are not in the network, if any.
+void tellUnusedApproximate(JobState const& state, PlaneNetwork const& network);
 /// Whether the lines of the project's network are those of the file that was opened, edited or not.
 bool hasObservationsOfFile(JobState const& state);
-/// The observations of the job as they are now, without errors. Known points are those of the project. A line that is
-/// as it was read has all of its observations; one that is edited or new has one direction, in the set-up that it was
-/// read in, else in the first one of its station, and one distance; the other of the two stays where it alone is
-/// edited. Where the lines are not those of the file, they are the observations.
+/// The observations of the job as they are now, without errors of a meaning. Known points are those of the project. A
+/// line that is as it was read has all of its observations; one that is edited or new has one direction, in the set-up
+/// that it was read in, else in the first one of its station, and one distance; the other of the two stays where it
+/// alone is edited. Where the lines are not those of the file, they are the observations.
 /// @param findings  edited directions of stations that have several set-ups; may be null.
 /// @throws AlgorithmException with the number of an edited line that holds no observation.
-PlaneNetwork observationsNow(JobState const& state, std::vector<FieldFinding>* findings = nullptr);
+/// @return `opened.observations` itself where nothing is edited.
+std::shared_ptr<PlaneNetwork const> observationsNow(JobState const& state,
+                                                    std::vector<FieldFinding>* findings = nullptr);
 std::vector<FieldFinding> findingsOnEdits(JobState const& state);
 
 /// The lines of the project with one circle a station.

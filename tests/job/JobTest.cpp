@@ -32,6 +32,42 @@ TEST_F(JobInFolder, WeighsByTheErrorsInTheHeadOfANetworkFile) {
   EXPECT_NEAR(coordinate(job, "P").N, 1100.0050, 5e-5);
 }
 
+// A run shares the observations of the file, whose errors are those of its settings.
+TEST_F(JobInFolder, RunsAgainWithOtherErrorsAsAJobOfItsOwn) {
+  QString const file = written("first.in2", test::kFirstNetwork);
+  job.open(file);
+  for (float const millimetres : {1.0F, 30.0F, 5.0F}) {
+    Configure configure = job.project()->getConfigure();
+    configure.LineFixedError = millimetres;
+    job.project()->setConfigure(configure);
+    job.adjust();
+    Job fresh;
+    fresh.open(file);
+    fresh.project()->setConfigure(configure);
+    fresh.adjust();
+    for (std::size_t p = 0; p < fresh.planeAdjustment()->result().points.size(); ++p) {
+      EXPECT_EQ(job.planeAdjustment()->result().points[p].x, fresh.planeAdjustment()->result().points[p].x);
+      EXPECT_EQ(job.planeAdjustment()->result().points[p].mp, fresh.planeAdjustment()->result().points[p].mp);
+    }
+    // With 2 ppm of 141.42 m.
+    EXPECT_NEAR(job.planeAdjustment()->network().distances[0].error, 1e-3 * double(millimetres) + 0.00028284, 1e-9);
+  }
+}
+
+// What a run was told stays with it while the next one is weighed, and fails.
+TEST_F(JobInFolder, KeepsTheErrorsOfAResultThatTheNextRunDoesNotReplace) {
+  job.open(written("first.in2", test::kFirstNetwork));
+  job.adjust();
+  double const error = job.planeAdjustment()->network().distances[0].error;
+  Configure configure = job.project()->getConfigure();
+  configure.LineFixedError = 30.0F;
+  job.project()->setConfigure(configure);
+  job.setCancelCall([] { return true; });
+  EXPECT_ANY_THROW(job.adjust());
+  ASSERT_NE(job.planeAdjustment(), nullptr);
+  EXPECT_EQ(job.planeAdjustment()->network().distances[0].error, error);
+}
+
 /// Points and unit weight error, each to the last bit.
 void expectSameAsTheProgram(PlaneAdjustment const& run, Json::Value const& json) {
   ASSERT_EQ(json["points"].size(), run.network().points.size());
