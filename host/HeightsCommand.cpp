@@ -33,10 +33,12 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 
 template <typename Report>
 void print(Session& session, Report const& finished, bool asJson) {
-  if (!asJson) return printText(finished.text());
-  Json::Value json = finished.json();
-  json["messages"] = session.messages().take();
-  printJson(json);
+  if (asJson) {
+    finished.writeJson(session.messages().take(), printBytes);
+  } else {
+    finished.writeText(printBytes);
+  }
+  finishPrinting();
 }
 
 void report(Session& session, HeightsOptions const& options) {
