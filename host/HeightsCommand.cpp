@@ -65,7 +65,7 @@ int runHeights(QStringList const& arguments) {
     session.job().requireNoError(Job::FileText);
     takeOptions(session, *options);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
-    tellWarnings(session.job().findingsOf(Job::RowChecks));
+    tellWarnings(session.job().findingsOf(Job::RowChecks, FieldFinding::Warning));
     session.job().adjustHeights();
     bool const saved = out.isEmpty() || save(session, out, [&options](Session& from, QString const& path) {
                          saveJob(from, path, options->exchange);
