@@ -17,7 +17,9 @@ void takeOptions(Session& session, HeightsOptions const& options) {
   configure.AngleError = options.angleError.value_or(configure.AngleError);
   configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
   configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
-  session.job().setHeightOptions(heightOptions(options));
+  HeightOptions heights = heightOptions(options);
+  heights.keepsObservations = !options.saveFile.isEmpty();  // a report of the heights is all that is wanted
+  session.job().setHeightOptions(heights);
   PlaneOptions plane;
   plane.confidence = options.confidence.value_or(plane.confidence);
   if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;
