@@ -56,19 +56,10 @@ void readJob(Project& project, QString const& path, std::string const& bytes) {
   takeKnownStations(project);
 }
 
-/// Lines that begin as those of a traverse file do; no more than the shortest rows, "STA,,0,,0,0,0" with a line end,
-/// fill a text of this size.
-std::size_t countRows(std::string const& text) {
-  constexpr std::size_t kShortestRow = 14;
-  std::size_t count = 1;
-  for (std::size_t at = text.find("\nS"); at != std::string::npos; at = text.find("\nS", at + 1)) ++count;
-  return std::min(count, text.size() / kShortestRow + 1);
-}
-
 FieldTextCheck readTraverse(Project& project, QString const& path, std::string const& bytes) {
   detail::InspectedTraverse rows;
-  rows.getTraverseDataList().reserve(countRows(bytes));  // a list that grows is there twice
   utils::ByteStream stream(bytes);
+  detail::reserveRows(stream, rows.getTraverseDataList());
   readNamingTheLine(rows, stream);
   // Not `readContents`: its pairing of the faces by their places may refuse rows that are good.
   project.importTraverseRows(path, std::move(rows.getTraverseDataList()));
