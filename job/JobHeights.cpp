@@ -177,10 +177,15 @@ std::vector<std::string> unconnected(TriangleHeightDataConvert const& observatio
   return left;
 }
 
-/// The reader keeps a copy of the rows, for which there is no need while the heights are adjusted.
+/// The reader keeps the rows, for which there is no need while the heights are adjusted.
 TriangleHeightDataConvert linesOf(detail::JobState const& state) {
   TriangleHeightDataRead reader(state.project->getVerticalAngleType());
-  reader.setTraverseDataList(state.project->getTraverseDataList(), detail::refractionOf(state));
+  std::vector<TraverseDataInfo>& rows = state.project->getTraverseDataList();
+  if (state.heights.keepsObservations) {
+    reader.setTraverseDataList(rows, detail::refractionOf(state));
+  } else {
+    reader.setTraverseDataList(std::exchange(rows, {}), detail::refractionOf(state));
+  }
   TriangleHeightDataConvert lines;
   lines.setTriangleHeightDataRead(reader);
   return lines;
@@ -199,11 +204,8 @@ void giveBackPlane(detail::JobState& state) {
 /// As the library takes the rows.
 void adjustLines(detail::JobState& state) {
   Project& project = *state.project;
+  if (!state.heights.keepsObservations) giveBackPlane(state);
   TriangleHeightDataConvert const lines = linesOf(state);
-  if (!state.heights.keepsObservations) {
-    giveBackPlane(state);
-    project.setTraverseDataList({});
-  }
   for (TriangleStationData const& station : lines.getTriangleStationData()) {
     if (station.height == 0.0) detail::sendWarning(textOfKnownHeightOfZero(station.name));
   }
