@@ -105,7 +105,9 @@ TEST(ElevationRows, GivesTheTrueHeightsOfAnyFieldBook) {
         rows.push_back(sightRow(std::to_string(to), degrees(360) - zenith + error, slant, target));
       }
     }
-    ElevationRows const elevations = elevationRows(rows);
+    // A list that is no longer needed becomes the result: half of the books have no sight on one face alone.
+    bool const isTaken = chance(0.5);
+    ElevationRows const elevations = isTaken ? elevationRows(Rows(rows)) : elevationRows(rows);
     EXPECT_TRUE(elevations.leftOut.empty());
     HeightNetwork network = heightNetworkOf(rows).network;
     HeightErrors errors;
