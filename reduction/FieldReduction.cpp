@@ -49,9 +49,9 @@ class Reducer {
     // Known points have the first numbers, so that all of them come before the first observation.
     detail::StationObservations observations(result.network.knownPoints);
     for (std::vector<std::size_t> const& occupations : occupationsOf) {
-      Station const station = taken(occupations);
-      addLines(station);
-      observations.add(station);
+      takeStation(occupations);
+      addLines(current);
+      observations.add(current);
     }
     result.observations = observations.take();
     joinFindings();
@@ -86,14 +86,13 @@ class Reducer {
 
   /// All that was read on one station. Only one is held at a time: rounds and their names take more memory than the
   /// rows.
-  Station taken(std::vector<std::size_t> const& occupations) {
-    Station station;
-    station.row = occupations.front();
-    station.name = rows[station.row].name;
-    current = &station;
+  void takeStation(std::vector<std::size_t> const& occupations) {
+    current = Station();
+    current.row = occupations.front();
+    current.name = rows[current.row].name;
     for (std::size_t const occupation : occupations) {
-      station.rounds.emplace_back();
-      station.rounds.back().occupation = occupation;
+      current.rounds.emplace_back();
+      current.rounds.back().occupation = occupation;
       for (std::size_t i = occupation + 1; i < rows.size(); ++i) {
         if (rows[i].pointType == TraversePointType::StationPoint) break;
         if (rows[i].pointType != TraversePointType::PrismPoint) continue;
@@ -102,7 +101,6 @@ class Reducer {
         takeDistanceOfRound(i, distance);
       }
     }
-    return station;
   }
 
   /// Those on single readings, in the order of the rows, and behind them those on stations.
@@ -143,25 +141,25 @@ class Reducer {
   /// Metres, horizontal; 0 for none.
   double takeDistance(std::size_t i) {
     TraverseDataInfo const& row = rows[i];
-    auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
-    if (number == current->distances.size()) current->distances.emplace_back();
+    auto const number = static_cast<std::size_t>(current.targets.numberOf(row.name));
+    if (number == current.distances.size()) current.distances.emplace_back();
     if (row.isSlantDistanceHave && row.slant_distance < 0.0) {
-      tellOfRow(FieldFinding::Error, current->name, {row.name}, Messages::tr("the distance is negative"), i);
+      tellOfRow(FieldFinding::Error, current.name, {row.name}, Messages::tr("the distance is negative"), i);
       return 0.0;
     }
     double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
     if (row.isSlantDistanceHave && row.slant_distance > detail::kNotRecorded && !(distance > detail::kNotRecorded)) {
-      tellOfRow(FieldFinding::Warning, current->name, {row.name},
+      tellOfRow(FieldFinding::Warning, current.name, {row.name},
                 Messages::tr("the distance has no vertical reading to make it horizontal and is left out"), i);
     }
     if (!(distance > detail::kNotRecorded)) return 0.0;
-    current->distances[number].add(distance, i);
+    current.distances[number].add(distance, i);
     return distance;
   }
 
   void takeDistanceOfRound(std::size_t i, double distance) {
     if (distance == 0.0) return;
-    Round& round = current->rounds.back();
+    Round& round = current.rounds.back();
     auto const number = static_cast<std::size_t>(round.distanceNames.numberOf(rows[i].name));
     if (number == round.distances.size()) {
       round.distances.emplace_back();
@@ -184,17 +182,17 @@ class Reducer {
     if (row.angleMark == 0.0) return;
     detail::RoundPlace const& place = places[i];
     if (place.beginsRound) {
-      std::size_t const occupation = current->rounds.back().occupation;
-      current->rounds.emplace_back();
-      current->rounds.back().occupation = occupation;
-      current->rounds.back().isUnturned = !place.isTurned;
+      std::size_t const occupation = current.rounds.back().occupation;
+      current.rounds.emplace_back();
+      current.rounds.back().occupation = occupation;
+      current.rounds.back().isUnturned = !place.isTurned;
     }
     if (!place.fits) {
-      tellOfRow(FieldFinding::Error, current->name, {row.name},
+      tellOfRow(FieldFinding::Error, current.name, {row.name},
                 Messages::tr("the readings of the target do not belong together"), i);
       return;
     }
-    Round& round = current->rounds.back();
+    Round& round = current.rounds.back();
     auto const number = static_cast<std::size_t>(round.names.numberOf(row.name));
     double const reading = onCircle(row.horizontal_angle - place.face * utils::kPi);
     if (number == round.targets.size()) {
@@ -205,7 +203,7 @@ class Reducer {
     Sighted& target = round.targets[number];
     if (!target.isTold && std::abs(foldedAngle(reading - target.firstReading)) > kRoundTolerance) {
       target.isTold = true;
-      tellOfRow(FieldFinding::Warning, current->name, {row.name},
+      tellOfRow(FieldFinding::Warning, current.name, {row.name},
                 Messages::tr("the readings of the target differ by more than 30\""), i);
     }
     target.faces[place.face].add(reading);
@@ -405,7 +403,7 @@ class Reducer {
   std::vector<std::vector<std::size_t>> occupationsOf;  // of each station, the rows of its station records
   NameIndex knownNames;
   std::vector<double> knownHeights;
-  Station* current = nullptr;  // while its readings are taken
+  Station current;  // the only one that is held
 };
 
 }  // namespace
