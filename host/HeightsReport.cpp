@@ -9,7 +9,6 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <unordered_set>
 #include <utility>
 
@@ -19,8 +18,6 @@ namespace {
 QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
 
 QString ratio(double value) { return QString::fromStdString(ratioText(value)); }
-
-constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 /// Of a field book many a set-up has no height difference.
 std::size_t setUpsWithSights(HeightNetwork const& network) {
