@@ -33,5 +33,7 @@ struct ElevationRows {
 ///
 /// Rows of other kinds are copied. Angles in radians, lengths in metres.
 KELVANE_EXPORT ElevationRows elevationRows(std::vector<TraverseDataInfo> const& rows);
+/// The same in place of the rows, of which a large job has no room for two lists.
+KELVANE_EXPORT ElevationRows elevationRows(std::vector<TraverseDataInfo>&& rows);
 
 }  // namespace kvn

@@ -46,6 +46,8 @@ class KELVANE_EXPORT TriangleHeightDataRead {
   ///         only, whose horizontal distance is below 1e-6 m, or in which a value is missing (1e29 and above) or not
   ///         finite; "Fine Station Instrument Height" for a sight without a station row.
   void setTraverseDataList(std::vector<TraverseDataInfo> const& rows, double atmosphericIndex);
+  /// The same, but takes the rows over, of which a large job has no room for two lists.
+  void setTraverseDataList(std::vector<TraverseDataInfo>&& rows, double atmosphericIndex);
 
   /// One entry for each station row, in row order.
   std::vector<TriangleStationData> getTriangleStationData() const;

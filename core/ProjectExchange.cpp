@@ -135,8 +135,8 @@ void Project::takeJob(QString const& path, std::istream& stream) {
   own->lqfCollection = std::move(collection);
   own->lqfFile = path;
   own->network->clear();
-  own->stationMap.clear();  // it leads into the rows that go
-  *own->traverseDataList = own->lqfCollection->getTraverseDataList();
+  own->stationMap.clear();                                                        // it leads into the rows that go
+  *own->traverseDataList = std::move(own->lqfCollection->getTraverseDataList());  // which an export gives back
 }
 
 void Project::importCoordFile(QString const& path) {

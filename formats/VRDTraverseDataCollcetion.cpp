@@ -10,8 +10,12 @@
 #include <utils/Number.h>
 #include <utils/Pieces.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <istream>
 #include <ostream>
+#include <streambuf>
 #include <string_view>
 #include <utility>
 
@@ -83,7 +87,31 @@ bool writeRow(std::ostream& stream, TraverseDataInfo const& row) {
 
 VRDTraverseDataCollcetion::VRDTraverseDataCollcetion() = default;
 
-void VRDTraverseDataCollcetion::read(std::istream& stream) { detail::readTraverse(stream, traverseDataList, {}); }
+void VRDTraverseDataCollcetion::read(std::istream& stream) {
+  detail::reserveRows(stream, traverseDataList);
+  detail::readTraverse(stream, traverseDataList, {});
+}
+
+void detail::reserveRows(std::istream& stream, std::vector<TraverseDataInfo>& rows) {
+  std::streampos const start = stream.tellg();
+  if (start == std::streampos(-1)) return;
+  std::streambuf& buffer = *stream.rdbuf();
+  std::array<char, 1 << 14> piece{};
+  std::size_t lines = 1;
+  std::size_t size = 0;
+  try {
+    for (std::streamsize count = 1; count > 0; size += static_cast<std::size_t>(count)) {
+      count = buffer.sgetn(piece.data(), static_cast<std::streamsize>(piece.size()));
+      lines += static_cast<std::size_t>(std::count(piece.data(), piece.data() + count, '\n'));
+    }
+  } catch (std::ios_base::failure const&) {
+    lines = 0;  // whoever reads the stream comes to the same place, and tells it
+  }
+  if (buffer.pubseekpos(start, std::ios_base::in) != start) return stream.setstate(std::ios_base::badbit);
+  // A text of line ends alone is no reason to ask for the memory of as many rows.
+  constexpr std::size_t kShortestRow = 14;  // "STA,,0,,0,0,0" and a line end
+  rows.reserve(rows.size() + std::min(lines, size / kShortestRow + 1));
+}
 
 void detail::readTraverse(std::istream& stream, std::vector<TraverseDataInfo>& rows, TraverseLook const& look) {
   std::string groupId = TraverseDataInfo().groupId;

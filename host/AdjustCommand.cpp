@@ -70,7 +70,8 @@ void adjust(Session& session) {
 
 /// What the run has not told itself; what may cost most first, then by line.
 std::vector<FieldFinding> findingsBesideTheRun(Job const& job) {
-  auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks);
+  auto findings = job.findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks,
+                                 FieldFinding::Warning);  // notes are not told
   sortFindings(findings);
   sortByCost(findings);
   return findings;

@@ -17,7 +17,9 @@ void takeOptions(Session& session, HeightsOptions const& options) {
   configure.AngleError = options.angleError.value_or(configure.AngleError);
   configure.LineFixedError = options.fixedError.value_or(configure.LineFixedError);
   configure.LineProportionError = options.proportionalError.value_or(configure.LineProportionError);
-  session.job().setHeightOptions(heightOptions(options));
+  HeightOptions heights = heightOptions(options);
+  heights.keepsObservations = !options.saveFile.isEmpty();  // a report of the heights is all that is wanted
+  session.job().setHeightOptions(heights);
   PlaneOptions plane;
   plane.confidence = options.confidence.value_or(plane.confidence);
   if (options.isAPriori) plane.unitWeight = PlaneSettings::UnitWeight::APriori;
@@ -33,10 +35,12 @@ std::vector<FieldFinding> findingsOfTheRun(Job const& job) {
 
 template <typename Report>
 void print(Session& session, Report const& finished, bool asJson) {
-  if (!asJson) return printText(finished.text());
-  Json::Value json = finished.json();
-  json["messages"] = session.messages().take();
-  printJson(json);
+  if (asJson) {
+    finished.writeJson(session.messages().take(), printBytes);
+  } else {
+    finished.writeText(printBytes);
+  }
+  finishPrinting();
 }
 
 void report(Session& session, HeightsOptions const& options) {
@@ -63,7 +67,7 @@ int runHeights(QStringList const& arguments) {
     session.job().requireNoError(Job::FileText);
     takeOptions(session, *options);
     tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced));
-    tellWarnings(session.job().findingsOf(Job::RowChecks));
+    tellWarnings(session.job().findingsOf(Job::RowChecks, FieldFinding::Warning));
     session.job().adjustHeights();
     bool const saved = out.isEmpty() || save(session, out, [&options](Session& from, QString const& path) {
                          saveJob(from, path, options->exchange);

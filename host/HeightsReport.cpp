@@ -19,14 +19,6 @@ QString percent(double share) { return shortNumber(100.0 * share) + " %"; }
 
 QString ratio(double value) { return QString::fromStdString(ratioText(value)); }
 
-void addTest(Json::Value& json, HeightTest const& test) {
-  json["redundancy"] = number(test.redundancy);
-  json["standardised"] = number(test.standardised);
-  json["test"] = number(test.test);
-  json["detectable"] = number(test.detectable);
-  json["gross"] = number(test.gross);
-}
-
 /// Of a field book many a set-up has no height difference.
 std::size_t setUpsWithSights(HeightNetwork const& network) {
   std::unordered_set<int> setUps;
@@ -47,8 +39,13 @@ std::string const& HeightsReport::stationOf(int setUp) const {
   return nameOf(static_cast<std::size_t>(network.setUps[static_cast<std::size_t>(setUp)].station));
 }
 
-QString HeightsReport::text() const {
-  return headText() + findingsText(findings) + pointsText() + sightsText() + sharedText() + loopsText();
+void HeightsReport::writeText(TextSink const& sink) const {
+  sink(headText().toStdString());
+  sink(findingsText(findings).toStdString());
+  writePointTable(sink);
+  writeSightTable(sink);
+  writeSharedTable(sink);
+  sink(loopsText().toStdString());
 }
 
 QString HeightsReport::unitErrorText() const {
@@ -86,21 +83,23 @@ QString HeightsReport::headText() const {
          });
 }
 
-QString HeightsReport::pointsText() const {
+void HeightsReport::writePointTable(TextSink const& sink) const {
   TextTable table({{System::tr("Point"), TextTable::Left},
                    {System::tr("Height [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right},
                    {"", TextTable::Left}});
+  std::string const known = System::tr("known").toStdString();
+  std::string const unchecked = System::tr("unchecked").toStdString();
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     HeightPoint const& point = result.points[p];
-    bool const isKnown = network.points[p].isKnown;
-    table.add({textOf(nameOf(p)), metres(point.height), isKnown ? System::tr("known") : millimetres(point.error),
-               point.isChecked ? QString() : System::tr("unchecked")});
+    table.addUtf8({utf8Of(nameOf(p)), metresText(point.height),
+                   network.points[p].isKnown ? known : millimetresText(point.error),
+                   point.isChecked ? std::string() : unchecked});
   }
-  return titled(System::tr("Points"), table);
+  writeTitled(System::tr("Points"), table, sink);
 }
 
-QString HeightsReport::sightsText() const {
+void HeightsReport::writeSightTable(TextSink const& sink) const {
   TextTable table({{System::tr("From"), TextTable::Left},
                    {System::tr("To"), TextTable::Left},
                    {System::tr("Distance [m]"), TextTable::Right},
@@ -113,17 +112,17 @@ QString HeightsReport::sightsText() const {
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     HeightNetwork::Sight const& sight = network.sights[s];
     HeightObservation const& adjusted = result.sights[s];
-    table.add({textOf(stationOf(sight.setUp)), textOf(nameOf(static_cast<std::size_t>(sight.target))),
-               metres(sight.distance), metres(sight.difference), millimetres(sight.error),
-               millimetres(adjusted.residual), ratio(adjusted.redundancy), ratio(adjusted.standardised),
-               adjusted.test > 1.0 ? QString("*") : QString()});
+    table.addUtf8({utf8Of(stationOf(sight.setUp)), utf8Of(nameOf(static_cast<std::size_t>(sight.target))),
+                   metresText(sight.distance), metresText(sight.difference), millimetresText(sight.error),
+                   millimetresText(adjusted.residual), ratioText(adjusted.redundancy), ratioText(adjusted.standardised),
+                   adjusted.test > 1.0 ? "*" : ""});
   }
-  return titled(System::tr("Sights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)"),
-                table);
+  writeTitled(System::tr("Sights (σ a-priori error, v residual, r redundancy, w standardised residual, * too large)"),
+              table, sink);
 }
 
 /// Only what is too large: there is one of each set-up and each target.
-QString HeightsReport::sharedText() const {
+void HeightsReport::writeSharedTable(TextSink const& sink) const {
   TextTable table({{"", TextTable::Left},
                    {System::tr("Point"), TextTable::Left},
                    {System::tr("Height [m]"), TextTable::Right},
@@ -139,7 +138,7 @@ QString HeightsReport::sharedText() const {
     table.add({shared.isInstrument ? System::tr("instrument") : System::tr("target"), name, metres(shared.height),
                QString::number(shared.sights), ratio(shared.standardised), millimetres(shared.gross)});
   }
-  return isEmpty ? QString() : titled(System::tr("Heights of instruments and targets that do not fit"), table);
+  if (!isEmpty) writeTitled(System::tr("Heights of instruments and targets that do not fit"), table, sink);
 }
 
 QString HeightsReport::loopName(HeightLoop const& loop) const {
@@ -173,57 +172,66 @@ Json::Value HeightsReport::globalTestJson() const {
   return json;
 }
 
-Json::Value HeightsReport::pointsJson() const {
-  Json::Value list(Json::arrayValue);
+void HeightsReport::writePoints(JsonStream& json) const {
+  json.member("points").beginArray();
   for (std::size_t p = 0; p < network.points.size(); ++p) {
     HeightPoint const& point = result.points[p];
-    Json::Value entry;
-    entry["name"] = jsonText(nameOf(p));
-    entry["height"] = number(point.height);
-    entry["heightError"] = number(point.error);
-    entry["approximate"] = number(point.approximate);
-    entry["known"] = network.points[p].isKnown;
-    entry["checked"] = point.isChecked;
-    if (network.points[p].isKnown) entry["test"] = number(result.known[p].test);
-    list.append(entry);
+    json.beginObject();
+    json.member("approximate").number(point.approximate);
+    json.member("checked").truth(point.isChecked);
+    json.member("height").number(point.height);
+    json.member("heightError").number(point.error);
+    json.member("known").truth(network.points[p].isKnown);
+    json.member("name").text(nameOf(p));
+    if (network.points[p].isKnown) json.member("test").number(result.known[p].test);
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value HeightsReport::linesJson() const {
-  Json::Value list(Json::arrayValue);
+void HeightsReport::writeLines(JsonStream& json) const {
+  json.member("lines").beginArray();
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
     HeightNetwork::Sight const& sight = network.sights[s];
     HeightObservation const& adjusted = result.sights[s];
-    Json::Value entry;
-    entry["from"] = jsonText(stationOf(sight.setUp));
-    entry["to"] = jsonText(nameOf(static_cast<std::size_t>(sight.target)));
-    entry["setUp"] = sight.setUp + 1;
-    entry["difference"] = number(sight.difference);
-    entry["horizontalDistance"] = number(sight.distance);
-    entry["error"] = number(sight.error);
-    entry["residual"] = number(adjusted.residual);
-    entry["effect"] = number(adjusted.effect);
-    addTest(entry, adjusted);
-    entry["line"] = sight.origin.line > 0 ? Json::Value(sight.origin.line) : Json::Value();
-    list.append(entry);
+    json.beginObject();
+    json.member("detectable").number(adjusted.detectable);
+    json.member("difference").number(sight.difference);
+    json.member("effect").number(adjusted.effect);
+    json.member("error").number(sight.error);
+    json.member("from").text(stationOf(sight.setUp));
+    json.member("gross").number(adjusted.gross);
+    json.member("horizontalDistance").number(sight.distance);
+    json.member("line").place(sight.origin.line);
+    json.member("redundancy").number(adjusted.redundancy);
+    json.member("residual").number(adjusted.residual);
+    json.member("setUp").number(sight.setUp + 1);
+    json.member("standardised").number(adjusted.standardised);
+    json.member("test").number(adjusted.test);
+    json.member("to").text(nameOf(static_cast<std::size_t>(sight.target)));
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
-Json::Value HeightsReport::sharedJson() const {
-  Json::Value list(Json::arrayValue);
+void HeightsReport::writeShared(JsonStream& json) const {
+  json.member("sharedHeights").beginArray();
   for (SharedHeight const& shared : result.shared) {
-    Json::Value entry;
-    entry["kind"] = shared.isInstrument ? "instrument" : "target";
-    entry["point"] = jsonText(shared.isInstrument ? stationOf(static_cast<int>(shared.setUp)) : nameOf(shared.target));
-    entry["setUp"] = shared.isInstrument ? Json::Value(static_cast<int>(shared.setUp) + 1) : Json::Value();
-    entry["height"] = number(shared.height);
-    entry["sights"] = static_cast<int>(shared.sights);
-    addTest(entry, shared);
-    list.append(entry);
+    auto const setUp = static_cast<int>(shared.setUp);
+    json.beginObject();
+    json.member("detectable").number(shared.detectable);
+    json.member("gross").number(shared.gross);
+    json.member("height").number(shared.height);
+    json.member("kind").text(shared.isInstrument ? "instrument" : "target");
+    json.member("point").text(shared.isInstrument ? stationOf(setUp) : nameOf(shared.target));
+    json.member("redundancy").number(shared.redundancy);
+    json.member("setUp").place(shared.isInstrument ? setUp + 1 : 0);
+    json.member("sights").number(static_cast<int>(shared.sights));
+    json.member("standardised").number(shared.standardised);
+    json.member("test").number(shared.test);
+    json.endObject();
   }
-  return list;
+  json.endArray();
 }
 
 Json::Value HeightsReport::loopsJson() const {
@@ -239,20 +247,30 @@ Json::Value HeightsReport::loopsJson() const {
   return list;
 }
 
-Json::Value HeightsReport::json() const {
-  Json::Value json;
-  json["points"] = pointsJson();
-  json["lines"] = linesJson();
-  json["sharedHeights"] = sharedJson();
-  json["loops"] = loopsJson();
-  json["unitError"] = number(result.unitError);
-  json["redundancy"] = result.redundancy;
-  json["globalTest"] = globalTestJson();
+/// Of a large network with a few known points there is one for nearly every point: nothing checks it.
+void HeightsReport::writeFindings(JsonStream& json) const {
+  json.member("findings").beginArray();
+  for (FieldFinding const& finding : findings) write(finding, json);
+  json.endArray();
+}
+
+// Members in the order of their names, as every other JSON of the program has them.
+void HeightsReport::writeJson(Json::Value const& messages, TextSink const& sink) const {
   HeightOptions const& options = job.heightOptions();
-  json["refraction"] = number(options.refraction.value_or(double(job.project()->getConfigure().AtmosphericIndex)));
-  json["findings"] = toJson(findings);
-  json["version"] = kJsonVersion;
-  return json;
+  JsonStream json(sink, JsonStream::Seventeen);
+  json.beginObject();
+  writeFindings(json);
+  json.member("globalTest").value(globalTestJson());
+  writeLines(json);
+  json.member("loops").value(loopsJson());
+  json.member("messages").value(messages);
+  writePoints(json);
+  json.member("redundancy").number(result.redundancy);
+  json.member("refraction").number(options.refraction.value_or(double(job.project()->getConfigure().AtmosphericIndex)));
+  writeShared(json);
+  json.member("unitError").number(result.unitError);
+  json.member("version").number(kJsonVersion);
+  json.endObject();
 }
 
 }  // namespace kvn::host

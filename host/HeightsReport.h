@@ -1,6 +1,9 @@
 // What `heights` has to tell, as text and as JSON.
 #pragma once
 
+#include "JsonStream.h"
+#include "Output.h"
+
 #include <Kelvane.h>
 #include <json/value.h>
 #include <QString>
@@ -15,23 +18,23 @@ class HeightsReport {
   HeightsReport(QString path, Job const& finishedJob, std::vector<FieldFinding> const& runFindings);
 
   /// Head, findings, points, sights, marked heights of instruments and targets, loops.
-  QString text() const;
-  /// All but the messages.
-  Json::Value json() const;
+  void writeText(TextSink const& sink) const;
+  void writeJson(Json::Value const& messages, TextSink const& sink) const;
 
  private:
   QString headText() const;
   QString unitErrorText() const;
-  QString pointsText() const;
-  QString sightsText() const;
-  QString sharedText() const;
+  void writePointTable(TextSink const& sink) const;
+  void writeSightTable(TextSink const& sink) const;
+  void writeSharedTable(TextSink const& sink) const;
   QString loopsText() const;
   QString loopName(HeightLoop const& loop) const;
+  void writeFindings(JsonStream& json) const;
   Json::Value globalTestJson() const;
-  Json::Value pointsJson() const;
-  Json::Value linesJson() const;
-  Json::Value sharedJson() const;
+  void writeLines(JsonStream& json) const;
   Json::Value loopsJson() const;
+  void writePoints(JsonStream& json) const;
+  void writeShared(JsonStream& json) const;
   std::string const& nameOf(std::size_t point) const { return network.points[point].name; }
   std::string const& stationOf(int setUp) const;
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 namespace kvn::host {
 namespace {
@@ -21,7 +22,9 @@ bool isPlain(std::string const& bytes) {
 
 }  // namespace
 
-JsonStream::JsonStream(TextSink const& textSink) : sink(textSink) { pending.reserve(2 * kPiece); }
+JsonStream::JsonStream(TextSink const& textSink, Digits digitsOfNumbers) : sink(textSink), digits(digitsOfNumbers) {
+  pending.reserve(2 * kPiece);
+}
 
 // An element of an array begins on a line of its own. A bracket behind a name is written with the first thing inside
 // it: then it goes to the next line, and an empty pair stays on this one.
@@ -86,12 +89,15 @@ void JsonStream::number(double value) {
     pending += "null";
     return;
   }
-  std::array<char, 32> digits{};
+  std::array<char, 32> buffer{};
+  char* const begin = buffer.data();
+  char* const end = begin + buffer.size();
   double const size = std::abs(value);
   bool const isPlainNumber = size == 0.0 || (size >= kSmallest && size < kLargest);
-  auto const last = std::to_chars(digits.data(), digits.data() + digits.size(), value + 0.0,
-                                  isPlainNumber ? std::chars_format::fixed : std::chars_format::scientific);
-  std::string_view const text(digits.data(), static_cast<std::size_t>(last.ptr - digits.data()));
+  auto const form = isPlainNumber ? std::chars_format::fixed : std::chars_format::scientific;
+  auto const last = digits == Shortest ? std::to_chars(begin, end, value + 0.0, form)
+                                       : std::to_chars(begin, end, value + 0.0, std::chars_format::general, 17);
+  std::string_view const text(begin, static_cast<std::size_t>(last.ptr - begin));
   pending += text;
   // So that a reader takes a whole value for a real number too.
   if (text.find_first_of(".e") == std::string_view::npos) pending += ".0";
@@ -100,6 +106,12 @@ void JsonStream::number(double value) {
 void JsonStream::number(int value) {
   isBehindName = false;
   pending += std::to_string(value);
+}
+
+void JsonStream::place(int number) {
+  if (number > 0) return this->number(number);
+  isBehindName = false;
+  pending += "null";
 }
 
 void JsonStream::truth(bool value) {
@@ -113,6 +125,21 @@ void JsonStream::text(std::string const& bytes) {
   pending += '"';
   pending += bytes;
   pending += '"';
+}
+
+void JsonStream::texts(std::vector<std::string> const& list) {
+  if (list.empty()) return value(Json::Value(Json::arrayValue));
+  newLine();
+  pending += '[';
+  levels.push_back({true, true});
+  for (std::string const& bytes : list) {
+    if (!std::exchange(levels.back().isEmpty, false)) pending += ',';
+    newLine();
+    text(bytes);
+  }
+  levels.pop_back();
+  newLine();
+  pending += ']';
 }
 
 void JsonStream::value(Json::Value const& smallValue) {

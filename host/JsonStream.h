@@ -24,7 +24,12 @@ namespace kvn::host {
 /// holds objects, or nothing.
 class JsonStream {
  public:
-  explicit JsonStream(TextSink const& textSink);
+  enum Digits {
+    Shortest,   ///< the fewest digits that give the same double back, at most 17
+    Seventeen,  ///< significant digits, as `printJson` writes numbers; zeros at the end fall away
+  };
+
+  explicit JsonStream(TextSink const& textSink, Digits digitsOfNumbers = Shortest);
 
   void beginObject() { begin('{'); }
   void endObject() { end('{', '}'); }
@@ -32,12 +37,13 @@ class JsonStream {
   void endArray() { end('[', ']'); }
 
   JsonStream& member(std::string_view name);
-  /// The shortest digits that give the same double back, at most 17; null for what is not finite.
-  void number(double value);
-  void number(int value);                     ///< a whole number
-  void truth(bool value);                     ///< true or false
-  void text(std::string const& bytes);        ///< of a record, as `jsonText`
-  void value(Json::Value const& smallValue);  ///< a tree, as `printJson` writes it
+  void number(double value);                         ///< null for what is not finite
+  void number(int value);                            ///< a whole number
+  void place(int number);                            ///< counted from 1, as a line of a file; null for 0
+  void truth(bool value);                            ///< true or false
+  void text(std::string const& bytes);               ///< of a record, as `jsonText`
+  void texts(std::vector<std::string> const& list);  ///< an array of such
+  void value(Json::Value const& smallValue);         ///< a tree, as `printJson` writes it
 
  private:
   struct Level {
@@ -52,6 +58,7 @@ class JsonStream {
   void passOn(std::size_t least);
 
   TextSink const& sink;
+  Digits digits;
   std::string pending;
   std::vector<Level> levels;
   bool isBehindName = false;

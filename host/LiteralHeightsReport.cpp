@@ -20,7 +20,11 @@ LiteralHeightsReport::LiteralHeightsReport(QString path, double refractionCoeffi
                                            TriangleHeightAdjust const& adjustment)
     : file(std::move(path)), refraction(refractionCoefficient), input(observations), result(adjustment) {}
 
-QString LiteralHeightsReport::text() const { return headText() + pointsText() + linesText(); }
+void LiteralHeightsReport::writeText(TextSink const& sink) const {
+  sink(headText().toStdString());
+  writePointTable(sink);
+  writeLineTable(sink);
+}
 
 QString LiteralHeightsReport::headText() const {
   QString const unitError =
@@ -38,20 +42,20 @@ QString LiteralHeightsReport::headText() const {
          });
 }
 
-QString LiteralHeightsReport::pointsText() const {
+void LiteralHeightsReport::writePointTable(TextSink const& sink) const {
   TextTable table({{System::tr("Point"), TextTable::Left},
                    {System::tr("Height [m]"), TextTable::Right},
                    {"m [mm]", TextTable::Right}});
+  std::string const known = System::tr("known").toStdString();
   int number = 0;  // known points come first
   for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
     bool const isKnown = number++ < input.getKnPnumber();
-    table.add(
-        {textOf(point.name), metres(point.height), isKnown ? System::tr("known") : millimetres(point.heightError)});
+    table.addUtf8({utf8Of(point.name), metresText(point.height), isKnown ? known : millimetresText(point.heightError)});
   }
-  return titled(System::tr("Points"), table);
+  writeTitled(System::tr("Points"), table, sink);
 }
 
-QString LiteralHeightsReport::linesText() const {
+void LiteralHeightsReport::writeLineTable(TextSink const& sink) const {
   TextTable table({{System::tr("From"), TextTable::Left},
                    {System::tr("To"), TextTable::Left},
                    {System::tr("Distance [m]"), TextTable::Right},
@@ -59,35 +63,49 @@ QString LiteralHeightsReport::linesText() const {
                    {"v [mm]", TextTable::Right}});
   std::size_t number = 0;
   for (TriangleViewData const& line : input.getTraingleViewData()) {
-    table.add({textOf(line.start_name), textOf(line.end_name), metres(line.horizontalDistance),
-               metres(line.heightDifference), millimetres(result.getResiduals()[number++])});
+    table.addUtf8({utf8Of(line.start_name), utf8Of(line.end_name), metresText(line.horizontalDistance),
+                   metresText(line.heightDifference), millimetresText(result.getResiduals()[number++])});
   }
-  return titled(System::tr("Lines (v residual)"), table);
+  writeTitled(System::tr("Lines (v residual)"), table, sink);
 }
 
-Json::Value LiteralHeightsReport::json() const {
-  Json::Value json;
-  json["version"] = kJsonVersion;
-  Json::Value& points = json["points"] = Json::Value(Json::arrayValue);
-  auto const approximate = result.getTriangleHeightPointInfoH0();
-  for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
-    Json::Value entry;
-    entry["name"] = jsonText(point.name);
-    entry["height"] = number(point.height);
-    entry["heightError"] = number(point.heightError);
-    entry["approximate"] = number(approximate[points.size()].height);
-    points.append(entry);
-  }
-  Json::Value& lines = json["lines"] = Json::Value(Json::arrayValue);
+void LiteralHeightsReport::writeLines(JsonStream& json) const {
+  json.member("lines").beginArray();
   for (TriangleViewData const& line : input.getTraingleViewData()) {
-    Json::Value entry;
-    entry["from"] = jsonText(line.start_name);
-    entry["to"] = jsonText(line.end_name);
-    entry["difference"] = number(line.heightDifference);
-    entry["horizontalDistance"] = number(line.horizontalDistance);
-    lines.append(entry);
+    json.beginObject();
+    json.member("difference").number(line.heightDifference);
+    json.member("from").text(line.start_name);
+    json.member("horizontalDistance").number(line.horizontalDistance);
+    json.member("to").text(line.end_name);
+    json.endObject();
   }
-  return json;
+  json.endArray();
+}
+
+void LiteralHeightsReport::writePoints(JsonStream& json) const {
+  json.member("points").beginArray();
+  auto const approximate = result.getTriangleHeightPointInfoH0();
+  std::size_t number = 0;
+  for (TriangleHeightPointInfo const& point : result.getTriangleHeightPointInfo()) {
+    json.beginObject();
+    json.member("approximate").number(approximate[number++].height);
+    json.member("height").number(point.height);
+    json.member("heightError").number(point.heightError);
+    json.member("name").text(point.name);
+    json.endObject();
+  }
+  json.endArray();
+}
+
+// Members in the order of their names, as every other JSON of the program has them.
+void LiteralHeightsReport::writeJson(Json::Value const& messages, TextSink const& sink) const {
+  JsonStream json(sink, JsonStream::Seventeen);
+  json.beginObject();
+  writeLines(json);
+  json.member("messages").value(messages);
+  writePoints(json);
+  json.member("version").number(kJsonVersion);
+  json.endObject();
 }
 
 }  // namespace kvn::host

@@ -1,6 +1,9 @@
 // What `heights --as-read` has to tell, as text and as JSON.
 #pragma once
 
+#include "JsonStream.h"
+#include "Output.h"
+
 #include <Kelvane.h>
 #include <json/value.h>
 #include <QString>
@@ -15,14 +18,15 @@ class LiteralHeightsReport {
                        TriangleHeightAdjust const& adjustment);
 
   /// Head, points, lines.
-  QString text() const;
-  /// All but the messages.
-  Json::Value json() const;
+  void writeText(TextSink const& sink) const;
+  void writeJson(Json::Value const& messages, TextSink const& sink) const;
 
  private:
   QString headText() const;
-  QString pointsText() const;
-  QString linesText() const;
+  void writePointTable(TextSink const& sink) const;
+  void writeLineTable(TextSink const& sink) const;
+  void writeLines(JsonStream& json) const;
+  void writePoints(JsonStream& json) const;
 
   QString file;
   double refraction;

@@ -14,14 +14,7 @@ char const* datumName(PlaneOptions const& options) {
   return options.controlError > 0.0 ? "weighted" : "fixed";
 }
 
-void writeLine(JsonStream& json, int line) {
-  json.member("line");
-  if (line > 0) {
-    json.number(line);
-  } else {
-    json.number(kNoNumber);
-  }
-}
+void writeLine(JsonStream& json, int line) { json.member("line").place(line); }
 
 void writeUncheckedLine(JsonStream& json, char const* kind, std::string const& from, std::string const& to, int line) {
   json.beginObject();

@@ -2,6 +2,8 @@
 
 #include "Output.h"
 
+#include <limits>
+
 namespace kvn::host {
 namespace {
 
@@ -107,6 +109,17 @@ Json::Value toJson(FieldFinding const& finding) {
   json["line"] = finding.line > 0 ? Json::Value(finding.line) : Json::Value();
   json["cost"] = finding.cost > 0.0 ? number(finding.cost) : Json::Value();
   return json;
+}
+
+void write(FieldFinding const& finding, JsonStream& json) {
+  json.beginObject();
+  json.member("cost").number(finding.cost > 0.0 ? finding.cost : std::numeric_limits<double>::quiet_NaN());
+  json.member("line").place(finding.line);
+  json.member("severity").text(severityName(finding.severity));
+  json.member("station").text(finding.station);
+  json.member("targets").texts(finding.targets);
+  json.member("text").text(finding.text.toStdString());
+  json.endObject();
 }
 
 }  // namespace kvn::host

@@ -1,6 +1,8 @@
 // Records as JSON objects: every field by its name, `pointType` by the value's name, other enumerations as numbers.
 #pragma once
 
+#include "JsonStream.h"
+
 #include <Kelvane.h>
 #include <json/value.h>
 #include <vector>
@@ -12,6 +14,7 @@ Json::Value toJson(NetworkDataInfo const& line);
 Json::Value toJson(TraverseDataInfo const& row);
 Json::Value toJson(CoordinatePointInfo const& point);
 Json::Value toJson(FieldFinding const& finding);
+void write(FieldFinding const& finding, JsonStream& json);  ///< the same object
 
 char const* severityName(FieldFinding::Severity severity);
 /// "Warning: %1", in the user's language.

@@ -64,7 +64,8 @@ int runReport(QStringList const& arguments) {
     page.title = options->title;
     page.program = versionLine().trimmed();
     page.refusal = adjustAll(session, options->isOfHeights);
-    tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks));
+    tellWarnings(session.job().findingsOf(Job::FileText | Job::FieldReduced | Job::RowChecks | Job::NetworkChecks,
+                                          FieldFinding::Warning));
     if (isListAlone(session.project())) session.job().requireNoError(Job::FileText);
     if (isListAlone(session.project())) tellWithoutPlace(siteDrawingOf(session.job()));
     bool const saved =

@@ -18,6 +18,10 @@ struct HeightOptions {
   std::optional<double> refraction;
   /// Standard error of the refraction coefficient, 0 to 10.
   double refractionError = 0.05;
+  /// False for a program that wants the heights of a very large field book and nothing else of it: `adjustHeights`
+  /// gives rows, network and observations of the job back once it has the sights, also where it fails afterwards. The
+  /// heights, their findings and the settings stay; for anything else the file is to be opened again.
+  bool keepsObservations = true;
 };
 
 }  // namespace kvn

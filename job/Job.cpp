@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <string>
 #include <unordered_map>
@@ -230,11 +231,16 @@ std::vector<FieldFinding> Job::findings() const {
   return all;
 }
 
-std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
+std::vector<FieldFinding> Job::findingsOf(unsigned sources) const { return findingsOf(sources, FieldFinding::Note); }
+
+std::vector<FieldFinding> Job::findingsOf(unsigned sources, FieldFinding::Severity least) const {
   Project const& project = *state->project;
   detail::OpenedFile const& opened = state->opened;
   std::vector<FieldFinding> all;
-  auto const add = [&all](std::vector<FieldFinding> const& more) { all.insert(all.end(), more.begin(), more.end()); };
+  auto const add = [&all, least](std::vector<FieldFinding> more) {
+    std::copy_if(std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()), std::back_inserter(all),
+                 [least](FieldFinding const& finding) { return finding.severity >= least; });
+  };
   guarded(*state, [&] {
     if ((sources & FileTold) != 0) add(opened.toldFindings);
     if ((sources & FileText) != 0) add(opened.text.findings);
@@ -244,7 +250,7 @@ std::vector<FieldFinding> Job::findingsOf(unsigned sources) const {
       add(opened.placed(inspectDistances(opened.reduction, errors, state->plane.centring)));
     }
     if ((sources & RowChecks) != 0) {
-      add(opened.placed(inspectRows(project.getTraverseDataList(), opened.reduction)));
+      add(opened.placed(inspectRows(project.getTraverseDataList(), opened.reduction, least)));
     }
     if ((sources & HeightChecks) != 0) add(detail::findingsBeforeHeights(*state));
     if ((sources & NetworkChecks) != 0) add(detail::findingsOnNetwork(*state));

@@ -107,6 +107,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   std::vector<FieldFinding> findings() const;
   /// Those of some sources (FileText | RowChecks), one source after the other.
   std::vector<FieldFinding> findingsOf(unsigned sources) const;
+  /// The same from a severity on: `RowChecks` of a field book of millions of rows have as many notes.
+  std::vector<FieldFinding> findingsOf(unsigned sources, FieldFinding::Severity least) const;
 
   /// @throws JobException for the first `Error` of some sources.
   void requireNoError(unsigned sources) const;

@@ -177,13 +177,35 @@ std::vector<std::string> unconnected(TriangleHeightDataConvert const& observatio
   return left;
 }
 
+/// The reader keeps the rows, for which there is no need while the heights are adjusted.
+TriangleHeightDataConvert linesOf(detail::JobState const& state) {
+  TriangleHeightDataRead reader(state.project->getVerticalAngleType());
+  std::vector<TraverseDataInfo>& rows = state.project->getTraverseDataList();
+  if (state.heights.keepsObservations) {
+    reader.setTraverseDataList(rows, detail::refractionOf(state));
+  } else {
+    reader.setTraverseDataList(std::exchange(rows, {}), detail::refractionOf(state));
+  }
+  TriangleHeightDataConvert lines;
+  lines.setTriangleHeightDataRead(reader);
+  return lines;
+}
+
+/// What the plane alone is made of, before the sights are taken from the rows.
+void giveBackPlane(detail::JobState& state) {
+  state.project->setNetwork(Network());
+  detail::OpenedFile& opened = state.opened;
+  opened.observations = PlaneNetwork();
+  opened.lineMarks = std::vector<detail::LineMark>();
+  opened.reduction.pairs = std::vector<FacePair>();
+  opened.reduction.spreads = std::vector<DistanceSpread>();
+}
+
 /// As the library takes the rows.
 void adjustLines(detail::JobState& state) {
   Project& project = *state.project;
-  TriangleHeightDataRead reader(project.getVerticalAngleType());
-  reader.setTraverseDataList(project.getTraverseDataList(), detail::refractionOf(state));
-  TriangleHeightDataConvert lines;
-  lines.setTriangleHeightDataRead(reader);
+  if (!state.heights.keepsObservations) giveBackPlane(state);
+  TriangleHeightDataConvert const lines = linesOf(state);
   for (TriangleStationData const& station : lines.getTriangleStationData()) {
     if (station.height == 0.0) detail::sendWarning(textOfKnownHeightOfZero(station.name));
   }
@@ -218,7 +240,9 @@ void detail::adjustHeights(JobState& state, utils::IProcessCancel const& cancel)
   }
   if (state.asRead) return adjustLines(state);
   requireNoNegative(state);
+  if (!state.heights.keepsObservations) giveBackPlane(state);
   HeightReduction reduction = heightNetworkOf(state.project->getTraverseDataList());
+  if (!state.heights.keepsObservations) state.project->setTraverseDataList({});
   tellLeftOut(state.opened, reduction.leftOut);
   QString const missing = missingIn(reduction.network);
   if (!missing.isEmpty()) throw JobException(state.file, missing);

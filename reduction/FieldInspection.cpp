@@ -51,29 +51,38 @@ std::vector<Occupation> occupationsOf(std::vector<TraverseDataInfo> const& rows)
 
 class RowInspection {
  public:
-  RowInspection(std::vector<TraverseDataInfo> const& fieldRows, FieldReduction const& fieldReduction)
-      : rows(fieldRows), reduction(fieldReduction), occupations(occupationsOf(fieldRows)) {}
+  RowInspection(std::vector<TraverseDataInfo> const& fieldRows, FieldReduction const& fieldReduction,
+                FieldFinding::Severity leastSeverity)
+      : rows(fieldRows), reduction(fieldReduction), least(leastSeverity) {}
 
   std::vector<FieldFinding> run() {
-    for (TraverseDataInfo const& row : rows) {
-      if (isTarget(row)) ++sightsOf[row.groupId + '\n' + row.name];
+    bool const isAnyMarked =
+        std::any_of(rows.begin(), rows.end(), [](TraverseDataInfo const& row) { return !row.isHorizontalAngleValid; });
+    for (std::size_t i = 0; isAnyMarked && i < rows.size(); ++i) {
+      if (isTarget(rows[i])) ++sightsOf[rows[i].groupId + '\n' + rows[i].name];
     }
     std::string station;
     for (std::size_t i = 0; i < rows.size(); ++i) {
       if (isStation(rows[i])) station = rows[i].name;
       lookAtFlags(station, i);
     }
-    for (Occupation const& occupation : occupations) lookAtPairing(occupation);
-    lookAtFirstDistances();
-    for (FacePair const& pair : reduction.pairs) noteErrors(pair);
+    if (least == FieldFinding::Note) addNotes();
     std::stable_sort(findings.begin(), findings.end(),
                      [](FieldFinding const& a, FieldFinding const& b) { return a.row < b.row; });
     return std::move(findings);
   }
 
  private:
+  void addNotes() {
+    std::vector<Occupation> const occupations = occupationsOf(rows);
+    for (Occupation const& occupation : occupations) lookAtPairing(occupation);
+    lookAtFirstDistances(occupations);
+    for (FacePair const& pair : reduction.pairs) noteErrors(pair);
+  }
+
   void tell(FieldFinding::Severity severity, std::string const& station, std::string const& target, QString const& text,
             std::size_t row) {
+    if (severity < least) return;
     std::vector<std::string> targets;
     if (!target.empty()) targets.push_back(target);
     findings.push_back({severity, station, std::move(targets), text, row, 0});
@@ -129,7 +138,7 @@ class RowInspection {
 
   /// Distances to the first target of their station that the other end does not have either, or has to its own first
   /// target.
-  void lookAtFirstDistances() {
+  void lookAtFirstDistances(std::vector<Occupation> const& occupations) {
     NameIndex names;
     std::unordered_set<std::uint64_t> kept;
     struct First {
@@ -167,8 +176,8 @@ class RowInspection {
 
   std::vector<TraverseDataInfo> const& rows;
   FieldReduction const& reduction;
-  std::vector<Occupation> occupations;
-  std::unordered_map<std::string, int> sightsOf;  // by group and name
+  FieldFinding::Severity least;
+  std::unordered_map<std::string, int> sightsOf;  // by group and name; empty where no row is marked
   std::vector<FieldFinding> findings;
 };
 
@@ -200,7 +209,12 @@ std::vector<FieldFinding> inspectDistances(FieldReduction const& reduction, Obse
 }
 
 std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows, FieldReduction const& reduction) {
-  return RowInspection(rows, reduction).run();
+  return inspectRows(rows, reduction, FieldFinding::Note);
+}
+
+std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows, FieldReduction const& reduction,
+                                      FieldFinding::Severity least) {
+  return RowInspection(rows, reduction, least).run();
 }
 
 }  // namespace kvn

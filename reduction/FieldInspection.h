@@ -21,6 +21,10 @@ namespace kvn {
 /// @param rows  with the flags as the row checks left them.
 KELVANE_EXPORT std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows,
                                                      FieldReduction const& reduction);
+/// Those from a severity on. A field book of millions of rows has a `Note` for nearly each pair of faces, which take as
+/// much memory as half of its rows.
+KELVANE_EXPORT std::vector<FieldFinding> inspectRows(std::vector<TraverseDataInfo> const& rows,
+                                                     FieldReduction const& reduction, FieldFinding::Severity least);
 
 /// A `Warning` for each line of which the distances from one end differ by more than their a-priori errors a + b S
 /// allow: two by 3 standard errors of their difference, of which one good line in 370 is beyond. The more distances,

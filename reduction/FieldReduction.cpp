@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <deque>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <unordered_map>
@@ -45,45 +45,72 @@ class Reducer {
       : rows(fieldRows), indexErrors(detail::indexErrors(fieldRows)), places(detail::roundPlaces(fieldRows)) {}
 
   FieldReduction run() {
-    for (std::size_t i = 0; i < rows.size(); ++i) take(i);
-    for (Station& station : stations) addLines(station);
-    result.observations = detail::observationsOf(stations, result.network.knownPoints);
+    openStations();
+    // Known points have the first numbers, so that all of them come before the first observation.
+    detail::StationObservations observations(result.network.knownPoints);
+    for (std::vector<std::size_t> const& occupations : occupationsOf) {
+      takeStation(occupations);
+      addLines(current);
+      observations.add(current);
+    }
+    result.observations = observations.take();
+    joinFindings();
     return std::move(result);
   }
 
  private:
-  void take(std::size_t i) {
-    TraverseDataInfo const& row = rows[i];
-    bool const isObserved =
-        row.pointType == TraversePointType::StationPoint || row.pointType == TraversePointType::PrismPoint;
-    if (isObserved && row.name.empty()) {
-      tell(FieldFinding::Error, current == nullptr ? std::string() : current->name, {},
-           Messages::tr("the row has no name"), i);
-    }
-    if (row.pointType == TraversePointType::StationPoint) {
-      openStation(i);
-    } else if (row.pointType == TraversePointType::PrismPoint && current == nullptr) {
-      tell(FieldFinding::Warning, {}, {row.name}, Messages::tr("the sight stands before any station and is left out"),
-           i);
-    } else if (row.pointType == TraversePointType::PrismPoint) {
-      double const distance = takeDistance(i);
-      takeReading(i);
-      takeDistanceOfRound(i, distance);
+  /// Names of stations and known points, before the first reading is taken: a station may be occupied anew at the very
+  /// end of the book.
+  void openStations() {
+    std::string const* station = nullptr;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      TraverseDataInfo const& row = rows[i];
+      bool const isStation = row.pointType == TraversePointType::StationPoint;
+      bool const isSight = row.pointType == TraversePointType::PrismPoint;
+      if ((isStation || isSight) && row.name.empty()) {
+        tellOfRow(FieldFinding::Error, station == nullptr ? std::string() : *station, {},
+                  Messages::tr("the row has no name"), i);
+      }
+      if (isStation) {
+        station = &row.name;
+        auto const number = static_cast<std::size_t>(stationNames.numberOf(row.name));
+        if (number == occupationsOf.size()) occupationsOf.emplace_back();
+        occupationsOf[number].push_back(i);
+        if (row.isKnown) takeKnown(i);
+      } else if (isSight && station == nullptr) {
+        tellOfRow(FieldFinding::Warning, {}, {row.name},
+                  Messages::tr("the sight stands before any station and is left out"), i);
+      }
     }
   }
 
-  void openStation(std::size_t i) {
-    TraverseDataInfo const& row = rows[i];
-    auto const number = static_cast<std::size_t>(stationNames.numberOf(row.name));
-    if (number == stations.size()) {
-      stations.emplace_back();
-      stations.back().name = row.name;
-      stations.back().row = i;
+  /// All that was read on one station. Only one is held at a time: rounds and their names take more memory than the
+  /// rows.
+  void takeStation(std::vector<std::size_t> const& occupations) {
+    current = Station();
+    current.row = occupations.front();
+    current.name = rows[current.row].name;
+    for (std::size_t const occupation : occupations) {
+      current.rounds.emplace_back();
+      current.rounds.back().occupation = occupation;
+      for (std::size_t i = occupation + 1; i < rows.size(); ++i) {
+        if (rows[i].pointType == TraversePointType::StationPoint) break;
+        if (rows[i].pointType != TraversePointType::PrismPoint) continue;
+        double const distance = takeDistance(i);
+        takeReading(i);
+        takeDistanceOfRound(i, distance);
+      }
     }
-    current = &stations[number];
-    current->rounds.emplace_back();
-    current->rounds.back().occupation = i;
-    if (row.isKnown) takeKnown(i);
+  }
+
+  /// Those on single readings, in the order of the rows, and behind them those on stations.
+  void joinFindings() {
+    std::stable_sort(ofRows.begin(), ofRows.end(),
+                     [](FieldFinding const& a, FieldFinding const& b) { return a.row < b.row; });
+    if (result.lostRound) *result.lostRound += ofRows.size();
+    ofRows.insert(ofRows.end(), std::make_move_iterator(result.findings.begin()),
+                  std::make_move_iterator(result.findings.end()));
+    result.findings = std::move(ofRows);
   }
 
   void takeKnown(std::size_t i) {
@@ -96,43 +123,43 @@ class Reducer {
       point.y = row.E;
       knownHeights.push_back(row.Z);
       if (std::abs(row.N) < kNoCoordinate && std::abs(row.E) < kNoCoordinate && row.Z != 0.0) {
-        tell(FieldFinding::Warning, row.name, {},
-             Messages::tr("known by its height alone, the station counts as known at 0, 0"), i);
+        tellOfRow(FieldFinding::Warning, row.name, {},
+                  Messages::tr("known by its height alone, the station counts as known at 0, 0"), i);
       }
       result.network.knownPoints.push_back(std::move(point));
       return;
     }
     KnownPoint const& known = result.network.knownPoints[number];
     if (std::abs(knownHeights[number] - row.Z) > kSamePosition) {
-      tell(FieldFinding::Warning, row.name, {},
-           Messages::tr("the known point has two heights, of which the first counts"), i);
+      tellOfRow(FieldFinding::Warning, row.name, {},
+                Messages::tr("the known point has two heights, of which the first counts"), i);
     }
     if (std::hypot(known.x - row.N, known.y - row.E) <= kSamePosition) return;
-    tell(FieldFinding::Error, row.name, {}, Messages::tr("the known point has two positions"), i);
+    tellOfRow(FieldFinding::Error, row.name, {}, Messages::tr("the known point has two positions"), i);
   }
 
   /// Metres, horizontal; 0 for none.
   double takeDistance(std::size_t i) {
     TraverseDataInfo const& row = rows[i];
-    auto const number = static_cast<std::size_t>(current->targets.numberOf(row.name));
-    if (number == current->distances.size()) current->distances.emplace_back();
+    auto const number = static_cast<std::size_t>(current.targets.numberOf(row.name));
+    if (number == current.distances.size()) current.distances.emplace_back();
     if (row.isSlantDistanceHave && row.slant_distance < 0.0) {
-      tell(FieldFinding::Error, current->name, {row.name}, Messages::tr("the distance is negative"), i);
+      tellOfRow(FieldFinding::Error, current.name, {row.name}, Messages::tr("the distance is negative"), i);
       return 0.0;
     }
     double const distance = row.isSlantDistanceHave ? horizontalDistance(i) : 0.0;
     if (row.isSlantDistanceHave && row.slant_distance > detail::kNotRecorded && !(distance > detail::kNotRecorded)) {
-      tell(FieldFinding::Warning, current->name, {row.name},
-           Messages::tr("the distance has no vertical reading to make it horizontal and is left out"), i);
+      tellOfRow(FieldFinding::Warning, current.name, {row.name},
+                Messages::tr("the distance has no vertical reading to make it horizontal and is left out"), i);
     }
     if (!(distance > detail::kNotRecorded)) return 0.0;
-    current->distances[number].add(distance, i);
+    current.distances[number].add(distance, i);
     return distance;
   }
 
   void takeDistanceOfRound(std::size_t i, double distance) {
     if (distance == 0.0) return;
-    Round& round = current->rounds.back();
+    Round& round = current.rounds.back();
     auto const number = static_cast<std::size_t>(round.distanceNames.numberOf(rows[i].name));
     if (number == round.distances.size()) {
       round.distances.emplace_back();
@@ -155,17 +182,17 @@ class Reducer {
     if (row.angleMark == 0.0) return;
     detail::RoundPlace const& place = places[i];
     if (place.beginsRound) {
-      std::size_t const occupation = current->rounds.back().occupation;
-      current->rounds.emplace_back();
-      current->rounds.back().occupation = occupation;
-      current->rounds.back().isUnturned = !place.isTurned;
+      std::size_t const occupation = current.rounds.back().occupation;
+      current.rounds.emplace_back();
+      current.rounds.back().occupation = occupation;
+      current.rounds.back().isUnturned = !place.isTurned;
     }
     if (!place.fits) {
-      tell(FieldFinding::Error, current->name, {row.name},
-           Messages::tr("the readings of the target do not belong together"), i);
+      tellOfRow(FieldFinding::Error, current.name, {row.name},
+                Messages::tr("the readings of the target do not belong together"), i);
       return;
     }
-    Round& round = current->rounds.back();
+    Round& round = current.rounds.back();
     auto const number = static_cast<std::size_t>(round.names.numberOf(row.name));
     double const reading = onCircle(row.horizontal_angle - place.face * utils::kPi);
     if (number == round.targets.size()) {
@@ -176,8 +203,8 @@ class Reducer {
     Sighted& target = round.targets[number];
     if (!target.isTold && std::abs(foldedAngle(reading - target.firstReading)) > kRoundTolerance) {
       target.isTold = true;
-      tell(FieldFinding::Warning, current->name, {row.name},
-           Messages::tr("the readings of the target differ by more than 30\""), i);
+      tellOfRow(FieldFinding::Warning, current.name, {row.name},
+                Messages::tr("the readings of the target differ by more than 30\""), i);
     }
     target.faces[place.face].add(reading);
     if (!target.rowOfFace[place.face]) target.rowOfFace[place.face] = i;
@@ -197,7 +224,7 @@ class Reducer {
     }
   }
 
-  void addLines(Station& station) {
+  void addLines(Station const& station) {
     tellLoneRounds(station);
     std::vector<CircleMean> means(static_cast<std::size_t>(station.targets.size()));
     joinRounds(station, means);
@@ -362,15 +389,21 @@ class Reducer {
             QString const& text, std::size_t row) {
     result.findings.push_back({severity, station, std::move(targets), text, row, 0});
   }
+  void tellOfRow(FieldFinding::Severity severity, std::string const& station, std::vector<std::string> targets,
+                 QString const& text, std::size_t row) {
+    ofRows.push_back({severity, station, std::move(targets), text, row, 0});
+  }
+
   std::vector<TraverseDataInfo> const& rows;
   std::vector<double> indexErrors;  // of each row, radians
   std::vector<detail::RoundPlace> places;
   FieldReduction result;
+  std::vector<FieldFinding> ofRows;
   NameIndex stationNames;
+  std::vector<std::vector<std::size_t>> occupationsOf;  // of each station, the rows of its station records
   NameIndex knownNames;
   std::vector<double> knownHeights;
-  std::deque<Station> stations;
-  Station* current = nullptr;
+  Station current;  // the only one that is held
 };
 
 }  // namespace

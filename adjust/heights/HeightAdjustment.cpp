@@ -61,7 +61,17 @@ HeightResult const& HeightAdjustment::adjust() {
   own->solve();
   own->takeResults();
   own->findSuspects();
+  own->forgetWork();
   return own->result;
+}
+
+/// What the next run makes anew: with the factor most of the memory.
+void HeightAdjustment::Data::forgetWork() {
+  normals.reset();
+  for (std::vector<double>* list : {&approximate, &heights, &residuals}) *list = std::vector<double>();
+  for (std::vector<int>* list : {&reachedBy, &depth, &instrumentOf, &targetOf, &heldOf}) *list = std::vector<int>();
+  held = std::vector<Held>();
+  isOut = std::vector<bool>();
 }
 
 // ---- Input.

@@ -93,6 +93,8 @@ struct KELVANE_PRIVATE HeightAdjustment::Data {
   void release(Candidate const& candidate);
   double grossOf(HeightSuspect const& suspect) const;
   void findLoops();
+
+  void forgetWork();
 };
 
 }  // namespace kvn

@@ -28,6 +28,7 @@ double HeightAdjustment::Data::Candidate::test() const { return std::abs(moment)
 std::vector<HeightAdjustment::Data::Candidate> HeightAdjustment::Data::candidates() const {
   detail::Effort effort(poll);
   std::vector<Candidate> all;
+  all.reserve(network.sights.size() + held.size());
   double a[4] = {};
   int at[4] = {};
   for (std::size_t s = 0; s < network.sights.size(); ++s) {
@@ -74,6 +75,7 @@ void HeightAdjustment::Data::findSuspects() {
     findAlternatives(suspect, worst, all);
     result.suspects.push_back(std::move(suspect));
     release(worst);
+    all = std::vector<Candidate>();  // of the solution before, beside which there is another one
     solve();
     all = candidates();
   }

@@ -26,16 +26,18 @@ class OppositeMerge {
     }
   }
 
-  std::vector<TriangleViewData> run() {
+  void run() {
     std::size_t a = live.begin();
     for (std::size_t position = 0; position + 1 < size; ++position) {
       a = mergeInto(a);
       if (a == live.end()) break;
       a = live.next(a);
     }
-    std::vector<TriangleViewData> left;
-    for (std::size_t i = live.begin(); i != live.end(); i = live.next(i)) left.push_back(std::move(views[i]));
-    return left;
+    std::size_t left = 0;
+    for (std::size_t i = live.begin(); i != live.end(); i = live.next(i), ++left) {
+      if (left != i) views[left] = std::move(views[i]);
+    }
+    views.resize(left);
   }
 
  private:
@@ -68,6 +70,6 @@ class OppositeMerge {
 
 }  // namespace
 
-void mergeOppositeViews(std::vector<TriangleViewData>& views) { views = OppositeMerge(views).run(); }
+void mergeOppositeViews(std::vector<TriangleViewData>& views) { OppositeMerge(views).run(); }
 
 }  // namespace kvn::detail

@@ -74,7 +74,11 @@ TriangleHeightDataRead::~TriangleHeightDataRead() = default;
 void TriangleHeightDataRead::setVerticalAngleType(VerticalAngleType type) { own->verticalAngleType = type; }
 
 void TriangleHeightDataRead::setTraverseDataList(std::vector<TraverseDataInfo> const& rows, double index) {
-  own->traverseDataList = rows;
+  setTraverseDataList(std::vector<TraverseDataInfo>(rows), index);
+}
+
+void TriangleHeightDataRead::setTraverseDataList(std::vector<TraverseDataInfo>&& rows, double index) {
+  own->traverseDataList = std::move(rows);
   own->atmosphericIndex = index;
   dataConvert();
 }

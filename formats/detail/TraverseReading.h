@@ -16,6 +16,10 @@ namespace kvn::detail {
 /// Called with the number of a line, from 1, its text and its fields, once it has become a row.
 using TraverseLook = std::function<void(int, std::string const&, utils::Pieces const&)>;
 
+/// Makes room for the rows of a stream that can go back, so that they are not there twice while the list grows. The
+/// stream stays where it is; one that cannot go back is left alone.
+void reserveRows(std::istream& stream, std::vector<TraverseDataInfo>& rows);
+
 /// Appends the rows, as `VRDTraverseDataCollcetion::read`, which it is without a look.
 void readTraverse(std::istream& stream, std::vector<TraverseDataInfo>& rows, TraverseLook const& look);
 

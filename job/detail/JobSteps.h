@@ -41,7 +41,7 @@ void requireNoError(QString const& file, std::vector<FieldFinding> const& findin
 /// All bytes of a file. @throws JobException for one that is not there, cannot be read or is of an unknown kind.
 std::string bytesOf(QString const& path);
 /// Takes the bytes of a file of any kind into an empty project. @throws what the readers throw.
-OpenedFile takeIn(Project& project, QString const& path, std::string const& bytes, bool asRead, bool isPlan = false);
+OpenedFile takeIn(Project& project, QString const& path, std::string bytes, bool asRead, bool isPlan = false);
 /// A look at the text of a project file, for what its reader takes in silence.
 ///
 /// `Error`: a number, a truth value or a kind of row that cannot be read, for which the reader takes the default.

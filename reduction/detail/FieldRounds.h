@@ -3,6 +3,7 @@
 
 #include "adjust/NameIndex.h"
 #include "adjust/PlaneNetwork.h"
+#include "adjust/input/PointNumbers.h"
 #include "records/Network.h"
 #include "reduction/detail/JoinedCircle.h"
 
@@ -11,6 +12,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kvn::detail {
@@ -87,10 +89,28 @@ struct FieldStation {
   std::vector<MeanDistance> distances;  ///< by target
 };
 
-/// The observations of all stations, each set-up by itself. Rounds of one occupation with the same targets are one set
+/// The observations of the stations, each set-up by itself. Rounds of one occupation with the same targets are one set
 /// of directions: turned onto the first one by their mean difference, and averaged, by their readings both. A round
 /// with other targets keeps its own orientation. The distances of an occupation to a target are averaged over its
 /// rounds. What the rounds scatter by stands with the set-ups.
-PlaneNetwork observationsOf(std::deque<FieldStation> const& stations, std::vector<KnownPoint> const& knownPoints);
+class StationObservations {
+ public:
+  explicit StationObservations(std::vector<KnownPoint> const& knownPoints);
+  StationObservations(StationObservations const&) = delete;  // the numbers belong to the network
+  StationObservations& operator=(StationObservations const&) = delete;
+
+  void add(FieldStation const& station);
+  PlaneNetwork take() { return std::move(network); }  ///< to be called last
+
+ private:
+  using Rounds = std::vector<FieldRound const*>;
+
+  void addOccupation(FieldStation const& station, Rounds const& rounds);
+  void addSet(FieldStation const& station, Rounds const& rounds);
+  PlaneNetwork::SetUp::Scatter addDistances(FieldStation const& station, Rounds const& rounds);
+
+  PlaneNetwork network;
+  PointNumbers numbers{network.points};
+};
 
 }  // namespace kvn::detail

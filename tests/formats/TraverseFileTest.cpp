@@ -110,6 +110,19 @@ TEST(TraverseReader, AppendsAndKeepsWhatItReadUpToAFailure) {
   EXPECT_FALSE(collection.isTraverseNameExist(id));
 }
 
+// Room is made by the size of the text, which is looked through ahead.
+TEST(TraverseReader, ReadsFromWhereTheStreamStandsAndMakesRoomOnce) {
+  std::string text = "a title that the host has read\n";
+  for (int i = 0; i < 1500; ++i) text += "STA,A,1,,0,0,0\n";
+  std::istringstream stream(text);
+  std::string title;
+  std::getline(stream, title);
+  VRDTraverseDataCollcetion collection;
+  collection.read(stream);
+  EXPECT_EQ(collection.getTraverseDataList().size(), 1500U);
+  EXPECT_LT(collection.getTraverseDataList().capacity(), 1600U);  // 2048 by doubling
+}
+
 constexpr char const* kTraverse =
     "STA,A1,1.5,,1000.0000,2000.0000,50.0000\n"
     "SC,B2,1.62,,123.453012,89.302050,256.1234,0.0000,0.0000,0.0000\n"

@@ -3,6 +3,7 @@
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
+#include <json/writer.h>
 
 namespace {
 
@@ -67,6 +68,23 @@ TEST(HeightsCommand, PrintsHeightsAsTextAndJson) {
   std::string const text = program.run({"heights", "job.txt", "--refraction", "1"}).out;
   EXPECT_THAT(text, HasSubstr("C        100.0000"));
   EXPECT_THAT(text, HasSubstr("Loops that do not close"));
+}
+
+// The document is written piece by piece; read into a tree and written as a whole it is the same.
+TEST(HeightsCommand, HasTheLayoutOfAllJson) {
+  Program program;
+  program.write("job.txt", std::string(kFieldBook) + "SC,\xE7\x82\xB9,0,,9.0000,89.0000,,0,0,0\n");
+  Json::StreamWriterBuilder builder;
+  builder["precision"] = 17;
+  builder["emitUTF8"] = true;
+  builder["indentation"] = "  ";
+  builder["enableYAMLCompatibility"] = true;
+  for (QStringList const& arguments :
+       {QStringList{"job.txt"}, {test::samplePath("trig_height_reciprocal.txt"), "--as-read"}}) {
+    test::Run const run = program.run(QStringList{"heights", "--json"} + arguments);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.out, Json::writeString(builder, run.json()) + '\n');
+  }
 }
 
 // Source: samples/README.md. B at 285.007 without curvature and refraction; single ways give 284.97 and 285.04.

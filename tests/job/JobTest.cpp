@@ -181,6 +181,46 @@ TEST_F(JobInFolder, KeepsAnEarlierResultWholeWhereTheHeightsBesideThePlaneAreCan
   }
 }
 
+TEST_F(JobInFolder, GivesObservationsBackWhereHeightsAloneAreWanted) {
+  for (Job::Reading const reading : {Job::Reading::Careful, Job::Reading::AsRead}) {
+    bool const isCareful = reading == Job::Reading::Careful;
+    double heights[2] = {};
+    for (bool const keeps : {true, false}) {
+      job.open(test::samplePath("trig_height_reciprocal.txt"), reading);
+      HeightOptions options;
+      options.keepsObservations = keeps;
+      job.setHeightOptions(options);
+      job.adjustHeights();
+      EXPECT_EQ(job.project()->getTraverseDataList().empty(), !keeps);
+      EXPECT_EQ(job.project()->getNetwork().lines.empty(), !keeps);
+      heights[keeps ? 0 : 1] = isCareful
+                                   ? job.heightAdjustment()->result().points[1].height
+                                   : job.project()->getTriangleHeightAdjust()->getTriangleHeightPointInfo()[1].height;
+    }
+    EXPECT_GT(heights[0], 0.0);
+    EXPECT_EQ(heights[0], heights[1]);
+  }
+  EXPECT_THAT(failureOf([this] { job.adjustHeights(); }), HasSubstr("the file has no rows of a field book"));
+}
+
+TEST_F(JobInFolder, TellsFindingsFromASeverityOn) {
+  // D is sighted on one face of two, and P's faces are 4" apart: a warning and a note.
+  job.open(
+      written("book.txt",
+              "STA,A,1.5,,1000,1000,50\nSC,P,1.5,,0.0000,90.0000,100,0,0,0\nSC,D,1.5,,40.0000,90.0000,100,0,0,0\n"
+              "SC,P,1.5,,180.0004,270.0000,100,0,0,0\nSTA,B,1.5,,1100,1000,50\nSC,Q,1.5,,400.0000,90.0000,50,0,0,0\n"));
+  constexpr unsigned kSources = Job::FieldReduced | Job::RowChecks;
+  std::vector<QString> wanted;
+  for (FieldFinding const& finding : job.findingsOf(kSources)) {
+    if (finding.severity != FieldFinding::Note) wanted.push_back(worded(finding));
+  }
+  std::vector<QString> told;
+  for (FieldFinding const& finding : job.findingsOf(kSources, FieldFinding::Warning)) told.push_back(worded(finding));
+  EXPECT_EQ(told, wanted);
+  EXPECT_GT(told.size(), 1U);
+  EXPECT_GT(job.findingsOf(kSources).size(), told.size());
+}
+
 TEST_F(JobInFolder, HasNoCalculatorOfALoopButItsTraverse) {
   job.open(test::samplePath("trav_closed_5sides.in2"));
   job.project()->getConfigure().AdjustMethod = 3;

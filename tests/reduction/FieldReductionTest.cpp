@@ -296,6 +296,10 @@ TEST(ReduceField, TellsWhatItCannotRelate) {
        {station("S"), sight("A", 1, 90), station("S"), sight("B", 2, 90)},
        "1 S  0\n1 S B 3\n",
        "S>A 1.0000 0.0000\n"},
+      {"nothing in common, and two stations: readings in the order of the rows, then what the stations have",
+       {station("S"), sight("A", 1, 90), station("T"), sight("A", 1, 90, -1), station("S"), sight("B", 2, 90, -1)},
+       "2 T A 3\n2 S B 5\n1 S  0\n1 S B 5\n1 T A 3\n",
+       "S>A 1.0000 0.0000\nT>A 1.0000 0.0000\n"},
       {"a known point at two places", {known("S", 1, 1), known("S", 1, 1.001)}, "2 S  1\n", ""},
       {"a known point twice", {known("S", 1, 1), known("S", 1, 1)}, "", ""},
       {"a distance alone, and it cannot be made horizontal", {station("S"), noAngle}, "1 S A 1\n", ""},
@@ -319,6 +323,9 @@ TEST(ReduceField, TellsWhatItCannotRelate) {
     }
     EXPECT_EQ(findings, c.findings);
     EXPECT_EQ(shortText(reduced.network.lines), c.lines);
+    // The round that the network lacks is told by its place in the list.
+    QString const text = reduced.lostRound ? reduced.findings.at(*reduced.lostRound).text : QString();
+    EXPECT_EQ(text.contains("no target in common"), std::string(c.what).find("common") != std::string::npos);
   }
 }
 
