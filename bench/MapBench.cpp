@@ -1,6 +1,7 @@
 // Building, framing, clearing and drawing a map, against its number of points; three lines for each.
 #include <Kelvane.h>
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -79,9 +80,29 @@ void renderMap(benchmark::State& state) {
   state.SetComplexityN(state.range(0));
 }
 
+double heapBytes() { return static_cast<double>(mallinfo2().uordblks) + static_cast<double>(mallinfo2().hblkhd); }
+
+/// What the heap holds more for each point, with the features of its lines: after they are made, and after a picture.
+void memoryOfMap(benchmark::State& state) {
+  for (auto _ : state) {
+    Map map(state.range(0));
+    osg::ref_ptr<mvz::OffscreenView> const view = new mvz::OffscreenView(1200, 900);
+    map.viewers->addView(view);
+    benchmark::DoNotOptimize(view->render());
+    double const before = heapBytes();
+    auto const count = static_cast<double>(state.range(0));
+    map.build();
+    state.counters["made_KB"] = (heapBytes() - before) / count / 1000.0;
+    map.viewers->fullMapAllView(map.project->getMapScene()->getLayers());
+    benchmark::DoNotOptimize(view->render());
+    state.counters["drawn_KB"] = (heapBytes() - before) / count / 1000.0;
+  }
+}
+
 BENCHMARK(buildMap)->Unit(benchmark::kMillisecond)->Arg(5000)->Arg(20000)->Complexity();
 BENCHMARK(clearMap)->Unit(benchmark::kMillisecond)->Arg(5000)->Arg(20000)->Complexity();
 BENCHMARK(frameMap)->Unit(benchmark::kMillisecond)->Arg(5000)->Arg(20000)->Complexity();
 BENCHMARK(renderMap)->Unit(benchmark::kMillisecond)->Arg(5000)->Arg(20000)->Iterations(3)->Complexity();
+BENCHMARK(memoryOfMap)->Unit(benchmark::kMillisecond)->Arg(5000)->Arg(20000)->Arg(100000)->Iterations(1);
 
 }  // namespace

@@ -57,7 +57,7 @@ void LineDataTool::drawLine(DrawLine const& line) {
   osgEarth::FeatureNode* const node = drawLine(layer, from, to, style, getSelectedStyle());
   setFeatureInfo(node, std::string(), GetDataTypeName().toStdString(), std::string());
   bool const isOfNetwork = !line.start.name.empty() && !line.end.name.empty();
-  if (isOfNetwork) detail::storeLineEnds(*node, {line.start.name, line.end.name});
+  if (isOfNetwork) detail::storeLineEnds(*node, line.start.name, line.end.name);
 }
 
 void LineDataTool::checkCancelAndThrow() const {

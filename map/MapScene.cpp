@@ -98,7 +98,7 @@ std::vector<osgEarth::AnnotationNode*> MapScene::getSelectFeatureList(FeatureDat
 
 NetworkRecords MapScene::findNetworkRecords(osgEarth::AnnotationNode* node) {
   if (project == nullptr || mvz::ProjectMapScene::getLayer(node) == nullptr) return {};
-  if (auto const ends = detail::lineEndsOf(*node)) return recordsOfLine(*ends, project->getNetwork());
+  if (auto const* const ends = detail::lineEndsOf(*node)) return recordsOfLine(*ends, project->getNetwork());
   std::string id;
   std::string typeKey;
   std::string name;

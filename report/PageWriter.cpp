@@ -61,7 +61,12 @@ std::string_view entityOf(char c) {
 }  // namespace
 
 void appendEscaped(std::string& markup, std::string_view utf8) {
+  auto const isPlain = [](char c) { return c >= ' ' && c <= '~' && entityOf(c).empty(); };
   while (!utf8.empty()) {
+    auto const plain = static_cast<std::size_t>(std::find_if_not(utf8.begin(), utf8.end(), isPlain) - utf8.begin());
+    markup += utf8.substr(0, plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return;
     std::string_view const entity = entityOf(utf8.front());
     Sequence const sequence = sequenceAt(utf8);
     if (!entity.empty()) {

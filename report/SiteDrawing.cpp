@@ -97,13 +97,16 @@ class DrawingMaker {
     return entry->second;
   }
 
-  void observe(std::size_t from, std::size_t to, bool hasDirection, bool hasDistance) {
+  /// @return  the number of the line; kNone where one of the points has no place.
+  std::size_t observe(std::size_t from, std::size_t to, bool hasDirection, bool hasDistance) {
     if (from != kNone) drawing.points[from].isStation = true;
-    SiteLine* const found = line(from, to);
-    if (found == nullptr) return;
-    found->hasDirection = found->hasDirection || hasDirection;
-    found->hasDistance = found->hasDistance || hasDistance;
-    found->observations += (hasDirection ? 1U : 0U) + (hasDistance ? 1U : 0U);
+    std::size_t const number = lineNumber(from, to);
+    if (number == kNone) return kNone;
+    SiteLine& found = drawing.lines[number];
+    found.hasDirection = found.hasDirection || hasDirection;
+    found.hasDistance = found.hasDistance || hasDistance;
+    found.observations += (hasDirection ? 1U : 0U) + (hasDistance ? 1U : 0U);
+    return number;
   }
 
   void observe(Network const& network) {
@@ -164,15 +167,13 @@ void addPlaneObservations(DrawingMaker& maker, PlaneNetwork const& network, Plan
   for (std::size_t d = 0; d < network.directions.size(); ++d) {
     PlaneNetwork::Direction const& one = network.directions[d];
     std::size_t const from = indexOf(network.setUps[indexOf(one.setUp)].station);
-    maker.observe(from, indexOf(one.target), true, false);
-    drawing.lineOfDirection.push_back(maker.lineNumber(from, indexOf(one.target)));
+    drawing.lineOfDirection.push_back(maker.observe(from, indexOf(one.target), true, false));
     if (drawing.lineOfDirection.back() == kNone) continue;
     takeTest(drawing.lines[drawing.lineOfDirection.back()], result.directions[d]);
   }
   for (std::size_t d = 0; d < network.distances.size(); ++d) {
     PlaneNetwork::Distance const& one = network.distances[d];
-    maker.observe(indexOf(one.from), indexOf(one.to), false, true);
-    drawing.lineOfDistance.push_back(maker.lineNumber(indexOf(one.from), indexOf(one.to)));
+    drawing.lineOfDistance.push_back(maker.observe(indexOf(one.from), indexOf(one.to), false, true));
     if (drawing.lineOfDistance.back() == kNone) continue;
     takeTest(drawing.lines[drawing.lineOfDistance.back()], result.distances[d]);
   }

@@ -1,30 +1,35 @@
 // The ends of a drawn line, by which its record is found: the texts of a feature have no place for them.
 #pragma once
 
-#include <optional>
-#include <osg/ValueObject>
+#include "mvz/detail/Attached.h"
+
+#include <osg/Referenced>
+#include <osgEarth/AnnotationNode>
 #include <string>
+#include <utility>
 
 namespace kvn::detail {
 
-struct LineEnds {
-  std::string start;
-  std::string end;
+struct LineEnds : osg::Referenced {
+  LineEnds(std::string startName, std::string endName) : start(std::move(startName)), end(std::move(endName)) {}
+
+  std::string const start;
+  std::string const end;
+
+ protected:
+  ~LineEnds() override = default;
 };
 
-constexpr char const* kStartName = "kvn.start_name";
-constexpr char const* kEndName = "kvn.end_name";
-
-inline void storeLineEnds(osg::Object& feature, LineEnds const& ends) {
-  feature.setUserValue(kStartName, ends.start);
-  feature.setUserValue(kEndName, ends.end);
+/// Nothing happens to a feature that cannot be selected: the lines of the drawing tools can.
+inline void storeLineEnds(osgEarth::AnnotationNode& line, std::string const& start, std::string const& end) {
+  auto* const feature = dynamic_cast<mvz::ISelectable*>(&line);
+  if (feature != nullptr) mvz::detail::Attached::endsOf(*feature) = new LineEnds(start, end);
 }
 
-/// Nothing for a feature that is no line, or whose ends have no names.
-inline std::optional<LineEnds> lineEndsOf(osg::Object const& feature) {
-  LineEnds ends;
-  if (!feature.getUserValue(kStartName, ends.start) || !feature.getUserValue(kEndName, ends.end)) return std::nullopt;
-  return ends;
+/// Null for a feature that is no line, or whose ends have no names.
+inline LineEnds const* lineEndsOf(osgEarth::AnnotationNode const& feature) {
+  auto const* const line = dynamic_cast<mvz::ISelectable const*>(&feature);
+  return line == nullptr ? nullptr : dynamic_cast<LineEnds const*>(mvz::detail::Attached::endsOf(*line));
 }
 
 }  // namespace kvn::detail

@@ -3,7 +3,13 @@
 
 #include <utils/Export.h>
 
+#include <osg/Referenced>
+#include <osg/ref_ptr>
+
 namespace mvz {
+namespace detail {
+struct Attached;
+}
 
 class KELVANE_EXPORT ISelectable {
  public:
@@ -19,7 +25,11 @@ class KELVANE_EXPORT ISelectable {
   virtual void showSelected(bool value) = 0;
 
  private:
+  friend struct detail::Attached;
+
   bool isOn = false;
+  osg::ref_ptr<osg::Referenced> info;
+  osg::ref_ptr<osg::Referenced> ends;
 };
 
 }  // namespace mvz

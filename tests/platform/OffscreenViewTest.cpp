@@ -16,6 +16,7 @@
 #include <osg/BlendFunc>
 #include <osg/Geometry>
 #include <osg/MatrixTransform>
+#include <osgEarth/FeatureNode>
 #include <osgText/Text>
 
 namespace {
@@ -92,6 +93,35 @@ void expectSquare(mvz::OffscreenView& view) {
   // Its rim may be a mixture: a pixel on each side.
   EXPECT_NEAR(std::sqrt(red.count), side - 1, 1.5);
   EXPECT_LT((red.middle - view.toPixel(kSquarePlace)).length(), 1);
+}
+
+// A pixel is a millimetre, and single precision at these coordinates has steps of a quarter of a metre: what is not
+// kept relative to the first point is out of the picture. Relative to it there are steps of 6e-5 m at 900 m.
+TEST(OffscreenView, ShowsTheEndOfALongLineToAMillimetre) {
+  osg::Vec3d const end(kEasting + 900.7777, kNorthing - 800.3333, 56.1111);
+  osg::ref_ptr<osgEarth::LineString> const line = new osgEarth::LineString;
+  line->push_back(kEasting + 0.1234, kNorthing + 0.4321, 55.5555);
+  line->push_back(end);
+  osgEarth::Style style;
+  style.getOrCreate<osgEarth::LineSymbol>()->stroke().mutable_value().color() = osgEarth::Color::Red;
+  osg::ref_ptr<osgEarth::Feature> const feature = new osgEarth::Feature(line, nullptr);
+  osg::ref_ptr<mvz::OffscreenView> const view = viewOf(new osgEarth::FeatureNode(feature, style));
+  view->fullMap(osg::BoundingBoxd(end, end));
+  view->zoom(view->toPixel(end), view->metresPerPixel() / 1e-3);
+  osg::Vec2d const place = view->toPixel(end);
+  osg::ref_ptr<osg::Image> const image = view->render();
+  auto const isDrawn = [&image](int x, int y) {
+    Colour const colour = at(*image, x, y);
+    return colour[0] - colour[1] > 60;  // the scale bar is black
+  };
+  EXPECT_EQ(find(*image, [&](int x, int y) { return isDrawn(x, y) && x > place.x() + 1.5; }).count, 0);
+  EXPECT_GT(find(*image,
+                 [&](int x, int y) {
+                   return isDrawn(x, y) && std::abs(x + 0.5 - place.x()) < 2.0 && std::abs(y + 0.5 - place.y()) < 2.0;
+                 })
+                .count,
+            0);
+  EXPECT_GT(find(*image, isDrawn).count, 100) << "it comes from the upper left";
 }
 
 TEST(OffscreenView, DrawsThingsWhereTheViewSaysTheyStand) {

@@ -93,6 +93,30 @@ TEST(OsgEarthStyle, NoCopyChangesWithAnother) {
   EXPECT_EQ(std::as_const(third).get<TextSymbol>()->size()->literal(), 11.0f);
 }
 
+TEST(OsgEarthStyle, CopiesOfEqualOnesHaveTheirSymbolsInCommon) {
+  struct OwnSymbol : LineSymbol {};
+  auto const make = [](float size, LineSymbol* line) {
+    Style style;
+    style.getOrCreate<TextSymbol>()->size() = size;
+    style.add(line);
+    return Style(std::as_const(style));
+  };
+  Style const first = make(18.0f, new LineSymbol);
+  Style second = make(18.0f, new LineSymbol);
+  EXPECT_EQ(first.get<TextSymbol>(), std::as_const(second).get<TextSymbol>());
+  EXPECT_EQ(first.get<LineSymbol>(), std::as_const(second).get<LineSymbol>());
+  Style const larger = make(19.0f, new OwnSymbol);
+  EXPECT_EQ(larger.get<TextSymbol>()->size()->literal(), 19.0f);
+  EXPECT_NE(larger.get<LineSymbol>(), first.get<LineSymbol>()) << "only the host knows what its own class has";
+  LineSymbol* const named = new LineSymbol;
+  named->setName("of the host");
+  EXPECT_EQ(make(18.0f, named).get<LineSymbol>()->getName(), "of the host");
+  second.get<TextSymbol>()->size() = 9.0f;
+  second.combineWith(first).get<TextSymbol>()->size() = 7.0f;
+  EXPECT_EQ(first.get<TextSymbol>()->size()->literal(), 18.0f);
+  EXPECT_EQ(make(18.0f, new LineSymbol).get<TextSymbol>()->size()->literal(), 18.0f);
+}
+
 TEST(OsgEarthStyle, HoldsOneSymbolOfAClass) {
   Style base;
   base.getOrCreate<TextSymbol>()->size() = 18.0f;

@@ -1,5 +1,7 @@
 #include "Declutter.h"
 
+#include "LabelText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -7,7 +9,6 @@
 #include <osg/BlendFunc>
 #include <osg/Drawable>
 #include <osg/Viewport>
-#include <osgText/Text>
 #include <osgUtil/RenderBin>
 #include <osgUtil/RenderLeaf>
 #include <osgUtil/RenderStage>
@@ -123,9 +124,7 @@ struct Candidate {
   }
 };
 
-bool isLabel(osgUtil::RenderLeaf const* leaf) {
-  return dynamic_cast<osgText::Text const*>(leaf->getDrawable()) != nullptr;
-}
+bool isLabel(osgUtil::RenderLeaf const* leaf) { return dynamic_cast<LabelText const*>(leaf->getDrawable()) != nullptr; }
 
 /// Icons come before labels, and within each what is left stays in the order of the states, the cheapest to draw.
 class Declutter : public osgUtil::RenderBin::SortCallback {

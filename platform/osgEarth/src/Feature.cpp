@@ -25,20 +25,24 @@ double numberOf(std::string const& text, double defaultValue) {
 }  // namespace
 
 Feature::Feature(Geometry* geometry, SpatialReference const* srs, Style const& style, FeatureID fid)
-    : geometry_(geometry), srs_(srs), fid_(fid) {
-  if (!style.empty()) style_ = style;
-}
+    : geometry_(geometry), srs_(srs), style_(style), fid_(fid) {}
 
 Feature::~Feature() = default;
 
-void Feature::setStyle(Style const& value) {
-  style_.unset();
-  if (!value.empty()) style_ = value;
+Feature::Attribute& Feature::attribute(std::string const& name) {
+  if (!attributes_) attributes_ = std::make_unique<Attributes>();
+  return (*attributes_)[name];
+}
+
+Feature::Attribute const* Feature::find(std::string const& name) const {
+  if (!attributes_) return nullptr;
+  auto const found = attributes_->find(name);
+  return found == attributes_->end() ? nullptr : &found->second;
 }
 
 std::string Feature::getString(std::string const& name) const {
-  auto const found = attributes_.find(name);
-  if (found == attributes_.end()) return {};
+  Attribute const* const found = find(name);
+  if (found == nullptr) return {};
   return std::visit(
       [](auto const& value) -> std::string {
         using Type = std::decay_t<decltype(value)>;
@@ -46,12 +50,12 @@ std::string Feature::getString(std::string const& name) const {
         if constexpr (std::is_same_v<Type, bool>) return value ? "true" : "false";
         if constexpr (std::is_same_v<Type, double> || std::is_same_v<Type, int>) return textOf(value);
       },
-      found->second);
+      *found);
 }
 
 double Feature::getDouble(std::string const& name, double defaultValue) const {
-  auto const found = attributes_.find(name);
-  if (found == attributes_.end()) return defaultValue;
+  Attribute const* const found = find(name);
+  if (found == nullptr) return defaultValue;
   return std::visit(
       [&](auto const& value) -> double {
         if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::string>)
@@ -59,7 +63,7 @@ double Feature::getDouble(std::string const& name, double defaultValue) const {
         else
           return static_cast<double>(value);
       },
-      found->second);
+      *found);
 }
 
 int Feature::getInt(std::string const& name, int defaultValue) const {
@@ -69,9 +73,9 @@ int Feature::getInt(std::string const& name, int defaultValue) const {
 }
 
 bool Feature::getBool(std::string const& name, bool defaultValue) const {
-  auto const found = attributes_.find(name);
-  if (found == attributes_.end()) return defaultValue;
-  if (auto const* const text = std::get_if<std::string>(&found->second)) return *text == "true";
+  Attribute const* const found = find(name);
+  if (found == nullptr) return defaultValue;
+  if (auto const* const text = std::get_if<std::string>(found)) return *text == "true";
   double const value = getDouble(name);
   return value < 0.0 || value > 0.0;
 }

@@ -105,52 +105,101 @@ float along(int side, float low, float high) {
   return side < 0 ? low - kGapPixels : high + kGapPixels;
 }
 
+osg::Vec3 placeBeside(osg::BoundingBox const& icon, TextSymbol const& symbol) {
+  osg::Vec2s const& offset = symbol.pixelOffset().get();
+  osg::Vec3 place(offset.x(), offset.y(), 0.0f);
+  if (icon.valid()) {
+    Text::AlignmentType const alignment = alignmentOf(symbol.alignment().get());
+    place.x() += along(sideOf(alignment), icon.xMin(), icon.xMax());
+    place.y() += along(levelOf(alignment), icon.yMin(), icon.yMax());
+  }
+  return place;
+}
+
+/// osgText shares one state among all texts of a kind; this limits the number of its owners (see SharedCache).
+osg::ref_ptr<osg::StateSet> stateOf(osgText::Text& letters) {
+  osg::StateSet* const common = letters.getStateSet();
+  if (common == nullptr) return nullptr;
+  // Never destroyed: nodes of a host may outlive the statics of this library.
+  static auto* const copies = new SharedCache<osg::StateSet*, osg::StateSet>;
+  return copies->get(common, [&] { return osg::ref_ptr<osg::StateSet>(new osg::StateSet(*common)); });
+}
+
+/// Several contexts may draw a label at once.
+std::mutex& lettersMutex() {
+  static auto* const mutex = new std::mutex;
+  return *mutex;
+}
+
 }  // namespace
 
-LabelText::LabelText(std::string const& text, TextSymbol const* symbol, osg::BoundingBox const& icon) {
-  osg::ref_ptr<TextSymbol const> const settings = symbol != nullptr ? symbol : new TextSymbol;
-  applySymbol(*settings);
-  placeBeside(icon);
+LabelText::LabelText(std::string const& text, TextSymbol const* symbol, osg::BoundingBox const& icon)
+    : symbol_(symbol != nullptr ? symbol : new TextSymbol), position_(placeBeside(icon, *symbol_)) {
+  setUseDisplayList(false);
+  setUseVertexBufferObjects(true);
+  _supportsVertexBufferObjects = true;
+  givesWay = symbol_->declutter().get();
   setContent(text);
 }
 
 LabelText::~LabelText() = default;
 
-void LabelText::applySymbol(TextSymbol const& symbol) {
-  float const size = std::max(symbol.size().get().eval(), 1.0f);
-  setFont(fontOf(symbol.font().get()));
-  setCharacterSize(size);
-  setFontResolution(static_cast<unsigned>(size), static_cast<unsigned>(size));
-  setColor(symbol.fill().get().color());
-  setAlignment(alignmentOf(symbol.alignment().get()));
-  if (symbol.halo().isSet()) {
-    setBackdropType(OUTLINE);
-    setBackdropColor(symbol.halo().get().color());
-  }
-  encoding_ = encodingOf(symbol.encoding().get());
-  givesWay = symbol.declutter().get();
-  osg::Vec2s const& offset = symbol.pixelOffset().get();
-  pixelOffset_.set(offset.x(), offset.y(), 0.0f);
+void LabelText::setContent(std::string const& text) {
+  text_ = text;
+  osg::ref_ptr<osgText::Text> const written = letters();
+  setStateSet(stateOf(*written));
+  setInitialBound(written->getBoundingBox());
+  std::lock_guard<std::mutex> const hold(lettersMutex());
+  drawn_ = nullptr;
 }
 
-void LabelText::setContent(std::string const& text) { setText(text, encoding_); }
-
-void LabelText::placeBeside(osg::BoundingBox const& icon) {
-  osg::Vec3 place;
-  if (icon.valid()) {
-    place.x() = along(sideOf(getAlignment()), icon.xMin(), icon.xMax());
-    place.y() = along(levelOf(getAlignment()), icon.yMin(), icon.yMax());
-  }
-  setPosition(place + pixelOffset_);
-}
-
-osg::StateSet* LabelText::createStateSet() {
+osg::ref_ptr<osgText::Text> LabelText::letters() const {
   utils::InstalledCode const guard;
-  osg::ref_ptr<osg::StateSet> const common = osgText::Text::createStateSet();
-  if (!common.valid()) return nullptr;
-  // Never destroyed: nodes of a host may outlive the statics of this library.
-  static auto* const copies = new SharedCache<osg::StateSet*, osg::StateSet>;
-  return copies->get(common, [&] { return osg::ref_ptr<osg::StateSet>(new osg::StateSet(*common)); }).release();
+  osg::ref_ptr<osgText::Text> written = new osgText::Text;
+  float const size = std::max(symbol_->size().get().eval(), 1.0f);
+  written->setFont(fontOf(symbol_->font().get()));
+  written->setCharacterSize(size);
+  written->setFontResolution(static_cast<unsigned>(size), static_cast<unsigned>(size));
+  written->setColor(symbol_->fill().get().color());
+  written->setAlignment(alignmentOf(symbol_->alignment().get()));
+  if (symbol_->halo().isSet()) {
+    written->setBackdropType(osgText::Text::OUTLINE);
+    written->setBackdropColor(symbol_->halo().get().color());
+  }
+  written->setPosition(position_);
+  written->setText(text_, encodingOf(symbol_->encoding().get()));
+  return written;
+}
+
+void LabelText::accept(osg::PrimitiveFunctor& functor) const { letters()->accept(functor); }
+
+void LabelText::drawImplementation(osg::RenderInfo& info) const {
+  osg::ref_ptr<osgText::Text> written;
+  {
+    std::lock_guard<std::mutex> const hold(lettersMutex());
+    if (!drawn_.valid()) {
+      drawn_ = letters();
+      // The label has it; many owners would make its removal slow.
+      drawn_->setStateSet(nullptr);
+    }
+    written = drawn_;
+  }
+  written->drawImplementation(info);
+}
+
+osg::ref_ptr<osgText::Text> LabelText::lettersSoFar() const {
+  std::lock_guard<std::mutex> const hold(lettersMutex());
+  return drawn_;
+}
+
+void LabelText::resizeGLObjectBuffers(unsigned maxSize) {
+  osg::Drawable::resizeGLObjectBuffers(maxSize);
+  osg::resizeGLObjectBuffers(lettersSoFar(), maxSize);
+}
+
+void LabelText::releaseGLObjects(osg::State* state) const {
+  osg::Drawable::releaseGLObjects(state);
+  osg::releaseGLObjects(lettersSoFar(), state);
 }
 
 }  // namespace kelvane

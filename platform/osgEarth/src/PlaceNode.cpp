@@ -4,8 +4,9 @@
 #include "PlaceIcon.h"
 #include "SharedCache.h"
 
-#include <utils/detail/InstalledCode.h>
 #include <osgEarth/PlaceNode>
+
+#include <utility>
 
 namespace osgEarth {
 inline namespace kelvane {
@@ -66,6 +67,7 @@ void PlaceNode::buildIcon() {
   // Beside an icon the base line would be level with its middle.
   if (shown_.valid() && (text == nullptr || !text->alignment().isSet())) {
     style_.getOrCreate<TextSymbol>()->alignment() = TextSymbol::ALIGN_LEFT_CENTER;
+    style_ = Style(std::as_const(style_));  // in common with its neighbours again
   }
 }
 
@@ -73,7 +75,6 @@ void PlaceNode::buildLabel() {
   osg::BoundingBox const beside = icon_.valid() ? icon_->getBoundingBox() : osg::BoundingBox();
   osg::ref_ptr<LabelText> label;
   if (!shownText().empty()) {
-    utils::InstalledCode const guard;  // around the constructor of the base too
     label = new LabelText(shownText(), getStyle().get<TextSymbol>(), beside);
     label->priority = getPriority();
     label->setDataVariance(getDataVariance());

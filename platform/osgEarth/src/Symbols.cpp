@@ -1,5 +1,9 @@
 #include <utils/detail/InstalledCode.h>
-#include <osgEarth/Style>
+#include <osgEarth/AltitudeSymbol>
+#include <osgEarth/IconSymbol>
+#include <osgEarth/LineSymbol>
+#include <osgEarth/RenderSymbol>
+#include <osgEarth/TextSymbol>
 
 #include <algorithm>
 #include <filesystem>
@@ -27,8 +31,6 @@ osg::ref_ptr<osg::Image> readImage(URI const& uri) {
   if (image.valid()) cache->emplace(path, image);
   return image;
 }
-
-bool sameClass(Symbol const& a, Symbol const& b) { return a.isSameKindAs(&b) && b.isSameKindAs(&a); }
 
 }  // namespace
 
@@ -88,77 +90,19 @@ RenderSymbol::~RenderSymbol() = default;
 
 void IconSymbol::setImage(osg::Image* image) { given_ = image; }
 
+bool IconSymbol::hasSameImage(IconSymbol const& other) const { return given_ == other.given_; }
+
 osg::Image* IconSymbol::getImage(unsigned) const {
   if (given_.valid()) return given_.get();
+  // Styles of several maps may hold this symbol, and each of them may be built in a thread of its own.
+  static auto* const mutex = new std::mutex;
+  std::lock_guard<std::mutex> const hold(*mutex);
   URI const& uri = url().get().literal();
   if (!readFrom_.isSetTo(uri.base())) {
     readFrom_ = uri.base();
     read_ = uri.empty() ? nullptr : readImage(uri);
   }
   return read_.get();
-}
-
-Style::Style(Style const& other, osg::CopyOp const& how) : name_(other.name_) {
-  bool const isShared = how.getCopyFlags() == osg::CopyOp::SHALLOW_COPY;
-  if (isShared) other.takeAllForChange();
-  symbols_.reserve(other.symbols_.size());
-  for (auto const& symbol : other.symbols_) {
-    bool const isCommon = isShared || !other.isHandedOut(symbol);
-    symbols_.emplace_back(isCommon ? symbol.get() : static_cast<Symbol*>(symbol->clone(how)));
-    if (isShared) handedOut_.push_back(symbol);
-  }
-}
-
-bool Style::isHandedOut(Symbol const* symbol) const {
-  return isListHandedOut_ || std::find(handedOut_.begin(), handedOut_.end(), symbol) != handedOut_.end();
-}
-
-/// A symbol that other styles hold too is copied before it can be changed.
-Symbol* Style::takenForChange(Symbol* symbol) const {
-  if (isHandedOut(symbol)) return symbol;
-  auto const own = std::find(symbols_.begin(), symbols_.end(), symbol);
-  if (symbol->referenceCount() > 1) *own = static_cast<Symbol*>(symbol->clone(osg::CopyOp(osg::CopyOp::DEEP_COPY_ALL)));
-  handedOut_.push_back(*own);
-  return *own;
-}
-
-void Style::takeAllForChange() const {
-  for (std::size_t i = 0; i < symbols_.size(); ++i) takenForChange(symbols_[i]);
-}
-
-SymbolList& Style::symbols() {
-  takeAllForChange();
-  isListHandedOut_ = true;
-  return symbols_;
-}
-
-Style& Style::operator=(Style const& other) {
-  if (this == &other) return *this;
-  Style copy(other);
-  name_.swap(copy.name_);
-  symbols_.swap(copy.symbols_);
-  handedOut_.swap(copy.handedOut_);
-  isListHandedOut_ = false;
-  return *this;
-}
-
-void Style::add(Symbol* symbol) {
-  if (symbol == nullptr) return;
-  handedOut_.push_back(symbol);
-  for (auto& own : symbols_) {
-    if (sameClass(*own, *symbol)) {
-      own = symbol;
-      return;
-    }
-  }
-  symbols_.emplace_back(symbol);
-}
-
-Style Style::combineWith(Style const& other) const {
-  Style result(*this);
-  Style const laidOver(other);
-  for (auto const& symbol : laidOver.symbols_) result.add(symbol.get());
-  return result;
 }
 
 }  // namespace kelvane
