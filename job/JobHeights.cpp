@@ -195,7 +195,7 @@ TriangleHeightDataConvert linesOf(detail::JobState const& state) {
 void giveBackPlane(detail::JobState& state) {
   state.project->setNetwork(Network());
   detail::OpenedFile& opened = state.opened;
-  opened.observations = PlaneNetwork();
+  opened.observations = std::make_shared<PlaneNetwork>();
   opened.lineMarks = std::vector<detail::LineMark>();
   opened.reduction.pairs = std::vector<FacePair>();
   opened.reduction.spreads = std::vector<DistanceSpread>();

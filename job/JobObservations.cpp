@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -54,12 +55,18 @@ std::uint64_t markOf(Words const&... words) {
   return mark.value();
 }
 
-LineMark markOfLine(NetworkDataInfo const& line) {
+/// All but the id.
+LineMark markOfReadings(NetworkDataInfo const& line) {
   LineMark mark;
-  mark.id = markOf(line.id);
   mark.ends = markOf(line.start_name, line.end_name);
   mark.direction = markOf(mark.ends, line.horizontalAngleFlag ? line.horizontal_angle : -1000.0);
   mark.distance = markOf(mark.ends, line.horizontal_distance);
+  return mark;
+}
+
+LineMark markOfLine(NetworkDataInfo const& line) {
+  LineMark mark = markOfReadings(line);
+  mark.id = markOf(line.id);
   return mark;
 }
 
@@ -282,19 +289,21 @@ class Editing {
   std::vector<int> directionsOf;                           // of each set-up, in the file
 };
 
-enum class Lines { AsRead, Edited, Foreign };
+bool areAsRead(detail::OpenedFile const& opened, std::vector<NetworkDataInfo> const& lines) {
+  std::vector<LineMark> const& marks = opened.lineMarks;
+  auto const isSame = [](NetworkDataInfo const& line, LineMark const& mark) {
+    return isSameLine(markOfReadings(line), mark);
+  };
+  return hasSome(*opened.observations) && std::equal(lines.begin(), lines.end(), marks.begin(), marks.end(), isSame);
+}
 
 /// Lines of another file that a host has put into the project have ids of their own.
-Lines stateOfLines(detail::OpenedFile const& opened, std::vector<LineMark> const& marks) {
-  if (!hasSome(*opened.observations)) return Lines::Foreign;
-  if (std::equal(marks.begin(), marks.end(), opened.lineMarks.begin(), opened.lineMarks.end(), isSameLine)) {
-    return Lines::AsRead;
-  }
-  std::unordered_map<std::uint64_t, int> ids;
-  for (LineMark const& mark : opened.lineMarks) ids.emplace(mark.id, 0);
-  bool const isKnown =
-      std::any_of(marks.begin(), marks.end(), [&ids](LineMark const& mark) { return ids.count(mark.id) > 0; });
-  return isKnown ? Lines::Edited : Lines::Foreign;
+bool areForeign(detail::OpenedFile const& opened, std::vector<NetworkDataInfo> const& lines) {
+  if (!hasSome(*opened.observations)) return true;
+  std::unordered_set<std::uint64_t> ids;
+  for (LineMark const& mark : opened.lineMarks) ids.insert(mark.id);
+  auto const isKnown = [&ids](NetworkDataInfo const& line) { return ids.count(markOf(line.id)) > 0; };
+  return std::none_of(lines.begin(), lines.end(), isKnown);
 }
 
 }  // namespace
@@ -324,16 +333,19 @@ void detail::OpenedFile::takeObservations(PlaneNetwork&& made, Network const& ne
 }
 
 bool detail::hasObservationsOfFile(JobState const& state) {
-  return stateOfLines(state.opened, marksOfLines(state.project->getNetwork())) != Lines::Foreign;
+  std::vector<NetworkDataInfo> const& lines = state.project->getNetwork().lines;
+  return areAsRead(state.opened, lines) || !areForeign(state.opened, lines);
 }
 
 std::shared_ptr<PlaneNetwork const> detail::observationsNow(JobState const& state,
                                                             std::vector<FieldFinding>* findings) {
   Network const& network = state.project->getNetwork();
+  bool const isAsRead = areAsRead(state.opened, network.lines);
+  if (isAsRead && markOfKnown(network) == state.opened.knownMark) return state.opened.observations;
+  if (!isAsRead && areForeign(state.opened, network.lines)) {
+    return std::make_shared<PlaneNetwork const>(observationsOfLines(network));
+  }
   std::vector<LineMark> const marks = marksOfLines(network);
-  Lines const lines = stateOfLines(state.opened, marks);
-  if (lines == Lines::Foreign) return std::make_shared<PlaneNetwork const>(observationsOfLines(network));
-  if (lines == Lines::AsRead && markOfKnown(network) == state.opened.knownMark) return state.opened.observations;
   return std::make_shared<PlaneNetwork const>(Editing(state.opened, network, marks, findings).run());
 }
 
