@@ -136,7 +136,8 @@ void Project::takeJob(QString const& path, std::istream& stream) {
   own->lqfFile = path;
   own->network->clear();
   own->stationMap.clear();                                                        // it leads into the rows that go
-  *own->traverseDataList = std::move(own->lqfCollection->getTraverseDataList());  // which an export gives back
+  *own->traverseDataList = std::move(own->lqfCollection->getTraverseDataList());  // an export gives them back
+  own->sourcesAreOfOtherData = false;
 }
 
 void Project::importCoordFile(QString const& path) {

@@ -1,8 +1,9 @@
 // ExecFile: a file that a command of a script names, as the library's own readers take it.
 #pragma once
 
+#include <utils/ScratchFolder.h>
+
 #include <QString>
-#include <QTemporaryDir>
 #include <memory>
 
 namespace kvn::host {
@@ -12,13 +13,14 @@ namespace kvn::host {
 /// that goes with this object. All other files are read where they are.
 class ExecFile {
  public:
-  /// @throws JobEncodingException for a file in neither encoding: its names would be garbled for good.
+  /// @throws JobEncodingException for a file in neither encoding: its names would be garbled for good. JobException for
+  ///         one that cannot be read to its end: the next one to read it may come through, and take it for UTF-8.
   explicit ExecFile(QString const& path);
 
   QString const& toRead() const { return readable; }
 
  private:
-  std::unique_ptr<QTemporaryDir> folder;  ///< none where there is no copy
+  std::unique_ptr<utils::ScratchFolder> folder;  ///< none where there is no copy
   QString readable;
 };
 

@@ -49,7 +49,7 @@ std::optional<std::string> StandardLines::next() {
 }
 
 QString Streams::inFolder(QString const& name) {
-  if (folder == nullptr) folder = std::make_unique<QTemporaryDir>();
+  if (folder == nullptr) folder = std::make_unique<utils::ScratchFolder>();
   return folder->filePath(name);
 }
 

@@ -1,8 +1,9 @@
 // Streams: standard input and output in the place of files.
 #pragma once
 
+#include <utils/ScratchFolder.h>
+
 #include <QString>
-#include <QTemporaryDir>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,7 +46,7 @@ class Streams {
  private:
   QString inFolder(QString const& name);
 
-  std::unique_ptr<QTemporaryDir> folder;  ///< none as long as nothing asks for one
+  std::unique_ptr<utils::ScratchFolder> folder;  ///< none as long as nothing asks for one
   QString input;
   QString output;
 };

@@ -8,6 +8,7 @@
 
 #include <utils/FileText.h>
 #include <utils/ResourceFile.h>
+#include <utils/ScratchFolder.h>
 
 #include <QCoreApplication>
 #include <QTextCodec>
@@ -114,6 +115,7 @@ QStringList argumentsOf(int argc, char const* const* argv) {
 
 extern "C" void endBySignal(int signal) {
   utils::removeUnfinishedFile();
+  utils::removeScratchFiles();
   std::raise(signal);  // ends the program as if there had been no handler: it is reset when it is called
 }
 
@@ -122,7 +124,8 @@ void handleSignals() {
   struct sigaction action {};
   action.sa_handler = endBySignal;
   action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-  for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGUSR1, SIGUSR2, SIGALRM, SIGVTALRM, SIGPROF}) {
+  for (int const signal :
+       {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGXCPU, SIGUSR1, SIGUSR2, SIGALRM, SIGVTALRM, SIGPROF}) {
     struct sigaction before {};
     bool const isDefault = ::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_DFL;
     if (isDefault) ::sigaction(signal, &action, nullptr);

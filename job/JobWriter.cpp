@@ -15,9 +15,9 @@
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
+#include <utils/ScratchFolder.h>
 
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -145,7 +145,7 @@ std::string localText(QString const& path, std::string const& utf8) {
 
 /// An instrument job that was read in the local 8-bit encoding is given back in it.
 void writeJobInLocalText(Project& project, QString const& path) {
-  QTemporaryDir const folder;
+  utils::ScratchFolder folder;
   QString const inUtf8 = folder.filePath("job.lqf");
   project.exportLQFFile(inUtf8);
   utils::FileBytes const written = utils::readFile(inUtf8);

@@ -195,7 +195,7 @@
         <translation>文件所属的组无法赋予新文件</translation>
     </message>
     <message>
-        <source>it is in its place, but may be lost if the power fails now</source>
+        <source>the disk does not confirm it: the new file is in its place, but may be lost if the power fails now</source>
         <translation>文件已就位，但若此时断电可能丢失</translation>
     </message>
     <message>

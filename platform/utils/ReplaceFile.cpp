@@ -289,7 +289,9 @@ QString reasonOf(int error) {
     return translated(QT_TRANSLATE_NOOP("kvn::System", "the file belongs to a group that the new one cannot be given"));
   }
   if (error == kFolderNotSynced) {
-    return translated(QT_TRANSLATE_NOOP("kvn::System", "it is in its place, but may be lost if the power fails now"));
+    return translated(QT_TRANSLATE_NOOP(
+        "kvn::System",
+        "the disk does not confirm it: the new file is in its place, but may be lost if the power fails now"));
   }
   return detail::worded(error);
 }

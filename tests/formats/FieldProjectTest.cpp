@@ -108,6 +108,9 @@ TEST_F(FieldProject, NeverSavesTheRowsOfAFailedImportOverTheFileBefore) {
     EXPECT_EQ(reopened->getViewFile(), "");
     project->read(good);
     EXPECT_EQ(test::failureOf<QLogicError>([this] { project->save(); }), "no failure");
+    test::failureOf<QLogicError>([&] { project->read(odd); });
+    project->read(file("job.lqf", kJob));
+    EXPECT_EQ(test::failureOf<QLogicError>([this] { project->save(); }), "no failure");
   }
 }
 
