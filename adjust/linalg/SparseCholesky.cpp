@@ -449,15 +449,15 @@ void SparseCholesky::substituteBackward(std::vector<double>& y, Effort& effort) 
 
 // ---- The inverse.
 
-// Z, the inverse, on the rows R below the columns C of a front is known from its parent. From L' Z = L^-1 follow, with
-// Y = L_RC L_CC^-1, first Z_RC = -Z_RR Y and then Z_CC = (L_CC L_CC')^-1 - Y' Z_RC. A front that is done leaves each
-// child its Z_RR, on a stack: the last child comes next.
 void SparseCholesky::invertInPlace(Poll const& poll) {
   inverseValues = std::move(values);
   values = {};
   invert(poll);
 }
 
+// Z, the inverse, on the rows R below the columns C of a front is known from its parent. From L' Z = L^-1 follow, with
+// Y = L_RC L_CC^-1, first Z_RC = -Z_RR Y and then Z_CC = (L_CC L_CC')^-1 - Y' Z_RC. A front that is done leaves each
+// child its Z_RR, on a stack: the last child comes next.
 void SparseCholesky::invert(Poll const& poll) {
   Effort effort(poll);
   inverseValues.resize(valueStart.back());
@@ -468,18 +468,19 @@ void SparseCholesky::invert(Poll const& poll) {
   std::size_t const most = waitingForInverse();
   auto const waiting = room(most);
   double* const z = ofFront.get();
-  double* top = waiting.get();
+  double* const stack = waiting.get();
+  std::size_t top = 0;
   std::vector<double> triangle;
   for (int f = tree.fronts() - 1; f >= 0; --f) {
     FrontColumns const front = frontColumns(f);
     std::size_t const below = front.height - front.width;
     effort.spend(kOverhead * static_cast<double>(front.height * front.height));
     top -= triangleSize(below);
-    unpackSymmetric(top, below, z + front.width * front.height + front.width, front.height);
+    unpackSymmetric(stack + top, below, z + front.width * front.height + front.width, front.height);
     // The first fronts, the largest, find room on the stack, which is empty then.
-    bool const hasRoom = top + front.width * front.width <= waiting.get() + most;
+    bool const hasRoom = top + front.width * front.width <= most;
     if (!hasRoom) triangle.resize(std::max(triangle.size(), front.width * front.width));
-    invertFront(front, z, hasRoom ? top : triangle.data(), effort);
+    invertFront(front, z, hasRoom ? stack + top : triangle.data(), effort);
     rememberPlaces(f);
     for (std::size_t k = 0; k < front.width; ++k) {
       double const* const column = z + k * front.height;
@@ -487,7 +488,7 @@ void SparseCholesky::invert(Poll const& poll) {
                   [&](int row, std::size_t at) { inverseValues[at] = column[local[index(row)]]; });
     }
     for (int const child : children[index(f)]) {
-      gatherInverse(child, z, front.height, top);
+      gatherInverse(child, z, front.height, stack + top);
       top += triangleSize(index(tree.rowCount(child)));
     }
   }
@@ -503,7 +504,7 @@ std::size_t SparseCholesky::waitingForInverse() const {
   }
   for (int f = tree.fronts() - 1; f >= 0; --f) {
     now += left[index(f)];
-    now -= tree.parents[index(f)] >= 0 ? triangleSize(index(tree.rowCount(f))) : 0;
+    now -= triangleSize(index(tree.rowCount(f)));  // 0 of a root
     most = std::max(most, now);
   }
   return most;
