@@ -6,6 +6,7 @@
 #include <mvz/ProjectMapScene.h>
 #include <utils/ElapsedTimerLog.h>
 
+#include <new>
 #include <utility>
 
 namespace kvn {
@@ -58,6 +59,8 @@ bool CommandManager::execute(char const* name, Json::Value const& in, Json::Valu
     ok = cmd::CommandMgr<Command>::execute(name, in, out, std::move(cancel));
   } catch (cmd::CmdException const& failure) {
     fail(out, failure.code, textOf(failure.code).toStdString());
+  } catch (std::bad_alloc const&) {
+    fail(out, cmd::CmdErrorCode::unknown, Messages::tr("not enough memory").toStdString());
   } catch (std::exception const& failure) {
     fail(out, cmd::CmdErrorCode::unknown, failure.what());
   } catch (...) {

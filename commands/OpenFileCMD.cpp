@@ -9,6 +9,7 @@
 
 #include <QFileInfo>
 #include <exception>
+#include <new>
 #include <string>
 
 namespace kvn {
@@ -35,6 +36,8 @@ void readInto(Project& project, QString const& path) {
     project.read(path);
   } catch (DataException const& failure) {
     throw DataException(failure);
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (std::exception const&) {
     throw UnreadableFile();
   }

@@ -12,6 +12,7 @@
 #include <utils/QLogicError.h>
 
 #include <QFileInfo>
+#include <new>
 #include <utility>
 
 namespace kvn {
@@ -243,6 +244,8 @@ bool Project::readLegendCode() {
     if (!codes->readPrjCode(QString())) return false;
     own->legendCodeXmlMannager = std::move(codes);
     return true;
+  } catch (std::bad_alloc const&) {
+    throw;
   } catch (...) {  // an import is good without codes
     return false;
   }
