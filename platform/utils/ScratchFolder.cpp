@@ -38,7 +38,7 @@ ScratchFolder::~ScratchFolder() {
 }
 
 QString ScratchFolder::filePath(QString const& name) {
-  QString const path = folder.filePath(name);
+  QString path = folder.filePath(name);
   remember(path);
   return path;
 }
