@@ -179,10 +179,12 @@ struct Way {
 std::vector<FieldFinding> endsByTheirErrors(PlaneNetwork const& network, double centring) {
   std::vector<FieldFinding> findings;
   std::unordered_map<std::uint64_t, std::size_t> numberOf;
+  numberOf.reserve(network.distances.size());
   std::vector<Way> ways;
+  ways.reserve(network.distances.size());
   for (PlaneNetwork::Distance const& distance : network.distances) {
     std::size_t const number =
-        numberOf.emplace(detail::orderedKey(distance.from, distance.to), ways.size()).first->second;
+        numberOf.try_emplace(detail::orderedKey(distance.from, distance.to), ways.size()).first->second;
     if (number == ways.size()) ways.push_back({&distance});
     double const variance = distance.error * distance.error + 2.0 * centring * centring;
     double const weight = 1.0 / std::max(variance, kLeastVariance);
