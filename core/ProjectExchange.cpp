@@ -136,8 +136,9 @@ void Project::takeJob(QString const& path, std::istream& stream) {
   own->lqfCollection = std::move(collection);
   own->lqfFile = path;
   own->network->clear();
-  own->stationMap.clear();                                                        // it leads into the rows that go
-  *own->traverseDataList = std::move(own->lqfCollection->getTraverseDataList());  // an export gives them back
+  own->stationMap.clear();  // it leads into the rows that go
+  // An export gives them back.
+  *own->traverseDataList = std::move(own->lqfCollection->getTraverseDataList());
   own->sourcesAreOfOtherData = false;
 }
 

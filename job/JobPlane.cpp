@@ -53,20 +53,27 @@ void requireSound(QString const& file, PlaneNetwork const& observations, Network
   }
 }
 
-/// Leaves out the points that nothing observes: known ones, which the checks of the network tell.
-void keepObservedPoints(PlaneNetwork& network) {
-  std::vector<int> number(network.points.size(), -1);
-  auto const mark = [&number](int point) { number[static_cast<std::size_t>(point)] = 0; };
-  auto const renumber = [&number](int& point) { point = number[static_cast<std::size_t>(point)]; };
+/// Of each point, whether something is observed from it or to it.
+std::vector<bool> observedPoints(PlaneNetwork const& network) {
+  std::vector<bool> isObserved(network.points.size(), false);
+  auto const mark = [&isObserved](int point) { isObserved[static_cast<std::size_t>(point)] = true; };
   for (PlaneNetwork::SetUp const& setUp : network.setUps) mark(setUp.station);
   for (PlaneNetwork::Direction const& direction : network.directions) mark(direction.target);
   for (PlaneNetwork::Distance const& distance : network.distances) {
     mark(distance.from);
     mark(distance.to);
   }
+  return isObserved;
+}
+
+/// Leaves out the points that nothing observes: known ones, which the checks of the network tell.
+void keepObservedPoints(PlaneNetwork& network) {
+  std::vector<bool> const isObserved = observedPoints(network);
+  std::vector<int> number(network.points.size(), -1);
+  auto const renumber = [&number](int& point) { point = number[static_cast<std::size_t>(point)]; };
   std::vector<PlaneNetwork::Point> kept;
   for (std::size_t p = 0; p < number.size(); ++p) {
-    if (number[p] < 0) continue;
+    if (!isObserved[p]) continue;
     number[p] = static_cast<int>(kept.size());
     kept.push_back(std::move(network.points[p]));
   }
@@ -171,15 +178,8 @@ void weigh(detail::JobState const& state, PlaneNetwork& network) {
 }
 
 bool areAllObserved(PlaneNetwork const& network) {
-  std::vector<bool> isObserved(network.points.size(), false);
-  auto const mark = [&isObserved](int point) { isObserved[static_cast<std::size_t>(point)] = true; };
-  for (PlaneNetwork::SetUp const& setUp : network.setUps) mark(setUp.station);
-  for (PlaneNetwork::Direction const& direction : network.directions) mark(direction.target);
-  for (PlaneNetwork::Distance const& distance : network.distances) {
-    mark(distance.from);
-    mark(distance.to);
-  }
-  return std::all_of(isObserved.begin(), isObserved.end(), [](bool is) { return is; });
+  std::vector<bool> const isObserved = observedPoints(network);
+  return std::find(isObserved.begin(), isObserved.end(), false) == isObserved.end();
 }
 
 /// Those of the file themselves, which a large job would hold twice otherwise, where nothing in them changes but their

@@ -273,7 +273,7 @@ bool PlaneEngine::invert() {
 }
 
 void PlaneEngine::needFactor() {
-  if (normals->startsAnew()) {
+  if (normals->restartElements()) {
     Effort effort(poll);
     double a[5];
     int at[5];

@@ -123,7 +123,7 @@ class SparseSystem : public NormalEquations {
   void block(int const* at, int count, double* q) const override { cholesky.block(at, count, q); }
 
   void releaseElements() override { isReleased = true; }
-  bool startsAnew() override {
+  bool restartElements() override {
     if (!isFactored || cholesky.hasFactor() || cholesky.hasElements()) return false;
     cholesky.restart();
     isReleased = false;
@@ -138,7 +138,11 @@ class SparseSystem : public NormalEquations {
       effort.step();
       diagonal.push_back(cholesky.diagonal(i));
     }
-    isReleased ? cholesky.invertInPlace(poll) : cholesky.invert(poll);
+    if (isReleased) {
+      cholesky.invertInPlace(poll);
+    } else {
+      cholesky.invert(poll);
+    }
     for (int i = 0; i < cholesky.unknowns(); ++i) {
       effort.step();
       double const q = cholesky.inverse(i, i);

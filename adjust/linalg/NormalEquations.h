@@ -60,10 +60,11 @@ class NormalEquations {
   /// again: that takes a factorisation where something was given back.
   virtual void forgetFactor() {}
   virtual void needFactor(Poll const& /*poll*/) {}
-  /// Lets the next `invert` take the room of the elements of N. They are to be added again before `needFactor` then,
-  /// where `startsAnew` says so; that leaves the inverse.
+  /// Lets the next `invert` take the room of the elements of N, which are lost then.
   virtual void releaseElements() {}
-  virtual bool startsAnew() { return false; }
+  /// Where they are lost, and the factor has been given back, begins them anew, all 0: they are to be added again
+  /// before `needFactor`. The inverse stays. @return whether it did.
+  virtual bool restartElements() { return false; }
   /// Makes `inverse` known. False for a system that turns out to be singular.
   virtual bool invert(Poll const& poll) = 0;
   /// Element (i, j) of Q; 0 where the blocks of i and j do not meet.

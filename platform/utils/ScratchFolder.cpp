@@ -34,7 +34,7 @@ ScratchFolder::ScratchFolder() { remember(folder.path()); }
 ScratchFolder::~ScratchFolder() {
   folder.remove();
   std::lock_guard<std::mutex> const hold(placesMutex());
-  for (int const place : places) remembered[static_cast<std::size_t>(place)].isSet = 0;
+  for (std::size_t const place : places) remembered[place].isSet = 0;
 }
 
 QString ScratchFolder::filePath(QString const& name) {
@@ -50,7 +50,7 @@ void ScratchFolder::remember(QString const& path) {
     if (remembered[i].isSet != 0) continue;
     std::copy_n(native.c_str(), native.size() + 1, remembered[i].path.begin());
     remembered[i].isSet = 1;
-    places.push_back(static_cast<int>(i));
+    places.push_back(i);
     return;
   }
 }

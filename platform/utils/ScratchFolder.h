@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <cstddef>
 #include <vector>
 
 namespace utils {
@@ -25,7 +26,7 @@ class KELVANE_EXPORT ScratchFolder {
   void remember(QString const& path);
 
   QTemporaryDir folder;
-  std::vector<int> places;  // of the paths that a signal handler looks at
+  std::vector<std::size_t> places;  // of the paths that a signal handler looks at
 };
 
 /// Removes the files of all scratch folders, and these, for the signal handler of a program that is about to end. It

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <mvz/ViewerManager.h>
 #include <utils/QLogicError.h>
+#include <new>
 #include <osg/ref_ptr>
 #include <stdexcept>
 
@@ -14,7 +15,8 @@ using test::json;
 
 std::size_t rowsAtTheEnd = 0;
 
-/// Ends as its input says: {"do": "good" | "refuse" | "throw" | "number" | "noRedo" | "undoable", "result": any}.
+/// Ends as its input says: {"do": "good" | "refuse" | "throw" | "number" | "allocate" | "noRedo" | "undoable",
+/// "result": any}.
 struct OutcomeCMD : Command {
   ~OutcomeCMD() override {
     if (getProjectNothrow() != nullptr) rowsAtTheEnd = getProjectNothrow()->getTraverseDataList().size();
@@ -24,6 +26,7 @@ struct OutcomeCMD : Command {
     what = in["do"].asString();
     if (what == "throw") throw std::runtime_error("broken");
     if (what == "number") throw 7;
+    if (what == "allocate") throw std::bad_alloc();
     if (what == "noRedo") throw cmd::CmdException(cmd::CmdErrorCode::noRedo);
     return what != "refuse";
   }
@@ -46,6 +49,7 @@ TEST(CommandManager, TellsTheOutcomeInJson) {
       {"OutcomeCMD", R"({"do": "noRedo"})", false, R"({"code": 3, "message": "noRedo"})"},
       {"OutcomeCMD", R"({"do": "throw"})", false, R"({"code": 0, "message": "broken"})"},
       {"OutcomeCMD", R"({"do": "number"})", false, R"({"code": 0, "message": "unknown error"})"},
+      {"OutcomeCMD", R"({"do": "allocate"})", false, R"({"code": 0, "message": "not enough memory"})"},
       {"OutcomeCMD", R"({"do": "refuse"})", false, R"({"message": "unknown error"})"},
       {"OutcomeCMD", R"({"do": "refuse", "result": {"message": "own"}})", false, R"({"message": "own"})"},
       {"OutcomeCMD", R"({"do": "refuse", "result": [1]})", false, R"({"message": "unknown error"})"}};
