@@ -96,6 +96,21 @@ TEST(HeightsCommand, AgreesWithThePublishedReciprocalSighting) {
   EXPECT_NEAR(258.26 - json["lines"][1]["difference"].asDouble(), 285.04, 0.005);
 }
 
+// Level sights rise 0.200 m from A to B (100 m), 0.290 m from B to C (200 m), 0.500 m from A to C (400 m): a loop of
+// 700 m that is 10 mm open, of which each line takes a share by its length. Weights are 1 / length, so that the sum of
+// p v v is 10² / 700, the unit weight error 10 / √700 mm for 1 m and 10 √(1000 / 700) mm for 1 km. Two ways lead to B,
+// 100 m and 600 m long: its error is 10 / √700 √(100 · 600 / 700) mm, that of C 10 / √700 √(400 · 300 / 700) mm.
+TEST(HeightsCommand, PrintsTheUnitWeightErrorOfAKilometreForRowsAsRead) {
+  Program const program;
+  program.write("loop.txt",
+                "STA,A,1.5,,1000,1000,100\nSC,B,1.3,,0.0000,90.0000,100,0,0,0\nSC,C,1.0,,50.0000,90.0000,400,0,0,0\n"
+                "SC,C,1.0,,230.0000,270.0000,400,0,0,0\nSC,B,1.3,,180.0000,270.0000,100,0,0,0\n"
+                "STA,B,1.5,,0,0,0\nSC,C,1.21,,0.0000,90.0000,200,0,0,0\nSC,C,1.21,,180.0000,270.0000,200,0,0,0\n");
+  std::string const text = program.run({"heights", "loop.txt", "--as-read", "--refraction", "1"}).out;
+  EXPECT_THAT(text, HasSubstr("  Unit weight error  11.95 mm for a line of 1 km\n"));
+  EXPECT_THAT(text, HasSubstr("  B        100.2014    3.50\n  C        100.4943    4.95\n"));
+}
+
 // Level sights of 100 m among A, B and C, which are known at 100 m, and P at 100 m, where the instrument stood at 1.5 m
 // and 1.6 m were booked. Targets at P have three heights, so that nothing else explains it. Curvature and refraction
 // lift each end by 0.66 mm, so that both ends differ by 101.3 mm.

@@ -49,6 +49,24 @@ TEST(TraverseCommand, LeavesWhatAnOpenTraverseHasNot) {
   EXPECT_NEAR(json["points"][3]["y"].asDouble(), 299.982, 0.0011);  // published
 }
 
+// From B, with A south of it, 50 m west to P and 30 m south to Q. A leg has an error of 3 mm, an angle of two
+// directions 10" √2, which is 3.43 mm across 50 m and 2.06 mm across 30 m. So P has 3.43 mm to the north and 3 mm to
+// the east, Q √(3.43² + 3²) to the north and, by both angles, √(2.06² + 3² + 2.06²) to the east.
+TEST(TraverseCommand, PrintsAnOpenTraverseWithoutCorrections) {
+  Program const program;
+  program.write("open.in2", "10,3,0\nA,0,0\nB,100,0\nB\nA,L,0\nP,L,90\nP,S,50\nP\nB,L,0\nQ,L,90\nQ,S,30\n");
+  std::string const text = program.run({"adjust", "open.in2", "--method", "open"}).out;
+  EXPECT_THAT(text, HasSubstr("  Stations  2\n  Legs      2, 80.0000 m\n"));
+  std::string const rows[] = {
+      u8"  Point         Angle        Azimuth  Distance [m]    dx [m]    dy [m]  North x [m]  East y [m]",
+      u8"  A                      0°00′00.00″                                         0.0000      0.0000",
+      u8"  B      90°00′00.00″  270°00′00.00″       50.0000    0.0000  -50.0000     100.0000      0.0000",
+      u8"  P      90°00′00.00″  180°00′00.00″       30.0000  -30.0000    0.0000     100.0000    -50.0000",
+      u8"  Q                                                                         70.0000    -50.0000"};
+  EXPECT_THAT(text, HasSubstr("\n" + rows[0] + "  mx [mm]  my [mm]  mp [mm]\n" + rows[1] + "\n" + rows[2] + "\n" +
+                              rows[3] + "     3.43     3.00     4.56\n" + rows[4] + "     4.56     4.18     6.18\n"));
+}
+
 TEST(TraverseCommand, TakesDistancesToBothSides) {
   Program const program;
   program.write("square.in2", kSquare);
@@ -60,6 +78,7 @@ TEST(TraverseCommand, TakesDistancesToBothSides) {
               HasSubstr(u8"  P      90°00′10.00″  -10.00  180°00′00.00″      100.0100  -100.0100     0.0000     "
                         u8"3.33     0.00       0.0033   -100.0100     5.03     2.87     5.79\n"));
   EXPECT_THAT(run.out, HasSubstr(u8"  K2     90°00′10.00″  -10.00    0°00′00.00″                   "));
+  EXPECT_THAT(run.out, HasSubstr("  Stations  4\n  Legs      3, 300.0300 m\n"));
   EXPECT_THAT(run.out, HasSubstr(u8"  Angles       40.00″, each angle corrected by -10.00″\n"
                                  u8"  fx           -0.0100 m\n"));
   EXPECT_THAT(run.out, HasSubstr("  Relative     1 : 30003\n"));
