@@ -5,7 +5,9 @@
 #include <json/writer.h>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <sstream>
+#include <string_view>
 #include <system_error>
 
 namespace utils {
@@ -21,7 +23,9 @@ Config::ReadResult parse(std::string const& bytes, Json::Value& tree) {
   try {
     bool const good = reader->parse(bytes.data(), bytes.data() + bytes.size(), &tree, &errors);
     return good ? Config::ReadResult::Good : Config::ReadResult::Invalid;
-  } catch (Json::Exception const&) {  // nesting beyond the reader's limit
+  } catch (Json::Exception const& failure) {
+    // Nesting beyond the reader's limit is a fault of the file, want of memory for a text is not.
+    if (std::string_view(failure.what()).find("allocate") != std::string_view::npos) throw std::bad_alloc();
     return Config::ReadResult::Invalid;
   }
 }
