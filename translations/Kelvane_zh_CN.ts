@@ -135,6 +135,10 @@
         <translation>未能写入配置：%1</translation>
     </message>
     <message>
+        <source>it could not be read before, and what it holds would be lost</source>
+        <translation>此前未能读取，写入会丢失其中的内容</translation>
+    </message>
+    <message>
         <source>The direction from %1 to %2 is given more than once; the first one counts</source>
         <translation>%1 至 %2 的方向值重复给出，以第一个为准</translation>
     </message>

@@ -1,5 +1,6 @@
 #include <utils/Config.h>
 #include <utils/FileText.h>
+#include <utils/detail/SystemText.h>
 
 #include <json/reader.h>
 #include <json/writer.h>
@@ -64,7 +65,9 @@ std::string printed(Json::Value const& tree) {
 
 Config::ReadResult Config::read(std::string const& path) {
   Json::Value fresh;
+  unread = path;  // and stays so where there is no memory to read it
   ReadResult const result = readTree(path, fresh);
+  if (result != ReadResult::Unreadable) unread.clear();
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
   readFrom = path;
@@ -80,6 +83,12 @@ Config::WriteResult Config::write(std::string const& localPath) const {
   if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
   if (state == ReadResult::Unreadable) {
     result.error = QStringLiteral("%1: it cannot be read").arg(path);
+    return result;
+  }
+  if (state == ReadResult::Good && unread == localPath) {
+    QString const reason = detail::translated(
+        QT_TRANSLATE_NOOP("kvn::System", "it could not be read before, and what it holds would be lost"));
+    result.error = QStringLiteral("%1: %2").arg(readablePath(path), reason);
     return result;
   }
   if (state == ReadResult::Invalid) {

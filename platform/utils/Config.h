@@ -30,9 +30,9 @@ class KELVANE_EXPORT Config {
 
   /// Writes the tree, creating the directory; the old file is replaced when the new one is complete.
   ///
-  /// A file that is not valid JSON is kept beside the new one under another name, one that cannot be read stays. An
-  /// empty tree never replaces a file that was not read before: settings of a user whose host did not ask for them are
-  /// not thrown away.
+  /// A file that is not valid JSON is kept beside the new one under another name. One that cannot be read stays, and so
+  /// does one that could not when `read` was called last: the tree lacks what it holds. An empty tree never replaces a
+  /// file that was not read before: settings of a user whose host did not ask for them are not thrown away.
   /// @param path  local 8-bit encoding; nothing happens for an empty one.
   WriteResult write(std::string const& path) const;
 
@@ -45,6 +45,7 @@ class KELVANE_EXPORT Config {
  private:
   Json::Value tree;
   std::string readFrom;  ///< the file of the tree; empty while none was read
+  std::string unread;    ///< the file that `read` failed to read; empty when it did not
 };
 
 }  // namespace utils

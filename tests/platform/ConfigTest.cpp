@@ -65,6 +65,19 @@ TEST_F(ConfigFile, ADirectoryInItsPlaceStays) {
   EXPECT_TRUE(QFileInfo(directory.filePath("taken.json")).isDir());
 }
 
+TEST_F(ConfigFile, StaysWhenItCouldNotBeReadBeforeItWasWritten) {
+  QDir(directory.path()).mkdir("a.json");  // what cannot be read
+  ASSERT_EQ(config.read(path("a.json")), Config::ReadResult::Unreadable);
+  config.root()["b"] = 2;
+  QDir(directory.path()).rmdir("a.json");
+  write("a.json", R"({"a": 1})");
+  EXPECT_THAT(config.write(path("a.json")).error.toStdString(), testing::HasSubstr("could not be read before"));
+  EXPECT_EQ(config.read(path("a.json")), Config::ReadResult::Good);
+  EXPECT_EQ(config.value("a"), 1);
+  config.root()["b"] = 2;
+  EXPECT_EQ(config.write(path("a.json")).error, "");
+}
+
 TEST_F(ConfigFile, IsTheSameFileToReadAndToWriteWhateverTheCodec) {
   write("\u6D4B.json", R"({"a": 1})");
   test::LocalEncoding const gbk("GBK");
