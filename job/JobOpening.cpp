@@ -252,11 +252,6 @@ void readCoordinates(Project& project, QString const& path, std::string const& b
 std::string detail::bytesOf(QString const& path) {
   utils::FileBytes file = utils::readFile(path);  // the project would open a file that is missing as an empty one
   if (!file.isWhole()) throw JobException(path, file.reason);
-  if (!Job::readableKinds().contains(suffixOf(path))) {
-    throw JobException(
-        path, Messages::tr("unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
-                           ".lqf (instrument job), .dat (coordinates), .kvn (project)"));
-  }
   return std::move(file.bytes);
 }
 
@@ -300,6 +295,11 @@ OpenedFile detail::takeIn(Project& project, QString const& path, std::string byt
     readCoordinates(project, path, bytes);
   } else {
     takeFieldJobAsRead(project, path, bytes);
+  if (!Job::readableKinds().contains(kind)) {
+    throw JobException(
+        path, Messages::tr("unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                           ".lqf (instrument job), .dat (coordinates), .kvn (project)"));
+  }
   }
   return {};
 }

@@ -32,6 +32,7 @@ struct Case {
 constexpr char const* kTraverse = "trav_connecting_fr_5legs.txt";
 constexpr char const* kNetwork = "net_niemeier2008.in2";
 constexpr char const* kJob = "fieldbook_full_circle_2rounds.lqf";
+constexpr char const* kOpen = R"([{"name": "OpenFileCMD", "in": {"file": "a.txt"}}])";
 constexpr char const* kSwitch = R"([{"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "a.txt"}}}])";
 constexpr char const* kEdit = R"([{"name": "RemoveNetworkDataCMD", "in": {"data": {"ids": []}}}])";
 
@@ -212,6 +213,21 @@ TEST_F(Fault, LeavesTheOldFileOrTheNewOneAndSaysSo) {
       }
     }
   }
+}
+
+TEST_F(Fault, WantOfMemoryIsNotTakenForAFaultOfTheFile) {
+  Case const c = {"", {"exec"}, kTraverse, "a.txt", nullptr, kOpen};
+  ASSERT_TRUE(end(c, "none").isDone);
+  readCounts();
+  long const step = stepOfAllocations(counts["malloc"]);
+  int told = 0;
+  for (long k = 1 + step / 2; k <= counts["malloc"]; k += step) {
+    std::string const printed = end(c, "malloc:" + std::to_string(k)).printed;
+    if (printed.find("not enough memory") == std::string::npos) continue;
+    ++told;
+    EXPECT_EQ(printed.find("with care"), std::string::npos) << printed;
+  }
+  EXPECT_GT(told, 0);
 }
 
 TEST_F(Fault, LeavesNothingAboutWhenASignalEndsIt) {
