@@ -100,7 +100,8 @@ void System::readConfig() {
           tr("The configuration file %1 is not valid JSON; the default settings are used").arg(own->configFile));
       break;
     case utils::Config::ReadResult::Unreadable:
-      tellOfConfig(tr("The configuration file %1 cannot be read; the default settings are used").arg(own->configFile));
+      tellOfConfig(tr("The configuration file %1: %2; the default settings are used")
+                       .arg(own->configFile, own->config.unreadableReason()));
       break;
     default:
       break;
