@@ -90,15 +90,6 @@ void dropFarPoints(Project& project) {
   tellLeftOut(names);
 }
 
-void tellMissingIcons() {
-  for (auto const type : {FeatureDataType::CoordData, FeatureDataType::ViewPointData}) {
-    if (!utils::resourceFile(GetIcon(type, TraversePointType::StationPoint)).empty()) continue;
-    System::Instance()->sendMessage(
-        System::tr("The icons of the map are not installed: points show by their names alone"), Warning);
-    return;
-  }
-}
-
 void tellMissingFont() {
   if (SketchDataTool::canShow(System::tr("known point"))) return;
   System::Instance()->sendMessage(System::tr("No font with Chinese signs was found (package fonts-wqy-microhei, or a "
@@ -236,7 +227,6 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   view->setMagnification(options.magnification);
   viewers->addView(view);
   System::Instance()->setMvzViewerManager(viewers);
-  tellMissingIcons();
   tellMissingFont();
   session.open(options.file);
   session.job().requireNoError(Job::FileText | Job::FieldReduced);

@@ -2907,8 +2907,8 @@
         <translation>没有可用坐标而未绘出：%1</translation>
     </message>
     <message>
-        <source>The icons of the map are not installed: points show by their names alone</source>
-        <translation>未安装网图图标：点只显示名称</translation>
+        <source>The icon %1 cannot be read: points show by their names alone</source>
+        <translation>无法读取图标 %1：点只显示名称</translation>
     </message>
     <message>
         <source>Not adjusted, so that there are no error ellipses: %1</source>
