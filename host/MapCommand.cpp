@@ -297,13 +297,13 @@ int runMap(QStringList const& arguments) {
     bool const saved = isVector ? drawVectors(session, resolved, drawn) : drawPicture(session, resolved, drawn);
     if (!options->json && !options->quiet && options->outFile != kStream && saved) {
       printText(System::tr("%1: %2 points, %3 lines")
-                    .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)) +
+                    .arg(session.shown(options->outFile), QString::number(drawn.points), QString::number(drawn.lines)) +
                 '\n');
     }
     if (options->json) {
       Json::Value json;
       json["version"] = kJsonVersion;
-      json["file"] = options->outFile.toStdString();
+      json["file"] = session.shown(options->outFile).toStdString();
       json["ok"] = saved;
       json["points"] = drawn.points;
       json["lines"] = drawn.lines;
