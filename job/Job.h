@@ -200,7 +200,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
 
   /// Adjusts the trigonometric heights of the rows. Read with care, every sight counts by itself, and the result is
   /// `heightAdjustment`; a `Warning` each tells what does not fit and what nothing checks, and `findingsOf(HeightRun)`
-  /// has it all. With Reading::AsRead the result is the project's `getTriangleHeightAdjust`, which is empty otherwise.
+  /// has it all; a known station with two heights is a finding of `FieldReduced`. With Reading::AsRead the result is
+  /// the project's `getTriangleHeightAdjust`, which is empty otherwise.
   /// @throws JobException without rows, without a known height, for points that no line connects to one.
   void adjustHeights();
   /// The last run of heights, where it was a careful one; else null. Good until the next one.
