@@ -30,7 +30,8 @@ void checkProjectName(QString const& path) {
   throw QLogicError(Messages::tr("Project name cannot contant \".\""));
 }
 
-/// Only bad data is told in the words of the reader, which name the line or the point.
+/// Only bad data is told in the words of the reader, which name the line or the point. Want of memory is passed on: it
+/// is no fault of the file.
 void readInto(Project& project, QString const& path) {
   try {
     project.read(path);

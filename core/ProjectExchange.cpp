@@ -247,7 +247,7 @@ bool Project::readLegendCode() {
     return true;
   } catch (std::bad_alloc const&) {
     throw;
-  } catch (...) {  // an import is good without codes
+  } catch (...) {  // an import is good without codes; why they were not read has been told
     return false;
   }
 }

@@ -4,7 +4,9 @@
 #include "map/MapScene.h"
 #include "records/detail/Messages.h"
 
+#include <mvz/SelectablePlaceNode.h>
 #include <mvz/ViewerManager.h>
+#include <utils/FileName.h>
 #include <utils/HTextCodec.h>
 #include <utils/QLogicError.h>
 #include <utils/ResourceFile.h>
@@ -63,6 +65,10 @@ System::System() {
   QDir const documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   own->configFile = documents.filePath(QStringLiteral("PLQ/Config/KelvaneConfig.json"));
   own->userBehavior = new utils::UserBehavior(QStringLiteral("Kelvane"), QCoreApplication::instance());
+  mvz::SelectablePlaceNode::setIconFailureCall([](QString const& file) {
+    Messages::send(tr("The icon %1 cannot be read: points show by their names alone").arg(utils::readablePath(file)),
+                   Warning);
+  });
 }
 
 // Without a message: what the host's function needs may be gone by now.
@@ -100,7 +106,8 @@ void System::readConfig() {
           tr("The configuration file %1 is not valid JSON; the default settings are used").arg(own->configFile));
       break;
     case utils::Config::ReadResult::Unreadable:
-      tellOfConfig(tr("The configuration file %1 cannot be read; the default settings are used").arg(own->configFile));
+      tellOfConfig(tr("The configuration file %1: %2; the default settings are used")
+                       .arg(own->configFile, own->config.unreadableReason()));
       break;
     default:
       break;

@@ -94,7 +94,7 @@ CarefulCosaCollection::~CarefulCosaCollection() = default;
 
 /// @param message  with the number of the line in it; @param text without.
 void CarefulCosaCollection::tell(int number, QString const& message, QString const& text) {
-  warn(message);
+  if (own->tellsFindings) warn(message);
   FieldFinding finding;
   finding.text = text;
   finding.line = number;
@@ -178,6 +178,7 @@ void CarefulCosaCollection::read(std::istream& stream) {
   networkDataList = reading.lines();
 }
 
+void CarefulCosaCollection::setTellFindings(bool tell) { own->tellsFindings = tell; }
 void CarefulCosaCollection::setKeepObservations(bool keep) { own->keepsObservations = keep; }
 void CarefulCosaCollection::setTakePlanned(bool take) { own->takesPlanned = take; }
 PlaneNetwork const& CarefulCosaCollection::getObservations() const { return own->observed; }

@@ -61,7 +61,10 @@ class KELVANE_EXPORT CarefulCosaCollection : public CosaCollection {
   /// What `write` writes in the place of the lines: each set-up under a station line of its own, its directions, then
   /// its distances, whatever is given more than once. One without a value is written as `setTakePlanned` reads it.
   void setObservations(PlaneNetwork observations);
-  /// What the last `read` has warned of, with the lines; not of observations that are given more than once.
+  /// Whether `read` sends what it finds in single lines as a `Warning` each; on by default. A caller that groups what
+  /// it tells takes it from `getFindings`.
+  void setTellFindings(bool tell);
+  /// What the last `read` has found in single lines, with these; not observations that are given more than once.
   std::vector<FieldFinding> const& getFindings() const;
   /// @throws DataException, before anything is written, for a name with a comma, a line end, or blanks at its ends or
   ///         none at all, for a number that is not finite, and for a negative distance.

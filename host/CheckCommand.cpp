@@ -104,7 +104,7 @@ int checkOneOf(CheckOptions const& options, QString const& file, Json::Value& li
       throw;
     }
   });
-  json["file"] = file.toStdString();
+  json["file"] = utils::readablePath(file).toStdString();
   list.append(json);
   return code;
 }

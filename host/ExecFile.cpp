@@ -1,32 +1,44 @@
 #include "ExecFile.h"
 
-#include <Kelvane.h>
-#include <utils/FileText.h>
 #include <utils/HTextCodec.h>
 
 #include <QFileInfo>
 #include <QTextCodec>
 #include <string>
+#include <utility>
 
 namespace kvn::host {
+namespace {
 
-ExecFile::ExecFile(QString const& path) : readable(path) {
+/// As the readers of the commands take it.
+std::string readableBytes(QString const& path, std::string const& bytes) {
   QString const kind = QFileInfo(path).suffix().toLower();
-  if (kind == "kvn") return;  // XML
-  utils::FileBytes const file = utils::readFile(path);
-  if (file.state == utils::FileBytes::State::Broken) throw JobException(path, file.reason);
   bool const isCoordinates = kind == "dat";  // which the library reads in the local 8-bit encoding itself
-  if (!file.isWhole() || (!isCoordinates && utils::isUtf8(file.bytes))) return;
-  QString const text = HTextCodec::FromLocal8Bit(file.bytes);
-  if (HTextCodec::ToLocal8Bit(text) != file.bytes) {
+  bool const isXml = kind == "kvn";
+  if (isXml || (!isCoordinates && utils::isUtf8(bytes))) return bytes;
+  QString const text = HTextCodec::FromLocal8Bit(bytes);
+  if (HTextCodec::ToLocal8Bit(text) != bytes) {
     QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
     throw JobEncodingException(path, System::tr("the file is no text in the encoding %1").arg(codec));
   }
-  if (isCoordinates) return;
-  folder = std::make_unique<utils::ScratchFolder>();
-  readable = folder->filePath(QFileInfo(path).fileName());  // a project keeps the name
-  QString const error = utils::replaceFile(readable, text.toStdString());
+  return isCoordinates ? bytes : text.toStdString();
+}
+
+}  // namespace
+
+ExecFile::ExecFile(QString const& path)
+    : given(path),
+      file(utils::readFile(path)),
+      copied(folder.filePath(QFileInfo(path).fileName())) {  // a project keeps the name
+  if (file.state == utils::FileBytes::State::Broken) throw JobException(path, file.reason);
+  if (!file.isWhole()) return;
+  QString const error = utils::replaceFile(copied, readableBytes(path, file.bytes));
   if (!error.isEmpty()) throw JobException(path, error);
+}
+
+void ExecFile::openIn(Job& job) {
+  if (!file.isWhole()) throw JobException(given, file.reason);
+  job.openContents(given, std::exchange(file.bytes, {}));
 }
 
 }  // namespace kvn::host

@@ -1,6 +1,5 @@
 #include "ExecRun.h"
 
-#include "ExecFile.h"
 #include "ExecWords.h"
 #include "Failures.h"
 #include "Output.h"
@@ -121,6 +120,13 @@ Json::Value withFile(Json::Value in, QString const& path) {
   return in;
 }
 
+/// Whether the library's command opens a file, on a project of its own.
+bool triesToOpen(Json::Value const& in, Json::Value& out) {
+  auto const tried = System::Instance()->createProject();
+  tried->getOrCreateMapScene();
+  return tried->getCommandManager()->execute("OpenFileCMD", in, out, {});
+}
+
 /// Those of the ids that no record of the project has.
 std::vector<std::string> unknownIn(Project const& project, std::vector<std::string> const& named) {
   if (named.empty()) return {};
@@ -197,16 +203,12 @@ bool ExecRun::openAnother(Json::Value const& in, Json::Value& out) {
   Configure const settings = project.getConfigure();
   try {
     bool const isKnownKind = Job::readableKinds().contains(QFileInfo(path).suffix().toLower());
-    if (isKnownKind || path.isEmpty()) {
-      ExecFile const file(path);
-      auto const tried = System::Instance()->createProject();
-      tried->getOrCreateMapScene();
-      Json::Value const argument = path.isEmpty() ? in : withFile(in, file.toRead());
-      if (!tried->getCommandManager()->execute("OpenFileCMD", argument, out, {})) return tellReason(path);
-    }
+    if (!isKnownKind && !path.isEmpty()) session.job().open(path);  // refuses it
+    ExecFile file(path);
+    if (!triesToOpen(path.isEmpty() ? in : withFile(in, file.copy()), out)) return tellReason(path, file, out);
     bool const isDoubted = session.messages().hasError();
     project.setConfigure(Configure());  // those of the file before say nothing of this one
-    session.job().open(path);
+    file.openIn(session.job());
     if (isDoubted) tellWhatCareFinds(path);
   } catch (JobException const& failure) {
     project.setConfigure(settings);
@@ -231,12 +233,15 @@ void ExecRun::tellWhatCareFinds(QString const& path) {
        Info);
 }
 
-/// Of a file that the library refuses: where it cannot be read with care either, that reason names the line.
+/// Of a file that the library refuses: where it cannot be read with care either, that reason names the line. Want of
+/// memory says nothing of the file.
 /// @return false.
-bool ExecRun::tellReason(QString const& path) {
+bool ExecRun::tellReason(QString const& path, ExecFile& file, Json::Value const& out) {
+  bool const isForMemory = out["message"] == System::tr("not enough memory").toStdString();
+  if (path.isEmpty() || isForMemory) return false;
   try {
-    if (path.isEmpty()) return false;
-    Job(System::Instance()->createProject()).open(path);
+    Job job(System::Instance()->createProject());
+    file.openIn(job);
     send(System::tr("%1 can be read with care, by --open").arg(path), Info);
   } catch (JobException const& failure) {
     send(reasonOf(path, failure), Error);
@@ -300,7 +305,7 @@ bool ExecRun::switchFile(std::string const& name, Json::Value const& in, Json::V
   try {
     ExecFile const file(path);
     Json::Value argument = in;
-    argument["data"] = withFile(in["data"], file.toRead());
+    argument["data"] = withFile(in["data"], file.copy());
     return execute(name, argument, out);
   } catch (JobException const& failure) {
     fail(out, reasonOf(path, failure));

@@ -1,6 +1,7 @@
 // ExecRun: the commands of one script, run one after the other on the project of a session.
 #pragma once
 
+#include "ExecFile.h"
 #include "Session.h"
 
 #include <Kelvane.h>
@@ -35,7 +36,7 @@ class ExecRun {
   bool perform(std::string const& name, Json::Value const& in, Json::Value& out);
   bool openAnother(Json::Value const& in, Json::Value& out);
   void tellWhatCareFinds(QString const& path);
-  bool tellReason(QString const& path);
+  bool tellReason(QString const& path, ExecFile& file, Json::Value const& out);
   bool wouldLoseNetwork(std::string const& name, Json::Value& out) const;
   void tellOfArgument(std::string const& name, Json::Value const& in, bool isDone, Json::Value const& out);
   bool switchFile(std::string const& name, Json::Value const& in, Json::Value& out);

@@ -90,15 +90,6 @@ void dropFarPoints(Project& project) {
   tellLeftOut(names);
 }
 
-void tellMissingIcons() {
-  for (auto const type : {FeatureDataType::CoordData, FeatureDataType::ViewPointData}) {
-    if (!utils::resourceFile(GetIcon(type, TraversePointType::StationPoint)).empty()) continue;
-    System::Instance()->sendMessage(
-        System::tr("The icons of the map are not installed: points show by their names alone"), Warning);
-    return;
-  }
-}
-
 void tellMissingFont() {
   if (SketchDataTool::canShow(System::tr("known point"))) return;
   System::Instance()->sendMessage(System::tr("No font with Chinese signs was found (package fonts-wqy-microhei, or a "
@@ -236,7 +227,6 @@ bool drawPicture(Session& session, MapOptions const& options, Drawn& drawn) {
   view->setMagnification(options.magnification);
   viewers->addView(view);
   System::Instance()->setMvzViewerManager(viewers);
-  tellMissingIcons();
   tellMissingFont();
   session.open(options.file);
   session.job().requireNoError(Job::FileText | Job::FieldReduced);
@@ -307,13 +297,13 @@ int runMap(QStringList const& arguments) {
     bool const saved = isVector ? drawVectors(session, resolved, drawn) : drawPicture(session, resolved, drawn);
     if (!options->json && !options->quiet && options->outFile != kStream && saved) {
       printText(System::tr("%1: %2 points, %3 lines")
-                    .arg(options->outFile, QString::number(drawn.points), QString::number(drawn.lines)) +
+                    .arg(session.shown(options->outFile), QString::number(drawn.points), QString::number(drawn.lines)) +
                 '\n');
     }
     if (options->json) {
       Json::Value json;
       json["version"] = kJsonVersion;
-      json["file"] = options->outFile.toStdString();
+      json["file"] = session.shown(options->outFile).toStdString();
       json["ok"] = saved;
       json["points"] = drawn.points;
       json["lines"] = drawn.lines;

@@ -49,7 +49,7 @@ void Messages::receive(QString const& text, MessType type) {
   try {
     Json::Value message;
     message["type"] = nameOf(type);
-    message["text"] = text.toStdString();
+    message["text"] = utils::readablePath(text).toStdString();
     kept.append(message);
   } catch (Json::RuntimeError const&) {
     throw std::bad_alloc();  // its word for want of memory, which would pass for a failure of what is being told

@@ -12,7 +12,7 @@ namespace kvn::host {
 namespace {
 
 void tellNotWritten(QString const& path, QString const& reason) {
-  System::Instance()->sendMessage(System::tr("%1 was not written: %2").arg(utils::readablePath(path), reason), Error);
+  System::Instance()->sendMessage(System::tr("%1 was not written: %2").arg(path, reason), Error);
 }
 
 /// What a file lacks is told whatever `-q` says: the file stays when the messages are gone.

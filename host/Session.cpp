@@ -13,7 +13,8 @@
 namespace kvn::host {
 namespace {
 
-int refuse(QString const& file, QString const& text, bool json, std::vector<FieldFinding> const& findings = {}) {
+int refuse(QString const& file, QString const& reason, bool json, std::vector<FieldFinding> const& findings = {}) {
+  QString const text = utils::readablePath(reason);  // which may name a file
   printLine(printable(file.isEmpty() ? QString("kelvane: %1").arg(text) : QString("kelvane: %1: %2").arg(file, text)));
   if (json) {
     Json::Value failure;
@@ -81,7 +82,7 @@ Session::Session(CommonOptions const& options)
 Session::~Session() { system.setSendMessageFunc({}); }
 
 void Session::open(QString const& path, Job::Reading reading) {
-  openFile = path == kStream ? System::tr("standard input") : path;
+  openFile = path == kStream ? System::tr("standard input") : utils::readablePath(path);
   opened.open(streams.inputOf(path, kindOfInput), reading);
 }
 

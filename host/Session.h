@@ -26,15 +26,15 @@ class Session {
   Job& job() { return opened; }
   Project& project() { return *opened.project(); }
   Messages& messages() { return received; }
-  QString const& file() const { return openFile; }  ///< the path given to `open`, as the user knows it
+  QString const& file() const { return openFile; }  ///< the path given to `open`, as `shown`
 
   /// Where to write what is to become `path`, which may stand for standard output.
   /// @throws JobException for a folder that is not there: a long computation would be lost.
   QString outputFor(QString const& path);
   /// Prints what has been written there for standard output.
   void pass(QString const& written) const { streams.pass(written); }
-  /// A path as the user knows it.
-  QString shown(QString const& path) const { return streams.shown(path); }
+  /// A path as the user knows it, for text and for JSON: a byte that is no character stands as \xE9.
+  QString shown(QString const& path) const { return utils::readablePath(streams.shown(path)); }
 
  private:
   System system;

@@ -119,7 +119,7 @@ Json::Value json(Session& session) {
   result["version"] = kJsonVersion;
   result["file"] = session.file().toStdString();
   result["fileType"] = static_cast<int>(project.getFileType());
-  result["name"] = project.getName().toStdString();
+  result["name"] = utils::readablePath(project.getName()).toStdString();
   result["rows"] = toJson(project.getTraverseDataList());
   result["knownPoints"] = toJson(project.getNetwork().knownPoints);
   result["lines"] = toJson(project.getNetwork().lines);

@@ -191,13 +191,15 @@ Job::~Job() = default;
 QStringList Job::readableKinds() { return {"in2", "kvn", "txt", "dat", "lqf"}; }
 QStringList Job::writableKinds() { return {"txt", "lqf", "in2", "dat", "kvn"}; }
 
-void Job::open(QString const& path, Reading reading) {
+void Job::open(QString const& path, Reading reading) { openContents(path, detail::bytesOf(path), reading); }
+
+void Job::openContents(QString const& path, std::string bytes, Reading reading) {
   Project read;
   read.setConfigure(state->project->getConfigure());
   bool const asRead = reading == Reading::AsRead;
   bool const isPlan = reading == Reading::Plan;
   detail::OpenedFile opened;
-  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, detail::bytesOf(path), asRead, isPlan); });
+  guarded(path, read.getNetwork(), [&] { opened = detail::takeIn(read, path, std::move(bytes), asRead, isPlan); });
   state->project->takeData(std::move(read));
   detail::JobState now;
   now.project = std::move(state->project);

@@ -15,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace kvn {
@@ -92,6 +93,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
   /// @throws JobException for a file that cannot be read, with its line where there is one: JobEncodingException for a
   ///         coordinate file whose names are no text in the local 8-bit encoding.
   void open(QString const& path, Reading reading = Reading::Careful);
+  /// The same for a file whose bytes the caller has read already, so that what was looked at is what is opened.
+  void openContents(QString const& path, std::string bytes, Reading reading = Reading::Careful);
 
   QString const& file() const;  ///< as given to `open`; empty before
   Reading reading() const;      ///< as given to `open`
@@ -197,7 +200,8 @@ class KELVANE_EXPORT Job : public utils::IProcessCancel {
 
   /// Adjusts the trigonometric heights of the rows. Read with care, every sight counts by itself, and the result is
   /// `heightAdjustment`; a `Warning` each tells what does not fit and what nothing checks, and `findingsOf(HeightRun)`
-  /// has it all. With Reading::AsRead the result is the project's `getTriangleHeightAdjust`, which is empty otherwise.
+  /// has it all; a known station with two heights is a finding of `FieldReduced`. With Reading::AsRead the result is
+  /// the project's `getTriangleHeightAdjust`, which is empty otherwise.
   /// @throws JobException without rows, without a known height, for points that no line connects to one.
   void adjustHeights();
   /// The last run of heights, where it was a careful one; else null. Good until the next one.

@@ -55,14 +55,6 @@ QString textOfKnownHeightOfZero(std::string const& name) {
   return Messages::tr("The known height of %1 is 0").arg(recordText(name));
 }
 
-void tellContradicted(std::vector<std::string> const& stations, Tell const& tell) {
-  QStringList names;
-  for (std::string const& name : stations) names << recordText(name);
-  if (names.isEmpty()) return;
-  tell(Messages::tr("Known stations with different heights, of which the first counts: %1").arg(listedNames(names)),
-       Warning);
-}
-
 [[noreturn]] void refuseUnconnected(QString const& file, std::vector<std::string> const& points) {
   QStringList names;
   for (std::string const& name : points) names << recordText(name);
@@ -116,7 +108,6 @@ detail::FinishedHeights adjustedSights(detail::JobState const& state, HeightRedu
   for (HeightNetwork::Point const& point : network.points) {
     if (point.isKnown && point.height == 0.0) tell(textOfKnownHeightOfZero(point.name), Warning);
   }
-  tellContradicted(reduction.contradicted, tell);
   detail::reduceSightsOf(state, network);
   FieldFinding unsighted{FieldFinding::Warning,
                          {},

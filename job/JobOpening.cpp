@@ -10,6 +10,7 @@
 #include "formats/LQFTraverseDataCollection.h"
 #include "formats/detail/PointText.h"
 #include "formats/detail/TraverseReading.h"
+#include "job/FindingTexts.h"
 #include "job/Job.h"
 #include "job/JobException.h"
 #include "job/detail/JobSteps.h"
@@ -153,11 +154,27 @@ void takeNetwork(Project& project, QString const& path, std::string const& bytes
   project.setConfigure(collection.getConfigure());  // which the project does not take from a network file
 }
 
+/// Text of a file is told by its lines: one observation may stand there several times.
+void tellByLine(std::vector<FieldFinding> findings) {
+  for (FieldFinding& finding : findings) {
+    finding.station.clear();
+    finding.targets.clear();
+  }
+  for (QString const& line : warningLines(findings)) detail::sendWarning(line);
+}
+
 OpenedFile takeNetworkWithCare(Project& project, QString const& path, std::string const& bytes, bool isPlan) {
   CarefulCosaCollection collection;
   collection.setTakePlanned(isPlan);
   collection.setKeepObservations(true);
-  takeNetwork(project, path, bytes, collection);
+  collection.setTellFindings(false);
+  try {
+    takeNetwork(project, path, bytes, collection);
+  } catch (...) {
+    tellByLine(collection.getFindings());  // the failure may follow from it
+    throw;
+  }
+  tellByLine(collection.getFindings());
   OpenedFile opened;
   opened.takeObservations(collection.takeObservations(), project.getNetwork());
   opened.toldFindings = collection.getFindings();
@@ -252,11 +269,6 @@ void readCoordinates(Project& project, QString const& path, std::string const& b
 std::string detail::bytesOf(QString const& path) {
   utils::FileBytes file = utils::readFile(path);  // the project would open a file that is missing as an empty one
   if (!file.isWhole()) throw JobException(path, file.reason);
-  if (!Job::readableKinds().contains(suffixOf(path))) {
-    throw JobException(
-        path, Messages::tr("unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
-                           ".lqf (instrument job), .dat (coordinates), .kvn (project)"));
-  }
   return std::move(file.bytes);
 }
 
@@ -283,6 +295,11 @@ void detail::reduce(JobState& state) {
 
 OpenedFile detail::takeIn(Project& project, QString const& path, std::string bytes, bool asRead, bool isPlan) {
   QString const kind = suffixOf(path);
+  if (!Job::readableKinds().contains(kind)) {
+    throw JobException(
+        path, Messages::tr("unknown kind of file; what can be read: .in2 (COSA network), .txt (traverse file), "
+                           ".lqf (instrument job), .dat (coordinates), .kvn (project)"));
+  }
   if (!asRead && kind != "dat") {
     std::optional<std::string> text = utf8TextOfOther(path, bytes);
     bool const isOther = text && *text != bytes;

@@ -70,14 +70,14 @@ class KELVANE_EXPORT XmlMannager : public QObject {
   /// is. Texts are in the local 8-bit encoding, whatever the file declares. A code whose group the file does not list
   /// is dropped; codes of one name all stay.
   ///
-  /// @return  false, and the library is empty, when the file cannot be read or is no XML, or has an element with more
-  ///          than a hundred attributes.
+  /// @return  false, and the library is empty, when the file cannot be read, for which a `Warning` says why, or is no
+  ///          XML, or has an element with more than a hundred attributes.
   bool readPrjCode(QString const& path);
 
   /// Writes the listed groups and their codes; the file is replaced only when the new one is complete.
   ///
   /// @return  false, and the old file is as it was, when it cannot be written or when a text has a character that
-  ///          the local 8-bit encoding cannot express, or U+0000, which XML cannot hold.
+  ///          the local 8-bit encoding cannot express, or U+0000, which XML cannot hold. An `Error` says why.
   bool saveAsPrjCode(QString path) const;
 
   /// Removes a group; its codes go to the end of the default group.

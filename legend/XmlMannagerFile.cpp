@@ -1,5 +1,7 @@
 // The legend file: one XML file of group lists and codes, its texts in the local 8-bit encoding.
+#include "formats/detail/FileAccess.h"
 #include "legend/detail/XmlMannagerData.h"
+#include "records/detail/Messages.h"
 
 #include <utils/FileText.h>
 #include <utils/HTextCodec.h>
@@ -7,6 +9,7 @@
 #include <utils/XmlText.h>
 
 #include <tinyxml2.h>
+#include <QTextCodec>
 #include <string>
 
 namespace kvn {
@@ -94,7 +97,11 @@ class Document {
 
   void addText(XMLElement& parent, char const* name, QString const& text) {
     std::string const bytes = HTextCodec::ToLocal8Bit(text);
-    if (HTextCodec::FromLocal8Bit(bytes) != text || bytes.find('\0') != std::string::npos) isLossless = false;
+    bool const isLossless = HTextCodec::FromLocal8Bit(bytes) == text && bytes.find('\0') == std::string::npos;
+    if (!isLossless && objection.isEmpty()) {
+      QString const codec = QString::fromLatin1(QTextCodec::codecForLocale()->name());
+      objection = Messages::tr("%1 cannot be written in the encoding %2").arg(text, codec);
+    }
     parent.InsertNewChildElement(name)->SetText(escaped(bytes).c_str());
   }
 
@@ -104,16 +111,17 @@ class Document {
   }
 
   bool save(QString const& path) const {
-    if (!isLossless) return false;
     tinyxml2::XMLPrinter printer(nullptr, false);
     xml.Print(&printer);
-    return utils::replaceFile(path, printer.CStr()).isEmpty();
+    QString const reason = objection.isEmpty() ? utils::replaceFile(path, printer.CStr()) : objection;
+    detail::tellNotWritten(path, reason);
+    return reason.isEmpty();
   }
 
  private:
   tinyxml2::XMLDocument xml{false};  // texts are escaped here: tinyxml2 itself leaves control characters as they are
   XMLElement* root;
-  bool isLossless = true;
+  QString objection;  ///< why it must not be written; empty when it may
 };
 
 }  // namespace
@@ -121,11 +129,20 @@ class Document {
 bool XmlMannager::readPrjCode(QString const& path) {
   own->clear();
   own->file = path;
-  utils::FileBytes read = utils::readFile(own->file);
-  if (read.state == utils::FileBytes::State::Missing || read.state == utils::FileBytes::State::NotAFile) {
+  QString found = path;
+  auto const isMissing = [](utils::FileBytes const& file) {
+    return file.state == utils::FileBytes::State::Missing || file.state == utils::FileBytes::State::NotAFile;
+  };
+  utils::FileBytes read = utils::readFile(found);
+  if (isMissing(read)) {
     own->file = Data::isChinese() ? QStringLiteral(".\\config\\Codes\\CASS.xml")
                                   : QStringLiteral(".\\config\\Codes\\PRESET_EN.xml");
-    read = utils::readFile(utils::pathOfNative(utils::resourceFile(own->file)));
+    found = utils::pathOfNative(utils::resourceFile(own->file));
+    read = utils::readFile(found);
+  }
+  if (!read.isWhole() && !isMissing(read)) {
+    QString const text = Messages::tr("The legend codes were not read: %1");
+    Messages::send(text.arg(utils::readablePath(found) + ": " + read.reason), Warning);
   }
   if (!read.isWhole() || utils::lineOfCrowdedElement(read.bytes) > 0) return false;
   tinyxml2::XMLDocument document;

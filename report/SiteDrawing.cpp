@@ -11,6 +11,8 @@
 #include "records/detail/Recorded.h"
 #include "report/ReportContent.h"
 
+#include <utils/FileName.h>
+
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
@@ -36,6 +38,7 @@ constexpr double kFarthestPlace = 1e9;
 bool isPlace(double x, double y) { return std::abs(x) < kFarthestPlace && std::abs(y) < kFarthestPlace; }
 
 std::string utf8(std::string const& bytes) { return recordText(bytes).toStdString(); }
+std::string nameOfFile(QString const& path) { return utils::readablePath(QFileInfo(path).fileName()).toStdString(); }
 
 /// A drawing that grows by names as the records have them, and by lines in the order in which they were observed.
 class DrawingMaker {
@@ -457,7 +460,7 @@ SiteDrawing siteDrawingOf(Job const& job) {
   if (project.getTriangleHeightAdjust() != nullptr) addLiteralHeights(maker, *project.getTriangleHeightAdjust());
   if (job.heightAdjustment() != nullptr) addHeights(maker, *job.heightAdjustment());
   maker.findSidePoints();
-  maker.drawing.title = QFileInfo(job.file()).fileName().toStdString();
+  maker.drawing.title = nameOfFile(job.file());
   return std::move(maker.drawing);
 }
 
@@ -470,7 +473,7 @@ SiteDrawing siteDrawingOf(ReportContent const& content) {
   }
   if (content.heights != nullptr) addHeights(maker, *content.heights);
   maker.findSidePoints();
-  maker.drawing.title = QFileInfo(content.file).fileName().toStdString();
+  maker.drawing.title = nameOfFile(content.file);
   return std::move(maker.drawing);
 }
 

@@ -123,8 +123,8 @@
         <translation>配置文件 %1 不是有效的 JSON，将使用默认设置</translation>
     </message>
     <message>
-        <source>The configuration file %1 cannot be read; the default settings are used</source>
-        <translation>无法读取配置文件 %1，将使用默认设置</translation>
+        <source>The configuration file %1: %2; the default settings are used</source>
+        <translation>配置文件 %1：%2，将使用默认设置</translation>
     </message>
     <message>
         <source>The configuration file %1 is not valid JSON; it is kept as %2</source>
@@ -193,6 +193,14 @@
     <message>
         <source>The file was not written: %1</source>
         <translation>未能写入文件：%1</translation>
+    </message>
+    <message>
+        <source>The legend codes were not read: %1</source>
+        <translation>未读取图例编码：%1</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written in the encoding %2</source>
+        <translation>%1 无法以编码 %2 写出</translation>
     </message>
     <message>
         <source>the file belongs to a group that the new one cannot be given</source>
@@ -2903,8 +2911,8 @@
         <translation>没有可用坐标而未绘出：%1</translation>
     </message>
     <message>
-        <source>The icons of the map are not installed: points show by their names alone</source>
-        <translation>未安装网图图标：点只显示名称</translation>
+        <source>The icon %1 cannot be read: points show by their names alone</source>
+        <translation>无法读取图标 %1：点只显示名称</translation>
     </message>
     <message>
         <source>Not adjusted, so that there are no error ellipses: %1</source>

@@ -5,6 +5,7 @@
 #include "adjust/linalg/SparseCholesky.h"
 #include "adjust/plane/CommonAngle.h"
 #include "adjust/plane/NetworkBlocks.h"
+#include "adjust/start/RoughPlaces.h"
 
 #include <utils/Circle.h>
 
@@ -148,9 +149,20 @@ std::vector<int> const& PlaneEngine::eliminationOrder() {
   if (network.blockOrder.empty()) {
     auto cliques = cliquesOf(network, 0);
     for (NumberedNetwork::Line const& line : controlLines) cliques.push_back({line.start, line.end, -1});
-    network.blockOrder = sparse::eliminationOrder(blockSizesOf(network, 0), cliques, poll);
+    network.blockOrder = sparse::eliminationOrder(blockSizesOf(network, 0), cliques, placesOfBlocks(), poll);
   }
   return network.blockOrder;
+}
+
+/// Of the points and, behind them, the stations: by the coordinates where all points have some, else by a walk in a
+/// frame of its own. Nothing where that does not reach all of them.
+std::vector<sparse::BlockPlace> PlaneEngine::placesOfBlocks() const {
+  bool isComplete = true;
+  for (int n = 0; n < network.points; ++n) isComplete = isComplete && isPlaced(xy, n);
+  std::vector<Place> places = isComplete ? placesOf(xy) : roughPlaces(network);
+  if (!std::all_of(places.begin(), places.end(), hasPlace)) return {};
+  for (int s = 0; s < network.stations(); ++s) places.push_back(places[index(network.pointOf(s))]);
+  return places;
 }
 
 void PlaneEngine::buildNormals() {

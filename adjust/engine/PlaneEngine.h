@@ -204,6 +204,7 @@ class PlaneEngine {
   void holdElements();
   void shortenStep(Coordinates const& before);
   std::vector<int> const& eliminationOrder();
+  std::vector<sparse::BlockPlace> placesOfBlocks() const;
 
   // Findings.
   /// What holds the network where its known points do not, all of which are unknown then.

@@ -4,6 +4,7 @@
 #include "adjust/linalg/Poll.h"
 
 #include <array>
+#include <complex>
 #include <cstddef>
 #include <vector>
 
@@ -35,13 +36,18 @@ struct JoinedGraph {
 
 JoinedGraph joinTwins(BlockGraph const& graph, Poll const& poll = {});
 
+/// A place in the plane, x + i y.
+using BlockPlace = std::complex<double>;
+
 /// An order of elimination that fills little: minimum degree for small graphs, nested dissection for large ones. The
-/// same graph has the same order always.
+/// same graph with the same places has the same order always.
 ///
+/// @param places  of all blocks, finite, in any frame, true to some sights: large graphs are cut by them. Or nothing.
 /// @return the block that goes first, the one that goes next, and so on.
-std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll = {});
+std::vector<int> eliminationOrder(BlockGraph const& graph, std::vector<BlockPlace> const& places,
+                                  Poll const& poll = {});
 /// The same for blocks that meet in cliques.
 std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques,
-                                  Poll const& poll = {});
+                                  std::vector<BlockPlace> const& places, Poll const& poll = {});
 
 }  // namespace kvn::sparse

@@ -9,9 +9,6 @@ namespace {
 using detail::ConstView;
 using detail::Region;
 
-// Multiplications in one piece, between two polls.
-constexpr double kPiece = 5e7;
-
 // Up to here columns are worked on one by one.
 constexpr std::size_t kNarrow = 16;
 // Rows of so many elements and so many columns stay in the first cache.
@@ -76,6 +73,12 @@ std::size_t factorTriangle(double* a, std::size_t stride, std::size_t size, doub
   return size;
 }
 
+ConstView partFrom(ConstView const& matrix, std::size_t row, std::size_t column) {
+  return {matrix.data + static_cast<std::ptrdiff_t>(row) * matrix.rowStride +
+              static_cast<std::ptrdiff_t>(column) * matrix.columnStride,
+          matrix.rowStride, matrix.columnStride};
+}
+
 /// Half of the columns, rounded to what the kernels like.
 std::size_t halfOf(std::size_t columns) {
   std::size_t const half = columns / 2;
@@ -86,20 +89,17 @@ std::size_t halfOf(std::size_t columns) {
 
 void addProduct(Effort& effort, std::size_t m, std::size_t n, std::size_t k, double alpha, ConstView a, ConstView b,
                 double* c, std::size_t stride, Region region) {
-  auto const size = static_cast<double>(n) * static_cast<double>(k);
-  if (size * static_cast<double>(m) < 2.0 * kPiece) {
-    detail::addProduct(m, n, k, alpha, a, b, c, stride, region);
-    effort.spend(size * static_cast<double>(m));
-    return;
-  }
-  std::size_t const step = std::max<std::size_t>(128, static_cast<std::size_t>(kPiece / size));
-  for (std::size_t i = 0; i < m; i += step) {
-    std::size_t const rows = std::min(step, m - i);
-    // What lies right of the diagonal in all these rows is not needed.
-    std::size_t const columns = region == Region::Lower ? std::min(n, i + rows) : n;
-    ConstView const part{a.data + static_cast<std::ptrdiff_t>(i) * a.rowStride, a.rowStride, a.columnStride};
-    detail::addProduct(rows, columns, k, alpha, part, b, c + i, stride);
-    effort.spend(static_cast<double>(rows) * static_cast<double>(columns) * static_cast<double>(k));
+  // The pieces of the product itself, so that none of them is packed twice.
+  for (std::size_t column = 0; column < n; column += detail::kProductColumns) {
+    std::size_t const columns = std::min(detail::kProductColumns, n - column);
+    // Above the diagonal nothing is needed.
+    std::size_t const row = region == Region::Lower ? column : 0;
+    for (std::size_t p = 0; p < k; p += detail::kProductDepth) {
+      std::size_t const depth = std::min(detail::kProductDepth, k - p);
+      detail::addProduct(m - row, columns, depth, alpha, partFrom(a, row, p), partFrom(b, p, column),
+                         c + column * stride + row, stride, region);
+      effort.spend(static_cast<double>(m - row) * static_cast<double>(columns) * static_cast<double>(depth));
+    }
   }
 }
 

@@ -9,9 +9,7 @@ namespace {
 
 // 256 columns of A: a strip of 8 rows of A and one of 6 columns of B fill most of a first level cache of 32 KiB, the 96
 // rows of a block of A (196 KB) the larger part of a second level cache of 256 KiB.
-constexpr std::size_t kDepth = 256;
 constexpr std::size_t kBlockRows = 96;
-constexpr std::size_t kBlockColumns = 1020;
 
 thread_local Buffer bufferOfA;
 thread_local Buffer bufferOfB;
@@ -39,10 +37,10 @@ class Product {
   void run(std::size_t m, std::size_t n, std::size_t k) {
     packsA = a.rowStride != 1 || (n > 2 * kTileColumns && m * k > kKeptUnpacked);
     packsB = m > 4 * kTileRows && n * k > kKeptUnpacked;
-    for (std::size_t column = 0; column < n; column += kBlockColumns) {
-      std::size_t const columns = std::min(kBlockColumns, n - column);
-      for (std::size_t p = 0; p < k; p += kDepth) {
-        depth = std::min(kDepth, k - p);
+    for (std::size_t column = 0; column < n; column += kProductColumns) {
+      std::size_t const columns = std::min(kProductColumns, n - column);
+      for (std::size_t p = 0; p < k; p += kProductDepth) {
+        depth = std::min(kProductDepth, k - p);
         takeB(p, column, columns);
         for (std::size_t row = firstRow(column); row < m; row += kBlockRows) {
           std::size_t const rows = std::min(kBlockRows, m - row);
@@ -55,6 +53,7 @@ class Product {
 
  private:
   static constexpr std::size_t kKeptUnpacked = 4096;  // doubles: one first level cache
+  static constexpr std::size_t kTogether = 8;         // strips: some cache lines of each row
 
   /// Above it nothing is needed.
   std::size_t firstRow(std::size_t column) const { return region == Region::Lower ? column : 0; }
@@ -67,10 +66,16 @@ class Product {
     }
     double* const to = bufferOfB.room(depth * columns);
     ColumnStrips const strips(columns);
-    for (std::size_t j = 0, s = 0; j < columns; ++s) {
+    for (std::size_t j = 0, s = 0; j < columns;) {
       std::size_t const width = strips.widthAt(s);
-      packStrip(to + j * depth, width, from + steps(j, b.columnStride), width, b.columnStride, depth, b.rowStride);
-      j += width;
+      std::size_t const count = b.columnStride == 1 ? std::min(kTogether, strips.alikeFrom(s)) : 1;
+      if (count > 1) {
+        packStrips(to + j * depth, count, from + j, width, depth, b.rowStride);
+      } else {
+        packStrip(to + j * depth, width, from + steps(j, b.columnStride), width, b.columnStride, depth, b.rowStride);
+      }
+      j += count * width;
+      s += count;
     }
     blockOfB = to;
   }

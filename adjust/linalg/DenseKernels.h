@@ -18,6 +18,10 @@ enum class Region {
   Lower,  ///< only the elements (i, j) with i >= j are needed; of the others some are written too, with anything
 };
 
+/// A product takes its operands in pieces of so many columns of B and of A.
+constexpr std::size_t kProductColumns = 1020;
+constexpr std::size_t kProductDepth = 256;
+
 /// C += alpha A B for A of m x k, B of k x n and C of m x n, which must not overlap A or B.
 ///
 /// With an alpha of 1 or -1 every element of C is c + a1 b1 + a2 b2 + ... added up in this order, whatever the sizes

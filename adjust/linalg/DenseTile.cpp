@@ -1,6 +1,7 @@
 #include "adjust/linalg/DenseTile.h"
 
 #include <atomic>
+#include <cstring>
 
 #if defined(__GNUC__) && defined(__x86_64__)
 #define KELVANE_AVX2 __attribute__((target("avx2,fma")))
@@ -237,9 +238,24 @@ void packStripOf(double* to, std::size_t step, double const* from, std::ptrdiff_
   }
 }
 
+/// Without a call, which std::copy makes.
+template <std::size_t Width>
+inline void copyOf(double* to, double const* from) {
+  std::memcpy(to, from, Width * sizeof(double));
+}
+
+template <std::size_t Width>
+void packStripsOf(double* to, std::size_t count, double const* from, std::size_t depth, std::ptrdiff_t depthStride) {
+  for (std::size_t p = 0; p < depth; ++p, to += Width, from += depthStride) {
+    for (std::size_t s = 0; s < count; ++s) copyOf<Width>(to + s * Width * depth, from + s * Width);
+  }
+}
+
 using PackFunction = void (*)(double*, std::size_t, double const*, std::ptrdiff_t, std::size_t, std::ptrdiff_t);
 constexpr PackFunction kPackByWidth[kTileRows] = {packStripOf<1>, packStripOf<2>, packStripOf<3>, packStripOf<4>,
                                                   packStripOf<5>, packStripOf<6>, packStripOf<7>, packStripOf<8>};
+constexpr decltype(&packStripsOf<1>) kPackTogether[kTileColumns] = {packStripsOf<1>, packStripsOf<2>, packStripsOf<3>,
+                                                                    packStripsOf<4>, packStripsOf<5>, packStripsOf<6>};
 
 }  // namespace
 
@@ -257,10 +273,15 @@ bool wantVectorTiles(bool wanted) { return vectorsWanted.exchange(wanted); }
 void packStrip(double* to, std::size_t step, double const* from, std::size_t width, std::ptrdiff_t lineStride,
                std::size_t depth, std::ptrdiff_t depthStride) {
   if (width == kTileRows && lineStride == 1) {
-    for (std::size_t p = 0; p < depth; ++p, to += step, from += depthStride) std::copy(from, from + kTileRows, to);
+    for (std::size_t p = 0; p < depth; ++p, to += step, from += depthStride) copyOf<kTileRows>(to, from);
     return;
   }
   kPackByWidth[width - 1](to, step, from, lineStride, depth, depthStride);
+}
+
+void packStrips(double* to, std::size_t count, double const* from, std::size_t width, std::size_t depth,
+                std::ptrdiff_t depthStride) {
+  kPackTogether[width - 1](to, count, from, depth, depthStride);
 }
 
 }  // namespace kvn::detail

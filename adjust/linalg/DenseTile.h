@@ -48,6 +48,11 @@ bool wantLongVectorTiles(bool wanted);
 void packStrip(double* to, std::size_t step, double const* from, std::size_t width, std::ptrdiff_t lineStride,
                std::size_t depth, std::ptrdiff_t depthStride);
 
+/// The same of `count` strips of B one behind the other, whose columns stand side by side in memory as those of a
+/// transposed matrix do: each stretch of it is fetched once for all of them.
+void packStrips(double* to, std::size_t count, double const* from, std::size_t width, std::size_t depth,
+                std::ptrdiff_t depthStride);
+
 /// Room for one packed operand, at a cache line, kept from call to call.
 class Buffer {
  public:
@@ -70,6 +75,8 @@ class ColumnStrips {
       : strips((columns + kTileColumns - 1) / kTileColumns), narrow(columns / strips), wide(columns % strips) {}
 
   std::size_t widthAt(std::size_t strip) const { return strip < wide ? narrow + 1 : narrow; }
+  /// Strips of this width from this one on.
+  std::size_t alikeFrom(std::size_t strip) const { return (strip < wide ? wide : strips) - strip; }
 
  private:
   std::size_t strips;

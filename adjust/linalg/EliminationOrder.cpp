@@ -1,6 +1,7 @@
 // Orders of elimination.
 #include "adjust/linalg/BlockGraph.h"
 #include "adjust/linalg/Index.h"
+#include "adjust/linalg/StraightCut.h"
 
 #include <metis.h>
 #include <Eigen/OrderingMethods>
@@ -20,6 +21,8 @@ using detail::index;
 // Below this number of blocks minimum degree is the faster one, and fills as little.
 constexpr int kDissectedFrom = 2000;
 constexpr int kMostAtOnce = 50000;  // some tenths of a second
+// Below it METIS fills less.
+constexpr int kCutByPlacesFrom = 500;
 
 std::vector<int> byMinimumDegree(BlockGraph const& graph) {
   Eigen::SparseMatrix<double> matrix(graph.blocks(), graph.blocks());
@@ -74,6 +77,13 @@ BlockGraph restricted(BlockGraph const& graph, std::vector<int> const& members) 
   return part;
 }
 
+std::vector<BlockPlace> selected(std::vector<BlockPlace> const& places, std::vector<int> const& members) {
+  std::vector<BlockPlace> result;
+  result.reserve(members.size());
+  for (int const b : members) result.push_back(places[index(b)]);
+  return result;
+}
+
 /// A block that meets nothing but what one of its neighbours meets is eliminated just before that one, as the
 /// orientation of a station before its point: the graph of the others is a quarter as large.
 class Absorption {
@@ -98,6 +108,11 @@ class Absorption {
     BlockGraph result = restricted(graph, kept);
     for (std::size_t i = 0; i < kept.size(); ++i) result.sizes[i] = sizes[index(kept[i])];
     return result;
+  }
+
+  /// Those of the others, by the places of all.
+  std::vector<BlockPlace> placesOfRest(std::vector<BlockPlace> const& places) const {
+    return places.empty() ? places : selected(places, kept);
   }
 
   std::vector<int> expanded(std::vector<int> const& order) const {
@@ -175,14 +190,25 @@ struct Dissection {
 };
 
 /// Both sides of a separator, and then what separates them. Large graphs are cut step by step, since no call of METIS
-/// can be ended before its time.
-std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
+/// can be ended before its time, and by the places of their blocks, if these are known and of use.
+std::vector<int> byDissection(BlockGraph const& graph, std::vector<BlockPlace> places, BlockPlace across,
+                              Poll const& poll) {
   if (poll) poll();
-  if (graph.blocks() <= kMostAtOnce) {
-    std::vector<idx_t> const order = Dissection(graph).order();
-    return {order.begin(), order.end()};
+  std::vector<int> sides;
+  if (!places.empty() && graph.blocks() >= kCutByPlacesFrom) {
+    StraightCut cut = straightCut(graph, places, across);
+    sides = std::move(cut.sides);
+    across = cut.across;
   }
-  std::vector<idx_t> const sides = Dissection(graph).sides();
+  if (sides.empty()) {
+    places.clear();
+    if (graph.blocks() <= kMostAtOnce) {
+      std::vector<idx_t> const order = Dissection(graph).order();
+      return {order.begin(), order.end()};
+    }
+    std::vector<idx_t> const found = Dissection(graph).sides();
+    sides.assign(found.begin(), found.end());
+  }
   std::vector<int> order;
   order.reserve(sides.size());
   std::array<std::vector<int>, 3> members;  // of the sides, and of what separates them
@@ -191,7 +217,10 @@ std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
     std::vector<int> const& blocks = members.at(index(side));
     if (blocks.size() == sides.size()) throw std::runtime_error("The network cannot be dissected");
     if (blocks.empty()) continue;
-    for (int const inPart : byDissection(restricted(graph, blocks), poll)) order.push_back(blocks[index(inPart)]);
+    std::vector<BlockPlace> const placesOfSide = places.empty() ? places : selected(places, blocks);
+    for (int const inPart : byDissection(restricted(graph, blocks), placesOfSide, across, poll)) {
+      order.push_back(blocks[index(inPart)]);
+    }
   }
   order.insert(order.end(), members[2].begin(), members[2].end());
   return order;
@@ -199,19 +228,24 @@ std::vector<int> byDissection(BlockGraph const& graph, Poll const& poll) {
 
 }  // namespace
 
-std::vector<int> eliminationOrder(BlockGraph const& graph, Poll const& poll) {
+std::vector<int> eliminationOrder(BlockGraph const& graph, std::vector<BlockPlace> const& places, Poll const& poll) {
   if (graph.blocks() < kDissectedFrom) return byMinimumDegree(graph);
   Absorption const absorption(graph, poll);
-  return absorption.expanded(byDissection(absorption.rest(), poll));
+  return absorption.expanded(byDissection(absorption.rest(), absorption.placesOfRest(places), {}, poll));
 }
 
-std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques, Poll const& poll) {
+std::vector<int> eliminationOrder(std::vector<int> const& sizes, std::vector<Clique> const& cliques,
+                                  std::vector<BlockPlace> const& places, Poll const& poll) {
   JoinedGraph const joined = joinTwins(graphOf(sizes, cliques, poll), poll);
   std::vector<std::vector<int>> blocksOf(index(joined.graph.blocks()));
   for (std::size_t b = 0; b < sizes.size(); ++b) blocksOf[index(joined.groupOf[b])].push_back(static_cast<int>(b));
+  std::vector<BlockPlace> placesOfGroups;
+  if (!places.empty()) {
+    for (std::vector<int> const& blocks : blocksOf) placesOfGroups.push_back(places[index(blocks.front())]);
+  }
   std::vector<int> order;
   order.reserve(sizes.size());
-  for (int const group : eliminationOrder(joined.graph, poll)) {
+  for (int const group : eliminationOrder(joined.graph, placesOfGroups, poll)) {
     order.insert(order.end(), blocksOf[index(group)].begin(), blocksOf[index(group)].end());
   }
   return order;

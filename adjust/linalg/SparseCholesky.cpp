@@ -65,8 +65,8 @@ SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, std::vector<C
 
 SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph const& joined,
                                std::vector<int> const& blockOrder, Poll const& poll)
-    : tree(joined.graph, blockOrder.empty() ? eliminationOrder(joined.graph, poll) : groupsInOrder(joined, blockOrder),
-           poll) {
+    : tree(joined.graph,
+           blockOrder.empty() ? eliminationOrder(joined.graph, {}, poll) : groupsInOrder(joined, blockOrder), poll) {
   Effort effort(poll);
   buildColumns(joined.graph, blockSizes, joined.groupOf, effort);
   local.assign(placeOf.size(), -1);

@@ -12,6 +12,7 @@ namespace kvn {
 struct KELVANE_PRIVATE CarefulCosaCollection::Data {
   KELVANE_LATER_MEMBER
 
+  bool tellsFindings = true;
   bool keepsObservations = false;
   bool takesPlanned = false;
   bool writesObservations = false;

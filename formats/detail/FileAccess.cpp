@@ -27,11 +27,6 @@ void readStream(std::optional<std::string> const& bytes, std::function<void(std:
   read(stream);
 }
 
-void tellFailure(QString const& path, QString const& reason) {
-  if (reason.isEmpty()) return;
-  Messages::send(Messages::tr("The file was not written: %1").arg(utils::readablePath(path) + ": " + reason), Error);
-}
-
 }  // namespace
 
 std::optional<std::string> wholeFile(utils::FileBytes read) {
@@ -58,12 +53,17 @@ void requireNoReadError(std::istream const& stream) {
   if (stream.bad()) throw DataException(Messages::tr("the file could not be read to its end").toStdString());
 }
 
+void tellNotWritten(QString const& path, QString const& reason) {
+  if (reason.isEmpty()) return;
+  Messages::send(Messages::tr("The file was not written: %1").arg(utils::readablePath(path) + ": " + reason), Error);
+}
+
 void replaceFile(QString const& path, std::function<void(std::ostream&)> const& print) {
-  tellFailure(path, utils::replaceFile(path, printed(print)));
+  tellNotWritten(path, utils::replaceFile(path, printed(print)));
 }
 
 void replaceFile(std::string const& localPath, std::function<void(std::ostream&)> const& print) {
-  tellFailure(utils::pathOfLocal(localPath), utils::replaceLocalFile(localPath, printed(print)));
+  tellNotWritten(utils::pathOfLocal(localPath), utils::replaceLocalFile(localPath, printed(print)));
 }
 
 }  // namespace kvn::detail

@@ -30,6 +30,9 @@ QByteArray qtBytes(std::string const& bytes);
 /// For a stream from which nothing more comes. @throws DataException when that is not its end but an error.
 void requireNoReadError(std::istream const& stream);
 
+/// Sends an `Error` message that a file was not written, and why; nothing without a reason.
+void tellNotWritten(QString const& path, QString const& reason);
+
 /// Replaces a file by what `print` prints. When that fails the old file stays as it was, and an `Error` message says
 /// why. @throws what `print` throws; std::bad_alloc.
 void replaceFile(QString const& path, std::function<void(std::ostream&)> const& print);

@@ -36,7 +36,7 @@ struct LineMark {
 struct OpenedFile {
   bool isLocalText = false;                ///< the file is in the local 8-bit encoding; its records are UTF-8
   FieldTextCheck text;                     ///< of field jobs and project files
-  std::vector<FieldFinding> toldFindings;  ///< on the text of a network file, which its reader has told as messages
+  std::vector<FieldFinding> toldFindings;  ///< on the text of a network file, which `open` has told as messages
   FieldReduction reduction;                ///< of rows; its observations are below
   /// Every observation by itself, with its line, of rows and of a network file read with care. A host may have edited
   /// the lines of the project since; see `observationsNow`.

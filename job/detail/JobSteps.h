@@ -38,9 +38,10 @@ void sendInfo(QString const& text);
 /// @throws JobException for the first `Error` among the findings.
 void requireNoError(QString const& file, std::vector<FieldFinding> const& findings);
 
-/// All bytes of a file. @throws JobException for one that is not there, cannot be read or is of an unknown kind.
+/// All bytes of a file. @throws JobException for one that is not there or cannot be read.
 std::string bytesOf(QString const& path);
-/// Takes the bytes of a file of any kind into an empty project. @throws what the readers throw.
+/// Takes the bytes of a file into an empty project.
+/// @throws JobException for a file of an unknown kind; what the readers throw.
 OpenedFile takeIn(Project& project, QString const& path, std::string bytes, bool asRead, bool isPlan = false);
 /// A look at the text of a project file, for what its reader takes in silence.
 ///

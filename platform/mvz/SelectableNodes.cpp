@@ -2,27 +2,48 @@
 
 #include <mvz/SelectableFeatureNode.h>
 #include <mvz/SelectablePlaceNode.h>
+#include <utils/FileName.h>
 #include <utils/ResourceFile.h>
 #include <utils/detail/InstalledCode.h>
 #include <utils/detail/PrivateData.h>
 
-#include <QLoggingCategory>
 #include <filesystem>
 #include <map>
 #include <osg/Image>
+#include <osg/Notify>
 #include <osgDB/ReadFile>
+#include <utility>
 
 namespace mvz {
 namespace {
 
-Q_LOGGING_CATEGORY(mapLog, "kelvane.map", QtWarningMsg)
+/// OpenSceneGraph prints what keeps it from reading a file, in lines of its own.
+class Silence {
+ public:
+  Silence() { osg::setNotifyLevel(osg::ALWAYS); }
+  Silence(Silence const&) = delete;
+  Silence& operator=(Silence const&) = delete;
+  ~Silence() { osg::setNotifyLevel(before); }
+
+ private:
+  osg::NotifySeverity before = osg::getNotifyLevel();
+};
+
+std::function<void(QString const& file)>& iconFailureCall() {
+  static auto& call = *new std::function<void(QString const& file)>;
+  return call;
+}
 
 osg::ref_ptr<osg::Image> readIcon(std::string const& url) {
-  std::string const file = utils::resourceFile(QString::fromStdString(url));
-  utils::InstalledCode const guard;
-  osg::ref_ptr<osg::Image> const image =
-      file.empty() ? nullptr : osgDB::readRefImageFile(std::filesystem::absolute(file).string());
-  if (image == nullptr) qCWarning(mapLog) << "Kelvane:no icon" << url.c_str();
+  QString const name = QString::fromStdString(url);
+  std::string const file = utils::resourceFile(name);
+  osg::ref_ptr<osg::Image> image;
+  if (!file.empty()) {
+    utils::InstalledCode const guard;
+    Silence const silence;
+    image = osgDB::readRefImageFile(std::filesystem::absolute(file).string());
+  }
+  if (image == nullptr && iconFailureCall()) iconFailureCall()(file.empty() ? name : utils::pathOfNative(file));
   return image;
 }
 
@@ -81,6 +102,10 @@ SelectablePlaceNode::SelectablePlaceNode(osgEarth::GeoPoint const& position, std
 }
 
 SelectablePlaceNode::~SelectablePlaceNode() = default;
+
+void SelectablePlaceNode::setIconFailureCall(std::function<void(QString const& file)> call) {
+  iconFailureCall() = std::move(call);
+}
 
 osgEarth::Style const& SelectablePlaceNode::getNormalStyle() const { return own->normal; }
 osgEarth::Style const& SelectablePlaceNode::getSelectedStyle() const { return own->selected; }

@@ -5,6 +5,8 @@
 #include <mvz/MapLibrary.h>
 #include <utils/Export.h>
 
+#include <QString>
+#include <functional>
 #include <memory>
 #include <osgEarth/PlaceNode>
 #include <string>
@@ -17,6 +19,10 @@ class KELVANE_EXPORT SelectablePlaceNode : public osgEarth::PlaceNode, public IS
  public:
   SelectablePlaceNode(osgEarth::GeoPoint const& position, std::string const& text, osgEarth::Style normal,
                       osgEarth::Style selected);
+
+  /// Told of an icon that is not there or cannot be read, each once in the life of the process; an empty call tells
+  /// nobody.
+  static void setIconFailureCall(std::function<void(QString const& file)> call);
 
   osgEarth::Style const& getNormalStyle() const;
   osgEarth::Style const& getSelectedStyle() const;

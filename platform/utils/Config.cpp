@@ -31,8 +31,7 @@ Config::ReadResult parse(std::string const& bytes, Json::Value& tree) {
   }
 }
 
-Config::ReadResult readTree(std::string const& localPath, Json::Value& tree) {
-  FileBytes const file = readLocalFile(localPath);
+Config::ReadResult parse(FileBytes const& file, Json::Value& tree) {
   if (file.state == FileBytes::State::Missing) return Config::ReadResult::Missing;
   return file.isWhole() ? parse(file.bytes, tree) : Config::ReadResult::Unreadable;
 }
@@ -66,7 +65,9 @@ std::string printed(Json::Value const& tree) {
 Config::ReadResult Config::read(std::string const& path) {
   Json::Value fresh;
   unread = path;  // and stays so where there is no memory to read it
-  ReadResult const result = readTree(path, fresh);
+  FileBytes const file = readLocalFile(path);
+  ReadResult const result = parse(file, fresh);
+  unreadable = result == ReadResult::Unreadable ? file.reason : QString();
   if (result != ReadResult::Unreadable) unread.clear();
   if (result != ReadResult::Good) return result;
   tree.swap(fresh);
@@ -74,15 +75,18 @@ Config::ReadResult Config::read(std::string const& path) {
   return result;
 }
 
+QString const& Config::unreadableReason() const { return unreadable; }
+
 Config::WriteResult Config::write(std::string const& localPath) const {
   WriteResult result;
   QString const path = pathOfLocal(localPath);
   if (path.isEmpty()) return result;
   Json::Value old;
-  ReadResult const state = readTree(localPath, old);
+  FileBytes const file = readLocalFile(localPath);
+  ReadResult const state = parse(file, old);
   if (state == ReadResult::Good && readFrom != localPath && tree.empty()) return result;
   if (state == ReadResult::Unreadable) {
-    result.error = QStringLiteral("%1: it cannot be read").arg(path);
+    result.error = QStringLiteral("%1: %2").arg(readablePath(path), file.reason);
     return result;
   }
   if (state == ReadResult::Good && unread == localPath) {

@@ -22,6 +22,8 @@ class KELVANE_EXPORT Config {
   /// Reads the file; only a good one changes the tree.
   /// @param path  local 8-bit encoding; an empty one counts as missing.
   ReadResult read(std::string const& path);
+  /// Why the last `read` was `Unreadable`, for the user, without the file's name; empty when it was not.
+  QString const& unreadableReason() const;
 
   struct WriteResult {
     QString error;   ///< why nothing was written; empty when all is well
@@ -46,6 +48,7 @@ class KELVANE_EXPORT Config {
   Json::Value tree;
   std::string readFrom;  ///< the file of the tree; empty while none was read
   std::string unread;    ///< the file that `read` failed to read; empty when it did not
+  QString unreadable;
 };
 
 }  // namespace utils

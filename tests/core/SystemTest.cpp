@@ -91,6 +91,17 @@ TEST(SystemConfiguration, WarnsAndKeepsAFileThatIsNoJson) {
   EXPECT_TRUE(host.messages[0].first.contains(after[1]) || host.messages[0].first.contains(after[2]));
 }
 
+TEST(SystemConfiguration, SaysWhyAFileCannotBeRead) {
+  test::Host host;
+  host.system.setConfigFile("/proc/self/mem");  // opens, and cannot be read at its beginning
+  host.system.readConfig();
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].first,
+            "The configuration file /proc/self/mem: the file could not be read to its end: Input/output error; the "
+            "default settings are used");
+  host.system.setConfigFile("");
+}
+
 class Holder : public QObject, public IHasProject {
  public:
   using IHasProject::IHasProject;

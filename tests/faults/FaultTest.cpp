@@ -42,6 +42,7 @@ constexpr char const* kCodes =
     "<Codes><PGroups><PGroup>Trees</PGroup></PGroups><Points><Point><Name>Oak</Name><Group>Trees</Group></Point>"
     "<Point><Name>Elm</Name><Group>Trees</Group><Code>ELM</Code></Point></Points></Codes>";
 constexpr char const* kSettings = "{\n  \"old\" : true\n}";  // as it is written
+constexpr char const* kOpen = R"([{"name": "OpenFileCMD", "in": {"file": "a.txt"}}])";
 constexpr char const* kSwitch = R"([{"name": "SwitchTraverseDataCMD", "in": {"data": {"file": "a.txt"}}}])";
 constexpr char const* kEdit = R"([{"name": "RemoveNetworkDataCMD", "in": {"data": {"ids": []}}}])";
 
@@ -234,14 +235,27 @@ TEST_F(Fault, LeavesTheOldFileOrTheNewOneAndSaysSo) {
         } else {
           EXPECT_TRUE(hurt.file == old || hurt.file == good.file) << hurt.file;
           EXPECT_NE(hurt.told, "") << "it died in silence";
-          // Of legend codes and settings a host learns that they failed, not why.
-          bool const isForUsers = std::string(c.program) == KELVANE_HOST_PROGRAM;
-          EXPECT_TRUE(isAllocation || !isForUsers || tellsWhy(hurt.told + hurt.printed)) << hurt.told;
+          EXPECT_TRUE(isAllocation || tellsWhy(hurt.told + hurt.printed)) << hurt.told;
         }
         EXPECT_EQ(leftOvers(c), "");
       }
     }
   }
+}
+
+TEST_F(Fault, WantOfMemoryIsNotTakenForAFaultOfTheFile) {
+  Case const c = {"", {"exec"}, kTraverse, "a.txt", nullptr, kOpen};
+  ASSERT_TRUE(end(c, "none").isDone);
+  readCounts();
+  long const step = stepOfAllocations(counts["malloc"]);
+  int told = 0;
+  for (long k = 1 + step / 2; k <= counts["malloc"]; k += step) {
+    std::string const printed = end(c, "malloc:" + std::to_string(k)).printed;
+    if (printed.find("not enough memory") == std::string::npos) continue;
+    ++told;
+    EXPECT_EQ(printed.find("with care"), std::string::npos) << printed;
+  }
+  EXPECT_GT(told, 0);
 }
 
 TEST_F(Fault, LeavesNothingAboutWhenASignalEndsIt) {

@@ -211,6 +211,24 @@ TEST(CommandLine, OpensAndWritesFilesAsAShellKnowsThem) {
   }
 }
 
+// Latin-1, which is no text in UTF-8 and which JSON cannot hold.
+TEST(CommandLine, NamesAFileWhoseBytesAreNoTextTheSameEverywhere) {
+  Program const program;
+  program.write("net.in2", kNetworkFile);
+  ASSERT_EQ(program.shell("cp net.in2 $(printf 'raw\\351.in2')").exitCode, 0);
+  for (char const* command : {"adjust RAW.in2 --json", "check RAW.in2 RAW.in2 --json", "show RAW.in2 --json",
+                              "convert RAW.in2 RAW.kvn --json", "map RAW.in2 RAW.svg --json", "map RAW.in2 RAW.svg",
+                              "map RAW.in2 RAW.svg -q && cat RAW.svg", "report RAW.in2 RAW.html --json",
+                              "show RAW.txt --json", "map RAW.in2 RAW/map.svg --json"}) {
+    SCOPED_TRACE(command);
+    QString const line = QString(command).replace("RAW", "\"$raw\"");
+    test::Run const run = program.shell("raw=$(printf 'raw\\351'); \"$KELVANE\" " + line);
+    bool const isJson = line.contains("--json");
+    EXPECT_THAT(run.out, HasSubstr(isJson ? "raw\\\\xE9" : "raw\\xE9"));
+    EXPECT_THAT(run.out + run.err, testing::Not(HasSubstr("raw?")));
+  }
+}
+
 TEST(CommandLine, CheckTellsWhatAnAdjustmentWouldRunInto) {
   Program const program;
   // A square of 100 m: all sides and diagonals are seen; P is seen from A alone.

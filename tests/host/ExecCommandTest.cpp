@@ -1,4 +1,5 @@
 #include "Program.h"
+#include "support/OpenCount.h"
 #include "support/Support.h"
 
 #include <gmock/gmock.h>
@@ -273,6 +274,32 @@ TEST(ExecCommand, SwitchesToAFileInTheEncodingOfTheOptionAndRefusesItInAnother) 
             "local.txt: the file is no text in the encoding UTF-8; --encoding names another one");
   EXPECT_FALSE(refused[1]["ok"].asBool());
   EXPECT_EQ(refused[2]["out"]["rows"].size() + refused[2]["out"]["coordinates"].size(), 0U);
+}
+
+// A file that somebody writes anew would be judged by one reading and taken from another.
+TEST(ExecCommand, ReadsTheFileOfACommandOnce) {
+  Program const program;
+  QString const folder = QString::fromStdString(program.shell("pwd").out).trimmed();
+  program.write("job.txt", kBook);
+  program.write("local.txt", kLocalBook);
+  program.write("net.in2", kNetworkFile);
+  program.write("points.dat", "C,m,1,2,3\n");
+  program.write("points.foo", "C,m,1,2,3\n");
+  program.write("bad.in2", "2,3,3\nA,zero\n");
+  program.write("one-face.txt", "STA,A,1.5,,10,10,5\nSC,B,1.6,,1.0000,90.0000,7,0,0,0\n");
+  ASSERT_EQ(program.run({"convert", "job.txt", "job.kvn"}).exitCode, 0);
+  for (char const* file :
+       {"job.txt", "local.txt", "net.in2", "points.dat", "bad.in2", "one-face.txt", "job.kvn", "points.foo"}) {
+    for (char const* command : {"OpenFileCMD", "SwitchTraverseDataCMD", "SwitchCoordinateDataCMD"}) {
+      SCOPED_TRACE(std::string(command) + " " + file);
+      test::OpenCount const opened(folder + '/' + file);
+      std::string const in = std::string(R"({"file": ")") + file + "\"}";
+      bool const isOpening = *command == 'O';
+      program.run({"exec", "--encoding", "GBK"}, listOf(std::string(R"({"name": ")") + command + R"(", "in": )" +
+                                                        (isOpening ? in : R"({"data": )" + in + "}") + "}"));
+      EXPECT_EQ(opened.take(), 1);
+    }
+  }
 }
 
 TEST(ExecCommand, AFileThatCannotBeOpenedLeavesAllAsItWasAndIsNamedWithTheReason) {

@@ -195,6 +195,15 @@ TEST(HeightsCommand, TakesTheStationsOfAnInstrumentJobThatHaveCoordinatesAsKnown
   EXPECT_NEAR(run.json()["points"][1]["height"].asDouble(), 100.0026, 1e-4);  // the curvature less refraction above
 }
 
+TEST(HeightsCommand, TellsOnceOfAKnownStationWithTwoHeights) {
+  Program program;
+  program.write("job.txt", std::string(test::kFieldBook) + "STA,A,1.5,,1000,1000,51\n");
+  for (char const* command : {"heights", "adjust"}) {
+    QString const told = QString::fromStdString(program.run({command, "job.txt"}).err);
+    EXPECT_EQ(told.count("heights, of which the first counts: A\n"), 1) << told.toStdString();
+  }
+}
+
 TEST(HeightsCommand, RefusesWithAReason) {
   Program program;
   std::string const book = kFieldBook;

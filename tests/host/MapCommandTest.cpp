@@ -126,6 +126,22 @@ TEST(MapCommand, TellsTheResolutionOfAPictureForPaper) {
   EXPECT_EQ(sizeOf(program.read("paper.png")), "1200x800");
 }
 
+// Icons lie beside the program, or with the installed library.
+TEST(MapCommand, NamesAnIconThatCannotBeReadOnce) {
+  Program const program;
+  program.write("points.dat", "A,,0,0,0\nB,,100,100,0");
+  test::Run const run =
+      program.shell(R"sh(mkdir -p a/bin/config/earth/img && cp "$KELVANE" a/bin/kelvane
+      ln -s "$(dirname "$KELVANE")/../lib" a/lib
+      head -c 200 ")sh" KELVANE_SOURCE_DIR
+                    R"sh(/config/earth/img/kvn_coordpoint.png" > a/bin/config/earth/img/kvn_coordpoint.png
+      a/bin/kelvane map points.dat map.png --size 300x200)sh");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_THAT(run.err,
+              testing::MatchesRegex("Warning: The icon [^\n]*/a/bin/config/earth/img/kvn_coordpoint.png cannot "
+                                    "be read: points show by their names alone\n"));
+}
+
 TEST(MapCommand, RefusesWhatItCannotDrawAndLeavesTheOldPicture) {
   Program const program;
   program.write("empty.dat", "");

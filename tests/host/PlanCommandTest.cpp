@@ -121,13 +121,13 @@ TEST(PlanCommand, RefusesWhatItCannotPlan) {
                         {{"--points", "points.dat"}, 1, "plan.in2: Points without coordinates: Q\n"},
                         {{"--points", "none.dat"}, 1, "none.dat: no such file"},
                         {{"--points", "all.dat", "--free", "--control-error", "1"}, 2, "does not go with --free"},
-                        {{"--points", "all.dat"}, 0, "Line 8 is passed over: R,XY"}}) {
+                        {{"--points", "all.dat"}, 0, "the line is passed over: R,XY: line 8"}}) {
     test::Run const run = program.run(QStringList{"plan", "plan.in2"} + c.options);
     EXPECT_EQ(run.exitCode, c.exitCode);
     EXPECT_THAT(run.err, HasSubstr(c.says));
   }
   // What has no values is not adjusted.
-  EXPECT_THAT(program.run({"adjust", "plan.in2"}).err, HasSubstr("Line 5 is passed over: B,L"));
+  EXPECT_THAT(program.run({"adjust", "plan.in2"}).err, HasSubstr("the line is passed over: B,L: line 5"));
 }
 
 }  // namespace

@@ -1,43 +1,14 @@
 // Opening a job: once, with findings that lead to lines, and nothing of it where the file is refused.
 #include "Folder.h"
+#include "support/OpenCount.h"
 
 #include <gmock/gmock.h>
-#include <sys/inotify.h>
-#include <unistd.h>
-#include <cstring>
 
 namespace {
 
 using namespace kvn;
 using test::JobInFolder;
 using testing::HasSubstr;
-
-/// How often a file has been opened since the construction.
-class OpenCount {
- public:
-  explicit OpenCount(QString const& path) : events(inotify_init1(IN_NONBLOCK)) {
-    // With what closes it: equal events that follow each other would be told as one.
-    EXPECT_GE(inotify_add_watch(events, path.toUtf8().constData(), IN_OPEN | IN_CLOSE), 0);
-  }
-  OpenCount(OpenCount const&) = delete;
-  OpenCount& operator=(OpenCount const&) = delete;
-  ~OpenCount() { ::close(events); }
-
-  int take() const {
-    char bytes[4096];
-    ssize_t const size = ::read(events, bytes, sizeof bytes);
-    int opened = 0;
-    for (ssize_t at = 0; at < size; at += static_cast<ssize_t>(sizeof(inotify_event))) {
-      inotify_event event{};
-      std::memcpy(&event, bytes + at, sizeof event);
-      if ((event.mask & IN_OPEN) != 0) ++opened;
-    }
-    return opened;
-  }
-
- private:
-  int events;
-};
 
 TEST_F(JobInFolder, ReadsAFileOfAnyKindOnce) {
   QString const files[] = {written("a.txt", test::kFieldBook), written("b.lqf", test::kTwoSetUps),
@@ -47,7 +18,7 @@ TEST_F(JobInFolder, ReadsAFileOfAnyKindOnce) {
   for (QString const& file : files) {
     SCOPED_TRACE(file.toStdString());
     for (Job::Reading const reading : {Job::Reading::Careful, Job::Reading::AsRead}) {
-      OpenCount const opened(file);
+      test::OpenCount const opened(file);
       job.open(file, reading);
       EXPECT_EQ(opened.take(), 1);
     }

@@ -127,6 +127,21 @@ TEST_F(JobWarnings, TellWhatTheReaderOfANetworkPassesOverWithItsLine) {
   EXPECT_THAT(job.findingsOf(Job::FileTold), IsEmpty());
 }
 
+TEST_F(JobWarnings, GroupWhatTheReaderOfANetworkFindsByItsKind) {
+  std::string text = test::kFirstNetwork;
+  for (int i = 0; i < 40; ++i) text += "P,L,10.7500\nWHAT" + std::to_string(i) + ",ever\n";
+  job.open(written("net.in2", text));
+  ASSERT_EQ(host.messages.size(), 4U);
+  EXPECT_EQ(host.messages[0].first,
+            "minutes or seconds of 60 and above: 10.7500: line 12; line 14; line 16; and 37 more");
+  EXPECT_EQ(host.messages[1].first, "the line is passed over: WHAT0,ever: line 13");
+  EXPECT_THAT(host.messages[3].first.toStdString(), testing::EndsWith("line 17; and 37 more of this kind"));
+  EXPECT_EQ(job.findingsOf(Job::FileTold).size(), 80U);
+  host.messages.clear();
+  EXPECT_THROW(job.open(written("negative.in2", text + "P,S,-1\n")), JobException);
+  EXPECT_EQ(host.messages.size(), 4U) << "the failure may follow from what stands before it";
+}
+
 TEST_F(JobWarnings, NameKnownPointsThatApproximateCoordinatesPutElsewhere) {
   job.open(written("net.in2", test::kFirstNetwork));
   std::vector<CoordinatePointInfo> points(3);

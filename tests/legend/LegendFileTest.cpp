@@ -5,6 +5,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
+#include <utility>
 
 #include "legend/LegendSupport.h"
 #include "support/Support.h"
@@ -83,6 +84,19 @@ TEST_F(LegendFile, AFileThatIsNoXmlLeavesTheLibraryEmpty) {
   }
 }
 
+TEST_F(LegendFile, SaysWhyAFileCannotBeReadAndNothingOfOneThatIsNoXml) {
+  test::Host const host;
+  EXPECT_FALSE(library.readPrjCode("/proc/self/mem"));  // opens, and cannot be read at its beginning
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(
+      host.messages[0].first,
+      "The legend codes were not read: /proc/self/mem: the file could not be read to its end: Input/output error");
+  EXPECT_EQ(host.messages[0].second, kvn::Warning);
+  EXPECT_FALSE(read("<R>"));
+  EXPECT_TRUE(library.readPrjCode(path("none.xml")));
+  EXPECT_EQ(host.messages.size(), 1U);
+}
+
 TEST_F(LegendFile, WritesTheListedGroupsAndTheirCodes) {
   ASSERT_TRUE(
       read("<R><PGroups><P>G</P><P/></PGroups><Points><Point><Name>n</Name><Group>G</Group></Point></Points></R>"));
@@ -97,10 +111,18 @@ TEST_F(LegendFile, WritesTheListedGroupsAndTheirCodes) {
 }
 
 TEST_F(LegendFile, AFailedSaveLeavesTheOldFileAndTheLibrary) {
+  test::Host host;
+  auto const told = [&host] {
+    auto const messages = std::exchange(host.messages, {});
+    return messages.size() == 1 && messages[0].second == kvn::Error ? messages[0].first : QString();
+  };
   ASSERT_TRUE(library.addGroup("G", kvn::Point));
   EXPECT_FALSE(library.saveAsPrjCode(""));
+  EXPECT_TRUE(told().startsWith("The file was not written: "));
   EXPECT_FALSE(library.saveAsPrjCode(folder.path()));
+  EXPECT_EQ(told(), "The file was not written: " + folder.path() + ": Is a directory");
   EXPECT_FALSE(library.saveAsPrjCode(path("no folder/out.xml")));
+  EXPECT_TRUE(told().endsWith("no folder/out.xml: No such file or directory"));
   test::writeFile(path("old.xml"), "old");
   test::LocalEncoding const latin("ISO-8859-1");
   for (QString const& text : {QString::fromUtf8("图根点"), QString("a") + QChar(0) + "b", QString(QChar(0xd800))}) {
@@ -108,6 +130,8 @@ TEST_F(LegendFile, AFailedSaveLeavesTheOldFileAndTheLibrary) {
     code.Code = text;
     library.getLegendCodeList("G", kvn::Point) = {code};
     EXPECT_FALSE(library.saveAsPrjCode(path("old.xml")));
+    EXPECT_EQ(told(), "The file was not written: " + path("old.xml") + ": " + text +
+                          " cannot be written in the encoding ISO-8859-1");
     EXPECT_EQ(test::fileBytes(path("old.xml")), "old");
     EXPECT_EQ(library.getLegendCodeList("G", kvn::Point), QList<Code>{code});
   }

@@ -61,7 +61,11 @@ TEST_F(ConfigFile, ADirectoryInItsPlaceStays) {
   config.root()["a"] = 1;
   QDir(directory.path()).mkdir("taken.json");
   EXPECT_EQ(config.read(path("taken.json")), Config::ReadResult::Unreadable);
-  EXPECT_THAT(config.write(path("taken.json")).error.toStdString(), testing::HasSubstr("cannot be read"));
+  EXPECT_EQ(config.unreadableReason(), "not a regular file");
+  EXPECT_THAT(config.write(path("taken.json")).error.toStdString(),
+              testing::EndsWith("taken.json: not a regular file"));
+  config.read(path("missing.json"));
+  EXPECT_EQ(config.unreadableReason(), "");
   EXPECT_TRUE(QFileInfo(directory.filePath("taken.json")).isDir());
 }
 
