@@ -68,6 +68,13 @@ void JsonStream::newLine() {
   pending.append(2 * levels.size(), ' ');
 }
 
+/// What stands between two members, in one piece: most of a large document are members.
+std::string const& JsonStream::betweenMembers() {
+  while (separators.size() <= levels.size())
+    separators.push_back(",\n" + std::string(2 * separators.size(), ' ') + '"');
+  return separators[levels.size()];
+}
+
 void JsonStream::passOn(std::size_t least) {
   if (pending.size() < least) return;
   sink(pending);
@@ -75,8 +82,12 @@ void JsonStream::passOn(std::size_t least) {
 }
 
 JsonStream& JsonStream::member(std::string_view name) {
-  nextElement('{');
-  pending += '"';
+  if (levels.back().isEmpty) {
+    nextElement('{');
+    pending += '"';
+  } else {
+    pending += betweenMembers();
+  }
   pending += name;
   pending += "\": ";
   isBehindName = true;

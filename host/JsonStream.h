@@ -55,12 +55,14 @@ class JsonStream {
   void end(char open, char close);
   void nextElement(char bracket);
   void newLine();
+  std::string const& betweenMembers();
   void passOn(std::size_t least);
 
   TextSink const& sink;
   Digits digits;
   std::string pending;
   std::vector<Level> levels;
+  std::vector<std::string> separators;  // by the number of levels
   bool isBehindName = false;
 };
 

@@ -78,72 +78,74 @@ SparseCholesky::SparseCholesky(std::vector<int> const& blockSizes, JoinedGraph c
 void SparseCholesky::buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes,
                                   std::vector<int> const& groupOf, Effort& effort) {
   std::vector<int> rankOf(tree.blockOrder.size());
+  groups.reserve(tree.blockOrder.size() + 1);
   for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
     int const group = tree.blockOrder[rank];
     rankOf[index(group)] = static_cast<int>(rank);
-    groupFirst.push_back(static_cast<int>(groupAt.size()));
+    groups.push_back({static_cast<int>(groupAt.size()), 0, 0, 0});
     groupAt.insert(groupAt.end(), index(graph.sizes[index(group)]), static_cast<int>(rank));
   }
-  groupFirst.push_back(static_cast<int>(groupAt.size()));
+  groups.push_back({static_cast<int>(groupAt.size()), 0, 0, 0});
 
   placeOf.reserve(groupAt.size());
-  std::vector<int> next(groupFirst.begin(), groupFirst.end() - 1);
+  std::vector<int> next;
+  next.reserve(groups.size());
+  for (Group const& group : groups) next.push_back(group.first);
   for (std::size_t b = 0; b < blockSizes.size(); ++b) {
     int& place = next[index(rankOf[index(groupOf[b])])];
     for (int i = 0; i < blockSizes[b]; ++i) placeOf.push_back(place++);
   }
 
-  valueStart.assign(1, 0);
-  laterStart.assign(1, 0);
-  laterGroups.reserve(graph.neighbours.size() / 2);
-  laterOffsets.reserve(graph.neighbours.size() / 2);
+  laterNeighbours.reserve(graph.neighbours.size() / 2);
+  std::vector<int> later;  // ranks
   for (std::size_t rank = 0; rank < tree.blockOrder.size(); ++rank) {
     effort.step();
     int const group = tree.blockOrder[rank];
+    later.clear();
     for (std::size_t p = graph.starts[index(group)]; p < graph.starts[index(group) + 1]; ++p) {
       int const other = rankOf[index(graph.neighbours[p])];
-      if (other > static_cast<int>(rank)) laterGroups.push_back(other);
+      if (other > static_cast<int>(rank)) later.push_back(other);
     }
-    std::sort(laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart.back()), laterGroups.end());
-    int const width = groupFirst[rank + 1] - groupFirst[rank];
-    int height = width;
-    for (std::size_t p = laterStart.back(); p < laterGroups.size(); ++p) {
-      laterOffsets.push_back(height);
-      height += groupFirst[index(laterGroups[p]) + 1] - groupFirst[index(laterGroups[p])];
+    std::sort(later.begin(), later.end());
+    int const width = groups[rank + 1].first - groups[rank].first;
+    int& height = groups[rank].height;
+    height = width;
+    for (int const other : later) {
+      laterNeighbours.push_back({groups[index(other)].first, height});
+      height += groups[index(other) + 1].first - groups[index(other)].first;
     }
-    laterStart.push_back(laterGroups.size());
-    groupHeight.push_back(height);
-    valueStart.push_back(valueStart.back() + index(width) * index(height));
+    groups[rank + 1].later = laterNeighbours.size();
+    groups[rank + 1].values = groups[rank].values + index(width) * index(height);
   }
-  values.assign(valueStart.back(), 0.0);
+  values.assign(groups.back().values, 0.0);
 }
 
-SparseCholesky::Slot SparseCholesky::slot(int i, int j) const {
-  int row = placeOf[index(i)];
-  int column = placeOf[index(j)];
+/// Of the unknowns at two places.
+SparseCholesky::Slot SparseCholesky::slotAt(int row, int column) const {
   if (row < column) std::swap(row, column);
-  std::size_t const group = index(groupAt[index(column)]);
-  std::size_t const start = valueStart[group] + index(column - groupFirst[group]) * index(groupHeight[group]);
-  int const other = groupAt[index(row)];
-  if (index(other) == group) return {start + index(row - groupFirst[group]), true};
-  auto const begin = laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart[group]);
-  auto const end = laterGroups.begin() + static_cast<std::ptrdiff_t>(laterStart[group + 1]);
-  auto const found = std::lower_bound(begin, end, other);
-  if (found == end || *found != other) return {0, false};
-  auto const offset = laterOffsets[index(static_cast<int>(found - laterGroups.begin()))];
-  return {start + index(offset + row - groupFirst[index(other)]), true};
+  std::size_t const number = index(groupAt[index(column)]);
+  Group const& group = groups[number];
+  Group const& next = groups[number + 1];
+  std::size_t const start = group.values + index(column - group.first) * index(group.height);
+  if (row < next.first) return {start + index(row - group.first), true};
+  auto const begin = laterNeighbours.begin() + static_cast<std::ptrdiff_t>(group.later);
+  auto const end = laterNeighbours.begin() + static_cast<std::ptrdiff_t>(next.later);
+  auto const isBefore = [row](LaterNeighbour const& other) { return other.first <= row; };
+  constexpr std::ptrdiff_t kFew = 16;  // looked at one by one: mostly they are, and a search would go astray
+  auto const behind =
+      end - begin <= kFew ? std::find_if_not(begin, end, isBefore) : std::partition_point(begin, end, isBefore);
+  if (behind == begin) return {0, false};
+  LaterNeighbour const& found = *(behind - 1);
+  int const at = found.row + row - found.first;
+  return {start + index(at), at < (behind == end ? group.height : behind->row)};
 }
 
 SparseCholesky::SparseCholesky(SparseCholesky const& other)
     : tree(other.tree),
       placeOf(other.placeOf),
       groupAt(other.groupAt),
-      groupFirst(other.groupFirst),
-      groupHeight(other.groupHeight),
-      valueStart(other.valueStart),
-      laterStart(other.laterStart),
-      laterGroups(other.laterGroups),
-      laterOffsets(other.laterOffsets),
+      groups(other.groups),
+      laterNeighbours(other.laterNeighbours),
       values(other.values),
       inverseValues(other.inverseValues),
       least(other.least),
@@ -155,7 +157,7 @@ SparseCholesky::SparseCholesky(SparseCholesky const& other)
 
 void SparseCholesky::clear() {
   if (values.empty()) values.swap(inverseValues);
-  values.assign(valueStart.back(), 0.0);
+  values.assign(groups.back().values, 0.0);
   inverseValues.clear();
 }
 
@@ -168,24 +170,36 @@ void SparseCholesky::add(int i, int j, double value) {
 /// element. Unknowns that stand side by side in one group, as x and y of a point do, are looked up together.
 template <typename Visit>
 void SparseCholesky::visitPairs(int const* at, int count, Visit visit) const {
-  auto const endOfRun = [&](int begin) {
-    int end = begin + 1;
-    while (end < count && placeOf[index(at[end])] == placeOf[index(at[end - 1])] + 1 &&
-           groupAt[index(placeOf[index(at[end])])] == groupAt[index(placeOf[index(at[begin])])])
-      ++end;
-    return end;
+  struct Run {
+    int begin;
+    int end;
+    int place;
+    int group;
   };
-  for (int r = 0; r < count; r = endOfRun(r)) {
-    int const rEnd = endOfRun(r);
-    for (int c = 0; c <= r; c = endOfRun(c)) {
-      Slot const first = slot(at[r], at[c]);
+  constexpr std::size_t kFew = 8;
+  Run few[kFew];
+  std::vector<Run> many;
+  if (index(count) > kFew) many.resize(index(count));
+  Run* const runs = many.empty() ? few : many.data();
+  int last = -1;
+  for (int i = 0; i < count; ++i) {
+    int const place = placeOf[index(at[i])];
+    int const group = groupAt[index(place)];
+    bool const goesOn = last >= 0 && runs[last].group == group && place == runs[last].place + i - runs[last].begin;
+    if (!goesOn) runs[++last] = {i, i, place, group};
+    runs[last].end = i + 1;
+  }
+  for (Run const* r = runs; r <= runs + last; ++r) {
+    for (Run const* c = runs; c <= r; ++c) {
+      Slot const first = slotAt(r->place, c->place);
       if (!first.exists) continue;
-      int const cEnd = endOfRun(c);
-      bool const isBelow = placeOf[index(at[r])] >= placeOf[index(at[c])];
-      auto const height = index(groupHeight[index(groupAt[index(placeOf[index(at[isBelow ? c : r])])])]);
-      for (int i = r; i < rEnd; ++i) {
-        for (int j = c; j < cEnd && j <= i; ++j) {
-          visit(i, j, first.at + index(i - r) * (isBelow ? 1 : height) + index(j - c) * (isBelow ? height : 1));
+      bool const isBelow = r->place >= c->place;
+      std::size_t const height = index(groups[index(isBelow ? c->group : r->group)].height);
+      std::size_t const rowStep = isBelow ? 1 : height;
+      std::size_t const columnStep = isBelow ? height : 1;
+      for (int i = r->begin; i < r->end; ++i) {
+        for (int j = c->begin; j < c->end && j <= i; ++j) {
+          visit(i, j, first.at + index(i - r->begin) * rowStep + index(j - c->begin) * columnStep);
         }
       }
     }
@@ -201,13 +215,15 @@ double SparseCholesky::diagonal(int unknown) const { return values[slot(unknown,
 /// Calls visit(row, index of its value) for the elements of N in one column, on and below the diagonal.
 template <typename Visit>
 void SparseCholesky::visitColumn(int place, Visit visit) const {
-  std::size_t const group = index(groupAt[index(place)]);
-  int const first = groupFirst[group];
-  std::size_t at = valueStart[group] + index(place - first) * index(groupHeight[group] + 1);
-  for (int row = place; row < groupFirst[group + 1]; ++row) visit(row, at++);
-  for (std::size_t p = laterStart[group]; p < laterStart[group + 1]; ++p) {
-    std::size_t const other = index(laterGroups[p]);
-    for (int row = groupFirst[other]; row < groupFirst[other + 1]; ++row) visit(row, at++);
+  std::size_t const number = index(groupAt[index(place)]);
+  Group const& group = groups[number];
+  Group const& next = groups[number + 1];
+  std::size_t at = group.values + index(place - group.first) * index(group.height + 1);
+  for (int row = place; row < next.first; ++row) visit(row, at++);
+  for (std::size_t p = group.later; p < next.later; ++p) {
+    LaterNeighbour const& other = laterNeighbours[p];
+    int const end = p + 1 < next.later ? laterNeighbours[p + 1].row : group.height;
+    for (int i = 0; i < end - other.row; ++i) visit(other.first + i, at++);
   }
 }
 
@@ -460,7 +476,7 @@ void SparseCholesky::invertInPlace(Poll const& poll) {
 // child its Z_RR, on a stack: the last child comes next.
 void SparseCholesky::invert(Poll const& poll) {
   Effort effort(poll);
-  inverseValues.resize(valueStart.back());
+  inverseValues.resize(groups.back().values);
   std::vector<std::vector<int>> const children = childrenOfFronts();
   std::size_t largest = 0;
   for (int f = 0; f < tree.fronts(); ++f) largest = std::max(largest, frontColumns(f).height);

@@ -4,6 +4,7 @@
 #include "adjust/linalg/BlockGraph.h"
 #include "adjust/linalg/DenseFactor.h"
 #include "adjust/linalg/FrontTree.h"
+#include "adjust/linalg/Index.h"
 #include "adjust/linalg/SparseVector.h"
 
 #include <cstddef>
@@ -79,7 +80,7 @@ class SparseCholesky {
   void invertInPlace(Poll const& poll = {});
   /// Whether the elements of N are there. Else `restart` begins them anew, all 0, and leaves those of the inverse.
   bool hasElements() const { return !values.empty(); }
-  void restart() { values.assign(valueStart.back(), 0.0); }
+  void restart() { values.assign(groups.back().values, 0.0); }
   /// Element (i, j) of the inverse after `invert`, before it that of N; 0 where no clique brings i and j together.
   double inverse(int i, int j) const;
   /// Whether cliques bring each two of the unknowns together.
@@ -114,7 +115,8 @@ class SparseCholesky {
   void buildColumns(BlockGraph const& graph, std::vector<int> const& blockSizes, std::vector<int> const& groupOf,
                     Effort& effort);
   void findLeast(Bounds const& bounds, Effort& effort);
-  Slot slot(int i, int j) const;
+  Slot slot(int i, int j) const { return slotAt(placeOf[detail::index(i)], placeOf[detail::index(j)]); }
+  Slot slotAt(int row, int column) const;
   template <typename Visit>
   void visitPairs(int const* at, int count, Visit visit) const;
   template <typename Visit>
@@ -135,13 +137,19 @@ class SparseCholesky {
   std::vector<int> placeOf;  // of each unknown in the order of elimination
   // Groups of unknowns with the same neighbours, in the order of elimination. A column of a group has elements for all
   // unknowns of the group and of those of its neighbours that come later.
-  std::vector<int> groupAt;  // of each place
-  std::vector<int> groupFirst;
-  std::vector<int> groupHeight;
-  std::vector<std::size_t> valueStart;
-  std::vector<std::size_t> laterStart;
-  std::vector<int> laterGroups;   // ascending
-  std::vector<int> laterOffsets;  // row of its first unknown in a column
+  struct Group {
+    int first;           // place
+    int height;          // of its columns
+    std::size_t values;  // its elements stand from here on
+    std::size_t later;   // and its neighbours from here on in `laterNeighbours`
+  };
+  struct LaterNeighbour {
+    int first;  // place
+    int row;    // of that in a column
+  };
+  std::vector<int> groupAt;                     // of each place
+  std::vector<Group> groups;                    // and one behind the last
+  std::vector<LaterNeighbour> laterNeighbours;  // of each group ascending
   std::vector<double> values;
   std::vector<double> inverseValues;
   std::unique_ptr<double[]> l;
