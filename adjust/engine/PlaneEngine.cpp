@@ -154,13 +154,18 @@ std::vector<int> const& PlaneEngine::eliminationOrder() {
   return network.blockOrder;
 }
 
-/// Of the points and, behind them, the stations: by the coordinates where all points have some, else by a walk in a
-/// frame of its own. Nothing where that does not reach all of them.
+/// Of the points and, behind them, the stations: by a walk in a frame of its own, whose errors stay smaller than those
+/// of a walk that gave the coordinates, or by these. Nothing where neither has all points.
 std::vector<sparse::BlockPlace> PlaneEngine::placesOfBlocks() const {
-  bool isComplete = true;
-  for (int n = 0; n < network.points; ++n) isComplete = isComplete && isPlaced(xy, n);
-  std::vector<Place> places = isComplete ? placesOf(xy) : roughPlaces(network);
-  if (!std::all_of(places.begin(), places.end(), hasPlace)) return {};
+  auto const areAll = [](std::vector<Place> const& some) { return std::all_of(some.begin(), some.end(), hasPlace); };
+  std::vector<Place> places = roughPlaces(network);
+  if (!areAll(places)) {
+    for (int n = 0; n < network.points; ++n) {
+      if (!isPlaced(xy, n)) return {};
+    }
+    places = placesOf(xy);
+    if (!areAll(places)) return {};
+  }
   for (int s = 0; s < network.stations(); ++s) places.push_back(places[index(network.pointOf(s))]);
   return places;
 }

@@ -10,6 +10,8 @@ namespace kvn::detail {
 namespace {
 
 constexpr double kHalfTurn = 0.5 * utils::kFullCircle;
+// Each goes through all stations.
+constexpr int kMostScans = 10;
 
 class RoughWalk {
  public:
@@ -25,7 +27,8 @@ class RoughWalk {
       orient(station, 0.0);
       follow();
     }
-    while (orientByPlaces()) follow();
+    int scans = 0;
+    while (scans < kMostScans && orientByPlaces()) ++scans;
     for (NumberedNetwork::Direction const& direction : network.directions) {
       Place& from = places[index(network.pointOf(direction.station))];
       Place& target = places[index(direction.target)];
@@ -78,7 +81,7 @@ class RoughWalk {
     }
   }
 
-  /// Stations that nobody sights who is sighted by them. False when there are none left with a place.
+  /// Stations that none of those they sight sights. False when none of them with a place is left.
   bool orientByPlaces() {
     std::size_t const before = oriented.size();
     for (int station = 0; station < network.stations(); ++station) {
@@ -90,7 +93,9 @@ class RoughWalk {
         Place const target = places[index(direction.target)];
         if (hasPlace(target)) sum += (target - from) * polar(1.0, -direction.value);
       }
-      if (std::abs(sum) > 0.0) orient(station, std::arg(sum));
+      if (!(std::abs(sum) > 0.0)) continue;
+      orient(station, std::arg(sum));
+      follow();
     }
     return oriented.size() > before;
   }

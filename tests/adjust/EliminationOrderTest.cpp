@@ -170,6 +170,24 @@ TEST(RoughPlaces, AreTrueToASightInWhateverFrame) {
   }
 }
 
+TEST(RoughPlaces, GoOnWhereEverySightIsOneWay) {
+  constexpr int kPoints = 60;
+  NumberedNetwork network;
+  network.points = kPoints;
+  network.directionStart = {0};
+  for (int from = 0; from + 2 < kPoints; ++from) {  // each sights the next two of a line along the azimuth 0
+    network.stationPoint.push_back(from);
+    for (int to = from + 1; to <= from + 2; ++to) {
+      network.directions.push_back({from, to, -0.1 * from});
+      network.lines.push_back({from, to, 100.0 * (to - from)});
+    }
+    network.directionStart.push_back(static_cast<int>(network.directions.size()));
+  }
+  network.buildLookups();
+  std::vector<Place> const rough = kvn::detail::roughPlaces(network);
+  for (int n = 0; n < kPoints; ++n) EXPECT_LT(std::abs(rough[at(n)] - Place(100.0 * n, 0.0)), 1e-6) << n;
+}
+
 TEST(RoughPlaces, AreNoneWithoutDistances) {
   NumberedNetwork network = sightedRows(Rows(4, 4, 0.0).places, 150.0);
   network.lines.clear();
