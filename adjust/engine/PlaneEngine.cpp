@@ -158,7 +158,7 @@ std::vector<int> const& PlaneEngine::eliminationOrder() {
 /// of a walk that gave the coordinates, or by these. Nothing where neither has all points.
 std::vector<sparse::BlockPlace> PlaneEngine::placesOfBlocks() const {
   auto const areAll = [](std::vector<Place> const& some) { return std::all_of(some.begin(), some.end(), hasPlace); };
-  std::vector<Place> places = roughPlaces(network);
+  std::vector<Place> places = roughPlaces(network, poll);
   if (!areAll(places)) {
     for (int n = 0; n < network.points; ++n) {
       if (!isPlaced(xy, n)) return {};

@@ -17,7 +17,7 @@ inline detail::ConstView transposed(double const* data, std::size_t stride) {
   return {data, static_cast<std::ptrdiff_t>(stride), 1};
 }
 
-/// `detail::addProduct` in pieces between which the poll is called.
+/// `detail::addProduct` in pieces between which the poll is called. Of a lower triangle m is at least n.
 void addProduct(Effort& effort, std::size_t m, std::size_t n, std::size_t k, double alpha, detail::ConstView a,
                 detail::ConstView b, double* c, std::size_t stride, detail::Region region = detail::Region::All);
 

@@ -196,7 +196,7 @@ std::vector<int> byDissection(BlockGraph const& graph, std::vector<BlockPlace> p
   if (poll) poll();
   std::vector<int> sides;
   if (!places.empty() && graph.blocks() >= kCutByPlacesFrom) {
-    StraightCut cut = straightCut(graph, places, across);
+    StraightCut cut = straightCut(graph, places, across, poll);
     sides = std::move(cut.sides);
     across = cut.across;
   }

@@ -16,21 +16,26 @@ void MaximumFlow::append(int from, int to, int capacity) {
   firstArc[index(from)] = static_cast<int>(arcs.size()) - 1;
 }
 
-int MaximumFlow::send(int source, int sink) {
+int MaximumFlow::send(int source, int sink, detail::Poll const& poll) {
+  detail::Effort effort(poll);
   int total = 0;
-  while (findLevels(source, sink)) {
+  while (findLevels(source, sink, effort)) {
     nextArc = firstArc;
     path.clear();
-    while (int const sent = fillPath(source, sink)) total += sent;
+    while (int const sent = fillPath(source, sink)) {
+      effort.step();
+      total += sent;
+    }
   }
   return total;
 }
 
-bool MaximumFlow::findLevels(int source, int sink) {
+bool MaximumFlow::findLevels(int source, int sink, detail::Effort& effort) {
   level.assign(firstArc.size(), -1);
   std::vector<int> reached = {source};
   level[index(source)] = 0;
   for (std::size_t i = 0; i < reached.size(); ++i) {
+    effort.step();
     int const node = reached[i];
     for (int a = firstArc[index(node)]; a >= 0; a = arcs[index(a)].next) {
       int const to = arcs[index(a)].to;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adjust/linalg/Index.h"
+#include "adjust/linalg/Poll.h"
 
 #include <vector>
 
@@ -18,7 +19,7 @@ class MaximumFlow {
   void addArc(int from, int to, int capacity);
 
   /// Sends as much as the arcs take. Once only. @return how much.
-  int send(int source, int sink);
+  int send(int source, int sink, detail::Poll const& poll = {});
   /// After `send`, whether a node lies on the side of the source of the smallest cut that is nearest to it.
   bool isBeforeCut(int node) const { return level[detail::index(node)] >= 0; }
 
@@ -30,7 +31,7 @@ class MaximumFlow {
   };
 
   void append(int from, int to, int capacity);
-  bool findLevels(int source, int sink);
+  bool findLevels(int source, int sink, detail::Effort& effort);
   int fillPath(int source, int sink);
 
   std::vector<Arc> arcs;      // each beside the one back

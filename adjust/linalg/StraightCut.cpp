@@ -12,10 +12,12 @@ namespace {
 
 using detail::index;
 
-// Each side has at least this share of the unknowns.
+// Each side of a line has at least this share of the unknowns.
 constexpr double kLeastSide = 0.2;
 // A cut is moved by so many blocks at most.
 constexpr int kReach = 5;
+// A cut by this many times more than are few may come down to few.
+constexpr double kMovable = 1.5;
 // Lines of one direction that are tried, for each block on an edge of a square network, and extremes.
 constexpr double kLinesPerBlock = 16.0;
 constexpr int kLeastLines = 64;
@@ -138,7 +140,7 @@ std::vector<int> bandAbout(BlockGraph const& graph, std::vector<int> const& side
 
 /// The fewest unknowns that separate the sides, by the theorem of Menger: a flow through the band in which each block
 /// lets pass as much as it has unknowns. Node 2 i leads into block i of the band, node 2 i + 1 out of it.
-void moveToFewest(BlockGraph const& graph, std::vector<int>& sides) {
+void moveToFewest(BlockGraph const& graph, std::vector<int>& sides, Poll const& poll) {
   std::vector<int> const band = bandAbout(graph, sides);
   auto const size = static_cast<int>(band.size());
   std::vector<int> numberOf(sides.size(), -1);
@@ -171,7 +173,7 @@ void moveToFewest(BlockGraph const& graph, std::vector<int>& sides) {
     meets[1] = meets[1] || isAtEdge[1];
   }
   if (!meets[0] || !meets[1]) return;
-  flow.send(source, sink);
+  flow.send(source, sink, poll);
   for (int i = 0; i < size; ++i) {
     int& side = sides[index(band[index(i)])];
     if (flow.isBeforeCut(2 * i + 1)) {
@@ -182,15 +184,16 @@ void moveToFewest(BlockGraph const& graph, std::vector<int>& sides) {
   }
 }
 
-/// No more than a square network of as many edges has on a line across.
-bool areFew(BlockGraph const& graph, std::vector<int> const& sides) {
+/// No more blocks than `times` what a square network of as many edges has on a line across.
+bool areFew(BlockGraph const& graph, std::vector<int> const& sides, double times) {
   auto const separating = static_cast<double>(std::count(sides.begin(), sides.end(), 2));
-  return separating * separating <= static_cast<double>(graph.neighbours.size()) / 2.0;
+  return separating <= times * std::sqrt(static_cast<double>(graph.neighbours.size()) / 2.0);
 }
 
 }  // namespace
 
-StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& places, BlockPlace expected) {
+StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& places, BlockPlace expected,
+                        Poll const& poll) {
   double const edge = std::sqrt(static_cast<double>(graph.blocks()));
   int const lines = std::min(kMostLines, std::max(kLeastLines, static_cast<int>(kLinesPerBlock * edge)));
   auto const bestOf = [&](std::vector<BlockPlace> const& directions, int step) {
@@ -214,8 +217,10 @@ StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& 
   Line const best = bestOf({expected, expected * BlockPlace(0.0, 1.0), along}, 1);
   if (best.numbers.empty()) return {};
   std::vector<int> sides = sidesOf(graph, best);
-  moveToFewest(graph, sides);
-  if (!areFew(graph, sides)) return {};
+  // Where far too many separate the band is most of the network, and moving through it takes long for little.
+  if (!areFew(graph, sides, kMovable)) return {};
+  moveToFewest(graph, sides, poll);
+  if (!areFew(graph, sides, 1.0)) return {};
   return {std::move(sides), best.across};
 }
 

@@ -21,6 +21,7 @@ struct StraightCut {
 /// @param places    of all blocks, finite.
 /// @param expected  what was across a cut of a larger part: the sides of a regular network are cut best along it or at
 ///                  right angles. 0 where there was none.
-StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& places, BlockPlace expected);
+StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& places, BlockPlace expected,
+                        Poll const& poll = {});
 
 }  // namespace kvn::sparse

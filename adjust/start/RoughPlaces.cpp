@@ -15,8 +15,9 @@ constexpr int kMostScans = 10;
 
 class RoughWalk {
  public:
-  explicit RoughWalk(NumberedNetwork const& net)
+  RoughWalk(NumberedNetwork const& net, Poll const& poll)
       : network(net),
+        effort(poll),
         places(index(net.points), kNoPlace),
         orientations(index(net.stations()), std::numeric_limits<double>::quiet_NaN()) {}
 
@@ -63,6 +64,7 @@ class RoughWalk {
     for (; next < oriented.size(); ++next) {
       int const station = oriented[next];
       for (int d = network.firstDirection(station); d < network.endDirection(station); ++d) {
+        effort.step();
         follow(network.direction(d));
       }
     }
@@ -75,6 +77,7 @@ class RoughWalk {
     if (!hasPlace(target)) target = places[index(from)] + polar(distanceOf(direction), azimuth);
     if (!hasPlace(target)) return;
     for (int const station : network.stationsAt(direction.target)) {
+      effort.spend(1.0);
       if (isOriented(station)) continue;
       int const back = network.directionTo(station, from);
       if (back >= 0) orient(station, azimuth + kHalfTurn - network.direction(back).value);
@@ -85,6 +88,7 @@ class RoughWalk {
   bool orientByPlaces() {
     std::size_t const before = oriented.size();
     for (int station = 0; station < network.stations(); ++station) {
+      effort.step();
       Place const from = places[index(network.pointOf(station))];
       if (isOriented(station) || !hasPlace(from)) continue;
       Place sum;
@@ -101,6 +105,7 @@ class RoughWalk {
   }
 
   NumberedNetwork const& network;
+  Effort effort;
   std::vector<Place> places;
   std::vector<double> orientations;
   std::vector<int> oriented;  // stations, in the order in which they are followed
@@ -109,6 +114,8 @@ class RoughWalk {
 
 }  // namespace
 
-std::vector<Place> roughPlaces(NumberedNetwork const& network) { return RoughWalk(network).run(); }
+std::vector<Place> roughPlaces(NumberedNetwork const& network, Poll const& poll) {
+  return RoughWalk(network, poll).run();
+}
 
 }  // namespace kvn::detail

@@ -130,11 +130,9 @@ TEST(MapCommand, TellsTheResolutionOfAPictureForPaper) {
 TEST(MapCommand, NamesAnIconThatCannotBeReadOnce) {
   Program const program;
   program.write("points.dat", "A,,0,0,0\nB,,100,100,0");
-  test::Run const run =
-      program.shell(R"sh(mkdir -p a/bin/config/earth/img && cp "$KELVANE" a/bin/kelvane
+  test::Run const run = program.shell(R"sh(mkdir -p a/bin/config/earth/img && cp "$KELVANE" a/bin/kelvane
       ln -s "$(dirname "$KELVANE")/../lib" a/lib
-      head -c 200 ")sh" KELVANE_SOURCE_DIR
-                    R"sh(/config/earth/img/kvn_coordpoint.png" > a/bin/config/earth/img/kvn_coordpoint.png
+      echo "no picture" > a/bin/config/earth/img/kvn_coordpoint.png
       a/bin/kelvane map points.dat map.png --size 300x200)sh");
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_THAT(run.err,
