@@ -211,6 +211,7 @@ StraightCut straightCut(BlockGraph const& graph, std::vector<BlockPlace> const& 
   BlockPlace const along = principalDirection(places);
   if (expected == BlockPlace()) {
     std::vector<BlockPlace> directions;
+    directions.reserve(index(kDirections));
     for (int i = 0; i < kDirections; ++i) directions.push_back(along * std::polar(1.0, kHalfTurn * i / kDirections));
     expected = bestOf(directions, std::max(1, graph.blocks() / kSample)).across;
   }
