@@ -3,6 +3,8 @@
 #include "adjust/linalg/Index.h"
 #include "adjust/linalg/MaximumFlow.h"
 
+#include <utils/Circle.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -25,7 +27,7 @@ constexpr int kMostLines = 1 << 16;
 // Directions that are tried where none is expected, and blocks that tell which is the best.
 constexpr int kDirections = 12;
 constexpr int kSample = 50000;
-constexpr double kHalfTurn = 3.14159265358979323846;
+constexpr double kHalfTurn = 0.5 * utils::kFullCircle;
 // Of places, metres: beyond there is nothing to cut.
 constexpr double kLargestExtent = 1e12;
 
